@@ -1,0 +1,33 @@
+# GoogleTest from Debian's sources (built with our own flags, for Wine as for Linux) and how a test program is declared.
+add_library(googletest STATIC EXCLUDE_FROM_ALL /usr/src/googletest/googletest/src/gtest-all.cc)
+target_include_directories(googletest SYSTEM PUBLIC /usr/src/googletest/googletest/include)
+target_include_directories(googletest PRIVATE /usr/src/googletest/googletest)
+if(WIN32)
+    target_compile_definitions(googletest PUBLIC _UCRT)
+    # Started by ctest, and by hand from the build folder, through Wine with this build's own prefix.
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_SOURCE_DIR}/cmake/wine-run ${PROJECT_BINARY_DIR}/prefix)
+endif()
+if(HOUSE_NATIVE_SANITIZERS)
+    target_compile_options(googletest PUBLIC -fsanitize=address,undefined)
+endif()
+
+include(GoogleTest)
+
+# house_test(NAME sources... LIBRARIES libs... [WRAP functions...] [LABELS labels...] [LOCK resource])
+#   LIBRARIES  what is tested
+#   WRAP       imported functions that this program replaces: define __wrap___imp_X, call __real___imp_X
+#   LABELS     unit, flow, e2e, native
+#   LOCK       a resource that only one test at a time may use
+function(house_test name)
+    cmake_parse_arguments(arg "" "LOCK" "LIBRARIES;WRAP;LABELS" ${ARGN})
+    add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test_support googletest house)
+    foreach(function ${arg_WRAP})
+        target_link_options(${name} PRIVATE -Wl,--wrap=__imp_${function})
+    endforeach()
+    set(properties LABELS "${arg_LABELS}" TIMEOUT 120)
+    if(arg_LOCK)
+        list(APPEND properties RESOURCE_LOCK ${arg_LOCK})
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
+endfunction()
