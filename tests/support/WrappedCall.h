@@ -11,47 +11,52 @@ namespace test
 //     using Call = WrappedCall<&__real___imp_X>;
 //
 // Without a replacement a call goes on to the system. While an object of the class lives, calls go to its function,
-// which reaches the system by Call::Original (the plain name would come back to it). Replacements nest; make and end
-// them while no other thread calls.
-template <auto* Import> class WrappedCall;
+// which is given as first argument what it replaces: the system's function or another replacement made before. Make
+// and end replacements while no other thread calls.
+template <auto* Import>
+class WrappedCall;
 
-template <typename Result, typename... Arguments, Result (**Import)(Arguments...)> class WrappedCall<Import>
+template <typename Result, typename... Arguments, Result (**Import)(Arguments...)>
+class WrappedCall<Import>
 {
   public:
-    using Function = std::function<Result(Arguments...)>;
+    // What a replacement stands in for.
+    class Next
+    {
+      public:
+        explicit Next(WrappedCall const* replacement) : m_replacement(replacement) {}
 
-    explicit WrappedCall(Function replacement)
-        : m_previous(std::exchange(Replacement(), std::move(replacement)))
+        Result operator()(Arguments... arguments) const
+        {
+            return m_replacement != nullptr ? m_replacement->m_function(Next(m_replacement->m_previous), arguments...)
+                                            : (*Import)(arguments...);
+        }
+
+      private:
+        WrappedCall const* m_replacement;
+    };
+
+    using Function = std::function<Result(Next, Arguments...)>;
+
+    explicit WrappedCall(Function function) : m_function(std::move(function)), m_previous(std::exchange(s_latest, this))
     {
     }
 
     WrappedCall(WrappedCall const&) = delete;
     WrappedCall& operator=(WrappedCall const&) = delete;
 
-    ~WrappedCall()
-    {
-        Replacement() = std::move(m_previous);
-    }
+    ~WrappedCall() { s_latest = m_previous; }
 
-    static Result Original(Arguments... arguments)
-    {
-        return (*Import)(arguments...);
-    }
+    // The system's function itself.
+    static Result Original(Arguments... arguments) { return (*Import)(arguments...); }
 
-    static Result Entry(Arguments... arguments)
-    {
-        return Replacement() ? Replacement()(arguments...) : Original(arguments...);
-    }
+    static Result Entry(Arguments... arguments) { return Next(s_latest)(arguments...); }
 
   private:
-    static Function& Replacement()
-    {
-        // Never destroyed: the runtime still calls the system when the program ends.
-        static auto* const replacement = new Function;
-        return *replacement;
-    }
+    static inline WrappedCall const* s_latest = nullptr;
 
-    Function m_previous;
+    Function m_function;
+    WrappedCall const* m_previous;
 };
 
 } // namespace test

@@ -1,0 +1,121 @@
+#include "logging/LogFile.h"
+
+#include "logging/LinkCheck.h"
+
+#include <string_view>
+
+namespace zant
+{
+
+namespace
+{
+
+constexpr DWORD shareReadWrite = FILE_SHARE_READ | FILE_SHARE_WRITE;
+
+// A reparse point is opened as itself: whoever puts a link in the log's place must not choose what is written to.
+constexpr DWORD plainFile = FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT;
+
+UniqueHandle OpenForReading(std::wstring const& path) noexcept
+{
+    return UniqueHandle(CreateFileW(path.c_str(), GENERIC_READ, shareReadWrite, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+} // namespace
+
+UniqueHandle OpenExistingFile(std::wstring const& path) noexcept
+{
+    return UniqueHandle(
+        CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, OPEN_EXISTING, plainFile, nullptr));
+}
+
+UniqueHandle CreateMarkedFile(std::wstring const& path, bool wide) noexcept
+{
+    UniqueHandle file(
+        CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, CREATE_NEW, plainFile, nullptr));
+    if (file)
+    {
+        std::string_view const mark = wide ? "\xFF\xFE" : "\xEF\xBB\xBF";
+        DWORD written = 0;
+        WriteFile(file.Get(), mark.data(), static_cast<DWORD>(mark.size()), &written, nullptr);
+    }
+    return file;
+}
+
+// Not through the C runtime's files: in the mode that would be asked for here ("rb, ccs=UTF-8") Windows gives the bytes
+// as they are, but Wine's runtime swallows a byte-order mark.
+std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<char> bytes) noexcept
+{
+    auto const file = OpenForReading(path);
+    DWORD read = 0;
+    if (!file || !ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
+    {
+        return std::nullopt;
+    }
+    return read;
+}
+
+bool MayBeWideFile(std::wstring const& path) noexcept
+{
+    char bytes[2];
+    auto const count = ReadFirstBytes(path, bytes);
+    if (!count)
+    {
+        return true;
+    }
+    std::string_view const mark(bytes, *count);
+    return mark == "\xFF\xFE" || mark == "\xFE\xFF";
+}
+
+std::optional<std::uint64_t> FileSize(std::wstring const& path) noexcept
+{
+    auto const file = OpenForReading(path);
+    LARGE_INTEGER size;
+    if (!file || !GetFileSizeEx(file.Get(), &size))
+    {
+        return std::nullopt;
+    }
+    return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+bool CopyContent(std::wstring const& source, std::wstring const& destination) noexcept
+{
+    if (!IsFreeOfLinks(destination, HardLinks::Check))
+    {
+        return false;
+    }
+    UniqueHandle const from(CreateFileW(source.c_str(), GENERIC_READ | GENERIC_WRITE, shareReadWrite, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!from)
+    {
+        return false;
+    }
+    UniqueHandle const to(CreateFileW(destination.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, plainFile, nullptr));
+    if (!to)
+    {
+        return false;
+    }
+    char block[4096];
+    DWORD read = 0;
+    do
+    {
+        if (!ReadFile(from.Get(), block, sizeof block, &read, nullptr))
+        {
+            return false;
+        }
+        DWORD written = 0;
+        WriteFile(to.Get(), block, read, &written, nullptr);
+    } while (read == sizeof block);
+    return true;
+}
+
+void EmptyFile(std::wstring const& path) noexcept
+{
+    if (IsFreeOfLinks(path, HardLinks::Check))
+    {
+        UniqueHandle(CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, TRUNCATE_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr));
+    }
+}
+
+} // namespace zant

@@ -1,0 +1,321 @@
+#include "logging/LogTargetDefault.h"
+
+#include "logging/DatedName.h"
+#include "logging/Folders.h"
+#include "logging/LineText.h"
+#include "logging/LinkCheck.h"
+#include "logging/LogFile.h"
+#include "logging/MessageText.h"
+#include "logging/Redaction.h"
+#include "logging/Rotation.h"
+#include "utils/Utf8.h"
+
+#include <cwchar>
+#include <new>
+
+namespace zant
+{
+
+namespace
+{
+
+constexpr DWORD longestWait = 2'000; // milliseconds
+constexpr std::int64_t secondsBetweenChecks = 900;
+
+template <typename Char>
+bool Append(HANDLE file, std::basic_string_view<Char> text, std::basic_string_view<Char> end)
+{
+    // At any other place than the end the write would destroy what other processes have written.
+    if (!SetFilePointerEx(file, {}, nullptr, FILE_END))
+    {
+        return false;
+    }
+    auto const write = [file](std::basic_string_view<Char> part) {
+        DWORD written = 0;
+        return WriteFile(file, part.data(), static_cast<DWORD>(part.size() * sizeof(Char)), &written, nullptr) != FALSE;
+    };
+    write(text);
+    return write(end);
+}
+
+} // namespace
+
+// What the two forms of Log have in common.
+struct LogTargetDefault::Call
+{
+    LogLevel level;
+    wchar_t const* reserved;
+    wchar_t const* product;
+    wchar_t const* component;
+    wchar_t const* category;
+    std::uint64_t time;
+    bool lockFlag;
+};
+
+LogTargetDefault::LogTargetDefault()
+{
+    group = L"ZEB";
+    storedHeader = BuildLogHeader();
+}
+
+LogTargetDefault::~LogTargetDefault()
+{
+    LogTargetDefault::Close();
+}
+
+bool LogTargetDefault::OpenFile(UniqueHandle& handle)
+{
+    if (wideOutput && !MayBeWideFile(filePath))
+    {
+        handle.Reset();
+        SetAside();
+    }
+    if (!IsFreeOfLinks(filePath, HardLinks::Check))
+    {
+        return false;
+    }
+    handle = OpenExistingFile(filePath);
+    if (!handle)
+    {
+        handle = CreateMarkedFile(filePath, wideOutput);
+    }
+    return static_cast<bool>(handle);
+}
+
+// Without success the file stays where it is and is appended to, in its own encoding or not.
+void LogTargetDefault::SetAside()
+{
+    auto aside = DatedPath(filePath, LocalNow());
+    if (aside.empty() || filePath.empty() || Exists(aside) || !IsFreeOfLinks(aside, HardLinks::Ignore))
+    {
+        return;
+    }
+    if (MoveFileExW(filePath.c_str(), aside.c_str(), 0))
+    {
+        setAsidePath = std::move(aside);
+    }
+}
+
+bool LogTargetDefault::Open()
+{
+    if (!enabled)
+    {
+        return false;
+    }
+    if (filePath.empty())
+    {
+        auto const folder = TemporaryFolderPath();
+        auto path = folder && CreateFolders(*folder) ? Appended(*folder, fileName) : std::nullopt;
+        if (!path)
+        {
+            return false;
+        }
+        filePath = std::move(*path);
+    }
+    if (!file && !OpenFile(file))
+    {
+        return false;
+    }
+    if (!lock)
+    {
+        lock = std::make_unique<NamedMutex>();
+    }
+    lock->CreateOrOpen(fileName.c_str());
+    lastCheck = lastLine = static_cast<std::int64_t>(NowInMilliseconds() / 1'000);
+    if (useLock && *lock)
+    {
+        if (auto const scope = lock->Wait(longestWait); scope.IsOwner())
+        {
+            CheckSize();
+            isOpen = true;
+            return true;
+        }
+    }
+    useLock = false;
+    isOpen = true;
+    return true;
+}
+
+bool LogTargetDefault::Close()
+{
+    file.Reset();
+    lock.reset();
+    isOpen = false;
+    return true;
+}
+
+bool LogTargetDefault::Log(LogLevel level, wchar_t const* reserved, wchar_t const* product, wchar_t const* component,
+                           wchar_t const* category, char const* detail, char const* origin, char const* format,
+                           va_list arguments, std::uint64_t time, bool lockFlag) noexcept
+{
+    LogLine({level, reserved, product, component, category, time, lockFlag}, detail, origin, format, arguments);
+    return true;
+}
+
+bool LogTargetDefault::Log(LogLevel level, wchar_t const* reserved, wchar_t const* product, wchar_t const* component,
+                           wchar_t const* category, wchar_t const* detail, wchar_t const* origin, wchar_t const* format,
+                           va_list arguments, std::uint64_t time, bool lockFlag) noexcept
+{
+    LogLine({level, reserved, product, component, category, time, lockFlag}, detail, origin, format, arguments);
+    return true;
+}
+
+template <typename Char>
+void LogTargetDefault::LogLine(Call const& call, Char const* detail, Char const* origin, Char const* format,
+                               va_list arguments)
+try
+{
+    if (call.level < threshold || format == nullptr)
+    {
+        return;
+    }
+    if (!call.lockFlag)
+    {
+        WriteLine(call, detail, origin, format, arguments);
+        return;
+    }
+    if (!lock || !useLock || !*lock)
+    {
+        useLock = false;
+        return;
+    }
+    auto const scope = lock->Wait(longestWait);
+    if (!scope.IsOwner())
+    {
+        useLock = false;
+        return;
+    }
+    CheckSizeWhenDue();
+    WriteLine(call, detail, origin, format, arguments);
+}
+catch (std::bad_alloc const&)
+{
+    // The line is lost; the mutex is free again.
+}
+
+template <typename Char>
+void LogTargetDefault::WriteLine(Call const& call, Char const* detail, Char const* origin, Char const* format,
+                                 va_list arguments)
+{
+    if (headerPending)
+    {
+        LogHeader(LogLevel::Info, call.reserved, call.product, call.component, call.category, nullptr, false);
+    }
+    if (!Compose(call, detail, origin, format, arguments))
+    {
+        return;
+    }
+    if (wideOutput)
+    {
+        WriteRaw(m_line.c_str());
+    }
+    else if (auto const narrow = ToUtf8(m_line))
+    {
+        WriteRaw(narrow->c_str());
+    }
+}
+
+bool LogTargetDefault::Compose(Call const& call, wchar_t const* detail, wchar_t const* origin, wchar_t const* format,
+                               va_list arguments)
+{
+    FormatInto(m_message, format, arguments);
+    ComposeAround(call, detail, origin);
+    return true;
+}
+
+// False, so that no line is written, when any of the texts is not valid UTF-8.
+bool LogTargetDefault::Compose(Call const& call, char const* detail, char const* origin, char const* format,
+                               va_list arguments)
+{
+    auto const wideDetail = ToWide(detail != nullptr ? detail : "");
+    auto const wideOrigin = ToWide(origin != nullptr ? origin : "");
+    if (!wideDetail || !wideOrigin || !FormatInto(m_message, format, arguments))
+    {
+        return false;
+    }
+    ComposeAround(call, wideDetail->c_str(), wideOrigin->c_str());
+    return true;
+}
+
+void LogTargetDefault::ComposeAround(Call const& call, wchar_t const* detail, wchar_t const* origin)
+{
+    auto printedLevel = call.level;
+    Redact(m_message, printedLevel, maskedKeys);
+    auto const time = call.time != 0 ? call.time : NowInMilliseconds();
+    lastLine = static_cast<std::int64_t>(time / 1'000);
+    ComposeLine(m_line, separator,
+                {.dateAndTime = m_second.Of(lastLine),
+                 .milliseconds = static_cast<std::uint32_t>(time % 1'000),
+                 .level = printedLevel,
+                 .fields = {call.reserved, call.product, call.component, call.category, detail, origin},
+                 .threadId = GetCurrentThreadId(),
+                 .message = m_message});
+}
+
+bool LogTargetDefault::WriteRaw(char const* text) noexcept
+{
+    return Append<char>(file.Get(), text, "\r\n");
+}
+
+bool LogTargetDefault::WriteRaw(wchar_t const* text) noexcept
+{
+    return Append<wchar_t>(file.Get(), text, L"\r\n");
+}
+
+void LogTargetDefault::LogHeader(LogLevel level, wchar_t const* reserved, wchar_t const* product,
+                                 wchar_t const* component, wchar_t const* category, LogHeaderText const* header,
+                                 bool lockFlag)
+{
+    headerPending = false;
+    if (header != nullptr && header->merge)
+    {
+        storedHeader.Merge(*header);
+    }
+    auto const& shown = header == nullptr || header->merge ? storedHeader : *header;
+    auto const write = [&](std::wstring const& text) {
+        Log(level, reserved, product, component, category, L"", L"", text.c_str(), nullptr, 0, lockFlag);
+    };
+    if (!shown.title.empty())
+    {
+        write(shown.title);
+    }
+    for (auto const& [key, value] : shown.entries)
+    {
+        write(key + value);
+    }
+    if (!shown.closing.empty())
+    {
+        write(shown.closing);
+    }
+}
+
+void LogTargetDefault::CheckSizeWhenDue()
+{
+    if (lastLine - lastCheck >= secondsBetweenChecks && CheckSize())
+    {
+        lastCheck = lastLine;
+    }
+}
+
+// True when the file can be written on with.
+bool LogTargetDefault::CheckSize()
+{
+    auto const keepsCopies = KeepsCopies(filePath);
+    auto const size = FileSize(filePath);
+    if (!size || *size < RotationLimit(threshold))
+    {
+        return size.has_value();
+    }
+    auto const now = LocalNow();
+    headerPending = true;
+    file.Reset();
+    MoveContentToCopy(filePath, now);
+    auto const reopened = OpenFile(file);
+    if (!keepsCopies)
+    {
+        DeleteOldCopies(filePath, now);
+    }
+    return reopened;
+}
+
+} // namespace zant

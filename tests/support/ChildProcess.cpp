@@ -1,0 +1,59 @@
+#include "tests/support/ChildProcess.h"
+
+#include <gtest/gtest.h>
+
+namespace test
+{
+
+namespace
+{
+
+std::wstring OwnFolder()
+{
+    wchar_t path[MAX_PATH] = {};
+    std::wstring const own(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
+    return own.substr(0, own.rfind(L'\\'));
+}
+
+} // namespace
+
+ChildProcess::ChildProcess(std::wstring const& program, std::wstring const& arguments)
+{
+    auto const path = OwnFolder() + L"\\" + program;
+    auto commandLine = L"\"" + path + L"\" " + arguments;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &process))
+    {
+        ADD_FAILURE() << "cannot be started, error " << GetLastError() << ": " << testing::PrintToString(commandLine);
+        return;
+    }
+    CloseHandle(process.hThread);
+    m_process = zant::UniqueHandle(process.hProcess);
+}
+
+ChildProcess::~ChildProcess()
+{
+    if (m_process)
+    {
+        Kill();
+    }
+}
+
+void ChildProcess::Kill()
+{
+    TerminateProcess(m_process.Get(), 1);
+    ExitCode();
+}
+
+DWORD ChildProcess::ExitCode()
+{
+    WaitForSingleObject(m_process.Get(), INFINITE); // the watchdog ends a test that hangs here
+    DWORD code = 0;
+    GetExitCodeProcess(m_process.Get(), &code);
+    return code;
+}
+
+} // namespace test

@@ -1,0 +1,87 @@
+#include "tests/unit/logging/LogFixture.h"
+
+namespace test
+{
+
+namespace
+{
+
+std::wstring TemporaryVariable()
+{
+    wchar_t value[MAX_PATH] = {};
+    GetEnvironmentVariableW(L"TMP", value, MAX_PATH);
+    return value;
+}
+
+} // namespace
+
+LogFixture::LogFixture()
+    : temporary(folder / L"temporary"), m_base(folder.Path().substr(folder.Path().rfind(L'\\') + 1)),
+      m_formerTemporary(TemporaryVariable())
+{
+    CreateDirectoryW(temporary.c_str(), nullptr);
+    SetEnvironmentVariableW(L"TMP", temporary.c_str());
+}
+
+LogFixture::~LogFixture()
+{
+    SetEnvironmentVariableW(L"TMP", m_formerTemporary.c_str());
+}
+
+void LogFixture::Configure(zant::LogTargetDefault& target) const
+{
+    target.fileName = LogName();
+    target.filePath = LogPath();
+}
+
+bool LogWide(zant::LogTargetDefault& target, zant::LogLevel level, wchar_t const* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    auto const result = target.Log(level, L"", L"", L"", L"", L"", L"", format, arguments, 0, true);
+    va_end(arguments);
+    return result;
+}
+
+bool LogNarrow(zant::LogTargetDefault& target, zant::LogLevel level, char const* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    auto const result = target.Log(level, L"", L"", L"", L"", "", "", format, arguments, 0, true);
+    va_end(arguments);
+    return result;
+}
+
+bool LogAt(zant::LogTargetDefault& target, std::uint64_t time, wchar_t const* message)
+{
+    return target.Log(zant::LogLevel::Info, L"", L"", L"", L"", L"", L"", message, nullptr, time, true);
+}
+
+std::wstring MessageOf(std::wstring const& line)
+{
+    return Split(line, L" | ").back();
+}
+
+std::vector<std::wstring> MessagesIn(std::wstring const& path)
+{
+    auto lines = ReadLines(path);
+    for (auto& line : lines)
+    {
+        line = MessageOf(line);
+    }
+    return lines;
+}
+
+void WriteLogOfSize(std::wstring const& path, std::uint64_t size)
+{
+    auto const end = Utf16(L"\r\n");
+    WriteBytes(path, "\xFF\xFE");
+    zant::UniqueHandle const file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    LARGE_INTEGER position;
+    position.QuadPart = static_cast<LONGLONG>(size - end.size());
+    DWORD written = 0;
+    ASSERT_TRUE(SetFilePointerEx(file.Get(), position, nullptr, FILE_BEGIN));
+    ASSERT_TRUE(WriteFile(file.Get(), end.data(), static_cast<DWORD>(end.size()), &written, nullptr));
+}
+
+} // namespace test

@@ -1,0 +1,206 @@
+#include "tests/support/ChildProcess.h"
+#include "tests/unit/logging/LogFixture.h"
+
+#include <algorithm>
+#include <map>
+#include <mutex>
+#include <thread>
+
+using namespace test;
+using namespace zant;
+
+namespace
+{
+
+constexpr unsigned linesEach = 5'000;
+
+class ManyWriters : public LogFixture
+{
+  protected:
+    ChildProcess Writer(std::wstring const& what, std::wstring const& tag) const
+    {
+        return ChildProcess(L"logging_writer.exe",
+                            what + L" \"" + LogPath() + L"\" " + tag + L' ' + std::to_wstring(linesEach));
+    }
+
+    // Lets four writers, of which the first does `what`, start together and waits for their end.
+    void RunFour(std::wstring const& what)
+    {
+        UniqueHandle const start(CreateEventW(nullptr, TRUE, FALSE, (LogName() + L"-start").c_str()));
+        std::vector<ChildProcess> writers;
+        writers.push_back(Writer(what, L"A"));
+        writers.push_back(Writer(L"write", L"B"));
+        writers.push_back(Writer(L"write", L"C"));
+        writers.push_back(Writer(L"write", L"D"));
+        SetEvent(start.Get());
+        for (auto& writer : writers)
+        {
+            EXPECT_EQ(writer.ExitCode(), 0u);
+        }
+    }
+
+    // The messages of a file by the tag of their writer; a line that is not whole is a failure.
+    std::map<std::wstring, std::vector<unsigned>> NumbersByTag(std::wstring const& path) const
+    {
+        std::map<std::wstring, std::vector<unsigned>> numbers;
+        for (auto const& line : ReadLines(path))
+        {
+            if (line.starts_with(L'\0'))
+            {
+                continue; // what the file held before
+            }
+            auto const columns = Split(line, L" | ");
+            auto const message = Split(columns.back(), L" ");
+            EXPECT_EQ(columns.size(), 10u) << testing::PrintToString(line);
+            EXPECT_EQ(message.size(), 2u) << testing::PrintToString(line);
+            numbers[message.front()].push_back(static_cast<unsigned>(std::stoul(message.back())));
+        }
+        return numbers;
+    }
+};
+
+std::vector<unsigned> UpToLast()
+{
+    std::vector<unsigned> numbers;
+    for (unsigned number = 1; number <= linesEach; ++number)
+    {
+        numbers.push_back(number);
+    }
+    return numbers;
+}
+
+} // namespace
+
+TEST_F(ManyWriters, FourProcessesLoseNoLineAndKeepTheirOrders)
+{
+    WriteBytes(LogPath(), "\xFF\xFE");
+    RunFour(L"write");
+    auto const numbers = NumbersByTag(LogPath());
+    EXPECT_EQ(numbers.size(), 4u);
+    for (auto const& [tag, ofTag] : numbers)
+    {
+        EXPECT_TRUE(ofTag == UpToLast()) << testing::PrintToString(tag);
+    }
+}
+
+// Every line is in the copy or in the log that goes on, once.
+TEST_F(ManyWriters, ARotationByOneOfFourProcessesLosesNoLine)
+{
+    constexpr std::uint64_t limit = 15'728'640;
+    WriteLogOfSize(LogPath(), limit - 2'000);
+    RunFour(L"rotate");
+    std::map<std::wstring, std::vector<unsigned>> numbers;
+    int files = 0;
+    for (auto const& name : NamesIn(folder.Path())) // a copy's name sorts before the log's
+    {
+        if (name.starts_with(Base()))
+        {
+            ++files;
+            for (auto const& [tag, ofTag] : NumbersByTag(folder / name))
+            {
+                numbers[tag].insert(numbers[tag].end(), ofTag.begin(), ofTag.end());
+            }
+        }
+    }
+    EXPECT_GE(files, 2) << "nothing was rotated";
+    EXPECT_EQ(numbers.size(), 4u);
+    for (auto const& [tag, ofTag] : numbers)
+    {
+        EXPECT_TRUE(ofTag == UpToLast()) << testing::PrintToString(tag);
+    }
+}
+
+TEST_F(ManyWriters, AProcessKilledWhileItHoldsTheMutexDoesNotStopTheOthers)
+{
+    LogTargetDefault target;
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    auto const readyName = LogName() + L"-ready";
+    UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+    ChildProcess holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
+    ASSERT_EQ(WaitForSingleObject(ready.Get(), INFINITE), WAIT_OBJECT_0);
+    holder.Kill();
+    LogAt(target, 0, L"first");
+    LogAt(target, 0, L"second");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"first", L"second"}));
+}
+
+// The one test that sits out the whole wait.
+TEST_F(ManyWriters, AMutexHeldForTwoSecondsSilencesTheTargetForGood)
+{
+    LogTargetDefault target;
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    {
+        auto const readyName = LogName() + L"-ready";
+        UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+        ChildProcess const holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
+        ASSERT_EQ(WaitForSingleObject(ready.Get(), INFINITE), WAIT_OBJECT_0);
+        auto const before = GetTickCount64();
+        EXPECT_TRUE(LogAt(target, 0, L"lost"));
+        EXPECT_GE(GetTickCount64() - before, 1'990u); // the clock's ticks are some milliseconds apart
+    }
+    EXPECT_TRUE(LogAt(target, 0, L"lost too"));
+    EXPECT_EQ(ReadBytes(LogPath()), "\xFF\xFE");
+}
+
+TEST_F(ManyWriters, EightThreadsUnderOneLockEachGetTheirOwnCategory)
+{
+    constexpr int threadCount = 8, linesOfThread = 200;
+    LogTargetDefault target;
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    std::mutex lock;
+    std::wstring category; // shared, as the logger's is
+    std::vector<std::thread> threads;
+    for (int number = 0; number < threadCount; ++number)
+    {
+        threads.emplace_back([&, own = std::to_wstring(number)] {
+            for (int line = 0; line < linesOfThread; ++line)
+            {
+                std::lock_guard const guard(lock);
+                category = own;
+                target.Log(LogLevel::Info, L"", L"", L"", category.c_str(), L"", L"", own.c_str(), nullptr, 0, true);
+            }
+        });
+    }
+    std::ranges::for_each(threads, &std::thread::join);
+    auto const lines = ReadLines(LogPath());
+    EXPECT_EQ(lines.size(), static_cast<std::size_t>(threadCount * linesOfThread));
+    for (auto const& line : lines)
+    {
+        auto const columns = Split(line, L" | ");
+        ASSERT_EQ(columns.size(), 10u);
+        EXPECT_EQ(columns[5], columns[9]);
+    }
+}
+
+// No lock of their own: the mutex between processes also keeps threads apart.
+TEST_F(ManyWriters, ThreadsWithoutALockLoseNoLine)
+{
+    constexpr int threadCount = 4, linesOfThread = 500;
+    LogTargetDefault target;
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    std::vector<std::thread> threads;
+    for (int number = 0; number < threadCount; ++number)
+    {
+        threads.emplace_back([&, own = std::to_wstring(number)] {
+            for (int line = 0; line < linesOfThread; ++line)
+            {
+                target.Log(LogLevel::Info, L"", L"", L"", own.c_str(), L"", L"", own.c_str(), nullptr, 0, true);
+            }
+        });
+    }
+    std::ranges::for_each(threads, &std::thread::join);
+    std::map<std::wstring, int> counts;
+    for (auto const& line : ReadLines(LogPath()))
+    {
+        auto const columns = Split(line, L" | ");
+        ASSERT_EQ(columns.size(), 10u);
+        EXPECT_EQ(columns[5], columns[9]);
+        ++counts[columns[9]];
+    }
+    EXPECT_EQ(counts, (std::map<std::wstring, int>{
+                          {L"0", linesOfThread}, {L"1", linesOfThread}, {L"2", linesOfThread}, {L"3", linesOfThread}}));
+}

@@ -1,0 +1,46 @@
+#include "tests/unit/logging/ShortMemory.h"
+
+#include "tests/unit/logging/LogFixture.h"
+
+using namespace test;
+using namespace zant;
+
+namespace
+{
+
+class ShortMemoryTest : public LogFixture
+{
+};
+
+} // namespace
+
+TEST_F(ShortMemoryTest, LosesTheLineAndFreesTheMutex)
+{
+    LogTargetDefault target;
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    std::wstring const text(100'000, L'x');
+    {
+        ShortMemory const none;
+        target.Log(LogLevel::Info, L"", L"", L"", L"", L"", L"", text.c_str(), nullptr, 0, true);
+    }
+    LogTargetDefault other;
+    Configure(other);
+    ASSERT_TRUE(other.Open());
+    EXPECT_TRUE(other.useLock);
+    LogAt(target, 0, L"after");
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"after"});
+}
+
+TEST_F(ShortMemoryTest, LosesANarrowLine)
+{
+    LogTargetDefault target;
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    std::string const text(100'000, 'x');
+    {
+        ShortMemory const none;
+        target.Log(LogLevel::Info, L"", L"", L"", L"", "", "", text.c_str(), nullptr, 0, true);
+    }
+    EXPECT_EQ(ReadBytes(LogPath()), "\xFF\xFE");
+}

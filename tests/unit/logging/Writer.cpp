@@ -1,0 +1,66 @@
+// A process that logs, for the tests with several of them:
+//   logging_writer write PATH TAG COUNT          COUNT lines "TAG 1", "TAG 2", …
+//   logging_writer rotate PATH TAG COUNT         the same; its middle line looks 900 seconds old to the next one,
+//                                                which therefore checks the file's size
+//   logging_writer hold NAME READY               owns the mutex NAME, sets the event READY and never lets go
+// Each waits, before its first line, until the event that PATH's file name plus "-start" names is set.
+#include "logging/LogPath.h"
+#include "logging/LogTargetDefault.h"
+
+#include <string>
+
+using namespace zant;
+
+namespace
+{
+
+bool Write(std::wstring const& path, std::wstring const& tag, unsigned count, bool rotates)
+{
+    LogTargetDefault target;
+    target.filePath = path;
+    target.fileName = FileNameOf(path);
+    UniqueHandle const start(CreateEventW(nullptr, TRUE, FALSE, (target.fileName + L"-start").c_str()));
+    if (!target.Open() || WaitForSingleObject(start.Get(), INFINITE) != WAIT_OBJECT_0)
+    {
+        return false;
+    }
+    for (unsigned line = 1; line <= count; ++line)
+    {
+        auto const time =
+            rotates && line == count / 2 ? (static_cast<std::uint64_t>(target.lastCheck) + 900) * 1'000 : 0;
+        auto const message = tag + L' ' + std::to_wstring(line);
+        target.Log(LogLevel::Info, L"", L"", L"", L"", L"", L"", message.c_str(), nullptr, time, true);
+    }
+    return target.useLock;
+}
+
+bool Hold(wchar_t const* mutexName, wchar_t const* readyName)
+{
+    NamedMutex mutex;
+    UniqueHandle const ready(OpenEventW(EVENT_MODIFY_STATE, FALSE, readyName));
+    if (!mutex.CreateOrOpen(mutexName))
+    {
+        return false;
+    }
+    auto const scope = mutex.Wait(INFINITE);
+    SetEvent(ready.Get());
+    UniqueHandle const never(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    WaitForSingleObject(never.Get(), INFINITE);
+    return scope.IsOwner();
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    std::wstring const what = count > 1 ? arguments[1] : L"";
+    if (what == L"hold" && count == 4)
+    {
+        return Hold(arguments[2], arguments[3]) ? 0 : 1;
+    }
+    if ((what == L"write" || what == L"rotate") && count == 5)
+    {
+        return Write(arguments[2], arguments[3], std::stoul(arguments[4]), what == L"rotate") ? 0 : 1;
+    }
+    return 2;
+}

@@ -1,0 +1,15 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zant
+{
+
+// UTF-8 to UTF-16. Nothing when the bytes are not valid UTF-8 or memory is short; never throws.
+std::optional<std::wstring> ToWide(std::string_view text) noexcept;
+
+// UTF-16 to UTF-8; an unpaired surrogate becomes U+FFFD. Nothing when memory is short; never throws.
+std::optional<std::string> ToUtf8(std::wstring_view text) noexcept;
+
+} // namespace zant
