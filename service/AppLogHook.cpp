@@ -1,0 +1,3 @@
+#include "service/AppLogHook.h"
+
+AppLogFunction g_appLogHook = nullptr;

@@ -1,0 +1,193 @@
+#include "app/AppLog.h"
+
+#include "app/LoggingLock.h"
+#include "app/SetUpLogging.h"
+#include "logging/LogTargetDefault.h"
+#include "logging/Logger.h"
+#include "service/LogSite.h"
+#include "tests/support/Files.h"
+#include "tests/support/UserTemporaryFolder.h"
+#include "tests/support/WrappedCall.h"
+
+#include <gtest/gtest.h>
+#include <map>
+#include <thread>
+
+extern "C" decltype(&MultiByteToWideChar) __real___imp_MultiByteToWideChar;
+using MultiByteToWideCharCall = test::WrappedCall<&__real___imp_MultiByteToWideChar>;
+extern "C" decltype(&MultiByteToWideChar) __wrap___imp_MultiByteToWideChar = &MultiByteToWideCharCall::Entry;
+
+namespace
+{
+
+constexpr wchar_t banner[] = L"****************************** VelmoNotificationCLient Started. "
+                             L"*********************************";
+
+class AppLogging : public testing::Test
+{
+  protected:
+    // The process-wide objects are never freed in the application; a test program starts each test without them.
+    ~AppLogging() override
+    {
+        if (zant::g_defaultLogTarget)
+        {
+            zant::g_defaultLogTarget->Close();
+        }
+        zant::g_defaultLogTarget = nullptr;
+        zant::g_logger = nullptr;
+        g_appLogHook = nullptr;
+    }
+
+    std::wstring LogPath() const { return temporary / L"Tessaline\\HOV\\KZEB.log"; }
+
+    // The columns of each line: time, level, reserved, product, component, category, detail, origin, thread, message.
+    std::vector<std::vector<std::wstring>> Lines() const
+    {
+        std::vector<std::vector<std::wstring>> lines;
+        for (auto const& line : test::ReadLines(LogPath()))
+        {
+            lines.push_back(test::Split(line, L" | "));
+        }
+        return lines;
+    }
+
+    test::UserTemporaryFolder temporary;
+};
+
+TEST_F(AppLogging, ALogCallBeforeSetUpProducesNothingAndNoError)
+{
+    EXPECT_EQ(g_appLogHook, nullptr);
+    LogSite(L"ZEBMain").Info(L"too early");
+    EXPECT_EQ(AppLog(30, L"ZEB", L"ZEBMain", L"", L"", L"too early"), 0);
+    EXPECT_FALSE(test::FileExists(LogPath()));
+}
+
+TEST_F(AppLogging, SetUpCreatesTheFolderAndWritesTheBannerFirst)
+{
+    SetUpLogging();
+    ASSERT_EQ(Lines().size(), 1u);
+    auto const line = Lines()[0];
+    std::vector<std::wstring> const columns(line.begin() + 1, line.end());
+    EXPECT_EQ(columns, (std::vector<std::wstring>{L"[INFO]", L"", L"ZEB", L"ZEB", L"ZEBMain", L"", L"ZEB",
+                                                  std::to_wstring(GetCurrentThreadId()), banner}));
+    EXPECT_EQ(std::wstring_view(banner).find(L' '), 30u);
+    EXPECT_EQ(std::wstring_view(banner).size() - std::wstring_view(banner).rfind(L' ') - 1, 33u);
+}
+
+TEST_F(AppLogging, SetUpInstallsTheHookTheTargetAndTheLogger)
+{
+    SetUpLogging();
+    EXPECT_EQ(g_appLogHook, &AppLog);
+    ASSERT_NE(zant::g_defaultLogTarget, nullptr);
+    EXPECT_EQ(zant::g_defaultLogTarget->refCount, 1u);
+    ASSERT_NE(zant::g_logger, nullptr);
+    EXPECT_EQ(zant::g_logger->product, L"ZEB");
+}
+
+TEST_F(AppLogging, SetUpTakesTheLevelFromTheMarkersBeforeTheFileIsNamed)
+{
+    test::WriteBytes(temporary / L"ZANT.debug", "");
+    test::WriteBytes(temporary / L"KZEB.trace", "");
+    SetUpLogging();
+    EXPECT_EQ(zant::g_defaultLogTarget->threshold, zant::LogLevel::Debug);
+}
+
+TEST_F(AppLogging, SetUpGoesOnWhenTheFolderCannotBeHad)
+{
+    test::WriteBytes(temporary / L"Tessaline", "a file where the folder should be");
+    SetUpLogging();
+    EXPECT_EQ(g_appLogHook, &AppLog);
+    EXPECT_FALSE(zant::g_defaultLogTarget->enabled);
+    EXPECT_EQ(AppLog(30, L"ZEB", L"ZEBMain", L"", L"", L"goes nowhere"), 0);
+}
+
+TEST_F(AppLogging, AProductThatCannotBeConvertedStaysEmpty)
+{
+    MultiByteToWideCharCall const failing([](auto...) { return 0; });
+    SetUpLogging();
+    EXPECT_EQ(zant::g_logger->product, L"");
+    EXPECT_EQ(g_appLogHook, &AppLog);
+}
+
+TEST_F(AppLogging, LocationIsTheDetailAndComponentTheOriginAndTheFourthParameterIsIgnored)
+{
+    SetUpLogging();
+    EXPECT_EQ(AppLog(50, L"component", L"category", L"ignored", L"location", L"%ls %d", L"text", 7), 0);
+    auto const line = Lines().at(1);
+    std::vector<std::wstring> const columns(line.begin() + 1, line.end());
+    EXPECT_EQ(columns, (std::vector<std::wstring>{L"[ERROR]", L"", L"ZEB", L"component", L"category", L"location",
+                                                  L"component", std::to_wstring(GetCurrentThreadId()), L"text 7"}));
+}
+
+TEST_F(AppLogging, ANullComponentOrCategoryKeepsThatOfTheLineBefore)
+{
+    SetUpLogging();
+    AppLog(30, L"one", L"first", L"", L"", L"a");
+    AppLog(30, nullptr, L"second", L"", L"", L"b");
+    AppLog(30, L"two", nullptr, L"", L"", L"c");
+    auto const lines = Lines();
+    EXPECT_EQ(lines.at(2)[4], L"one");
+    EXPECT_EQ(lines.at(2)[5], L"second");
+    EXPECT_EQ(lines.at(2)[7], L""); // the origin is the parameter, not the field
+    EXPECT_EQ(lines.at(3)[4], L"two");
+    EXPECT_EQ(lines.at(3)[5], L"second");
+}
+
+TEST_F(AppLogging, ALogSiteWritesItsCategoryAndLevel)
+{
+    SetUpLogging();
+    constexpr LogSite site(L"AppService");
+    site.Error(L"Received Channel URI is %ls", L"%2b");
+    auto const line = Lines().at(1);
+    EXPECT_EQ(line[1], L"[ERROR]");
+    EXPECT_EQ(line[4], L"ZEB");
+    EXPECT_EQ(line[5], L"AppService");
+    EXPECT_EQ(line[6], L"");
+    EXPECT_EQ(line[9], L"Received Channel URI is %2b");
+}
+
+TEST_F(AppLogging, ThreadsWithCategoriesOfTheirOwnEachGetTheirOwn)
+{
+    constexpr int threadCount = 8;
+    constexpr int linesEach = 200;
+    SetUpLogging();
+    std::vector<std::thread> threads;
+    for (int number = 0; number < threadCount; ++number)
+    {
+        threads.emplace_back([number] {
+            auto const name = L"category-" + std::to_wstring(number);
+            for (int line = 0; line < linesEach; ++line)
+            {
+                AppLog(30, name.c_str(), name.c_str(), L"", L"", L"%ls", name.c_str());
+            }
+        });
+    }
+    for (auto& thread : threads)
+    {
+        thread.join();
+    }
+    std::map<std::wstring, int> written;
+    auto const lines = Lines();
+    for (auto line = lines.begin() + 1; line != lines.end(); ++line)
+    {
+        EXPECT_EQ(line->at(4), line->at(9));
+        EXPECT_EQ(line->at(5), line->at(9));
+        ++written[line->at(9)];
+    }
+    EXPECT_EQ(written.size(), static_cast<std::size_t>(threadCount));
+    for (auto const& [name, count] : written)
+    {
+        EXPECT_EQ(count, linesEach);
+    }
+}
+
+TEST(LoggingLock, KeepsItsNameAndMakesNoNamedObjectOfIt)
+{
+    LoggingLock const lock;
+    EXPECT_EQ(lock.name, L"VelmoNotificationClientLock");
+    EXPECT_EQ(lock.name.size(), 27u);
+    EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, lock.name.c_str()), nullptr);
+    EXPECT_EQ(OpenEventW(SYNCHRONIZE, FALSE, lock.name.c_str()), nullptr);
+}
+
+} // namespace
