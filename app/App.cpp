@@ -38,6 +38,17 @@ winrt::fire_and_forget LogWhenLaunched(winrt::com_ptr<App> /*app*/, IAsyncAction
     logSite.Info(L"Launch Done !! ");
 }
 
+// Throws hresult_error when the launch fails at once; an operation that is not there counts as that.
+IAsyncAction LaunchDesktopComponent(wchar_t const* parameterGroup)
+{
+    auto launch = FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(parameterGroup);
+    if (!launch)
+    {
+        throw winrt::hresult_invalid_argument();
+    }
+    return launch;
+}
+
 // No page is shown. The window's content is looked at as the framework's own start-up code does, and left as it is.
 void LookAtWindowContent()
 {
@@ -65,7 +76,7 @@ void App::OnLaunched(LaunchActivatedEventArgs const&)
     logSite.Info(L"Inside OnLaunched");
     LookAtWindowContent();
     logSite.Info(L"Going to launch full trust app to launch HOV");
-    LogWhenLaunched(get_strong(), FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(L"LaunchHOV"));
+    LogWhenLaunched(get_strong(), LaunchDesktopComponent(L"LaunchHOV"));
     // In full, even when the launch is done earlier.
     Sleep(waitMilliseconds);
     logSite.Info(L"Going to exit");

@@ -1,0 +1,84 @@
+#include "tests/flow/AppFlow.h"
+
+#include "logging/LogTargetDefault.h"
+#include "logging/Logger.h"
+#include "service/AppLogHook.h"
+#include "tests/support/Files.h"
+
+using winrt::Windows::UI::Xaml::Application;
+
+extern "C" decltype(&Sleep) __wrap___imp_Sleep = &test::SleepCall::Entry;
+
+namespace test
+{
+
+wchar_t const banner[] = L"****************************** VelmoNotificationCLient Started. "
+                         L"*********************************";
+
+AppFlow::AppFlow()
+    : m_sleep([this](auto system, DWORD milliseconds) {
+          if (milliseconds < 1000) // the thread library's, between two looks at a lock
+          {
+              system(milliseconds);
+              return;
+          }
+          waits.push_back(milliseconds);
+          m_waitMayEnd.acquire();
+      })
+{
+}
+
+AppFlow::~AppFlow()
+{
+    host.End();
+    EndWait();
+    WaitForEnd();
+    // The process-wide objects are never freed in the application; a test program starts each test without them.
+    if (zant::g_defaultLogTarget)
+    {
+        zant::g_defaultLogTarget->Close();
+    }
+    zant::g_defaultLogTarget = nullptr;
+    zant::g_logger = nullptr;
+    g_appLogHook = nullptr;
+}
+
+void AppFlow::Start()
+{
+    m_main = std::thread([this] {
+        try
+        {
+            Application::Start([this](auto&&) { app = winrt::make_self<VelmoNotificationClient::App>()->get_weak(); });
+        }
+        catch (winrt::hresult_error const& error)
+        {
+            startResult = error.code();
+        }
+    });
+}
+
+void AppFlow::WaitForEnd()
+{
+    if (m_main.joinable())
+    {
+        m_main.join();
+    }
+}
+
+void AppFlow::RunToEnd()
+{
+    Start();
+    WaitForEnd();
+}
+
+std::vector<std::wstring> AppFlow::Messages() const
+{
+    std::vector<std::wstring> messages;
+    for (auto const& line : ReadLines(LogPath()))
+    {
+        messages.push_back(Split(line, L" | ").back());
+    }
+    return messages;
+}
+
+} // namespace test

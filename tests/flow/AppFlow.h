@@ -1,0 +1,58 @@
+#pragma once
+#include "app/App.h"
+#include "simulator/runtime/LocalHost.h"
+#include "tests/support/UserTemporaryFolder.h"
+#include "tests/support/WrappedCall.h"
+
+#include <gtest/gtest.h>
+#include <semaphore>
+#include <thread>
+#include <windows.h>
+
+extern "C" decltype(&Sleep) __real___imp_Sleep;
+
+namespace test
+{
+
+using SleepCall = WrappedCall<&__real___imp_Sleep>;
+
+// The application in this process, against the simulator's runtime classes. Its waits are not slept through: each one
+// lasts until the test ends it.
+class AppFlow : public testing::Test
+{
+  protected:
+    AppFlow();
+    ~AppFlow() override;
+
+    // What main does, on a thread of its own.
+    void Start();
+
+    // Waits until Application::Start has returned, or thrown.
+    void WaitForEnd();
+
+    // The process as a whole, for an app that waits for nothing.
+    void RunToEnd();
+
+    // Ends the wait that the app is in, or is about to begin.
+    void EndWait() { m_waitMayEnd.release(); }
+
+    // The messages in the log, in order.
+    std::vector<std::wstring> Messages() const;
+
+    std::wstring LogPath() const { return temporary / L"Tessaline\\HOV\\KZEB.log"; }
+
+    UserTemporaryFolder temporary;
+    sim::LocalHost host;
+    std::vector<DWORD> waits;     // what the app waited for, in milliseconds
+    std::int32_t startResult = 0; // how Application::Start failed
+    winrt::weak_ref<VelmoNotificationClient::App> app;
+
+  private:
+    std::counting_semaphore<> m_waitMayEnd{0};
+    SleepCall m_sleep;
+    std::thread m_main;
+};
+
+extern wchar_t const banner[];
+
+} // namespace test

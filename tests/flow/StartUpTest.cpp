@@ -1,0 +1,67 @@
+#include "tests/flow/AppFlow.h"
+#include "tests/support/Files.h"
+
+#include <algorithm>
+
+namespace
+{
+
+using test::banner;
+
+class StartUp : public test::AppFlow
+{
+};
+
+TEST_F(StartUp, TheBannerIsTheFirstLineAndIsWrittenOnceThoughSeveralActivationsFollow)
+{
+    host.Activate(sim::ActivationKind::Suspend);
+    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    RunToEnd();
+    auto const messages = Messages();
+    EXPECT_EQ(messages.at(0), banner);
+    EXPECT_EQ(std::ranges::count(messages, banner), 1);
+}
+
+TEST_F(StartUp, AFailingBaseMakesStartFailBeforeAnythingIsLogged)
+{
+    host.SetFault(L"Application.CreateInstance now 0x80070005");
+    RunToEnd();
+    EXPECT_EQ(startResult, E_ACCESSDENIED);
+    EXPECT_FALSE(test::FileExists(LogPath()));
+}
+
+TEST_F(StartUp, AMissingApplicationClassMakesStartFail)
+{
+    host.SetFault(L"Application now 0x80040154");
+    RunToEnd();
+    EXPECT_EQ(startResult, REGDB_E_CLASSNOTREG);
+    EXPECT_FALSE(test::FileExists(LogPath()));
+}
+
+TEST_F(StartUp, AFailingSuspendingSubscriptionMakesStartFailAfterTheBanner)
+{
+    host.SetFault(L"Application.Suspending now 0x8000FFFF");
+    RunToEnd();
+    EXPECT_EQ(startResult, E_UNEXPECTED);
+    EXPECT_EQ(Messages(), std::vector<std::wstring>{banner});
+    EXPECT_FALSE(app.get());
+}
+
+TEST_F(StartUp, SuspensionLogsNothingAndTheAppGoesOn)
+{
+    host.Activate(sim::ActivationKind::Suspend);
+    host.Activate(sim::ActivationKind::Suspend);
+    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    RunToEnd();
+    EXPECT_EQ(Messages(), (std::vector<std::wstring>{banner, L"Inside OnActivated App activated by URI protocol"}));
+    EXPECT_EQ(host.Failure(), std::nullopt);
+}
+
+TEST_F(StartUp, TheSuspendingHandlerDoesNotKeepTheAppAlive)
+{
+    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    RunToEnd();
+    EXPECT_FALSE(app.get());
+}
+
+} // namespace

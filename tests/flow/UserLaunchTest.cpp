@@ -1,0 +1,149 @@
+#include "tests/flow/AppFlow.h"
+
+namespace
+{
+
+using test::banner;
+using Lines = std::vector<std::wstring>;
+
+constexpr wchar_t inside[] = L"Inside OnLaunched";
+constexpr wchar_t goingToLaunch[] = L"Going to launch full trust app to launch HOV";
+constexpr wchar_t launchDone[] = L"Launch Done !! ";
+constexpr wchar_t goingToExit[] = L"Going to exit";
+
+class UserLaunch : public test::AppFlow
+{
+  protected:
+    UserLaunch() { host.Activate(sim::ActivationKind::Launch); }
+};
+
+TEST_F(UserLaunch, LogsItsFourLinesInOrderAndExits)
+{
+    Start();
+    auto const launch = host.WaitForLaunch();
+    launch.Complete();
+    EndWait();
+    WaitForEnd();
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
+    EXPECT_TRUE(host.HasExited());
+    EXPECT_EQ(startResult, 0);
+}
+
+TEST_F(UserLaunch, StartsTheDesktopComponentOnceWithItsParameterGroup)
+{
+    Start();
+    auto const launch = host.WaitForLaunch();
+    EXPECT_EQ(launch.group, L"LaunchHOV");
+    EXPECT_EQ(launch.application, L"");
+    launch.Complete();
+    EndWait();
+    WaitForEnd();
+    EXPECT_EQ(host.UnfetchedLaunches(), 0u);
+}
+
+TEST_F(UserLaunch, WaitsThreeSecondsAlsoWhenTheLaunchIsDoneEarlier)
+{
+    Start();
+    host.WaitForLaunch().Complete();
+    EndWait();
+    WaitForEnd();
+    EXPECT_EQ(waits, std::vector<DWORD>{3000});
+}
+
+TEST_F(UserLaunch, ExitsWithoutTheDoneLineWhenTheLaunchTakesLonger)
+{
+    Start();
+    auto const launch = host.WaitForLaunch();
+    EndWait();
+    WaitForEnd();
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, goingToExit}));
+    EXPECT_TRUE(host.HasExited());
+}
+
+TEST_F(UserLaunch, KeepsTheAppAliveUntilTheLaunchHasCompleted)
+{
+    Start();
+    auto const launch = host.WaitForLaunch();
+    EndWait();
+    WaitForEnd();
+    EXPECT_TRUE(app.get());
+    launch.Complete();
+    EXPECT_FALSE(app.get());
+}
+
+class UserLaunchFailingLater : public UserLaunch, public testing::WithParamInterface<HRESULT>
+{
+};
+
+TEST_P(UserLaunchFailingLater, HasNoLineAndIsNotRetriedAndTheAppWaitsAndExits)
+{
+    Start();
+    host.WaitForLaunch().Complete(GetParam());
+    EndWait();
+    WaitForEnd();
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, goingToExit}));
+    EXPECT_EQ(waits, std::vector<DWORD>{3000});
+    EXPECT_EQ(host.UnfetchedLaunches(), 0u);
+    EXPECT_TRUE(host.HasExited());
+}
+
+INSTANTIATE_TEST_SUITE_P(Results, UserLaunchFailingLater,
+                         testing::Values(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), HRESULT_FROM_WIN32(ERROR_CANCELLED),
+                                         E_ABORT));
+
+TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchFailsAtOnce)
+{
+    host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync now 0x80070490");
+    RunToEnd();
+    EXPECT_EQ(host.Failure(), HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch}));
+    EXPECT_TRUE(waits.empty());
+    EXPECT_FALSE(host.HasExited());
+}
+
+TEST_F(UserLaunch, EndsTheProcessWhenTheLauncherCannotBeHad)
+{
+    host.SetFault(L"FullTrustProcessLauncher now 0x80040154");
+    RunToEnd();
+    EXPECT_EQ(host.Failure(), REGDB_E_CLASSNOTREG);
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch}));
+}
+
+TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchGivesNoOperation)
+{
+    host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null");
+    RunToEnd();
+    EXPECT_EQ(host.Failure(), E_INVALIDARG);
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch}));
+}
+
+TEST_F(UserLaunch, EndsTheProcessWhenTheExitCannotBeHad)
+{
+    host.SetFault(L"CoreApplication now 0x80040154");
+    Start();
+    host.WaitForLaunch().Complete();
+    EndWait();
+    WaitForEnd();
+    EXPECT_EQ(host.Failure(), REGDB_E_CLASSNOTREG);
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
+}
+
+TEST_F(UserLaunch, GoesOnWithoutAWindow)
+{
+    host.SetFault(L"Window.Current null");
+    Start();
+    host.WaitForLaunch().Complete();
+    EndWait();
+    WaitForEnd();
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
+}
+
+TEST_F(UserLaunch, EndsTheProcessWhenTheWindowCannotBeLookedAt)
+{
+    host.SetFault(L"Window.Content now 0x8000FFFF");
+    RunToEnd();
+    EXPECT_EQ(host.Failure(), E_UNEXPECTED);
+    EXPECT_EQ(Messages(), (Lines{banner, inside}));
+}
+
+} // namespace
