@@ -1,0 +1,65 @@
+// Waiting for an asynchronous operation on the calling thread. Not for single-threaded apartments.
+#pragma once
+
+namespace winrt::impl
+{
+
+// Shared between the waiting thread and the operation, whichever lets go last.
+struct completion
+{
+    handle finished{check_pointer(CreateEventW(nullptr, TRUE, FALSE, nullptr))};
+
+    template <typename Async>
+    static std::shared_ptr<completion> of(Async const& async)
+    {
+        auto state = std::make_shared<completion>();
+        async.Completed([state](auto const&, auto) { SetEvent(state->finished.get()); });
+        return state;
+    }
+};
+
+template <typename Async>
+auto wait_get(Async const& async)
+{
+    if (async.Status() == Windows::Foundation::AsyncStatus::Started)
+    {
+        WaitForSingleObject(completion::of(async)->finished.get(), INFINITE);
+    }
+    return async.GetResults();
+}
+
+// Started when the time was too short; the operation goes on, and cannot be waited for once more.
+template <typename Async>
+Windows::Foundation::AsyncStatus wait_status(Async const& async, Windows::Foundation::TimeSpan timeout)
+{
+    if (async.Status() == Windows::Foundation::AsyncStatus::Started)
+    {
+        auto const milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(timeout).count();
+        WaitForSingleObject(completion::of(async)->finished.get(), static_cast<DWORD>(milliseconds));
+    }
+    return async.Status();
+}
+
+template <typename D>
+auto consume<D, Windows::Foundation::IAsyncAction>::get() const
+{
+    return wait_get<Windows::Foundation::IAsyncAction>(static_cast<D const&>(*this));
+}
+template <typename D>
+auto consume<D, Windows::Foundation::IAsyncAction>::wait_for(Windows::Foundation::TimeSpan const& timeout) const
+{
+    return wait_status<Windows::Foundation::IAsyncAction>(static_cast<D const&>(*this), timeout);
+}
+template <typename D, typename TResult>
+auto consume<D, Windows::Foundation::IAsyncOperation<TResult>>::get() const
+{
+    return wait_get<Windows::Foundation::IAsyncOperation<TResult>>(static_cast<D const&>(*this));
+}
+template <typename D, typename TResult>
+auto consume<D, Windows::Foundation::IAsyncOperation<TResult>>::wait_for(
+    Windows::Foundation::TimeSpan const& timeout) const
+{
+    return wait_status<Windows::Foundation::IAsyncOperation<TResult>>(static_cast<D const&>(*this), timeout);
+}
+
+} // namespace winrt::impl
