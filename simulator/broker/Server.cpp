@@ -1,0 +1,127 @@
+#include "simulator/broker/Server.h"
+
+#include "simulator/broker/Broker.h"
+#include "simulator/broker/WindowsProcessStarter.h"
+#include "simulator/model/Error.h"
+#include "simulator/model/Files.h"
+#include "simulator/model/FolderWatch.h"
+#include "simulator/transport/Pipe.h"
+#include "simulator/transport/PipeChannel.h"
+
+#include <windows.h>
+
+namespace sim
+{
+
+namespace
+{
+
+// One end of the pipe that waits for its client.
+class Listener
+{
+  public:
+    explicit Listener(std::wstring const& name)
+        : m_pipe(MakePipe(name)), m_connected(CreateEventW(nullptr, TRUE, FALSE, nullptr))
+    {
+        if (!m_pipe)
+        {
+            throw Error(L"cannot make the pipe " + name + L": " + SystemMessage(GetLastError()));
+        }
+        m_overlapped.hEvent = m_connected.Get();
+        if (!ConnectNamedPipe(m_pipe.Get(), &m_overlapped) && GetLastError() == ERROR_PIPE_CONNECTED)
+        {
+            SetEvent(m_connected.Get());
+        }
+    }
+
+    Listener(Listener const&) = delete;
+    Listener& operator=(Listener const&) = delete;
+
+    ~Listener()
+    {
+        DWORD ignored = 0;
+        if (m_pipe && CancelIoEx(m_pipe.Get(), &m_overlapped))
+        {
+            GetOverlappedResult(m_pipe.Get(), &m_overlapped, &ignored, TRUE);
+        }
+    }
+
+    HANDLE Connected() const noexcept { return m_connected.Get(); }
+
+    Handle Take() { return std::move(m_pipe); }
+
+  private:
+    Handle m_pipe;
+    Handle m_connected;
+    OVERLAPPED m_overlapped{};
+};
+
+class Server
+{
+  public:
+    explicit Server(Device const& device)
+        : m_device(device), m_listener(std::make_unique<Listener>(device.PipeName())),
+          m_stop(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+          m_broker(device, std::make_unique<WindowsProcessStarter>(), [this] { SetEvent(m_stop.Get()); }),
+          m_watch(ParentOf(device.Home()), FolderWatch::Names)
+    {
+    }
+
+    // Until the device is switched off or its folder goes.
+    void Run()
+    {
+        while (FolderExists(m_device.Home()))
+        {
+            HANDLE const handles[] = {m_stop.Get(), m_listener->Connected(), m_watch.Get()};
+            switch (WaitForMultipleObjects(ARRAYSIZE(handles), handles, FALSE, INFINITE))
+            {
+            case WAIT_OBJECT_0 + 1:
+                Accept();
+                break;
+            case WAIT_OBJECT_0 + 2:
+                m_watch.Next();
+                break;
+            default:
+                m_broker.EndProcesses();
+                return;
+            }
+        }
+        m_broker.EndProcesses();
+    }
+
+  private:
+    void Accept()
+    {
+        auto const channel = PipeChannel::Open(m_listener->Take());
+        m_listener = std::make_unique<Listener>(m_device.PipeName());
+        // The channel keeps its handlers until it closes, and they keep the channel.
+        channel->Start({[this, channel](Message const& message) { m_broker.Received(channel, message); },
+                        [this, channel] { m_broker.Closed(channel); }});
+    }
+
+    Device const& m_device;
+    std::unique_ptr<Listener> m_listener;
+    Handle m_stop;
+    Broker m_broker;
+    FolderWatch m_watch;
+};
+
+} // namespace
+
+void Serve(Device const& device)
+{
+    // Not left to the pipe: Wine lets a second process serve the same name.
+    Handle const serving(CreateMutexW(nullptr, FALSE, device.MutexName().c_str()));
+    if (WaitForSingleObject(serving.Get(), 0) == WAIT_TIMEOUT)
+    {
+        return;
+    }
+    Server server(device);
+    Handle const ready(CreateEventW(nullptr, TRUE, FALSE, device.ReadyEventName().c_str()));
+    SetEvent(ready.Get());
+    server.Run();
+    // At once: connections may be in the middle of a message.
+    ExitProcess(0);
+}
+
+} // namespace sim

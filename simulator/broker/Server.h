@@ -1,0 +1,11 @@
+#pragma once
+#include "simulator/model/Device.h"
+
+namespace sim
+{
+
+// Serves a device until it is switched off or its folder goes. Returns at once when another process serves it.
+// Throws Error.
+void Serve(Device const& device);
+
+} // namespace sim

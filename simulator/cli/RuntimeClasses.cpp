@@ -1,0 +1,47 @@
+#include "simulator/cli/RuntimeClasses.h"
+
+#include "simulator/model/Error.h"
+#include "simulator/model/Files.h"
+#include "simulator/runtime/ClassNames.h"
+
+#include <windows.h>
+
+namespace sim
+{
+
+namespace
+{
+
+// The platform's list of classes; Wine's RoGetActivationFactory looks there.
+constexpr wchar_t classesKey[] = L"Software\\Microsoft\\WindowsRuntime\\ActivatableClassId\\";
+
+std::wstring LibraryPath()
+{
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, ARRAYSIZE(path));
+    return ParentOf(path) + L"\\VelmoPlatform.dll";
+}
+
+} // namespace
+
+void InstallRuntimeClasses()
+{
+    auto const library = LibraryPath();
+    if (!FileExists(library))
+    {
+        throw Error(L"there is no " + library + L": build it first");
+    }
+    for (auto const* name : runtimeClassNames)
+    {
+        auto const error =
+            RegSetKeyValueW(HKEY_LOCAL_MACHINE, (std::wstring(classesKey) + name).c_str(), L"DllPath", REG_SZ,
+                            library.c_str(), static_cast<DWORD>((library.size() + 1) * sizeof(wchar_t)));
+        if (error != ERROR_SUCCESS)
+        {
+            throw Error(std::wstring(L"cannot register the class ") + name + L": " +
+                        SystemMessage(static_cast<unsigned long>(error)));
+        }
+    }
+}
+
+} // namespace sim

@@ -1,0 +1,150 @@
+#include "simulator/client/BrokerClient.h"
+
+#include "simulator/model/Error.h"
+#include "simulator/model/Files.h"
+#include "simulator/model/Text.h"
+#include "simulator/transport/Pipe.h"
+
+namespace sim
+{
+
+namespace
+{
+
+std::wstring ProgramPath()
+{
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, ARRAYSIZE(path));
+    return path;
+}
+
+// Returns when the broker serves, or when another one proved to be quicker.
+void StartBroker(Device const& device)
+{
+    constexpr DWORD limitMilliseconds = 60'000;
+    Handle const ready(CreateEventW(nullptr, TRUE, FALSE, device.ReadyEventName().c_str()));
+    auto commandLine = L"\"" + ProgramPath() + L"\" broker";
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, DETACHED_PROCESS, nullptr, nullptr,
+                        &startup, &started))
+    {
+        throw Error(L"cannot start the broker: " + SystemMessage(GetLastError()));
+    }
+    Handle const thread(started.hThread);
+    Handle const process(started.hProcess);
+    HANDLE const either[] = {ready.Get(), process.Get()};
+    WaitForMultipleObjects(ARRAYSIZE(either), either, FALSE, limitMilliseconds);
+}
+
+} // namespace
+
+std::unique_ptr<BrokerClient> BrokerClient::Connect(Device const& device)
+{
+    // A broker found or started may be one that is being switched off; the next one is not.
+    for (int attempt = 0; attempt < 5; ++attempt)
+    {
+        if (auto client = ConnectToRunning(device))
+        {
+            return client;
+        }
+        MakeFolder(device.Home());
+        StartBroker(device);
+    }
+    throw Error(L"no broker comes up for the device " + device.Home());
+}
+
+std::unique_ptr<BrokerClient> BrokerClient::ConnectToRunning(Device const& device)
+{
+    auto pipe = ConnectPipe(device.PipeName());
+    return pipe ? std::unique_ptr<BrokerClient>(new BrokerClient(std::move(pipe))) : nullptr;
+}
+
+BrokerClient::BrokerClient(Handle pipe)
+    : m_inbox(std::make_shared<Inbox>()), m_channel(PipeChannel::Open(std::move(pipe)))
+{
+    m_channel->Start(
+        {[inbox = m_inbox](Message message) { inbox->Add(std::move(message)); }, [inbox = m_inbox] { inbox->End(); }});
+}
+
+BrokerClient::~BrokerClient()
+{
+    m_channel->Close();
+}
+
+std::wstring BrokerClient::Ask(Message const& request)
+{
+    m_channel->Send(request);
+    while (m_answers.empty())
+    {
+        WaitForSingleObject(m_inbox->Arrived(), INFINITE);
+        if (m_inbox->HasEnded())
+        {
+            throw Error(L"the device's broker has gone");
+        }
+        if (auto message = m_inbox->Take())
+        {
+            Sort(std::move(*message));
+        }
+    }
+    auto const answer = std::move(m_answers.front());
+    m_answers.pop_front();
+    auto const text = answer.size() > 1 ? answer[1] : std::wstring();
+    if (answer.front() != L"ok")
+    {
+        throw Error(text);
+    }
+    return text;
+}
+
+void BrokerClient::Follow()
+{
+    m_channel->Send({L"follow"});
+}
+
+std::optional<Event> BrokerClient::NextEvent()
+{
+    while (auto message = m_inbox->Take())
+    {
+        Sort(std::move(*message));
+    }
+    if (m_events.empty())
+    {
+        if (m_inbox->HasEnded())
+        {
+            throw Error(L"the device's broker has gone");
+        }
+        return std::nullopt;
+    }
+    auto event = std::move(m_events.front());
+    m_events.pop_front();
+    return event;
+}
+
+void BrokerClient::Stop()
+{
+    constexpr DWORD limitMilliseconds = 30'000;
+    auto const id = ParseNumber(Ask({L"process"}));
+    Handle const broker(OpenProcess(SYNCHRONIZE, FALSE, id.value_or(0)));
+    m_channel->Send({L"stop"});
+    if (broker && WaitForSingleObject(broker.Get(), limitMilliseconds) != WAIT_OBJECT_0)
+    {
+        throw Error(L"the device's broker does not end");
+    }
+}
+
+void BrokerClient::Sort(Message message)
+{
+    if (message.front() != L"event")
+    {
+        m_answers.push_back(std::move(message));
+        return;
+    }
+    if (auto event = message.size() == 2 ? ParseEvent(message[1]) : std::nullopt)
+    {
+        m_events.push_back(std::move(*event));
+    }
+}
+
+} // namespace sim

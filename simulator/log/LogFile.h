@@ -1,0 +1,30 @@
+#pragma once
+#include "simulator/model/Device.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace sim
+{
+
+// Reads the app's log file (UTF-16LE with a mark, lines ended by CR LF) while others write it.
+class LogFile
+{
+  public:
+    explicit LogFile(std::wstring path);
+
+    // The log file of the device's registered package. Throws Error when none is registered.
+    static std::wstring PathOn(Device const& device);
+
+    // The lines completed since the last call; none while the file is missing. A file that has become shorter was begun
+    // anew and is read from its start. Throws Error for a file that is not UTF-16LE.
+    std::vector<std::wstring> NewLines();
+
+  private:
+    std::wstring m_path;
+    std::uint64_t m_position = 0; // bytes read
+    std::wstring m_rest;          // the beginning of a line that is not complete yet
+};
+
+} // namespace sim

@@ -1,0 +1,73 @@
+#include "simulator/log/LogLine.h"
+
+#include "simulator/model/Text.h"
+
+#include <array>
+
+namespace sim
+{
+
+namespace
+{
+
+constexpr std::wstring_view separator = L" | ";
+
+// "01/05/24 09:30:12:045", in the C locale's order: month, day, year.
+std::optional<Moment> ParseStamp(std::wstring_view stamp)
+{
+    if (stamp.size() != 21)
+    {
+        return std::nullopt;
+    }
+    auto const number = [&](std::size_t at, std::size_t length) {
+        auto const value = ParseNumber(stamp.substr(at, length));
+        return value ? static_cast<int>(*value) : -1;
+    };
+    return MomentOf(2000 + number(6, 2), number(0, 2), number(3, 2), number(9, 2), number(12, 2), number(15, 2),
+                    number(18, 3));
+}
+
+std::wstring Padded(std::wstring const& text, std::size_t width)
+{
+    return text + std::wstring(width > text.size() ? width - text.size() : 0, L' ');
+}
+
+} // namespace
+
+std::wstring LogLine::Text() const
+{
+    return TimeText(time) + L" " + Padded(level, 5) + L" " + Padded(category, 10) + L" " + message;
+}
+
+std::optional<LogLine> ParseLogLine(std::wstring_view line)
+{
+    // Stamp, level, six fields, thread; the message may hold separators of its own.
+    std::array<std::wstring, 9> fields;
+    for (auto& field : fields)
+    {
+        auto const end = line.find(separator);
+        if (end == std::wstring_view::npos)
+        {
+            return std::nullopt;
+        }
+        field = line.substr(0, end);
+        line.remove_prefix(end + separator.size());
+    }
+    auto const time = ParseStamp(fields[0]);
+    auto const& level = fields[1];
+    if (!time || level.size() < 2 || level.front() != L'[' || level.back() != L']')
+    {
+        return std::nullopt;
+    }
+    return LogLine{*time,
+                   level.substr(1, level.size() - 2),
+                   fields[3],
+                   fields[4],
+                   fields[5],
+                   fields[6],
+                   fields[7],
+                   fields[8],
+                   std::wstring(line)};
+}
+
+} // namespace sim

@@ -1,0 +1,31 @@
+#pragma once
+#include "simulator/model/Moment.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sim
+{
+
+// One line of the app's log, taken apart.
+struct LogLine
+{
+    Moment time = 0;
+    std::wstring level; // without its brackets
+    std::wstring product;
+    std::wstring component;
+    std::wstring category;
+    std::wstring detail;
+    std::wstring origin;
+    std::wstring thread;
+    std::wstring message;
+
+    // 09:30:12.045 INFO  ZEBMain  Inside OnLaunched
+    std::wstring Text() const;
+};
+
+// nullopt for a line of another form.
+std::optional<LogLine> ParseLogLine(std::wstring_view line);
+
+} // namespace sim

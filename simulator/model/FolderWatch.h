@@ -1,0 +1,33 @@
+#pragma once
+#include <string>
+#include <windows.h>
+
+namespace sim
+{
+
+// Tells when something in a folder changes.
+class FolderWatch
+{
+  public:
+    enum Scope
+    {
+        Names,   // folders that come and go, in the folder itself
+        Contents // files that come, go and are written, in the folder and below
+    };
+
+    // Throws Error.
+    FolderWatch(std::wstring const& folder, Scope scope);
+    FolderWatch(FolderWatch const&) = delete;
+    FolderWatch& operator=(FolderWatch const&) = delete;
+    ~FolderWatch();
+
+    // Signalled once something has changed, until Next.
+    HANDLE Get() const noexcept { return m_change; }
+
+    void Next() const { FindNextChangeNotification(m_change); }
+
+  private:
+    HANDLE m_change;
+};
+
+} // namespace sim

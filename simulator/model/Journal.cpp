@@ -1,0 +1,64 @@
+#include "simulator/model/Journal.h"
+
+#include "simulator/model/Error.h"
+#include "simulator/model/Files.h"
+#include "simulator/model/Text.h"
+
+#include <windows.h>
+
+namespace sim
+{
+
+Journal::Journal(std::wstring path) : m_path(std::move(path))
+{
+    if (!OpenFile())
+    {
+        throw Error(L"cannot open " + m_path + L": " + SystemMessage(GetLastError()));
+    }
+}
+
+void Journal::Listen(std::function<void(Event const&)> listener)
+{
+    m_listener = std::move(listener);
+}
+
+void Journal::Add(std::wstring kind, std::vector<std::wstring> details)
+{
+    Event const event{Now(), std::move(kind), std::move(details)};
+    auto const line = ToUtf8(event.Line() + L"\r\n");
+    DWORD written = 0;
+    if (auto const file = OpenFile())
+    {
+        WriteFile(file.Get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+    }
+    if (m_listener)
+    {
+        m_listener(event);
+    }
+}
+
+Handle Journal::OpenFile() const
+{
+    return Handle(CreateFileW(m_path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                              nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+std::vector<Event> ReadJournal(std::wstring const& path)
+{
+    std::vector<Event> events;
+    if (!FileExists(path))
+    {
+        return events;
+    }
+    auto const text = FromUtf8(ReadBytes(path));
+    for (std::size_t start = 0, end; (end = text.find(L"\r\n", start)) != std::wstring::npos; start = end + 2)
+    {
+        if (auto event = ParseEvent(std::wstring_view(text).substr(start, end - start)))
+        {
+            events.push_back(std::move(*event));
+        }
+    }
+    return events;
+}
+
+} // namespace sim

@@ -1,0 +1,36 @@
+#pragma once
+#include "simulator/model/Event.h"
+#include "simulator/model/Handle.h"
+
+#include <functional>
+#include <string>
+
+namespace sim
+{
+
+// The device's record of events: a text file in UTF-8, a line for each, and whoever listens. Not thread-safe: its
+// owner serialises.
+class Journal
+{
+  public:
+    // Appends to the file, made when missing. Throws Error when that cannot be.
+    explicit Journal(std::wstring path);
+
+    // Called for each event, after it has been written.
+    void Listen(std::function<void(Event const&)> listener);
+
+    // A line that the disk does not take is lost for the file, not for the listener. The file is not kept open: the
+    // device's folder may be removed at any time.
+    void Add(std::wstring kind, std::vector<std::wstring> details = {});
+
+  private:
+    Handle OpenFile() const;
+
+    std::wstring m_path;
+    std::function<void(Event const&)> m_listener;
+};
+
+// All events of a journal's file; none when it is missing.
+std::vector<Event> ReadJournal(std::wstring const& path);
+
+} // namespace sim

@@ -1,0 +1,43 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim
+{
+
+// What a package declares of itself, as far as the app model acts on it.
+struct Manifest
+{
+    struct ParameterGroup
+    {
+        std::wstring id;
+        std::wstring parameters;
+    };
+
+    struct DesktopComponent
+    {
+        std::wstring executable; // relative to the package's folder
+        std::vector<ParameterGroup> groups;
+
+        // Null when there is none of that id; ids are compared exactly.
+        ParameterGroup const* Group(std::wstring_view id) const;
+    };
+
+    std::wstring name;
+    std::wstring publisher;
+    std::wstring version;
+    std::wstring applicationId;
+    std::wstring executable;             // relative to the package's folder
+    std::wstring entryPoint;             // runtime class of the application
+    std::vector<std::wstring> protocols; // URI schemes, lower case
+    std::optional<DesktopComponent> desktopComponent;
+    bool mayRunFullTrust = false; // the capability that the desktop component needs
+};
+
+// Reads AppxManifest.xml. Throws Error that names the file and what is missing or wrong in it. One application per
+// package: the product has one.
+Manifest ReadManifest(std::wstring const& path);
+
+} // namespace sim

@@ -1,0 +1,23 @@
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sim
+{
+
+// What is no valid text in one encoding becomes U+FFFD in the other.
+std::string ToUtf8(std::wstring_view text);
+std::wstring FromUtf8(std::string_view text);
+
+// A result code as people write it: 0x80070005.
+std::wstring Hex(std::uint32_t value);
+
+// A whole number in decimal, or in hexadecimal with 0x before it; nullopt for anything else or beyond 32 bits.
+std::optional<std::uint32_t> ParseNumber(std::wstring_view text);
+
+bool StartsWith(std::wstring_view text, std::wstring_view start);
+bool EqualIgnoringCase(std::wstring_view left, std::wstring_view right);
+
+} // namespace sim

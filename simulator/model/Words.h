@@ -1,0 +1,17 @@
+#pragma once
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim
+{
+
+// The words of a line, as in scenario files and in the journal: separated by blanks; '…' and "…" keep blanks (and each
+// other) as they are, also in the middle of a word (command='"a b" c'). A # at the start of a word begins a comment.
+// Throws Error when a quote is not closed.
+std::vector<std::wstring> SplitWords(std::wstring_view line);
+
+// The text as one word that SplitWords gives back; line ends become blanks.
+std::wstring Quoted(std::wstring_view text);
+
+} // namespace sim

@@ -1,0 +1,37 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim
+{
+
+// One element of an XML file. Text between elements is not kept: the files read here carry their facts in attributes.
+struct XmlElement
+{
+    struct Attribute
+    {
+        std::wstring name;
+        std::wstring value;
+    };
+
+    std::wstring namespaceUri;
+    std::wstring name; // without its prefix
+    std::vector<Attribute> attributes;
+    std::vector<XmlElement> children;
+
+    // Nothing when it is missing; an empty value is a value.
+    std::optional<std::wstring> AttributeValue(std::wstring_view attributeName) const;
+
+    std::vector<XmlElement const*> Children(std::wstring_view childNamespace, std::wstring_view childName) const;
+
+    // The first of them, or null.
+    XmlElement const* Child(std::wstring_view childNamespace, std::wstring_view childName) const;
+};
+
+// Reads a whole file with the platform's own XML reader and returns its root. Throws Error that names the file, and the
+// line where it is broken.
+XmlElement ReadXml(std::wstring const& path);
+
+} // namespace sim

@@ -1,0 +1,48 @@
+#pragma once
+#include "simulator/runtime/ApplicationBase.h"
+#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/Window.h"
+
+#include <atomic>
+#include <winrt/Windows.UI.Xaml.h>
+
+namespace sim
+{
+
+// The XAML framework of a process: its one application object, its window, and the main view's thread that runs them.
+class Framework
+{
+  public:
+    static Framework& Instance() noexcept;
+
+    // Runs the app on a new thread, the main view's, and returns when it has ended: 0, or the failure of the callback
+    // that was to construct the application object.
+    std::int32_t Run(Xaml::ApplicationInitializationCallback const& callback);
+
+    // Takes the app's object and keeps it from here on: the callback drops the only other reference.
+    void Adopt(IInspectable const& application, ApplicationBase& base);
+
+    // The base goes. If its application is still kept, its constructor failed after composing and it is no object any
+    // more: the reference is dropped without being released.
+    void Forget(ApplicationBase const& base) noexcept;
+
+    Xaml::Application CurrentApplication() const;
+
+    // Null without a foreground activation, and on all threads but the main view's.
+    Xaml::Window CurrentWindow() const noexcept;
+
+  private:
+    std::int32_t RunView(Xaml::ApplicationInitializationCallback const& callback) noexcept;
+    void Construct(Xaml::ApplicationInitializationCallback const& callback);
+    void Deliver(Activation const& activation);
+    void CallOverride(Activation const& activation);
+    void End() noexcept;
+
+    IInspectable m_application;
+    ApplicationBase* m_base = nullptr; // as long as m_application
+    Xaml::Window m_window{nullptr};
+    std::atomic<unsigned long> m_viewThread = 0;
+    bool m_wasActivated = false;
+};
+
+} // namespace sim

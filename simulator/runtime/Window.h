@@ -1,0 +1,89 @@
+#pragma once
+#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Unserved.h"
+
+#include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.UI.Core.h>
+#include <winrt/Windows.UI.Xaml.h>
+
+namespace sim
+{
+
+// The window of a foreground app, which shows nothing.
+struct Window : winrt::implements<Window, Xaml::IWindow>
+{
+    using class_type = Xaml::Window;
+
+    Xaml::UIElement Content() const
+    {
+        ThrowIfStruck(L"Window.Content");
+        return m_content;
+    }
+
+    void Content(Xaml::UIElement const& value) { m_content = value; }
+
+    bool Visible() const noexcept
+    {
+        return false; // until it is activated, which is not served
+    }
+
+    template <typename... T>
+    Unserved Bounds(T const&...) const
+    {
+        return {};
+    }
+
+    template <typename... T>
+    Unserved CoreWindow(T const&...) const
+    {
+        return {};
+    }
+
+    template <typename... T>
+    Unserved Dispatcher(T const&...) const
+    {
+        return {};
+    }
+
+    template <typename... T>
+    Unserved Activated(T const&...) const
+    {
+        return {};
+    }
+
+    template <typename... T>
+    Unserved Closed(T const&...) const
+    {
+        return {};
+    }
+
+    template <typename... T>
+    Unserved SizeChanged(T const&...) const
+    {
+        return {};
+    }
+
+    template <typename... T>
+    Unserved VisibilityChanged(T const&...) const
+    {
+        return {};
+    }
+
+    Unserved Activate() const { return {}; }
+
+    Unserved Close() const { return {}; }
+
+  private:
+    Xaml::UIElement m_content{nullptr};
+};
+
+// The static members of Windows.UI.Xaml.Window.
+struct WindowFactory : winrt::implements<WindowFactory, IActivationFactory, Xaml::IWindowStatics>
+{
+    Unserved ActivateInstance() const { return {}; }
+
+    Xaml::Window Current() const;
+};
+
+} // namespace sim

@@ -1,0 +1,86 @@
+#include "simulator/scenario/Observer.h"
+
+#include "simulator/model/Files.h"
+#include "simulator/model/Text.h"
+
+#include <algorithm>
+
+namespace sim
+{
+
+Observer::Observer(BrokerClient& broker, Timeline& timeline) : m_broker(broker), m_timeline(timeline)
+{
+    m_broker.Follow();
+}
+
+void Observer::WatchLog(std::wstring const& path)
+{
+    auto const temporary = ParentOf(ParentOf(ParentOf(path))); // there before the app makes the log's folders
+    MakeFolder(temporary);
+    m_log.emplace(path);
+    m_logWatch = std::make_unique<FolderWatch>(temporary, FolderWatch::Contents);
+}
+
+bool Observer::WaitUntil(std::function<bool()> const& done, unsigned limitMilliseconds)
+{
+    auto const end = Now() + limitMilliseconds;
+    for (;;)
+    {
+        Collect();
+        m_timeline.ShowSettled();
+        if (done())
+        {
+            return true;
+        }
+        auto const left = end - Now();
+        if (left <= 0)
+        {
+            return false;
+        }
+        WaitForMore(static_cast<unsigned>(left));
+    }
+}
+
+void Observer::Collect()
+{
+    while (auto event = m_broker.NextEvent())
+    {
+        Sort(std::move(*event));
+    }
+    if (!m_log)
+    {
+        return;
+    }
+    for (auto& text : m_log->NewLines())
+    {
+        auto const line = ParseLogLine(text);
+        m_timeline.Add(line ? line->time : Now(), Timeline::Source::Log,
+                       line ? line->level + L" " + line->category + L": " + line->message : text);
+        logLines.push_back(std::move(text));
+    }
+}
+
+void Observer::Sort(Event event)
+{
+    if (StartsWith(event.kind, L"app-"))
+    {
+        m_isAppOver = event.kind != L"app-started";
+    }
+    auto const isDesktop = StartsWith(event.kind, L"desktop-");
+    m_timeline.Add(event.time, isDesktop ? Timeline::Source::Desktop : Timeline::Source::Event, event.Text());
+    (isDesktop ? desktopEvents : platformEvents).push_back(std::move(event));
+}
+
+void Observer::WaitForMore(unsigned limitMilliseconds)
+{
+    HANDLE const handles[] = {m_broker.Arrived(), m_logWatch ? m_logWatch->Get() : nullptr};
+    // Not longer than what is held back for order may wait.
+    auto const wait =
+        m_timeline.IsHolding() ? std::min(limitMilliseconds, Timeline::holdMilliseconds) : limitMilliseconds;
+    if (WaitForMultipleObjects(m_logWatch ? 2 : 1, handles, FALSE, wait) == WAIT_OBJECT_0 + 1)
+    {
+        m_logWatch->Next();
+    }
+}
+
+} // namespace sim

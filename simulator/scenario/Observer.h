@@ -1,0 +1,50 @@
+#pragma once
+#include "simulator/client/BrokerClient.h"
+#include "simulator/log/LogFile.h"
+#include "simulator/log/LogLine.h"
+#include "simulator/model/FolderWatch.h"
+#include "simulator/scenario/Timeline.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace sim
+{
+
+// Follows the device's journal and the app's log while a scenario plays, puts both on the timeline, and keeps what no
+// step has asked for yet: in order, for the platform's events, the desktop component's, and the log's lines.
+class Observer
+{
+  public:
+    Observer(BrokerClient& broker, Timeline& timeline);
+
+    // There is no log before a package is registered.
+    void WatchLog(std::wstring const& path);
+
+    // Waits until `done`, looked at whenever something has come. False when the time is up before.
+    bool WaitUntil(std::function<bool()> const& done, unsigned limitMilliseconds);
+
+    // Takes what has come by now.
+    void Collect();
+
+    // Whether the last that was heard of the app is its end.
+    bool IsAppOver() const noexcept { return m_isAppOver; }
+
+    std::deque<Event> platformEvents;
+    std::deque<Event> desktopEvents;
+    std::deque<std::wstring> logLines; // as in the file
+
+  private:
+    void Sort(Event event);
+    void WaitForMore(unsigned limitMilliseconds);
+
+    BrokerClient& m_broker;
+    Timeline& m_timeline;
+    std::optional<LogFile> m_log;
+    std::unique_ptr<FolderWatch> m_logWatch;
+    bool m_isAppOver = false;
+};
+
+} // namespace sim

@@ -1,0 +1,178 @@
+#include "simulator/scenario/Player.h"
+
+#include "simulator/cli/Console.h"
+#include "simulator/model/Error.h"
+#include "simulator/model/Files.h"
+#include "simulator/model/Package.h"
+#include "simulator/scenario/Expectations.h"
+#include "simulator/scenario/Scenario.h"
+
+namespace sim
+{
+
+namespace
+{
+
+using Words = std::vector<std::wstring>;
+
+class Player
+{
+  public:
+    Player(Device const& device, Colour colour)
+        : m_device(device), m_broker(FreshDevice(device)), m_timeline(WriteLine, colour),
+          m_observer(*m_broker, m_timeline), m_expectations(m_device, m_observer)
+    {
+    }
+
+    void Run(Step const& step)
+    {
+        auto const words = Substituted(step.words);
+        if (words[0] == L"expect")
+        {
+            m_expectations.Check({words.begin() + 1, words.end()});
+            return;
+        }
+        m_timeline.Add(Now(), Timeline::Source::Step, step.text);
+        words[0] == L"register" ? Register(words) : Act(words);
+    }
+
+    void CheckNothingIsLeft()
+    {
+        m_broker->Ask({L"status"}); // what the broker had to say has come before its answer
+        m_expectations.CheckNothingIsLeft();
+    }
+
+    std::wstring Summary() const { return m_expectations.Summary(); }
+
+    void End()
+    {
+        m_observer.Collect();
+        m_timeline.ShowAll();
+        m_broker->Stop();
+    }
+
+  private:
+    static std::unique_ptr<BrokerClient> FreshDevice(Device const& device)
+    {
+        if (auto const running = BrokerClient::ConnectToRunning(device))
+        {
+            running->Stop();
+        }
+        device.Clear();
+        return BrokerClient::Connect(device);
+    }
+
+    void Register(Words const& words)
+    {
+        auto layout = FullPath(PackageFolderFromEnvironment());
+        if (words.size() == 3 && words[1] == L"without")
+        {
+            CopyFolder(layout, m_device.LayoutCopy());
+            layout = m_device.LayoutCopy();
+            Remove(layout + L"\\" + words[2]);
+        }
+        else if (words.size() != 1)
+        {
+            throw Error(L"register [without FILE]");
+        }
+        m_broker->Ask({L"register", layout});
+        m_package = OpenPackage(layout);
+        m_observer.WatchLog(LogFile::PathOn(m_device));
+    }
+
+    void Act(Words const& words)
+    {
+        for (auto const* known : {L"launch", L"protocol", L"suspend", L"kill", L"fault"})
+        {
+            if (words[0] == known)
+            {
+                m_broker->Ask(words);
+                return;
+            }
+        }
+        throw Error(L"there is no step " + words[0]);
+    }
+
+    Words Substituted(Words words) const
+    {
+        for (auto& word : words)
+        {
+            Replace(word, L"{home}", m_device.Home());
+            Replace(word, L"{layout}", m_package.folder);
+            Replace(word, L"{family}", m_package.folder.empty() ? L"" : m_package.FamilyName());
+        }
+        return words;
+    }
+
+    static void Replace(std::wstring& text, std::wstring_view name, std::wstring const& value)
+    {
+        for (std::size_t at = 0; (at = text.find(name, at)) != std::wstring::npos; at += value.size())
+        {
+            text.replace(at, name.size(), value);
+        }
+    }
+
+    Device const& m_device;
+    std::unique_ptr<BrokerClient> m_broker;
+    Timeline m_timeline;
+    Observer m_observer;
+    Expectations m_expectations;
+    Package m_package;
+};
+
+void Report(std::wstring const& where, Difference const& difference)
+{
+    WriteLine(L"\n" + where + L" differs");
+    WriteLine(L"  expected: " + difference.expected);
+    WriteLine(L"  found:    " + difference.found);
+}
+
+std::wstring Where(std::wstring const& path, Step const& step)
+{
+    return path + L":" + std::to_wstring(step.line) + L": " + step.text;
+}
+
+// False after a difference, which it has told.
+bool RunSteps(Player& player, std::vector<Step> const& steps, std::wstring const& path)
+{
+    auto where = path;
+    try
+    {
+        for (auto const& step : steps)
+        {
+            where = Where(path, step);
+            player.Run(step);
+        }
+        where = path + L": end";
+        player.CheckNothingIsLeft();
+        player.End();
+        return true;
+    }
+    catch (Difference const& difference)
+    {
+        player.End();
+        Report(where, difference);
+        return false;
+    }
+    catch (Error const& error)
+    {
+        player.End();
+        throw Error(where + L": " + error.Message());
+    }
+}
+
+} // namespace
+
+bool PlayScenario(std::wstring const& path, Device const& device, Colour colour)
+{
+    auto const steps = ReadScenario(path);
+    Player player(device, colour);
+    auto const isAsExpected = RunSteps(player, steps, path);
+    if (isAsExpected)
+    {
+        WriteLine(L"\n" + player.Summary());
+    }
+    return isAsExpected;
+}
+
+} // namespace sim

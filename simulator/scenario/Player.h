@@ -1,0 +1,31 @@
+#pragma once
+#include "simulator/model/Device.h"
+#include "simulator/scenario/Timeline.h"
+
+#include <string>
+
+namespace sim
+{
+
+// Plays a scenario file on a fresh device: what the device held goes first. Shows what happens as it happens and says
+// at the end what was checked. False when anything was other than the scenario says; then it says what. Throws Error
+// when the scenario cannot be played.
+//
+// A step per line; # begins a comment; words with blanks in quotes. {home}, {layout} and {family} stand for the
+// device's folder, the package's folder and its family name.
+//   register [without FILE]      the package of VELMO_SIM_PACKAGE, or a copy of it that lacks a file
+//   launch [ARGUMENTS] · protocol URI · suspend · kill · fault …     as on the command line
+//   expect event KIND [NAME=VALUE…]        the next event, of the platform or (desktop-…) of the desktop component,
+//   with
+//                                          these details among its own
+//   expect log MESSAGE [level=…] [category=…]      the next line of the log; its level is INFO if none is given
+//   expect desktop GROUP COMMANDLINE       the desktop component was started for the group, saw this command line and
+//                                          the user's temporary folder, and ended well
+//   expect exit CODE [after A..B ms]       the app's process, the next event, ended as it announced; counted from its
+//                                          start
+//   expect crash [CODE] [after A..B ms]    it ended in another way; without CODE: with any but 0
+// Events of the platform, events of the desktop component and log lines are each expected in their order, and none may
+// come that is not expected.
+bool PlayScenario(std::wstring const& path, Device const& device, Colour colour);
+
+} // namespace sim

@@ -1,0 +1,23 @@
+#pragma once
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim
+{
+
+// One line of a scenario file that is neither empty nor a comment.
+struct Step
+{
+    std::size_t line = 0; // counted from 1
+    std::wstring text;
+    std::vector<std::wstring> words;
+};
+
+// Throws Error that names the line when it cannot be split into words.
+std::vector<Step> ParseScenario(std::wstring_view text);
+
+// A file in UTF-8. Throws Error.
+std::vector<Step> ReadScenario(std::wstring const& path);
+
+} // namespace sim

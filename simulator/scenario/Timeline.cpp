@@ -1,0 +1,74 @@
+#include "simulator/scenario/Timeline.h"
+
+#include <limits>
+
+namespace sim
+{
+
+namespace
+{
+
+struct Look
+{
+    std::wstring_view name;
+    std::wstring_view colour;
+};
+
+Look LookOf(Timeline::Source source)
+{
+    switch (source)
+    {
+    case Timeline::Source::Step:
+        return {L"step    ", L"\x1b[1m"};
+    case Timeline::Source::Event:
+        return {L"platform", L"\x1b[36m"};
+    case Timeline::Source::Desktop:
+        return {L"desktop ", L"\x1b[33m"};
+    default:
+        return {L"log     ", L"\x1b[32m"};
+    }
+}
+
+// Seconds since the start: "  3.021".
+std::wstring Elapsed(Moment duration)
+{
+    auto const milliseconds = std::to_wstring(1000 + (duration < 0 ? 0 : duration) % 1000).substr(1);
+    auto const seconds = std::to_wstring((duration < 0 ? 0 : duration) / 1000);
+    return std::wstring(seconds.size() < 3 ? 3 - seconds.size() : 0, L' ') + seconds + L"." + milliseconds;
+}
+
+} // namespace
+
+Timeline::Timeline(std::function<void(std::wstring_view)> write, Colour colour)
+    : m_write(std::move(write)), m_colour(colour), m_start(Now())
+{
+}
+
+void Timeline::Add(Moment time, Source source, std::wstring text)
+{
+    m_held.insert({time, {source, std::move(text)}});
+}
+
+void Timeline::ShowSettled()
+{
+    ShowUntil(Now() - holdMilliseconds);
+}
+
+void Timeline::ShowAll()
+{
+    ShowUntil(std::numeric_limits<Moment>::max());
+}
+
+void Timeline::ShowUntil(Moment time)
+{
+    while (!m_held.empty() && m_held.begin()->first <= time)
+    {
+        auto const& [when, item] = *m_held.begin();
+        auto const look = LookOf(item.source);
+        auto line = Elapsed(when - m_start) + L"  " + std::wstring(look.name) + L"  " + item.text;
+        m_write(m_colour == Colour::Yes ? std::wstring(look.colour) + line + L"\x1b[0m" : line);
+        m_held.erase(m_held.begin());
+    }
+}
+
+} // namespace sim

@@ -1,0 +1,60 @@
+#pragma once
+#include "simulator/model/Moment.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace sim
+{
+
+enum class Colour
+{
+    No,
+    Yes // escape sequences of a terminal
+};
+
+// What a person watches: the steps, the platform's events and the app's log beside each other, in the order of their
+// own times. They reach this process by different ways, so each is held back for a moment to let an earlier one pass.
+class Timeline
+{
+  public:
+    enum class Source
+    {
+        Step,
+        Event,
+        Desktop,
+        Log
+    };
+
+    Timeline(std::function<void(std::wstring_view)> write, Colour colour);
+
+    void Add(Moment time, Source source, std::wstring text);
+
+    // Shows what is old enough that nothing earlier will come.
+    void ShowSettled();
+
+    void ShowAll();
+
+    // Whether something is held back.
+    bool IsHolding() const noexcept { return !m_held.empty(); }
+
+    static constexpr unsigned holdMilliseconds = 100;
+
+  private:
+    struct Item
+    {
+        Source source;
+        std::wstring text;
+    };
+
+    void ShowUntil(Moment time);
+
+    std::function<void(std::wstring_view)> m_write;
+    Colour m_colour;
+    Moment m_start;
+    std::multimap<Moment, Item> m_held;
+};
+
+} // namespace sim

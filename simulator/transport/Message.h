@@ -1,0 +1,36 @@
+#pragma once
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim
+{
+
+// What the simulator's processes say to each other: a verb and its arguments.
+using Message = std::vector<std::wstring>;
+
+// As bytes: how many bytes follow, then how many texts, then each text's length in UTF-16 units and the units. All
+// numbers are 32 bits, little-endian.
+std::string Encode(Message const& message);
+
+// Puts messages together again from a stream of bytes that arrives in pieces of any size.
+class MessageDecoder
+{
+  public:
+    // Far above anything that is sent (an app-service message of a megabyte or so).
+    static constexpr std::size_t largestMessage = 64u << 20;
+
+    void Add(std::string_view bytes);
+
+    // The next whole message, if there is one. Throws Error when the bytes are none that Encode makes; the stream is of
+    // no further use then.
+    std::optional<Message> Next();
+
+  private:
+    std::string m_bytes;
+    std::size_t m_start = 0; // what lies before it has been taken
+};
+
+} // namespace sim

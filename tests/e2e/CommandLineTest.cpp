@@ -1,0 +1,187 @@
+#include "simulator/model/Device.h"
+#include "simulator/model/Files.h"
+#include "simulator/model/Handle.h"
+#include "simulator/model/Text.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+namespace
+{
+
+struct Outcome
+{
+    DWORD exitCode;
+    std::wstring output; // both streams
+};
+
+// The simulator's command line as a program, on a device of its own.
+class CommandLine : public testing::Test
+{
+  protected:
+    CommandLine()
+    {
+        SetEnvironmentVariableW(L"VELMO_SIM_HOME", m_device.c_str());
+        SetEnvironmentVariableW(L"VELMO_SIM_PACKAGE", PACKAGE_LAYOUT);
+    }
+
+    ~CommandLine() override { Run(L"stop"); }
+
+    struct Running
+    {
+        sim::Handle process;
+        std::wstring outputFile;
+    };
+
+    Running Start(std::wstring const& arguments)
+    {
+        Running running;
+        running.outputFile = m_folder / (L"output" + std::to_wstring(++m_count));
+        SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+        sim::Handle const output(CreateFileW(running.outputFile.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ,
+                                             &inheritable, CREATE_ALWAYS, 0, nullptr));
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        startup.dwFlags = STARTF_USESTDHANDLES;
+        startup.hStdOutput = output.Get();
+        startup.hStdError = output.Get();
+        PROCESS_INFORMATION started{};
+        auto commandLine = L"sim.exe " + arguments;
+        EXPECT_TRUE(CreateProcessW(SIM_PROGRAM, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                                   &startup, &started));
+        CloseHandle(started.hThread);
+        running.process = sim::Handle(started.hProcess);
+        return running;
+    }
+
+    static Outcome Wait(Running const& running)
+    {
+        WaitForSingleObject(running.process.Get(), INFINITE);
+        Outcome outcome{};
+        GetExitCodeProcess(running.process.Get(), &outcome.exitCode);
+        outcome.output = sim::FromUtf8(test::ReadBytes(running.outputFile));
+        return outcome;
+    }
+
+    Outcome Run(std::wstring const& arguments) { return Wait(Start(arguments)); }
+
+    test::TemporaryFolder m_folder;
+    std::wstring m_device = m_folder / L"device";
+    int m_count = 0;
+};
+
+} // namespace
+
+TEST_F(CommandLine, FindsOneBrokerWhenManyStartAtOnce)
+{
+    std::vector<std::wstring> const calls = {L"Application",
+                                             L"Application.Start",
+                                             L"Window",
+                                             L"Window.Current",
+                                             L"Window.Content",
+                                             L"CoreApplication",
+                                             L"Application.Suspending",
+                                             L"CoreApplication.Exit"};
+    std::vector<Running> running;
+    for (auto const& call : calls)
+    {
+        running.push_back(Start(L"fault " + call + L" now 0x80004005"));
+    }
+    for (auto const& one : running)
+    {
+        auto const outcome = Wait(one);
+        EXPECT_EQ(outcome.exitCode, 0u) << sim::ToUtf8(outcome.output);
+    }
+    auto const status = Run(L"status").output;
+    for (auto const& call : calls)
+    {
+        EXPECT_NE(status.find(call + L" now"), std::wstring::npos) << sim::ToUtf8(call);
+    }
+}
+
+TEST_F(CommandLine, RegistersThePackageAndRemovesIt)
+{
+    EXPECT_EQ(Run(L"register").output, L"Velmo.NotificationClient_m7dy57p66fpam\n");
+    EXPECT_NE(Run(L"status").output.find(L"Velmo.NotificationClient_m7dy57p66fpam"), std::wstring::npos);
+    EXPECT_EQ(Run(L"unregister").exitCode, 0u);
+    EXPECT_NE(Run(L"events").output.find(L" package-unregistered "), std::wstring::npos);
+}
+
+TEST_F(CommandLine, SaysWhatIsMissing)
+{
+    auto const outcome = Run(L"register \"" + m_folder.Path() + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_EQ(outcome.output, L"sim: there is no file " + m_folder.Path() + L"\\AppxManifest.xml\n");
+}
+
+TEST_F(CommandLine, KnowsThePackageAgainWhenTheDeviceIsSwitchedOn)
+{
+    Run(L"register");
+    EXPECT_EQ(Run(L"stop").output, L"the device is switched off\n");
+    EXPECT_EQ(Run(L"stop").output, L"the device was not switched on\n");
+    EXPECT_NE(Run(L"status").output.find(L"Velmo.NotificationClient_m7dy57p66fpam"), std::wstring::npos);
+}
+
+TEST_F(CommandLine, EndsItsBrokerWhenTheDevicesFolderGoes)
+{
+    Run(L"status");
+    sim::Handle const broker(OpenMutexW(SYNCHRONIZE, FALSE, sim::Device(m_device).MutexName().c_str()));
+    ASSERT_TRUE(broker);
+    EXPECT_EQ(WaitForSingleObject(broker.Get(), 0), static_cast<DWORD>(WAIT_TIMEOUT)); // it serves
+    sim::Remove(m_device);
+    EXPECT_EQ(WaitForSingleObject(broker.Get(), 30'000), static_cast<DWORD>(WAIT_ABANDONED));
+}
+
+TEST_F(CommandLine, ShowsTheDecodedLog)
+{
+    Run(L"play \"" EXIT_SCENARIO L"\""); // leaves the device as it was at the end
+    auto const log = Run(L"log");
+    EXPECT_EQ(log.exitCode, 0u);
+    EXPECT_NE(log.output.find(L" INFO  ZEBMain    Inside OnActivated App activated by URI protocol\n"),
+              std::wstring::npos)
+        << sim::ToUtf8(log.output);
+}
+
+TEST_F(CommandLine, TellsWhatDiffersFromAScenario)
+{
+    auto const scenario = m_folder / L"wrong.scenario";
+    test::WriteBytes(scenario, "register\n"
+                               "expect event package-registered\n"
+                               "protocol velmo-notification:x\n"
+                               "expect event app-started\n"
+                               "expect event activated kind=launch\n");
+    auto const outcome = Run(L"play \"" + scenario + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_NE(outcome.output.find(scenario + L":5: expect event activated kind=launch differs\n"
+                                             L"  expected: activated kind=launch\n"
+                                             L"  found:    activated kind=protocol"),
+              std::wstring::npos)
+        << sim::ToUtf8(outcome.output);
+}
+
+TEST_F(CommandLine, TellsWhatHappenedBeyondAScenario)
+{
+    auto const scenario = m_folder / L"short.scenario";
+    test::WriteBytes(scenario, "register\n"
+                               "expect event package-registered\n"
+                               "protocol velmo-notification:x\n"
+                               "expect event app-started\n"
+                               "expect event activated\n"
+                               "expect event exit-announced\n"
+                               "expect exit 0\n");
+    auto const outcome = Run(L"play \"" + scenario + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_NE(outcome.output.find(L"  expected: nothing more\n"), std::wstring::npos);
+    EXPECT_NE(outcome.output.find(L"Inside OnActivated App activated by URI protocol\n"), std::wstring::npos);
+}
+
+TEST_F(CommandLine, RefusesAScenarioWithAnUnknownStep)
+{
+    auto const scenario = m_folder / L"broken.scenario";
+    test::WriteBytes(scenario, "lunch\n");
+    auto const outcome = Run(L"play \"" + scenario + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_NE(outcome.output.find(scenario + L":1: lunch: there is no step lunch"), std::wstring::npos);
+}

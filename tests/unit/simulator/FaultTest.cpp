@@ -1,0 +1,113 @@
+#include "simulator/model/Error.h"
+#include "simulator/model/FaultTable.h"
+#include "simulator/model/Words.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+sim::Fault Parse(std::wstring_view words)
+{
+    return sim::ParseFault(sim::SplitWords(words));
+}
+
+std::wstring ErrorOf(std::wstring_view words)
+{
+    try
+    {
+        Parse(words);
+    }
+    catch (sim::Error const& error)
+    {
+        return error.Message();
+    }
+    return L"no error";
+}
+
+constexpr wchar_t launch[] = L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync ";
+
+std::wstring Launch(std::wstring const& rest)
+{
+    return launch + rest;
+}
+
+} // namespace
+
+TEST(Fault, IsReadWithItsResultAndCount)
+{
+    auto const fault = Parse(Launch(L"completion 0x80070005 3"));
+    EXPECT_EQ(fault.kind, sim::FaultKind::Completion);
+    EXPECT_EQ(fault.Result(), static_cast<std::int32_t>(0x80070005));
+    EXPECT_EQ(fault.times, 3u);
+    EXPECT_EQ(Parse(L"CoreApplication.Exit now 0x80004005").times, sim::Fault::always);
+    EXPECT_EQ(Parse(Launch(L"delay 250")).value, 250u);
+    EXPECT_EQ(Parse(Launch(L"never 2")).times, 2u);
+}
+
+TEST(Fault, ComesBackFromItsWords)
+{
+    for (auto const* words : {L"CoreApplication now 0x80040154 2", L"Window.Current null"})
+    {
+        EXPECT_EQ(Parse(words).Words(), sim::SplitWords(words));
+    }
+    EXPECT_EQ(Parse(Launch(L"delay 250 1")).Words(), sim::SplitWords(Launch(L"delay 250 1")));
+}
+
+TEST(Fault, OfAnUnknownCallIsRefusedWithTheKnownOnes)
+{
+    auto const message = ErrorOf(L"CoreApplication.Exti now 0x80004005");
+    EXPECT_EQ(message.find(L"there is no call CoreApplication.Exti."), 0u);
+    EXPECT_NE(message.find(L"\n  CoreApplication.Exit\n"), std::wstring::npos);
+}
+
+TEST(Fault, ThatTheCallDoesNotKnowIsRefused)
+{
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit never"),
+              L"CoreApplication.Exit is not asynchronous: it has no completion; use now");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit null"),
+              L"CoreApplication.Exit hands out nothing that could be null; use now");
+}
+
+TEST(Fault, ThatIsIncompleteOrOverfullIsRefused)
+{
+    EXPECT_NE(ErrorOf(L"CoreApplication.Exit"), L"no error");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit later"),
+              L"there is no fault later; use now, completion, never, null or delay");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now"), L"now needs a number: result");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now soon"), L"soon is no number (result)");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 5"), L"5 is no failing result code (they begin with 0x8)");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 often"), L"often is no number (how many times)");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 1 2"), L"what is meant by 2 after the fault?");
+}
+
+TEST(FaultTable, StrikesAsOftenAsWasAsked)
+{
+    sim::FaultTable table;
+    table.Set(Parse(L"CoreApplication.Exit now 0x80004005 2"));
+    EXPECT_FALSE(table.Take(L"CoreApplication"));
+    EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
+    EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
+    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
+}
+
+TEST(FaultTable, StrikesForEverWithoutACount)
+{
+    sim::FaultTable table;
+    table.Set(Parse(L"CoreApplication.Exit now 0x80004005"));
+    for (int i = 0; i < 100; ++i)
+    {
+        EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
+    }
+    table.Clear();
+    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
+}
+
+TEST(FaultTable, KeepsOnlyTheLatestFaultOfACall)
+{
+    sim::FaultTable table;
+    table.Set(Parse(L"CoreApplication.Exit now 0x80004005"));
+    table.Set(Parse(L"CoreApplication.Exit now 0x80070005 1"));
+    EXPECT_EQ(table.Take(L"CoreApplication.Exit")->value, 0x80070005u);
+    EXPECT_TRUE(table.All().empty());
+}

@@ -1,0 +1,89 @@
+#include "simulator/log/LogFile.h"
+#include "simulator/log/LogLine.h"
+#include "simulator/model/Error.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using Lines = std::vector<std::wstring>;
+
+std::string const mark = "\xFF\xFE";
+
+class LogReading : public testing::Test
+{
+  protected:
+    void Write(std::string const& bytes) const { test::WriteBytes(m_path, bytes); }
+
+    test::TemporaryFolder m_folder;
+    std::wstring m_path = m_folder / L"KZEB.log";
+    sim::LogFile m_file{m_path};
+};
+
+} // namespace
+
+TEST_F(LogReading, GivesEachLineOnce)
+{
+    EXPECT_EQ(m_file.NewLines(), Lines{}); // no file yet
+    Write(mark);
+    EXPECT_EQ(m_file.NewLines(), Lines{});
+    Write(mark + test::Utf16(L"one\r\ntwo\r\n"));
+    EXPECT_EQ(m_file.NewLines(), (Lines{L"one", L"two"}));
+    Write(mark + test::Utf16(L"one\r\ntwo\r\nthree\r\n"));
+    EXPECT_EQ(m_file.NewLines(), Lines{L"three"});
+}
+
+TEST_F(LogReading, WaitsForTheEndOfALine)
+{
+    auto const whole = mark + test::Utf16(L"one\r\n");
+    for (std::size_t length = 0; length < whole.size(); ++length)
+    {
+        Write(whole.substr(0, length));
+        EXPECT_EQ(m_file.NewLines(), Lines{});
+    }
+    Write(whole);
+    EXPECT_EQ(m_file.NewLines(), Lines{L"one"});
+}
+
+TEST_F(LogReading, BeginsAnewWithAShorterFile)
+{
+    Write(mark + test::Utf16(L"a long line\r\n"));
+    m_file.NewLines();
+    Write(mark + test::Utf16(L"new\r\n"));
+    EXPECT_EQ(m_file.NewLines(), Lines{L"new"});
+}
+
+TEST_F(LogReading, RefusesAFileInAnotherEncoding)
+{
+    Write("plain text\r\n");
+    EXPECT_THROW(m_file.NewLines(), sim::Error);
+}
+
+TEST(LogLine, IsTakenApart)
+{
+    auto const line = sim::ParseLogLine(
+        L"01/05/24 09:30:12:045 | [WARN] |  | ZEB | Comp | ZEBMain | detail | ZEB | 4660 | a message | with this");
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->time, sim::MomentOf(2024, 1, 5, 9, 30, 12, 45));
+    EXPECT_EQ(line->level, L"WARN");
+    EXPECT_EQ(line->product, L"ZEB");
+    EXPECT_EQ(line->component, L"Comp");
+    EXPECT_EQ(line->category, L"ZEBMain");
+    EXPECT_EQ(line->detail, L"detail");
+    EXPECT_EQ(line->origin, L"ZEB");
+    EXPECT_EQ(line->thread, L"4660");
+    EXPECT_EQ(line->message, L"a message | with this");
+}
+
+TEST(LogLine, OfAnotherFormIsNone)
+{
+    for (auto const* line : {L"", L"text", L"01/05/24 09:30:12:045 | [INFO] |  | ZEB | ZEB | ZEBMain |  | ZEB",
+                             L"99/05/24 09:30:12:045 | [INFO] |  | ZEB | ZEB | ZEBMain |  | ZEB | 1 | x",
+                             L"01/05/24 09:30:12:045 | INFO |  | ZEB | ZEB | ZEBMain |  | ZEB | 1 | x"})
+    {
+        EXPECT_FALSE(sim::ParseLogLine(line)) << line;
+    }
+}

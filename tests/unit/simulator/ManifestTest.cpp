@@ -1,0 +1,211 @@
+#include "simulator/model/Manifest.h"
+#include "simulator/model/Error.h"
+#include "simulator/model/Package.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+std::string const whole = R"(<?xml version="1.0" encoding="utf-8"?>
+<Package xmlns="http://schemas.microsoft.com/appx/manifest/foundation/windows10"
+         xmlns:u="http://schemas.microsoft.com/appx/manifest/uap/windows10"
+         xmlns:desktop="http://schemas.microsoft.com/appx/manifest/desktop/windows10"
+         xmlns:rescap="http://schemas.microsoft.com/appx/manifest/foundation/windows10/restrictedcapabilities">
+  <Identity Name="A.Package" Publisher="CN=Somebody" Version="1.2.3.4"/>
+  <Applications>
+    <Application Id="App" Executable="App.exe" EntryPoint="A.App">
+      <Extensions>
+        <u:Extension Category="windows.appService"><u:AppService Name="service"/></u:Extension>
+        <u:Extension Category="windows.protocol"><u:Protocol Name="one-protocol"/></u:Extension>
+        <u:Extension Category="windows.protocol"><u:Protocol Name="another"/></u:Extension>
+        <desktop:Extension Category="windows.fullTrustProcess" Executable="Sub\Desktop.exe">
+          <desktop:FullTrustProcess>
+            <desktop:ParameterGroup GroupId="First" Parameters="/first &quot;a b&quot;"/>
+            <desktop:ParameterGroup GroupId="Second" Parameters="/second"/>
+          </desktop:FullTrustProcess>
+        </desktop:Extension>
+      </Extensions>
+    </Application>
+  </Applications>
+  <Capabilities><rescap:Capability Name="runFullTrust"/></Capabilities>
+</Package>
+)";
+
+class ManifestReading : public testing::Test
+{
+  protected:
+    sim::Manifest Read(std::string const& text) const
+    {
+        test::WriteBytes(Path(), text);
+        return sim::ReadManifest(Path());
+    }
+
+    // The message of the error that the whole manifest gives with one part of it replaced.
+    std::wstring ErrorWith(std::string const& part, std::string const& replacement) const
+    {
+        auto text = whole;
+        auto const at = text.find(part);
+        EXPECT_NE(at, std::string::npos) << part;
+        text.replace(at, part.size(), replacement);
+        return ErrorOf(text);
+    }
+
+    std::wstring ErrorOf(std::string const& text) const
+    {
+        try
+        {
+            Read(text);
+        }
+        catch (sim::Error const& error)
+        {
+            return error.Message();
+        }
+        return L"no error";
+    }
+
+    std::wstring Path() const { return m_folder / L"AppxManifest.xml"; }
+
+    test::TemporaryFolder m_folder;
+};
+
+} // namespace
+
+TEST_F(ManifestReading, GivesWhatThePackageDeclares)
+{
+    auto const manifest = Read(whole);
+    EXPECT_EQ(manifest.name, L"A.Package");
+    EXPECT_EQ(manifest.publisher, L"CN=Somebody");
+    EXPECT_EQ(manifest.version, L"1.2.3.4");
+    EXPECT_EQ(manifest.applicationId, L"App");
+    EXPECT_EQ(manifest.executable, L"App.exe");
+    EXPECT_EQ(manifest.entryPoint, L"A.App");
+    EXPECT_EQ(manifest.protocols, (std::vector<std::wstring>{L"one-protocol", L"another"}));
+    EXPECT_TRUE(manifest.mayRunFullTrust);
+    ASSERT_TRUE(manifest.desktopComponent);
+    EXPECT_EQ(manifest.desktopComponent->executable, L"Sub\\Desktop.exe");
+    ASSERT_NE(manifest.desktopComponent->Group(L"First"), nullptr);
+    EXPECT_EQ(manifest.desktopComponent->Group(L"First")->parameters, L"/first \"a b\"");
+    EXPECT_EQ(manifest.desktopComponent->Group(L"first"), nullptr);
+}
+
+TEST_F(ManifestReading, ReadsTheShippedManifest)
+{
+    auto const manifest = sim::ReadManifest(PACKAGE_MANIFEST);
+    EXPECT_EQ(manifest.executable, L"VelmoNotificationClient.exe");
+    ASSERT_TRUE(manifest.desktopComponent);
+    EXPECT_EQ(manifest.desktopComponent->groups.size(), 3u);
+}
+
+TEST_F(ManifestReading, KnowsAPackageWithoutExtensionsAndCapabilities)
+{
+    auto const manifest = Read(R"(<Package xmlns="http://schemas.microsoft.com/appx/manifest/foundation/windows10">
+        <Identity Name="A.Package" Publisher="CN=Somebody" Version="1.0.0.0"/>
+        <Applications><Application Id="App" Executable="App.exe" EntryPoint="A.App"/></Applications></Package>)");
+    EXPECT_FALSE(manifest.desktopComponent);
+    EXPECT_FALSE(manifest.mayRunFullTrust);
+    EXPECT_TRUE(manifest.protocols.empty());
+}
+
+TEST_F(ManifestReading, SaysThatTheFileIsMissing)
+{
+    try
+    {
+        sim::ReadManifest(Path());
+        FAIL();
+    }
+    catch (sim::Error const& error)
+    {
+        EXPECT_EQ(error.Message(), L"there is no file " + Path());
+    }
+}
+
+TEST_F(ManifestReading, NamesTheLineOfBrokenXml)
+{
+    auto const message = ErrorWith("<Applications>", "<Applications");
+    EXPECT_EQ(message.find(Path() + L" is not well-formed XML at line "), 0u);
+}
+
+TEST_F(ManifestReading, RefusesAnEmptyFile)
+{
+    EXPECT_NE(ErrorOf("").find(L"is not well-formed XML"), std::wstring::npos);
+}
+
+TEST_F(ManifestReading, RefusesAFileCutInTheMiddle)
+{
+    EXPECT_NE(ErrorOf(whole.substr(0, whole.size() / 2)).find(L"is not well-formed XML"), std::wstring::npos);
+}
+
+TEST_F(ManifestReading, RefusesAnotherRoot)
+{
+    EXPECT_NE(ErrorOf("<Package/>").find(L"its root is no <Package>"), std::wstring::npos);
+}
+
+struct Lack
+{
+    std::string part;
+    std::string replacement;
+    std::wstring message; // after the file's name
+};
+
+TEST_F(ManifestReading, NamesWhatIsMissingOrWrong)
+{
+    std::vector<Lack> const lacks = {
+        {"<Identity Name=\"A.Package\" Publisher=\"CN=Somebody\" Version=\"1.2.3.4\"/>", "",
+         L"<Package> has no <Identity>"},
+        {"Name=\"A.Package\" ", "", L"<Identity> has no Name"},
+        {"Publisher=\"CN=Somebody\"", "Publisher=\"\"", L"<Identity> has no Publisher"},
+        {"Version=\"1.2.3.4\"", "", L"<Identity> has no Version"},
+        {"Id=\"App\" ", "", L"<Application> has no Id"},
+        {"Executable=\"App.exe\" ", "", L"<Application> has no Executable"},
+        {" EntryPoint=\"A.App\"", "", L"<Application> has no EntryPoint"},
+        {"<Application Id=\"App\" Executable=\"App.exe\" EntryPoint=\"A.App\">",
+         "<Application Id=\"B\" Executable=\"B.exe\" EntryPoint=\"B\"/>"
+         "<Application Id=\"App\" Executable=\"App.exe\" EntryPoint=\"A.App\">",
+         L"<Applications> has 2 <Application>, one is served"},
+        {" Category=\"windows.protocol\"", "", L"<Extension> has no Category"},
+        {"<u:Protocol Name=\"one-protocol\"/>", "", L"the windows.protocol extension has no <uap:Protocol>"},
+        {"one-protocol", "One-Protocol", L"the protocol name One-Protocol is not in lower case"},
+        {" Executable=\"Sub\\Desktop.exe\"", "", L"<Extension> has no Executable"},
+        {"GroupId=\"First\" ", "", L"<ParameterGroup> has no GroupId"},
+        {" Parameters=\"/second\"", "", L"<ParameterGroup> has no Parameters"},
+        {"GroupId=\"Second\"", "GroupId=\"First\"", L"there are two parameter groups with the GroupId First"},
+        {"<Extensions>",
+         "<Extensions><desktop:Extension Category=\"windows.fullTrustProcess\" Executable=\"Other.exe\"/>",
+         L"there is more than one windows.fullTrustProcess extension"}};
+    for (auto const& lack : lacks)
+    {
+        EXPECT_EQ(ErrorWith(lack.part, lack.replacement), Path() + L": " + lack.message);
+    }
+}
+
+TEST_F(ManifestReading, RefusesAPackageWithoutApplications)
+{
+    EXPECT_EQ(ErrorOf(R"(<Package xmlns="http://schemas.microsoft.com/appx/manifest/foundation/windows10">
+        <Identity Name="A.Package" Publisher="CN=Somebody" Version="1.0.0.0"/></Package>)"),
+              Path() + L": <Package> has no <Applications>");
+}
+
+TEST_F(ManifestReading, APackageWithoutItsExecutableIsRefused)
+{
+    test::WriteBytes(Path(), whole);
+    try
+    {
+        sim::OpenPackage(m_folder.Path());
+        FAIL();
+    }
+    catch (sim::Error const& error)
+    {
+        EXPECT_EQ(error.Message(), L"the manifest names App.exe, which is not in " + m_folder.Path());
+    }
+}
+
+TEST_F(ManifestReading, APackageWithoutItsDesktopComponentIsTaken)
+{
+    test::WriteBytes(Path(), whole);
+    test::WriteBytes(m_folder / L"App.exe", "x");
+    auto const package = sim::OpenPackage(m_folder.Path());
+    EXPECT_EQ(package.DesktopExecutable(), m_folder / L"Sub\\Desktop.exe");
+}

@@ -1,0 +1,357 @@
+#include "simulator/model/Error.h"
+#include "simulator/runtime/LocalHost.h"
+
+#include <gtest/gtest.h>
+#include <thread>
+#include <winrt/Windows.ApplicationModel.Activation.h>
+#include <winrt/Windows.ApplicationModel.Core.h>
+#include <winrt/Windows.ApplicationModel.h>
+#include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.UI.Xaml.h>
+
+using namespace winrt::Windows::ApplicationModel;
+using namespace winrt::Windows::ApplicationModel::Activation;
+using namespace winrt::Windows::UI::Xaml;
+using winrt::Windows::ApplicationModel::Core::CoreApplication;
+
+namespace
+{
+
+// What the app of these tests does and what was seen of it; the tests set it up before they start it.
+struct Script
+{
+    std::function<void(LaunchActivatedEventArgs const&)> onLaunched;
+    std::function<void(IActivatedEventArgs const&)> onActivated;
+    std::function<void()> onConstructed;
+    int appsAlive = 0;
+};
+
+Script* g_script = nullptr; // of the running test
+
+struct App : ApplicationT<App>
+{
+    App()
+    {
+        g_script->onConstructed();
+        ++g_script->appsAlive;
+    }
+
+    ~App() { --g_script->appsAlive; }
+
+    void OnLaunched(LaunchActivatedEventArgs const& args) { g_script->onLaunched(args); }
+
+    void OnActivated(IActivatedEventArgs const& args) { g_script->onActivated(args); }
+};
+
+APTTYPE CurrentApartment()
+{
+    APTTYPE type{};
+    APTTYPEQUALIFIER qualifier{};
+    return CoGetApartmentType(&type, &qualifier) == S_OK ? type : APTTYPE_CURRENT;
+}
+
+class Apps : public testing::Test
+{
+  protected:
+    Apps()
+    {
+        g_script = &m_script;
+        m_script.onConstructed = [] {};
+        m_script.onLaunched = [](auto&&) { CoreApplication::Exit(); };
+        m_script.onActivated = [](auto&&) { CoreApplication::Exit(); };
+    }
+
+    // Runs the app to its end; the failure of Start, or 0.
+    static std::int32_t Start()
+    {
+        try
+        {
+            Application::Start([](auto&&) { winrt::make<App>(); });
+            return 0;
+        }
+        catch (winrt::hresult_error const& error)
+        {
+            return error.code();
+        }
+    }
+
+    std::int32_t Launch()
+    {
+        m_host.Activate(sim::ActivationKind::Launch);
+        return Start();
+    }
+
+    sim::LocalHost m_host;
+    Script m_script;
+};
+
+constexpr auto fail = static_cast<std::int32_t>(0x80004005);
+
+} // namespace
+
+TEST_F(Apps, AreConstructedAndActivatedOnTheMainViewsThread)
+{
+    DWORD constructed = 0;
+    DWORD launched = 0;
+    m_script.onConstructed = [&] {
+        constructed = GetCurrentThreadId();
+        EXPECT_EQ(CurrentApartment(), APTTYPE_MAINSTA);
+    };
+    m_script.onLaunched = [&](auto&&) {
+        launched = GetCurrentThreadId();
+        CoreApplication::Exit();
+    };
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(constructed, launched);
+    EXPECT_NE(launched, GetCurrentThreadId());
+}
+
+TEST_F(Apps, AreKeptByThePlatformAndReleasedAtTheEnd)
+{
+    m_script.onLaunched = [&](auto&&) {
+        EXPECT_EQ(m_script.appsAlive, 1);
+        CoreApplication::Exit();
+    };
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(m_script.appsAlive, 0);
+}
+
+TEST_F(Apps, GetTheirActivationsInOrder)
+{
+    std::vector<std::wstring> seen;
+    m_script.onLaunched = [&](LaunchActivatedEventArgs const& args) {
+        seen.push_back(L"launch " + std::wstring(args.Arguments()));
+    };
+    m_script.onActivated = [&](IActivatedEventArgs const& args) {
+        EXPECT_EQ(args.Kind(), ActivationKind::Protocol);
+        EXPECT_TRUE(args.try_as<ProtocolActivatedEventArgs>());
+        seen.push_back(L"protocol");
+        if (seen.size() == 3)
+        {
+            CoreApplication::Exit();
+        }
+    };
+    m_host.Activate(sim::ActivationKind::Launch, L"one");
+    m_host.Activate(sim::ActivationKind::Launch, L"two");
+    m_host.Activate(sim::ActivationKind::Protocol, L"x:");
+    EXPECT_EQ(Start(), 0);
+    EXPECT_EQ(seen, (std::vector<std::wstring>{L"launch one", L"launch two", L"protocol"}));
+}
+
+TEST_F(Apps, LearnWhetherTheyRanBefore)
+{
+    std::vector<ApplicationExecutionState> states;
+    m_script.onLaunched = [&](LaunchActivatedEventArgs const& args) {
+        auto const activated = args.as<IActivatedEventArgs>();
+        EXPECT_EQ(activated.Kind(), ActivationKind::Launch);
+        EXPECT_FALSE(args.PrelaunchActivated());
+        states.push_back(activated.PreviousExecutionState());
+        if (states.size() == 2)
+        {
+            CoreApplication::Exit();
+        }
+    };
+    m_host.Activate(sim::ActivationKind::Launch);
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(states, (std::vector{ApplicationExecutionState::NotRunning, ApplicationExecutionState::Running}));
+}
+
+TEST_F(Apps, EndAtAnExitFromAnyThreadWithoutSuspending)
+{
+    bool wasSuspended = false;
+    m_script.onLaunched = [&](auto&&) {
+        Application::Current().Suspending([&](auto&&...) { wasSuspended = true; });
+        std::thread([] { CoreApplication::Exit(); }).join();
+    };
+    m_host.Activate(sim::ActivationKind::Launch);
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_TRUE(m_host.HasExited());
+    EXPECT_FALSE(wasSuspended);
+}
+
+TEST_F(Apps, GetNothingMoreAfterTheirExit)
+{
+    int launches = 0;
+    m_script.onLaunched = [&](auto&&) {
+        ++launches;
+        CoreApplication::Exit();
+    };
+    m_host.Activate(sim::ActivationKind::Launch);
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(launches, 1);
+}
+
+TEST_F(Apps, ExitThroughTheApplicationToo)
+{
+    m_script.onLaunched = [](auto&&) { Application::Current().Exit(); };
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_TRUE(m_host.HasExited());
+}
+
+TEST_F(Apps, ThatDoNotExitAreEndedFromOutside)
+{
+    m_script.onLaunched = [&](auto&&) { m_host.End(); };
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_FALSE(m_host.HasExited());
+}
+
+TEST_F(Apps, HearThatTheyAreSuspendedWithADeadline)
+{
+    int deferrals = 0;
+    m_script.onLaunched = [&](auto&&) {
+        Application::Current().Suspending([&](auto&&, SuspendingEventArgs const& args) {
+            EXPECT_GT(args.SuspendingOperation().Deadline(), winrt::clock::now());
+            args.SuspendingOperation().GetDeferral().Complete();
+            ++deferrals;
+            CoreApplication::Exit();
+        });
+        m_host.Activate(sim::ActivationKind::Suspend);
+    };
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(deferrals, 1);
+}
+
+TEST_F(Apps, HaveAWindowOnceInTheForeground)
+{
+    m_script.onConstructed = [] { EXPECT_FALSE(Window::Current()); };
+    m_script.onLaunched = [](auto&&) {
+        auto const window = Window::Current();
+        EXPECT_TRUE(window && !window.Content());
+        std::thread([] { EXPECT_FALSE(Window::Current()); }).join();
+        CoreApplication::Exit();
+    };
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_FALSE(Window::Current());
+}
+
+TEST_F(Apps, FailWithTheirConstructor)
+{
+    m_script.onConstructed = [] { throw winrt::hresult_access_denied(); };
+    EXPECT_EQ(Launch(), E_ACCESSDENIED);
+    ASSERT_EQ(m_host.Reports().size(), 1u);
+    EXPECT_EQ(m_host.Reports()[0].Text(), L"start-failed result=0x80070005");
+}
+
+TEST_F(Apps, CanStartAfterOneThatFailed)
+{
+    m_host.SetFault(L"Application.CreateInstance now 0x80004005 1");
+    EXPECT_EQ(Launch(), fail);
+    EXPECT_EQ(Start(), 0);
+}
+
+TEST_F(Apps, FailWithACallbackThatConstructsNothing)
+{
+    try
+    {
+        Application::Start([](auto&&) {});
+        FAIL();
+    }
+    catch (winrt::hresult_error const& error)
+    {
+        EXPECT_EQ(error.code(), E_UNEXPECTED);
+    }
+}
+
+TEST_F(Apps, EndWithTheFailureOfAnOverride)
+{
+    bool wasRaised = false;
+    m_script.onLaunched = [&](auto&&) {
+        Application::Current().UnhandledException([&](auto&&...) { wasRaised = true; });
+        throw winrt::hresult_error(fail);
+    };
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(m_host.Failure(), fail);
+    EXPECT_TRUE(wasRaised);
+    EXPECT_EQ(m_host.Reports()[0].Text(), L"unhandled-exception result=0x80004005");
+}
+
+TEST_F(Apps, FailWithTheirBase)
+{
+    m_host.SetFault(L"Application.CreateInstance now 0x80004005");
+    EXPECT_EQ(Launch(), fail);
+}
+
+TEST_F(Apps, FailWithTheirBasesClass)
+{
+    m_host.SetFault(L"Application now 0x80040154");
+    EXPECT_EQ(Launch(), REGDB_E_CLASSNOTREG);
+}
+
+TEST_F(Apps, FailWithStart)
+{
+    m_host.SetFault(L"Application.Start now 0x80004005");
+    EXPECT_EQ(Launch(), fail);
+}
+
+TEST_F(Apps, FailWithTheSubscriptionToSuspending)
+{
+    m_host.SetFault(L"Application.Suspending now 0x80004005");
+    // Composed already when it fails: the platform must not touch the half-made object any more.
+    m_script.onConstructed = [] { Application::Current().Suspending([](auto&&...) {}); };
+    EXPECT_EQ(Launch(), fail);
+    EXPECT_FALSE(Application::Current());
+}
+
+TEST_F(Apps, EndWhenExitFails)
+{
+    m_host.SetFault(L"CoreApplication.Exit now 0x80004005");
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(m_host.Failure(), fail);
+}
+
+TEST_F(Apps, EndWhenTheClassOfExitIsMissing)
+{
+    m_host.SetFault(L"CoreApplication now 0x80040154");
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(m_host.Failure(), REGDB_E_CLASSNOTREG);
+}
+
+TEST_F(Apps, EndWhenTheKindOfAnActivationFails)
+{
+    m_host.SetFault(L"ProtocolActivatedEventArgs.Kind now 0x80004005");
+    m_host.SetFault(L"LaunchActivatedEventArgs.Kind now 0x80004005");
+    m_script.onActivated = [](IActivatedEventArgs const& args) { static_cast<void>(args.Kind()); };
+    m_host.Activate(sim::ActivationKind::Protocol, L"x:");
+    EXPECT_EQ(Start(), 0);
+    EXPECT_EQ(m_host.Failure(), fail);
+}
+
+TEST_F(Apps, AreActivatedWithoutArgumentsOnRequest)
+{
+    m_host.SetFault(L"LaunchActivatedEventArgs null");
+    m_host.SetFault(L"ProtocolActivatedEventArgs null");
+    m_script.onLaunched = [](LaunchActivatedEventArgs const& args) { EXPECT_FALSE(args); };
+    m_script.onActivated = [](IActivatedEventArgs const& args) {
+        EXPECT_FALSE(args);
+        CoreApplication::Exit();
+    };
+    m_host.Activate(sim::ActivationKind::Launch);
+    m_host.Activate(sim::ActivationKind::Protocol, L"x:");
+    EXPECT_EQ(Start(), 0);
+}
+
+TEST_F(Apps, GetAFailingOrNoWindowOnRequest)
+{
+    m_host.SetFault(L"Window.Current null 1");
+    m_host.SetFault(L"Window.Content now 0x80004005");
+    m_script.onLaunched = [](auto&&) {
+        EXPECT_FALSE(Window::Current());
+        EXPECT_THROW(Window::Current().Content(), winrt::hresult_error);
+        CoreApplication::Exit();
+    };
+    EXPECT_EQ(Launch(), 0);
+}
+
+TEST_F(Apps, DoNotGetAnUnservedMember)
+{
+    m_script.onLaunched = [](auto&&) {
+        EXPECT_THROW(Application::Current().RequestedTheme(), winrt::hresult_not_implemented);
+        CoreApplication::Exit();
+    };
+    EXPECT_EQ(Launch(), 0);
+}
+
+TEST_F(Apps, UseOnlyKnownFaults)
+{
+    EXPECT_THROW(m_host.SetFault(L"Application.Strat now 0x80004005"), sim::Error);
+}
