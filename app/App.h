@@ -13,7 +13,7 @@ struct App : winrt::Windows::UI::Xaml::ApplicationT<App>
     // Throws hresult_error when the platform's base or its Suspending event cannot be had.
     App();
 
-    winrt::hstring GetRuntimeClassName() const { return L"VelmoNotificationClient.App"; }
+    winrt::hstring GetRuntimeClassName() const override { return L"VelmoNotificationClient.App"; }
 
     // A user launch: starts the desktop component, waits 3 s on the calling thread, ends the app.
     void OnLaunched(winrt::Windows::ApplicationModel::Activation::LaunchActivatedEventArgs const& args);

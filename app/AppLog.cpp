@@ -29,7 +29,7 @@ std::int32_t AppLog(std::uint32_t level, wchar_t const* component, wchar_t const
     {
         zant::g_logger->category = category;
     }
-    std::va_list arguments;
+    std::va_list arguments = {};
     va_start(arguments, format);
     zant::g_logger->LogV(static_cast<zant::LogLevel>(level), location, component, format, arguments);
     va_end(arguments);

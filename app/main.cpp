@@ -17,8 +17,8 @@ namespace
 
 } // namespace
 
-// The platform passes only its server name in the arguments.
-int main(int /*argc*/, char** /*argv*/)
+// The platform passes only its server name in the arguments. What it throws is handled nowhere: the process ends.
+int main(int /*argc*/, char** /*argv*/) // NOLINT(bugprone-exception-escape)
 {
     std::set_terminate(EndAtOnce);
     // The framework keeps the application object alive; the reference made here goes at once.

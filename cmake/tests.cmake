@@ -7,6 +7,11 @@ if(WIN32)
     # Started by ctest, and by hand from the build folder, through Wine with this build's own prefix.
     set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_SOURCE_DIR}/cmake/wine-run ${PROJECT_BINARY_DIR}/prefix)
 endif()
+if(NOT WIN32)
+    # On Linux a test needs no more support than a main.
+    add_library(test_support STATIC EXCLUDE_FROM_ALL /usr/src/googletest/googletest/src/gtest_main.cc)
+    target_link_libraries(test_support PUBLIC googletest)
+endif()
 if(HOUSE_NATIVE_SANITIZERS)
     target_compile_options(googletest PUBLIC -fsanitize=address,undefined)
 endif()

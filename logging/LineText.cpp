@@ -1,8 +1,8 @@
 #include "logging/LineText.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cwchar>
-#include <iterator>
+#include <span>
 
 namespace zant
 {
@@ -10,44 +10,81 @@ namespace zant
 namespace
 {
 
-void AppendDecimal(std::wstring& text, std::uint32_t value, std::size_t leastDigits)
+using namespace std::string_view_literals;
+
+// A number with at least so many digits.
+class Decimal
 {
-    char digits[10]; // of the greatest 32-bit number
-    auto const end = std::to_chars(std::begin(digits), std::end(digits), value).ptr;
-    auto const count = static_cast<std::size_t>(end - digits);
-    text.append(leastDigits > count ? leastDigits - count : 0, L'0');
-    text.append(digits, end);
+  public:
+    Decimal(std::uint32_t value, std::size_t leastDigits) noexcept
+    {
+        do
+        {
+            m_digits[--m_first] = static_cast<wchar_t>(L'0' + value % 10);
+            value /= 10;
+        } while (value != 0 || m_digits.size() - m_first < leastDigits);
+    }
+
+    std::wstring_view View() const noexcept { return {m_digits.begin() + m_first, m_digits.end()}; }
+
+  private:
+    std::array<wchar_t, 10> m_digits; // as many as the greatest 32-bit number has, the last ones in use
+    std::size_t m_first = 10;
+};
+
+// Most pieces of a line are a few characters long: a loop is faster than calling a function that copies memory.
+wchar_t* Put(wchar_t* to, std::wstring_view piece) noexcept
+{
+    constexpr std::size_t fewCharacters = 16;
+    if (piece.size() > fewCharacters)
+    {
+        return std::ranges::copy(piece, to).out;
+    }
+    for (auto const character : piece)
+    {
+        *to++ = character;
+    }
+    return to;
+}
+
+std::size_t SizeOf(std::span<std::wstring_view const> pieces) noexcept
+{
+    std::size_t size = 0;
+    for (auto const piece : pieces)
+    {
+        size += piece.size();
+    }
+    return size;
 }
 
 } // namespace
 
 std::wstring DateAndTimeText(std::tm const& local)
 {
-    wchar_t text[64];
-    return std::wstring(text, std::wcsftime(text, std::size(text), L"%x %X", &local));
+    std::array<wchar_t, 64> text = {};
+    return {text.data(), std::wcsftime(text.data(), text.size(), L"%x %X", &local)};
 }
 
 void ComposeLine(std::wstring& line, std::wstring_view separator, LineParts const& parts)
 {
-    line.assign(parts.dateAndTime);
-    line += L':';
-    AppendDecimal(line, parts.milliseconds, 3);
-    line += separator;
-    line += L'[';
-    line += LevelName(parts.level);
-    line += L']';
-    line += separator;
-    for (auto const* const field : parts.fields)
+    Decimal const milliseconds(parts.milliseconds, 3);
+    Decimal const threadId(parts.threadId, 1);
+    auto const level = LevelName(parts.level);
+    auto const& fields = parts.fields;
+    std::array const head = {parts.dateAndTime, L":"sv, milliseconds.View(), separator, L"["sv, level, L"]"sv};
+    std::array const columns = {fields[0], fields[1], fields[2],       fields[3],
+                                fields[4], fields[5], threadId.View(), parts.message};
+
+    line.resize(SizeOf(head) + SizeOf(columns) + columns.size() * separator.size());
+    auto* end = line.data();
+    for (auto const piece : head)
     {
-        if (field != nullptr)
-        {
-            line += field;
-        }
-        line += separator;
+        end = Put(end, piece);
     }
-    AppendDecimal(line, parts.threadId, 1);
-    line += separator;
-    line += parts.message;
+    for (auto const column : columns)
+    {
+        end = Put(Put(end, separator), column);
+    }
 }
 
 } // namespace zant

@@ -16,7 +16,7 @@ struct LineParts
     std::wstring_view dateAndTime; // local, to the second
     std::uint32_t milliseconds;    // of that second, 0 to 999
     LogLevel level;
-    std::array<wchar_t const*, 6> fields; // reserved, product, component, category or scope, detail, origin; or null
+    std::array<std::wstring_view, 6> fields; // reserved, product, component, category or scope, detail, origin
     std::uint32_t threadId;
     std::wstring_view message;
 };

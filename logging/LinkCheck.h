@@ -12,7 +12,7 @@ enum class HardLinks
 
 // Whether nothing on the way to a path is a link. Asked before a log file is opened, copied into, truncated or moved
 // to that path; where the answer is no, that is not done. Paths are not looked at: the answer is yes.
-inline bool IsFreeOfLinks(std::wstring const& path, HardLinks hardLinks) noexcept
+inline bool IsFreeOfLinks(std::wstring const& /*path*/, HardLinks /*hardLinks*/) noexcept
 {
     return true;
 }

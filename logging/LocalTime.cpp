@@ -12,7 +12,7 @@ std::uint64_t NowInMilliseconds() noexcept
     constexpr std::uint64_t ticksPerMillisecond = 10'000;
     constexpr std::uint64_t ticksFrom1601To1970 = 116'444'736'000'000'000;
     FILETIME time;
-    GetSystemTimeAsFileTime(&time);
+    GetSystemTimePreciseAsFileTime(&time);
     auto const ticks = (std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime;
     return (ticks - ticksFrom1601To1970) / ticksPerMillisecond;
 }

@@ -8,7 +8,9 @@
 #include "logging/MessageText.h"
 #include "logging/Redaction.h"
 #include "logging/Rotation.h"
+#include "logging/RotationLimit.h"
 #include "utils/Utf8.h"
+#include "utils/WideScan.h"
 
 #include <cwchar>
 #include <new>
@@ -52,10 +54,9 @@ struct LogTargetDefault::Call
     bool lockFlag;
 };
 
-LogTargetDefault::LogTargetDefault()
+LogTargetDefault::LogTargetDefault() : storedHeader(BuildLogHeader())
 {
     group = L"ZEB";
-    storedHeader = BuildLogHeader();
 }
 
 LogTargetDefault::~LogTargetDefault()
@@ -201,10 +202,16 @@ void LogTargetDefault::WriteLine(Call const& call, Char const* detail, Char cons
     {
         LogHeader(LogLevel::Info, call.reserved, call.product, call.component, call.category, nullptr, false);
     }
-    if (!Compose(call, detail, origin, format, arguments))
+    std::wstring convertedDetail;
+    std::wstring convertedOrigin;
+    auto const* const wideDetail = AsWide(detail, convertedDetail);
+    auto const* const wideOrigin = AsWide(origin, convertedOrigin);
+    auto const message = MessageText(format, arguments, m_message);
+    if (wideDetail == nullptr || wideOrigin == nullptr || !message)
     {
         return;
     }
+    Compose(call, ViewOf(wideDetail), ViewOf(wideOrigin), *message);
     if (wideOutput)
     {
         WriteRaw(m_line.c_str());
@@ -215,51 +222,32 @@ void LogTargetDefault::WriteLine(Call const& call, Char const* detail, Char cons
     }
 }
 
-bool LogTargetDefault::Compose(Call const& call, wchar_t const* detail, wchar_t const* origin, wchar_t const* format,
-                               va_list arguments)
-{
-    FormatInto(m_message, format, arguments);
-    ComposeAround(call, detail, origin);
-    return true;
-}
-
-// False, so that no line is written, when any of the texts is not valid UTF-8.
-bool LogTargetDefault::Compose(Call const& call, char const* detail, char const* origin, char const* format,
-                               va_list arguments)
-{
-    auto const wideDetail = ToWide(detail != nullptr ? detail : "");
-    auto const wideOrigin = ToWide(origin != nullptr ? origin : "");
-    if (!wideDetail || !wideOrigin || !FormatInto(m_message, format, arguments))
-    {
-        return false;
-    }
-    ComposeAround(call, wideDetail->c_str(), wideOrigin->c_str());
-    return true;
-}
-
-void LogTargetDefault::ComposeAround(Call const& call, wchar_t const* detail, wchar_t const* origin)
+void LogTargetDefault::Compose(Call const& call, std::wstring_view detail, std::wstring_view origin,
+                               std::wstring_view message)
 {
     auto printedLevel = call.level;
-    Redact(m_message, printedLevel, maskedKeys);
+    std::wstring changed;
+    message = Redact(message, changed, printedLevel, maskedKeys);
     auto const time = call.time != 0 ? call.time : NowInMilliseconds();
     lastLine = static_cast<std::int64_t>(time / 1'000);
     ComposeLine(m_line, separator,
                 {.dateAndTime = m_second.Of(lastLine),
                  .milliseconds = static_cast<std::uint32_t>(time % 1'000),
                  .level = printedLevel,
-                 .fields = {call.reserved, call.product, call.component, call.category, detail, origin},
+                 .fields = {ViewOf(call.reserved), ViewOf(call.product), ViewOf(call.component), ViewOf(call.category),
+                            detail, origin},
                  .threadId = GetCurrentThreadId(),
-                 .message = m_message});
+                 .message = message});
 }
 
 bool LogTargetDefault::WriteRaw(char const* text) noexcept
 {
-    return Append<char>(file.Get(), text, "\r\n");
+    return Append(file.Get(), std::string_view(text), std::string_view("\r\n"));
 }
 
 bool LogTargetDefault::WriteRaw(wchar_t const* text) noexcept
 {
-    return Append<wchar_t>(file.Get(), text, L"\r\n");
+    return Append(file.Get(), ViewOf(text), std::wstring_view(L"\r\n"));
 }
 
 void LogTargetDefault::LogHeader(LogLevel level, wchar_t const* reserved, wchar_t const* product,

@@ -23,6 +23,8 @@ class LogTargetDefault : public LogTargetBase
   public:
     // Chooses the level and opens nothing.
     LogTargetDefault();
+    LogTargetDefault(LogTargetDefault const&) = delete;
+    LogTargetDefault& operator=(LogTargetDefault const&) = delete;
 
     // Also moves an existing file of another encoding to a dated name first, where that can be done.
     bool OpenFile(UniqueHandle& handle) override;
@@ -58,15 +60,12 @@ class LogTargetDefault : public LogTargetBase
     void LogLine(Call const& call, Char const* detail, Char const* origin, Char const* format, va_list arguments);
     template <typename Char>
     void WriteLine(Call const& call, Char const* detail, Char const* origin, Char const* format, va_list arguments);
-    bool Compose(Call const& call, wchar_t const* detail, wchar_t const* origin, wchar_t const* format,
-                 va_list arguments);
-    bool Compose(Call const& call, char const* detail, char const* origin, char const* format, va_list arguments);
-    void ComposeAround(Call const& call, wchar_t const* detail, wchar_t const* origin);
+    void Compose(Call const& call, std::wstring_view detail, std::wstring_view origin, std::wstring_view message);
     void SetAside();
     void CheckSizeWhenDue();
     bool CheckSize();
 
-    // Kept from line to line for their memory and, of the time, for its text.
+    // Kept from line to line: the time for its text, the others for their memory.
     SecondText m_second;
     std::wstring m_message;
     std::wstring m_line;

@@ -31,18 +31,6 @@ Char const* OrEmpty(Char const* text) noexcept
     return text != nullptr ? text : emptyText<Char>;
 }
 
-// A scope as wide text; `converted` keeps what a narrow one becomes.
-wchar_t const* WideScope(wchar_t const* scope, std::wstring&) noexcept
-{
-    return scope;
-}
-
-wchar_t const* WideScope(char const* scope, std::wstring& converted) noexcept
-{
-    converted = ToWide(scope).value_or(std::wstring());
-    return converted.c_str();
-}
-
 } // namespace
 
 Logger::Logger() : m_registry(&GetLogTargetRegistry()), m_group(ToWide("ZEB").value_or(std::wstring())) {}
@@ -75,7 +63,7 @@ std::uint64_t Logger::ForwardIn(Char const* scope, LogLevel level, Char const* d
         return 0;
     }
     std::wstring converted;
-    return DispatchLine(WideScope(scope, converted), level, detail, emptyText<Char>, format, arguments);
+    return DispatchLine(OrEmpty(AsWide(scope, converted)), level, detail, emptyText<Char>, format, arguments);
 }
 
 std::uint64_t Logger::LogV(LogLevel level, char const* detail, char const* origin, char const* format,

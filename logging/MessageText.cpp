@@ -2,9 +2,9 @@
 
 #include "logging/Utf8Cut.h"
 #include "utils/Utf8.h"
+#include "utils/WideScan.h"
 
 #include <cstdio>
-#include <cstring>
 #include <cwchar>
 
 namespace zant
@@ -13,60 +13,51 @@ namespace zant
 namespace
 {
 
-constexpr std::size_t bufferSize = 4095;
-
-// The runtime's own bounded formatters, in truncating mode: terminated whatever happens. (The names without the
-// underscore would be MinGW's replacements, whose %s and %S mean other things.)
-void Format(wchar_t (&buffer)[bufferSize], wchar_t const* format, va_list arguments)
-{
-    _vsnwprintf_s(buffer, bufferSize, _TRUNCATE, format, arguments);
-}
-
-void Format(char (&buffer)[bufferSize], char const* format, va_list arguments)
-{
-    _vsnprintf_s(buffer, bufferSize, _TRUNCATE, format, arguments);
-}
-
-// Without a percent sign a format is its own result, which spares the formatter, as long as it need not be cut.
-bool StandsAsItIs(std::wstring_view format, va_list arguments)
-{
-    return arguments == nullptr || (format.size() < bufferSize && format.find(L'%') == format.npos);
-}
+constexpr std::size_t mostCharacters = 4094; // and a terminator
 
 } // namespace
 
-void FormatInto(std::wstring& message, wchar_t const* format, va_list arguments)
+// The runtime's own bounded formatters in truncating mode end their output with a zero whatever happens. (The names
+// without the underscore would be MinGW's replacements, whose %s and %S mean other things.)
+
+std::optional<std::wstring_view> MessageText(wchar_t const* format, va_list arguments, std::wstring& storage)
 {
-    if (StandsAsItIs(format, arguments))
+    if (arguments == nullptr)
     {
-        message = format;
-        return;
+        return ViewOf(format);
     }
-    wchar_t buffer[bufferSize];
-    Format(buffer, format, arguments);
-    message = buffer;
+    // Without a percent sign a format is its own result, as long as it need not be cut; that spares the formatter.
+    auto const* const end = FindOrEnd(format, L'%');
+    if (*end == L'\0' && end - format <= static_cast<std::ptrdiff_t>(mostCharacters))
+    {
+        return std::wstring_view(format, end);
+    }
+    storage.resize(mostCharacters);
+    _vsnwprintf_s(storage.data(), mostCharacters + 1, _TRUNCATE, format, arguments);
+    return ViewOf(storage.c_str());
 }
 
-bool FormatInto(std::wstring& message, char const* format, va_list arguments)
+std::optional<std::wstring_view> MessageText(char const* format, va_list arguments, std::wstring& storage)
 {
-    std::string_view text = format;
-    char buffer[bufferSize];
-    if (arguments != nullptr)
+    if (arguments == nullptr)
     {
-        Format(buffer, format, arguments);
-        text = buffer;
-        if (text.size() == bufferSize - 1)
-        {
-            text = WithoutHalvedCharacter(text);
-        }
+        auto const* const wide = AsWide(format, storage);
+        return wide != nullptr ? std::optional(ViewOf(wide)) : std::nullopt;
+    }
+    char buffer[mostCharacters + 1];
+    _vsnprintf_s(buffer, sizeof buffer, _TRUNCATE, format, arguments);
+    std::string_view text = buffer;
+    if (text.size() == mostCharacters)
+    {
+        text = WithoutHalvedCharacter(text);
     }
     auto converted = ToWide(text);
     if (!converted)
     {
-        return false;
+        return std::nullopt;
     }
-    message = std::move(*converted);
-    return true;
+    storage = std::move(*converted);
+    return storage;
 }
 
 } // namespace zant

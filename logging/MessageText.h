@@ -1,16 +1,20 @@
 #pragma once
 #include <cstdarg>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace zant
 {
 
-// Replaces the content of `message` by the text that a format (not null) and its arguments make: at most 4,094
-// characters (bytes of UTF-8 in a narrow one), what is longer is cut. Without arguments (null) the format is the
-// message, of any length. What the runtime cannot format at all becomes an empty message.
-void FormatInto(std::wstring& message, wchar_t const* format, va_list arguments);
-
-// False when the text is not valid UTF-8; a character that the cut has halved is left out and does not count.
-bool FormatInto(std::wstring& message, char const* format, va_list arguments);
+// The message that a format (not null) and its arguments make: at most 4,094 characters (bytes of UTF-8 in a narrow
+// format), what is longer is cut. Without arguments (null) the format is the message, of any length. Where the runtime
+// cannot format something the message ends, or all of it is empty.
+//
+// The view shows the format itself or `storage`, whatever that held; a storage that is used again keeps its memory.
+// Nothing when a narrow text is not valid UTF-8; a character that the cut has halved is left out and does not count.
+// Throws std::bad_alloc only.
+std::optional<std::wstring_view> MessageText(wchar_t const* format, va_list arguments, std::wstring& storage);
+std::optional<std::wstring_view> MessageText(char const* format, va_list arguments, std::wstring& storage);
 
 } // namespace zant

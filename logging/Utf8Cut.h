@@ -4,6 +4,20 @@
 namespace zant
 {
 
+// The length in bytes of a character by its first byte; 1 for a byte that begins none.
+constexpr std::size_t LengthOfCharacter(unsigned char first) noexcept
+{
+    if (first < 0xC0)
+    {
+        return 1;
+    }
+    if (first < 0xE0)
+    {
+        return 2;
+    }
+    return first < 0xF0 ? 3 : 4;
+}
+
 // UTF-8 text that was cut at some byte, without the character at its end that the cut has halved, if any. Other
 // invalid bytes stay as they are.
 constexpr std::string_view WithoutHalvedCharacter(std::string_view text) noexcept
@@ -16,8 +30,7 @@ constexpr std::string_view WithoutHalvedCharacter(std::string_view text) noexcep
         {
             continue; // inside a character: its first byte is further to the left
         }
-        std::size_t const length = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
-        return length > tail ? text.substr(0, text.size() - tail) : text;
+        return LengthOfCharacter(byte) > tail ? text.substr(0, text.size() - tail) : text;
     }
     return text;
 }

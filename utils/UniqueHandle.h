@@ -14,7 +14,11 @@ class UniqueHandle
 
     explicit UniqueHandle(HANDLE handle) noexcept : m_handle(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
 
+    UniqueHandle(UniqueHandle const&) = delete;
+
     UniqueHandle(UniqueHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, nullptr)) {}
+
+    UniqueHandle& operator=(UniqueHandle const&) = delete;
 
     UniqueHandle& operator=(UniqueHandle&& other) noexcept
     {
@@ -34,7 +38,7 @@ class UniqueHandle
 
     void Reset() noexcept
     {
-        if (auto const handle = std::exchange(m_handle, nullptr))
+        if (auto* const handle = std::exchange(m_handle, nullptr))
         {
             CloseHandle(handle);
         }

@@ -58,4 +58,20 @@ std::optional<std::string> ToUtf8(std::wstring_view text) noexcept
     });
 }
 
+wchar_t const* AsWide(wchar_t const* text, std::wstring& /*converted*/) noexcept
+{
+    return text != nullptr ? text : L"";
+}
+
+wchar_t const* AsWide(char const* text, std::wstring& converted) noexcept
+{
+    auto wide = ToWide(text != nullptr ? text : "");
+    if (!wide)
+    {
+        return nullptr;
+    }
+    converted = std::move(*wide);
+    return converted.c_str();
+}
+
 } // namespace zant

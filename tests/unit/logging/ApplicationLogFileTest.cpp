@@ -16,7 +16,7 @@ class ApplicationLogFile : public LogFixture
 
     ~ApplicationLogFile() override { g_defaultLogTarget = nullptr; }
 
-    std::wstring const logFolder = temporary + L"\\Tessaline\\HOV";
+    std::wstring const logFolder = temporary / L"Tessaline\\HOV";
     std::wstring const logPath = logFolder + L"\\KZEB.log";
     LogTargetDefault target;
 };
@@ -42,7 +42,7 @@ TEST_F(ApplicationLogFile, IsMadeWithItsFoldersByTheProbe)
 
 TEST_F(ApplicationLogFile, ComesIntoAFolderThatExists)
 {
-    CreateDirectoryW((temporary + L"\\Tessaline").c_str(), nullptr);
+    CreateDirectoryW((temporary / L"Tessaline").c_str(), nullptr);
     CreateDirectoryW(logFolder.c_str(), nullptr);
     CreateDirectoryCall const fault(Failing(FALSE, ERROR_ACCESS_DENIED)); // nothing is to be made
     EXPECT_TRUE(UseApplicationLogFile());
@@ -68,7 +68,7 @@ TEST_F(ApplicationLogFile, ReplacesTheFileOfAnOpenTarget)
 
 TEST_F(ApplicationLogFile, AFileInTheFoldersPlaceDisablesTheTarget)
 {
-    WriteBytes(temporary + L"\\Tessaline", "");
+    WriteBytes(temporary / L"Tessaline", "");
     EXPECT_FALSE(UseApplicationLogFile());
     EXPECT_FALSE(target.enabled);
     EXPECT_FALSE(target.Open());

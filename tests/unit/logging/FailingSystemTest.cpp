@@ -112,9 +112,9 @@ class EveryCallInTurn : public FailingSystem
   private:
     void Live()
     {
-        auto const path = temporary + L"\\Tessaline\\HOV\\KZEB.log";
-        CreateDirectoryW((temporary + L"\\Tessaline").c_str(), nullptr);
-        CreateDirectoryW((temporary + L"\\Tessaline\\HOV").c_str(), nullptr);
+        auto const path = temporary / L"Tessaline\\HOV\\KZEB.log";
+        CreateDirectoryW((temporary / L"Tessaline").c_str(), nullptr);
+        CreateDirectoryW((temporary / L"Tessaline\\HOV").c_str(), nullptr);
         WriteBytesPastFaults(path, "not UTF-16");
         LogTargetDefault one;
         g_defaultLogTarget = &one;

@@ -34,7 +34,7 @@ TEST_P(LevelMarkers, DecideAboutTheThreshold)
 {
     for (auto const& name : GetParam().names)
     {
-        WriteBytes(temporary + L"\\" + name, "any content");
+        WriteBytes(temporary / name, "any content");
     }
     LogTargetDefault target;
     EXPECT_EQ(static_cast<int>(target.threshold), GetParam().threshold);
@@ -45,8 +45,8 @@ TEST_P(LevelMarkers, DecideAboutTheThreshold)
 
 TEST_F(LevelMarkers, AreNamedAfterTheFile)
 {
-    WriteBytes(temporary + L"\\other.debug", "");
-    WriteBytes(temporary + L"\\ZANT.trace", "");
+    WriteBytes(temporary / L"other.debug", "");
+    WriteBytes(temporary / L"ZANT.trace", "");
     LogTargetDefault target;
     target.fileName = L"other.log";
     target.ChooseLevel();
@@ -61,7 +61,7 @@ TEST_F(LevelMarkers, OfTheLogFolderDoNotCount)
 
 TEST_F(LevelMarkers, CannotBeLookedForWithoutATemporaryFolder)
 {
-    WriteBytes(temporary + L"\\ZANT.trace", "");
+    WriteBytes(temporary / L"ZANT.trace", "");
     LogTargetDefault target;
     GetTempPathCall const fault(Failing(DWORD{0}, ERROR_NOT_ENOUGH_MEMORY));
     target.ChooseLevel();
@@ -70,7 +70,7 @@ TEST_F(LevelMarkers, CannotBeLookedForWithoutATemporaryFolder)
 
 TEST_F(LevelMarkers, ThatCannotBeSeenDoNotCount)
 {
-    WriteBytes(temporary + L"\\ZANT.trace", "");
+    WriteBytes(temporary / L"ZANT.trace", "");
     GetFileAttributesCall const fault(Failing(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED));
     EXPECT_EQ(LogTargetDefault().threshold, LogLevel::Info);
 }

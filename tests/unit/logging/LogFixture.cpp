@@ -1,32 +1,11 @@
 #include "tests/unit/logging/LogFixture.h"
 
+#include "logging/LogPath.h"
+
 namespace test
 {
 
-namespace
-{
-
-std::wstring TemporaryVariable()
-{
-    wchar_t value[MAX_PATH] = {};
-    GetEnvironmentVariableW(L"TMP", value, MAX_PATH);
-    return value;
-}
-
-} // namespace
-
-LogFixture::LogFixture()
-    : temporary(folder / L"temporary"), m_base(folder.Path().substr(folder.Path().rfind(L'\\') + 1)),
-      m_formerTemporary(TemporaryVariable())
-{
-    CreateDirectoryW(temporary.c_str(), nullptr);
-    SetEnvironmentVariableW(L"TMP", temporary.c_str());
-}
-
-LogFixture::~LogFixture()
-{
-    SetEnvironmentVariableW(L"TMP", m_formerTemporary.c_str());
-}
+LogFixture::LogFixture() : m_base(zant::FileNameOf(folder.Path())) {}
 
 void LogFixture::Configure(zant::LogTargetDefault& target) const
 {

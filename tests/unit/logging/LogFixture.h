@@ -1,20 +1,19 @@
 #pragma once
 #include "logging/LogTargetDefault.h"
 #include "tests/support/Files.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/UserTemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 namespace test
 {
 
-// A folder of the test's own for the log, with another one inside as the user's temporary folder, so that no marker
-// file of the machine has a say. The log's name, and so the mutex's, belongs to the test alone: tests run side by side.
+// A folder of the test's own for the log, and another one as the user's temporary folder, so that no marker file of the
+// machine has a say. The log's name, and so the mutex's, belongs to the test alone: tests run side by side.
 class LogFixture : public testing::Test
 {
   protected:
     LogFixture();
-    ~LogFixture() override;
 
     // "KZEB-like" names: the base and the live log.
     std::wstring const& Base() const noexcept { return m_base; }
@@ -27,11 +26,10 @@ class LogFixture : public testing::Test
     void Configure(zant::LogTargetDefault& target) const;
 
     TemporaryFolder folder;
-    std::wstring const temporary; // what the system gives as temporary folder during the test, without a backslash
+    UserTemporaryFolder temporary;
 
   private:
     std::wstring m_base;
-    std::wstring m_formerTemporary;
 };
 
 // Log with arguments as a caller passes them; everything that a test does not care about is empty.

@@ -44,12 +44,12 @@ TEST_F(LogTargetDefaultTest, StartsClosedAndOpensNothing)
     EXPECT_FALSE(target.headerPending);
     EXPECT_TRUE(target.useLock);
     EXPECT_EQ(target.setAsidePath, L"");
-    EXPECT_TRUE(NamesIn(temporary).empty());
+    EXPECT_TRUE(NamesIn(temporary.Path()).empty());
 }
 
 TEST_F(LogTargetDefaultTest, ChoosesItsLevelWhenConstructed)
 {
-    WriteBytes(temporary + L"\\pvq.debug", "");
+    WriteBytes(temporary / L"pvq.debug", "");
     EXPECT_EQ(LogTargetDefault().threshold, LogLevel::Debug);
 }
 
@@ -66,13 +66,13 @@ TEST_F(LogTargetDefaultTest, OpensItsFileNameInTheTemporaryFolderWithoutAPath)
 {
     target.fileName = LogName();
     EXPECT_TRUE(target.Open());
-    EXPECT_EQ(target.filePath, temporary + L"\\" + LogName());
+    EXPECT_EQ(target.filePath, temporary / LogName());
     EXPECT_EQ(ReadBytes(target.filePath), wideMark);
 }
 
 TEST_F(LogTargetDefaultTest, CreatesAMissingTemporaryFolder)
 {
-    auto const deep = temporary + L"\\a\\b";
+    auto const deep = temporary / L"a\\b";
     SetEnvironmentVariableW(L"TMP", deep.c_str());
     target.fileName = LogName();
     EXPECT_TRUE(target.Open());

@@ -16,7 +16,7 @@ extern "C"
     decltype(&GetFileAttributesW) __wrap___imp_GetFileAttributesW = &GetFileAttributesCall::Entry;
     decltype(&GetFileSizeEx) __wrap___imp_GetFileSizeEx = &GetFileSizeCall::Entry;
     decltype(&GetLocalTime) __wrap___imp_GetLocalTime = &GetLocalTimeCall::Entry;
-    decltype(&GetSystemTimeAsFileTime) __wrap___imp_GetSystemTimeAsFileTime = &GetSystemTimeCall::Entry;
+    decltype(&GetSystemTimePreciseAsFileTime) __wrap___imp_GetSystemTimePreciseAsFileTime = &GetSystemTimeCall::Entry;
     decltype(&GetTempPathW) __wrap___imp_GetTempPathW = &GetTempPathCall::Entry;
     decltype(&GetTimeFormatEx) __wrap___imp_GetTimeFormatEx = &GetTimeFormatCall::Entry;
     decltype(&MoveFileExW) __wrap___imp_MoveFileExW = &MoveFileCall::Entry;

@@ -18,7 +18,7 @@ extern "C"
     extern decltype(&GetFileAttributesW) __real___imp_GetFileAttributesW;
     extern decltype(&GetFileSizeEx) __real___imp_GetFileSizeEx;
     extern decltype(&GetLocalTime) __real___imp_GetLocalTime;
-    extern decltype(&GetSystemTimeAsFileTime) __real___imp_GetSystemTimeAsFileTime;
+    extern decltype(&GetSystemTimePreciseAsFileTime) __real___imp_GetSystemTimePreciseAsFileTime;
     extern decltype(&GetTempPathW) __real___imp_GetTempPathW;
     extern decltype(&GetTimeFormatEx) __real___imp_GetTimeFormatEx;
     extern decltype(&MoveFileExW) __real___imp_MoveFileExW;
@@ -47,7 +47,7 @@ using GetDateFormatCall = WrappedCall<&__real___imp_GetDateFormatEx>;
 using GetFileAttributesCall = WrappedCall<&__real___imp_GetFileAttributesW>;
 using GetFileSizeCall = WrappedCall<&__real___imp_GetFileSizeEx>;
 using GetLocalTimeCall = WrappedCall<&__real___imp_GetLocalTime>;
-using GetSystemTimeCall = WrappedCall<&__real___imp_GetSystemTimeAsFileTime>;
+using GetSystemTimeCall = WrappedCall<&__real___imp_GetSystemTimePreciseAsFileTime>;
 using GetTempPathCall = WrappedCall<&__real___imp_GetTempPathW>;
 using GetTimeFormatCall = WrappedCall<&__real___imp_GetTimeFormatEx>;
 using MoveFileCall = WrappedCall<&__real___imp_MoveFileExW>;

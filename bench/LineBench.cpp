@@ -1,0 +1,167 @@
+// What a log line costs, against the five bare calls that it cannot do without.
+#include "app/AppLog.h"
+#include "app/SetUpLogging.h"
+#include "bench/Harness.h"
+#include "bench/SpdlogPeer.h"
+#include "logging/LogTargetDefault.h"
+#include "utils/NamedMutex.h"
+#include "utils/Utf8.h"
+
+#include <windows.h>
+
+using namespace zant;
+
+// The five calls, so that they can be left out: what is left of a line is what it computes.
+extern "C"
+{
+    extern decltype(&ReleaseMutex) __real___imp_ReleaseMutex;
+    extern decltype(&SetFilePointerEx) __real___imp_SetFilePointerEx;
+    extern decltype(&WaitForSingleObject) __real___imp_WaitForSingleObject;
+    extern decltype(&WriteFile) __real___imp_WriteFile;
+}
+
+namespace
+{
+
+BOOL WINAPI Release(HANDLE mutex)
+{
+    return __real___imp_ReleaseMutex(mutex);
+}
+
+BOOL WINAPI Seek(HANDLE file, LARGE_INTEGER distance, LARGE_INTEGER* position, DWORD method)
+{
+    return __real___imp_SetFilePointerEx(file, distance, position, method);
+}
+
+DWORD WINAPI Wait(HANDLE mutex, DWORD milliseconds)
+{
+    return __real___imp_WaitForSingleObject(mutex, milliseconds);
+}
+
+BOOL WINAPI Write(HANDLE file, void const* bytes, DWORD size, DWORD* written, OVERLAPPED* overlapped)
+{
+    return __real___imp_WriteFile(file, bytes, size, written, overlapped);
+}
+
+} // namespace
+
+extern "C"
+{
+    decltype(&ReleaseMutex) __wrap___imp_ReleaseMutex = &Release;
+    decltype(&SetFilePointerEx) __wrap___imp_SetFilePointerEx = &Seek;
+    decltype(&WaitForSingleObject) __wrap___imp_WaitForSingleObject = &Wait;
+    decltype(&WriteFile) __wrap___imp_WriteFile = &Write;
+}
+
+namespace
+{
+
+void UseTheSystemItself()
+{
+    __wrap___imp_ReleaseMutex = __real___imp_ReleaseMutex;
+    __wrap___imp_SetFilePointerEx = __real___imp_SetFilePointerEx;
+    __wrap___imp_WaitForSingleObject = __real___imp_WaitForSingleObject;
+    __wrap___imp_WriteFile = __real___imp_WriteFile;
+}
+
+void LeaveInputAndOutputOut()
+{
+    __wrap___imp_ReleaseMutex = [](HANDLE) WINAPI -> BOOL { return TRUE; };
+    __wrap___imp_SetFilePointerEx = [](HANDLE, LARGE_INTEGER, LARGE_INTEGER*, DWORD) WINAPI -> BOOL { return TRUE; };
+    __wrap___imp_WaitForSingleObject = [](HANDLE, DWORD) WINAPI -> DWORD { return WAIT_OBJECT_0; };
+    __wrap___imp_WriteFile = [](HANDLE, void const*, DWORD, DWORD*, OVERLAPPED*) WINAPI -> BOOL { return TRUE; };
+}
+
+// The bare calls that write a line of the same bytes into a file of its own.
+class Floor
+{
+  public:
+    Floor(std::wstring const& folder, std::wstring const& message)
+        : m_line(L"01/05/24 09:30:12:045 | [INFO] |  | ZEB | ZEB | ZEBMain |  | ZEB | " +
+                 std::to_wstring(GetCurrentThreadId()) + L" | " + message),
+          m_file(CreateFileW((folder + L"floor.log").c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                             nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)),
+          m_mutex(CreateMutexW(nullptr, FALSE, L"floor.log"))
+    {
+    }
+
+    void WriteLine() const
+    {
+        DWORD written = 0;
+        WaitForSingleObject(m_mutex.Get(), 2'000);
+        SetFilePointerEx(m_file.Get(), {}, nullptr, FILE_END);
+        WriteFile(m_file.Get(), m_line.data(), static_cast<DWORD>(m_line.size() * sizeof(wchar_t)), &written, nullptr);
+        WriteFile(m_file.Get(), L"\r\n", 4, &written, nullptr);
+        ReleaseMutex(m_mutex.Get());
+    }
+
+  private:
+    std::wstring m_line;
+    UniqueHandle m_file;
+    UniqueHandle m_mutex;
+};
+
+void LogLine(unsigned level, wchar_t const* format, wchar_t const* argument = nullptr)
+{
+    AppLog(level, L"ZEB", L"ZEBMain", L"", L"", format, argument);
+}
+
+bool CompareLines(std::wstring const& folder, std::size_t length, double limit)
+{
+    constexpr int linesPerBlock = 50, rounds = 400;
+    std::wstring const message(length, L'x');
+    auto const narrow = ToUtf8(message).value();
+    Floor const floor(folder, message);
+    bench::SpdlogPeer peer(ToUtf8(folder).value() + "peer.log");
+    auto const title = "A line with a message of " + std::to_string(length) + " characters, in blocks of " +
+                       std::to_string(linesPerBlock) + " lines by turns, " + std::to_string(rounds) + " rounds";
+    return bench::Compare(title.c_str(),
+                          {{"floor: the five bare calls", [&] { floor.WriteLine(); }},
+                           {"AppLog, a fixed text", [&] { LogLine(30, message.c_str()); }, limit},
+                           {"AppLog, formatted by \"%ls\"", [&] { LogLine(30, L"%ls", message.c_str()); }},
+                           {"spdlog *", [&] { peer.Log(narrow); }}},
+                          linesPerBlock, rounds);
+}
+
+bool MeasureWhatALineComputes()
+{
+    constexpr int linesPerBlock = 1'000, rounds = 200;
+    std::wstring const message(100, L'x');
+    std::printf("\nWithout input and output, median and middle half of %d blocks of %d lines\n", rounds, linesPerBlock);
+    LeaveInputAndOutputOut();
+    auto const below = bench::Measure({"AppLog below the threshold", [] { LogLine(20, L"%ls", L"not written"); }}, 100,
+                                      linesPerBlock, rounds);
+    auto const fixed = bench::Measure({"AppLog, a fixed text of 100", [&] { LogLine(30, message.c_str()); }}, 500,
+                                      linesPerBlock, rounds);
+    auto const formatted =
+        bench::Measure({"AppLog, 100 formatted by \"%ls\"", [&] { LogLine(30, L"%ls", message.c_str()); }}, 500,
+                       linesPerBlock, rounds);
+    UseTheSystemItself();
+    return below && fixed && formatted;
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    if (count != 2)
+    {
+        std::printf("line_bench FOLDER: writes its logs into FOLDER, which ends in a backslash\n");
+        return 2;
+    }
+    std::wstring const folder = arguments[1];
+    UseTheSystemItself();
+    SetEnvironmentVariableW(L"TMP", folder.c_str());
+    SetUpLogging();
+    if (!g_defaultLogTarget->useLock || !g_defaultLogTarget->file)
+    {
+        std::printf("the log cannot be opened\n");
+        return 2;
+    }
+    auto const shortLines = CompareLines(folder, 100, 1.05);
+    auto const longLines = CompareLines(folder, 4'000, 1.25);
+    std::printf(
+        "  * takes no lock between processes and writes half the bytes: not the same work, for comparison only\n");
+    auto const computing = MeasureWhatALineComputes();
+    return shortLines && longLines && computing ? 0 : 1;
+}

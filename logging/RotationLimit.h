@@ -1,0 +1,24 @@
+#pragma once
+#include "logging/LogLevel.h"
+
+#include <cstdint>
+
+namespace zant
+{
+
+// From this size in bytes on a log file is rotated: the more a target writes, the more it may hold.
+constexpr std::uint64_t RotationLimit(LogLevel threshold) noexcept
+{
+    constexpr std::uint64_t mebibyte = 1'048'576;
+    switch (threshold)
+    {
+    case LogLevel::Trace:
+        return 50 * mebibyte;
+    case LogLevel::Debug:
+        return 20 * mebibyte;
+    default:
+        return 15 * mebibyte;
+    }
+}
+
+} // namespace zant

@@ -1,0 +1,81 @@
+#include "logging/OldCopies.h"
+
+#include <gtest/gtest.h>
+
+using namespace zant;
+
+namespace
+{
+
+using Names = std::vector<std::wstring>;
+
+// Today is 14 January 2024.
+Names Doomed(Names const& names)
+{
+    Names const days = {L"KZEB 2024-1-14", L"KZEB 2024-1-13", L"KZEB 2024-1-12", L"KZEB 2024-1-11"};
+    return CopiesToDelete(names, L"KZEB", L"KZEB.log", days);
+}
+
+} // namespace
+
+TEST(OldCopies, OfTheLastFourDaysStay)
+{
+    EXPECT_EQ(Doomed({L"KZEB.log", L"KZEB 2024-1-14 09-00-00.log", L"KZEB 2024-1-13 09-00-00.log",
+                      L"KZEB 2024-1-12 09-00-00.log", L"KZEB 2024-1-11 09-00-00.log"}),
+              Names{});
+}
+
+TEST(OldCopies, OfEarlierAndLaterDaysGo)
+{
+    Names const others = {L"KZEB 2024-1-10 09-00-00.log", L"KZEB 2024-1-9 09-00-00.log", L"KZEB 2023-1-14 09-00-00.log",
+                          L"KZEB 2024-1-15 09-00-00.log"};
+    EXPECT_EQ(Doomed(others), others);
+}
+
+TEST(OldCopies, WhateverElseBeginsWithTheBaseGoes)
+{
+    Names const others = {L"KZEB", L"KZEB.txt", L"KZEB2.log", L"KZEB.log.bak", L"KZEB 2024-1-1"};
+    EXPECT_EQ(Doomed(others), others);
+}
+
+TEST(OldCopies, NamesThatDoNotBeginWithTheBaseStay)
+{
+    EXPECT_EQ(Doomed({L"kzeb 2000-1-1 09-00-00.log", L"other.log", L"XKZEB.log", L"pvq.trace"}), Names{});
+}
+
+// "2024-1-1" is also how 2024-1-14 begins; the text alone counts.
+TEST(OldCopies, ADayCountsByTheBeginningOfItsText)
+{
+    Names const days = {L"KZEB 2024-1-1"};
+    EXPECT_EQ(CopiesToDelete(Names{L"KZEB 2024-1-14 09-00-00.log", L"KZEB 2024-1-1 09-00-00.log"}, L"KZEB", L"KZEB.log",
+                             days),
+              Names{});
+}
+
+TEST(OldCopies, NoMoreThanFiveStayTheLiveLogAmongThem)
+{
+    EXPECT_EQ(Doomed({L"KZEB.log", L"KZEB 2024-1-14 07-00-00.log", L"KZEB 2024-1-14 01-00-00.log",
+                      L"KZEB 2024-1-14 06-00-00.log", L"KZEB 2024-1-14 02-00-00.log", L"KZEB 2024-1-14 05-00-00.log",
+                      L"KZEB 2024-1-14 03-00-00.log", L"KZEB 2024-1-14 04-00-00.log"}),
+              (Names{L"KZEB 2024-1-14 01-00-00.log", L"KZEB 2024-1-14 02-00-00.log", L"KZEB 2024-1-14 03-00-00.log"}));
+}
+
+TEST(OldCopies, SixAreOneTooMany)
+{
+    EXPECT_EQ(Doomed({L"KZEB.log", L"KZEB 2024-1-14 01-00-00.log", L"KZEB 2024-1-14 02-00-00.log",
+                      L"KZEB 2024-1-14 03-00-00.log", L"KZEB 2024-1-14 04-00-00.log", L"KZEB 2024-1-14 05-00-00.log"}),
+              Names{L"KZEB 2024-1-14 01-00-00.log"});
+}
+
+// Dates are not padded: the ninth sorts after the twelfth, and so the older copy is the one kept.
+TEST(OldCopies, TheOrderIsThatOfTheTextNotOfTime)
+{
+    Names const days = {L"KZEB 2024-1-12", L"KZEB 2024-1-11", L"KZEB 2024-1-10", L"KZEB 2024-1-9"};
+    Names const names = {L"KZEB.log",
+                         L"KZEB 2024-1-9 01-00-00.log",
+                         L"KZEB 2024-1-10 01-00-00.log",
+                         L"KZEB 2024-1-11 01-00-00.log",
+                         L"KZEB 2024-1-12 01-00-00.log",
+                         L"KZEB 2024-1-12 02-00-00.log"};
+    EXPECT_EQ(CopiesToDelete(names, L"KZEB", L"KZEB.log", days), Names{L"KZEB 2024-1-10 01-00-00.log"});
+}

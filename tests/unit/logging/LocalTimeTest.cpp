@@ -1,0 +1,60 @@
+#include "logging/LocalTime.h"
+
+#include "tests/unit/logging/WrappedSystem.h"
+
+#include <ctime>
+#include <gtest/gtest.h>
+
+using namespace test;
+using namespace zant;
+
+namespace
+{
+
+std::wstring Expected(std::int64_t seconds)
+{
+    wchar_t text[32] = {};
+    std::time_t const time = seconds;
+    std::wcsftime(text, 32, L"%m/%d/%y %H:%M:%S", std::localtime(&time));
+    return text;
+}
+
+} // namespace
+
+TEST(LocalTime, NowIsTheSystemsTimeSince1970)
+{
+    EXPECT_LE(NowInMilliseconds() / 1'000, static_cast<std::uint64_t>(std::time(nullptr)) + 1);
+    EXPECT_GE(NowInMilliseconds() / 1'000 + 1, static_cast<std::uint64_t>(std::time(nullptr)));
+}
+
+TEST(LocalTime, NowKeepsItsMilliseconds)
+{
+    GetSystemTimeCall const clock([](auto, FILETIME* now) {
+        auto const ticks = 116'444'736'000'000'000ull + 1'704'447'012'045ull * 10'000 + 9'999;
+        *now = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+    });
+    EXPECT_EQ(NowInMilliseconds(), 1'704'447'012'045u);
+}
+
+TEST(SecondText, IsTheLocalDateAndTime)
+{
+    SecondText text;
+    EXPECT_EQ(text.Of(1'704'447'012), Expected(1'704'447'012));
+}
+
+TEST(SecondText, FollowsTheSecondInBothDirections)
+{
+    SecondText text;
+    for (auto const seconds : {1'704'447'012, 1'704'447'013, 1'704'447'012, 1'719'999'999, 0})
+    {
+        EXPECT_EQ(text.Of(seconds), Expected(seconds));
+        EXPECT_EQ(text.Of(seconds), Expected(seconds));
+    }
+}
+
+TEST(SecondText, IsEmptyWhereThereIsNoLocalTime)
+{
+    SecondText text;
+    EXPECT_EQ(text.Of(INT64_MAX), L"");
+    EXPECT_EQ(text.Of(1'704'447'012), Expected(1'704'447'012));
+}

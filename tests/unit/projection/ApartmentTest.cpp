@@ -1,0 +1,257 @@
+#include "tests/unit/projection/TestOperation.h"
+#include "tests/unit/projection/WrappedRuntime.h"
+
+#include <gtest/gtest.h>
+#include <thread>
+
+using namespace test;
+using namespace winrt;
+using namespace Windows::Foundation;
+
+// Where a coroutine goes on that waits in a single-threaded apartment. Wine has no context callbacks, so that the
+// apartment's context is one of these tests' own.
+
+namespace
+{
+
+class TestContext : public impl::IContextCallback
+{
+  public:
+    int32_t __stdcall QueryInterface(guid const& id, void** object) noexcept override
+    {
+        *object = is_guid_of<impl::IContextCallback>(id) ? this : nullptr;
+        return *object ? S_OK : E_NOINTERFACE;
+    }
+    uint32_t __stdcall AddRef() noexcept override { return 2; }
+    uint32_t __stdcall Release() noexcept override { return 1; }
+
+    int32_t __stdcall ContextCallback(int32_t(__stdcall* callback)(impl::context_call_data*),
+                                      impl::context_call_data* data, guid const&, int, void*) noexcept override
+    {
+        if (failure < 0)
+        {
+            return failure;
+        }
+        ++entered;
+        isInside = true;
+        auto const result = callback(data);
+        isInside = false;
+        return result;
+    }
+
+    int32_t failure = 0;
+    int entered = 0;
+    bool isInside = false;
+};
+
+struct Seen
+{
+    bool inside = false;
+    DWORD thread = 0;
+    hresult code{};
+    Signal resumed;
+};
+
+fire_and_forget Await(IAsyncAction operation, TestContext& context, Seen& seen)
+{
+    try
+    {
+        co_await operation;
+    }
+    catch (...)
+    {
+        seen.code = to_hresult();
+    }
+    seen.inside = context.isInside;
+    seen.thread = GetCurrentThreadId();
+    seen.resumed.Set();
+}
+
+fire_and_forget AwaitAgile(IAsyncAction operation, TestContext& context, Seen& seen)
+{
+    co_await resume_agile(operation);
+    seen.inside = context.isInside;
+    seen.thread = GetCurrentThreadId();
+    seen.resumed.Set();
+}
+
+fire_and_forget LeaveAndReturn(TestContext& context, Seen& seen)
+{
+    apartment_context const origin;
+    co_await resume_background();
+    try
+    {
+        co_await apartment_context(origin);
+    }
+    catch (...)
+    {
+        seen.code = to_hresult();
+    }
+    seen.inside = context.isInside;
+    seen.thread = GetCurrentThreadId();
+    seen.resumed.Set();
+}
+
+// The thread of the test is a single-threaded apartment with a context of its own; other threads have none.
+class SingleThreadedApartment : public testing::Test
+{
+  protected:
+    SingleThreadedApartment() { init_apartment(apartment_type::single_threaded); }
+    ~SingleThreadedApartment() override { uninit_apartment(); }
+
+    void EndOnAnotherThread(DWORD* thread = nullptr)
+    {
+        std::thread([&] {
+            if (thread)
+            {
+                *thread = GetCurrentThreadId();
+            }
+            operation->End(AsyncStatus::Completed);
+        }).join();
+    }
+
+    DWORD const home = GetCurrentThreadId();
+    TestContext context;
+    GetObjectContextCall const contexts{[this](auto, REFIID id, void** result) -> HRESULT {
+        if (GetCurrentThreadId() != home)
+        {
+            *result = nullptr;
+            return CO_E_NOTINITIALIZED;
+        }
+        return context.QueryInterface(id, result);
+    }};
+    com_ptr<TestAction> operation = make_self<TestAction>();
+    Seen seen;
+};
+
+} // namespace
+
+TEST_F(SingleThreadedApartment, WaitingReturnsToIt)
+{
+    Await(*operation, context, seen);
+    EndOnAnotherThread();
+    ASSERT_TRUE(seen.resumed.IsSet());
+    EXPECT_TRUE(seen.inside);
+    EXPECT_EQ(context.entered, 1);
+    EXPECT_EQ(seen.code, S_OK);
+}
+
+TEST_F(SingleThreadedApartment, AnEndOnItsOwnThreadNeedsNoReturn)
+{
+    Await(*operation, context, seen);
+    operation->End(AsyncStatus::Completed);
+    ASSERT_TRUE(seen.resumed.IsSet());
+    EXPECT_EQ(context.entered, 0);
+    EXPECT_EQ(seen.thread, home);
+}
+
+TEST_F(SingleThreadedApartment, OneThatCannotBeReachedIsRaisedWhereTheOperationEnded)
+{
+    context.failure = RPC_E_DISCONNECTED;
+    Await(*operation, context, seen);
+    EndOnAnotherThread();
+    ASSERT_TRUE(seen.resumed.IsSet());
+    EXPECT_NE(seen.thread, home);
+    EXPECT_EQ(seen.code, RPC_E_DISCONNECTED);
+}
+
+TEST_F(SingleThreadedApartment, AgileWaitingGoesOnWhereTheOperationEndedWhileTheApartmentIsBlocked)
+{
+    DWORD ended = 0;
+    AwaitAgile(*operation, context, seen);
+    EndOnAnotherThread(&ended); // this thread is blocked in it
+    ASSERT_TRUE(seen.resumed.IsSet());
+    EXPECT_EQ(seen.thread, ended);
+    EXPECT_EQ(context.entered, 0);
+    EXPECT_FALSE(seen.inside);
+}
+
+TEST_F(SingleThreadedApartment, AContextMadeInItLeadsBackToIt)
+{
+    LeaveAndReturn(context, seen);
+    ASSERT_TRUE(seen.resumed.Wait());
+    EXPECT_TRUE(seen.inside);
+    EXPECT_EQ(context.entered, 1);
+}
+
+TEST_F(SingleThreadedApartment, AContextThatCannotBeReachedIsRaised)
+{
+    context.failure = RPC_E_SERVER_DIED;
+    LeaveAndReturn(context, seen);
+    ASSERT_TRUE(seen.resumed.Wait());
+    EXPECT_EQ(seen.code, RPC_E_SERVER_DIED);
+}
+
+TEST(MultiThreadedApartment, WaitingGoesOnWhereTheOperationEnded)
+{
+    std::thread([] {
+        init_apartment();
+        TestContext context;
+        Seen seen;
+        auto const operation = make_self<TestAction>();
+        Await(*operation, context, seen);
+        DWORD ended = 0;
+        std::thread([&] {
+            init_apartment();
+            ended = GetCurrentThreadId();
+            operation->End(AsyncStatus::Completed);
+            uninit_apartment();
+        }).join();
+        EXPECT_TRUE(seen.resumed.IsSet());
+        EXPECT_EQ(seen.thread, ended);
+        uninit_apartment();
+    }).join();
+}
+
+TEST(MultiThreadedApartment, WaitingLeavesASingleThreadedApartmentThatEndedTheOperation)
+{
+    std::thread([] {
+        init_apartment();
+        TestContext context;
+        Seen seen;
+        auto const operation = make_self<TestAction>();
+        Await(*operation, context, seen);
+        DWORD ended = 0;
+        std::thread([&] {
+            init_apartment(apartment_type::single_threaded);
+            ended = GetCurrentThreadId();
+            operation->End(AsyncStatus::Completed);
+            uninit_apartment();
+        }).join();
+        EXPECT_TRUE(seen.resumed.Wait());
+        EXPECT_NE(seen.thread, ended);
+        uninit_apartment();
+    }).join();
+}
+
+TEST(MultiThreadedApartment, WithoutAPoolWaitingRaisesWhereTheOperationEnded)
+{
+    std::thread([] {
+        init_apartment();
+        TestContext context;
+        Seen seen;
+        auto const operation = make_self<TestAction>();
+        Await(*operation, context, seen);
+        SubmitCall const fails([](auto, auto, auto, auto) {
+            SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+            return FALSE;
+        });
+        std::thread([&] {
+            init_apartment(apartment_type::single_threaded);
+            operation->End(AsyncStatus::Completed);
+            uninit_apartment();
+        }).join();
+        EXPECT_TRUE(seen.resumed.IsSet());
+        EXPECT_EQ(seen.code, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY));
+        uninit_apartment();
+    }).join();
+}
+
+TEST(Apartment, AChangedModeIsRaised)
+{
+    std::thread([] {
+        init_apartment(apartment_type::single_threaded);
+        EXPECT_THROW(init_apartment(apartment_type::multi_threaded), hresult_error);
+        uninit_apartment();
+    }).join();
+}

@@ -1,0 +1,181 @@
+#include "tests/unit/projection/WrappedRuntime.h"
+
+#include <gtest/gtest.h>
+
+using winrt::hstring;
+using namespace test;
+
+namespace
+{
+
+std::wstring_view Passed(winrt::param::hstring const& text)
+{
+    return static_cast<hstring const&>(text);
+}
+
+} // namespace
+
+TEST(HString, EmptyTextHasNoHandle)
+{
+    EXPECT_EQ(winrt::get_abi(hstring()), nullptr);
+    EXPECT_EQ(winrt::get_abi(hstring(L"")), nullptr);
+    EXPECT_TRUE(hstring(L"").empty());
+    EXPECT_STREQ(hstring().c_str(), L"");
+    EXPECT_EQ(hstring().size(), 0u);
+}
+
+TEST(HString, KeepsEveryCharacter)
+{
+    std::wstring const text(L"a\0b\xD800", 4); // a null inside, an unpaired surrogate
+    hstring const value(text);
+    EXPECT_EQ(value.size(), 4u);
+    EXPECT_EQ(std::wstring(value), text);
+    EXPECT_EQ(value[3], L'\xD800');
+    EXPECT_EQ(std::wstring(value.begin(), value.end()), text);
+}
+
+TEST(HString, CopiesShareTheText)
+{
+    hstring const value(L"shared");
+    auto const copy = value;
+    EXPECT_EQ(copy.c_str(), value.c_str());
+}
+
+TEST(HString, MovesLeaveNothingBehind)
+{
+    hstring value(L"moved");
+    auto const* const text = value.c_str();
+    hstring target(L"old");
+    target = std::move(value);
+    EXPECT_EQ(target.c_str(), text);
+    EXPECT_TRUE(value.empty());
+}
+
+TEST(HString, SelfAssignmentKeepsTheText)
+{
+    hstring value(L"self");
+    auto& same = value;
+    value = same;
+    EXPECT_EQ(value, L"self");
+    value = std::move(same);
+    EXPECT_EQ(value, L"self");
+}
+
+TEST(HString, ComparesOrdinallyWithEveryKindOfText)
+{
+    hstring const value(L"URITimerBGTask");
+    EXPECT_EQ(value, hstring(L"URITimerBGTask"));
+    EXPECT_EQ(value, L"URITimerBGTask");
+    EXPECT_EQ(L"URITimerBGTask", value);
+    EXPECT_EQ(value, std::wstring(L"URITimerBGTask"));
+    EXPECT_EQ(value, std::wstring_view(L"URITimerBGTask"));
+    EXPECT_NE(value, L"uritimerbgtask");
+    EXPECT_LT(value, hstring(L"a"));
+    EXPECT_GT(value, L"A");
+}
+
+TEST(HString, JoinsWithEveryKindOfText)
+{
+    hstring const value(L"b");
+    EXPECT_EQ(value + value, L"bb");
+    EXPECT_EQ(value + L"c", L"bc");
+    EXPECT_EQ(L"a" + value, L"ab");
+    EXPECT_EQ(std::wstring(L"a") + value + std::wstring_view(L"c"), L"abc");
+    EXPECT_EQ(hstring() + hstring(), L"");
+}
+
+TEST(HString, ServesAsAKey)
+{
+    EXPECT_EQ(std::hash<hstring>{}(hstring(L"key")), std::hash<hstring>{}(hstring(L"key")));
+    EXPECT_NE(std::hash<hstring>{}(hstring(L"key")), std::hash<hstring>{}(hstring(L"other")));
+}
+
+TEST(HString, HandlesPassInAndOut)
+{
+    hstring value(L"out");
+    auto* const handle = winrt::detach_abi(value);
+    EXPECT_TRUE(value.empty());
+    hstring const back(handle, winrt::take_ownership_from_abi);
+    EXPECT_EQ(back, L"out");
+}
+
+TEST(HString, FailureToCreateIsRaised)
+{
+    CreateStringCall const fails([](auto, auto, auto, auto) { return E_OUTOFMEMORY; });
+    EXPECT_THROW(hstring(L"text"), std::bad_alloc);
+}
+
+TEST(HString, FailureToCopyIsRaised)
+{
+    hstring const value(L"text");
+    DuplicateStringCall const fails([](auto, auto, auto) { return E_OUTOFMEMORY; });
+    EXPECT_THROW(hstring copy(value), std::bad_alloc);
+}
+
+TEST(HString, FailureToJoinIsRaised)
+{
+    hstring const value(L"text");
+    {
+        PreallocateStringCall const fails([](auto, auto, auto, auto) { return E_OUTOFMEMORY; });
+        EXPECT_THROW(value + value, std::bad_alloc);
+    }
+    PromoteStringCall const fails([](auto, auto, auto) { return E_INVALIDARG; });
+    EXPECT_THROW(value + value, winrt::hresult_invalid_argument);
+}
+
+TEST(ParamHString, LendsLiteralsWithoutCopying)
+{
+    CreateStringCall const copies([](auto, auto, auto, auto) { return E_UNEXPECTED; });
+    auto const* const literal = L"LaunchHOV";
+    EXPECT_EQ(Passed(literal).data(), literal);
+    std::wstring const text(L"text");
+    EXPECT_EQ(Passed(text).data(), text.data());
+}
+
+TEST(ParamHString, PassesAStringAsItIs)
+{
+    hstring const value(L"value");
+    winrt::param::hstring const passed(value);
+    EXPECT_EQ(winrt::get_abi(passed), winrt::get_abi(value));
+}
+
+TEST(ParamHString, CopiesOfLentTextOutliveIt)
+{
+    hstring kept;
+    {
+        std::wstring text(L"short-lived");
+        winrt::param::hstring const passed(text);
+        kept = passed;
+        text.assign(text.size(), L'#');
+    }
+    EXPECT_EQ(kept, L"short-lived");
+}
+
+TEST(ParamHString, FailureToLendIsRaised)
+{
+    CreateStringReferenceCall const fails([](auto, auto, auto, auto, auto) { return E_OUTOFMEMORY; });
+    EXPECT_THROW(Passed(L"LaunchHOV"), std::bad_alloc);
+}
+
+TEST(TextConversion, Utf8ComesAndGoes)
+{
+    EXPECT_EQ(winrt::to_hstring("gr\xC3\xBC\xC3\x9F"), L"gr\x00FC\x00DF");
+    EXPECT_EQ(winrt::to_string(L"gr\x00FC\x00DF"), "gr\xC3\xBC\xC3\x9F");
+    EXPECT_EQ(winrt::to_hstring(std::string_view()), L"");
+    EXPECT_EQ(winrt::to_string(std::wstring_view()), "");
+}
+
+TEST(TextConversion, InvalidUtf8IsRaised)
+{
+    EXPECT_THROW(winrt::to_hstring("\xFF"), winrt::hresult_error);
+}
+
+TEST(TextConversion, NumbersAreDecimal)
+{
+    EXPECT_EQ(winrt::to_hstring(0), L"0");
+    EXPECT_EQ(winrt::to_hstring(-42), L"-42");
+    EXPECT_EQ(winrt::to_hstring(INT64_MIN), L"-9223372036854775808");
+    EXPECT_EQ(winrt::to_hstring(UINT64_MAX), L"18446744073709551615");
+    EXPECT_EQ(winrt::to_hstring(true), L"true");
+    EXPECT_EQ(winrt::to_hstring(false), L"false");
+}

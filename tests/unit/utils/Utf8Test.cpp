@@ -1,0 +1,66 @@
+#include "utils/Utf8.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+using namespace zant;
+
+TEST(Utf8, IsConvertedToUtf16)
+{
+    EXPECT_EQ(ToWide("a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"), L"a\u00E4\u20AC\xD83D\xDE00");
+}
+
+TEST(Utf8, OfNothingIsNothing)
+{
+    EXPECT_EQ(ToWide(""), L"");
+    EXPECT_EQ(ToUtf8(L""), "");
+}
+
+TEST(Utf8, KeepsZeroCharacters)
+{
+    EXPECT_EQ(ToWide(std::string_view("a\0b", 3)), std::wstring(L"a\0b", 3));
+}
+
+TEST(Utf8, ThatIsNotValidIsRefused)
+{
+    for (std::string const text : {"\xFF", "\xC3", "\xC3(", "\x80", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80"})
+    {
+        EXPECT_EQ(ToWide(text), std::nullopt);
+    }
+}
+
+TEST(Utf8, IsMadeFromUtf16)
+{
+    EXPECT_EQ(ToUtf8(L"a\u00E4\u20AC\xD83D\xDE00"), "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
+}
+
+TEST(Utf8, HasAReplacementCharacterForAnUnpairedSurrogate)
+{
+    EXPECT_EQ(ToUtf8(L"a\xD800z"), "a\xEF\xBF\xBDz");
+    EXPECT_EQ(ToUtf8(L"\xDC00"), "\xEF\xBF\xBD");
+}
+
+TEST(Utf8, ConvertsLongTexts)
+{
+    std::string const text(100'000, 'x');
+    EXPECT_EQ(ToWide(text), std::wstring(100'000, L'x'));
+    EXPECT_EQ(ToUtf8(std::wstring(100'000, L'x')), text);
+}
+
+TEST(Utf8, TextOfEitherWidthIsSeenAsWide)
+{
+    std::wstring converted;
+    EXPECT_STREQ(AsWide(L"a\u00E4", converted), L"a\u00E4");
+    EXPECT_EQ(converted, L"");
+    EXPECT_STREQ(AsWide("a\xC3\xA4", converted), L"a\u00E4");
+    EXPECT_EQ(AsWide("\xFF", converted), nullptr);
+}
+
+TEST(Utf8, NullIsSeenAsAnEmptyText)
+{
+    std::wstring converted;
+    constexpr wchar_t const* wide = nullptr;
+    constexpr char const* narrow = nullptr;
+    EXPECT_STREQ(AsWide(wide, converted), L"");
+    EXPECT_STREQ(AsWide(narrow, converted), L"");
+}
