@@ -12,10 +12,13 @@
 namespace bench
 {
 
+// Does the work so many times and gives the microseconds that one time takes.
+using Block = std::function<double(int times)>;
+
 struct Contender
 {
     std::string name;
-    std::function<void()> operation;
+    Block block;
     double limit = 0; // of the ratio to the floor; 0: none
 };
 
@@ -34,16 +37,18 @@ inline Spread SpreadOf(std::vector<double> values)
     return {at(1), at(2), at(3)};
 }
 
-// Microseconds that one operation takes in a block.
-inline double TimeBlock(std::function<void()> const& operation, int operations)
+// Times an operation from its beginning to its end.
+inline Block Timed(std::function<void()> operation)
 {
-    auto const start = std::chrono::steady_clock::now();
-    for (int count = 0; count < operations; ++count)
-    {
-        operation();
-    }
-    std::chrono::duration<double, std::micro> const taken = std::chrono::steady_clock::now() - start;
-    return taken.count() / operations;
+    return [operation = std::move(operation)](int times) {
+        auto const start = std::chrono::steady_clock::now();
+        for (int count = 0; count < times; ++count)
+        {
+            operation();
+        }
+        std::chrono::duration<double, std::micro> const taken = std::chrono::steady_clock::now() - start;
+        return taken.count() / times;
+    };
 }
 
 inline bool PrintRow(Contender const& contender, Spread const& microseconds, Spread const& ratio)
@@ -64,11 +69,11 @@ inline bool PrintRow(Contender const& contender, Spread const& microseconds, Spr
 inline bool Compare(char const* title, std::vector<Contender> const& contenders, int operationsPerBlock, int rounds)
 {
     auto entrants = contenders;
-    entrants.insert(entrants.begin() + 1, {"the same again (A/A)", contenders[0].operation, 0});
+    entrants.insert(entrants.begin() + 1, {"the same again (A/A)", contenders[0].block, 0});
     std::vector<std::vector<double>> times(entrants.size()), ratios(entrants.size());
     for (auto const& entrant : entrants)
     {
-        TimeBlock(entrant.operation, operationsPerBlock); // warms up
+        entrant.block(operationsPerBlock); // warms up
     }
     for (int round = 0; round < rounds; ++round)
     {
@@ -77,7 +82,7 @@ inline bool Compare(char const* title, std::vector<Contender> const& contenders,
         for (std::size_t turn = 0; turn < entrants.size(); ++turn)
         {
             auto const which = (turn + static_cast<std::size_t>(round)) % entrants.size();
-            taken[which] = TimeBlock(entrants[which].operation, operationsPerBlock);
+            taken[which] = entrants[which].block(operationsPerBlock);
         }
         for (std::size_t which = 0; which < entrants.size(); ++which)
         {
@@ -101,7 +106,7 @@ inline bool Measure(Contender const& contender, double limitNanoseconds, int ope
     std::vector<double> times;
     for (int round = 0; round < rounds; ++round)
     {
-        times.push_back(TimeBlock(contender.operation, operationsPerBlock) * 1'000);
+        times.push_back(contender.block(operationsPerBlock) * 1'000);
     }
     auto const spread = SpreadOf(times);
     auto const holds = spread.median <= limitNanoseconds;

@@ -115,12 +115,13 @@ bool CompareLines(std::wstring const& folder, std::size_t length, double limit)
     bench::SpdlogPeer peer(ToUtf8(folder).value() + "peer.log");
     auto const title = "A line with a message of " + std::to_string(length) + " characters, in blocks of " +
                        std::to_string(linesPerBlock) + " lines by turns, " + std::to_string(rounds) + " rounds";
-    return bench::Compare(title.c_str(),
-                          {{"floor: the five bare calls", [&] { floor.WriteLine(); }},
-                           {"AppLog, a fixed text", [&] { LogLine(30, message.c_str()); }, limit},
-                           {"AppLog, formatted by \"%ls\"", [&] { LogLine(30, L"%ls", message.c_str()); }},
-                           {"spdlog *", [&] { peer.Log(narrow); }}},
-                          linesPerBlock, rounds);
+    return bench::Compare(
+        title.c_str(),
+        {{"floor: the five bare calls", bench::Timed([&] { floor.WriteLine(); })},
+         {"AppLog, a fixed text", bench::Timed([&] { LogLine(30, message.c_str()); }), limit},
+         {"AppLog, formatted by \"%ls\"", bench::Timed([&] { LogLine(30, L"%ls", message.c_str()); })},
+         {"spdlog *", bench::Timed([&] { peer.Log(narrow); })}},
+        linesPerBlock, rounds);
 }
 
 bool MeasureWhatALineComputes()
@@ -129,13 +130,15 @@ bool MeasureWhatALineComputes()
     std::wstring const message(100, L'x');
     std::printf("\nWithout input and output, median and middle half of %d blocks of %d lines\n", rounds, linesPerBlock);
     LeaveInputAndOutputOut();
-    auto const below = bench::Measure({"AppLog below the threshold", [] { LogLine(20, L"%ls", L"not written"); }}, 100,
-                                      linesPerBlock, rounds);
-    auto const fixed = bench::Measure({"AppLog, a fixed text of 100", [&] { LogLine(30, message.c_str()); }}, 500,
-                                      linesPerBlock, rounds);
-    auto const formatted =
-        bench::Measure({"AppLog, 100 formatted by \"%ls\"", [&] { LogLine(30, L"%ls", message.c_str()); }}, 500,
+    auto const below =
+        bench::Measure({"AppLog below the threshold", bench::Timed([] { LogLine(20, L"%ls", L"not written"); })}, 100,
                        linesPerBlock, rounds);
+    auto const fixed =
+        bench::Measure({"AppLog, a fixed text of 100", bench::Timed([&] { LogLine(30, message.c_str()); })}, 500,
+                       linesPerBlock, rounds);
+    auto const formatted = bench::Measure(
+        {"AppLog, 100 formatted by \"%ls\"", bench::Timed([&] { LogLine(30, L"%ls", message.c_str()); })}, 500,
+        linesPerBlock, rounds);
     UseTheSystemItself();
     return below && fixed && formatted;
 }

@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <future>
 
 namespace bench
 {
@@ -23,11 +22,20 @@ using Clock = std::chrono::steady_clock;
     std::exit(1);
 }
 
-// What happens at the other end while one app runs.
+sim::Handle NewEvent()
+{
+    return sim::Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+}
+
+// What one app does, as its platform sees it.
 struct Run
 {
-    std::promise<Clock::time_point> constructed;
-    std::promise<void> closed;
+    sim::Handle connected = NewEvent();
+    Clock::time_point constructed;
+    bool wasConstructed = false;
+    sim::Handle closed = NewEvent(); // the last message has come
+    unsigned long exitCode = 0;
+    sim::Handle ended = NewEvent();
 };
 
 void Serve(std::shared_ptr<sim::PipeChannel> const& channel, Run& run)
@@ -43,10 +51,11 @@ void Serve(std::shared_ptr<sim::PipeChannel> const& channel, Run& run)
                         }
                         else if (message.front() == L"taken")
                         {
-                            run.constructed.set_value(Clock::now());
+                            run.constructed = Clock::now();
+                            run.wasConstructed = true;
                         }
                     },
-                    [&run] { run.closed.set_value(); }});
+                    [&run] { SetEvent(run.closed.Get()); }});
 }
 
 } // namespace
@@ -65,35 +74,40 @@ double StartMeter::Measure(std::wstring const& executable, int starts)
 
 double StartMeter::MeasureOne(std::wstring const& executable)
 {
+    Run run;
     auto pipe = sim::MakePipe(m_device.PipeName());
-    sim::Handle const connected(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     OVERLAPPED connecting{};
-    connecting.hEvent = connected.Get();
+    connecting.hEvent = run.connected.Get();
     if (!pipe || ConnectNamedPipe(pipe.Get(), &connecting) || GetLastError() != ERROR_IO_PENDING)
     {
         Fail("the pipe cannot be had");
     }
-    Run run;
-    std::promise<unsigned long> ended;
     sim::ProcessRequest const request{executable,
                                       L"\"" + executable + L"\" -ServerName:App.Bench.mca",
                                       m_device.Home(),
                                       {{L"VELMO_SIM_HOME", m_device.Home()}, {L"TMP", m_device.Home()}}};
-
     auto const start = Clock::now();
-    if (m_processes.Start(request, [&](auto, unsigned long code) { ended.set_value(code); }).error != 0)
+    auto const started = m_processes.Start(request, [&](auto, unsigned long exitCode) {
+        run.exitCode = exitCode;
+        SetEvent(run.ended.Get());
+    });
+    if (started.error != 0)
     {
         Fail("an app does not start");
     }
-    WaitForSingleObject(connected.Get(), INFINITE);
+    HANDLE const either[] = {run.connected.Get(), run.ended.Get()};
+    if (WaitForMultipleObjects(2, either, FALSE, INFINITE) != WAIT_OBJECT_0)
+    {
+        Fail("an app ended without speaking to its platform");
+    }
     Serve(sim::PipeChannel::Open(std::move(pipe)), run);
-    auto const constructed = run.constructed.get_future().get();
-    if (ended.get_future().get() != 0)
+    WaitForSingleObject(run.closed.Get(), INFINITE);
+    WaitForSingleObject(run.ended.Get(), INFINITE);
+    if (run.exitCode != 0 || !run.wasConstructed)
     {
         Fail("an app failed");
     }
-    run.closed.get_future().wait();
-    return std::chrono::duration<double, std::micro>(constructed - start).count();
+    return std::chrono::duration<double, std::micro>(run.constructed - start).count();
 }
 
 } // namespace bench

@@ -25,6 +25,11 @@ if(WIN32)
     set(CMAKE_CXX_STANDARD_LIBRARIES "-lwinpthread -lucrt ${CMAKE_CXX_STANDARD_LIBRARIES}")
 endif()
 
+# What only the executable of a package is: it runs in an app container, on Windows 10.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set(packaged_app_options -Wl,--appcontainer -Wl,--major-subsystem-version=10,--minor-subsystem-version=0)
+endif()
+
 if(HOUSE_COVERAGE)
     target_compile_options(house INTERFACE --coverage -O0)
     target_link_options(house INTERFACE --coverage)

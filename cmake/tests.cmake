@@ -34,5 +34,6 @@ function(house_test name)
     if(arg_LOCK)
         list(APPEND properties RESOURCE_LOCK ${arg_LOCK})
     endif()
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
+    # Discovery may be the first to need the Wine prefix, and wait for it to be made.
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
 endfunction()

@@ -43,22 +43,25 @@ void StartBroker(Device const& device)
 std::unique_ptr<BrokerClient> BrokerClient::Connect(Device const& device)
 {
     // A broker found or started may be one that is being switched off; the next one is not.
-    for (int attempt = 0; attempt < 5; ++attempt)
+    constexpr int attempts = 5;
+    auto client = ConnectToRunning(device);
+    for (int attempt = 0; !client && attempt < attempts; ++attempt)
     {
-        if (auto client = ConnectToRunning(device))
-        {
-            return client;
-        }
         MakeFolder(device.Home());
         StartBroker(device);
+        client = ConnectToRunning(device);
     }
-    throw Error(L"no broker comes up for the device " + device.Home());
+    if (!client)
+    {
+        throw Error(L"no broker comes up for the device " + device.Home());
+    }
+    return client;
 }
 
 std::unique_ptr<BrokerClient> BrokerClient::ConnectToRunning(Device const& device)
 {
     auto pipe = ConnectPipe(device.PipeName());
-    return pipe ? std::unique_ptr<BrokerClient>(new BrokerClient(std::move(pipe))) : nullptr;
+    return pipe ? std::make_unique<BrokerClient>(std::move(pipe)) : nullptr;
 }
 
 BrokerClient::BrokerClient(Handle pipe)

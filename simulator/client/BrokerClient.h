@@ -21,6 +21,8 @@ class BrokerClient
     // Null when no broker serves the device.
     static std::unique_ptr<BrokerClient> ConnectToRunning(Device const& device);
 
+    // pipe: connected to the broker.
+    explicit BrokerClient(Handle pipe);
     BrokerClient(BrokerClient const&) = delete;
     BrokerClient& operator=(BrokerClient const&) = delete;
     ~BrokerClient();
@@ -41,8 +43,6 @@ class BrokerClient
     void Stop();
 
   private:
-    explicit BrokerClient(Handle pipe);
-
     void Sort(Message message);
 
     std::shared_ptr<Inbox> m_inbox; // shared with the channel's handlers

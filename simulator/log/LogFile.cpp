@@ -10,6 +10,13 @@
 namespace sim
 {
 
+namespace
+{
+
+constexpr wchar_t mark = L'\xFEFF';
+
+} // namespace
+
 LogFile::LogFile(std::wstring path) : m_path(std::move(path)) {}
 
 std::wstring LogFile::PathOn(Device const& device)
@@ -38,12 +45,8 @@ std::vector<std::wstring> LogFile::NewLines()
     auto const units = (bytes.size() - m_position) / sizeof(wchar_t);
     std::wstring text(units, L'\0');
     std::memcpy(text.data(), bytes.data() + m_position, units * sizeof(wchar_t));
-    if (m_position == 0 && !text.empty())
+    if (m_position == 0 && text.starts_with(mark))
     {
-        if (text.front() != L'\xFEFF')
-        {
-            throw Error(m_path + L" does not begin with the mark of UTF-16LE");
-        }
         text.erase(0, 1);
     }
     m_position += units * sizeof(wchar_t);

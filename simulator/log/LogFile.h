@@ -8,7 +8,8 @@
 namespace sim
 {
 
-// Reads the app's log file (UTF-16LE with a mark, lines ended by CR LF) while others write it.
+// Reads the app's log file (UTF-16LE, lines ended by CR LF) while others write it. It begins with a mark, or
+// without one once it has been rotated.
 class LogFile
 {
   public:
@@ -18,7 +19,7 @@ class LogFile
     static std::wstring PathOn(Device const& device);
 
     // The lines completed since the last call; none while the file is missing. A file that has become shorter was begun
-    // anew and is read from its start. Throws Error for a file that is not UTF-16LE.
+    // anew and is read from its start.
     std::vector<std::wstring> NewLines();
 
   private:

@@ -12,18 +12,15 @@ extern "C" decltype(&Sleep) __wrap___imp_Sleep = &test::SleepCall::Entry;
 namespace test
 {
 
-wchar_t const banner[] = L"****************************** VelmoNotificationCLient Started. "
-                         L"*********************************";
-
 AppFlow::AppFlow()
-    : m_sleep([this](auto system, DWORD milliseconds) {
+    : m_waitMayEnd(CreateSemaphoreW(nullptr, 0, LONG_MAX, nullptr)), m_sleep([this](auto system, DWORD milliseconds) {
           if (milliseconds < 1000) // the thread library's, between two looks at a lock
           {
               system(milliseconds);
               return;
           }
           waits.push_back(milliseconds);
-          m_waitMayEnd.acquire();
+          WaitForSingleObject(m_waitMayEnd.Get(), INFINITE);
       })
 {
 }

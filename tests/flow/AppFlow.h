@@ -3,9 +3,9 @@
 #include "simulator/runtime/LocalHost.h"
 #include "tests/support/UserTemporaryFolder.h"
 #include "tests/support/WrappedCall.h"
+#include "utils/UniqueHandle.h"
 
 #include <gtest/gtest.h>
-#include <semaphore>
 #include <thread>
 #include <windows.h>
 
@@ -34,7 +34,7 @@ class AppFlow : public testing::Test
     void RunToEnd();
 
     // Ends the wait that the app is in, or is about to begin.
-    void EndWait() { m_waitMayEnd.release(); }
+    void EndWait() { ReleaseSemaphore(m_waitMayEnd.Get(), 1, nullptr); }
 
     // The messages in the log, in order.
     std::vector<std::wstring> Messages() const;
@@ -48,11 +48,9 @@ class AppFlow : public testing::Test
     winrt::weak_ref<VelmoNotificationClient::App> app;
 
   private:
-    std::counting_semaphore<> m_waitMayEnd{0};
+    zant::UniqueHandle m_waitMayEnd;
     SleepCall m_sleep;
     std::thread m_main;
 };
-
-extern wchar_t const banner[];
 
 } // namespace test

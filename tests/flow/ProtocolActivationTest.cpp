@@ -1,4 +1,5 @@
 #include "tests/flow/AppFlow.h"
+#include "tests/support/Banner.h"
 
 namespace
 {

@@ -1,4 +1,5 @@
 #include "tests/flow/AppFlow.h"
+#include "tests/support/Banner.h"
 #include "tests/support/Files.h"
 
 #include <algorithm>
@@ -55,6 +56,18 @@ TEST_F(StartUp, SuspensionLogsNothingAndTheAppGoesOn)
     RunToEnd();
     EXPECT_EQ(Messages(), (std::vector<std::wstring>{banner, L"Inside OnActivated App activated by URI protocol"}));
     EXPECT_EQ(host.Failure(), std::nullopt);
+}
+
+TEST_F(StartUp, TheApplicationObjectTellsItsRuntimeClass)
+{
+    Start();
+    host.Activate(sim::ActivationKind::Launch);
+    auto const launch = host.WaitForLaunch();
+    auto const running = app.get();
+    ASSERT_TRUE(running);
+    EXPECT_EQ(winrt::get_class_name(running.as<winrt::Windows::Foundation::IInspectable>()),
+              L"VelmoNotificationClient.App");
+    launch.Complete();
 }
 
 TEST_F(StartUp, TheSuspendingHandlerDoesNotKeepTheAppAlive)

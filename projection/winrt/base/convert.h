@@ -60,7 +60,8 @@ hstring to_hstring(T value)
 inline hstring to_hstring(guid const& value)
 {
     auto const text = impl::guid_text(value);
-    return hstring(std::wstring(text.characters.begin(), text.characters.end()));
+    std::string_view const characters = text;
+    return hstring(std::wstring(characters.begin(), characters.end()));
 }
 
 inline std::string to_string(std::wstring_view text)

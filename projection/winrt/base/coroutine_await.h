@@ -106,6 +106,15 @@ class async_awaiter
     [[no_unique_address]] std::conditional_t<KeepApartment, calling_apartment, no_apartment> m_apartment;
 };
 
+// What resume_agile gives. GCC 12 moves what a promise passes on, which an awaiter does not bear.
+template <typename Async>
+struct agile_wait
+{
+    Async async;
+
+    auto operator co_await() const { return async_awaiter<Async, false>(async); }
+};
+
 } // namespace winrt::impl
 
 namespace winrt
@@ -117,7 +126,7 @@ template <typename Async>
     requires impl::is_async<Async>::value
 [[nodiscard]] auto resume_agile(Async const& async)
 {
-    return impl::async_awaiter<Async, false>(async);
+    return impl::agile_wait<Async>{async};
 }
 
 namespace Windows::Foundation

@@ -140,6 +140,11 @@ inline hstring hresult_error::message() const
     }
 }
 
+[[noreturn]] inline void terminate() noexcept
+{
+    std::terminate();
+}
+
 // Called inside a catch block: the result code for the exception that is being handled. An exception of any other
 // kind cannot be told to a caller across the binary edge, and ends the process.
 [[gnu::noinline]] inline hresult to_hresult() noexcept
@@ -168,11 +173,10 @@ inline hstring hresult_error::message() const
     {
         return impl::error_fail;
     }
-}
-
-[[noreturn]] inline void terminate() noexcept
-{
-    std::terminate();
+    catch (...)
+    {
+        terminate();
+    }
 }
 
 // A failure without a code is still a failure.

@@ -5,23 +5,33 @@
 #include "logging/LogTargetDefault.h"
 #include "logging/Logger.h"
 #include "service/LogSite.h"
+#include "tests/support/Banner.h"
 #include "tests/support/Files.h"
 #include "tests/support/UserTemporaryFolder.h"
 #include "tests/support/WrappedCall.h"
 
 #include <gtest/gtest.h>
 #include <map>
+#include <memory>
 #include <thread>
 
-extern "C" decltype(&MultiByteToWideChar) __real___imp_MultiByteToWideChar;
+extern "C"
+{
+    extern decltype(&DeleteCriticalSection) __real___imp_DeleteCriticalSection;
+    extern decltype(&MultiByteToWideChar) __real___imp_MultiByteToWideChar;
+}
+using DeleteCriticalSectionCall = test::WrappedCall<&__real___imp_DeleteCriticalSection>;
 using MultiByteToWideCharCall = test::WrappedCall<&__real___imp_MultiByteToWideChar>;
-extern "C" decltype(&MultiByteToWideChar) __wrap___imp_MultiByteToWideChar = &MultiByteToWideCharCall::Entry;
+extern "C"
+{
+    decltype(&DeleteCriticalSection) __wrap___imp_DeleteCriticalSection = &DeleteCriticalSectionCall::Entry;
+    decltype(&MultiByteToWideChar) __wrap___imp_MultiByteToWideChar = &MultiByteToWideCharCall::Entry;
+}
 
 namespace
 {
 
-constexpr wchar_t banner[] = L"****************************** VelmoNotificationCLient Started. "
-                             L"*********************************";
+using test::banner;
 
 class AppLogging : public testing::Test
 {
@@ -188,6 +198,29 @@ TEST(LoggingLock, KeepsItsNameAndMakesNoNamedObjectOfIt)
     EXPECT_EQ(lock.name.size(), 27u);
     EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, lock.name.c_str()), nullptr);
     EXPECT_EQ(OpenEventW(SYNCHRONIZE, FALSE, lock.name.c_str()), nullptr);
+}
+
+TEST(LoggingLock, HoldsItsNameBeforeItsSection)
+{
+    LoggingLock const lock;
+    EXPECT_EQ(static_cast<void const*>(&lock), static_cast<void const*>(&lock.name));
+    EXPECT_LT(static_cast<void const*>(&lock.name), static_cast<void const*>(&lock.section));
+}
+
+TEST(LoggingLock, DeletesItsSectionWhileItStillHasItsName)
+{
+    auto lock = std::make_unique<LoggingLock>();
+    std::wstring nameAtDeletion;
+    auto const* const section = &lock->section;
+    DeleteCriticalSectionCall const deleting([&, observed = lock.get()](auto system, CRITICAL_SECTION* deleted) {
+        if (deleted == section)
+        {
+            nameAtDeletion = observed->name;
+        }
+        system(deleted);
+    });
+    lock.reset();
+    EXPECT_EQ(nameAtDeletion, L"VelmoNotificationClientLock");
 }
 
 } // namespace

@@ -35,7 +35,7 @@ TEST_F(ApplicationLogFile, IsMadeWithItsFoldersByTheProbe)
     EXPECT_TRUE(target.enabled);
     EXPECT_EQ(target.filePath, logPath);
     EXPECT_EQ(target.fileName, L"KZEB.log");
-    EXPECT_EQ(ReadBytes(logPath), "\xFF\xFE");
+    EXPECT_EQ(ReadBytes(logPath), wideMark);
     EXPECT_FALSE(target.file);
     EXPECT_FALSE(target.isOpen);
 }
@@ -63,7 +63,7 @@ TEST_F(ApplicationLogFile, ReplacesTheFileOfAnOpenTarget)
     ASSERT_TRUE(UseApplicationLogFile());
     LogAt(target, 0, L"m");
     EXPECT_EQ(MessagesIn(logPath), std::vector<std::wstring>{L"m"});
-    EXPECT_EQ(ReadBytes(LogPath()), "\xFF\xFE");
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
 TEST_F(ApplicationLogFile, AFileInTheFoldersPlaceDisablesTheTarget)

@@ -50,6 +50,34 @@ TEST(DatedName, CountsDaysBackAcrossMonthsAndYears)
     EXPECT_EQ(DateText(At(2024, 3, 1, 0, 0, 0), 1), L"2024-2-29");
 }
 
+TEST(DatedName, HasTheDateOfTheUsersDefaultLocale)
+{
+    std::wstring locale = L"none asked for";
+    DWORD flags = MAXDWORD;
+    GetDateFormatCall const format([&](auto next, wchar_t const* name, DWORD asked, auto... arguments) {
+        locale = name != LOCALE_NAME_USER_DEFAULT ? name : L"the user's";
+        flags = asked;
+        return next(name, asked, arguments...);
+    });
+    DateText(At(2024, 1, 5, 9, 30, 12));
+    EXPECT_EQ(locale, L"the user's");
+    EXPECT_EQ(flags, 0u);
+}
+
+TEST(DatedName, HasTheTimeOfTheUsersDefaultLocaleForcedTo24Hours)
+{
+    std::wstring locale = L"none asked for";
+    DWORD flags = 0;
+    GetTimeFormatCall const format([&](auto next, wchar_t const* name, DWORD asked, auto... arguments) {
+        locale = name != LOCALE_NAME_USER_DEFAULT ? name : L"the user's";
+        flags = asked;
+        return next(name, asked, arguments...);
+    });
+    DatedPath(L"KZEB.log", At(2024, 1, 5, 9, 30, 12));
+    EXPECT_EQ(locale, L"the user's");
+    EXPECT_EQ(flags, static_cast<DWORD>(TIME_FORCE24HOURFORMAT));
+}
+
 TEST(DatedName, IsEmptyWithoutADateOrATime)
 {
     {

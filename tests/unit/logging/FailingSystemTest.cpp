@@ -1,5 +1,3 @@
-#include "logging/ApplicationLogFile.h"
-
 #include "tests/unit/logging/HandleLedger.h"
 #include "tests/unit/logging/LogFixture.h"
 
@@ -10,9 +8,6 @@ using namespace zant;
 
 namespace
 {
-
-std::string const wideMark = "\xFF\xFE";
-constexpr std::uint64_t limit = 15'728'640;
 
 class FailingSystem : public LogFixture
 {
@@ -47,20 +42,6 @@ class FailingSystem : public LogFixture
     LogTargetDefault target;
 };
 
-// Calls through while `skipped` calls last, then fails once, then calls through again.
-template <typename Result>
-auto FailingAfter(int& skipped, Result result, DWORD error)
-{
-    return [=, &skipped](auto next, auto... arguments) {
-        if (skipped-- == 0)
-        {
-            SetLastError(error);
-            return result;
-        }
-        return static_cast<Result>(next(arguments...));
-    };
-}
-
 // Fails the opening of files that are opened in a certain way.
 template <typename Predicate>
 auto FailingToOpen(Predicate fails)
@@ -76,169 +57,12 @@ auto FailingToOpen(Predicate fails)
     };
 }
 
-} // namespace
-
-// --- every call in turn ---
-
-namespace
+bool ReopeningTheLog(DWORD access, DWORD, DWORD disposition)
 {
-
-// The whole life of the application's log, with a rotation, clean-up, a wrong encoding and both widths. Whatever fails
-// in it: nothing is thrown, every line reports true, and after Close no handle is open.
-class EveryCallInTurn : public FailingSystem
-{
-  protected:
-    // One life with the n-th call of a function failing, for n from 0 until a life makes fewer calls.
-    template <typename Call, typename Result>
-    void FailEach(Result result, DWORD error)
-    {
-        for (int turn = 0; turn < 200; ++turn)
-        {
-            auto left = turn;
-            {
-                Call const fault(FailingAfter(left, result, error));
-                Live();
-            }
-            EXPECT_EQ(handles.Open(), 0u) << "after failing call " << turn;
-            if (left >= 0)
-            {
-                EXPECT_GT(turn, 0) << "the function is never called";
-                return;
-            }
-        }
-        ADD_FAILURE() << "no life made fewer than 200 calls";
-    }
-
-  private:
-    void Live()
-    {
-        auto const path = temporary / L"Tessaline\\HOV\\KZEB.log";
-        CreateDirectoryW((temporary / L"Tessaline").c_str(), nullptr);
-        CreateDirectoryW((temporary / L"Tessaline\\HOV").c_str(), nullptr);
-        WriteBytesPastFaults(path, "not UTF-16");
-        LogTargetDefault one;
-        g_defaultLogTarget = &one;
-        EXPECT_NO_THROW({
-            UseApplicationLogFile();
-            one.fileName = LogName(); // the mutex's
-            one.Open();
-            auto const later = (static_cast<std::uint64_t>(one.lastCheck) + 900) * 1'000;
-            EXPECT_TRUE(LogAt(one, 0, L"1"));
-            one.file.Reset();
-            WriteBytesPastFaults(path, wideMark + std::string(10'000, '.'));
-            one.OpenFile(one.file);
-            EXPECT_TRUE(LogAt(one, later, L"2"));
-            EXPECT_TRUE(LogNarrow(one, LogLevel::Warn, "%d", 3));
-            one.wideOutput = false;
-            EXPECT_TRUE(LogAt(one, 0, L"4"));
-            EXPECT_TRUE(one.Close());
-        });
-        g_defaultLogTarget = nullptr;
-    }
-
-    // Makes a small file pass for one at its limit.
-    GetFileSizeCall const m_limitReached{[](auto next, HANDLE file, LARGE_INTEGER* size) {
-        auto const result = next(file, size);
-        size->QuadPart = static_cast<LONGLONG>(limit);
-        return result;
-    }};
-
-    // Prepares a file without the calls that are made to fail.
-    static void WriteBytesPastFaults(std::wstring const& path, std::string const& bytes)
-    {
-        auto const file = CreateFileCall::Original(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-        DWORD written = 0;
-        WriteFileCall::Original(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-        CloseHandleCall::Original(file);
-    }
-};
+    return (access == GENERIC_WRITE && disposition == OPEN_EXISTING) || disposition == CREATE_NEW;
+}
 
 } // namespace
-
-TEST_F(EveryCallInTurn, CreateFile)
-{
-    FailEach<CreateFileCall>(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
-}
-
-TEST_F(EveryCallInTurn, WriteFile)
-{
-    FailEach<WriteFileCall>(FALSE, ERROR_DISK_FULL);
-}
-
-TEST_F(EveryCallInTurn, ReadFile)
-{
-    FailEach<ReadFileCall>(FALSE, ERROR_CRC);
-}
-
-TEST_F(EveryCallInTurn, SetFilePointer)
-{
-    FailEach<SetFilePointerCall>(FALSE, ERROR_INVALID_HANDLE);
-}
-
-TEST_F(EveryCallInTurn, GetFileSize)
-{
-    FailEach<GetFileSizeCall>(FALSE, ERROR_IO_DEVICE);
-}
-
-TEST_F(EveryCallInTurn, GetFileAttributes)
-{
-    FailEach<GetFileAttributesCall>(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
-}
-
-TEST_F(EveryCallInTurn, MoveFile)
-{
-    FailEach<MoveFileCall>(FALSE, ERROR_SHARING_VIOLATION);
-}
-
-TEST_F(EveryCallInTurn, FindFirstFile)
-{
-    FailEach<FindFirstFileCall>(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
-}
-
-TEST_F(EveryCallInTurn, FindNextFile)
-{
-    FailEach<FindNextFileCall>(FALSE, ERROR_IO_DEVICE);
-}
-
-TEST_F(EveryCallInTurn, CreateMutex)
-{
-    FailEach<CreateMutexCall>(HANDLE(nullptr), ERROR_INVALID_HANDLE);
-}
-
-TEST_F(EveryCallInTurn, WaitForTheMutex)
-{
-    FailEach<WaitCall>(DWORD{WAIT_FAILED}, ERROR_INVALID_HANDLE);
-}
-
-TEST_F(EveryCallInTurn, ReleaseMutex)
-{
-    FailEach<ReleaseMutexCall>(FALSE, ERROR_NOT_OWNER);
-}
-
-TEST_F(EveryCallInTurn, GetTempPath)
-{
-    FailEach<GetTempPathCall>(DWORD{0}, ERROR_NOT_ENOUGH_MEMORY);
-}
-
-TEST_F(EveryCallInTurn, GetDateFormat)
-{
-    FailEach<GetDateFormatCall>(0, ERROR_INVALID_PARAMETER);
-}
-
-TEST_F(EveryCallInTurn, GetTimeFormat)
-{
-    FailEach<GetTimeFormatCall>(0, ERROR_INVALID_PARAMETER);
-}
-
-TEST_F(EveryCallInTurn, MultiByteToWideChar)
-{
-    FailEach<MultiByteToWideCharCall>(0, ERROR_NO_UNICODE_TRANSLATION);
-}
-
-TEST_F(EveryCallInTurn, WideCharToMultiByte)
-{
-    FailEach<WideCharToMultiByteCall>(0, ERROR_INSUFFICIENT_BUFFER);
-}
 
 // --- opening ---
 
@@ -372,11 +196,13 @@ TEST_F(FailingSystem, AMutexThatMayNotBeCreatedIsOpenedWithoutAnyRight)
 {
     std::optional<DWORD> access;
     std::wstring name;
+    NamedMutex others;
+    ASSERT_TRUE(others.CreateOrOpen(LogName().c_str()));
     CreateMutexCall const fault(Failing(HANDLE(nullptr), ERROR_ACCESS_DENIED));
-    OpenMutexCall const open([&](auto, DWORD asked, BOOL, wchar_t const* mutexName) {
+    OpenMutexCall const open([&](auto next, DWORD asked, BOOL inherit, wchar_t const* mutexName) {
         access = asked;
         name = mutexName;
-        return CreateMutexCall::Original(nullptr, FALSE, mutexName);
+        return next(MUTEX_ALL_ACCESS, inherit, mutexName);
     });
     EXPECT_TRUE(target.Open());
     EXPECT_EQ(access, 0u);
@@ -652,15 +478,45 @@ TEST_F(FailingSystem, AFileThatCannotBeEmptiedIsWrittenOn)
     EXPECT_TRUE((lines.end() - 1)->ends_with(L" | 3"));
 }
 
+namespace
+{
+
+// Clean-up follows a rotation whatever became of it.
+class CleanUp : public FailingSystem
+{
+  protected:
+    CleanUp() { WriteBytes(oldCopy, ""); }
+
+    std::wstring const oldCopy = folder / (Base() + L" 2001-1-1 01-01-01.log");
+};
+
+} // namespace
+
+TEST_F(CleanUp, IsDoneThoughTheCopyFailed)
+{
+    OpenAtTheLimit();
+    CreateFileCall const fault(
+        FailingToOpen([](DWORD, DWORD, DWORD disposition) { return disposition == OPEN_ALWAYS; }));
+    LogUpToARotation();
+    EXPECT_TRUE(Copies().empty()); // neither the old one nor a new one
+}
+
+TEST_F(CleanUp, IsDoneThoughTheFileCannotBeReopened)
+{
+    OpenAtTheLimit();
+    CreateFileCall const fault(FailingToOpen(ReopeningTheLog));
+    LogUpToARotation();
+    EXPECT_FALSE(target.file);
+    EXPECT_FALSE(FileExists(oldCopy));
+}
+
 // The check has failed then, so each further line makes it again; with the file at hand again lines are written.
 TEST_F(FailingSystem, AFileThatCannotBeReopenedLosesLinesUntilItCan)
 {
     OpenAtTheLimit();
     auto const checked = target.lastCheck;
     {
-        CreateFileCall const fault(FailingToOpen([](DWORD access, DWORD, DWORD disposition) {
-            return (access == GENERIC_WRITE && disposition == OPEN_EXISTING) || disposition == CREATE_NEW;
-        }));
+        CreateFileCall const fault(FailingToOpen(ReopeningTheLog));
         LogUpToARotation();
         EXPECT_FALSE(target.file);
         EXPECT_EQ(target.lastCheck, checked);
@@ -670,15 +526,13 @@ TEST_F(FailingSystem, AFileThatCannotBeReopenedLosesLinesUntilItCan)
     EXPECT_EQ(MessagesIn(LogPath()).back(), L"again");
 }
 
-TEST_F(FailingSystem, OldCopiesThatCannotBeListedOrDeletedStay)
+TEST_F(CleanUp, LeavesOldCopiesThatCannotBeListedOrDeleted)
 {
-    auto const old = folder / (Base() + L" 2001-1-1 01-01-01.log");
-    WriteBytes(old, "");
     OpenAtTheLimit();
     {
         FindFirstFileCall const fault(Failing(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
         LogUpToARotation();
-        EXPECT_TRUE(FileExists(old));
+        EXPECT_TRUE(FileExists(oldCopy));
     }
     target.file.Reset();
     WriteLogOfSize(LogPath(), limit);
@@ -686,5 +540,5 @@ TEST_F(FailingSystem, OldCopiesThatCannotBeListedOrDeletedStay)
         DeleteFileCall const fault(Failing(FALSE, ERROR_ACCESS_DENIED));
         EXPECT_TRUE(target.Open());
     }
-    EXPECT_TRUE(FileExists(old));
+    EXPECT_TRUE(FileExists(oldCopy));
 }

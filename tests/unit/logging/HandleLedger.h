@@ -1,39 +1,51 @@
 #pragma once
 #include "tests/unit/logging/WrappedSystem.h"
 
+#include <gtest/gtest.h>
 #include <set>
 
 namespace test
 {
 
 // The handles that are open since it was made, told by the calls that make and close them: Wine's own count of a
-// process's handles is always zero. Faults are made on top of it.
+// process's handles is always zero. Closing what is not open, as by closing a handle twice, is a failure of the test:
+// the number may be another file's by then. Faults are made on top of it.
 class HandleLedger
 {
   public:
-    std::size_t Open() const noexcept { return m_open.size(); }
+    std::size_t Open() const noexcept { return m_handles.size() + m_searches.size(); }
 
   private:
-    HANDLE Opened(HANDLE handle)
+    using Handles = std::set<HANDLE>;
+
+    static HANDLE Opened(Handles& handles, HANDLE handle)
     {
         if (handle != nullptr && handle != INVALID_HANDLE_VALUE)
         {
-            m_open.insert(handle);
+            handles.insert(handle);
         }
         return handle;
     }
 
-    std::multiset<HANDLE> m_open;
-    CreateFileCall m_createFile{[this](auto next, auto... arguments) { return Opened(next(arguments...)); }};
-    CreateMutexCall m_createMutex{[this](auto next, auto... arguments) { return Opened(next(arguments...)); }};
-    OpenMutexCall m_openMutex{[this](auto next, auto... arguments) { return Opened(next(arguments...)); }};
-    FindFirstFileCall m_findFirst{[this](auto next, auto... arguments) { return Opened(next(arguments...)); }};
+    static void Closing(Handles& handles, HANDLE handle)
+    {
+        EXPECT_EQ(handles.erase(handle), 1u) << "closed without being open: " << handle;
+    }
+
+    Handles m_handles;
+    Handles m_searches;
+    CreateFileCall m_createFile{[this](auto next, auto... arguments) { return Opened(m_handles, next(arguments...)); }};
+    CreateMutexCall m_createMutex{
+        [this](auto next, auto... arguments) { return Opened(m_handles, next(arguments...)); }};
+    OpenMutexCall m_openMutex{[this](auto next, auto... arguments) { return Opened(m_handles, next(arguments...)); }};
+    FindFirstFileCall m_findFirst{
+        [this](auto next, auto... arguments) { return Opened(m_searches, next(arguments...)); }};
     CloseHandleCall m_close{[this](auto next, HANDLE handle) {
-        m_open.erase(handle);
+        Closing(m_handles, handle);
         return next(handle);
     }};
     FindCloseCall m_findClose{[this](auto next, HANDLE handle) {
-        m_open.erase(handle);
+        Closing(m_searches, handle);
         return next(handle);
     }};
 };

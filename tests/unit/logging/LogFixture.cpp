@@ -54,7 +54,7 @@ std::vector<std::wstring> MessagesIn(std::wstring const& path)
 void WriteLogOfSize(std::wstring const& path, std::uint64_t size)
 {
     auto const end = Utf16(L"\r\n");
-    WriteBytes(path, "\xFF\xFE");
+    WriteBytes(path, wideMark);
     zant::UniqueHandle const file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     LARGE_INTEGER position;
     position.QuadPart = static_cast<LONGLONG>(size - end.size());

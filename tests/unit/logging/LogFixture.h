@@ -2,14 +2,22 @@
 #include "logging/LogTargetDefault.h"
 #include "tests/support/Files.h"
 #include "tests/support/UserTemporaryFolder.h"
+#include "tests/unit/logging/LocalClock.h"
 
 #include <gtest/gtest.h>
 
 namespace test
 {
 
+// The byte-order mark of UTF-16, little-endian.
+inline std::string const wideMark = "\xFF\xFE";
+
+// From this size in bytes on a log is rotated at the threshold INFO.
+inline constexpr std::uint64_t limit = 15'728'640;
+
 // A folder of the test's own for the log, and another one as the user's temporary folder, so that no marker file of the
-// machine has a say. The log's name, and so the mutex's, belongs to the test alone: tests run side by side.
+// machine has a say. The log's name, and so the mutex's, belongs to the test alone: tests run side by side. The local
+// clock, which copies are named after, stands still.
 class LogFixture : public testing::Test
 {
   protected:
@@ -27,6 +35,7 @@ class LogFixture : public testing::Test
 
     TemporaryFolder folder;
     UserTemporaryFolder temporary;
+    LocalClock localClock;
 
   private:
     std::wstring m_base;

@@ -49,7 +49,7 @@ TEST_F(LogHeader, EveryLineCarriesTheGivenLevelAndFields)
 TEST_F(LogHeader, BelowTheThresholdNothingIsWritten)
 {
     Write(nullptr, LogLevel::Debug);
-    EXPECT_EQ(ReadBytes(LogPath()), "\xFF\xFE");
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
 TEST_F(LogHeader, EmptyPartsAreLeftOut)

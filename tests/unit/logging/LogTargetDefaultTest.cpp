@@ -9,8 +9,6 @@ using namespace zant;
 namespace
 {
 
-std::string const wideMark = "\xFF\xFE";
-
 class LogTargetDefaultTest : public LogFixture
 {
   protected:
@@ -137,18 +135,6 @@ TEST_F(LogTargetDefaultTest, TheMutexIsNamedExactlyAsTheFile)
 class WrongEncoding : public LogTargetDefaultTest
 {
   protected:
-    // The clock stands at 09:30:12 on 5 January 2024.
-    GetLocalTimeCall const frozen{[](auto, SYSTEMTIME* now) {
-        *now = {.wYear = 2024,
-                .wMonth = 1,
-                .wDayOfWeek = 5,
-                .wDay = 5,
-                .wHour = 9,
-                .wMinute = 30,
-                .wSecond = 12,
-                .wMilliseconds = 45};
-    }};
-
     std::wstring AsideName() const { return Base() + L" 2024-1-5 09-30-12.log"; }
 };
 

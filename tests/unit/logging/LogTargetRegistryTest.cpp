@@ -2,6 +2,9 @@
 
 #include "tests/unit/logging/LogFixture.h"
 #include "tests/unit/logging/RecordingTarget.h"
+#include "tests/unit/logging/WrappedSystem.h"
+
+#include <thread>
 
 using namespace test;
 using namespace zant;
@@ -67,6 +70,38 @@ TEST(LogTargetRegistry, CountsEachRegistrationOnce)
     EXPECT_EQ(registry.Find(L"G")->size(), 1u);
     another.Register(target);
     EXPECT_EQ(target.refCount, 2u);
+}
+
+TEST(LogTargetRegistry, CountsUnderTheTargetsLock)
+{
+    RecordingTarget target(L"G");
+    LogTargetRegistry registry;
+    UniqueHandle const arrived(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    std::uint32_t countBeforeLeaving = 0;
+    EnterCriticalSectionCall const enter([&](auto next, CRITICAL_SECTION* section) {
+        if (section == &target.refLock)
+        {
+            SetEvent(arrived.Get());
+        }
+        next(section);
+    });
+    LeaveCriticalSectionCall const leave([&](auto next, CRITICAL_SECTION* section) {
+        if (section == &target.refLock)
+        {
+            countBeforeLeaving = target.refCount;
+        }
+        next(section);
+    });
+    EnterCriticalSectionCall::Original(&target.refLock);
+    std::thread registering([&] {
+        registry.Register(target);
+        SetEvent(arrived.Get()); // also without having come to the lock
+    });
+    WaitForSingleObject(arrived.Get(), INFINITE);
+    EXPECT_EQ(target.refCount, 0u);
+    LeaveCriticalSectionCall::Original(&target.refLock);
+    registering.join();
+    EXPECT_EQ(countBeforeLeaving, 1u);
 }
 
 TEST(Dispatch, DoesNothingForANullGroup)

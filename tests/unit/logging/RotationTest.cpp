@@ -4,15 +4,15 @@
 #include "tests/unit/logging/LogFixture.h"
 #include "tests/unit/logging/WrappedSystem.h"
 
+#include <optional>
+#include <thread>
+
 using namespace test;
 using namespace zant;
 
 namespace
 {
 
-constexpr std::uint64_t limit = 15'728'640; // at the threshold INFO
-
-// The clock of copies' names stands at 09:30:12 on 5 January 2024.
 class RotationTest : public LogFixture
 {
   protected:
@@ -41,16 +41,6 @@ class RotationTest : public LogFixture
         }
     }
 
-    GetLocalTimeCall const frozen{[](auto, SYSTEMTIME* now) {
-        *now = {.wYear = 2024,
-                .wMonth = 1,
-                .wDayOfWeek = 5,
-                .wDay = 5,
-                .wHour = 9,
-                .wMinute = 30,
-                .wSecond = 12,
-                .wMilliseconds = 45};
-    }};
     LogTargetDefault target;
 };
 
@@ -117,28 +107,56 @@ TEST_F(RotationTest, LinesGoOnInTheEmptiedFile)
     ASSERT_TRUE(target.Open());
     LogAt(target, 0, L"after");
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"after"});
-    EXPECT_FALSE(ReadBytes(LogPath()).starts_with("\xFF\xFE"));
+    EXPECT_FALSE(ReadBytes(LogPath()).starts_with(wideMark));
 }
 
 // An empty file has no mark: when the clock has moved on, it can be set aside under a name of its own.
 TEST_F(RotationTest, TheEmptiedFileIsSetAsideWhenTheSecondHasPassed)
 {
     WriteLogOfSize(LogPath(), limit);
-    WORD second = 12;
-    GetLocalTimeCall const ticking([&second](auto, SYSTEMTIME* now) {
-        *now = {.wYear = 2024,
-                .wMonth = 1,
-                .wDayOfWeek = 5,
-                .wDay = 5,
-                .wHour = 9,
-                .wMinute = 30,
-                .wSecond = second++,
-                .wMilliseconds = 45};
+    GetLocalTimeCall const ticking([this](auto next, SYSTEMTIME* now) {
+        next(now);
+        ++localClock.now.wSecond;
     });
     ASSERT_TRUE(target.Open());
     EXPECT_EQ(LogNames(), (std::vector{CopyName(), CopyName(L"2024-1-5 09-30-13"), LogName()}));
     EXPECT_EQ(SizeOf(folder / CopyName(L"2024-1-5 09-30-13")), 0u);
-    EXPECT_EQ(ReadBytes(LogPath()), "\xFF\xFE");
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+}
+
+// Until then the name is taken: by the copy, made in the same second.
+TEST_F(RotationTest, TheEmptiedFileIsSetAsideAtTheNextStart)
+{
+    WriteLogOfSize(LogPath(), limit);
+    ASSERT_TRUE(target.Open());
+    LogAt(target, 0, L"after");
+    target.Close();
+    localClock.now.wSecond = 13;
+    LogTargetDefault next;
+    Configure(next);
+    ASSERT_TRUE(next.Open());
+    LogAt(next, 0, L"next");
+    EXPECT_EQ(LogNames(), (std::vector{CopyName(), CopyName(L"2024-1-5 09-30-13"), LogName()}));
+    EXPECT_EQ(SizeOf(CopyPath()), limit);
+    EXPECT_EQ(MessagesIn(folder / CopyName(L"2024-1-5 09-30-13")), std::vector<std::wstring>{L"after"});
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"next"});
+    EXPECT_TRUE(ReadBytes(LogPath()).starts_with(wideMark));
+}
+
+// The size may only be looked at while no other process rotates the file or is about to.
+TEST_F(RotationTest, OpeningLooksAtTheSizeUnderTheMutex)
+{
+    std::optional<MutexWait> othersWait;
+    GetFileSizeCall const size([&](auto next, HANDLE file, LARGE_INTEGER* bytes) {
+        std::thread([&] {
+            NamedMutex mutex;
+            mutex.CreateOrOpen(LogName().c_str());
+            othersWait = mutex.Wait(0).Outcome();
+        }).join();
+        return next(file, bytes);
+    });
+    ASSERT_TRUE(target.Open());
+    EXPECT_EQ(othersWait, MutexWait::TimedOut);
 }
 
 TEST_F(RotationTest, TheSizeIsNotLookedAtFor900SecondsOfLoggingTime)
@@ -169,6 +187,17 @@ TEST_F(RotationTest, TheSizeIsLookedAtByTheLineAfterOneThatIs900SecondsLater)
     EXPECT_EQ(target.lastCheck, static_cast<std::int64_t>(later));
 }
 
+TEST_F(RotationTest, ALineWithoutTheLockFlagDoesNotLookAtTheSize)
+{
+    ASSERT_TRUE(target.Open());
+    target.file.Reset();
+    WriteLogOfSize(LogPath(), limit);
+    ASSERT_TRUE(target.OpenFile(target.file));
+    target.lastLine = target.lastCheck + 900;
+    target.Log(LogLevel::Info, L"", L"", L"", L"", L"", L"", L"m", nullptr, 0, false);
+    EXPECT_EQ(LogNames(), std::vector{LogName()});
+}
+
 TEST_F(RotationTest, AFailedCheckIsMadeAgainByTheNextLine)
 {
     ASSERT_TRUE(target.Open());
@@ -197,6 +226,22 @@ TEST_F(RotationTest, TheStoredHeaderIsWrittenOnceBeforeTheFirstLine)
     auto const header = Split(ReadLines(LogPath())[0], L" | ");
     EXPECT_EQ((std::vector(header.begin() + 1, header.begin() + 8)),
               (std::vector<std::wstring>{L"[INFO]", L"r", L"p", L"co", L"ca", L"", L""}));
+}
+
+// They are written under the mutex that the line has taken.
+TEST_F(RotationTest, LinesOfTheHeaderDoNotWaitForTheMutex)
+{
+    target.storedHeader = {.title = L"title", .closing = L"closing"};
+    WriteLogOfSize(LogPath(), limit);
+    ASSERT_TRUE(target.Open());
+    int waits = 0;
+    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
+        ++waits;
+        return next(handle, milliseconds);
+    });
+    LogAt(target, 0, L"1");
+    EXPECT_EQ(waits, 1);
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"title", L"closing", L"1"}));
 }
 
 // --- the control file ---
@@ -248,6 +293,14 @@ TEST_F(RotationTest, CopiesOfTodayAndOfThreeDaysBackStay)
     DeleteOldCopies(LogPath(), LocalNow());
     EXPECT_EQ(LogNames(), (std::vector{CopyName(L"2024-1-2 10-00-00"), CopyName(L"2024-1-3 10-00-00"),
                                        CopyName(L"2024-1-4 10-00-00"), CopyName(L"2024-1-5 10-00-00"), LogName()}));
+}
+
+TEST_F(RotationTest, ACopyOfFourDaysAgoGoes)
+{
+    WriteCopies({L"2024-1-1 10-00-00"});
+    WriteBytes(LogPath(), "");
+    DeleteOldCopies(LogPath(), LocalNow());
+    EXPECT_EQ(LogNames(), std::vector{LogName()});
 }
 
 TEST_F(RotationTest, ACopyOfFiveDaysAgoGoes)

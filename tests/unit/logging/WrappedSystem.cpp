@@ -9,6 +9,7 @@ extern "C"
     decltype(&CreateFileW) __wrap___imp_CreateFileW = &CreateFileCall::Entry;
     decltype(&CreateMutexW) __wrap___imp_CreateMutexW = &CreateMutexCall::Entry;
     decltype(&DeleteFileW) __wrap___imp_DeleteFileW = &DeleteFileCall::Entry;
+    decltype(&EnterCriticalSection) __wrap___imp_EnterCriticalSection = &EnterCriticalSectionCall::Entry;
     decltype(&FindClose) __wrap___imp_FindClose = &FindCloseCall::Entry;
     decltype(&FindFirstFileW) __wrap___imp_FindFirstFileW = &FindFirstFileCall::Entry;
     decltype(&FindNextFileW) __wrap___imp_FindNextFileW = &FindNextFileCall::Entry;
@@ -19,6 +20,7 @@ extern "C"
     decltype(&GetSystemTimePreciseAsFileTime) __wrap___imp_GetSystemTimePreciseAsFileTime = &GetSystemTimeCall::Entry;
     decltype(&GetTempPathW) __wrap___imp_GetTempPathW = &GetTempPathCall::Entry;
     decltype(&GetTimeFormatEx) __wrap___imp_GetTimeFormatEx = &GetTimeFormatCall::Entry;
+    decltype(&LeaveCriticalSection) __wrap___imp_LeaveCriticalSection = &LeaveCriticalSectionCall::Entry;
     decltype(&MoveFileExW) __wrap___imp_MoveFileExW = &MoveFileCall::Entry;
     decltype(&MultiByteToWideChar) __wrap___imp_MultiByteToWideChar = &MultiByteToWideCharCall::Entry;
     decltype(&OpenMutexW) __wrap___imp_OpenMutexW = &OpenMutexCall::Entry;

@@ -11,6 +11,7 @@ extern "C"
     extern decltype(&CreateFileW) __real___imp_CreateFileW;
     extern decltype(&CreateMutexW) __real___imp_CreateMutexW;
     extern decltype(&DeleteFileW) __real___imp_DeleteFileW;
+    extern decltype(&EnterCriticalSection) __real___imp_EnterCriticalSection;
     extern decltype(&FindClose) __real___imp_FindClose;
     extern decltype(&FindFirstFileW) __real___imp_FindFirstFileW;
     extern decltype(&FindNextFileW) __real___imp_FindNextFileW;
@@ -21,6 +22,7 @@ extern "C"
     extern decltype(&GetSystemTimePreciseAsFileTime) __real___imp_GetSystemTimePreciseAsFileTime;
     extern decltype(&GetTempPathW) __real___imp_GetTempPathW;
     extern decltype(&GetTimeFormatEx) __real___imp_GetTimeFormatEx;
+    extern decltype(&LeaveCriticalSection) __real___imp_LeaveCriticalSection;
     extern decltype(&MoveFileExW) __real___imp_MoveFileExW;
     extern decltype(&MultiByteToWideChar) __real___imp_MultiByteToWideChar;
     extern decltype(&OpenMutexW) __real___imp_OpenMutexW;
@@ -40,6 +42,7 @@ using CreateDirectoryCall = WrappedCall<&__real___imp_CreateDirectoryW>;
 using CreateFileCall = WrappedCall<&__real___imp_CreateFileW>;
 using CreateMutexCall = WrappedCall<&__real___imp_CreateMutexW>;
 using DeleteFileCall = WrappedCall<&__real___imp_DeleteFileW>;
+using EnterCriticalSectionCall = WrappedCall<&__real___imp_EnterCriticalSection>;
 using FindCloseCall = WrappedCall<&__real___imp_FindClose>;
 using FindFirstFileCall = WrappedCall<&__real___imp_FindFirstFileW>;
 using FindNextFileCall = WrappedCall<&__real___imp_FindNextFileW>;
@@ -50,6 +53,7 @@ using GetLocalTimeCall = WrappedCall<&__real___imp_GetLocalTime>;
 using GetSystemTimeCall = WrappedCall<&__real___imp_GetSystemTimePreciseAsFileTime>;
 using GetTempPathCall = WrappedCall<&__real___imp_GetTempPathW>;
 using GetTimeFormatCall = WrappedCall<&__real___imp_GetTimeFormatEx>;
+using LeaveCriticalSectionCall = WrappedCall<&__real___imp_LeaveCriticalSection>;
 using MoveFileCall = WrappedCall<&__real___imp_MoveFileExW>;
 using MultiByteToWideCharCall = WrappedCall<&__real___imp_MultiByteToWideChar>;
 using OpenMutexCall = WrappedCall<&__real___imp_OpenMutexW>;
@@ -67,6 +71,20 @@ auto Failing(Result result, DWORD error)
     return [=](auto...) {
         SetLastError(error);
         return result;
+    };
+}
+
+// Calls through while `skipped` calls last, then fails once, then calls through again.
+template <typename Result>
+auto FailingAfter(int& skipped, Result result, DWORD error)
+{
+    return [=, &skipped](auto next, auto... arguments) {
+        if (skipped-- == 0)
+        {
+            SetLastError(error);
+            return result;
+        }
+        return static_cast<Result>(next(arguments...));
     };
 }
 

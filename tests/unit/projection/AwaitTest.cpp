@@ -1,3 +1,4 @@
+#include "tests/unit/projection/Terminated.h"
 #include "tests/unit/projection/TestOperation.h"
 #include "tests/unit/projection/WrappedRuntime.h"
 
@@ -239,5 +240,5 @@ TEST(ResumeBackground, APoolThatIsNotThereIsRaised)
 
 TEST(FireAndForgetDeathTest, AnExceptionThatLeavesItEndsTheProcess)
 {
-    EXPECT_DEATH(Throws(), "");
+    EXPECT_EXIT(EndsWhenTerminated([] { Throws(); }), testing::ExitedWithCode(terminatedCode), "");
 }

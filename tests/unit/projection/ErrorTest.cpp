@@ -1,7 +1,10 @@
+#include "tests/unit/projection/Terminated.h"
+
 #include <winrt/base.h>
 
 #include <gtest/gtest.h>
 
+using namespace test;
 using namespace winrt;
 
 namespace
@@ -125,5 +128,5 @@ TEST(Errors, ChecksGiveBackWhatTheyChecked)
 
 TEST(ErrorsDeathTest, AForeignExceptionAtTheEdgeEndsTheProcess)
 {
-    EXPECT_DEATH(CodeOf([] { throw 1; }), "");
+    EXPECT_EXIT(EndsWhenTerminated([] { CodeOf([] { throw 1; }); }), testing::ExitedWithCode(terminatedCode), "");
 }

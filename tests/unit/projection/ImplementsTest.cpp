@@ -251,6 +251,7 @@ TEST(Implements, FinalReleaseTakesTheObject)
 
 TEST(Implements, MayUseItselfWhileItIsDestroyed)
 {
+    UsesItselfWhenDestroyed::s_destroyed = 0;
     make<UsesItselfWhenDestroyed>();
     EXPECT_EQ(UsesItselfWhenDestroyed::s_destroyed, 1);
 }

@@ -151,6 +151,14 @@ TEST(ParamHString, CopiesOfLentTextOutliveIt)
     EXPECT_EQ(kept, L"short-lived");
 }
 
+TEST(ParamHString, NamesOfClassesEndWithTheZeroThatTheSystemAsksFor)
+{
+    constexpr auto name = winrt::name_of<winrt::Windows::Foundation::IInspectable>();
+    EXPECT_EQ(name, L"Object");
+    EXPECT_EQ(name.data()[name.size()], L'\0');
+    EXPECT_EQ(Passed(name), name);
+}
+
 TEST(ParamHString, FailureToLendIsRaised)
 {
     CreateStringReferenceCall const fails([](auto, auto, auto, auto, auto) { return E_OUTOFMEMORY; });

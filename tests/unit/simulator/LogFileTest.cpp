@@ -1,6 +1,5 @@
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
-#include "simulator/model/Error.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -56,10 +55,17 @@ TEST_F(LogReading, BeginsAnewWithAShorterFile)
     EXPECT_EQ(m_file.NewLines(), Lines{L"new"});
 }
 
-TEST_F(LogReading, RefusesAFileInAnotherEncoding)
+// A rotated log is emptied and goes on without a mark.
+TEST_F(LogReading, ReadsAFileWithoutAMark)
 {
-    Write("plain text\r\n");
-    EXPECT_THROW(m_file.NewLines(), sim::Error);
+    Write(mark + test::Utf16(L"before the rotation\r\n"));
+    m_file.NewLines();
+    Write("");
+    EXPECT_EQ(m_file.NewLines(), Lines{});
+    Write(test::Utf16(L"one\r\n"));
+    EXPECT_EQ(m_file.NewLines(), Lines{L"one"});
+    Write(test::Utf16(L"one\r\ntwo\r\n"));
+    EXPECT_EQ(m_file.NewLines(), Lines{L"two"});
 }
 
 TEST(LogLine, IsTakenApart)

@@ -1,0 +1,24 @@
+#include "tests/unit/logging/HandleLedger.h"
+
+#include <gtest/gtest-spi.h>
+
+using namespace test;
+
+TEST(HandleLedger, CountsTheHandlesThatAreOpen)
+{
+    HandleLedger const handles;
+    auto const first = CreateMutexW(nullptr, FALSE, nullptr);
+    auto const second = CreateMutexW(nullptr, FALSE, nullptr);
+    EXPECT_EQ(handles.Open(), 2u);
+    CloseHandle(first);
+    CloseHandle(second);
+    EXPECT_EQ(handles.Open(), 0u);
+}
+
+TEST(HandleLedger, FailsTheTestThatClosesAHandleTwice)
+{
+    HandleLedger const handles;
+    auto const handle = CreateMutexW(nullptr, FALSE, nullptr);
+    CloseHandle(handle);
+    EXPECT_NONFATAL_FAILURE(CloseHandle(handle), "closed without being open");
+}

@@ -1,0 +1,24 @@
+#pragma once
+#include "tests/unit/logging/WrappedSystem.h"
+
+namespace test
+{
+
+// While it lives, the system's local time stands still: at 09:30:12 on 5 January 2024 until a test sets it.
+class LocalClock
+{
+  public:
+    SYSTEMTIME now = {.wYear = 2024,
+                      .wMonth = 1,
+                      .wDayOfWeek = 5,
+                      .wDay = 5,
+                      .wHour = 9,
+                      .wMinute = 30,
+                      .wSecond = 12,
+                      .wMilliseconds = 45};
+
+  private:
+    GetLocalTimeCall m_call{[this](auto, SYSTEMTIME* time) { *time = now; }};
+};
+
+} // namespace test
