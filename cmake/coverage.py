@@ -27,7 +27,7 @@ def counted_lines(build):
                 counts = lines.setdefault(str(path.relative_to(ROOT)), {})
                 for line in file["lines"]:
                     counts[line["line_number"]] = counts.get(line["line_number"], 0) + line["count"]
-    return lines
+    return {name: counts for name, counts in lines.items() if counts}
 
 
 def main(build, show_missed):

@@ -3,7 +3,6 @@ add_library(googletest STATIC EXCLUDE_FROM_ALL /usr/src/googletest/googletest/sr
 target_include_directories(googletest SYSTEM PUBLIC /usr/src/googletest/googletest/include)
 target_include_directories(googletest PRIVATE /usr/src/googletest/googletest)
 if(WIN32)
-    target_compile_definitions(googletest PUBLIC _UCRT)
     # Started by ctest, and by hand from the build folder, through Wine with this build's own prefix.
     set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_SOURCE_DIR}/cmake/wine-run ${PROJECT_BINARY_DIR}/prefix)
 endif()

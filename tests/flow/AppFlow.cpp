@@ -7,7 +7,10 @@
 
 using winrt::Windows::UI::Xaml::Application;
 
-extern "C" decltype(&Sleep) __wrap___imp_Sleep = &test::SleepCall::Entry;
+extern "C"
+{
+    decltype(&Sleep) __wrap___imp_Sleep = &test::SleepCall::Entry;
+}
 
 namespace test
 {
