@@ -17,8 +17,11 @@ TEST(HandleLedger, CountsTheHandlesThatAreOpen)
 
 TEST(HandleLedger, FailsTheTestThatClosesAHandleTwice)
 {
-    HandleLedger const handles;
-    auto const handle = CreateMutexW(nullptr, FALSE, nullptr);
-    CloseHandle(handle);
-    EXPECT_NONFATAL_FAILURE(CloseHandle(handle), "closed without being open");
+    auto const closeTwice = [] {
+        HandleLedger const handles;
+        auto const handle = CreateMutexW(nullptr, FALSE, nullptr);
+        CloseHandle(handle);
+        CloseHandle(handle);
+    };
+    EXPECT_NONFATAL_FAILURE(closeTwice(), "closed without being open");
 }
