@@ -40,7 +40,8 @@ struct category<IContextCallback>
 template <>
 inline constexpr guid guid_v<IContextCallback>{"000001DA-0000-0000-C000-000000000046"};
 
-inline constexpr guid callback_guid{"8E27E1DF-8E5B-4F9F-8A2C-2E4D6E2B9C10"};
+// Documented as ICallbackWithNoReentrancyToApplicationSTA: a view's thread does not take other calls meanwhile.
+inline constexpr guid callback_without_reentrancy{"0A299774-3E4E-FC42-1D9D-72CEE105CA57"};
 
 // The apartment of the thread that makes it; empty on a thread without one.
 class calling_apartment
@@ -96,7 +97,7 @@ class calling_apartment
         auto const context = m_context;
         context_call_data data{0, 0, coroutine.address()};
         constexpr int anyMethod = 5;
-        auto const result = context->ContextCallback(call, &data, callback_guid, anyMethod, nullptr);
+        auto const result = context->ContextCallback(call, &data, callback_without_reentrancy, anyMethod, nullptr);
         if (result < 0)
         {
             failure = result;

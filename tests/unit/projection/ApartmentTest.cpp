@@ -26,8 +26,9 @@ class TestContext : public impl::IContextCallback
     uint32_t __stdcall Release() noexcept override { return 1; }
 
     int32_t __stdcall ContextCallback(int32_t(__stdcall* callback)(impl::context_call_data*),
-                                      impl::context_call_data* data, guid const&, int, void*) noexcept override
+                                      impl::context_call_data* data, guid const& id, int, void*) noexcept override
     {
+        asked = id;
         if (failure < 0)
         {
             return failure;
@@ -41,6 +42,7 @@ class TestContext : public impl::IContextCallback
 
     int32_t failure = 0;
     int entered = 0;
+    guid asked{};
     bool isInside = false;
 };
 
@@ -134,6 +136,13 @@ TEST_F(SingleThreadedApartment, WaitingReturnsToIt)
     EXPECT_TRUE(seen.inside);
     EXPECT_EQ(context.entered, 1);
     EXPECT_EQ(seen.code, S_OK);
+}
+
+TEST_F(SingleThreadedApartment, ItIsNotReenteredMeanwhile)
+{
+    Await(*operation, context, seen);
+    EndOnAnotherThread();
+    EXPECT_EQ(context.asked, guid("0A299774-3E4E-FC42-1D9D-72CEE105CA57"));
 }
 
 TEST_F(SingleThreadedApartment, AnEndOnItsOwnThreadNeedsNoReturn)

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""generate_abi_checks.py ABI_JSON OUTPUT: writes a test program that holds the projection against the facts of the file.
+"""generate_abi_checks.py ABI_JSON OUTPUT: writes tests that hold the projection against the facts of the file.
 
 It reads the facts on its own and knows nothing of the projection's generator: ids, the slot of each method, the types
 of its parameters, the number of slots, enumerations, classes, and the ids of generic instances.
@@ -48,7 +48,8 @@ def layout_checks(full, facts):
     for index, slot in enumerate(facts.get("slots", [])):
         name, parameters = re.fullmatch(r"(\w+)\((.*)\)", slot).groups()
         types = ", ".join(parameter(p.strip()) for p in parameters.split(",")) if parameters else ""
-        out.append(f"static_assert(std::is_same_v<decltype(&{abi}::{name}), int32_t (__stdcall {abi}::*)({types}) noexcept>);")
+        method = f"int32_t (__stdcall {abi}::*)({types}) noexcept"
+        out.append(f"static_assert(std::is_same_v<decltype(&{abi}::{name}), {method}>);")
         out.append(f"EXPECT_EQ((SlotOf(&{abi}::{name})), {first + index}u);")
     out.append(f"EXPECT_EQ((SlotCount<{abi}>()), {first + len(facts.get('slots', []))}u);")
     return out
@@ -65,7 +66,8 @@ def checks(full, facts):
         out.append(f"EXPECT_EQ(winrt::guid_of<{cpp(full)}>(), winrt::guid(\"{facts['iid']}\"));")
     if kind.startswith("enum"):
         out.append(f"static_assert(std::is_same_v<std::underlying_type_t<{cpp(full)}>, {kind.split()[1]}>);")
-        out += [f"static_assert(static_cast<int64_t>({cpp(full)}::{name}) == {value});" for name, value in facts["values"].items()]
+        out += [f"static_assert(static_cast<int64_t>({cpp(full)}::{name}) == {value});"
+                for name, value in facts["values"].items()]
     if kind == "class":
         out += class_checks(full, facts)
     if kind in ("interface", "class") or kind.startswith("enum"):
@@ -94,8 +96,8 @@ def test(name, lines):
 def instance_checks(data):
     """The ids of generic instances: short names are looked up among all types."""
     known = {name: f"{namespace}.{name}" for namespace, types in data["namespaces"].items() for name in types}
-    basic = {"hstring": "winrt::hstring", "guid": "winrt::guid", "int32_t": "int32_t", "bool": "bool",
-             "PushNotificationReceivedEventArgs": "winrt::Windows::Networking::PushNotifications::PushNotificationReceivedEventArgs"}
+    known["PushNotificationReceivedEventArgs"] = "Windows.Networking.PushNotifications.PushNotificationReceivedEventArgs"
+    basic = {"hstring": "winrt::hstring", "guid": "winrt::guid", "int32_t": "int32_t", "bool": "bool"}
     out = []
     for text, iid in data["generic_instances"].items():
         full = re.sub(r"[\w:]+", lambda m: "winrt::" + m.group(0) if m.group(0).startswith("Windows::")
@@ -110,7 +112,8 @@ def main():
     includes = "\n".join(f"#include <winrt/{namespace}.h>" for namespace in sorted(data["namespaces"]))
     out = PRELUDE.format(includes=includes)
     for namespace, types in data["namespaces"].items():
-        out += test(namespace.replace(".", "_"), [line for name, facts in types.items() for line in checks(f"{namespace}.{name}", facts)])
+        lines = [line for name, facts in types.items() for line in checks(f"{namespace}.{name}", facts)]
+        out += test(namespace.replace(".", "_"), lines)
     out += test("IdsOfGenericInstancesAreComputed", instance_checks(data))
     Path(target).write_text(out, encoding="utf-8")
 
