@@ -1,8 +1,12 @@
 #include "app/App.h"
 
+#include "app/DesktopComponent.h"
 #include "app/SetUpLogging.h"
-#include "service/LogSite.h"
+#include "app/ShellLog.h"
+#include "service/BackgroundTasks.h"
+#include "service/NotificationAppService.h"
 
+#include <winrt/Windows.ApplicationModel.AppService.h>
 #include <winrt/Windows.ApplicationModel.Core.h>
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.UI.Xaml.Controls.h>
@@ -11,6 +15,8 @@
 
 using namespace winrt::Windows::ApplicationModel;
 using namespace winrt::Windows::ApplicationModel::Activation;
+using namespace winrt::Windows::ApplicationModel::AppService;
+using namespace winrt::Windows::ApplicationModel::Background;
 using namespace winrt::Windows::Foundation;
 using namespace winrt::Windows::UI::Xaml;
 
@@ -19,35 +25,6 @@ namespace VelmoNotificationClient
 
 namespace
 {
-
-constexpr LogSite logSite(L"ZEBMain");
-
-// Logs when the desktop component has been started. A launch that fails later is not observed: no line, no retry. It
-// continues on the thread that completes the launch, since the launching thread may be blocked. The App stays alive
-// until then.
-winrt::fire_and_forget LogWhenLaunched(winrt::com_ptr<App> /*app*/, IAsyncAction launch)
-{
-    try
-    {
-        co_await winrt::resume_agile(launch);
-    }
-    catch (winrt::hresult_error const&)
-    {
-        co_return;
-    }
-    logSite.Info(L"Launch Done !! ");
-}
-
-// Throws hresult_error when the launch fails at once; an operation that is not there counts as that.
-IAsyncAction LaunchDesktopComponent(wchar_t const* parameterGroup)
-{
-    auto launch = FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(parameterGroup);
-    if (!launch)
-    {
-        throw winrt::hresult_invalid_argument();
-    }
-    return launch;
-}
 
 // No page is shown. The window's content is looked at as the framework's own start-up code does, and left as it is.
 void LookAtWindowContent()
@@ -73,25 +50,57 @@ void App::OnLaunched(LaunchActivatedEventArgs const&)
 {
     constexpr DWORD waitMilliseconds = 3000;
 
-    logSite.Info(L"Inside OnLaunched");
+    shellLog.Info(L"Inside OnLaunched");
     LookAtWindowContent();
-    logSite.Info(L"Going to launch full trust app to launch HOV");
-    LogWhenLaunched(get_strong(), LaunchDesktopComponent(L"LaunchHOV"));
+    shellLog.Info(L"Going to launch full trust app to launch HOV");
+    FinishLaunch(get_strong(), LaunchDesktopComponent(L"LaunchHOV"));
     // In full, even when the launch is done earlier.
     Sleep(waitMilliseconds);
-    logSite.Info(L"Going to exit");
+    shellLog.Info(L"Going to exit");
     Core::CoreApplication::Exit();
 }
 
 void App::OnActivated(IActivatedEventArgs const& args)
 {
-    logSite.Info(L"Inside OnActivated App activated by URI protocol");
+    shellLog.Info(L"Inside OnActivated App activated by URI protocol");
     if (args)
     {
         // Read for its failure alone: whatever the kind, the app ends.
         static_cast<void>(args.Kind());
     }
     Core::CoreApplication::Exit();
+}
+
+void App::OnBackgroundActivated(BackgroundActivatedEventArgs const& args)
+{
+    shellLog.Info(L"Inside OnBackgroundActivated");
+    auto const task = args.TaskInstance();
+    if (task.TriggerDetails().try_as<AppServiceTriggerDetails>())
+    {
+        shellLog.Info(L"App service connection request received");
+        winrt::make_self<NotificationAppService>()->ServiceNewConnection(args);
+        return;
+    }
+    RunTriggerTask(task);
+}
+
+void App::RunTriggerTask(IBackgroundTaskInstance const& task)
+{
+    auto const deferral = task.GetDeferral();
+    shellLog.Info(L"Deferal to complete background task");
+    if (task.Task().Name() == timerTaskName)
+    {
+        shellLog.Info(L"Timer task bkg thread invocation");
+        shellLog.Info(L"Going to launch full trust app for timer background task invocation");
+        FinishLaunch(get_strong(), LaunchDesktopComponent(L"CURIUpdated"), deferral);
+    }
+    else if (task.Task().Name() == pushTaskName)
+    {
+        shellLog.Info(L"Notification bkg thread invocation");
+        shellLog.Info(L"Going to launch full trust app for new notification invocation ");
+        FinishLaunch(get_strong(), LaunchDesktopComponent(L"NotificationReceived"), deferral);
+    }
+    // Any other task: nobody completes its deferral, and the platform ends it in time.
 }
 
 void App::OnSuspending(IInspectable const&, SuspendingEventArgs const&) {}

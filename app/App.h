@@ -1,5 +1,6 @@
 #pragma once
 #include <winrt/Windows.ApplicationModel.Activation.h>
+#include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.ApplicationModel.h>
 #include <winrt/Windows.UI.Xaml.h>
 
@@ -21,9 +22,17 @@ struct App : winrt::Windows::UI::Xaml::ApplicationT<App>
     // Any other foreground activation: ends the app.
     void OnActivated(winrt::Windows::ApplicationModel::Activation::IActivatedEventArgs const& args);
 
+    // A background activation: a connection of the desktop helper goes to NotificationAppService; one of the app's two
+    // trigger tasks starts the desktop component and is completed when that has been started. Ends nothing: the
+    // platform ends the process when it is not needed any more.
+    void OnBackgroundActivated(winrt::Windows::ApplicationModel::Activation::BackgroundActivatedEventArgs const& args);
+
     // There is nothing to save: the app ends by itself after each foreground activation.
     void OnSuspending(winrt::Windows::Foundation::IInspectable const& sender,
                       winrt::Windows::ApplicationModel::SuspendingEventArgs const& args);
+
+  private:
+    void RunTriggerTask(winrt::Windows::ApplicationModel::Background::IBackgroundTaskInstance const& task);
 };
 
 } // namespace VelmoNotificationClient

@@ -1,3 +1,3 @@
 #include "service/AppLogHook.h"
 
-AppLogFunction g_appLogHook = nullptr;
+zant::LogFunction g_appLogHook = nullptr;

@@ -28,16 +28,31 @@ ProcessRequest RequestFor(Package const& package, Device const& device)
              {L"TMP", temporary}}};
 }
 
+bool IsForeground(Activation const& activation)
+{
+    return activation.kind == ActivationKind::Launch || activation.kind == ActivationKind::Protocol;
+}
+
+std::wstring EndOf(bool isTerminated, bool announcedExit)
+{
+    if (isTerminated)
+    {
+        return L"app-terminated";
+    }
+    return announcedExit ? L"app-exited" : L"app-crashed";
+}
+
 } // namespace
 
-AppHost::AppHost(Device const& device, Journal& journal, ProcessStarter& processes, std::mutex& mutex)
-    : m_device(device), m_journal(journal), m_processes(processes), m_mutex(mutex)
+AppHost::AppHost(Device const& device, Journal& journal, ProcessStarter& processes, std::mutex& mutex, Lost lost)
+    : m_device(device), m_journal(journal), m_processes(processes), m_mutex(mutex), m_lost(std::move(lost))
 {
 }
 
-void AppHost::Activate(Package const& package, ActivationKind kind, std::wstring argument)
+void AppHost::Activate(Package const& package, ActivationKind kind, std::wstring argument,
+                       std::vector<std::wstring> more)
 {
-    m_waiting.push_back({{std::to_wstring(++m_lastActivation), kind, std::move(argument)}});
+    m_waiting.push_back({{std::to_wstring(++m_lastActivation), kind, std::move(argument), std::move(more)}});
     m_process ? SendWaiting() : Start(package);
 }
 
@@ -53,24 +68,27 @@ void AppHost::Attach(std::shared_ptr<Peer> peer)
     SendWaiting();
 }
 
-void AppHost::Taken(Peer const& from, std::wstring const& activationId)
+std::optional<Activation> AppHost::Taken(Peer const& from, std::wstring const& activationId)
 {
-    auto const found = std::find_if(m_waiting.begin(), m_waiting.end(),
-                                    [&](auto const& waiting) { return waiting.activation.id == activationId; });
+    auto const found =
+        std::ranges::find_if(m_waiting, [&](auto const& waiting) { return waiting.activation.id == activationId; });
     if (!IsPeer(from) || found == m_waiting.end())
     {
-        return;
+        return std::nullopt;
     }
-    if (found->activation.kind == ActivationKind::Suspend)
+    auto activation = std::move(found->activation);
+    m_waiting.erase(found);
+    if (activation.kind == ActivationKind::Suspend)
     {
         m_journal.Add(L"suspending");
     }
     else
     {
         m_process->tookActivation = true;
-        m_journal.Add(L"activated", found->activation.Details());
+        m_process->wasInForeground |= IsForeground(activation);
+        m_journal.Add(L"activated", activation.Details());
     }
-    m_waiting.erase(found);
+    return activation;
 }
 
 void AppHost::ExitAnnounced(Peer const& from)
@@ -106,7 +124,23 @@ bool AppHost::IsPeer(Peer const& peer) const noexcept
 
 bool AppHost::IsRunning() const noexcept
 {
-    return m_process.has_value();
+    return m_process != nullptr;
+}
+
+bool AppHost::RunsInBackgroundOnly() const noexcept
+{
+    return m_process && m_process->peer && !m_process->announcedExit && !m_process->isTerminated &&
+           !m_process->wasInForeground &&
+           std::ranges::none_of(m_waiting, [](auto const& waiting) { return IsForeground(waiting.activation); });
+}
+
+void AppHost::Terminate()
+{
+    if (m_process)
+    {
+        m_process->isTerminated = true;
+        Kill();
+    }
 }
 
 void AppHost::Kill()
@@ -120,7 +154,7 @@ void AppHost::Kill()
 std::wstring AppHost::Status() const
 {
     auto text = m_process ? L"process " + std::to_wstring(m_process->id) : std::wstring(L"not running");
-    if (m_process && m_process->announcedExit)
+    if (m_process && (m_process->announcedExit || m_process->isTerminated))
     {
         text += L", ending";
     }
@@ -144,14 +178,14 @@ void AppHost::Start(Package const& package)
         LoseWaiting();
         throw Error(L"cannot start " + request.executable + L": " + SystemMessage(started.error));
     }
-    m_process.emplace(package, started.id);
+    m_process = std::make_unique<Process>(package, started.id);
     m_journal.Add(L"app-started",
                   {Detail(L"pid", std::to_wstring(started.id)), Detail(L"command", request.commandLine)});
 }
 
 void AppHost::SendWaiting()
 {
-    if (!m_process->peer || m_process->announcedExit)
+    if (!m_process->peer || m_process->announcedExit || m_process->isTerminated)
     {
         return;
     }
@@ -160,10 +194,7 @@ void AppHost::SendWaiting()
         if (!waiting.isSent)
         {
             waiting.isSent = true;
-            Message message = {L"activate"};
-            auto const words = waiting.activation.Words();
-            message.insert(message.end(), words.begin(), words.end());
-            m_process->peer->Send(message);
+            m_process->peer->Send(MakeMessage(L"activate", waiting.activation.Words()));
         }
     }
 }
@@ -181,19 +212,20 @@ void AppHost::ProcessEnded(unsigned long id, unsigned long exitCode)
 // while its end may be seen before them.
 void AppHost::FinishIfOver()
 {
-    if (!m_process->exitCode || m_process->peer)
+    auto const code = m_process->exitCode;
+    if (!code || m_process->peer)
     {
         return;
     }
-    auto const process = *std::exchange(m_process, std::nullopt);
-    m_journal.Add(process.announcedExit ? L"app-exited" : L"app-crashed",
-                  {Detail(L"pid", std::to_wstring(process.id)),
-                   Detail(L"code", *process.exitCode > 0xFFFF ? Hex(static_cast<std::uint32_t>(*process.exitCode))
-                                                              : std::to_wstring(*process.exitCode))});
+    auto const process = std::move(m_process);
+    m_journal.Add(EndOf(process->isTerminated, process->announcedExit),
+                  {Detail(L"pid", std::to_wstring(process->id)),
+                   Detail(L"code", *code > 0xFFFF ? Hex(static_cast<std::uint32_t>(*code)) : std::to_wstring(*code))});
     std::erase_if(m_waiting, [](auto const& w) { return w.activation.kind == ActivationKind::Suspend; });
-    if (!process.tookActivation)
+    if (!process->tookActivation)
     {
         LoseWaiting();
+        return; // what has come through that has been seen to already
     }
     if (m_waiting.empty())
     {
@@ -205,21 +237,23 @@ void AppHost::FinishIfOver()
     }
     try
     {
-        Start(process.package);
+        Start(process->package);
     }
     catch (Error const&)
     {
-        // In the journal already, and nobody waits for an answer here.
+        // Ignored: it is in the journal already, and nobody waits for an answer here.
     }
 }
 
 void AppHost::LoseWaiting()
 {
-    for (auto const& waiting : m_waiting)
+    auto const lost = std::move(m_waiting);
+    m_waiting.clear();
+    for (auto const& waiting : lost)
     {
         m_journal.Add(L"activation-lost", waiting.activation.Details());
+        m_lost(waiting.activation);
     }
-    m_waiting.clear();
 }
 
 } // namespace sim

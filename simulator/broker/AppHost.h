@@ -7,6 +7,7 @@
 #include "simulator/transport/Peer.h"
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -15,7 +16,7 @@ namespace sim
 {
 
 // The app's one process: started when there is an activation for it, given the activations in order, told apart when it
-// ends into one that announced its exit and one that crashed.
+// ends into one that announced its exit, one that the platform ended and one that crashed.
 //
 // An activation stays here until the process says that it takes it. One that comes while the process ends waits for the
 // next process. A process that ends before it took any activation is not started again for those it was to get: they
@@ -23,11 +24,15 @@ namespace sim
 class AppHost
 {
   public:
-    // mutex: the broker's. All members are called with it held; here it is taken when a process ends.
-    AppHost(Device const& device, Journal& journal, ProcessStarter& processes, std::mutex& mutex);
+    // Called, with the mutex held, for each activation that no process will take.
+    using Lost = std::function<void(Activation const&)>;
 
-    // Throws Error when the process does not start.
-    void Activate(Package const& package, ActivationKind kind, std::wstring argument);
+    // mutex: the broker's. All members are called with it held; here it is taken when a process ends.
+    AppHost(Device const& device, Journal& journal, ProcessStarter& processes, std::mutex& mutex, Lost lost);
+
+    // more: of a background activation. Throws Error when the process does not start; then it has been lost.
+    void Activate(Package const& package, ActivationKind kind, std::wstring argument,
+                  std::vector<std::wstring> more = {});
 
     // Whether this is the process that was started and has not connected yet.
     bool IsExpected(unsigned long processId) const noexcept;
@@ -35,7 +40,8 @@ class AppHost
     // The expected process has connected.
     void Attach(std::shared_ptr<Peer> peer);
 
-    void Taken(Peer const& from, std::wstring const& activationId);
+    // Gives the activation; nullopt for one that the process was not to take.
+    std::optional<Activation> Taken(Peer const& from, std::wstring const& activationId);
     void ExitAnnounced(Peer const& from);
     void PeerClosed(Peer const& from);
 
@@ -44,7 +50,15 @@ class AppHost
 
     bool IsPeer(Peer const& peer) const noexcept;
     bool IsRunning() const noexcept;
+
+    // Whether it runs, had nothing to do in the foreground and has not, and is not about to end.
+    bool RunsInBackgroundOnly() const noexcept;
+
+    // Ends it from outside, as Task Manager does.
     void Kill();
+
+    // Ends it as the platform does: not a crash. It gets nothing more.
+    void Terminate();
 
     // For people: whether it runs, and what waits.
     std::wstring Status() const;
@@ -52,14 +66,16 @@ class AppHost
   private:
     struct Process
     {
-        Process(Package const& itsPackage, unsigned long itsId) : package(itsPackage), id(itsId) {}
+        Process(Package itsPackage, unsigned long itsId) : package(std::move(itsPackage)), id(itsId) {}
 
         Package package;
         unsigned long id;
         bool hasConnected = false;
         std::shared_ptr<Peer> peer; // while its connection is open
         bool tookActivation = false;
+        bool wasInForeground = false;
         bool announcedExit = false;
+        bool isTerminated = false;             // by the platform
         std::optional<unsigned long> exitCode; // once it has ended
     };
 
@@ -79,7 +95,8 @@ class AppHost
     Journal& m_journal;
     ProcessStarter& m_processes;
     std::mutex& m_mutex;
-    std::optional<Process> m_process;
+    Lost m_lost;
+    std::unique_ptr<Process> m_process; // null: not running
     std::deque<Waiting> m_waiting;
     unsigned m_lastActivation = 0;
 };

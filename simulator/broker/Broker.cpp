@@ -2,11 +2,9 @@
 
 #include "simulator/model/Error.h"
 #include "simulator/model/Files.h"
-#include "simulator/model/KnownCalls.h"
 #include "simulator/model/Text.h"
 
 #include <algorithm>
-#include <windows.h>
 
 namespace sim
 {
@@ -19,28 +17,13 @@ std::vector<std::wstring> Rest(Message const& message, std::size_t from)
     return {message.begin() + static_cast<std::ptrdiff_t>(std::min(from, message.size())), message.end()};
 }
 
-Message FaultMessage(Fault const& fault)
-{
-    Message message = {L"fault"};
-    auto const words = fault.Words();
-    message.insert(message.end(), words.begin(), words.end());
-    return message;
-}
-
-std::wstring OnlyWord(std::vector<std::wstring> const& words, std::wstring const& what)
-{
-    if (words.size() != 1)
-    {
-        throw Error(L"give one " + what);
-    }
-    return words.front();
-}
-
 } // namespace
 
-Broker::Broker(Device const& device, std::unique_ptr<ProcessStarter> processes, std::function<void()> stop)
+Broker::Broker(Device const& device, std::unique_ptr<ProcessStarter> processes, std::function<void()> stop,
+               Limits limits)
     : m_device(device), m_journal((MakeFolder(device.Home()), device.JournalFile())), m_stop(std::move(stop)),
-      m_app(m_device, m_journal, *processes, m_mutex), m_desktop(m_device, m_journal, *processes, m_mutex),
+      m_app(m_device, m_journal, *processes, m_mutex, [this](Activation const& lost) { Lost(lost); }),
+      m_desktop(m_device, m_journal, *processes, m_mutex), m_services(m_device, OutsideOfServices(), limits, m_mutex),
       m_processes(std::move(processes))
 {
     m_journal.Listen([this](Event const& event) {
@@ -54,9 +37,13 @@ Broker::Broker(Device const& device, std::unique_ptr<ProcessStarter> processes, 
 
 void Broker::Received(std::shared_ptr<Peer> const& from, Message const& message)
 {
+    std::lock_guard const lock(m_mutex);
+    if (ReceivedForServices(from, message))
+    {
+        return;
+    }
     auto const& verb = message.front();
     auto const words = Rest(message, 1);
-    std::lock_guard const lock(m_mutex);
     if (ReceivedFromApp(from, verb, words))
     {
         return;
@@ -85,6 +72,7 @@ void Broker::Closed(std::shared_ptr<Peer> const& from)
 {
     std::lock_guard const lock(m_mutex);
     std::erase(m_followers, from);
+    m_services.Gone(*from, m_app.IsPeer(*from)); // first: what it was to get goes to the next process
     m_app.PeerClosed(*from);
 }
 
@@ -95,12 +83,61 @@ void Broker::EndProcesses()
     m_desktop.KillAll();
 }
 
+Outside Broker::OutsideOfServices()
+{
+    return {.activate = [this](ActivationKind kind, Words more) { Activate(kind, std::move(more)); },
+            .endApp = [this] { m_app.Terminate(); },
+            .report = [this](std::wstring kind, Words details) { m_journal.Add(std::move(kind), std::move(details)); },
+            .familyName = [this] { return m_package ? m_package->FamilyName() : std::wstring(); },
+            .declaresAppService =
+                [this](std::wstring_view name) { return m_package && m_package->manifest.DeclaresAppService(name); },
+            .runsInBackgroundOnly = [this] { return m_app.RunsInBackgroundOnly(); },
+            .isApp = [this](Peer const& peer) { return m_app.IsPeer(peer); }};
+}
+
+void Broker::Activate(ActivationKind kind, Words more)
+try
+{
+    m_app.Activate(NeedPackage(), kind, L"", std::move(more));
+}
+catch (Error const&)
+{
+    // Ignored: it is in the journal, and the services have heard that the activation is lost.
+}
+
+void Broker::Lost(Activation const& activation)
+{
+    if (!activation.more.empty())
+    {
+        m_services.Lost(activation.more.front());
+    }
+}
+
+// False when it is nothing for the services.
+bool Broker::ReceivedForServices(std::shared_ptr<Peer> const& from, Message const& message)
+{
+    if (message.front() == L"ask" && message.size() > 2)
+    {
+        m_services.Ask(from, Rest(message, 2), [from, id = message[1]](Message answer) {
+            answer.insert(answer.begin(), {L"answer", id});
+            from->Send(answer);
+        });
+        return true;
+    }
+    if (message.front() == L"tell" && message.size() > 1)
+    {
+        m_services.Tell(from, Rest(message, 1));
+        return true;
+    }
+    return false;
+}
+
 // False when it is nothing that an app says.
 bool Broker::ReceivedFromApp(std::shared_ptr<Peer> const& from, std::wstring const& verb, Words const& words)
 {
     if (verb == L"hello-app")
     {
-        Welcome(from, words);
+        WelcomeApp(from, words);
         return true;
     }
     if (!m_app.IsPeer(*from))
@@ -109,7 +146,7 @@ bool Broker::ReceivedFromApp(std::shared_ptr<Peer> const& from, std::wstring con
     }
     if (verb == L"taken" && words.size() == 1)
     {
-        m_app.Taken(*from, words[0]);
+        Taken(from, words[0]);
     }
     else if (verb == L"launch-desktop" && words.size() >= 2)
     {
@@ -121,7 +158,7 @@ bool Broker::ReceivedFromApp(std::shared_ptr<Peer> const& from, std::wstring con
     }
     else if (verb == L"fault-used" && words.size() == 1)
     {
-        if (auto const fault = m_faults.Take(words[0]))
+        if (auto const fault = m_faults.Use(words[0]))
         {
             m_journal.Add(L"fault", fault->Details());
         }
@@ -133,7 +170,7 @@ bool Broker::ReceivedFromApp(std::shared_ptr<Peer> const& from, std::wstring con
     return true;
 }
 
-void Broker::Welcome(std::shared_ptr<Peer> const& from, Words const& words)
+void Broker::WelcomeApp(std::shared_ptr<Peer> const& from, Words const& words)
 {
     auto const id = words.size() == 1 ? ParseNumber(words[0]) : std::nullopt;
     if (!id || !m_app.IsExpected(*id))
@@ -143,10 +180,19 @@ void Broker::Welcome(std::shared_ptr<Peer> const& from, Words const& words)
     }
     for (auto const& fault : m_faults.All())
     {
-        from->Send(FaultMessage(fault));
+        from->Send(MakeMessage(L"fault", fault.Words()));
     }
-    from->Send({L"welcome"});
+    from->Send({L"welcome", NeedPackage().FamilyName()});
     m_app.Attach(from); // sends the first activations: they find the faults in force
+}
+
+void Broker::Taken(std::shared_ptr<Peer> const& from, std::wstring const& activationId)
+{
+    auto const activation = m_app.Taken(*from, activationId);
+    if (activation && !activation->more.empty())
+    {
+        m_services.Taken(from, activation->more.front());
+    }
 }
 
 void Broker::LaunchDesktop(Peer& from, Words const& words)
@@ -165,130 +211,6 @@ void Broker::LaunchDesktop(Peer& from, Words const& words)
     from.Send({L"launched", words[0], Hex(static_cast<std::uint32_t>(result))});
 }
 
-std::wstring Broker::Answer(std::wstring const& verb, Words const& words)
-{
-    if (verb == L"register")
-    {
-        return Register(words);
-    }
-    if (verb == L"unregister")
-    {
-        return Unregister();
-    }
-    if (verb == L"launch")
-    {
-        return Launch(words);
-    }
-    if (verb == L"protocol")
-    {
-        return Protocol(words);
-    }
-    if (verb == L"suspend" || verb == L"kill")
-    {
-        if (!m_app.IsRunning())
-        {
-            throw Error(L"the app is not running");
-        }
-        verb == L"kill" ? m_app.Kill() : m_app.Activate(NeedPackage(), ActivationKind::Suspend, L"");
-        return L"";
-    }
-    if (verb == L"fault")
-    {
-        return SetFault(words);
-    }
-    if (verb == L"status")
-    {
-        return Status();
-    }
-    if (verb == L"process")
-    {
-        return std::to_wstring(GetCurrentProcessId());
-    }
-    throw Error(L"the broker knows no " + verb);
-}
-
-std::wstring Broker::Register(Words const& words)
-{
-    auto package = OpenPackage(OnlyWord(words, L"folder with the package's files"));
-    NeedNoApp();
-    WriteBytes(m_device.RegistrationFile(), ToUtf8(package.folder));
-    m_package = std::move(package);
-    m_journal.Add(L"package-registered",
-                  {Detail(L"family", m_package->FamilyName()), Detail(L"version", m_package->manifest.version)});
-    return m_package->FamilyName();
-}
-
-// As on the platform, the app's data go with it.
-std::wstring Broker::Unregister()
-{
-    auto const family = NeedPackage().FamilyName();
-    NeedNoApp();
-    Remove(m_device.RegistrationFile());
-    Remove(m_device.PackageDataFolder(family));
-    m_package.reset();
-    m_journal.Add(L"package-unregistered", {Detail(L"family", family)});
-    return family;
-}
-
-std::wstring Broker::Launch(Words const& words)
-{
-    m_app.Activate(NeedPackage(), ActivationKind::Launch, words.empty() ? L"" : OnlyWord(words, L"text of arguments"));
-    return m_app.Status();
-}
-
-std::wstring Broker::Protocol(Words const& words)
-{
-    auto const& package = NeedPackage();
-    auto const uri = OnlyWord(words, L"URI");
-    auto const scheme = uri.substr(0, uri.find(L':'));
-    auto const& declared = package.manifest.protocols;
-    if (scheme.size() == uri.size() ||
-        std::none_of(declared.begin(), declared.end(), [&](auto const& p) { return EqualIgnoringCase(p, scheme); }))
-    {
-        std::wstring known;
-        for (auto const& protocol : declared)
-        {
-            known += L" " + protocol + L":";
-        }
-        throw Error(uri + L" is for none of the protocols that the package declares:" +
-                    (known.empty() ? L" it declares none" : known));
-    }
-    m_app.Activate(package, ActivationKind::Protocol, uri);
-    return m_app.Status();
-}
-
-std::wstring Broker::SetFault(Words const& words)
-{
-    if (words.size() == 1 && words[0] == L"clear")
-    {
-        m_faults.Clear();
-        m_app.Send({L"faults-clear"});
-        return L"";
-    }
-    auto const fault = ParseFault(words);
-    m_faults.Set(fault);
-    m_app.Send(FaultMessage(fault));
-    return L"";
-}
-
-std::wstring Broker::Status() const
-{
-    auto text = L"device    " + m_device.Home() + L"\npackage   ";
-    text += m_package ? m_package->FamilyName() + L" " + m_package->manifest.version + L" in " + m_package->folder
-                      : L"none registered";
-    text += L"\napp       " + m_app.Status();
-    text += L"\ndesktop   processes running: " + std::to_wstring(m_desktop.RunningCount());
-    for (auto const& fault : m_faults.All())
-    {
-        text += L"\nfault    ";
-        for (auto const& word : fault.Words())
-        {
-            text += L" " + word;
-        }
-    }
-    return text;
-}
-
 void Broker::Follow(std::shared_ptr<Peer> const& from)
 {
     for (auto const& event : ReadJournal(m_device.JournalFile()))
@@ -304,7 +226,7 @@ try
 {
     if (FileExists(m_device.RegistrationFile()))
     {
-        m_package = OpenPackage(FromUtf8(ReadBytes(m_device.RegistrationFile())));
+        m_package = RegisteredPackage(m_device);
     }
 }
 catch (Error const& error)
@@ -319,14 +241,6 @@ Package const& Broker::NeedPackage() const
         throw Error(L"no package is registered: sim register FOLDER comes first");
     }
     return *m_package;
-}
-
-void Broker::NeedNoApp() const
-{
-    if (m_app.IsRunning())
-    {
-        throw Error(L"the app is running; wait for its end, or end it with sim kill");
-    }
 }
 
 } // namespace sim

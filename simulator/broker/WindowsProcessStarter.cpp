@@ -39,7 +39,7 @@ std::wstring EnvironmentBlock(ProcessRequest const& request)
         variables.push_back(start + value);
     }
     // Windows searches the block as sorted.
-    std::sort(variables.begin(), variables.end(), [](auto const& left, auto const& right) {
+    std::ranges::sort(variables, [](auto const& left, auto const& right) {
         return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_LESS_THAN;
     });
     std::wstring block;

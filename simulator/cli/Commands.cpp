@@ -12,7 +12,10 @@
 #include "simulator/model/FolderWatch.h"
 #include "simulator/model/Journal.h"
 #include "simulator/model/Package.h"
+#include "simulator/model/SetText.h"
+#include "simulator/model/SettingsFile.h"
 #include "simulator/scenario/Player.h"
+#include "simulator/services/CancellationReason.h"
 
 #include <algorithm>
 
@@ -31,13 +34,6 @@ int Ask(Message const& request)
         WriteLine(answer);
     }
     return 0;
-}
-
-Message WithVerb(std::wstring const& verb, Words const& words)
-{
-    Message message = {verb};
-    message.insert(message.end(), words.begin(), words.end());
-    return message;
 }
 
 int Install(Words const&)
@@ -60,12 +56,12 @@ int Unregister(Words const&)
 
 int Launch(Words const& words)
 {
-    return Ask(WithVerb(L"launch", words));
+    return Ask(MakeMessage(L"launch", words));
 }
 
 int Protocol(Words const& words)
 {
-    return Ask(WithVerb(L"protocol", words));
+    return Ask(MakeMessage(L"protocol", words));
 }
 
 int Suspend(Words const&)
@@ -76,6 +72,47 @@ int Suspend(Words const&)
 int Kill(Words const&)
 {
     return Ask({L"kill"});
+}
+
+int Push(Words const& words)
+{
+    return Ask(MakeMessage(L"push", words));
+}
+
+int Clock(Words const& words)
+{
+    return Ask(MakeMessage(L"clock", words));
+}
+
+int RevokeChannel(Words const&)
+{
+    return Ask({L"revoke-channel"});
+}
+
+int CancelTasks(Words const& words)
+{
+    if (!CancellationReason::Parse(words[0]))
+    {
+        throw WrongCall(L"there is no reason " + words[0] + L"; the platform knows " + CancellationReason::Names());
+    }
+    return Ask(MakeMessage(L"cancel-tasks", words));
+}
+
+int Tasks(Words const&)
+{
+    return Ask({L"tasks"});
+}
+
+int Settings(Words const&)
+{
+    auto const device = Device::FromEnvironment();
+    auto const family = RegisteredPackage(device).FamilyName();
+    auto const set = ReadSettings(SettingsFileIn(device.PackageDataFolder(family)));
+    for (auto const& entry : ParseSet(set))
+    {
+        WriteLine(std::wstring(entry.name) + L" (" + std::wstring(entry.type) + L"): " + std::wstring(entry.value));
+    }
+    return 0;
 }
 
 int Status(Words const&)
@@ -96,7 +133,7 @@ int SetFault(Words const& words)
             throw WrongCall(error.Message());
         }
     }
-    return Ask(WithVerb(L"fault", words));
+    return Ask(MakeMessage(L"fault", words));
 }
 
 bool WantsToFollow(Words const& words)
@@ -196,7 +233,7 @@ std::wstring Usage(Command const& command)
 Command const& Find(std::wstring const& name)
 {
     auto const commands = Commands();
-    auto const found = std::find_if(commands.begin(), commands.end(), [&](auto const& c) { return c.name == name; });
+    auto const found = std::ranges::find(commands, name, &Command::name);
     if (found == commands.end())
     {
         throw WrongCall(L"there is no command " + name + L"; sim help lists them");
@@ -240,18 +277,34 @@ constexpr Command commands[] = {
     {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, Protocol},
     {L"suspend", L"", L"the system suspends the app: its Suspending event is raised", L"", 0, 0, Suspend},
     {L"kill", L"", L"ends the app's process from outside, as Task Manager does", L"", 0, 0, Kill},
+    {L"push", L"[PAYLOAD]", L"a raw notification is sent to the app's channel",
+     L"  The payload is under 5 KB. It is lost without an open channel, or without a task that a push triggers.", 0, 1,
+     Push},
+    {L"clock", L"[+TIME]", L"shows the device's clock, or puts it forward",
+     L"  +15m, +24h or +30d. Timers that become due run, each once; a channel that becomes too old expires.", 0, 1,
+     Clock},
+    {L"revoke-channel", L"", L"ends the app's push channel before its time", L"", 0, 0, RevokeChannel},
+    {L"tasks", L"", L"the registered background tasks, and those that run", L"", 0, 0, Tasks},
+    {L"cancel-tasks", L"REASON", L"cancels the background tasks that run",
+     L"  REASON: Abort, Terminating, LoggingOff, ServicingUpdate, IdleTask, Uninstall, ConditionLoss, SystemPolicy,\n"
+     L"  QuietHoursEntered, ExecutionTimeExceeded, ResourceRevocation or EnergySaver.",
+     1, 1, CancelTasks},
+    {L"settings", L"", L"the app's local settings, decoded", L"", 0, 0, Settings},
     {L"status", L"", L"what the device has registered and running, and the faults in force", L"", 0, 0, Status},
     {L"log", L"[--follow]", L"the app's log file, decoded", L"  With --follow it stays and shows what comes.", 0, 1,
      Log},
     {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it stays and shows what comes.", 0, 1,
      Events},
-    {L"fault", L"CALL KIND [NUMBER] [TIMES] | clear", L"makes a call of the platform fail",
+    {L"fault", L"CALL KIND [NUMBER] [TIMES] [after CALLS] | clear", L"makes a call of the platform fail",
      L"  now RESULT         the call fails with the result code\n"
      L"  completion RESULT  its asynchronous operation fails with the result code\n"
+     L"  cancelled          its asynchronous operation ends as cancelled\n"
+     L"  status NUMBER      its asynchronous operation completes with the status, and does nothing\n"
      L"  never              its asynchronous operation never ends\n"
      L"  null               it succeeds and hands out null\n"
      L"  delay MS           its asynchronous operation ends that many milliseconds later\n"
-     L"  TIMES: how many calls it strikes; without it all. fault clear takes all faults away.\n"
+     L"  TIMES: how many calls it strikes; without it all. CALLS: how many go well before. fault clear takes all\n"
+     L"  faults away.\n"
      L"  A class name alone (CoreApplication) stands for getting the class. A wrong name lists the known calls.\n"
      L"  Example: sim fault FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync completion 0x80070005 1",
      1, any, SetFault},

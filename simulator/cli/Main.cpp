@@ -9,6 +9,6 @@ int main()
     int count = 0;
     auto* const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
     sim::Words const words(arguments + 1, arguments + count);
-    LocalFree(arguments);
+    LocalFree(static_cast<void*>(arguments));
     return sim::RunCommand(words);
 }

@@ -61,11 +61,15 @@ std::unique_ptr<BrokerClient> BrokerClient::Connect(Device const& device)
 std::unique_ptr<BrokerClient> BrokerClient::ConnectToRunning(Device const& device)
 {
     auto pipe = ConnectPipe(device.PipeName());
-    return pipe ? std::make_unique<BrokerClient>(std::move(pipe)) : nullptr;
+    if (!pipe)
+    {
+        return nullptr;
+    }
+    return std::make_unique<BrokerClient>(std::move(pipe));
 }
 
 BrokerClient::BrokerClient(Handle pipe)
-    : m_inbox(std::make_shared<Inbox>()), m_channel(PipeChannel::Open(std::move(pipe)))
+    : m_inbox(std::make_shared<Inbox<Message>>()), m_channel(PipeChannel::Open(std::move(pipe)))
 {
     m_channel->Start(
         {[inbox = m_inbox](Message message) { inbox->Add(std::move(message)); }, [inbox = m_inbox] { inbox->End(); }});

@@ -45,7 +45,7 @@ class BrokerClient
   private:
     void Sort(Message message);
 
-    std::shared_ptr<Inbox> m_inbox; // shared with the channel's handlers
+    std::shared_ptr<Inbox<Message>> m_inbox; // shared with the channel's handlers
     std::shared_ptr<PipeChannel> m_channel;
     std::deque<Message> m_answers;
     std::deque<Event> m_events;

@@ -1,6 +1,5 @@
 #pragma once
 #include "simulator/model/Handle.h"
-#include "simulator/transport/Message.h"
 
 #include <deque>
 #include <mutex>
@@ -9,28 +8,57 @@
 namespace sim
 {
 
-// Messages from other threads, waiting to be taken by one.
+// What comes from other threads, waiting to be taken by one.
+template <typename Item>
 class Inbox
 {
   public:
-    Inbox();
+    Inbox() : m_arrived(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
 
-    void Add(Message message);
+    void Add(Item item)
+    {
+        std::lock_guard const lock(m_mutex);
+        m_items.push_back(std::move(item));
+        SetEvent(m_arrived.Get());
+    }
 
     // No more will come.
-    void End();
+    void End()
+    {
+        std::lock_guard const lock(m_mutex);
+        m_hasEnded = true;
+        SetEvent(m_arrived.Get());
+    }
 
-    // Signalled while there is a message, or for ever once the end has come.
+    // Signalled while there is an item, or for ever once the end has come.
     HANDLE Arrived() const noexcept { return m_arrived.Get(); }
 
-    std::optional<Message> Take();
+    std::optional<Item> Take()
+    {
+        std::lock_guard const lock(m_mutex);
+        if (m_items.empty())
+        {
+            return std::nullopt;
+        }
+        std::optional<Item> item = std::move(m_items.front());
+        m_items.pop_front();
+        if (m_items.empty() && !m_hasEnded)
+        {
+            ResetEvent(m_arrived.Get());
+        }
+        return item;
+    }
 
-    bool HasEnded() const;
+    bool HasEnded() const
+    {
+        std::lock_guard const lock(m_mutex);
+        return m_hasEnded && m_items.empty();
+    }
 
   private:
     Handle m_arrived;
     mutable std::mutex m_mutex;
-    std::deque<Message> m_messages;
+    std::deque<Item> m_items;
     bool m_hasEnded = false;
 };
 

@@ -1,6 +1,5 @@
 #include "simulator/log/LogFile.h"
 
-#include "simulator/model/Error.h"
 #include "simulator/model/Files.h"
 #include "simulator/model/Package.h"
 #include "simulator/model/Text.h"
@@ -21,12 +20,7 @@ LogFile::LogFile(std::wstring path) : m_path(std::move(path)) {}
 
 std::wstring LogFile::PathOn(Device const& device)
 {
-    if (!FileExists(device.RegistrationFile()))
-    {
-        throw Error(L"no package is registered, so there is no log: sim register FOLDER comes first");
-    }
-    auto const package = OpenPackage(FromUtf8(ReadBytes(device.RegistrationFile())));
-    return device.AppTemporaryFolder(package.FamilyName()) + L"\\Tessaline\\HOV\\KZEB.log";
+    return device.AppTemporaryFolder(RegisteredPackage(device).FamilyName()) + L"\\Tessaline\\HOV\\KZEB.log";
 }
 
 std::vector<std::wstring> LogFile::NewLines()
@@ -51,12 +45,12 @@ std::vector<std::wstring> LogFile::NewLines()
     }
     m_position += units * sizeof(wchar_t);
     text.insert(0, m_rest);
-    std::size_t start = 0;
-    for (std::size_t end; (end = text.find(L"\r\n", start)) != std::wstring::npos; start = end + 2)
+    std::wstring_view rest = text;
+    while (auto const line = TakeLine(rest))
     {
-        lines.push_back(text.substr(start, end - start));
+        lines.emplace_back(*line);
     }
-    m_rest = text.substr(start);
+    m_rest = rest;
     return lines;
 }
 

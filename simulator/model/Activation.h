@@ -8,9 +8,11 @@ namespace sim
 
 enum class ActivationKind
 {
-    Launch,   // by the user; argument: the launch arguments
-    Protocol, // argument: the URI
-    Suspend,  // no activation: the system suspends the app, in order with its activations
+    Launch,         // by the user; argument: the launch arguments
+    Protocol,       // argument: the URI
+    Suspend,        // no activation: the system suspends the app, in order with its activations
+    AppService,     // more: INSTANCE CONNECTION NAME CALLERFAMILY; CALLERFAMILY is empty for an unpackaged caller
+    BackgroundTask, // more: INSTANCE TASKID NAME TRIGGER PAYLOAD; TRIGGER is push or timer, PAYLOAD a push's content
 };
 
 // What the platform has for an app, in the order in which the app gets it.
@@ -19,6 +21,7 @@ struct Activation
     std::wstring id; // of the device, so that its processes can say which one they took
     ActivationKind kind = ActivationKind::Launch;
     std::wstring argument;
+    std::vector<std::wstring> more = {}; // of a background activation; it has no argument
 
     // kind=… and what it carries, for the journal.
     std::vector<std::wstring> Details() const;

@@ -30,6 +30,11 @@ class Device
     // The folder of the registered package, as text.
     std::wstring RegistrationFile() const { return m_home + L"\\package.txt"; }
 
+    // What the services keep: see simulator/services.
+    std::wstring TasksFile() const { return m_home + L"\\tasks.txt"; }
+    std::wstring ChannelFile() const { return m_home + L"\\channel.txt"; }
+    std::wstring ClockFile() const { return m_home + L"\\clock.txt"; }
+
     // An app's data; its container's own temporary folder, as GetTempPathW gives it inside.
     std::wstring PackageDataFolder(std::wstring const& familyName) const
     {

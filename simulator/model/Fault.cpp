@@ -4,6 +4,7 @@
 #include "simulator/model/KnownCalls.h"
 #include "simulator/model/Text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace sim
@@ -19,12 +20,17 @@ struct KindName
     std::wstring_view valueName; // empty: the kind takes none
 };
 
+constexpr wchar_t allKinds[] = L"now, completion, never, null, delay, cancelled or status";
+constexpr wchar_t afterWord[] = L"after";
+
 constexpr std::array kindNames = {
     KindName{FaultKind::Now, L"now", L"result"},
     KindName{FaultKind::Completion, L"completion", L"result"},
     KindName{FaultKind::Never, L"never", L""},
     KindName{FaultKind::Null, L"null", L""},
     KindName{FaultKind::Delay, L"delay", L"milliseconds"},
+    KindName{FaultKind::Cancelled, L"cancelled", L""},
+    KindName{FaultKind::Status, L"status", L"status"},
 };
 
 KindName const& NameOf(FaultKind kind)
@@ -34,7 +40,8 @@ KindName const& NameOf(FaultKind kind)
 
 std::wstring ValueText(Fault const& fault)
 {
-    return fault.kind == FaultKind::Delay ? std::to_wstring(fault.value) : Hex(fault.value);
+    auto const isCount = fault.kind == FaultKind::Delay || fault.kind == FaultKind::Status;
+    return isCount ? std::to_wstring(fault.value) : Hex(fault.value);
 }
 
 KnownCall const& FindCall(std::wstring const& name)
@@ -51,36 +58,70 @@ KnownCall const& FindCall(std::wstring const& name)
     throw Error(L"there is no call " + name + L". These can be made to fail:" + known);
 }
 
-KindName const& FindKind(std::wstring const& word, KnownCall const& call)
+KindName const& FindKind(std::wstring const& word)
 {
-    for (auto const& kind : kindNames)
-    {
-        if (kind.name != word)
-        {
-            continue;
-        }
-        auto const name = std::wstring(call.name);
-        if (kind.kind == FaultKind::Null && !call.canBeNull)
-        {
-            throw Error(name + L" hands out nothing that could be null; use now");
-        }
-        if (kind.kind != FaultKind::Now && kind.kind != FaultKind::Null && !call.isAsynchronous)
-        {
-            throw Error(name + L" is not asynchronous: it has no completion; use now");
-        }
-        return kind;
-    }
-    throw Error(L"there is no fault " + word + L"; use now, completion, never, null or delay");
+    auto const* const found = std::ranges::find(kindNames, word, &KindName::name);
+    return found != kindNames.end() ? *found : throw Error(L"there is no fault " + word + L"; use " + allKinds);
 }
 
-std::uint32_t NumberFrom(std::wstring const& word, std::wstring_view what)
+void CheckKind(FaultKind kind, KnownCall const& call)
 {
-    auto const number = ParseNumber(word);
-    if (!number)
+    auto const name = std::wstring(call.name);
+    auto const isAsynchronous = call.gives == Gives::Operation || call.gives == Gives::StatusOperation;
+    if (kind == FaultKind::Null && call.gives == Gives::NoObject)
     {
-        throw Error(word + L" is no number (" + std::wstring(what) + L")");
+        throw Error(name + L" hands out nothing that could be null; use now");
     }
-    return *number;
+    if (kind != FaultKind::Now && kind != FaultKind::Null && !isAsynchronous)
+    {
+        throw Error(name + L" is not asynchronous: it has no completion; use now");
+    }
+    if (kind == FaultKind::Status && call.gives != Gives::StatusOperation)
+    {
+        throw Error(name + L" completes with no status; use completion");
+    }
+}
+
+// Takes the words of a fault one by one.
+class WordReader
+{
+  public:
+    explicit WordReader(std::vector<std::wstring> const& words) : m_words(words) {}
+
+    bool AtEnd() const { return m_next == m_words.size(); }
+
+    std::wstring const& Peek() const { return m_words[m_next]; }
+
+    std::wstring const& Take() { return m_words[m_next++]; }
+
+    // what: the number's name.
+    std::uint32_t TakeNumber(std::wstring_view owner, std::wstring_view what)
+    {
+        if (AtEnd())
+        {
+            throw Error(std::wstring(owner) + L" needs a number: " + std::wstring(what));
+        }
+        auto const& word = Take();
+        auto const number = ParseNumber(word);
+        return number ? *number : throw Error(word + L" is no number (" + std::wstring(what) + L")");
+    }
+
+  private:
+    std::vector<std::wstring> const& m_words;
+    std::size_t m_next = 0;
+};
+
+void CheckValue(Fault const& fault, std::wstring const& word)
+{
+    auto const isResult = fault.kind == FaultKind::Now || fault.kind == FaultKind::Completion;
+    if (isResult && fault.Result() >= 0)
+    {
+        throw Error(word + L" is no failing result code (they begin with 0x8)");
+    }
+    if (fault.kind == FaultKind::Status && fault.value == 0)
+    {
+        throw Error(L"the status 0 is success");
+    }
 }
 
 } // namespace
@@ -97,6 +138,10 @@ std::vector<std::wstring> Fault::Details() const
     {
         details.push_back(L"times=" + std::to_wstring(times));
     }
+    if (after != 0)
+    {
+        details.push_back(L"after=" + std::to_wstring(after));
+    }
     return details;
 }
 
@@ -112,6 +157,10 @@ std::vector<std::wstring> Fault::Words() const
     {
         words.push_back(std::to_wstring(times));
     }
+    if (after != 0)
+    {
+        words.insert(words.end(), {afterWord, std::to_wstring(after)});
+    }
     return words;
 }
 
@@ -119,33 +168,33 @@ Fault ParseFault(std::vector<std::wstring> const& words)
 {
     if (words.size() < 2)
     {
-        throw Error(
-            L"name a call and how it fails: CALL now|completion|never|null|delay [RESULT|MILLISECONDS] [TIMES]");
+        throw Error(L"name a call and how it fails: CALL " + std::wstring(allKinds) +
+                    L" [RESULT|MILLISECONDS|STATUS] [TIMES] [after CALLS]");
     }
+    WordReader rest(words);
     Fault fault;
-    auto const& kind = FindKind(words[1], FindCall(words[0]));
-    fault.call = words[0];
+    fault.call = rest.Take();
+    auto const& call = FindCall(fault.call);
+    auto const& kind = FindKind(rest.Take());
+    CheckKind(kind.kind, call);
     fault.kind = kind.kind;
-    std::size_t next = 2;
     if (!kind.valueName.empty())
     {
-        if (words.size() <= next)
-        {
-            throw Error(std::wstring(kind.name) + L" needs a number: " + std::wstring(kind.valueName));
-        }
-        fault.value = NumberFrom(words[next++], kind.valueName);
-        if (kind.kind != FaultKind::Delay && fault.Result() >= 0)
-        {
-            throw Error(words[2] + L" is no failing result code (they begin with 0x8)");
-        }
+        fault.value = rest.TakeNumber(kind.name, kind.valueName);
+        CheckValue(fault, words[2]);
     }
-    if (words.size() > next)
+    if (!rest.AtEnd() && rest.Peek() != afterWord)
     {
-        fault.times = NumberFrom(words[next++], L"how many times");
+        fault.times = rest.TakeNumber(kind.name, L"how many times");
     }
-    if (words.size() > next)
+    if (!rest.AtEnd() && rest.Peek() == afterWord)
     {
-        throw Error(L"what is meant by " + words[next] + L" after the fault?");
+        rest.Take();
+        fault.after = rest.TakeNumber(afterWord, L"how many calls before it");
+    }
+    if (!rest.AtEnd())
+    {
+        throw Error(L"what is meant by " + rest.Take() + L" after the fault?");
     }
     return fault;
 }

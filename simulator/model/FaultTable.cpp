@@ -21,16 +21,39 @@ void FaultTable::Clear() noexcept
 
 std::optional<Fault> FaultTable::Take(std::wstring_view call)
 {
-    auto const found =
-        std::find_if(m_faults.begin(), m_faults.end(), [&](auto const& fault) { return fault.call == call; });
-    if (found == m_faults.end())
+    auto const found = std::ranges::find(m_faults, call, &Fault::call);
+    if (found != m_faults.end() && found->after > 0)
+    {
+        --found->after;
+        return std::nullopt;
+    }
+    return Take(found);
+}
+
+std::optional<Fault> FaultTable::Use(std::wstring_view call)
+{
+    auto const found = std::ranges::find(m_faults, call, &Fault::call);
+    if (found != m_faults.end())
+    {
+        found->after = 0;
+    }
+    return Take(found);
+}
+
+std::optional<Fault> FaultTable::Take(std::vector<Fault>::iterator fault)
+{
+    if (fault == m_faults.end())
     {
         return std::nullopt;
     }
-    auto const taken = *found;
-    if (found->times != Fault::always && --found->times == 0)
+    auto taken = *fault;
+    if (fault->times != Fault::always)
     {
-        m_faults.erase(found);
+        --fault->times;
+    }
+    if (fault->times == 0)
+    {
+        m_faults.erase(fault);
     }
     return taken;
 }

@@ -17,12 +17,17 @@ class FaultTable
 
     void Clear() noexcept;
 
-    // The fault that strikes this call, which uses it up by one.
+    // The fault that strikes this call, which uses it up by one; a call that it lets pass counts, too.
     std::optional<Fault> Take(std::wstring_view call);
+
+    // Another table's copy of the fault has struck, after the calls that it lets pass: uses this one up by one.
+    std::optional<Fault> Use(std::wstring_view call);
 
     std::vector<Fault> const& All() const noexcept { return m_faults; }
 
   private:
+    std::optional<Fault> Take(std::vector<Fault>::iterator fault);
+
     std::vector<Fault> m_faults;
 };
 

@@ -28,7 +28,7 @@ std::vector<WIN32_FIND_DATAW> Entries(std::wstring const& folder)
 {
     std::vector<WIN32_FIND_DATAW> entries;
     WIN32_FIND_DATAW found;
-    auto const search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+    auto* const search = FindFirstFileW((folder + L"\\*").c_str(), &found);
     if (search == INVALID_HANDLE_VALUE)
     {
         return entries;
@@ -48,6 +48,14 @@ std::vector<WIN32_FIND_DATAW> Entries(std::wstring const& folder)
 bool IsFolder(WIN32_FIND_DATAW const& entry)
 {
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+void CopyOneFile(std::wstring const& from, std::wstring const& to)
+{
+    if (!CopyFileW(from.c_str(), to.c_str(), FALSE))
+    {
+        ThrowSystemError(L"cannot copy " + from + L" to " + to, GetLastError());
+    }
 }
 
 } // namespace
@@ -107,14 +115,7 @@ void CopyFolder(std::wstring const& from, std::wstring const& to)
     {
         auto const source = from + L"\\" + entry.cFileName;
         auto const target = to + L"\\" + entry.cFileName;
-        if (IsFolder(entry))
-        {
-            CopyFolder(source, target);
-        }
-        else if (!CopyFileW(source.c_str(), target.c_str(), FALSE))
-        {
-            ThrowSystemError(L"cannot copy " + source + L" to " + target, GetLastError());
-        }
+        IsFolder(entry) ? CopyFolder(source, target) : CopyOneFile(source, target);
     }
 }
 
@@ -146,6 +147,18 @@ void WriteBytes(std::wstring const& path, std::string_view bytes)
     if (!file || !WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr))
     {
         ThrowSystemError(L"cannot write " + path, GetLastError());
+    }
+}
+
+void ReplaceBytes(std::wstring const& path, std::string_view bytes)
+{
+    auto const written = path + L".new";
+    WriteBytes(written, bytes);
+    if (!MoveFileExW(written.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
+    {
+        auto const error = GetLastError();
+        Remove(written);
+        ThrowSystemError(L"cannot replace " + path, error);
     }
 }
 

@@ -24,6 +24,9 @@ std::string ReadBytes(std::wstring const& path);
 // Replaces the file. Throws Error.
 void WriteBytes(std::wstring const& path, std::string_view bytes);
 
+// The same, at once: whoever reads the file, also after a crash, finds the old bytes or the new ones. Throws Error.
+void ReplaceBytes(std::wstring const& path, std::string_view bytes);
+
 // Absolute, with backslashes and none at the end.
 std::wstring FullPath(std::wstring const& path);
 

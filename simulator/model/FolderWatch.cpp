@@ -7,7 +7,7 @@ namespace sim
 {
 
 FolderWatch::FolderWatch(std::wstring const& folder, Scope scope)
-    : m_change(FindFirstChangeNotificationW((folder + L"\\").c_str(), scope == Contents,
+    : m_change(FindFirstChangeNotificationW((folder + L"\\").c_str(), scope == Contents ? TRUE : FALSE,
                                             scope == Names
                                                 ? FILE_NOTIFY_CHANGE_DIR_NAME
                                                 : FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME |

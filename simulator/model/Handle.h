@@ -13,7 +13,11 @@ class Handle
 
     explicit Handle(HANDLE value) noexcept : m_value(value == INVALID_HANDLE_VALUE ? nullptr : value) {}
 
+    Handle(Handle const&) = delete;
+
     Handle(Handle&& other) noexcept : m_value(std::exchange(other.m_value, nullptr)) {}
+
+    Handle& operator=(Handle const&) = delete;
 
     Handle& operator=(Handle&& other) noexcept
     {

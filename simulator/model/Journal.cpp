@@ -51,9 +51,10 @@ std::vector<Event> ReadJournal(std::wstring const& path)
         return events;
     }
     auto const text = FromUtf8(ReadBytes(path));
-    for (std::size_t start = 0, end; (end = text.find(L"\r\n", start)) != std::wstring::npos; start = end + 2)
+    std::wstring_view rest = text;
+    while (auto const line = TakeLine(rest))
     {
-        if (auto event = ParseEvent(std::wstring_view(text).substr(start, end - start)))
+        if (auto event = ParseEvent(*line))
         {
             events.push_back(std::move(*event));
         }

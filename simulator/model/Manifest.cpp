@@ -92,6 +92,7 @@ class ManifestReader
         for (auto const* extension : extensions->Children(uap, L"Extension"))
         {
             ReadProtocol(*extension);
+            ReadAppService(*extension);
         }
         for (auto const* extension : extensions->Children(desktop, L"Extension"))
         {
@@ -111,11 +112,34 @@ class ManifestReader
             Fail(L"the windows.protocol extension has no <uap:Protocol>");
         }
         auto const name = NeedAttribute(*protocol, L"Name");
-        if (std::any_of(name.begin(), name.end(), [](wchar_t c) { return c >= L'A' && c <= L'Z'; }))
+        if (std::ranges::any_of(name, [](wchar_t c) { return c >= L'A' && c <= L'Z'; }))
         {
             Fail(L"the protocol name " + name + L" is not in lower case");
         }
         m_manifest.protocols.push_back(name);
+    }
+
+    void ReadAppService(XmlElement const& extension)
+    {
+        if (NeedAttribute(extension, L"Category") != L"windows.appService")
+        {
+            return;
+        }
+        if (extension.AttributeValue(L"EntryPoint"))
+        {
+            Fail(L"the windows.appService extension has an EntryPoint; served are those of the application itself");
+        }
+        auto const* service = extension.Child(uap, L"AppService");
+        if (!service)
+        {
+            Fail(L"the windows.appService extension has no <uap:AppService>");
+        }
+        auto const name = NeedAttribute(*service, L"Name");
+        if (m_manifest.DeclaresAppService(name))
+        {
+            Fail(L"there are two app services with the Name " + name);
+        }
+        m_manifest.appServices.push_back(name);
     }
 
     void ReadDesktopComponent(XmlElement const& extension)
@@ -166,8 +190,13 @@ class ManifestReader
 
 Manifest::ParameterGroup const* Manifest::DesktopComponent::Group(std::wstring_view id) const
 {
-    auto const found = std::find_if(groups.begin(), groups.end(), [&](auto const& group) { return group.id == id; });
+    auto const found = std::ranges::find(groups, id, &ParameterGroup::id);
     return found == groups.end() ? nullptr : &*found;
+}
+
+bool Manifest::DeclaresAppService(std::wstring_view service) const
+{
+    return std::ranges::find(appServices, service) != appServices.end();
 }
 
 Manifest ReadManifest(std::wstring const& path)

@@ -29,11 +29,15 @@ struct Manifest
     std::wstring publisher;
     std::wstring version;
     std::wstring applicationId;
-    std::wstring executable;             // relative to the package's folder
-    std::wstring entryPoint;             // runtime class of the application
-    std::vector<std::wstring> protocols; // URI schemes, lower case
+    std::wstring executable;               // relative to the package's folder
+    std::wstring entryPoint;               // runtime class of the application
+    std::vector<std::wstring> protocols;   // URI schemes, lower case
+    std::vector<std::wstring> appServices; // their names; they are served by the application itself
     std::optional<DesktopComponent> desktopComponent;
     bool mayRunFullTrust = false; // the capability that the desktop component needs
+
+    // Names are compared exactly.
+    bool DeclaresAppService(std::wstring_view service) const;
 };
 
 // Reads AppxManifest.xml. Throws Error that names the file and what is missing or wrong in it. One application per

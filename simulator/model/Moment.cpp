@@ -47,9 +47,15 @@ int NumberAt(std::wstring_view text, std::size_t at, std::size_t length)
 Moment Now()
 {
     FILETIME utc;
-    FILETIME local;
     GetSystemTimeAsFileTime(&utc);
-    FileTimeToLocalFileTime(&utc, &local);
+    return LocalMoment(ToTicks(utc));
+}
+
+Moment LocalMoment(std::int64_t utc)
+{
+    auto const time = ToFileTime(utc);
+    FILETIME local;
+    FileTimeToLocalFileTime(&time, &local);
     return ToTicks(local) / ticksPerMillisecond;
 }
 

@@ -12,6 +12,9 @@ using Moment = std::int64_t;
 
 Moment Now();
 
+// Of a time in 100 ns since 1601, UTC.
+Moment LocalMoment(std::int64_t utc);
+
 // A local calendar time; nullopt when there is no such day or hour.
 std::optional<Moment> MomentOf(int year, int month, int day, int hour, int minute, int second, int milliseconds);
 

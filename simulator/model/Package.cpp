@@ -3,6 +3,7 @@
 #include "simulator/model/Error.h"
 #include "simulator/model/Files.h"
 #include "simulator/model/PackageNames.h"
+#include "simulator/model/Text.h"
 
 #include <windows.h>
 
@@ -32,6 +33,15 @@ Package OpenPackage(std::wstring const& folder)
         throw Error(L"the manifest names " + package.manifest.executable + L", which is not in " + path);
     }
     return package;
+}
+
+Package RegisteredPackage(Device const& device)
+{
+    if (!FileExists(device.RegistrationFile()))
+    {
+        throw Error(L"no package is registered: sim register FOLDER comes first");
+    }
+    return OpenPackage(FromUtf8(ReadBytes(device.RegistrationFile())));
 }
 
 std::wstring PackageFolderFromEnvironment()

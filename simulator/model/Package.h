@@ -1,4 +1,5 @@
 #pragma once
+#include "simulator/model/Device.h"
 #include "simulator/model/Manifest.h"
 
 #include <string>
@@ -23,6 +24,9 @@ struct Package
 // Reads a package's folder and checks that the application's executable is there. Throws Error with what is missing.
 // A missing desktop component is no error here: as on the platform, it shows when it is to be launched.
 Package OpenPackage(std::wstring const& folder);
+
+// The package that is registered on a device. Throws Error when there is none.
+Package RegisteredPackage(Device const& device);
 
 // The folder named by the environment variable VELMO_SIM_PACKAGE. Throws Error when it is not set.
 std::wstring PackageFolderFromEnvironment();

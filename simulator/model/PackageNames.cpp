@@ -17,7 +17,8 @@ namespace
 
 using Digest = std::array<UCHAR, 32>;
 
-Digest Sha256(std::wstring_view text)
+// By value: the call declares writable what it only reads.
+Digest Sha256(std::wstring text)
 {
     BCRYPT_ALG_HANDLE algorithm = nullptr;
     Digest digest{};
@@ -26,7 +27,7 @@ Digest Sha256(std::wstring_view text)
     {
         throw Error(L"the system offers no SHA-256");
     }
-    auto* data = reinterpret_cast<PUCHAR>(const_cast<wchar_t*>(text.data())); // only read
+    auto* const data = reinterpret_cast<PUCHAR>(text.data());
     auto const hashed = BCryptHash(algorithm, nullptr, 0, data, static_cast<ULONG>(text.size() * sizeof(wchar_t)),
                                    digest.data(), static_cast<ULONG>(digest.size()));
     BCryptCloseAlgorithmProvider(algorithm, 0);
@@ -63,7 +64,7 @@ std::wstring Base32(UCHAR const* bytes, std::size_t count)
 
 std::wstring PublisherId(std::wstring_view publisher)
 {
-    return Base32(Sha256(publisher).data(), 8);
+    return Base32(Sha256(std::wstring(publisher)).data(), 8);
 }
 
 std::wstring PackageFamilyName(std::wstring_view name, std::wstring_view publisher)

@@ -7,19 +7,25 @@ namespace sim
 
 std::string ToUtf8(std::wstring_view text)
 {
-    auto const length = static_cast<int>(text.size());
-    auto const size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), size, nullptr, nullptr);
+    std::string utf8;
+    auto const convert = [&] {
+        return WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), utf8.data(),
+                                   static_cast<int>(utf8.size()), nullptr, nullptr);
+    };
+    utf8.resize(static_cast<std::size_t>(convert())); // into no room, it tells how much it needs
+    convert();
     return utf8;
 }
 
 std::wstring FromUtf8(std::string_view text)
 {
-    auto const length = static_cast<int>(text.size());
-    auto const size = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), size);
+    std::wstring wide;
+    auto const convert = [&] {
+        return MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(),
+                                   static_cast<int>(wide.size()));
+    };
+    wide.resize(static_cast<std::size_t>(convert()));
+    convert();
     return wide;
 }
 
@@ -66,6 +72,19 @@ std::optional<std::uint32_t> ParseNumber(std::wstring_view text)
         }
     }
     return digits.empty() ? std::nullopt : std::optional(static_cast<std::uint32_t>(value));
+}
+
+std::optional<std::wstring_view> TakeLine(std::wstring_view& text)
+{
+    constexpr std::wstring_view lineEnd = L"\r\n";
+    auto const length = text.find(lineEnd);
+    if (length == std::wstring_view::npos)
+    {
+        return std::nullopt;
+    }
+    auto const line = text.substr(0, length);
+    text.remove_prefix(length + lineEnd.size());
+    return line;
 }
 
 bool StartsWith(std::wstring_view text, std::wstring_view start)

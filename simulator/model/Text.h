@@ -17,6 +17,9 @@ std::wstring Hex(std::uint32_t value);
 // A whole number in decimal, or in hexadecimal with 0x before it; nullopt for anything else or beyond 32 bits.
 std::optional<std::uint32_t> ParseNumber(std::wstring_view text);
 
+// Takes the first line off the text and gives it without its CR LF; nullopt when the text holds no whole line.
+std::optional<std::wstring_view> TakeLine(std::wstring_view& text);
+
 bool StartsWith(std::wstring_view text, std::wstring_view start);
 bool EqualIgnoringCase(std::wstring_view left, std::wstring_view right);
 

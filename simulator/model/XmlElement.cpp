@@ -4,6 +4,7 @@
 #include "simulator/model/Files.h"
 #include "simulator/model/Text.h"
 
+#include <bit>
 #include <memory>
 #include <windows.h>
 
@@ -29,9 +30,9 @@ using CreateXmlReaderFunction = HRESULT(WINAPI*)(REFIID, void**, IMalloc*);
 // The toolchain has no import library for it.
 ComPointer<IXmlReader> NewReader()
 {
-    auto const library = LoadLibraryExW(L"xmllite.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    auto* const library = LoadLibraryExW(L"xmllite.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     auto const function = library ? GetProcAddress(library, "CreateXmlReader") : nullptr;
-    auto const create = reinterpret_cast<CreateXmlReaderFunction>(reinterpret_cast<void*>(function));
+    auto const create = std::bit_cast<CreateXmlReaderFunction>(function);
     void* reader = nullptr;
     if (!create || FAILED(create(__uuidof(IXmlReader), &reader, nullptr)))
     {
@@ -48,19 +49,17 @@ class TreeBuilder
 
     XmlElement Build()
     {
-        XmlElement document;
-        m_open.push_back(&document);
-        XmlNodeType type;
-        HRESULT result;
-        while ((result = m_reader.Read(&type)) == S_OK)
+        auto type = XmlNodeType_None;
+        auto result = m_reader.Read(&type);
+        for (; result == S_OK; result = m_reader.Read(&type))
         {
             Add(type);
         }
-        if (FAILED(result) || document.children.empty())
+        if (FAILED(result) || m_document.children.empty())
         {
             Fail(FAILED(result) ? L"(" + Hex(static_cast<std::uint32_t>(result)) + L")" : L"(it has no element)");
         }
-        return std::move(document.children.front());
+        return std::move(m_document.children.front());
     }
 
   private:
@@ -114,7 +113,8 @@ class TreeBuilder
 
     IXmlReader& m_reader;
     std::wstring const& m_path;
-    std::vector<XmlElement*> m_open;
+    XmlElement m_document; // holds the root
+    std::vector<XmlElement*> m_open{&m_document};
 };
 
 } // namespace

@@ -16,6 +16,9 @@ struct ApplicationBase : winrt::implements<ApplicationBase, Xaml::IApplication, 
 {
     using class_type = Xaml::Application;
 
+    ApplicationBase() = default;
+    ApplicationBase(ApplicationBase const&) = delete;
+    ApplicationBase& operator=(ApplicationBase const&) = delete;
     ~ApplicationBase() override;
 
     winrt::event_token UnhandledException(Xaml::UnhandledExceptionEventHandler const& handler)

@@ -3,6 +3,7 @@
 #include "simulator/model/Event.h"
 #include "simulator/model/Text.h"
 #include "simulator/runtime/ActivatedEventArgs.h"
+#include "simulator/runtime/BackgroundActivatedEventArgs.h"
 
 #include <thread>
 
@@ -16,6 +17,11 @@ struct InitializationParams : winrt::implements<InitializationParams, Xaml::IApp
 {
     using class_type = Xaml::ApplicationInitializationCallbackParams;
 };
+
+bool IsBackground(Activation const& activation)
+{
+    return activation.kind == ActivationKind::AppService || activation.kind == ActivationKind::BackgroundTask;
+}
 
 std::vector<std::wstring> ResultDetail(std::int32_t result)
 {
@@ -63,7 +69,7 @@ Xaml::Window Framework::CurrentWindow() const noexcept
     return GetCurrentThreadId() == m_viewThread ? m_window : Xaml::Window(nullptr);
 }
 
-std::int32_t Framework::RunView(Xaml::ApplicationInitializationCallback const& callback) noexcept
+std::int32_t Framework::RunView(Xaml::ApplicationInitializationCallback const& callback)
 {
     std::int32_t result = S_OK;
     m_viewThread = GetCurrentThreadId();
@@ -102,13 +108,9 @@ void Framework::Deliver(Activation const& activation)
         m_base->RaiseSuspending(m_application);
         return;
     }
-    if (!m_window)
-    {
-        m_window = winrt::make<sim::Window>();
-    }
     try
     {
-        CallOverride(activation);
+        IsBackground(activation) ? CallBackgroundOverride(activation) : CallOverride(activation);
     }
     catch (...)
     {
@@ -119,8 +121,24 @@ void Framework::Deliver(Activation const& activation)
     }
 }
 
+void Framework::CallBackgroundOverride(Activation const& activation) const
+{
+    auto const instance = BackgroundTaskInstance::Start(activation);
+    Activated::BackgroundActivatedEventArgs args{nullptr};
+    if (!StruckByNull(L"BackgroundActivatedEventArgs"))
+    {
+        args = winrt::make<BackgroundActivatedEventArgs>(instance.as<Platform::Background::IBackgroundTaskInstance>());
+    }
+    m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(args);
+    instance->Returned();
+}
+
 void Framework::CallOverride(Activation const& activation)
 {
+    if (!m_window)
+    {
+        m_window = winrt::make<sim::Window>(CurrentHost().WindowContent());
+    }
     using Activated::ApplicationExecutionState;
     auto const before = m_wasActivated ? ApplicationExecutionState::Running : ApplicationExecutionState::NotRunning;
     m_wasActivated = true;

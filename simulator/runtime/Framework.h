@@ -32,10 +32,11 @@ class Framework
     Xaml::Window CurrentWindow() const noexcept;
 
   private:
-    std::int32_t RunView(Xaml::ApplicationInitializationCallback const& callback) noexcept;
+    std::int32_t RunView(Xaml::ApplicationInitializationCallback const& callback);
     void Construct(Xaml::ApplicationInitializationCallback const& callback);
     void Deliver(Activation const& activation);
     void CallOverride(Activation const& activation);
+    void CallBackgroundOverride(Activation const& activation) const;
     void End() noexcept;
 
     IInspectable m_application;

@@ -1,5 +1,6 @@
 #include "simulator/runtime/FullTrustProcessLauncher.h"
 
+#include "simulator/runtime/AsyncFault.h"
 #include "simulator/runtime/PoolAwaiters.h"
 
 using winrt::Windows::Foundation::IAsyncAction;
@@ -10,38 +11,18 @@ namespace sim
 namespace
 {
 
-// The action itself: fault is what it was struck by, if it was.
-IAsyncAction Run(std::optional<Fault> fault, DesktopLaunch launch)
+IAsyncAction Run(AsyncFault fault, DesktopLaunch launch)
 {
-    if (fault && fault->kind == FaultKind::Never)
-    {
-        co_await std::suspend_always();
-    }
-    if (fault && fault->kind == FaultKind::Completion)
-    {
-        co_await winrt::resume_background(); // later, and where completions arrive
-        throw winrt::hresult_error(fault->Result());
-    }
+    co_await winrt::resume_agile(fault.Begin());
     auto const result = co_await launch;
-    if (fault && fault->kind == FaultKind::Delay)
-    {
-        co_await Delay(fault->value);
-    }
+    co_await winrt::resume_agile(fault.End());
     winrt::check_hresult(result);
 }
 
 IAsyncAction Launch(std::wstring_view call, std::wstring application, std::optional<std::wstring> group)
 {
-    auto const fault = CurrentHost().TakeFault(call);
-    if (fault && fault->kind == FaultKind::Now)
-    {
-        throw winrt::hresult_error(fault->Result());
-    }
-    if (fault && fault->kind == FaultKind::Null)
-    {
-        return nullptr;
-    }
-    return Run(fault, DesktopLaunch(std::move(application), std::move(group)));
+    AsyncFault const fault(call);
+    return fault.GivesNull() ? nullptr : Run(fault, DesktopLaunch(std::move(application), std::move(group)));
 }
 
 constexpr std::wstring_view forCurrentApp = L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync";

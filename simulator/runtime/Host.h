@@ -1,6 +1,8 @@
 #pragma once
 #include "simulator/model/Activation.h"
 #include "simulator/model/Fault.h"
+#include "simulator/runtime/Namespaces.h"
+#include "simulator/transport/Message.h"
 
 #include <cstdint>
 #include <functional>
@@ -38,8 +40,35 @@ class Host
     virtual void LaunchDesktop(std::wstring const& application, std::optional<std::wstring> const& group,
                                Launched launched) = 0;
 
+    // What the app's window holds when it is made, by its first foreground activation. Called on the main view's
+    // thread.
+    virtual IInspectable WindowContent() { return nullptr; }
+
     // For the device's journal.
     virtual void Report(std::wstring kind, std::vector<std::wstring> details) = 0;
+
+    // The platform's answer to a request (simulator/services/Services.h). Blocks, on any thread but the one that reads
+    // for the host.
+    virtual Message Ask(Message const& request) = 0;
+
+    // The same; `answered` is called once, on a thread of the system's pool.
+    virtual void AskLater(Message const& request, std::function<void(Message)> answered) = 0;
+
+    virtual void Tell(Message const& words) = 0;
+
+    // Gets what the platform says on its own (request, service-closed, cancel), on pool threads, in order for each
+    // connection or instance and not serialised otherwise. One listener per process, set once before the first
+    // connection or instance exists.
+    virtual void Listen(std::function<void(Message const&)> listener) = 0;
+
+    // The folder of the app's data (...\Packages\<family>). Throws hresult_error 0x80073D54 for a process without
+    // package identity.
+    virtual std::wstring DataFolder() = 0;
+
+    // The app has taken a deferral of a request that it serves, or has completed one. Told each time, also when that
+    // changes nothing: for tests.
+    virtual void DeferralTaken(std::wstring const& request) {}
+    virtual void DeferralCompleted(std::wstring const& request) {}
 };
 
 } // namespace sim

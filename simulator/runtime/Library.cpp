@@ -9,7 +9,7 @@ namespace
 {
 
 // Made for the first class that is asked for; it stays until the process ends.
-sim::Host& ProcessHost()
+sim::PipeHost& ProcessHost()
 {
     static auto* const host = [] {
         auto* const made = new sim::PipeHost;
@@ -19,6 +19,13 @@ sim::Host& ProcessHost()
     return *host;
 }
 
+// What a desktop program without a package may use: values, and the calling end of app services.
+bool NeedsNoPackage(std::wstring_view className)
+{
+    return className.starts_with(L"Windows.Foundation.") ||
+           className == L"Windows.ApplicationModel.AppService.AppServiceConnection";
+}
+
 } // namespace
 
 // What the platform calls in the DLL that is registered for a runtime class. There is no DllCanUnloadNow: it stays.
@@ -26,10 +33,11 @@ extern "C" __declspec(dllexport) HRESULT __stdcall DllGetActivationFactory(HSTRI
 try
 {
     *factory = nullptr;
-    ProcessHost();
     UINT32 length = 0;
-    auto const* const name = WindowsGetStringRawBuffer(classId, &length);
-    return sim::GetFactory({name, length}, factory);
+    auto const* const buffer = WindowsGetStringRawBuffer(classId, &length);
+    std::wstring_view const name(buffer, length);
+    auto const isServed = ProcessHost().IsApp() || NeedsNoPackage(name);
+    return isServed ? sim::GetFactory(name, factory) : HRESULT_FROM_WIN32(APPMODEL_ERROR_NO_PACKAGE);
 }
 catch (...)
 {

@@ -1,10 +1,12 @@
 #include "simulator/runtime/LocalHost.h"
 
 #include "simulator/model/Handle.h"
+#include "simulator/model/Text.h"
 #include "simulator/model/Words.h"
 #include "simulator/runtime/RunOnPool.h"
 #include "simulator/runtime/Runtime.h"
 
+#include <algorithm>
 #include <winrt/base.h>
 
 #include <roapi.h>
@@ -14,6 +16,8 @@ namespace sim
 
 namespace
 {
+
+constexpr wchar_t instancePrefix[] = L"local-";
 
 std::int32_t __stdcall GetLocalFactory(void* classId, winrt::guid const& id, void** factory) noexcept
 {
@@ -42,7 +46,16 @@ void LocalHost::Launch::Complete(std::int32_t result) const
     WaitForSingleObject(done.Get(), INFINITE);
 }
 
-LocalHost::LocalHost()
+LocalHost::LocalHost(Limits limits)
+    : m_platform(std::make_unique<LocalPlatform>(
+          LocalPlatform::App{[this](ActivationKind kind, std::vector<std::wstring> more) {
+                                 m_activations.Add({L"", kind, L"", std::move(more)});
+                             },
+                             [this] { End(); },
+                             [this](std::wstring kind, std::vector<std::wstring> details) {
+                                 Report(std::move(kind), std::move(details));
+                             }},
+          limits))
 {
     SetCurrentHost(this);
     // Factories kept from an earlier test would not meet this one's faults.
@@ -52,6 +65,10 @@ LocalHost::LocalHost()
 
 LocalHost::~LocalHost()
 {
+    // Whoever still waits for an answer gets one while there is a host to work with.
+    m_platform->AppGone();
+    m_platform->CallerGone();
+    m_platform->WaitUntilQuiet();
     winrt_activation_handler = nullptr;
     winrt::clear_factory_cache();
     SetCurrentHost(nullptr);
@@ -60,13 +77,103 @@ LocalHost::~LocalHost()
 void LocalHost::SetFault(std::wstring_view words)
 {
     auto fault = ParseFault(SplitWords(words));
+    if (fault.call.find(L'.') == std::wstring::npos)
+    {
+        winrt::clear_factory_cache(); // a factory that is kept would not be asked for
+    }
     std::lock_guard const lock(m_mutex);
     m_faults.Set(std::move(fault));
 }
 
+void LocalHost::ClearFaults()
+{
+    std::lock_guard const lock(m_mutex);
+    m_faults.Clear();
+}
+
+void LocalHost::SpareThisThread()
+{
+    std::lock_guard const lock(m_mutex);
+    m_sparedThreads.insert(GetCurrentThreadId());
+}
+
 void LocalHost::Activate(ActivationKind kind, std::wstring argument)
 {
-    m_activations.Add({L"", kind, std::move(argument)});
+    m_activations.Add({L"", kind, std::move(argument), {}});
+}
+
+std::wstring LocalHost::ActivateTask(std::wstring name, std::wstring trigger, std::wstring payload)
+{
+    auto const instance = NextInstance();
+    constexpr wchar_t unregistered[] = L"00000000-0000-0000-0000-000000000000";
+    m_activations.Add({L"",
+                       ActivationKind::BackgroundTask,
+                       L"",
+                       {instance, unregistered, std::move(name), std::move(trigger), std::move(payload)}});
+    return instance;
+}
+
+std::wstring LocalHost::ActivateAppService()
+{
+    auto const instance = NextInstance();
+    m_activations.Add({L"", ActivationKind::AppService, L"", {instance, instance, LocalPlatform::appServiceName, L""}});
+    return instance;
+}
+
+void LocalHost::Cancel(std::wstring const& instance, int reason)
+{
+    m_platform->Say({L"cancel", instance, std::to_wstring(reason)});
+}
+
+void LocalHost::Push(std::wstring const& payload)
+{
+    m_platform->WithServices([&](Services& services) { services.Push(payload); });
+}
+
+void LocalHost::AdvanceClock(std::int64_t minutes)
+{
+    m_platform->WithServices([&](Services& services) { services.AdvanceClock(minutes); });
+}
+
+void LocalHost::RevokeChannel()
+{
+    m_platform->WithServices([&](Services& services) { services.RevokeChannel(); });
+}
+
+void LocalHost::ReplaceChannel(std::wstring uri)
+{
+    m_platform->WithServices([&](Services& services) { services.ReplaceChannel(std::move(uri)); });
+}
+
+void LocalHost::CancelTasks(int reason)
+{
+    m_platform->WithServices([&](Services& services) { services.CancelTasks(reason); });
+}
+
+void LocalHost::KillCaller()
+{
+    m_platform->CallerGone();
+}
+
+void LocalHost::WaitUntilQuiet()
+{
+    m_platform->WaitUntilQuiet();
+}
+
+std::vector<unsigned> LocalHost::Completions() const
+{
+    return m_deferrals.All();
+}
+
+void LocalHost::WaitForCompletions(std::size_t request, unsigned count) const
+{
+    m_deferrals.WaitFor(request, count);
+}
+
+void LocalHost::SetWindowContent(IInspectable content)
+{
+    std::lock_guard const lock(m_mutex);
+    m_windowContent = std::move(content);
 }
 
 void LocalHost::End()
@@ -107,9 +214,30 @@ std::vector<Event> LocalHost::Reports() const
     return m_reports;
 }
 
+Event LocalHost::WaitForReport(std::wstring_view kind, std::size_t number) const
+{
+    std::unique_lock lock(m_mutex);
+    auto found = m_reports.end();
+    m_reported.wait(lock, [&] {
+        auto rest = number;
+        found = std::ranges::find_if(m_reports, [&](Event const& event) { return event.kind == kind && --rest == 0; });
+        return found != m_reports.end();
+    });
+    return *found;
+}
+
 std::optional<Activation> LocalHost::NextActivation()
 {
-    return m_activations.Next();
+    auto activation = m_activations.Next();
+    if (!activation)
+    {
+        m_platform->AppGone();
+    }
+    else if (!activation->more.empty())
+    {
+        m_platform->Taken(activation->more.front());
+    }
+    return activation;
 }
 
 void LocalHost::Exit()
@@ -133,7 +261,7 @@ void LocalHost::Fail(std::int32_t result)
 std::optional<Fault> LocalHost::TakeFault(std::wstring_view call)
 {
     std::lock_guard const lock(m_mutex);
-    return m_faults.Take(call);
+    return m_sparedThreads.contains(GetCurrentThreadId()) ? std::nullopt : m_faults.Take(call);
 }
 
 void LocalHost::LaunchDesktop(std::wstring const& application, std::optional<std::wstring> const& group,
@@ -144,10 +272,64 @@ void LocalHost::LaunchDesktop(std::wstring const& application, std::optional<std
     m_launchCame.notify_all();
 }
 
+IInspectable LocalHost::WindowContent()
+{
+    std::lock_guard const lock(m_mutex);
+    return m_windowContent;
+}
+
 void LocalHost::Report(std::wstring kind, std::vector<std::wstring> details)
 {
     std::lock_guard const lock(m_mutex);
     m_reports.push_back({Now(), std::move(kind), std::move(details)});
+    m_reported.notify_all();
+}
+
+Message LocalHost::Ask(Message const& request)
+{
+    return m_platform->Ask(request);
+}
+
+void LocalHost::AskLater(Message const& request, std::function<void(Message)> answered)
+{
+    m_platform->AskLater(request, std::move(answered));
+}
+
+void LocalHost::Tell(Message const& words)
+{
+    if (words.front() == L"task-completed" && StartsWith(words[1], instancePrefix))
+    {
+        Report(words.front(), {sim::Detail(L"instance", words[1])});
+        return;
+    }
+    m_platform->Tell(words);
+}
+
+void LocalHost::Listen(std::function<void(Message const&)> listener)
+{
+    m_platform->Listen(std::move(listener));
+}
+
+std::wstring LocalHost::DataFolder()
+{
+    return m_platform->DataFolder();
+}
+
+void LocalHost::DeferralTaken(std::wstring const& request)
+{
+    m_deferrals.Taken(request);
+}
+
+void LocalHost::DeferralCompleted(std::wstring const& request)
+{
+    m_deferrals.Completed(request);
+}
+
+// Unlike those of the services, which are numbers.
+std::wstring LocalHost::NextInstance()
+{
+    std::lock_guard const lock(m_mutex);
+    return instancePrefix + std::to_wstring(++m_lastInstance);
 }
 
 } // namespace sim

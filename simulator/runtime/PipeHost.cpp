@@ -1,6 +1,5 @@
 #include "simulator/runtime/PipeHost.h"
 
-#include "simulator/model/Device.h"
 #include "simulator/model/Error.h"
 #include "simulator/model/Text.h"
 #include "simulator/runtime/RunOnPool.h"
@@ -17,10 +16,20 @@ namespace
 constexpr auto noPackage = static_cast<std::int32_t>(0x80073D54); // APPMODEL_ERROR_NO_PACKAGE
 constexpr UINT stowedException = 0xC000027B;                      // the exit code of a process whose app failed
 
-std::shared_ptr<PipeChannel> Connect()
+Device DeviceOfProcess()
 try
 {
-    auto pipe = ConnectPipe(Device::FromEnvironment().PipeName());
+    return Device::FromEnvironment();
+}
+catch (Error const& error)
+{
+    throw winrt::hresult_error(noPackage, error.Message());
+}
+
+std::shared_ptr<PipeChannel> Connect(Device const& device)
+try
+{
+    auto pipe = ConnectPipe(device.PipeName());
     return pipe ? PipeChannel::Open(std::move(pipe)) : throw Error(L"no broker serves the device");
 }
 catch (Error const& error)
@@ -28,20 +37,28 @@ catch (Error const& error)
     throw winrt::hresult_error(noPackage, error.Message());
 }
 
-std::vector<std::wstring> Rest(Message const& message)
+std::vector<std::wstring> Rest(Message const& message, std::size_t from)
 {
-    return {message.begin() + 1, message.end()};
+    return {message.begin() + static_cast<std::ptrdiff_t>(from), message.end()};
+}
+
+// With room for its name, which Send gives.
+Message Question(Message const& request)
+{
+    Message message = {L"ask", L""};
+    message.insert(message.end(), request.begin(), request.end());
+    return message;
 }
 
 } // namespace
 
-PipeHost::PipeHost() : m_channel(Connect())
+PipeHost::PipeHost() : m_device(DeviceOfProcess()), m_channel(Connect(m_device))
 {
-    m_channel->Start({[this](Message const& message) { Received(message); }, [this] { Closed(); }});
+    m_channel->Start({[this](Message message) { Received(std::move(message)); }, [this] { Closed(); }});
     m_channel->Send({L"hello-app", std::to_wstring(GetCurrentProcessId())});
     std::unique_lock lock(m_mutex);
     m_greeted.wait(lock, [&] { return m_greeting != Greeting::Awaited; });
-    if (m_greeting == Greeting::Refused)
+    if (m_greeting == Greeting::None)
     {
         throw winrt::hresult_error(noPackage);
     }
@@ -93,56 +110,98 @@ void PipeHost::LaunchDesktop(std::wstring const& application, std::optional<std:
     {
         message.push_back(*group);
     }
-    {
-        std::lock_guard const lock(m_mutex);
-        message[1] = std::to_wstring(++m_lastLaunch);
-        m_launches.emplace(message[1], std::move(launched));
-    }
-    m_channel->Send(message);
+    // Not on the connection's thread, which has to read on while the app's continuations run.
+    Send(std::move(message), [launched = std::move(launched)](Message const& answer) {
+        RunOnPool(
+            [launched, code = static_cast<std::int32_t>(ParseNumber(answer.front()).value_or(0))] { launched(code); });
+    });
 }
 
 void PipeHost::Report(std::wstring kind, std::vector<std::wstring> details)
 {
-    Message message = {L"report", std::move(kind)};
-    message.insert(message.end(), details.begin(), details.end());
-    m_channel->Send(message);
+    details.insert(details.begin(), std::move(kind));
+    m_channel->Send(MakeMessage(L"report", details));
 }
 
-void PipeHost::Received(Message const& message)
+Message PipeHost::Ask(Message const& request)
+{
+    Message answer; // one that has come is not empty
+    Send(Question(request), [&](Message words) {
+        std::lock_guard const lock(m_mutex);
+        answer = std::move(words);
+        m_answered.notify_all();
+    });
+    std::unique_lock lock(m_mutex);
+    m_answered.wait(lock, [&] { return !answer.empty(); });
+    return answer;
+}
+
+void PipeHost::AskLater(Message const& request, std::function<void(Message)> answered)
+{
+    Send(Question(request), [answered = std::move(answered)](Message words) {
+        RunOnPool([answered, words = std::move(words)] { answered(words); });
+    });
+}
+
+void PipeHost::Tell(Message const& words)
+{
+    m_channel->Send(MakeMessage(L"tell", words));
+}
+
+void PipeHost::Listen(std::function<void(Message const&)> listener)
+{
+    m_deliveries.Listen(std::move(listener));
+}
+
+std::wstring PipeHost::DataFolder()
+{
+    if (!IsApp())
+    {
+        throw winrt::hresult_error(noPackage);
+    }
+    return m_device.PackageDataFolder(m_familyName);
+}
+
+void PipeHost::Received(Message message)
 {
     auto const& verb = message.front();
     if (verb == L"activate")
     {
-        if (auto activation = Activation::FromWords(Rest(message)))
+        if (auto activation = Activation::FromWords(Rest(message, 1)))
         {
             m_activations.Add(std::move(*activation));
         }
     }
-    else if (verb == L"launched" && message.size() == 3)
+    else if ((verb == L"answer" || verb == L"launched") && message.size() > 2)
     {
-        EndLaunch(message[1], message[2]);
+        Answer(std::move(message));
+    }
+    else if (verb == L"request" || verb == L"service-closed" || verb == L"cancel" || verb == L"ended")
+    {
+        m_deliveries.Add(std::move(message));
     }
     else if (verb == L"fault" || verb == L"faults-clear")
     {
-        std::lock_guard const lock(m_mutex);
-        verb == L"fault" ? m_faults.Set(ParseFault(Rest(message))) : m_faults.Clear();
+        SetFaults(message);
     }
-    else if (verb == L"welcome" || verb == L"refused")
+    else if (verb == L"welcome")
     {
-        Greeted(verb == L"welcome" ? Greeting::Welcome : Greeting::Refused);
+        m_familyName = message.back();
+        Greeted(Greeting::App);
+    }
+    else if (verb == L"refused")
+    {
+        Greeted(Greeting::DesktopProgram);
     }
 }
 
 void PipeHost::Closed()
 {
+    if (m_greeting != Greeting::Awaited)
     {
-        std::lock_guard const lock(m_mutex);
-        if (m_greeting == Greeting::Welcome)
-        {
-            TerminateProcess(GetCurrentProcess(), 1);
-        }
+        TerminateProcess(GetCurrentProcess(), 1);
     }
-    Greeted(Greeting::Refused);
+    Greeted(Greeting::None);
 }
 
 void PipeHost::Greeted(Greeting greeting)
@@ -152,16 +211,32 @@ void PipeHost::Greeted(Greeting greeting)
     m_greeted.notify_all();
 }
 
-// Not on this thread, which has to read on while the app's continuations run.
-void PipeHost::EndLaunch(std::wstring const& request, std::wstring const& result)
+void PipeHost::SetFaults(Message const& message)
+{
+    std::lock_guard const lock(m_mutex);
+    message.front() == L"fault" ? m_faults.Set(ParseFault(Rest(message, 1))) : m_faults.Clear();
+}
+
+// message: its second word is for the name of the request.
+void PipeHost::Send(Message message, Answered answered)
+{
+    {
+        std::lock_guard const lock(m_mutex);
+        message[1] = std::to_wstring(++m_lastRequest);
+        m_pending.emplace(message[1], std::move(answered));
+    }
+    m_channel->Send(message);
+}
+
+void PipeHost::Answer(Message message)
 {
     std::unique_lock lock(m_mutex);
-    auto const found = m_launches.extract(request);
+    auto const found = m_pending.extract(message[1]);
     lock.unlock();
     if (found)
     {
-        RunOnPool([launched = std::move(found.mapped()),
-                   code = static_cast<std::int32_t>(ParseNumber(result).value_or(0))] { launched(code); });
+        message.erase(message.begin(), message.begin() + 2);
+        found.mapped()(std::move(message));
     }
 }
 

@@ -1,9 +1,12 @@
 #pragma once
+#include "simulator/model/Device.h"
 #include "simulator/model/FaultTable.h"
 #include "simulator/runtime/ActivationQueue.h"
+#include "simulator/runtime/Deliveries.h"
 #include "simulator/runtime/Host.h"
 #include "simulator/transport/PipeChannel.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <map>
 #include <memory>
@@ -12,14 +15,18 @@
 namespace sim
 {
 
-// A real app process's way to its device's broker. It lives until the process ends. When the broker goes, the device
-// is off, and so is the process.
+// A real process's way to its device's broker. It lives until the process ends. When the broker goes, the device is
+// off, and so is the process.
 class PipeHost : public Host
 {
   public:
-    // Connects to the broker of the device in VELMO_SIM_HOME and says which process this is. Throws hresult_error:
-    // APPMODEL_ERROR_NO_PACKAGE when this process was not started by that broker.
+    // Connects to the broker of the device in VELMO_SIM_HOME and says which process this is: the app's, or a desktop
+    // program that the broker did not start for the app. Throws hresult_error: APPMODEL_ERROR_NO_PACKAGE when there is
+    // no broker.
     PipeHost();
+
+    // A desktop program has no package identity, gets no activations and is struck by no faults.
+    bool IsApp() const noexcept { return m_greeting == Greeting::App; }
 
     std::optional<Activation> NextActivation() override;
     void Exit() override;
@@ -28,28 +35,43 @@ class PipeHost : public Host
     void LaunchDesktop(std::wstring const& application, std::optional<std::wstring> const& group,
                        Launched launched) override;
     void Report(std::wstring kind, std::vector<std::wstring> details) override;
+    Message Ask(Message const& request) override;
+    void AskLater(Message const& request, std::function<void(Message)> answered) override;
+    void Tell(Message const& words) override;
+    void Listen(std::function<void(Message const&)> listener) override;
+    std::wstring DataFolder() override;
 
   private:
     enum class Greeting
     {
         Awaited,
-        Welcome,
-        Refused
+        App,
+        DesktopProgram,
+        None // nobody serves the device
     };
 
-    void Received(Message const& message);
+    using Answered = std::function<void(Message)>;
+
+    void Received(Message message);
     void Closed();
     void Greeted(Greeting greeting);
-    void EndLaunch(std::wstring const& request, std::wstring const& result);
+    void SetFaults(Message const& message);
+    void Send(Message message, Answered answered);
+    void Answer(Message message);
 
+    Device const m_device;
     std::shared_ptr<PipeChannel> m_channel;
     ActivationQueue m_activations;
+    PoolWork m_work;
+    Deliveries m_deliveries{m_work};
     std::mutex m_mutex; // over all that follows
     std::condition_variable m_greeted;
-    Greeting m_greeting = Greeting::Awaited;
+    std::condition_variable m_answered;
+    std::atomic<Greeting> m_greeting = Greeting::Awaited;
+    std::wstring m_familyName; // does not change once greeted
     FaultTable m_faults;
-    std::map<std::wstring, Launched> m_launches; // by the name of the request
-    unsigned m_lastLaunch = 0;
+    std::map<std::wstring, Answered> m_pending; // by the name of the request; called on the connection's thread
+    unsigned m_lastRequest = 0;
 };
 
 } // namespace sim

@@ -1,4 +1,5 @@
 #pragma once
+#include "simulator/runtime/Answers.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <coroutine>
@@ -35,6 +36,30 @@ class DesktopLaunch
     std::wstring m_application;
     std::optional<std::wstring> m_group;
     std::int32_t m_result = 0;
+};
+
+// co_await: asks the platform, goes on when it has answered, on a thread of the multi-threaded apartment, and gives the
+// answer. Throws hresult_error when the platform has none.
+class Asking
+{
+  public:
+    explicit Asking(Message request) : m_request(std::move(request)) {}
+
+    bool await_ready() const noexcept { return false; }
+
+    void await_suspend(std::coroutine_handle<> coroutine)
+    {
+        CurrentHost().AskLater(m_request, [this, coroutine](Message answer) {
+            m_answer = std::move(answer);
+            coroutine.resume();
+        });
+    }
+
+    Message await_resume() { return Answered(std::move(m_answer)); }
+
+  private:
+    Message m_request;
+    Message m_answer;
 };
 
 // co_await: goes on after so many milliseconds, on a thread of the multi-threaded apartment.

@@ -1,9 +1,18 @@
 #include "simulator/runtime/Runtime.h"
-
 #include "simulator/runtime/Application.h"
 #include "simulator/runtime/CoreApplication.h"
 #include "simulator/runtime/FullTrustProcessLauncher.h"
+#include "simulator/runtime/Receivers.h"
 #include "simulator/runtime/Window.h"
+#include "simulator/runtime/appservice/AppServiceConnection.h"
+#include "simulator/runtime/background/BackgroundTaskBuilder.h"
+#include "simulator/runtime/background/BackgroundTaskRegistration.h"
+#include "simulator/runtime/background/PushNotificationTrigger.h"
+#include "simulator/runtime/background/TimeTrigger.h"
+#include "simulator/runtime/push/PushNotificationChannelManager.h"
+#include "simulator/runtime/storage/ApplicationData.h"
+#include "simulator/runtime/values/PropertyValue.h"
+#include "simulator/runtime/values/ValueSet.h"
 
 #include <algorithm>
 #include <atomic>
@@ -15,6 +24,7 @@ namespace
 {
 
 std::atomic<Host*> currentHost = nullptr;
+std::atomic<unsigned> hostNumber = 0;
 
 struct KnownClass
 {
@@ -29,16 +39,25 @@ IInspectable Make()
 }
 
 constexpr KnownClass classes[] = {
+    {L"Windows.ApplicationModel.AppService.AppServiceConnection", Make<AppServiceConnectionFactory>},
+    {L"Windows.ApplicationModel.Background.BackgroundTaskBuilder", Make<BackgroundTaskBuilderFactory>},
+    {L"Windows.ApplicationModel.Background.BackgroundTaskRegistration", Make<BackgroundTaskRegistrationFactory>},
+    {L"Windows.ApplicationModel.Background.PushNotificationTrigger", Make<PushNotificationTriggerFactory>},
+    {L"Windows.ApplicationModel.Background.TimeTrigger", Make<TimeTriggerFactory>},
     {L"Windows.ApplicationModel.Core.CoreApplication", Make<CoreApplicationFactory>},
     {L"Windows.ApplicationModel.FullTrustProcessLauncher", Make<FullTrustProcessLauncherFactory>},
+    {L"Windows.Foundation.Collections.ValueSet", Make<ValueSetFactory>},
+    {L"Windows.Foundation.PropertyValue", Make<PropertyValueFactory>},
+    {L"Windows.Networking.PushNotifications.PushNotificationChannelManager",
+     Make<PushNotificationChannelManagerFactory>},
+    {L"Windows.Storage.ApplicationData", Make<ApplicationDataFactory>},
     {L"Windows.UI.Xaml.Application", Make<ApplicationFactory>},
     {L"Windows.UI.Xaml.Window", Make<WindowFactory>},
 };
 
 KnownClass const* Find(std::wstring_view name) noexcept
 {
-    auto const* const found =
-        std::find_if(std::begin(classes), std::end(classes), [&](auto const& known) { return known.name == name; });
+    auto const* const found = std::ranges::find(classes, name, &KnownClass::name);
     return found == std::end(classes) ? nullptr : found;
 }
 
@@ -49,17 +68,32 @@ Host& CurrentHost() noexcept
     return *currentHost;
 }
 
-void SetCurrentHost(Host* host) noexcept
+void SetCurrentHost(Host* host)
 {
     // Gives the process a multi-threaded apartment for good, which its pool threads belong to: completions arrive
     // there.
-    static auto const usage = [] {
+    static auto* const usage = [] {
         CO_MTA_USAGE_COOKIE cookie = nullptr;
         CoIncrementMTAUsage(&cookie);
         return cookie;
     }();
     static_cast<void>(usage);
+    if (!host)
+    {
+        Receivers::Instance().Close();
+    }
     currentHost = host;
+    ++hostNumber;
+    if (host)
+    {
+        Receivers::Instance().Open();
+        host->Listen([](Message const& message) { Receivers::Instance().Deliver(message); });
+    }
+}
+
+unsigned HostNumber() noexcept
+{
+    return hostNumber;
 }
 
 bool StruckByNull(std::wstring_view call)

@@ -12,7 +12,10 @@ namespace sim
 Host& CurrentHost() noexcept;
 
 // host: not owned; null takes it away.
-void SetCurrentHost(Host* host) noexcept;
+void SetCurrentHost(Host* host);
+
+// Another one for each host that the process has had.
+unsigned HostNumber() noexcept;
 
 // For a call that takes place at once: throws hresult_error when it is to fail. True: it is to hand out null.
 bool StruckByNull(std::wstring_view call);

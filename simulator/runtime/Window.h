@@ -15,6 +15,9 @@ struct Window : winrt::implements<Window, Xaml::IWindow>
 {
     using class_type = Xaml::Window;
 
+    // content: null, or what it holds from the start.
+    explicit Window(IInspectable const& content);
+
     Xaml::UIElement Content() const
     {
         ThrowIfStruck(L"Window.Content");

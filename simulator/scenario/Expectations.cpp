@@ -15,7 +15,7 @@ namespace
 
 // How long something expected may take to come: much longer than it should on a busy machine, and above the longest
 // wait of the app. Once the app has ended little can follow: a desktop component's end, a new process.
-constexpr unsigned limitMilliseconds = 60'000;
+constexpr unsigned limitMilliseconds = 90'000;
 constexpr unsigned limitAfterEndMilliseconds = 5'000;
 
 std::wstring Joined(std::vector<std::wstring> const& words)
@@ -71,38 +71,107 @@ std::optional<Range> ParseRange(std::vector<std::wstring> const& words, std::siz
     return Range{*from, *to};
 }
 
+struct ExpectedLine
+{
+    std::wstring message;
+    std::wstring level;
+    std::wstring category; // empty: any
+};
+
+// Messages, each with the options that stand before it.
+std::vector<ExpectedLine> ParseLines(std::vector<std::wstring> const& words)
+{
+    std::vector<ExpectedLine> lines;
+    std::wstring level = L"INFO";
+    std::wstring category;
+    for (auto const& word : words)
+    {
+        if (StartsWith(word, L"level="))
+        {
+            level = word.substr(word.find(L'=') + 1);
+        }
+        else if (StartsWith(word, L"category="))
+        {
+            category = word.substr(word.find(L'=') + 1);
+        }
+        else
+        {
+            lines.push_back({word, level, category});
+        }
+    }
+    return lines;
+}
+
+bool IsLine(std::wstring const& text, ExpectedLine const& expected)
+{
+    auto const line = ParseLogLine(text);
+    return line && line->message == expected.message && line->level == expected.level &&
+           (expected.category.empty() || line->category == expected.category);
+}
+
 bool IsCode(std::wstring const& actual, std::wstring const& expected)
 {
     return ParseNumber(actual) == ParseNumber(expected);
 }
 
+// how: exit, crash or terminated. code: empty for none given.
+bool IsEnd(Event const& event, std::wstring const& how, std::wstring const& code)
+{
+    auto const actual = event.Detail(L"code").value_or(L"");
+    if (how == L"terminated")
+    {
+        return event.kind == L"app-terminated";
+    }
+    auto const isCode = code.empty() ? !IsCode(actual, L"0") : IsCode(actual, code);
+    return event.kind == (how == L"exit" ? L"app-exited" : L"app-crashed") && isCode;
+}
+
+std::wstring WhoIs(std::wstring const& helper)
+{
+    return helper.empty() ? L"the helper" : L"the helper " + helper;
+}
+
 } // namespace
+
+HelperWords::HelperWords(std::vector<std::wstring> all) : words(std::move(all))
+{
+    if (!words.empty() && StartsWith(words.front(), L"@"))
+    {
+        name = words.front();
+        words.erase(words.begin());
+    }
+}
 
 Expectations::Expectations(Device const& device, Observer& observer) : m_device(device), m_observer(observer) {}
 
 void Expectations::Check(Words const& words)
 {
-    auto const& what = words.empty() ? std::wstring() : words.front();
-    if (what == L"event" && words.size() >= 2)
+    struct Expectation
     {
-        CheckEvent(words);
-    }
-    else if (what == L"log" && words.size() >= 2)
+        std::wstring_view what;
+        std::size_t fewestWords;
+        void (Expectations::*check)(Words const& words);
+    };
+
+    static constexpr Expectation expectations[] = {
+        {L"event", 2, &Expectations::CheckEvent},
+        {L"log", 2, &Expectations::CheckLog},
+        {L"unordered", 3, &Expectations::CheckUnorderedLog},
+        {L"desktop", 3, &Expectations::CheckDesktop},
+        {L"helper", 2, &Expectations::CheckHelper},
+        {L"helper-exit", 2, &Expectations::CheckHelperExit},
+        {L"exit", 2, &Expectations::CheckEnd},
+        {L"crash", 1, &Expectations::CheckEnd},
+        {L"terminated", 1, &Expectations::CheckEnd},
+    };
+    auto const* const found =
+        std::ranges::find(expectations, words.empty() ? std::wstring_view() : words.front(), &Expectation::what);
+    if (found == std::end(expectations) || words.size() < found->fewestWords)
     {
-        CheckLog(words);
+        throw Error(L"expect event KIND …, log MESSAGE …, unordered log MESSAGE …, desktop GROUP COMMANDLINE, "
+                    L"helper [@NAME] LINE, helper-exit [@NAME] CODE, exit CODE …, crash … or terminated …");
     }
-    else if (what == L"desktop" && words.size() == 3)
-    {
-        CheckDesktop(words);
-    }
-    else if ((what == L"exit" && words.size() >= 2) || what == L"crash")
-    {
-        CheckEnd(words);
-    }
-    else
-    {
-        throw Error(L"expect event KIND …, log MESSAGE …, desktop GROUP COMMANDLINE, exit CODE … or crash …");
-    }
+    (this->*found->check)(words);
 }
 
 void Expectations::CheckNothingIsLeft()
@@ -114,6 +183,13 @@ void Expectations::CheckNothingIsLeft()
         for (auto const& event : *events)
         {
             left += L"\n    " + event.Text();
+        }
+    }
+    for (auto const& [name, lines] : m_observer.helperLines)
+    {
+        for (auto const& said : lines)
+        {
+            left += L"\n    " + WhoIs(name) + (said.exitCode ? L" ended" : L": " + said.line);
         }
     }
     for (auto const& line : m_observer.logLines)
@@ -133,7 +209,8 @@ void Expectations::CheckNothingIsLeft()
 std::wstring Expectations::Summary() const
 {
     return L"checked: " + std::to_wstring(m_eventCount) + L" events, " + std::to_wstring(m_lineCount) +
-           L" log lines, " + std::to_wstring(m_desktopCount) + L" desktop processes; nothing else happened";
+           L" log lines, " + std::to_wstring(m_desktopCount) + L" desktop processes, " +
+           std::to_wstring(m_helperLineCount) + L" lines of helpers; nothing else happened";
 }
 
 void Expectations::CheckEvent(Words const& words)
@@ -153,23 +230,73 @@ void Expectations::CheckEvent(Words const& words)
 
 void Expectations::CheckLog(Words const& words)
 {
-    auto const level = Option(words, L"level", L"INFO");
-    auto const expected = level + L": " + words[1];
-    auto& lines = m_observer.logLines;
-    WaitFor([&] { return !lines.empty(); }, L"log line " + expected);
-    auto const text = lines.front();
-    lines.pop_front();
-    auto const line = ParseLogLine(text);
-    if (!line || line->message != words[1] || line->level != level ||
-        line->category != Option(words, L"category", line->category))
+    // Here options stand behind the message.
+    ExpectedLine const expected{words[1], Option(words, L"level", L"INFO"), Option(words, L"category", L"")};
+    auto const text = TakeLogLine(L"log line " + expected.level + L": " + expected.message);
+    if (!IsLine(text, expected))
     {
         throw Difference{L"log line " + Joined(words), L"log line " + text};
     }
-    ++m_lineCount;
+}
+
+void Expectations::CheckUnorderedLog(Words const& words)
+{
+    auto open = ParseLines({words.begin() + 2, words.end()});
+    if (words[1] != L"log" || open.empty())
+    {
+        throw Error(L"expect unordered log MESSAGE …");
+    }
+    while (!open.empty())
+    {
+        auto const text = TakeLogLine(L"log line, one of " + std::to_wstring(open.size()) + L": " + open[0].message);
+        auto const found = std::ranges::find_if(open, [&](auto const& line) { return IsLine(text, line); });
+        if (found == open.end())
+        {
+            throw Difference{Joined(words), L"log line " + text};
+        }
+        open.erase(found);
+    }
+}
+
+void Expectations::CheckHelper(Words const& words)
+{
+    HelperWords const helper({words.begin() + 1, words.end()});
+    if (helper.words.size() != 1)
+    {
+        throw Error(L"expect helper [@NAME] LINE");
+    }
+    auto const& expected = helper.words[0];
+    auto const said = TakeFromHelper(helper.name, expected);
+    if (said.exitCode || said.line != expected)
+    {
+        throw Difference{WhoIs(helper.name) + L": " + expected,
+                         said.exitCode ? L"it ended with " + std::to_wstring(*said.exitCode) : said.line};
+    }
+    ++m_helperLineCount;
+}
+
+void Expectations::CheckHelperExit(Words const& words)
+{
+    HelperWords const helper({words.begin() + 1, words.end()});
+    auto const code = helper.words.size() == 1 ? ParseNumber(helper.words[0]) : std::nullopt;
+    if (!code)
+    {
+        throw Error(L"expect helper-exit [@NAME] CODE");
+    }
+    auto const said = TakeFromHelper(helper.name, L"its end");
+    if (said.exitCode != *code)
+    {
+        throw Difference{WhoIs(helper.name) + L" ended with " + helper.words[0],
+                         said.exitCode ? std::to_wstring(*said.exitCode) : said.line};
+    }
 }
 
 void Expectations::CheckDesktop(Words const& words)
 {
+    if (words.size() != 3)
+    {
+        throw Error(L"expect desktop GROUP COMMANDLINE");
+    }
     auto const started = TakeDesktopEvent(L"desktop-started");
     auto const ended = TakeDesktopEvent(L"desktop-exited");
     auto const id = started.Detail(L"pid").value_or(L"");
@@ -190,13 +317,10 @@ void Expectations::CheckDesktop(Words const& words)
 
 void Expectations::CheckEnd(Words const& words)
 {
-    auto const isExit = words[0] == L"exit";
     auto const hasCode = words.size() > 1 && ParseNumber(words[1]);
     auto const range = ParseRange(words, hasCode ? 2 : 1);
     auto const event = Take(m_observer.platformEvents, Joined(words));
-    auto const code = event.Detail(L"code").value_or(L"");
-    if (event.kind != (isExit ? L"app-exited" : L"app-crashed") ||
-        (hasCode ? !IsCode(code, words[1]) : IsCode(code, L"0")))
+    if (!IsEnd(event, words[0], hasCode ? words[1] : std::wstring()))
     {
         throw Difference{Joined(words), event.Text()};
     }
@@ -216,6 +340,25 @@ Event Expectations::TakeDesktopEvent(std::wstring const& kind)
         throw Difference{kind, event.Text()};
     }
     return event;
+}
+
+std::wstring Expectations::TakeLogLine(std::wstring const& expected)
+{
+    auto& lines = m_observer.logLines;
+    WaitFor([&] { return !lines.empty(); }, expected);
+    auto text = std::move(lines.front());
+    lines.pop_front();
+    ++m_lineCount;
+    return text;
+}
+
+Helpers::Said Expectations::TakeFromHelper(std::wstring const& name, std::wstring const& expected)
+{
+    auto& lines = m_observer.helperLines[name];
+    WaitFor([&] { return !lines.empty(); }, WhoIs(name) + L": " + expected);
+    auto said = std::move(lines.front());
+    lines.pop_front();
+    return said;
 }
 
 Event Expectations::Take(std::deque<Event>& events, std::wstring const& expected)

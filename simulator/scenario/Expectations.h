@@ -9,6 +9,15 @@
 namespace sim
 {
 
+// The words of a step that are for a helper: its name from @NAME in front, empty without; and the rest.
+struct HelperWords
+{
+    explicit HelperWords(std::vector<std::wstring> all);
+
+    std::wstring name;
+    std::vector<std::wstring> words;
+};
+
 // Something was other than the scenario says: what was expected and what was there.
 struct Difference
 {
@@ -37,8 +46,13 @@ class Expectations
 
     void CheckEvent(Words const& words);
     void CheckLog(Words const& words);
+    void CheckUnorderedLog(Words const& words);
+    void CheckHelper(Words const& words);
+    void CheckHelperExit(Words const& words);
     void CheckDesktop(Words const& words);
     void CheckEnd(Words const& words);
+    std::wstring TakeLogLine(std::wstring const& expected);
+    Helpers::Said TakeFromHelper(std::wstring const& name, std::wstring const& expected);
     Event TakeDesktopEvent(std::wstring const& kind);
     Event Take(std::deque<Event>& events, std::wstring const& expected);
     void WaitFor(std::function<bool()> const& isThere, std::wstring const& expected);
@@ -49,6 +63,7 @@ class Expectations
     unsigned m_eventCount = 0;
     unsigned m_lineCount = 0;
     unsigned m_desktopCount = 0;
+    unsigned m_helperLineCount = 0;
 };
 
 } // namespace sim

@@ -8,7 +8,8 @@
 namespace sim
 {
 
-Observer::Observer(BrokerClient& broker, Timeline& timeline) : m_broker(broker), m_timeline(timeline)
+Observer::Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline)
+    : m_broker(broker), m_helpers(helpers), m_timeline(timeline)
 {
     m_broker.Follow();
 }
@@ -47,6 +48,23 @@ void Observer::Collect()
     {
         Sort(std::move(*event));
     }
+    CollectHelpers();
+    CollectLog();
+}
+
+void Observer::CollectHelpers()
+{
+    while (auto said = m_helpers.Take())
+    {
+        auto const text = said->exitCode ? L"ends with " + std::to_wstring(*said->exitCode) : said->line;
+        m_timeline.Add(said->time, Timeline::Source::Helper, said->name.empty() ? text : said->name + L" " + text);
+        auto& lines = helperLines[said->name];
+        lines.push_back(std::move(*said));
+    }
+}
+
+void Observer::CollectLog()
+{
     if (!m_log)
     {
         return;
@@ -62,10 +80,9 @@ void Observer::Collect()
 
 void Observer::Sort(Event event)
 {
-    if (StartsWith(event.kind, L"app-"))
-    {
-        m_isAppOver = event.kind != L"app-started";
-    }
+    constexpr std::wstring_view ends[] = {L"app-exited", L"app-crashed", L"app-terminated", L"app-start-failed"};
+    auto const isEnd = std::ranges::find(ends, event.kind) != std::end(ends);
+    m_isAppOver = isEnd || (m_isAppOver && event.kind != L"app-started");
     auto const isDesktop = StartsWith(event.kind, L"desktop-");
     m_timeline.Add(event.time, isDesktop ? Timeline::Source::Desktop : Timeline::Source::Event, event.Text());
     (isDesktop ? desktopEvents : platformEvents).push_back(std::move(event));
@@ -73,11 +90,11 @@ void Observer::Sort(Event event)
 
 void Observer::WaitForMore(unsigned limitMilliseconds)
 {
-    HANDLE const handles[] = {m_broker.Arrived(), m_logWatch ? m_logWatch->Get() : nullptr};
+    HANDLE const handles[] = {m_broker.Arrived(), m_helpers.Arrived(), m_logWatch ? m_logWatch->Get() : nullptr};
     // Not longer than what is held back for order may wait.
     auto const wait =
         m_timeline.IsHolding() ? std::min(limitMilliseconds, Timeline::holdMilliseconds) : limitMilliseconds;
-    if (WaitForMultipleObjects(m_logWatch ? 2 : 1, handles, FALSE, wait) == WAIT_OBJECT_0 + 1)
+    if (WaitForMultipleObjects(m_logWatch ? 3 : 2, handles, FALSE, wait) == WAIT_OBJECT_0 + 2)
     {
         m_logWatch->Next();
     }

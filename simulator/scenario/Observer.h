@@ -3,22 +3,25 @@
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
 #include "simulator/model/FolderWatch.h"
+#include "simulator/scenario/Helpers.h"
 #include "simulator/scenario/Timeline.h"
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 
 namespace sim
 {
 
-// Follows the device's journal and the app's log while a scenario plays, puts both on the timeline, and keeps what no
-// step has asked for yet: in order, for the platform's events, the desktop component's, and the log's lines.
+// Follows the device's journal, the app's log and the helpers while a scenario plays, puts all on the timeline, and
+// keeps what no step has asked for yet: in order, for the platform's events, the desktop component's, each helper's
+// lines and end, and the log's lines.
 class Observer
 {
   public:
-    Observer(BrokerClient& broker, Timeline& timeline);
+    Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline);
 
     // There is no log before a package is registered.
     void WatchLog(std::wstring const& path);
@@ -34,13 +37,17 @@ class Observer
 
     std::deque<Event> platformEvents;
     std::deque<Event> desktopEvents;
-    std::deque<std::wstring> logLines; // as in the file
+    std::deque<std::wstring> logLines;                             // as in the file
+    std::map<std::wstring, std::deque<Helpers::Said>> helperLines; // by the helper's name
 
   private:
     void Sort(Event event);
+    void CollectHelpers();
+    void CollectLog();
     void WaitForMore(unsigned limitMilliseconds);
 
     BrokerClient& m_broker;
+    Helpers& m_helpers;
     Timeline& m_timeline;
     std::optional<LogFile> m_log;
     std::unique_ptr<FolderWatch> m_logWatch;

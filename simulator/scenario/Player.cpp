@@ -6,6 +6,7 @@
 #include "simulator/model/Package.h"
 #include "simulator/scenario/Expectations.h"
 #include "simulator/scenario/Scenario.h"
+#include "simulator/services/WordFile.h"
 
 namespace sim
 {
@@ -20,7 +21,7 @@ class Player
   public:
     Player(Device const& device, Colour colour)
         : m_device(device), m_broker(FreshDevice(device)), m_timeline(WriteLine, colour),
-          m_observer(*m_broker, m_timeline), m_expectations(m_device, m_observer)
+          m_observer(*m_broker, m_helpers, m_timeline), m_expectations(m_device, m_observer)
     {
     }
 
@@ -33,13 +34,28 @@ class Player
             return;
         }
         m_timeline.Add(Now(), Timeline::Source::Step, step.text);
-        words[0] == L"register" ? Register(words) : Act(words);
+        if (words[0] == L"register")
+        {
+            Register(words);
+        }
+        else if (words[0] == L"helper" || (words[0] == L"kill" && words.size() > 1 && words[1] == L"helper"))
+        {
+            ActOnHelper(words);
+        }
+        else
+        {
+            Act(words);
+        }
     }
 
     void CheckNothingIsLeft()
     {
         m_broker->Ask({L"status"}); // what the broker had to say has come before its answer
         m_expectations.CheckNothingIsLeft();
+        for (auto const& name : m_helpers.Running())
+        {
+            throw Difference{L"all helpers have ended", L"one runs " + name};
+        }
     }
 
     std::wstring Summary() const { return m_expectations.Summary(); }
@@ -80,9 +96,18 @@ class Player
         m_observer.WatchLog(LogFile::PathOn(m_device));
     }
 
+    // helper [@NAME] ARGUMENTS… · kill helper [@NAME]
+    void ActOnHelper(Words const& words)
+    {
+        auto const isKill = words[0] == L"kill";
+        auto const rest = HelperWords({words.begin() + (isKill ? 2 : 1), words.end()});
+        isKill ? m_helpers.Kill(rest.name) : m_helpers.Start(rest.name, rest.words);
+    }
+
     void Act(Words const& words)
     {
-        for (auto const* known : {L"launch", L"protocol", L"suspend", L"kill", L"fault"})
+        for (auto const* known : {L"launch", L"protocol", L"suspend", L"kill", L"fault", L"push", L"clock",
+                                  L"revoke-channel", L"cancel-tasks"})
         {
             if (words[0] == known)
             {
@@ -95,13 +120,25 @@ class Player
 
     Words Substituted(Words words) const
     {
+        auto const uri = ChannelUri();
+        auto loggedUri = uri;
+        Replace(loggedUri, L"%", L"%%");
         for (auto& word : words)
         {
             Replace(word, L"{home}", m_device.Home());
             Replace(word, L"{layout}", m_package.folder);
+            Replace(word, L"{uri}", uri);
+            Replace(word, L"{logged-uri}", loggedUri);
             Replace(word, L"{family}", m_package.folder.empty() ? L"" : m_package.FamilyName());
         }
         return words;
+    }
+
+    // Empty while the app has no channel.
+    std::wstring ChannelUri() const
+    {
+        auto const lines = ReadWordFile(m_device.ChannelFile());
+        return lines.empty() || lines[0].empty() ? std::wstring() : lines[0][0];
     }
 
     static void Replace(std::wstring& text, std::wstring_view name, std::wstring const& value)
@@ -115,6 +152,7 @@ class Player
     Device const& m_device;
     std::unique_ptr<BrokerClient> m_broker;
     Timeline m_timeline;
+    Helpers m_helpers;
     Observer m_observer;
     Expectations m_expectations;
     Package m_package;

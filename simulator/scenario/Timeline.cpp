@@ -24,6 +24,8 @@ Look LookOf(Timeline::Source source)
         return {L"platform", L"\x1b[36m"};
     case Timeline::Source::Desktop:
         return {L"desktop ", L"\x1b[33m"};
+    case Timeline::Source::Helper:
+        return {L"helper  ", L"\x1b[35m"};
     default:
         return {L"log     ", L"\x1b[32m"};
     }

@@ -25,6 +25,7 @@ class Timeline
         Step,
         Event,
         Desktop,
+        Helper,
         Log
     };
 

@@ -76,6 +76,13 @@ Message Decode(std::string_view bytes)
 
 } // namespace
 
+Message MakeMessage(std::wstring verb, std::vector<std::wstring> const& arguments)
+{
+    Message message = {std::move(verb)};
+    message.insert(message.end(), arguments.begin(), arguments.end());
+    return message;
+}
+
 std::string Encode(Message const& message)
 {
     std::string body;

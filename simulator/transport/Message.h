@@ -11,6 +11,8 @@ namespace sim
 // What the simulator's processes say to each other: a verb and its arguments.
 using Message = std::vector<std::wstring>;
 
+Message MakeMessage(std::wstring verb, std::vector<std::wstring> const& arguments);
+
 // As bytes: how many bytes follow, then how many texts, then each text's length in UTF-16 units and the units. All
 // numbers are 32 bits, little-endian.
 std::string Encode(Message const& message);

@@ -1,9 +1,8 @@
 #include "tests/flow/AppFlow.h"
 
-#include "logging/LogTargetDefault.h"
-#include "logging/Logger.h"
-#include "service/AppLogHook.h"
 #include "tests/support/Files.h"
+
+#include <algorithm>
 
 using winrt::Windows::UI::Xaml::Application;
 
@@ -33,14 +32,6 @@ AppFlow::~AppFlow()
     host.End();
     EndWait();
     WaitForEnd();
-    // The process-wide objects are never freed in the application; a test program starts each test without them.
-    if (zant::g_defaultLogTarget)
-    {
-        zant::g_defaultLogTarget->Close();
-    }
-    zant::g_defaultLogTarget = nullptr;
-    zant::g_logger = nullptr;
-    g_appLogHook = nullptr;
 }
 
 void AppFlow::Start()
@@ -69,6 +60,12 @@ void AppFlow::RunToEnd()
 {
     Start();
     WaitForEnd();
+}
+
+std::size_t AppFlow::CountReports(std::wstring_view kind) const
+{
+    auto const reports = host.Reports();
+    return static_cast<std::size_t>(std::ranges::count(reports, kind, &sim::Event::kind));
 }
 
 std::vector<std::wstring> AppFlow::Messages() const

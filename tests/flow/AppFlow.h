@@ -1,6 +1,7 @@
 #pragma once
 #include "app/App.h"
 #include "simulator/runtime/LocalHost.h"
+#include "tests/support/LogTearDown.h"
 #include "tests/support/UserTemporaryFolder.h"
 #include "tests/support/WrappedCall.h"
 #include "utils/UniqueHandle.h"
@@ -39,6 +40,9 @@ class AppFlow : public testing::Test
     // The messages in the log, in order.
     std::vector<std::wstring> Messages() const;
 
+    // How often the device reported that.
+    std::size_t CountReports(std::wstring_view kind) const;
+
     std::wstring LogPath() const { return temporary / L"Tessaline\\HOV\\KZEB.log"; }
 
     UserTemporaryFolder temporary;
@@ -48,6 +52,7 @@ class AppFlow : public testing::Test
     winrt::weak_ref<VelmoNotificationClient::App> app;
 
   private:
+    LogTearDown m_logTearDown;
     zant::UniqueHandle m_waitMayEnd;
     SleepCall m_sleep;
     std::thread m_main;

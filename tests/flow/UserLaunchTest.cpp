@@ -1,6 +1,9 @@
 #include "tests/flow/AppFlow.h"
 #include "tests/support/Banner.h"
 
+#include <atomic>
+#include <winrt/Windows.UI.Xaml.Controls.h>
+
 namespace
 {
 
@@ -11,6 +14,22 @@ constexpr wchar_t inside[] = L"Inside OnLaunched";
 constexpr wchar_t goingToLaunch[] = L"Going to launch full trust app to launch HOV";
 constexpr wchar_t launchDone[] = L"Launch Done !! ";
 constexpr wchar_t goingToExit[] = L"Going to exit";
+
+// A window's content that is no page, and counts how often it is asked whether it is one.
+struct Content : winrt::implements<Content, winrt::Windows::Foundation::IInspectable>
+{
+    explicit Content(std::atomic<int>& questions) : m_questions(questions) {}
+
+  protected:
+    std::int32_t query_interface_tearoff(winrt::guid const& id, void** object) const noexcept override
+    {
+        m_questions += id == winrt::guid_of<winrt::Windows::UI::Xaml::Controls::IPage>() ? 1 : 0;
+        return implements::query_interface_tearoff(id, object);
+    }
+
+  private:
+    std::atomic<int>& m_questions;
+};
 
 class UserLaunch : public test::AppFlow
 {
@@ -114,7 +133,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchGivesNoOperation)
 {
     host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null");
     RunToEnd();
-    EXPECT_EQ(host.Failure(), E_INVALIDARG);
+    EXPECT_EQ(host.Failure(), E_POINTER);
     EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch}));
 }
 
@@ -126,6 +145,18 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheExitCannotBeHad)
     EndWait();
     WaitForEnd();
     EXPECT_EQ(host.Failure(), REGDB_E_CLASSNOTREG);
+    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
+}
+
+TEST_F(UserLaunch, AsksTheWindowsContentWhetherItIsAPageAndGoesOnThoughItIsNone)
+{
+    std::atomic<int> questions = 0;
+    host.SetWindowContent(winrt::make<Content>(questions));
+    Start();
+    host.WaitForLaunch().Complete();
+    EndWait();
+    WaitForEnd();
+    EXPECT_EQ(questions, 1);
     EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
 }
 

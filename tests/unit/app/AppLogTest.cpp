@@ -7,6 +7,7 @@
 #include "service/LogSite.h"
 #include "tests/support/Banner.h"
 #include "tests/support/Files.h"
+#include "tests/support/LogTearDown.h"
 #include "tests/support/UserTemporaryFolder.h"
 #include "tests/support/WrappedCall.h"
 
@@ -36,18 +37,6 @@ using test::banner;
 class AppLogging : public testing::Test
 {
   protected:
-    // The process-wide objects are never freed in the application; a test program starts each test without them.
-    ~AppLogging() override
-    {
-        if (zant::g_defaultLogTarget)
-        {
-            zant::g_defaultLogTarget->Close();
-        }
-        zant::g_defaultLogTarget = nullptr;
-        zant::g_logger = nullptr;
-        g_appLogHook = nullptr;
-    }
-
     std::wstring LogPath() const { return temporary / L"Tessaline\\HOV\\KZEB.log"; }
 
     // The columns of each line: time, level, reserved, product, component, category, detail, origin, thread, message.
@@ -62,6 +51,9 @@ class AppLogging : public testing::Test
     }
 
     test::UserTemporaryFolder temporary;
+
+  private:
+    test::LogTearDown m_logTearDown;
 };
 
 TEST_F(AppLogging, ALogCallBeforeSetUpProducesNothingAndNoError)

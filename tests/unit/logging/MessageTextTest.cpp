@@ -78,7 +78,9 @@ TEST(MessageText, WithoutArgumentsPercentSignsStand)
 }
 
 // The runtime refuses %n, a way to write to memory, as it refuses every bad format: by its handler for invalid
-// parameters, which on Windows ends the process. Here it is one that lets the test go on.
+// parameters, which on Windows ends the process. Here it is one that lets the test go on. The older runtime of
+// the coverage build never calls it.
+#ifdef _UCRT
 TEST(MessageText, ABadFormatIsTheRuntimesToRefuse)
 {
     static int refused;
@@ -92,6 +94,7 @@ TEST(MessageText, ABadFormatIsTheRuntimesToRefuse)
     EXPECT_EQ(refused, 2);
     EXPECT_EQ(written, 7);
 }
+#endif
 
 TEST(MessageText, AZeroCharacterEndsTheMessage)
 {

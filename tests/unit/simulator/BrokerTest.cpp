@@ -1,166 +1,9 @@
-#include "simulator/broker/Broker.h"
-#include "simulator/model/Text.h"
-#include "tests/support/Files.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/unit/simulator/BrokerFixture.h"
 
-#include <gtest/gtest.h>
-#include <map>
 #include <thread>
-#include <windows.h>
 
 namespace
 {
-
-// Processes that are only written down; the test says when they end.
-class FakeProcesses : public sim::ProcessStarter
-{
-  public:
-    struct Process
-    {
-        sim::ProcessRequest request;
-        Ended ended;
-    };
-
-    sim::StartedProcess Start(sim::ProcessRequest const& request, Ended ended) override
-    {
-        if (error != 0)
-        {
-            return {error, 0};
-        }
-        auto const id = 100 + static_cast<unsigned long>(started.size());
-        started.push_back({request, std::move(ended)});
-        return {0, id};
-    }
-
-    void Kill(unsigned long id, unsigned long) override { killed.push_back(id); }
-
-    // The n-th process that was started ends.
-    void End(std::size_t index, unsigned long exitCode)
-    {
-        started[index].ended(100 + static_cast<unsigned long>(index), exitCode);
-    }
-
-    unsigned long error = 0; // the next starts fail with it
-    std::vector<Process> started;
-    std::vector<unsigned long> killed;
-};
-
-class FakePeer : public sim::Peer
-{
-  public:
-    void Send(sim::Message const& message) override { received.push_back(message); }
-
-    std::vector<sim::Message> received;
-};
-
-std::string const manifest = R"(<Package xmlns="http://schemas.microsoft.com/appx/manifest/foundation/windows10"
-    xmlns:uap="http://schemas.microsoft.com/appx/manifest/uap/windows10"
-    xmlns:desktop="http://schemas.microsoft.com/appx/manifest/desktop/windows10"
-    xmlns:rescap="http://schemas.microsoft.com/appx/manifest/foundation/windows10/restrictedcapabilities">
-  <Identity Name="A.Package" Publisher="CN=Velmo" Version="1.0.0.0"/>
-  <Applications><Application Id="App" Executable="App.exe" EntryPoint="A.App"><Extensions>
-    <uap:Extension Category="windows.protocol"><uap:Protocol Name="a-protocol"/></uap:Extension>
-    <desktop:Extension Category="windows.fullTrustProcess" Executable="Sub\Desktop.exe"><desktop:FullTrustProcess>
-      <desktop:ParameterGroup GroupId="Group" Parameters="/of the group"/>
-    </desktop:FullTrustProcess></desktop:Extension>
-  </Extensions></Application></Applications>
-  <Capabilities><rescap:Capability Name="runFullTrust"/></Capabilities></Package>)";
-
-constexpr wchar_t family[] = L"A.Package_m7dy57p66fpam";
-
-class Brokers : public testing::Test
-{
-  protected:
-    Brokers() : m_device(m_folder / L"device"), m_layout(m_folder / L"layout")
-    {
-        CreateDirectoryW(m_layout.c_str(), nullptr);
-        WriteManifest(manifest);
-        test::WriteBytes(m_layout + L"\\App.exe", "x");
-        NewBroker();
-    }
-
-    void WriteManifest(std::string const& text) const { test::WriteBytes(m_layout + L"\\AppxManifest.xml", text); }
-
-    static std::string Without(std::string const& part)
-    {
-        auto text = manifest;
-        text.erase(text.find(part), part.size());
-        return text;
-    }
-
-    void NewBroker()
-    {
-        m_broker.reset();
-        auto processes = std::make_unique<FakeProcesses>();
-        m_processes = processes.get();
-        m_broker = std::make_unique<sim::Broker>(m_device, std::move(processes), [this] { m_isStopped = true; });
-    }
-
-    // What a command line gets for an answer.
-    sim::Message Ask(sim::Message const& message) const
-    {
-        auto const peer = std::make_shared<FakePeer>();
-        m_broker->Received(peer, message);
-        m_broker->Closed(peer);
-        return peer->received.empty() ? sim::Message{} : peer->received.back();
-    }
-
-    void Register() const { EXPECT_EQ(Ask({L"register", m_layout}), (sim::Message{L"ok", family})); }
-
-    // The n-th process that was started connects.
-    std::shared_ptr<FakePeer> Connect(std::size_t index) const
-    {
-        auto const peer = std::make_shared<FakePeer>();
-        m_broker->Received(peer, {L"hello-app", std::to_wstring(100 + index)});
-        return peer;
-    }
-
-    void Say(std::shared_ptr<FakePeer> const& peer, sim::Message const& message) const
-    {
-        m_broker->Received(peer, message);
-    }
-
-    // The process exits as apps do.
-    void Exit(std::size_t index, std::shared_ptr<FakePeer> const& peer) const
-    {
-        Say(peer, {L"exiting"});
-        m_broker->Closed(peer);
-        m_processes->End(index, 0);
-    }
-
-    std::vector<std::wstring> Events() const
-    {
-        std::vector<std::wstring> texts;
-        for (auto const& event : sim::ReadJournal(m_device.JournalFile()))
-        {
-            texts.push_back(event.kind);
-        }
-        return texts;
-    }
-
-    sim::Event LastEvent() const { return sim::ReadJournal(m_device.JournalFile()).back(); }
-
-    std::wstring Launched(std::vector<std::wstring> const& words) const
-    {
-        Register();
-        Ask({L"launch"});
-        auto const app = Connect(0);
-        sim::Message message = {L"launch-desktop", L"r1"};
-        message.insert(message.end(), words.begin(), words.end());
-        Say(app, message);
-        auto const& answer = app->received.back();
-        EXPECT_EQ(answer[0], L"launched");
-        EXPECT_EQ(answer[1], L"r1");
-        return answer[2];
-    }
-
-    test::TemporaryFolder m_folder;
-    sim::Device m_device;
-    std::wstring m_layout;
-    FakeProcesses* m_processes = nullptr;
-    std::unique_ptr<sim::Broker> m_broker;
-    bool m_isStopped = false;
-};
 
 using Kinds = std::vector<std::wstring>;
 
@@ -194,7 +37,7 @@ TEST_F(Brokers, KeepActivationsUntilTheProcessConnectsAndGiveThemInOrder)
     Ask({L"launch", L"three"});
     EXPECT_EQ(m_processes->started.size(), 1u);
     ASSERT_EQ(app->received.size(), 4u);
-    EXPECT_EQ(app->received[0], sim::Message{L"welcome"});
+    EXPECT_EQ(app->received[0], (sim::Message{L"welcome", family}));
     EXPECT_EQ(app->received[1], (sim::Message{L"activate", L"1", L"launch", L"one"}));
     EXPECT_EQ(app->received[2], (sim::Message{L"activate", L"2", L"protocol", L"a-protocol:two"}));
     EXPECT_EQ(app->received[3], (sim::Message{L"activate", L"3", L"launch", L"three"}));
@@ -382,7 +225,7 @@ TEST_F(Brokers, TellANewProcessItsFaultsBeforeItsActivations)
     auto const app = Connect(0);
     ASSERT_EQ(app->received.size(), 3u);
     EXPECT_EQ(app->received[0], (sim::Message{L"fault", L"CoreApplication.Exit", L"now", L"0x80004005", L"2"}));
-    EXPECT_EQ(app->received[1], sim::Message{L"welcome"});
+    EXPECT_EQ(app->received[1], (sim::Message{L"welcome", family}));
     Ask({L"fault", L"clear"});
     EXPECT_EQ(app->received.back(), sim::Message{L"faults-clear"});
 }
@@ -398,7 +241,7 @@ TEST_F(Brokers, CountTheFaultsThatStruck)
     m_broker->Closed(first);
     m_processes->End(0, 3);
     Ask({L"launch"});
-    EXPECT_EQ(Connect(1)->received.front(), sim::Message{L"welcome"});
+    EXPECT_EQ(Connect(1)->received.front(), (sim::Message{L"welcome", family}));
 }
 
 TEST_F(Brokers, RefuseAnUnknownFault)

@@ -43,11 +43,24 @@ TEST(Fault, IsReadWithItsResultAndCount)
     EXPECT_EQ(Parse(L"CoreApplication.Exit now 0x80004005").times, sim::Fault::always);
     EXPECT_EQ(Parse(Launch(L"delay 250")).value, 250u);
     EXPECT_EQ(Parse(Launch(L"never 2")).times, 2u);
+    EXPECT_EQ(Parse(L"AppServiceConnection.SendMessageAsync status 2").value, 2u);
+}
+
+TEST(Fault, IsReadWithTheCallsBeforeIt)
+{
+    auto const limited = Parse(L"BackgroundTaskBuilder.Register now 0x80070718 1 after 2");
+    EXPECT_EQ(limited.times, 1u);
+    EXPECT_EQ(limited.after, 2u);
+    auto const unlimited = Parse(Launch(L"cancelled after 3"));
+    EXPECT_EQ(unlimited.times, sim::Fault::always);
+    EXPECT_EQ(unlimited.after, 3u);
 }
 
 TEST(Fault, ComesBackFromItsWords)
 {
-    for (auto const* words : {L"CoreApplication now 0x80040154 2", L"Window.Current null"})
+    for (auto const* words :
+         {L"CoreApplication now 0x80040154 2", L"Window.Current null",
+          L"AppServiceConnection.OpenAsync status 4 2 after 1", L"AppServiceConnection.OpenAsync cancelled after 1"})
     {
         EXPECT_EQ(Parse(words).Words(), sim::SplitWords(words));
     }
@@ -67,18 +80,22 @@ TEST(Fault, ThatTheCallDoesNotKnowIsRefused)
               L"CoreApplication.Exit is not asynchronous: it has no completion; use now");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit null"),
               L"CoreApplication.Exit hands out nothing that could be null; use now");
+    EXPECT_EQ(ErrorOf(Launch(L"status 1")), L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync "
+                                            L"completes with no status; use completion");
+    EXPECT_EQ(ErrorOf(L"AppServiceConnection.OpenAsync status 0"), L"the status 0 is success");
 }
 
 TEST(Fault, ThatIsIncompleteOrOverfullIsRefused)
 {
     EXPECT_NE(ErrorOf(L"CoreApplication.Exit"), L"no error");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit later"),
-              L"there is no fault later; use now, completion, never, null or delay");
+              L"there is no fault later; use now, completion, never, null, delay, cancelled or status");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now"), L"now needs a number: result");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now soon"), L"soon is no number (result)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 5"), L"5 is no failing result code (they begin with 0x8)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 often"), L"often is no number (how many times)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 1 2"), L"what is meant by 2 after the fault?");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 after"), L"after needs a number: how many calls before it");
 }
 
 TEST(FaultTable, StrikesAsOftenAsWasAsked)
@@ -110,4 +127,23 @@ TEST(FaultTable, KeepsOnlyTheLatestFaultOfACall)
     table.Set(Parse(L"CoreApplication.Exit now 0x80070005 1"));
     EXPECT_EQ(table.Take(L"CoreApplication.Exit")->value, 0x80070005u);
     EXPECT_TRUE(table.All().empty());
+}
+
+TEST(FaultTable, LetsTheFirstCallsPass)
+{
+    sim::FaultTable table;
+    table.Set(Parse(L"CoreApplication.Exit now 0x80004005 1 after 2"));
+    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
+    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
+    EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
+    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
+}
+
+TEST(FaultTable, IsUsedUpByAnotherThatLetCallsPass)
+{
+    sim::FaultTable table;
+    table.Set(Parse(L"CoreApplication.Exit now 0x80004005 2 after 2"));
+    EXPECT_TRUE(table.Use(L"CoreApplication.Exit"));
+    EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
+    EXPECT_FALSE(table.Use(L"CoreApplication.Exit"));
 }

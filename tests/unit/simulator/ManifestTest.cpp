@@ -83,6 +83,8 @@ TEST_F(ManifestReading, GivesWhatThePackageDeclares)
     EXPECT_EQ(manifest.executable, L"App.exe");
     EXPECT_EQ(manifest.entryPoint, L"A.App");
     EXPECT_EQ(manifest.protocols, (std::vector<std::wstring>{L"one-protocol", L"another"}));
+    EXPECT_TRUE(manifest.DeclaresAppService(L"service"));
+    EXPECT_FALSE(manifest.DeclaresAppService(L"Service"));
     EXPECT_TRUE(manifest.mayRunFullTrust);
     ASSERT_TRUE(manifest.desktopComponent);
     EXPECT_EQ(manifest.desktopComponent->executable, L"Sub\\Desktop.exe");
@@ -97,6 +99,7 @@ TEST_F(ManifestReading, ReadsTheShippedManifest)
     EXPECT_EQ(manifest.executable, L"VelmoNotificationClient.exe");
     ASSERT_TRUE(manifest.desktopComponent);
     EXPECT_EQ(manifest.desktopComponent->groups.size(), 3u);
+    EXPECT_TRUE(manifest.DeclaresAppService(L"com.velmo.notification"));
 }
 
 TEST_F(ManifestReading, KnowsAPackageWithoutExtensionsAndCapabilities)
@@ -168,6 +171,13 @@ TEST_F(ManifestReading, NamesWhatIsMissingOrWrong)
         {" Category=\"windows.protocol\"", "", L"<Extension> has no Category"},
         {"<u:Protocol Name=\"one-protocol\"/>", "", L"the windows.protocol extension has no <uap:Protocol>"},
         {"one-protocol", "One-Protocol", L"the protocol name One-Protocol is not in lower case"},
+        {"<u:AppService Name=\"service\"/>", "", L"the windows.appService extension has no <uap:AppService>"},
+        {"<u:AppService Name=\"service\"/>", "<u:AppService/>", L"<AppService> has no Name"},
+        {"Category=\"windows.appService\"", "Category=\"windows.appService\" EntryPoint=\"A.Task\"",
+         L"the windows.appService extension has an EntryPoint; served are those of the application itself"},
+        {"<Extensions>",
+         "<Extensions><u:Extension Category=\"windows.appService\"><u:AppService Name=\"service\"/></u:Extension>",
+         L"there are two app services with the Name service"},
         {" Executable=\"Sub\\Desktop.exe\"", "", L"<Extension> has no Executable"},
         {"GroupId=\"First\" ", "", L"<ParameterGroup> has no GroupId"},
         {" Parameters=\"/second\"", "", L"<ParameterGroup> has no Parameters"},

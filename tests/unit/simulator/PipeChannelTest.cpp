@@ -18,14 +18,14 @@ class PipeChannels : public testing::Test
         m_clientPipe = sim::ConnectPipe(m_name);
     }
 
-    static std::shared_ptr<sim::PipeChannel> Open(sim::Handle pipe, sim::Inbox& inbox)
+    static std::shared_ptr<sim::PipeChannel> Open(sim::Handle pipe, sim::Inbox<sim::Message>& inbox)
     {
         auto channel = sim::PipeChannel::Open(std::move(pipe));
         channel->Start({[&inbox](sim::Message message) { inbox.Add(std::move(message)); }, [&inbox] { inbox.End(); }});
         return channel;
     }
 
-    static sim::Message Wait(sim::Inbox& inbox)
+    static sim::Message Wait(sim::Inbox<sim::Message>& inbox)
     {
         WaitForSingleObject(inbox.Arrived(), INFINITE);
         return inbox.Take().value_or(sim::Message{L"(end)"});
@@ -34,8 +34,8 @@ class PipeChannels : public testing::Test
     std::wstring m_name;
     sim::Handle m_serverPipe;
     sim::Handle m_clientPipe;
-    sim::Inbox m_serverInbox;
-    sim::Inbox m_clientInbox;
+    sim::Inbox<sim::Message> m_serverInbox;
+    sim::Inbox<sim::Message> m_clientInbox;
 };
 
 } // namespace

@@ -1,0 +1,10 @@
+#pragma once
+#include "service/LogSite.h"
+
+namespace VelmoNotificationClient
+{
+
+// The log site of start-up and activations.
+inline constexpr LogSite shellLog(L"ZEBMain");
+
+} // namespace VelmoNotificationClient

@@ -1,0 +1,43 @@
+#include "helper/Arguments.h"
+#include "helper/Commands.h"
+#include "helper/Console.h"
+#include "utils/Utf8.h"
+
+#include <winrt/base.h>
+
+namespace
+{
+
+using helper::Outcome;
+
+Outcome RunCommandLine(std::vector<std::wstring> const& words)
+try
+{
+    auto const arguments = helper::ParseArguments(words);
+    if (!arguments)
+    {
+        helper::WriteLine(helper::helpText);
+        return Outcome::Done;
+    }
+    winrt::init_apartment();
+    return helper::Run(*arguments);
+}
+catch (helper::WrongCall const& wrong)
+{
+    helper::WriteErrorLine(L"helper: " + zant::ToWide(wrong.what()).value_or(L"wrong call") +
+                           L"\nhelper help tells how it is called");
+    return Outcome::WrongCall;
+}
+catch (winrt::hresult_error const& error)
+{
+    helper::WriteErrorLine(L"helper: " + std::wstring(error.message()));
+    return Outcome::NoAnswer;
+}
+
+} // namespace
+
+// The runtime calls it by this name.
+int wmain(int count, wchar_t** arguments) // NOLINT(misc-use-internal-linkage)
+{
+    return static_cast<int>(RunCommandLine({arguments + 1, arguments + count}));
+}

@@ -1,0 +1,105 @@
+#include "helper/Session.h"
+
+#include "helper/Console.h"
+#include "helper/MessageText.h"
+#include "service/Messages.h"
+
+#include <winrt/Windows.Foundation.h>
+
+using namespace winrt::Windows::ApplicationModel::AppService;
+using namespace winrt::Windows::Foundation;
+using namespace winrt::Windows::Foundation::Collections;
+
+namespace helper
+{
+
+namespace
+{
+
+namespace Messages = VelmoNotificationClient::Messages;
+
+wchar_t const* NameOf(AppServiceClosedStatus status)
+{
+    switch (status)
+    {
+    case AppServiceClosedStatus::Completed:
+        return L"Completed";
+    case AppServiceClosedStatus::Canceled:
+        return L"Canceled";
+    case AppServiceClosedStatus::ResourceLimitsExceeded:
+        return L"ResourceLimitsExceeded";
+    default:
+        return L"Unknown";
+    }
+}
+
+std::wstring NewMessageOf(ValueSet const& message)
+{
+    return message.HasKey(Messages::newMessageKey)
+               ? std::wstring(winrt::unbox_value_or<winrt::hstring>(message.Lookup(Messages::newMessageKey), L""))
+               : std::wstring();
+}
+
+} // namespace
+
+Session::Session()
+{
+    m_connection.RequestReceived([inbox = m_inbox](auto&&, AppServiceRequestReceivedEventArgs const& args) {
+        Received(*inbox, args.Request().Message());
+    });
+    m_connection.ServiceClosed([inbox = m_inbox](auto&&, AppServiceClosedEventArgs const& args) {
+        WriteLine(std::wstring(L"closed: ") + NameOf(args.Status()));
+        std::lock_guard const lock(inbox->mutex);
+        inbox->isClosed = true;
+        inbox->changed.notify_all();
+    });
+}
+
+Session::~Session()
+{
+    try
+    {
+        m_connection.Close();
+    }
+    catch (winrt::hresult_error const&)
+    {
+        // Ignored: the connection ends with the process anyway.
+    }
+}
+
+AppServiceConnectionStatus Session::Open(std::wstring const& packageFamilyName, std::wstring const& appServiceName)
+{
+    m_connection.PackageFamilyName(packageFamilyName);
+    m_connection.AppServiceName(appServiceName);
+    return m_connection.OpenAsync().get();
+}
+
+AppServiceResponse Session::Send(ValueSet const& request, std::chrono::milliseconds timeout)
+{
+    auto const operation = m_connection.SendMessageAsync(request);
+    return operation.wait_for(timeout) == AsyncStatus::Started ? nullptr : operation.GetResults();
+}
+
+std::optional<Session::Message> Session::Wait(std::chrono::milliseconds timeout)
+{
+    std::unique_lock lock(m_inbox->mutex);
+    auto const hasMessage = [&] { return m_inbox->taken < m_inbox->messages.size(); };
+    m_inbox->changed.wait_for(lock, timeout, [&] { return hasMessage() || m_inbox->isClosed; });
+    return hasMessage() ? std::optional(m_inbox->messages[m_inbox->taken++]) : std::nullopt;
+}
+
+void Session::WaitForEnd()
+{
+    std::unique_lock lock(m_inbox->mutex);
+    m_inbox->changed.wait(lock, [&] { return m_inbox->isClosed; });
+}
+
+void Session::Received(Inbox& inbox, ValueSet const& message)
+{
+    WriteLine(L"message: " + MessageText(message));
+    std::lock_guard const lock(inbox.mutex);
+    inbox.messages.push_back({NewMessageOf(message), message.HasKey(Messages::newCuriKey)});
+    inbox.changed.notify_all();
+}
+
+} // namespace helper

@@ -1,0 +1,65 @@
+#pragma once
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+#include <winrt/Windows.ApplicationModel.AppService.h>
+#include <winrt/Windows.Foundation.Collections.h>
+
+namespace helper
+{
+
+// A connection to the client's app service. Prints each message that arrives, and keeps it for Wait. Failures are
+// hresult_error.
+class Session
+{
+  public:
+    using AppServiceConnection = winrt::Windows::ApplicationModel::AppService::AppServiceConnection;
+    using AppServiceConnectionStatus = winrt::Windows::ApplicationModel::AppService::AppServiceConnectionStatus;
+    using AppServiceResponse = winrt::Windows::ApplicationModel::AppService::AppServiceResponse;
+    using ValueSet = winrt::Windows::Foundation::Collections::ValueSet;
+
+    struct Message
+    {
+        std::wstring newMessage; // the value of "NewMessage", empty without one
+        bool hasUri = false;
+    };
+
+    Session();
+    Session(Session const&) = delete;
+    Session& operator=(Session const&) = delete;
+    ~Session();
+
+    // Anything but Success is the platform's reason for no connection.
+    AppServiceConnectionStatus Open(std::wstring const& packageFamilyName, std::wstring const& appServiceName);
+
+    // Null when no response comes in time.
+    AppServiceResponse Send(ValueSet const& request, std::chrono::milliseconds timeout);
+
+    // The next message, waited for. Nothing when none comes in time, or the connection closes before.
+    std::optional<Message> Wait(std::chrono::milliseconds timeout);
+
+    // For as long as the connection lives.
+    void WaitForEnd();
+
+  private:
+    // Shared with the handlers, which the platform may call when this object has gone.
+    struct Inbox
+    {
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::vector<Message> messages;
+        std::size_t taken = 0;
+        bool isClosed = false;
+    };
+
+    static void Received(Inbox& inbox, ValueSet const& message);
+
+    AppServiceConnection m_connection;
+    std::shared_ptr<Inbox> m_inbox = std::make_shared<Inbox>();
+};
+
+} // namespace helper

@@ -1,0 +1,10 @@
+#pragma once
+#include "service/LogSite.h"
+
+namespace VelmoNotificationClient
+{
+
+// The log site of everything that serves the helper.
+inline constexpr LogSite appServiceLog(L"AppService");
+
+} // namespace VelmoNotificationClient

@@ -1,0 +1,119 @@
+#include "service/BackgroundTasks.h"
+
+#include "service/AppServiceLog.h"
+#include "service/ChannelUri.h"
+#include "service/NotNull.h"
+
+#include <winrt/Windows.ApplicationModel.Background.h>
+#include <winrt/Windows.Foundation.Collections.h>
+
+using namespace winrt::Windows::ApplicationModel::Background;
+using namespace winrt::Windows::Foundation;
+using namespace winrt::Windows::Networking::PushNotifications;
+
+namespace VelmoNotificationClient
+{
+
+namespace
+{
+
+bool Register(BackgroundTaskBuilder const& task, wchar_t const* doneLine, wchar_t const* failedLine)
+{
+    try
+    {
+        task.Register();
+        appServiceLog.Info(doneLine);
+        return true;
+    }
+    catch (winrt::hresult_error const&)
+    {
+        appServiceLog.Error(failedLine);
+        return false;
+    }
+}
+
+// Neither task has an entry point: so they arrive in the app's own process.
+
+bool RegisterPushTask()
+{
+    BackgroundTaskBuilder const task;
+    task.Name(pushTaskName);
+    task.SetTrigger(PushNotificationTrigger());
+    return Register(task, L"Register background task: PushNotificationTrigger task",
+                    L"Register background task: PushNotificationTrigger task failed");
+}
+
+bool RegisterTimerTask()
+{
+    constexpr std::uint32_t onceADay = 24 * 60; // minutes
+    constexpr bool oneShot = false;
+    BackgroundTaskBuilder const task;
+    task.Name(timerTaskName);
+    task.SetTrigger(TimeTrigger(onceADay, oneShot));
+    return Register(task, L"Register background task: TimerTaskName",
+                    L"Register background task: TimerTaskName failed");
+}
+
+void RegisterAnew(PushNotificationChannel const& channel, zant::ZANT_Event_t const* registered)
+{
+    if (!StoreChannelUri(channel, L"Appservice channel : uri is written to local setting"))
+    {
+        appServiceLog.Info(L"Appservice unable to write channel uri to localdata");
+        return;
+    }
+    appServiceLog.Info(L"Unregister all the background tasks");
+    UnregisterOwnBackgroundTasks();
+    if (RegisterPushTask() && RegisterTimerTask())
+    {
+        zant::SetEvnt(registered);
+    }
+}
+
+winrt::fire_and_forget RegisterWithChannel(IAsyncOperation<PushNotificationChannel> request,
+                                           zant::ZANT_Event_t const* registered)
+{
+    try
+    {
+        RegisterAnew(co_await winrt::resume_agile(request), registered);
+        appServiceLog.Info(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
+    }
+    catch (winrt::hresult_error const&)
+    {
+        if (!WasCanceled(request))
+        {
+            appServiceLog.Error(L"Inside RegsiterBackgroundtasks, Exception raised in tast_creation for channelURI");
+        }
+    }
+}
+
+} // namespace
+
+void RegsiterBackgroundtasks(zant::ZANT_Event_t const* registered)
+{
+    appServiceLog.Info(L"Inside RegsiterBackgroundtasks");
+    try
+    {
+        RegisterWithChannel(RequestChannel(), registered);
+    }
+    catch (winrt::hresult_error const&)
+    {
+        appServiceLog.Error(L"Inside RegsiterBackgroundtasks, Exception raised in tast_creation");
+    }
+}
+
+void UnregisterOwnBackgroundTasks()
+{
+    constexpr bool cancelRunning = true;
+    for (auto const& entry : NotNull(BackgroundTaskRegistration::AllTasks()))
+    {
+        auto const registration = entry.Value();
+        auto const name = registration.Name();
+        if (name == pushTaskName || name == timerTaskName)
+        {
+            appServiceLog.Info(L"Background task found going to unregister it");
+            registration.Unregister(cancelRunning);
+        }
+    }
+}
+
+} // namespace VelmoNotificationClient

@@ -1,0 +1,89 @@
+#include "service/ChannelUri.h"
+
+#include "service/AppServiceLog.h"
+#include "service/NotNull.h"
+
+#include <string>
+#include <string_view>
+#include <winrt/Windows.Foundation.Collections.h>
+#include <winrt/Windows.Storage.h>
+
+using namespace winrt::Windows::Foundation;
+using namespace winrt::Windows::Foundation::Collections;
+using namespace winrt::Windows::Networking::PushNotifications;
+using namespace winrt::Windows::Storage;
+
+namespace VelmoNotificationClient
+{
+
+namespace
+{
+
+constexpr wchar_t uriKey[] = L"CURI";
+
+// For the log alone, with each percent sign twice.
+std::wstring ForLog(std::wstring_view uri)
+{
+    std::wstring text;
+    for (auto const character : uri)
+    {
+        text.append(character == L'%' ? 2 : 1, character);
+    }
+    return text;
+}
+
+// Null when the app has no local settings.
+IPropertySet SettingsValues()
+{
+    auto const settings = NotNull(ApplicationData::Current()).LocalSettings();
+    return settings ? NotNull(settings.Values()) : nullptr;
+}
+
+void Write(winrt::hstring const& uri, wchar_t const* writeLine)
+{
+    auto const values = SettingsValues();
+    if (!values)
+    {
+        return;
+    }
+    // Read for its failure alone: the URI is written whether or not it has changed.
+    static_cast<void>(values.Lookup(uriKey));
+    appServiceLog.Info(writeLine);
+    values.Insert(uriKey, winrt::box_value(uri));
+}
+
+} // namespace
+
+IAsyncOperation<PushNotificationChannel> RequestChannel()
+{
+    return NotNull(PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync());
+}
+
+bool WasCanceled(IAsyncInfo const& request)
+{
+    return request.Status() == AsyncStatus::Canceled;
+}
+
+bool StoreChannelUri(PushNotificationChannel const& channel, wchar_t const* writeLine)
+{
+    appServiceLog.Info(L"Channel URI Received");
+    auto const uri = NotNull(channel).Uri();
+    appServiceLog.Info(L"Received Channel URI is %ls", ForLog(uri).c_str());
+    try
+    {
+        Write(uri, writeLine);
+        return true;
+    }
+    catch (winrt::hresult_error const&)
+    {
+        return false;
+    }
+}
+
+IInspectable StoredChannelUri()
+{
+    auto const values = SettingsValues();
+    return values ? values.Lookup(uriKey) : nullptr;
+}
+
+} // namespace VelmoNotificationClient

@@ -1,0 +1,26 @@
+#pragma once
+#include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.Networking.PushNotifications.h>
+
+namespace VelmoNotificationClient
+{
+
+// Asks the platform for the app's push channel; each time anew, never kept. Throws hresult_error when the request fails
+// at once.
+winrt::Windows::Foundation::IAsyncOperation<winrt::Windows::Networking::PushNotifications::PushNotificationChannel>
+RequestChannel();
+
+// Whether a request was cancelled, which ends what waits for it without a trace. Only for one that has ended.
+bool WasCanceled(winrt::Windows::Foundation::IAsyncInfo const& request);
+
+// Puts the channel's URI into the app's local settings, under "CURI", whether or not it is there already. writeLine:
+// the line that says so, written before it is tried. False when the settings fail; nothing is written, and that is no
+// failure, when there are none. Throws hresult_error when the channel does not give its URI.
+bool StoreChannelUri(winrt::Windows::Networking::PushNotifications::PushNotificationChannel const& channel,
+                     wchar_t const* writeLine);
+
+// What stands under "CURI", as it stands there (a boxed string, if nobody else wrote there). Null when nothing does, or
+// when there are no settings. Throws hresult_error.
+winrt::Windows::Foundation::IInspectable StoredChannelUri();
+
+} // namespace VelmoNotificationClient

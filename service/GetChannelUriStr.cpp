@@ -1,0 +1,82 @@
+#include "service/GetChannelUriStr.h"
+
+#include "service/AppServiceLog.h"
+#include "service/ChannelUri.h"
+#include "service/Messages.h"
+#include "service/Reply.h"
+
+using namespace winrt::Windows::ApplicationModel::AppService;
+using namespace winrt::Windows::Foundation;
+using namespace winrt::Windows::Foundation::Collections;
+using namespace winrt::Windows::Networking::PushNotifications;
+
+namespace VelmoNotificationClient
+{
+
+namespace
+{
+
+constexpr ReplyLines replyLines{
+    {nullptr, L"GetChannelUriStr Deferral Complete"},
+    {nullptr, L"GetChannelUriStr Deferral Complete with exception, failed to send response to Helper APP"}};
+
+void SendUpdate(ValueSet const& reply, AppServiceDeferral const& requestDeferral)
+{
+    reply.Insert(Messages::newMessageKey, winrt::box_value(Messages::updatedChannelUriAvailable));
+    SendReply(reply, requestDeferral, replyLines);
+}
+
+// The helper hears of an update also when no URI is stored: then the message lacks the URI. When the new one could not
+// be stored, it hears that first, and then of the older one that is.
+void SendStoredUri(PushNotificationChannel const& channel, ValueSet const& reply,
+                   AppServiceDeferral const& requestDeferral)
+{
+    if (!StoreChannelUri(channel, L"From Appservice channel : uri is written to local setting"))
+    {
+        appServiceLog.Error(L"Appservice unable to write channel uri to localdata");
+        SendUpdate(reply, requestDeferral);
+    }
+    if (auto const uri = StoredChannelUri())
+    {
+        appServiceLog.Info(L"Channel URI found in local setting");
+        reply.Insert(Messages::newMessageKey, winrt::box_value(Messages::updatedChannelUriAvailable));
+        reply.Insert(Messages::newCuriKey, uri);
+        SendReply(reply, requestDeferral, replyLines);
+    }
+    else
+    {
+        appServiceLog.Info(L"Channel URI not found in local setting");
+        SendUpdate(reply, requestDeferral);
+        appServiceLog.Error(L"No Channel URI found in local setting");
+    }
+}
+
+// An exception that leaves it ends the process: the deferral cannot be completed.
+winrt::fire_and_forget ReplyWithChannel(IAsyncOperation<PushNotificationChannel> request, ValueSet reply,
+                                        AppServiceDeferral requestDeferral)
+{
+    try
+    {
+        SendStoredUri(co_await winrt::resume_agile(request), reply, requestDeferral);
+        requestDeferral.Complete();
+        appServiceLog.Info(L"Inside GetChannelUriStr, task executed no exception seen");
+    }
+    catch (winrt::hresult_error const&)
+    {
+        if (WasCanceled(request))
+        {
+            co_return;
+        }
+        requestDeferral.Complete();
+        appServiceLog.Error(L"Inside GetChannelUriStr, Exception raised in tast_creation for channelURI");
+    }
+}
+
+} // namespace
+
+void GetChannelUriStr(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
+{
+    ReplyWithChannel(RequestChannel(), outgoingMessage, requestDeferral);
+}
+
+} // namespace VelmoNotificationClient

@@ -1,0 +1,19 @@
+#pragma once
+#include <winrt/base.h>
+
+namespace VelmoNotificationClient
+{
+
+// What the platform handed out. Throws hresult_error (E_POINTER) when that is null, where a call on it would end the
+// process: it counts as the failure of the call that handed it out.
+template <typename T>
+T NotNull(T object)
+{
+    if (!object)
+    {
+        throw winrt::hresult_error(E_POINTER);
+    }
+    return object;
+}
+
+} // namespace VelmoNotificationClient

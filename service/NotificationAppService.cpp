@@ -1,0 +1,76 @@
+#include "service/NotificationAppService.h"
+
+#include "service/AppServiceLog.h"
+#include "service/NotNull.h"
+
+using namespace winrt::Windows::ApplicationModel::Activation;
+using namespace winrt::Windows::ApplicationModel::AppService;
+using namespace winrt::Windows::ApplicationModel::Background;
+
+namespace VelmoNotificationClient
+{
+
+namespace
+{
+
+void CompleteTask()
+{
+    if (auto const deferral = NotificationAppService::serviceDeferral.Get())
+    {
+        deferral.Complete();
+        NotificationAppService::serviceDeferral.Set(nullptr);
+    }
+}
+
+void CloseConnection()
+{
+    if (auto const connection = NotificationAppService::appServiceConnection.Get())
+    {
+        connection.Close();
+        NotificationAppService::appServiceConnection.Set(nullptr);
+    }
+}
+
+} // namespace
+
+SharedReference<AppServiceConnection> NotificationAppService::appServiceConnection;
+SharedReference<BackgroundTaskDeferral> NotificationAppService::serviceDeferral;
+
+void NotificationAppService::ServiceNewConnection(BackgroundActivatedEventArgs const& args) const
+{
+    appServiceLog.Info(L"Inside ServiceNewConnection .");
+    auto const task = args.TaskInstance();
+    serviceDeferral.Set(task.GetDeferral());
+    appServiceLog.Info(L"ServiceNewConnection deferral.");
+    auto const details = task.TriggerDetails().try_as<AppServiceTriggerDetails>();
+    task.Canceled(OnTaskCanceled);
+    auto const connection = NotNull(NotNull(details).AppServiceConnection());
+    appServiceConnection.Set(connection);
+    connection.ServiceClosed(OnServiceClosed);
+    connection.RequestReceived(OnRequestReceived); // last: requests may come from here on
+}
+
+void NotificationAppService::OnTaskCanceled(IBackgroundTaskInstance const&, BackgroundTaskCancellationReason const&)
+{
+    appServiceLog.Info(
+        L"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled deferral complete");
+    try
+    {
+        CompleteTask();
+    }
+    catch (winrt::hresult_error const&)
+    {
+        appServiceLog.Error(L"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled "
+                            L"deferral complete error");
+    }
+    CloseConnection();
+}
+
+void NotificationAppService::OnServiceClosed(AppServiceConnection const&, AppServiceClosedEventArgs const&)
+{
+    appServiceLog.Info(L"AppService Closed");
+    CompleteTask();
+    CloseConnection();
+}
+
+} // namespace VelmoNotificationClient

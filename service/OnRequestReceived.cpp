@@ -1,0 +1,170 @@
+// The way of a request: from the helper's message to the reply, one function for each command.
+
+#include "service/AppServiceLog.h"
+#include "service/BackgroundTasks.h"
+#include "service/ChannelUri.h"
+#include "service/GetChannelUriStr.h"
+#include "service/Messages.h"
+#include "service/NotNull.h"
+#include "service/NotificationAppService.h"
+#include "service/Reply.h"
+#include "service/Settled.h"
+#include "utils/Event.h"
+
+#include <winrt/Windows.ApplicationModel.Core.h>
+#include <winrt/Windows.Foundation.Collections.h>
+
+using namespace winrt::Windows::ApplicationModel::AppService;
+using namespace winrt::Windows::ApplicationModel::Core;
+using namespace winrt::Windows::Foundation;
+using namespace winrt::Windows::Foundation::Collections;
+
+namespace VelmoNotificationClient
+{
+
+namespace
+{
+
+constexpr ReplyLines channelNotRequestedLines{
+    {nullptr, L"GetChannelUriStr Deferral Complete with exception in create task"},
+    {nullptr, L"GetChannelUriStr Deferral Complete with exception in task_creation, failed to send response to Helper "
+              L"APP"}};
+
+constexpr ReplyLines registrationFailedLines{
+    {L"Msg sent to WIN32 for background task registration failed", L"RegisterBkgServices deferral complete"},
+    {L"Error in sending response for appservice requset after timeout  in bkg task registration", nullptr}};
+
+// Also after the message that says that there is no URI.
+constexpr ReplyLines registrationDoneLines{
+    {L"Msg sent to WIN32 for background task registration done", L"RegisterBkgServices deferral complete"},
+    {L"Error in sending response for appservice requset after sucessful bkg task registration deferral complete",
+     nullptr}};
+
+constexpr ReplyLines unregistrationLines{
+    {L"Msg sent to WIN32 for background task unregistration done", L"UnRegisterBkgServices deferral complete"},
+    {L"Error in sending response for appservice requset after sucessful bkg task unregistration", nullptr}};
+
+void SetNewMessage(ValueSet const& message, wchar_t const* value)
+{
+    message.Insert(Messages::newMessageKey, winrt::box_value(value));
+}
+
+void GetChannelUri(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
+{
+    appServiceLog.Info(L"RequestReceived for channel URI");
+    try
+    {
+        GetChannelUriStr(outgoingMessage, requestDeferral); // replies later
+    }
+    catch (winrt::hresult_error const&)
+    {
+        SetNewMessage(outgoingMessage, Messages::updatedChannelUriAvailable);
+        SendReply(outgoingMessage, requestDeferral, channelNotRequestedLines);
+    }
+}
+
+void RegisterBackgroundTask(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
+{
+    constexpr std::uint32_t waitMilliseconds = 60'000;
+
+    appServiceLog.Info(L"RequestReceived to Register BackgroundTask");
+    auto* const registered = zant::CreateEvnt();
+    appServiceLog.Info(L"Going to Wait for 60 sec till background Task is registered");
+    RegsiterBackgroundtasks(registered); // on other threads
+    if (zant::WaitforEvent(registered, waitMilliseconds) != zant::EventWaitResult::Signalled)
+    {
+        appServiceLog.Error(L"Wait for background task registration failed");
+        SetNewMessage(outgoingMessage, Messages::backgroundtaskRegistrationFailed);
+        SendReply(outgoingMessage, requestDeferral, registrationFailedLines);
+        return;
+    }
+    appServiceLog.Info(L"Event Set Sucesfully for device registration");
+    if (auto const uri = StoredChannelUri())
+    {
+        appServiceLog.Info(L"URI is present in local setting");
+        SetNewMessage(outgoingMessage, Messages::registerBkgTaskDone);
+        outgoingMessage.Insert(Messages::newCuriKey, uri);
+    }
+    else
+    {
+        appServiceLog.Error(L"URI is not present in local setting");
+        SetNewMessage(outgoingMessage, Messages::backgroundtaskRegistrationFailed);
+    }
+    SendReply(outgoingMessage, requestDeferral, registrationDoneLines);
+}
+
+void UnregisterBackgroundTask(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
+{
+    appServiceLog.Info(L"RequestReceived to Unregister BackgroundTask");
+    appServiceLog.Info(L"ZEB From Appservice Unregister all the background tasks");
+    UnregisterOwnBackgroundTasks();
+    SetNewMessage(outgoingMessage, Messages::unregisterBackgroundTaskDone);
+    SendReply(outgoingMessage, requestDeferral, unregistrationLines);
+}
+
+winrt::fire_and_forget ExitWhenAcknowledged(IAsyncOperation<AppServiceResponseStatus> send,
+                                            AppServiceDeferral requestDeferral)
+{
+    co_await Settled(send);
+    appServiceLog.Info(L"Ack sent to VelmoNotificationHelper for exit");
+    requestDeferral.Complete();
+    appServiceLog.Info(L"Exit ZEB deferral complete");
+    CoreApplication::Exit();
+}
+
+void ExitZeb(AppServiceRequest const& request, AppServiceDeferral const& requestDeferral)
+{
+    appServiceLog.Info(L"RequestReceived to exit Velmo Notification Client");
+    UnregisterOwnBackgroundTasks();
+    ValueSet const acknowledgement;
+    acknowledgement.Insert(Messages::messageAckKey, winrt::box_value(Messages::ack));
+    try
+    {
+        ExitWhenAcknowledged(NotNull(request.SendResponseAsync(acknowledgement)), requestDeferral);
+    }
+    catch (winrt::hresult_error const&)
+    {
+        appServiceLog.Error(L"Error in sending ack still closing");
+        requestDeferral.Complete();
+        CoreApplication::Exit();
+    }
+}
+
+// Empty, which is no command, for a value that is not text. Throws hresult_error when there is none.
+winrt::hstring CommandOf(AppServiceRequest const& request)
+{
+    return winrt::unbox_value_or<winrt::hstring>(request.Message().Lookup(Messages::commandKey), L"");
+}
+
+} // namespace
+
+// What is not caught on the way leaves to the platform: no line, no reply, and the request stays open, as one with an
+// unknown command does.
+void NotificationAppService::OnRequestReceived(AppServiceConnection const&,
+                                               AppServiceRequestReceivedEventArgs const& args)
+{
+    appServiceLog.Info(L"Inside OnRequestReceived to process appservice request from Win32 App");
+    appServiceLog.Info(L"Acquired deferral to complete app service request");
+    auto const requestDeferral = NotNull(args.GetDeferral());
+    ValueSet const outgoingMessage;
+    auto const request = args.Request();
+    auto const command = CommandOf(request);
+    if (command == Messages::getChannelUri)
+    {
+        GetChannelUri(outgoingMessage, requestDeferral);
+    }
+    else if (command == Messages::registerBackgroundTask)
+    {
+        RegisterBackgroundTask(outgoingMessage, requestDeferral);
+    }
+    else if (command == Messages::unregisterBackgroundTask)
+    {
+        UnregisterBackgroundTask(outgoingMessage, requestDeferral);
+    }
+    else if (command == Messages::exitZeb)
+    {
+        ExitZeb(request, requestDeferral);
+    }
+}
+
+} // namespace VelmoNotificationClient

@@ -1,0 +1,29 @@
+#pragma once
+#include "simulator/runtime/background/BackgroundTaskInstance.h"
+
+#include <winrt/Windows.ApplicationModel.Activation.h>
+
+namespace sim
+{
+
+// What OnBackgroundActivated gets.
+struct BackgroundActivatedEventArgs
+    : winrt::implements<BackgroundActivatedEventArgs, Activated::IBackgroundActivatedEventArgs>
+{
+    using class_type = Activated::BackgroundActivatedEventArgs;
+
+    explicit BackgroundActivatedEventArgs(Platform::Background::IBackgroundTaskInstance const& instance)
+        : m_instance(instance)
+    {
+    }
+
+    Platform::Background::IBackgroundTaskInstance TaskInstance() const
+    {
+        return StruckByNull(L"BackgroundActivatedEventArgs.TaskInstance") ? nullptr : m_instance;
+    }
+
+  private:
+    Platform::Background::IBackgroundTaskInstance m_instance;
+};
+
+} // namespace sim

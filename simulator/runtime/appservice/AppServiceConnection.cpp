@@ -1,0 +1,303 @@
+#include "simulator/runtime/appservice/AppServiceConnection.h"
+
+#include "simulator/runtime/Address.h"
+#include "simulator/runtime/PoolAwaiters.h"
+#include "simulator/runtime/appservice/AppServiceClosedEventArgs.h"
+#include "simulator/runtime/appservice/AppServiceRequestReceivedEventArgs.h"
+#include "simulator/runtime/appservice/AppServiceResponse.h"
+#include "simulator/runtime/values/ValueText.h"
+
+namespace sim
+{
+
+using Platform::AppService::AppServiceClosedStatus;
+using Platform::AppService::AppServiceConnectionStatus;
+using Platform::AppService::AppServiceResponseStatus;
+
+namespace
+{
+
+constexpr wchar_t serviceEnd[] = L"service";
+constexpr auto closed = static_cast<std::int32_t>(0x80000013); // RO_E_CLOSED
+
+AppServiceConnection::Response ResponseOf(std::int32_t status, std::wstring const& set)
+{
+    return winrt::make<AppServiceResponse>(static_cast<AppServiceResponseStatus>(status), SetFrom(set));
+}
+
+} // namespace
+
+// Keeps a connection while it is being opened, and sees to what becomes of it.
+class AppServiceConnection::RefusedUnlessOpened
+{
+  public:
+    explicit RefusedUnlessOpened(AppServiceConnection& connection) : m_connection(connection.get_strong()) {}
+    RefusedUnlessOpened(RefusedUnlessOpened const&) = delete;
+    RefusedUnlessOpened& operator=(RefusedUnlessOpened const&) = delete;
+    ~RefusedUnlessOpened() { m_connection->EndOpening(); }
+
+  private:
+    winrt::com_ptr<AppServiceConnection> m_connection;
+};
+
+winrt::com_ptr<AppServiceConnection> AppServiceConnection::OfService(std::wstring const& connection,
+                                                                     std::wstring_view name)
+{
+    auto made = winrt::make_self<AppServiceConnection>();
+    made->m_end = serviceEnd;
+    made->m_name = name;
+    made->m_state = State::Open;
+    made->m_connection = connection;
+    made->Attach();
+    return made;
+}
+
+AppServiceConnection::~AppServiceConnection()
+{
+    if (m_state == State::Open)
+    {
+        CloseOpen();
+    }
+}
+
+winrt::hstring AppServiceConnection::AppServiceName() const
+{
+    std::lock_guard const lock(m_mutex);
+    return m_name;
+}
+
+void AppServiceConnection::AppServiceName(winrt::hstring const& value)
+{
+    std::lock_guard const lock(m_mutex);
+    m_name = value;
+}
+
+winrt::hstring AppServiceConnection::PackageFamilyName() const
+{
+    std::lock_guard const lock(m_mutex);
+    return m_family;
+}
+
+void AppServiceConnection::PackageFamilyName(winrt::hstring const& value)
+{
+    std::lock_guard const lock(m_mutex);
+    m_family = value;
+}
+
+Foundation::IAsyncOperation<AppServiceConnectionStatus> AppServiceConnection::OpenAsync()
+{
+    AsyncFault const fault(L"AppServiceConnection.OpenAsync");
+    if (fault.GivesNull())
+    {
+        return nullptr;
+    }
+    BeginOpening();
+    return Open(fault);
+}
+
+Foundation::IAsyncOperation<AppServiceConnectionStatus> AppServiceConnection::Open(AsyncFault fault)
+{
+    RefusedUnlessOpened const self(*this);
+    co_await winrt::resume_agile(fault.Begin());
+    if (auto const status = fault.Status())
+    {
+        co_await winrt::resume_background();
+        co_return static_cast<AppServiceConnectionStatus>(*status);
+    }
+    Receivers::Opening const opening;
+    auto const answer =
+        co_await Asking({L"open-app-service", std::wstring(AppServiceName()), std::wstring(PackageFamilyName())});
+    auto const status = static_cast<AppServiceConnectionStatus>(NumberIn(answer));
+    if (status == AppServiceConnectionStatus::Success)
+    {
+        Opened(WordOf(answer, 2));
+    }
+    co_await winrt::resume_agile(fault.End());
+    co_return status;
+}
+
+Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection::SendMessageAsync(
+    Collections::ValueSet const& message)
+{
+    AsyncFault const fault(L"AppServiceConnection.SendMessageAsync");
+    if (fault.GivesNull())
+    {
+        return nullptr;
+    }
+    CheckOpen();
+    return Send(fault, TextOf(message ? message : throw winrt::hresult_invalid_argument()));
+}
+
+Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection::Send(AsyncFault fault,
+                                                                                       std::wstring set)
+{
+    auto const self = get_strong();
+    co_await winrt::resume_agile(fault.Begin());
+    if (auto const status = fault.Status())
+    {
+        co_await winrt::resume_background();
+        co_return ResponseOf(static_cast<std::int32_t>(*status), {});
+    }
+    if (!m_host.IsCurrent())
+    {
+        co_return ResponseOf(static_cast<std::int32_t>(AppServiceResponseStatus::Failure), {});
+    }
+    auto const answer = co_await Asking({L"send", m_connection, m_end, std::move(set)});
+    co_await winrt::resume_agile(fault.End());
+    co_return ResponseOf(NumberIn(answer), WordOf(answer, 2));
+}
+
+winrt::event_token AppServiceConnection::RequestReceived(RequestReceivedHandler const& handler)
+{
+    ThrowIfStruck(L"AppServiceConnection.RequestReceived");
+    CheckNotClosed();
+    return m_requestReceived.Add(handler, *this);
+}
+
+void AppServiceConnection::RequestReceived(winrt::event_token token)
+{
+    m_requestReceived.Remove(token);
+}
+
+winrt::event_token AppServiceConnection::ServiceClosed(ServiceClosedHandler const& handler)
+{
+    ThrowIfStruck(L"AppServiceConnection.ServiceClosed");
+    CheckNotClosed();
+    return m_serviceClosed.Add(handler, *this);
+}
+
+void AppServiceConnection::ServiceClosed(winrt::event_token token)
+{
+    m_serviceClosed.Remove(token);
+}
+
+void AppServiceConnection::Close()
+{
+    ThrowIfStruck(L"AppServiceConnection.Close");
+    State before{};
+    {
+        std::lock_guard const lock(m_mutex);
+        before = std::exchange(m_state, State::Closed);
+    }
+    if (before == State::Open)
+    {
+        CloseOpen();
+    }
+    m_requestReceived.Clear();
+    m_serviceClosed.Clear();
+}
+
+void AppServiceConnection::BeginOpening()
+{
+    CheckNotClosed();
+    std::lock_guard const lock(m_mutex);
+    if (m_state != State::Unopened)
+    {
+        throw winrt::hresult_illegal_method_call();
+    }
+    m_state = State::Opening;
+}
+
+// It may have been closed meanwhile.
+void AppServiceConnection::Opened(std::wstring const& connection)
+{
+    auto isClosed = false;
+    {
+        std::lock_guard const lock(m_mutex);
+        m_connection = connection;
+        isClosed = m_state == State::Closed;
+        m_state = isClosed ? State::Closed : State::Open;
+    }
+    isClosed ? CloseOpen() : Attach();
+}
+
+void AppServiceConnection::EndOpening()
+{
+    std::lock_guard const lock(m_mutex);
+    if (m_state == State::Opening)
+    {
+        m_state = State::Refused;
+    }
+}
+
+void AppServiceConnection::CheckOpen() const
+{
+    CheckNotClosed();
+    std::lock_guard const lock(m_mutex);
+    if (m_state != State::Open)
+    {
+        throw winrt::hresult_illegal_method_call();
+    }
+}
+
+void AppServiceConnection::CheckNotClosed() const
+{
+    std::lock_guard const lock(m_mutex);
+    if (m_state == State::Closed)
+    {
+        throw winrt::hresult_error(closed);
+    }
+}
+
+void AppServiceConnection::Attach()
+{
+    Receivers::Instance().Add(ConnectionAddress(m_connection, m_end), [weak = get_weak()](auto const& message) {
+        if (auto const self = weak.get())
+        {
+            self->Receive(message);
+        }
+    });
+}
+
+void AppServiceConnection::CloseOpen()
+{
+    if (m_host.IsCurrent())
+    {
+        Receivers::Instance().Remove(ConnectionAddress(m_connection, m_end));
+        m_host.Tell({L"close", m_connection, m_end});
+    }
+}
+
+// request CONNECTION END REQUEST SET, service-closed CONNECTION END STATUS.
+void AppServiceConnection::Receive(Message const& message)
+{
+    if (message.front() == L"request")
+    {
+        ReceiveRequest(WordOf(message, 3), WordOf(message, 4));
+    }
+    else if (message.front() == L"service-closed")
+    {
+        auto const status = static_cast<AppServiceClosedStatus>(std::stoi(WordOf(message, 3)));
+        m_serviceClosed.RaiseOrWait(*this, [status](AppServiceConnection& self) {
+            self.m_serviceClosed.Call(self.get_strong().as<class_type>(),
+                                      winrt::make<AppServiceClosedEventArgs>(status));
+        });
+    }
+}
+
+// A service that has just been activated may need a while to listen; a caller that does not listen never will.
+void AppServiceConnection::ReceiveRequest(std::wstring const& request, std::wstring const& set)
+{
+    if (m_end != serviceEnd && !m_requestReceived.HasHandlers())
+    {
+        m_host.Tell({L"request-refused", request});
+        return;
+    }
+    m_requestReceived.RaiseOrWait(*this, [=](AppServiceConnection& self) { self.RaiseRequest(request, set); });
+}
+
+void AppServiceConnection::RaiseRequest(std::wstring const& request, std::wstring const& set)
+{
+    auto const pending = std::make_shared<PendingRequest>(request, m_end == serviceEnd);
+    m_requestReceived.Call(get_strong().as<class_type>(),
+                           winrt::make<AppServiceRequestReceivedEventArgs>(pending, SetFrom(set)));
+    pending->HandlersReturned();
+}
+
+IInspectable AppServiceConnectionFactory::ActivateInstance() const
+{
+    ThrowIfStruck(L"AppServiceConnection.ActivateInstance");
+    return winrt::make<AppServiceConnection>();
+}
+
+} // namespace sim

@@ -1,0 +1,30 @@
+#pragma once
+#include "simulator/runtime/Namespaces.h"
+
+#include <winrt/Windows.ApplicationModel.AppService.h>
+#include <winrt/Windows.Foundation.Collections.h>
+
+namespace sim
+{
+
+// What came of a message that was sent.
+struct AppServiceResponse : winrt::implements<AppServiceResponse, Platform::AppService::IAppServiceResponse>
+{
+    using class_type = Platform::AppService::AppServiceResponse;
+
+    // message: empty when there was no response.
+    AppServiceResponse(Platform::AppService::AppServiceResponseStatus status, Collections::ValueSet const& message)
+        : m_status(status), m_message(message)
+    {
+    }
+
+    Platform::AppService::AppServiceResponseStatus Status() const noexcept { return m_status; }
+
+    Collections::ValueSet Message() const { return m_message; }
+
+  private:
+    Platform::AppService::AppServiceResponseStatus m_status;
+    Collections::ValueSet m_message;
+};
+
+} // namespace sim

@@ -1,0 +1,33 @@
+#include "simulator/runtime/appservice/PendingRequest.h"
+
+namespace sim
+{
+
+PendingRequest::PendingRequest(std::wstring id, bool isServed)
+    : m_id(std::move(id)), m_isServed(isServed),
+      m_end([host = m_host, request = m_id] { host.Tell({L"request-completed", request}); })
+{
+}
+
+void PendingRequest::DeferralTaken()
+{
+    m_end.Take();
+    if (m_isServed && m_host.IsCurrent())
+    {
+        CurrentHost().DeferralTaken(m_id);
+    }
+}
+
+void PendingRequest::DeferralCompleted(bool again)
+{
+    if (m_isServed && m_host.IsCurrent())
+    {
+        CurrentHost().DeferralCompleted(m_id);
+    }
+    if (!again)
+    {
+        m_end.Finish();
+    }
+}
+
+} // namespace sim

@@ -1,0 +1,44 @@
+#pragma once
+#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Unserved.h"
+
+#include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.Networking.PushNotifications.h>
+
+namespace sim
+{
+
+// The app's channel, as it was when it was asked for.
+struct PushNotificationChannel : winrt::implements<PushNotificationChannel, Pushes::IPushNotificationChannel>
+{
+    using class_type = Pushes::PushNotificationChannel;
+
+    PushNotificationChannel(std::wstring_view uri, Foundation::DateTime expiration)
+        : m_uri(uri), m_expiration(expiration)
+    {
+    }
+
+    winrt::hstring Uri() const
+    {
+        ThrowIfStruck(L"PushNotificationChannel.Uri");
+        return m_uri;
+    }
+
+    Foundation::DateTime ExpirationTime() const noexcept { return m_expiration; }
+
+    Unserved Close() const { return {}; }
+
+    // Pushes come to the background task alone.
+    template <typename... T>
+    Unserved PushNotificationReceived(T const&...) const
+    {
+        return {};
+    }
+
+  private:
+    winrt::hstring m_uri;
+    Foundation::DateTime m_expiration;
+};
+
+} // namespace sim

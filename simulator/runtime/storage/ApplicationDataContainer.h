@@ -1,0 +1,46 @@
+#pragma once
+#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Unserved.h"
+#include "simulator/runtime/storage/ApplicationDataContainerSettings.h"
+
+namespace sim
+{
+
+// The app's local settings; it has no containers inside.
+struct ApplicationDataContainer
+    : winrt::implements<ApplicationDataContainer, winrt::Windows::Storage::IApplicationDataContainer>
+{
+    using class_type = winrt::Windows::Storage::ApplicationDataContainer;
+
+    explicit ApplicationDataContainer(std::shared_ptr<SettingsStore> store) : m_store(std::move(store)) {}
+
+    winrt::hstring Name() const { return {}; }
+
+    winrt::Windows::Storage::ApplicationDataLocality Locality() const noexcept
+    {
+        return winrt::Windows::Storage::ApplicationDataLocality::Local;
+    }
+
+    Collections::IPropertySet Values() const
+    {
+        return StruckByNull(L"ApplicationDataContainer.Values")
+                   ? Collections::IPropertySet(nullptr)
+                   : winrt::make<ApplicationDataContainerSettings>(m_store);
+    }
+
+    Unserved Containers() const { return {}; }
+
+    template <typename... T>
+    Unserved CreateContainer(T const&...) const
+    {
+        return {};
+    }
+
+    Unserved DeleteContainer(winrt::hstring const&) const { return {}; }
+
+  private:
+    std::shared_ptr<SettingsStore> m_store;
+};
+
+} // namespace sim

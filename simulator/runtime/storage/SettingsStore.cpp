@@ -1,0 +1,148 @@
+#include "simulator/runtime/storage/SettingsStore.h"
+
+#include "simulator/model/Error.h"
+#include "simulator/model/SetText.h"
+#include "simulator/model/SettingsFile.h"
+#include "simulator/runtime/Runtime.h"
+
+#include <algorithm>
+
+namespace sim
+{
+
+namespace
+{
+
+constexpr auto settingTooLarge = static_cast<std::int32_t>(0x80073DC8); // ERROR_STATE_SETTING_VALUE_SIZE_LIMIT_EXCEEDED
+constexpr std::size_t longestName = 255;
+constexpr std::size_t largestValue = 8192; // bytes, of which some are spent on
+constexpr std::size_t overhead = 8 + sizeof(wchar_t);
+
+auto FindIn(auto& settings, std::wstring_view name)
+{
+    return std::ranges::find_if(settings, [&](auto const& setting) { return setting.name == name; });
+}
+
+ValueText TextOfSetting(std::wstring_view name, IInspectable const& value)
+{
+    if (value.try_as<Collections::IPropertySet>())
+    {
+        throw winrt::hresult_error(HRESULT_FROM_WIN32(ERROR_UNSUPPORTED_TYPE));
+    }
+    auto text = TextOfValue(value);
+    if (name.size() > longestName || text.text.size() * sizeof(wchar_t) + overhead > largestValue)
+    {
+        throw winrt::hresult_error(settingTooLarge);
+    }
+    return text;
+}
+
+} // namespace
+
+std::shared_ptr<SettingsStore> SettingsStore::OfThisProcess()
+{
+    static std::mutex mutex;
+    static std::shared_ptr<SettingsStore> store;
+    static unsigned host = 0; // whose store it is
+    std::lock_guard const lock(mutex);
+    if (!store || host != HostNumber())
+    {
+        store = std::make_shared<SettingsStore>(SettingsFileIn(CurrentHost().DataFolder()));
+        host = HostNumber();
+    }
+    return store;
+}
+
+SettingsStore::SettingsStore(std::wstring path)
+try : m_path(std::move(path))
+{
+    auto const text = ReadSettings(m_path);
+    for (auto const& entry : ParseSet(text))
+    {
+        m_settings.push_back({std::wstring(entry.name), {std::wstring(entry.type), std::wstring(entry.value)}});
+    }
+}
+catch (Error const& error)
+{
+    throw winrt::hresult_error(E_FAIL, winrt::hstring(error.Message()));
+}
+
+IInspectable SettingsStore::Find(std::wstring_view name) const
+{
+    std::lock_guard const lock(m_mutex);
+    auto const found = FindIn(m_settings, name);
+    return found == m_settings.end() ? nullptr : ValueFrom(found->value.type, found->value.text);
+}
+
+bool SettingsStore::Contains(std::wstring_view name) const
+{
+    std::lock_guard const lock(m_mutex);
+    return FindIn(m_settings, name) != m_settings.end();
+}
+
+std::vector<std::wstring> SettingsStore::Names() const
+{
+    std::lock_guard const lock(m_mutex);
+    std::vector<std::wstring> names;
+    std::ranges::transform(m_settings, std::back_inserter(names), &Setting::name);
+    return names;
+}
+
+bool SettingsStore::Insert(std::wstring_view name, IInspectable const& value)
+{
+    if (!value)
+    {
+        return Remove(name);
+    }
+    auto text = TextOfSetting(name, value);
+    std::lock_guard const lock(m_mutex);
+    auto settings = m_settings;
+    auto const found = FindIn(settings, name);
+    auto const replaces = found != settings.end();
+    if (replaces)
+    {
+        found->value = std::move(text);
+    }
+    else
+    {
+        settings.push_back({std::wstring(name), std::move(text)});
+    }
+    Keep(std::move(settings));
+    return replaces;
+}
+
+bool SettingsStore::Remove(std::wstring_view name)
+{
+    std::lock_guard const lock(m_mutex);
+    auto settings = m_settings;
+    auto const removed = std::erase_if(settings, [&](auto const& setting) { return setting.name == name; });
+    if (removed > 0)
+    {
+        Keep(std::move(settings));
+    }
+    return removed > 0;
+}
+
+void SettingsStore::Clear()
+{
+    std::lock_guard const lock(m_mutex);
+    Keep({});
+}
+
+void SettingsStore::Keep(Settings settings)
+try
+{
+    std::wstring text;
+    for (auto const& setting : settings)
+    {
+        AppendEntry(text, {setting.name, setting.value.type, setting.value.text});
+    }
+    WriteSettings(m_path, text);
+    m_settings = std::move(settings);
+}
+catch (Error const& error)
+{
+    throw winrt::hresult_error(E_FAIL, winrt::hstring(error.Message()));
+}
+
+} // namespace sim

@@ -1,0 +1,100 @@
+#include "tests/flow/ServiceFlow.h"
+
+#include <winrt/Windows.ApplicationModel.Background.h>
+
+namespace
+{
+
+using namespace winrt::Windows::ApplicationModel::Background;
+using test::Error;
+using test::Info;
+using test::Lines;
+using test::RequestLines;
+
+Lines const received = RequestLines() + Lines{Info(L"RequestReceived to exit Velmo Notification Client")};
+std::wstring const unregister = Info(L"Background task found going to unregister it");
+Lines const acknowledged = {Info(L"Ack sent to VelmoNotificationHelper for exit"), Info(L"Exit ZEB deferral complete")};
+
+class ExitRequest : public test::ServiceFlow
+{
+  protected:
+    ExitRequest()
+    {
+        for (auto const* name : {L"URITimerBGTask", L"another", L"PushNotificationBGTask"})
+        {
+            BackgroundTaskBuilder const builder;
+            builder.Name(name);
+            builder.SetTrigger(PushNotificationTrigger());
+            builder.Register();
+        }
+    }
+
+    auto Ask() { return helper->Ask(L"ExitZEB"); }
+};
+
+TEST_F(ExitRequest, RemovesTheTasksAcknowledgesAndEndsTheApp)
+{
+    auto const response = Ask().get();
+    EXPECT_EQ(test::TestHelper::Text(response.Message()), L"MessageAck=Ack");
+    EXPECT_EQ(TaskNames(), Lines{L"another"});
+    WaitForEnd();
+    EXPECT_TRUE(host.HasExited());
+    ExpectLog(received + Lines{unregister, unregister} + acknowledged);
+    EXPECT_EQ(helper->Messages(), Lines());
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+// An acknowledgement that ends badly, or with another status than success, is not noticed.
+class ExitRequestAckFailing : public ExitRequest, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(ExitRequestAckFailing, EndsTheAppAsIfItHadWorked)
+{
+    host.SetFault(std::wstring(L"AppServiceRequest.SendResponseAsync ") + GetParam());
+    Ask();
+    WaitForEnd();
+    EXPECT_TRUE(host.HasExited());
+    ExpectLog(received + Lines{unregister, unregister} + acknowledged);
+}
+
+INSTANTIATE_TEST_SUITE_P(Outcomes, ExitRequestAckFailing,
+                         testing::Values(L"completion 0x800706BA", L"status 1", L"cancelled"));
+
+class ExitRequestAckNotSent : public ExitRequest, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(ExitRequestAckNotSent, IsCompletedAndEndsTheApp)
+{
+    host.SetFault(std::wstring(L"AppServiceRequest.SendResponseAsync ") + GetParam());
+    EXPECT_EQ(test::TestHelper::Text(Ask().get().Message()), L"");
+    WaitForEnd();
+    EXPECT_TRUE(host.HasExited());
+    ExpectLog(received + Lines{unregister, unregister, Error(L"Error in sending ack still closing")});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+INSTANTIATE_TEST_SUITE_P(Failures, ExitRequestAckNotSent, testing::Values(L"now 0x80000013", L"null"));
+
+TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenATaskCannotBeRemoved)
+{
+    host.SetFault(L"BackgroundTaskRegistration.Unregister now 0x80004005");
+    auto const request = Ask();
+    log->WaitForLines(received.size() + 1);
+    host.WaitUntilQuiet();
+    EXPECT_FALSE(host.HasExited());
+    ExpectLog(received + Lines{unregister});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+}
+
+TEST_F(ExitRequest, WaitsForTheAcknowledgementToBeSent)
+{
+    host.SetFault(L"AppServiceRequest.SendResponseAsync never");
+    Ask();
+    log->WaitForLines(received.size() + 2);
+    host.WaitUntilQuiet();
+    EXPECT_FALSE(host.HasExited());
+}
+
+} // namespace

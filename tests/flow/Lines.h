@@ -1,0 +1,22 @@
+#pragma once
+#include <string>
+#include <vector>
+
+namespace test
+{
+
+// Lines of a log, or whatever else comes in order and is compared as text.
+struct Lines : std::vector<std::wstring>
+{
+    using std::vector<std::wstring>::vector;
+
+    explicit Lines(std::vector<std::wstring> lines) : std::vector<std::wstring>(std::move(lines)) {}
+};
+
+inline Lines operator+(Lines lines, Lines const& more)
+{
+    lines.insert(lines.end(), more.begin(), more.end());
+    return lines;
+}
+
+} // namespace test

@@ -1,0 +1,44 @@
+#pragma once
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace test
+{
+
+// While it lives, it stands between the application's log sites and the log: each line goes on to AppLog, and is kept
+// here once it has been written, for tests to wait for. There may be one at a time.
+class LogRecorder
+{
+  public:
+    // Of the application's log function, which must be set already.
+    LogRecorder();
+    LogRecorder(LogRecorder const&) = delete;
+    LogRecorder& operator=(LogRecorder const&) = delete;
+    ~LogRecorder();
+
+    // All lines so far, once there are so many: "[LEVEL] category message".
+    std::vector<std::wstring> WaitForLines(std::size_t count) const;
+
+    // Waits for a line with this message.
+    void WaitForMessage(std::wstring const& message) const;
+
+  private:
+    static std::int32_t Write(std::uint32_t level, wchar_t const* component, wchar_t const* category,
+                              wchar_t const* ignored, wchar_t const* location, wchar_t const* format, ...);
+
+    void Add(std::wstring line);
+
+    static inline LogRecorder* s_current = nullptr;
+
+    mutable std::mutex m_mutex;
+    mutable std::condition_variable m_changed;
+    std::vector<std::wstring> m_lines;
+};
+
+// How WaitForLines shows a line of the app service.
+std::wstring Info(std::wstring const& message);
+std::wstring Error(std::wstring const& message);
+
+} // namespace test

@@ -1,0 +1,309 @@
+#include "tests/flow/ServiceFlow.h"
+
+#include <winrt/Windows.ApplicationModel.Background.h>
+
+extern "C" decltype(&CreateEventW) __real___imp_CreateEventW;
+
+namespace
+{
+
+using namespace winrt::Windows::ApplicationModel::Background;
+using test::Error;
+using test::Info;
+using test::Lines;
+using test::RequestLines;
+using CreateEventCall = test::WrappedCall<&__real___imp_CreateEventW>;
+using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
+
+constexpr wchar_t uri[] = L"https://db3.notify.windows.com/?token=AQ";
+constexpr wchar_t failed[] = L"NewMessage=BackgroundtaskRegistrationFailed";
+
+Lines const received = RequestLines() + Lines{Info(L"RequestReceived to Register BackgroundTask"),
+                                              Info(L"Going to Wait for 60 sec till background Task is registered"),
+                                              Info(L"Inside RegsiterBackgroundtasks")};
+std::wstring const channel = Info(L"Channel URI Received");
+std::wstring const channelUri = Info(L"Received Channel URI is https://db3.notify.windows.com/?token=AQ");
+std::wstring const written = Info(L"Appservice channel : uri is written to local setting");
+std::wstring const unableToWrite = Info(L"Appservice unable to write channel uri to localdata");
+std::wstring const unregisterAll = Info(L"Unregister all the background tasks");
+std::wstring const unregister = Info(L"Background task found going to unregister it");
+std::wstring const pushRegistered = Info(L"Register background task: PushNotificationTrigger task");
+std::wstring const timerRegistered = Info(L"Register background task: TimerTaskName");
+std::wstring const noException = Info(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
+std::wstring const exception =
+    Error(L"Inside RegsiterBackgroundtasks, Exception raised in tast_creation for channelURI");
+std::wstring const notStarted = Error(L"Inside RegsiterBackgroundtasks, Exception raised in tast_creation");
+
+Lines const stored = {channel, channelUri, written, unregisterAll};
+Lines const done = {Info(L"Event Set Sucesfully for device registration"), Info(L"URI is present in local setting"),
+                    Info(L"Msg sent to WIN32 for background task registration done"),
+                    Info(L"RegisterBkgServices deferral complete")};
+Lines const timedOut = {Error(L"Wait for background task registration failed"),
+                        Info(L"Msg sent to WIN32 for background task registration failed"),
+                        Info(L"RegisterBkgServices deferral complete")};
+Lines const ownTasks = {L"PushNotificationBGTask", L"URITimerBGTask"};
+
+class RegisterBackgroundTask : public test::ServiceFlow
+{
+  protected:
+    RegisterBackgroundTask() { host.ReplaceChannel(uri); }
+
+    auto Ask() { return helper->Ask(L"RegisterBackgroundTask"); }
+
+    // A registration from before, of a task that needs nothing.
+    static void Register(wchar_t const* name)
+    {
+        BackgroundTaskBuilder const builder;
+        builder.Name(name);
+        builder.SetTrigger(PushNotificationTrigger());
+        builder.Register();
+    }
+};
+
+TEST_F(RegisterBackgroundTask, RegistersBothTasksAndSendsTheStoredUri)
+{
+    auto const response = Ask().get();
+    EXPECT_EQ(response.Status(), AppServiceResponseStatus::Success);
+    EXPECT_EQ(test::TestHelper::Text(response.Message()), L"");
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{std::wstring(L"NewMessage=RegisterBkgTaskDone NewCuri=") + uri});
+    EXPECT_EQ(TaskNames(), ownTasks);
+    EXPECT_EQ(StoredUri(), uri);
+    ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException}, done);
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+TEST_F(RegisterBackgroundTask, RegistersAPushTriggerAndADailyTimer)
+{
+    Ask().get();
+    std::vector<std::wstring> registered;
+    for (auto const& event : host.Reports())
+    {
+        if (event.kind == L"task-registered")
+        {
+            registered.push_back(event.Detail(L"name").value_or(L"") + L" " + event.Detail(L"trigger").value_or(L"") +
+                                 L" " + event.Detail(L"minutes").value_or(L"") + L" " +
+                                 event.Detail(L"once").value_or(L""));
+        }
+    }
+    EXPECT_EQ(registered, (Lines{L"PushNotificationBGTask push  ", L"URITimerBGTask timer 1440 no"}));
+}
+
+TEST_F(RegisterBackgroundTask, RemovesItsOwnEarlierTasksAndNoOthers)
+{
+    for (auto const* name : {L"PushNotificationBGTask", L"URITimerBGTask", L"MyPushNotificationBGTask2",
+                             L"pushnotificationbgtask", L"PushNotificationBGTask"})
+    {
+        Register(name);
+    }
+    Ask().get();
+    EXPECT_EQ(TaskNames(), (Lines{L"MyPushNotificationBGTask2", L"pushnotificationbgtask"} + ownTasks));
+    ExpectLog(received + stored + Lines{unregister, unregister, unregister, pushRegistered, timerRegistered},
+              {noException}, done);
+}
+
+TEST_F(RegisterBackgroundTask, LeavesOneTaskOfEachNameHoweverOftenItIsAsked)
+{
+    Ask().get();
+    Ask().get();
+    EXPECT_EQ(TaskNames(), ownTasks);
+}
+
+TEST_F(RegisterBackgroundTask, FailsWithoutAStoredUriAndSaysThatItIsDone)
+{
+    host.SetFault(L"ApplicationDataContainerSettings.Lookup null");
+    Ask().get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
+    ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException},
+              {done[0], Error(L"URI is not present in local setting"), done[2], done[3]});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+TEST_F(RegisterBackgroundTask, FailsWithoutSettings)
+{
+    host.SetFault(L"ApplicationData.LocalSettings null");
+    Ask().get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
+    ExpectLog(received + Lines{channel, channelUri, unregisterAll, pushRegistered, timerRegistered}, {noException},
+              {done[0], Error(L"URI is not present in local setting"), done[2], done[3]});
+}
+
+// What goes wrong before the tasks are registered, with the lines of the registration and the tasks that are left of
+// the two that were there before. The helper learns of it when its time is up.
+struct Failure
+{
+    wchar_t const* fault;
+    Lines lines;
+    Lines tasksLeft;
+};
+
+class RegisterBackgroundTaskFailing : public RegisterBackgroundTask, public testing::WithParamInterface<Failure>
+{
+  protected:
+    RegisterBackgroundTaskFailing()
+    {
+        Register(L"PushNotificationBGTask");
+        Register(L"URITimerBGTask");
+        host.SetFault(GetParam().fault);
+    }
+};
+
+TEST_P(RegisterBackgroundTaskFailing, IsToldWhenTheTimeIsUp)
+{
+    Ask();
+    log->WaitForLines(received.size() + GetParam().lines.size());
+    EndRegistrationWait();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
+    EXPECT_EQ(TaskNames(), GetParam().tasksLeft);
+    ExpectLog(received + GetParam().lines + timedOut);
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+Lines const removed = stored + Lines{unregister, unregister};
+Lines const pushFailed =
+    removed + Lines{Error(L"Register background task: PushNotificationTrigger task failed"), noException};
+Lines const timerFailed =
+    removed + Lines{pushRegistered, Error(L"Register background task: TimerTaskName failed"), noException};
+Lines const onlyPush = {L"PushNotificationBGTask"};
+Lines const onlyTimer = {L"URITimerBGTask"};
+
+INSTANTIATE_TEST_SUITE_P(
+    Channel, RegisterBackgroundTaskFailing,
+    testing::Values(
+        Failure{L"PushNotificationChannelManager now 0x80040154", {notStarted}, ownTasks},
+        Failure{L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync now 0x803E0111",
+                {notStarted},
+                ownTasks},
+        Failure{L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync null",
+                {notStarted},
+                ownTasks},
+        Failure{
+            L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync completion 0x800705B4",
+            {exception},
+            ownTasks},
+        Failure{
+            L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync cancelled", {}, ownTasks},
+        Failure{L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync never", {}, ownTasks},
+        Failure{L"PushNotificationChannel.Uri now 0x80004005", {channel, exception}, ownTasks}));
+
+INSTANTIATE_TEST_SUITE_P(Settings, RegisterBackgroundTaskFailing,
+                         testing::Values(Failure{L"ApplicationData.Current now 0x80004005",
+                                                 {channel, channelUri, unableToWrite, noException},
+                                                 ownTasks},
+                                         Failure{L"ApplicationData.LocalSettings now 0x80004005",
+                                                 {channel, channelUri, unableToWrite, noException},
+                                                 ownTasks},
+                                         Failure{L"ApplicationDataContainerSettings.Lookup now 0x80004005",
+                                                 {channel, channelUri, unableToWrite, noException},
+                                                 ownTasks},
+                                         Failure{L"ApplicationDataContainerSettings.Insert now 0x80073DC8",
+                                                 {channel, channelUri, written, unableToWrite, noException},
+                                                 ownTasks}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Removal, RegisterBackgroundTaskFailing,
+    testing::Values(
+        Failure{L"BackgroundTaskRegistration now 0x80040154", stored + Lines{exception}, ownTasks},
+        Failure{L"BackgroundTaskRegistration.AllTasks now 0x80070490 1", stored + Lines{exception}, ownTasks},
+        Failure{L"BackgroundTaskRegistration.AllTasks null 1", stored + Lines{exception}, ownTasks},
+        Failure{L"BackgroundTaskRegistration.AllTasks.First now 0x80004005 1", stored + Lines{exception}, ownTasks},
+        Failure{L"BackgroundTaskRegistration.Name now 0x80004005 1", stored + Lines{exception}, ownTasks},
+        Failure{L"BackgroundTaskRegistration.Unregister now 0x80004005 1", stored + Lines{unregister, exception},
+                ownTasks},
+        Failure{L"BackgroundTaskRegistration.Unregister now 0x80004005 1 after 1",
+                stored + Lines{unregister, unregister, exception}, onlyTimer}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Registration, RegisterBackgroundTaskFailing,
+    testing::Values(Failure{L"BackgroundTaskBuilder now 0x80040154", removed + Lines{exception}, {}},
+                    Failure{L"BackgroundTaskBuilder.Name now 0x80004005", removed + Lines{exception}, {}},
+                    Failure{L"PushNotificationTrigger now 0x80040154", removed + Lines{exception}, {}},
+                    Failure{L"BackgroundTaskBuilder.SetTrigger now 0x80004005", removed + Lines{exception}, {}},
+                    Failure{L"BackgroundTaskBuilder.Register now 0x80070718", pushFailed, {}},
+                    Failure{L"BackgroundTaskBuilder.Name now 0x80004005 1 after 1",
+                            removed + Lines{pushRegistered, exception}, onlyPush},
+                    Failure{L"TimeTrigger now 0x80040154", removed + Lines{pushRegistered, exception}, onlyPush},
+                    Failure{L"TimeTrigger.Create now 0x80004005", removed + Lines{pushRegistered, exception}, onlyPush},
+                    Failure{L"BackgroundTaskBuilder.SetTrigger now 0x80004005 1 after 1",
+                            removed + Lines{pushRegistered, exception}, onlyPush},
+                    Failure{L"BackgroundTaskBuilder.Register now 0x80040154 1 after 1", timerFailed, onlyPush}));
+
+TEST_F(RegisterBackgroundTask, FailsWhenTheWaitFails)
+{
+    FailRegistrationWait();
+    Ask().get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
+}
+
+TEST_F(RegisterBackgroundTask, FailsAtOnceWhenNoEventCanBeMade)
+{
+    CreateEventCall const create([](auto system, auto attributes, BOOL manual, BOOL initial, auto name) {
+        // Of the events of this process only those of a registration reset automatically, without attributes.
+        return manual ? system(attributes, manual, initial, name) : nullptr;
+    });
+    Ask().get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
+}
+
+TEST_F(RegisterBackgroundTask, IsCompletedWhenItsFailureCannotBeSent)
+{
+    FailRegistrationWait();
+    host.SetFault(L"PushNotificationChannelManager now 0x80040154");
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
+    EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
+    ExpectLog(received + Lines{notStarted, timedOut[0],
+                               Error(L"Error in sending response for appservice requset after timeout  in bkg task "
+                                     L"registration")});
+    EXPECT_EQ(helper->Messages(), Lines());
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+TEST_F(RegisterBackgroundTask, IsCompletedWhenItsSuccessCannotBeSent)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
+    EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
+    ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException},
+              {done[0], done[1],
+               Error(L"Error in sending response for appservice requset after sucessful bkg task registration deferral "
+                     L"complete")});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+// Nothing is sent, nothing logged, and the request stays open.
+class RegisterBackgroundTaskLeaving : public RegisterBackgroundTask, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(RegisterBackgroundTaskLeaving, StaysOpenWithoutAWord)
+{
+    host.SetFault(GetParam());
+    auto const request = Ask();
+    log->WaitForMessage(L"Event Set Sucesfully for device registration");
+    log->WaitForMessage(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
+    helper->Close();
+    EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
+    EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+}
+
+INSTANTIATE_TEST_SUITE_P(Failures, RegisterBackgroundTaskLeaving,
+                         testing::Values(L"ApplicationData.Current now 0x80004005 1 after 1",
+                                         L"ApplicationDataContainerSettings.Lookup now 0x80004005 1 after 1",
+                                         L"ValueSet.Insert now 0x80004005 1",
+                                         L"ValueSet.Insert now 0x80004005 1 after 1"));
+
+TEST_F(RegisterBackgroundTask, IsNotDisturbedByASignalThatComesAfterItsTime)
+{
+    host.SetFault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync delay 300 1");
+    EndRegistrationWait(); // before the channel is there
+    Ask().get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
+    log->WaitForMessage(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
+    EXPECT_EQ(helper->Messages(), Lines{failed});
+    EXPECT_EQ(TaskNames(), ownTasks);
+}
+
+} // namespace
+
+extern "C"
+{
+    decltype(&CreateEventW) __wrap___imp_CreateEventW = &CreateEventCall::Entry;
+}

@@ -1,0 +1,129 @@
+#include "tests/flow/ServiceFlow.h"
+
+#include <winrt/Windows.Foundation.Collections.h>
+
+namespace
+{
+
+using test::Info;
+using test::Lines;
+using test::RequestLines;
+using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
+using winrt::Windows::Foundation::IInspectable;
+using winrt::Windows::Foundation::Collections::ValueSet;
+
+class Request : public test::ServiceFlow
+{
+  protected:
+    // Nothing is sent, nothing more logged, and the request stays open until the connection ends.
+    void ExpectNoReply(ValueSet const& message)
+    {
+        auto const request = helper->Send(message);
+        log->WaitForLines(RequestLines().size());
+        host.WaitUntilQuiet();
+        EXPECT_EQ(log->WaitForLines(0), RequestLines());
+        EXPECT_EQ(helper->Messages(), Lines());
+        EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+        helper->Close();
+        EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
+    }
+
+    static ValueSet WithCommand(IInspectable const& value)
+    {
+        ValueSet const message;
+        message.Insert(L"Command", value);
+        return message;
+    }
+};
+
+class RequestOfNoCommand : public Request, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(RequestOfNoCommand, StaysOpenWithoutAWord)
+{
+    ExpectNoReply(WithCommand(winrt::box_value(GetParam())));
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, RequestOfNoCommand,
+                         testing::Values(L"getchannelUri", L"GETCHANNELURI", L"GetChannelUri ", L" GetChannelUri",
+                                         L"GetChannelUr", L"GetChannelUri2", L"registerBackgroundTask",
+                                         L"UnregisterBackgroundTasks", L"ExitZEB ", L"exitzeb", L"", L"%s%n"));
+
+TEST_F(Request, WithoutACommandStaysOpenWithoutAWord)
+{
+    ExpectNoReply(ValueSet());
+}
+
+TEST_F(Request, WithItsCommandUnderAnotherKeyStaysOpenWithoutAWord)
+{
+    ValueSet const message;
+    message.Insert(L"command", winrt::box_value(L"GetChannelUri"));
+    ExpectNoReply(message);
+}
+
+TEST_F(Request, WithANumberAsCommandStaysOpenWithoutAWord)
+{
+    ExpectNoReply(WithCommand(winrt::box_value(std::int32_t{1})));
+}
+
+TEST_F(Request, WithNullAsCommandStaysOpenWithoutAWord)
+{
+    ExpectNoReply(WithCommand(nullptr));
+}
+
+TEST_F(Request, WithANestedSetAsCommandStaysOpenWithoutAWord)
+{
+    ExpectNoReply(WithCommand(WithCommand(winrt::box_value(L"GetChannelUri"))));
+}
+
+TEST_F(Request, WithAMegabyteAsCommandStaysOpenWithoutAWord)
+{
+    ExpectNoReply(WithCommand(winrt::box_value(winrt::hstring(std::wstring(1 << 20, L'G')))));
+}
+
+TEST_F(Request, IsReadByItsCommandAloneWhateverElseItCarries)
+{
+    ValueSet message;
+    for (int i = 0; i < 1000; ++i)
+    {
+        message.Insert(L"key " + std::to_wstring(i), winrt::box_value(i));
+    }
+    message.Insert(L"Command", winrt::box_value(L"UnregisterBackgroundTask"));
+    message.Insert(L"NewMessage", winrt::box_value(L"not the app's"));
+    helper->Send(message).get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{L"NewMessage=UnregisterBackgroundTaskDone"});
+}
+
+class RequestFailing : public Request, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(RequestFailing, StaysOpenWithoutAWord)
+{
+    ValueSet const message = WithCommand(winrt::box_value(L"GetChannelUri"));
+    host.SetFault(GetParam());
+    auto const request = helper->Send(message);
+    log->WaitForLines(RequestLines().size());
+    host.WaitUntilQuiet();
+    EXPECT_EQ(log->WaitForLines(0), RequestLines());
+    EXPECT_EQ(helper->Messages(), Lines());
+}
+
+INSTANTIATE_TEST_SUITE_P(Failures, RequestFailing,
+                         testing::Values(L"AppServiceRequestReceivedEventArgs.GetDeferral now 0x80004005",
+                                         L"AppServiceRequestReceivedEventArgs.Request now 0x80004005",
+                                         L"AppServiceRequest.Message now 0x80004005", L"ValueSet now 0x80040154",
+                                         L"ValueSet.Lookup now 0x80004005"));
+
+TEST_F(Request, IsServedAgainAndAgain)
+{
+    for (std::size_t i = 1; i <= 20; ++i)
+    {
+        helper->Ask(L"GetChannelUri").get();
+        helper->WaitForMessages(i);
+    }
+    EXPECT_EQ(helper->Messages().size(), 20u);
+}
+
+} // namespace

@@ -1,0 +1,126 @@
+#include "tests/flow/ServiceFlow.h"
+
+#include "service/NotificationAppService.h"
+
+#include <winrt/Windows.ApplicationModel.Background.h>
+#include <winrt/Windows.Foundation.Collections.h>
+
+using namespace winrt::Windows::ApplicationModel::Background;
+using namespace winrt::Windows::Foundation;
+using namespace winrt::Windows::Storage;
+using VelmoNotificationClient::NotificationAppService;
+
+extern "C"
+{
+    decltype(&WaitForSingleObject) __wrap___imp_WaitForSingleObject = &test::WaitCall::Entry;
+}
+
+namespace test
+{
+
+namespace
+{
+
+constexpr wchar_t uriKey[] = L"CURI";
+
+// Whether the lines are those of two threads, each in its own order.
+bool AreMerged(Lines const& lines, std::size_t from, Lines const& one, std::size_t oneFrom, Lines const& other,
+               std::size_t otherFrom)
+{
+    if (from == lines.size())
+    {
+        return oneFrom == one.size() && otherFrom == other.size();
+    }
+    return (oneFrom < one.size() && lines[from] == one[oneFrom] &&
+            AreMerged(lines, from + 1, one, oneFrom + 1, other, otherFrom)) ||
+           (otherFrom < other.size() && lines[from] == other[otherFrom] &&
+            AreMerged(lines, from + 1, one, oneFrom, other, otherFrom + 1));
+}
+
+std::string Shown(Lines const& lines)
+{
+    std::string text;
+    for (auto const& line : lines)
+    {
+        text += "\n  " + winrt::to_string(line);
+    }
+    return text;
+}
+
+} // namespace
+
+Lines RequestLines()
+{
+    return {Info(L"Inside OnRequestReceived to process appservice request from Win32 App"),
+            Info(L"Acquired deferral to complete app service request")};
+}
+
+ServiceFlow::ServiceFlow()
+    : m_registrationWaitOver(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+      m_wait([this](auto system, HANDLE handle, DWORD milliseconds) {
+          constexpr DWORD registrationWait = 60'000; // no other wait of the application takes that long
+          return milliseconds == registrationWait ? WaitForRegistration(handle) : system(handle, milliseconds);
+      })
+{
+    host.SpareThisThread(); // it is the helper
+    Start();
+    helper = std::make_unique<TestHelper>();
+    log = std::make_unique<LogRecorder>();
+}
+
+ServiceFlow::~ServiceFlow()
+{
+    EndRegistrationWait();
+    log.reset();
+    host.End();
+    helper.reset();
+    // Class-wide, as the log is process-wide: a test program starts each test without them.
+    NotificationAppService::appServiceConnection.Set(nullptr);
+    NotificationAppService::serviceDeferral.Set(nullptr);
+}
+
+void ServiceFlow::ExpectLog(Lines const& common, Lines const& oneThread, Lines const& otherThread)
+{
+    log->WaitForLines(common.size() + oneThread.size() + otherThread.size());
+    host.WaitUntilQuiet();
+    host.End();
+    WaitForEnd();
+    Lines const lines(log->WaitForLines(0));
+    auto const isPrefix = lines.size() >= common.size() && std::equal(common.begin(), common.end(), lines.begin());
+    EXPECT_TRUE(isPrefix && AreMerged(lines, common.size(), oneThread, 0, otherThread, 0))
+        << "logged:" << Shown(lines) << "\nexpected:" << Shown(common)
+        << "\nthen, each in its order:" << Shown(oneThread) << "\nand:" << Shown(otherThread);
+}
+
+DWORD ServiceFlow::WaitForRegistration(HANDLE registered) const
+{
+    if (m_registrationWaitFails)
+    {
+        return WAIT_FAILED;
+    }
+    HANDLE const either[] = {registered, m_registrationWaitOver.Get()};
+    return WaitForMultipleObjects(2, either, FALSE, INFINITE) == WAIT_OBJECT_0 ? WAIT_OBJECT_0 : WAIT_TIMEOUT;
+}
+
+std::wstring ServiceFlow::StoredUri()
+{
+    auto const value = ApplicationData::Current().LocalSettings().Values().Lookup(uriKey);
+    return std::wstring(winrt::unbox_value_or<winrt::hstring>(value, L""));
+}
+
+void ServiceFlow::StoreUri(IInspectable const& value)
+{
+    ApplicationData::Current().LocalSettings().Values().Insert(uriKey, value);
+}
+
+Lines ServiceFlow::TaskNames()
+{
+    Lines names;
+    for (auto const& entry : BackgroundTaskRegistration::AllTasks())
+    {
+        names.emplace_back(entry.Value().Name());
+    }
+    return names;
+}
+
+} // namespace test

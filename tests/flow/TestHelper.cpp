@@ -1,0 +1,94 @@
+#include "tests/flow/TestHelper.h"
+
+#include "simulator/runtime/LocalHost.h"
+
+#include <gtest/gtest.h>
+#include <winrt/Windows.Foundation.h>
+
+using namespace winrt::Windows::ApplicationModel::AppService;
+using namespace winrt::Windows::Foundation;
+using namespace winrt::Windows::Foundation::Collections;
+
+namespace test
+{
+
+namespace
+{
+
+std::wstring ValueText(IInspectable const& value)
+{
+    if (!value)
+    {
+        return L"(null)";
+    }
+    auto const text = value.try_as<IReference<winrt::hstring>>();
+    return std::wstring(text ? text.Value() : winrt::get_class_name(value));
+}
+
+} // namespace
+
+TestHelper::TestHelper()
+{
+    m_connection.AppServiceName(sim::LocalPlatform::appServiceName);
+    m_connection.PackageFamilyName(sim::LocalPlatform::familyName);
+    m_connection.RequestReceived([inbox = m_inbox](auto&&, AppServiceRequestReceivedEventArgs const& args) {
+        auto text = Text(args.Request().Message());
+        std::lock_guard const lock(inbox->mutex);
+        inbox->messages.push_back(std::move(text));
+        inbox->changed.notify_all();
+    });
+    m_connection.ServiceClosed([inbox = m_inbox](auto&&, AppServiceClosedEventArgs const& args) {
+        std::lock_guard const lock(inbox->mutex);
+        inbox->closed = args.Status();
+        inbox->changed.notify_all();
+    });
+    EXPECT_EQ(m_connection.OpenAsync().get(), AppServiceConnectionStatus::Success);
+}
+
+TestHelper::~TestHelper()
+{
+    Close();
+}
+
+TestHelper::ResponseOperation TestHelper::Ask(std::wstring_view command) const
+{
+    ValueSet const request;
+    request.Insert(L"Command", winrt::box_value(winrt::hstring(command)));
+    return Send(request);
+}
+
+TestHelper::ResponseOperation TestHelper::Send(ValueSet const& request) const
+{
+    return m_connection.SendMessageAsync(request);
+}
+
+void TestHelper::Close() const
+{
+    m_connection.Close();
+}
+
+std::vector<std::wstring> TestHelper::WaitForMessages(std::size_t count) const
+{
+    std::unique_lock lock(m_inbox->mutex);
+    m_inbox->changed.wait(lock, [&] { return m_inbox->messages.size() >= count; });
+    return m_inbox->messages;
+}
+
+AppServiceClosedStatus TestHelper::WaitForClosed() const
+{
+    std::unique_lock lock(m_inbox->mutex);
+    m_inbox->changed.wait(lock, [&] { return m_inbox->closed.has_value(); });
+    return *m_inbox->closed;
+}
+
+std::wstring TestHelper::Text(ValueSet const& message)
+{
+    std::wstring text;
+    for (auto const& entry : message)
+    {
+        text += (text.empty() ? L"" : L" ") + std::wstring(entry.Key()) + L"=" + ValueText(entry.Value());
+    }
+    return text;
+}
+
+} // namespace test

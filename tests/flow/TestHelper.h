@@ -1,0 +1,63 @@
+#pragma once
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+#include <winrt/Windows.ApplicationModel.AppService.h>
+#include <winrt/Windows.Foundation.Collections.h>
+
+namespace test
+{
+
+// The desktop helper, in the test's own process.
+class TestHelper
+{
+  public:
+    using AppServiceClosedStatus = winrt::Windows::ApplicationModel::AppService::AppServiceClosedStatus;
+    using AppServiceConnection = winrt::Windows::ApplicationModel::AppService::AppServiceConnection;
+    using AppServiceConnectionStatus = winrt::Windows::ApplicationModel::AppService::AppServiceConnectionStatus;
+    using AppServiceResponse = winrt::Windows::ApplicationModel::AppService::AppServiceResponse;
+    using ResponseOperation = winrt::Windows::Foundation::IAsyncOperation<AppServiceResponse>;
+    using ValueSet = winrt::Windows::Foundation::Collections::ValueSet;
+
+    // Connects; the test fails when it cannot.
+    TestHelper();
+    TestHelper(TestHelper const&) = delete;
+    TestHelper& operator=(TestHelper const&) = delete;
+    ~TestHelper();
+
+    // Sends {Command: command}.
+    ResponseOperation Ask(std::wstring_view command) const;
+    ResponseOperation Send(ValueSet const& request) const;
+
+    // Closes its end.
+    void Close() const;
+
+    // All messages so far, once there are so many; each as KEY=VALUE KEY=VALUE, in its order.
+    std::vector<std::wstring> WaitForMessages(std::size_t count) const;
+
+    // Those that are there already.
+    std::vector<std::wstring> Messages() const { return WaitForMessages(0); }
+
+    AppServiceClosedStatus WaitForClosed() const;
+
+    // A message as WaitForMessages shows it. What is not text shows as its class name.
+    static std::wstring Text(ValueSet const& message);
+
+  private:
+    // Shared with the handlers, which may run when the helper has gone.
+    struct Inbox
+    {
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::vector<std::wstring> messages;
+        std::optional<AppServiceClosedStatus> closed;
+    };
+
+    AppServiceConnection m_connection;
+    std::shared_ptr<Inbox> m_inbox = std::make_shared<Inbox>();
+};
+
+} // namespace test

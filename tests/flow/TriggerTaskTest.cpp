@@ -1,0 +1,211 @@
+#include "tests/flow/AppFlow.h"
+#include "tests/flow/Lines.h"
+#include "tests/support/Banner.h"
+
+#include <winrt/Windows.ApplicationModel.Background.h>
+#include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.Networking.PushNotifications.h>
+
+namespace
+{
+
+using namespace winrt::Windows::ApplicationModel::Background;
+using test::banner;
+using test::Lines;
+
+constexpr wchar_t inside[] = L"Inside OnBackgroundActivated";
+constexpr wchar_t deferral[] = L"Deferal to complete background task";
+constexpr wchar_t launchDone[] = L"Launch Done !! ";
+constexpr wchar_t complete[] = L"Service deferral complete";
+
+// One of the app's two tasks: how it is registered and triggered, and what it does.
+struct Task
+{
+    wchar_t const* name;
+    bool isPush;
+    wchar_t const* group;
+    Lines lines;
+};
+
+class TriggerTaskFlow : public test::AppFlow
+{
+  protected:
+    TriggerTaskFlow()
+    {
+        host.SpareThisThread(); // it is the world outside
+    }
+
+    void Register(wchar_t const* name, bool isPush)
+    {
+        BackgroundTaskBuilder const builder;
+        builder.Name(name);
+        isPush ? builder.SetTrigger(PushNotificationTrigger()) : builder.SetTrigger(TimeTrigger(1440, false));
+        builder.Register();
+    }
+
+    void Trigger(bool isPush)
+    {
+        if (isPush)
+        {
+            winrt::Windows::Networking::PushNotifications::PushNotificationChannelManager::
+                CreatePushNotificationChannelForApplicationAsync()
+                    .get();
+            host.Push(L"payload");
+        }
+        else
+        {
+            host.AdvanceClock(1440);
+        }
+    }
+
+    // All messages of the app, which is ended by a last activation: by then the override before has returned, and what
+    // could go on has gone on.
+    Lines MessagesAtTheEnd()
+    {
+        host.Activate(sim::ActivationKind::Protocol);
+        WaitForEnd();
+        Lines messages(Messages());
+        EXPECT_EQ(messages.back(), L"Inside OnActivated App activated by URI protocol");
+        messages.pop_back();
+        return messages;
+    }
+};
+
+class TriggerTask : public TriggerTaskFlow, public testing::WithParamInterface<Task>
+{
+  protected:
+    TriggerTask()
+    {
+        Register(GetParam().name, GetParam().isPush);
+        Start();
+        Trigger(GetParam().isPush);
+    }
+
+    Lines ExpectedLines() const { return Lines{banner, inside, deferral} + GetParam().lines; }
+};
+
+TEST_P(TriggerTask, StartsTheDesktopComponentAndIsCompletedWhenThatHasStarted)
+{
+    auto const launch = host.WaitForLaunch();
+    EXPECT_EQ(launch.group, GetParam().group);
+    EXPECT_EQ(Messages(), ExpectedLines());
+    EXPECT_EQ(CountReports(L"task-completed"), 0u);
+    launch.Complete();
+    EXPECT_EQ(MessagesAtTheEnd(), ExpectedLines() + Lines({launchDone, complete}));
+    EXPECT_EQ(CountReports(L"task-completed"), 1u);
+    EXPECT_EQ(host.UnfetchedLaunches(), 0u);
+}
+
+TEST_P(TriggerTask, DoesNotEndTheApp)
+{
+    host.WaitForLaunch().Complete();
+    EXPECT_FALSE(host.HasExited());
+}
+
+TEST_P(TriggerTask, IsNeverCompletedWhenTheLaunchFailsLater)
+{
+    host.WaitForLaunch().Complete(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(MessagesAtTheEnd(), ExpectedLines());
+    EXPECT_EQ(CountReports(L"task-completed"), 0u);
+    EXPECT_EQ(host.UnfetchedLaunches(), 0u);
+}
+
+TEST_P(TriggerTask, KeepsTheAppAliveUntilTheLaunchHasCompleted)
+{
+    auto const launch = host.WaitForLaunch();
+    MessagesAtTheEnd();
+    EXPECT_TRUE(app.get());
+    launch.Complete();
+    EXPECT_FALSE(app.get());
+}
+
+INSTANTIATE_TEST_SUITE_P(Tasks, TriggerTask,
+                         testing::Values(Task{L"URITimerBGTask",
+                                              false,
+                                              L"CURIUpdated",
+                                              {L"Timer task bkg thread invocation",
+                                               L"Going to launch full trust app for timer background task invocation"}},
+                                         Task{L"PushNotificationBGTask",
+                                              true,
+                                              L"NotificationReceived",
+                                              {L"Notification bkg thread invocation",
+                                               L"Going to launch full trust app for new notification invocation "}}),
+                         [](auto const& info) { return std::string(info.param.isPush ? "Push" : "Timer"); });
+
+// Told by their names alone, not by their triggers.
+class OtherTask : public TriggerTaskFlow, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(OtherTask, TakesADeferralAndDoesNothingMore)
+{
+    Register(GetParam(), true);
+    Start();
+    Trigger(true);
+    host.WaitForReport(L"task-started");
+    EXPECT_EQ(MessagesAtTheEnd(), (Lines{banner, inside, deferral}));
+    EXPECT_EQ(host.UnfetchedLaunches(), 0u);
+    EXPECT_EQ(CountReports(L"task-completed"), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, OtherTask,
+                         testing::Values(L"uritimerbgtask", L"URITimerBGTask ", L"URITimerBGTas",
+                                         L"PUSHNOTIFICATIONBGTASK", L"PushNotificationBGTask2", L"another"));
+
+TEST_F(TriggerTaskFlow, IsToldByItsNameWhateverItsTrigger)
+{
+    Register(L"URITimerBGTask", true);
+    Start();
+    Trigger(true);
+    EXPECT_EQ(host.WaitForLaunch().group, L"CURIUpdated");
+}
+
+// What fails in the activation itself ends the process.
+struct Failure
+{
+    wchar_t const* fault;
+    Lines lines;
+};
+
+class TriggerTaskFailing : public TriggerTaskFlow, public testing::WithParamInterface<Failure>
+{
+};
+
+TEST_P(TriggerTaskFailing, EndsTheProcess)
+{
+    Register(L"PushNotificationBGTask", true);
+    host.SetFault(GetParam().fault);
+    Start();
+    Trigger(true);
+    WaitForEnd();
+    EXPECT_TRUE(host.Failure().has_value());
+    EXPECT_EQ(Messages(), Lines({banner, inside}) + GetParam().lines);
+}
+
+Lines const untilLaunch = {deferral, L"Notification bkg thread invocation",
+                           L"Going to launch full trust app for new notification invocation "};
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, TriggerTaskFailing,
+    testing::Values(Failure{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}},
+                    Failure{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}},
+                    Failure{L"BackgroundTaskInstance.GetDeferral now 0x80004005", {}},
+                    Failure{L"BackgroundTaskInstance.Task now 0x80004005", {deferral}},
+                    Failure{L"BackgroundTaskRegistration.Name now 0x80004005", {deferral}},
+                    Failure{L"BackgroundTaskRegistration.Name now 0x80004005 1 after 1", {deferral}},
+                    Failure{L"FullTrustProcessLauncher now 0x80040154", untilLaunch},
+                    Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync now 0x80070490",
+                            untilLaunch},
+                    Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null", untilLaunch}));
+
+TEST_F(TriggerTaskFlow, StartsTheDesktopComponentAlsoWithoutADeferralToComplete)
+{
+    Register(L"PushNotificationBGTask", true);
+    host.SetFault(L"BackgroundTaskInstance.GetDeferral null");
+    Start();
+    Trigger(true);
+    host.WaitForLaunch().Complete();
+    EXPECT_EQ(MessagesAtTheEnd(), Lines({banner, inside}) + untilLaunch + Lines{launchDone});
+}
+
+} // namespace

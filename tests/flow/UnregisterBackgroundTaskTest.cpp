@@ -1,0 +1,126 @@
+#include "service/NotificationAppService.h"
+#include "tests/flow/ServiceFlow.h"
+
+#include <winrt/Windows.ApplicationModel.Background.h>
+
+namespace
+{
+
+using namespace winrt::Windows::ApplicationModel::Background;
+using test::Error;
+using test::Info;
+using test::Lines;
+using test::RequestLines;
+using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
+
+constexpr wchar_t done[] = L"NewMessage=UnregisterBackgroundTaskDone";
+
+Lines const received = RequestLines() + Lines{Info(L"RequestReceived to Unregister BackgroundTask"),
+                                              Info(L"ZEB From Appservice Unregister all the background tasks")};
+std::wstring const unregister = Info(L"Background task found going to unregister it");
+Lines const sent = {Info(L"Msg sent to WIN32 for background task unregistration done"),
+                    Info(L"UnRegisterBkgServices deferral complete")};
+
+class UnregisterBackgroundTask : public test::ServiceFlow
+{
+  protected:
+    UnregisterBackgroundTask()
+    {
+        for (auto const* name : {L"PushNotificationBGTask", L"another", L"URITimerBGTask"})
+        {
+            BackgroundTaskBuilder const builder;
+            builder.Name(name);
+            builder.SetTrigger(PushNotificationTrigger());
+            builder.Register();
+        }
+    }
+
+    auto Ask() { return helper->Ask(L"UnregisterBackgroundTask"); }
+};
+
+TEST_F(UnregisterBackgroundTask, RemovesItsOwnTasksAndSaysSo)
+{
+    auto const response = Ask().get();
+    EXPECT_EQ(response.Status(), AppServiceResponseStatus::Success);
+    EXPECT_EQ(test::TestHelper::Text(response.Message()), L"");
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{done});
+    EXPECT_EQ(TaskNames(), Lines{L"another"});
+    ExpectLog(received + Lines{unregister, unregister} + sent);
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+TEST_F(UnregisterBackgroundTask, SaysSoEachTimeAlsoWhenNothingIsLeft)
+{
+    Ask().get();
+    Ask().get();
+    EXPECT_EQ(helper->WaitForMessages(2), (Lines{done, done}));
+    ExpectLog(received + Lines{unregister, unregister} + sent + received + sent);
+}
+
+TEST_F(UnregisterBackgroundTask, IsCompletedWhenTheMessageCannotBeSent)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
+    EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
+    ExpectLog(received + Lines{unregister, unregister,
+                               Error(L"Error in sending response for appservice requset after sucessful bkg task "
+                                     L"unregistration")});
+    EXPECT_EQ(helper->Messages(), Lines());
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+// A send that ends badly, or with another status than success, is not noticed.
+class UnregisterBackgroundTaskSendFailing : public UnregisterBackgroundTask,
+                                            public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(UnregisterBackgroundTaskSendFailing, LogsTheSameAsOneThatWorks)
+{
+    host.SetFault(std::wstring(L"AppServiceConnection.SendMessageAsync ") + GetParam() + L" 1");
+    Ask();
+    ExpectLog(received + Lines{unregister, unregister} + sent);
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+INSTANTIATE_TEST_SUITE_P(Outcomes, UnregisterBackgroundTaskSendFailing,
+                         testing::Values(L"completion 0x800706BA", L"status 1", L"cancelled"));
+
+// What fails where nothing is prepared for it: the fault, and the lines until then.
+struct Failure
+{
+    wchar_t const* fault;
+    Lines lines;
+};
+
+class UnregisterBackgroundTaskLeaving : public UnregisterBackgroundTask, public testing::WithParamInterface<Failure>
+{
+};
+
+TEST_P(UnregisterBackgroundTaskLeaving, StaysOpenWithoutAWord)
+{
+    host.SetFault(GetParam().fault);
+    auto const request = Ask();
+    log->WaitForLines(received.size() + GetParam().lines.size());
+    host.WaitUntilQuiet(); // of the app: this one has left
+    ExpectLog(received + GetParam().lines);
+    EXPECT_EQ(helper->Messages(), Lines());
+    EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+}
+
+INSTANTIATE_TEST_SUITE_P(Failures, UnregisterBackgroundTaskLeaving,
+                         testing::Values(Failure{L"BackgroundTaskRegistration.AllTasks now 0x80070490", {}},
+                                         Failure{L"BackgroundTaskRegistration.AllTasks.First now 0x80004005", {}},
+                                         Failure{L"BackgroundTaskRegistration.Name now 0x80004005", {}},
+                                         Failure{L"BackgroundTaskRegistration.Unregister now 0x80004005", {unregister}},
+                                         Failure{L"ValueSet.Insert now 0x80004005 1", {unregister, unregister}}));
+
+TEST_F(UnregisterBackgroundTask, TakesTheWayOfAFailedSendWhenTheConnectionIsGone)
+{
+    VelmoNotificationClient::NotificationAppService::appServiceConnection.Set(nullptr);
+    EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
+    ExpectLog(received + Lines{unregister, unregister,
+                               Error(L"Error in sending response for appservice requset after sucessful bkg task "
+                                     L"unregistration")});
+}
+
+} // namespace

@@ -1,0 +1,129 @@
+#include "tests/unit/logging/FailingSystem.h"
+
+#include <optional>
+
+using namespace test;
+using namespace zant;
+
+TEST_F(FailingSystem, WithoutAMutexTheTargetOpensButWritesNothing)
+{
+    CreateMutexCall const fault(Failing(HANDLE(nullptr), ERROR_INVALID_HANDLE));
+    EXPECT_TRUE(target.Open());
+    EXPECT_TRUE(target.isOpen);
+    EXPECT_FALSE(target.useLock);
+    EXPECT_TRUE(LogAt(target, 0, L"lost"));
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+}
+
+TEST_F(FailingSystem, AMutexThatMayNotBeCreatedIsOpenedWithoutAnyRight)
+{
+    std::optional<DWORD> access;
+    std::wstring name;
+    NamedMutex others;
+    ASSERT_TRUE(others.CreateOrOpen(LogName().c_str()));
+    CreateMutexCall const fault(Failing(HANDLE(nullptr), ERROR_ACCESS_DENIED));
+    OpenMutexCall const open([&](auto next, DWORD asked, BOOL inherit, wchar_t const* mutexName) {
+        access = asked;
+        name = mutexName;
+        return next(MUTEX_ALL_ACCESS, inherit, mutexName);
+    });
+    EXPECT_TRUE(target.Open());
+    EXPECT_EQ(access, 0u);
+    EXPECT_EQ(name, LogName());
+    LogAt(target, 0, L"m");
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"m"});
+    EXPECT_TRUE(target.Close());
+}
+
+TEST_F(FailingSystem, AMutexThatMayNotBeOpenedEitherIsDoneWithout)
+{
+    CreateMutexCall const create(Failing(HANDLE(nullptr), ERROR_ACCESS_DENIED));
+    OpenMutexCall const open(Failing(HANDLE(nullptr), ERROR_ACCESS_DENIED));
+    EXPECT_TRUE(target.Open());
+    EXPECT_FALSE(target.useLock);
+}
+
+TEST_F(FailingSystem, OtherErrorsOfTheCreationDoNotLeadToAnOpening)
+{
+    bool opened = false;
+    CreateMutexCall const create(Failing(HANDLE(nullptr), ERROR_INVALID_HANDLE));
+    OpenMutexCall const open([&](auto...) {
+        opened = true;
+        return HANDLE(nullptr);
+    });
+    EXPECT_TRUE(target.Open());
+    EXPECT_FALSE(opened);
+}
+
+namespace
+{
+
+class FailingWait : public FailingSystem, public testing::WithParamInterface<DWORD>
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(Outcomes, FailingWait, testing::Values(DWORD{WAIT_TIMEOUT}, DWORD{WAIT_FAILED}));
+
+} // namespace
+
+TEST_P(FailingWait, WhileOpeningSilencesTheTarget)
+{
+    {
+        WaitCall const fault(Failing(GetParam(), ERROR_INVALID_HANDLE));
+        EXPECT_TRUE(target.Open());
+    }
+    EXPECT_TRUE(target.isOpen);
+    EXPECT_FALSE(target.useLock);
+    EXPECT_TRUE(LogAt(target, 0, L"lost"));
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+}
+
+TEST_P(FailingWait, WhileOpeningLeavesOutTheSizeCheck)
+{
+    WriteLogOfSize(LogPath(), limit);
+    WaitCall const fault(Failing(GetParam(), ERROR_INVALID_HANDLE));
+    EXPECT_TRUE(target.Open());
+    EXPECT_TRUE(Copies().empty());
+}
+
+TEST_P(FailingWait, OnceMeansThatNoFurtherLineReachesTheFile)
+{
+    ASSERT_TRUE(target.Open());
+    LogAt(target, 0, L"before");
+    {
+        WaitCall const fault(Failing(GetParam(), ERROR_INVALID_HANDLE));
+        EXPECT_TRUE(LogAt(target, 0, L"lost"));
+    }
+    EXPECT_TRUE(LogAt(target, 0, L"after"));
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"before"});
+}
+
+TEST_F(FailingSystem, TheWaitLastsAtMostTwoSeconds)
+{
+    std::vector<DWORD> waits;
+    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
+        waits.push_back(milliseconds);
+        return next(handle, milliseconds);
+    });
+    ASSERT_TRUE(target.Open());
+    LogAt(target, 0, L"m");
+    EXPECT_EQ(waits, (std::vector<DWORD>{2'000, 2'000}));
+}
+
+TEST_F(FailingSystem, AnAbandonedMutexIsOwnedAndReleased)
+{
+    ASSERT_TRUE(target.Open());
+    int released = 0;
+    WaitCall const wait([](auto next, HANDLE handle, DWORD milliseconds) {
+        auto const result = next(handle, milliseconds);
+        return result == WAIT_OBJECT_0 ? DWORD{WAIT_ABANDONED} : result;
+    });
+    ReleaseMutexCall const release([&](auto next, HANDLE handle) {
+        ++released;
+        return next(handle);
+    });
+    LogAt(target, 0, L"m");
+    EXPECT_EQ(released, 1);
+    EXPECT_TRUE(target.useLock);
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"m"});
+}

@@ -1,0 +1,183 @@
+#include "tests/unit/logging/FailingSystem.h"
+
+using namespace test;
+using namespace zant;
+
+TEST_F(FailingSystem, AFileWhoseSizeIsUnknownIsNotRotated)
+{
+    OpenAtTheLimit();
+    GetFileSizeCall const fault(Failing(FALSE, ERROR_IO_DEVICE));
+    LogUpToARotation();
+    EXPECT_TRUE(Copies().empty());
+    EXPECT_FALSE(target.headerPending);
+}
+
+namespace
+{
+
+// The copying fails: the log stays as it is and goes on, with the header now pending.
+class FailingCopy : public FailingSystem
+{
+  protected:
+    FailingCopy()
+    {
+        target.storedHeader.title = L"header";
+        OpenAtTheLimit();
+    }
+
+    void ExpectTheLogToGoOn()
+    {
+        auto const handlesBefore = handles.Open();
+        LogUpToARotation();
+        EXPECT_EQ(handles.Open(), handlesBefore);
+        auto const lines = ReadLines(LogPath());
+        ASSERT_GE(lines.size(), 5u);
+        auto const last = lines.end();
+        EXPECT_TRUE((last - 4)->ends_with(L" | 1"));
+        EXPECT_TRUE((last - 3)->ends_with(L" | 2"));
+        EXPECT_TRUE((last - 2)->ends_with(L" | header"));
+        EXPECT_TRUE((last - 1)->ends_with(L" | 3"));
+    }
+};
+
+} // namespace
+
+TEST_F(FailingCopy, ByTheOpeningOfTheSource)
+{
+    CreateFileCall const fault(
+        FailingToOpen([](DWORD access, DWORD, DWORD) { return access == (GENERIC_READ | GENERIC_WRITE); }));
+    ExpectTheLogToGoOn();
+    EXPECT_TRUE(Copies().empty());
+}
+
+TEST_F(FailingCopy, ByTheOpeningOfTheDestination)
+{
+    CreateFileCall const fault(
+        FailingToOpen([](DWORD, DWORD, DWORD disposition) { return disposition == OPEN_ALWAYS; }));
+    ExpectTheLogToGoOn();
+    EXPECT_TRUE(Copies().empty());
+}
+
+TEST_F(FailingCopy, ByAReadInItsMiddle)
+{
+    ReadFileCall const fault([](auto next, HANDLE file, void* buffer, DWORD size, DWORD* read, OVERLAPPED* overlapped) {
+        LARGE_INTEGER position = {};
+        SetFilePointerCall::Original(file, {}, &position, FILE_CURRENT);
+        if (position.QuadPart >= static_cast<LONGLONG>(limit / 2))
+        {
+            SetLastError(ERROR_CRC);
+            return FALSE;
+        }
+        return next(file, buffer, size, read, overlapped);
+    });
+    ExpectTheLogToGoOn();
+    EXPECT_EQ(Copies().size(), 1u);
+}
+
+TEST_F(FailingCopy, ByANameThatCannotBeMade)
+{
+    GetDateFormatCall const fault(Failing(0, ERROR_INVALID_PARAMETER));
+    ExpectTheLogToGoOn();
+    EXPECT_TRUE(Copies().empty());
+}
+
+// Only reads decide whether a copy has succeeded.
+TEST_F(FailingSystem, ACopyThatCannotBeWrittenCountsAsMade)
+{
+    OpenAtTheLimit();
+    {
+        WriteFileCall const fault(
+            [](auto next, HANDLE file, void const* bytes, DWORD size, DWORD* written, OVERLAPPED* o) {
+                if (size == 4'096)
+                {
+                    SetLastError(ERROR_DISK_FULL);
+                    return FALSE;
+                }
+                return next(file, bytes, size, written, o);
+            });
+        LogUpToARotation();
+    }
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"3"});
+}
+
+TEST_F(FailingSystem, AFileThatCannotBeEmptiedIsWrittenOn)
+{
+    OpenAtTheLimit();
+    CreateFileCall const fault(
+        FailingToOpen([](DWORD, DWORD, DWORD disposition) { return disposition == TRUNCATE_EXISTING; }));
+    LogUpToARotation();
+    EXPECT_EQ(Copies().size(), 1u);
+    auto const lines = ReadLines(LogPath());
+    EXPECT_TRUE((lines.end() - 2)->ends_with(L" | 2"));
+    EXPECT_TRUE((lines.end() - 1)->ends_with(L" | 3"));
+}
+
+namespace
+{
+
+bool ReopeningTheLog(DWORD access, DWORD, DWORD disposition)
+{
+    return (access == GENERIC_WRITE && disposition == OPEN_EXISTING) || disposition == CREATE_NEW;
+}
+
+// Clean-up follows a rotation whatever became of it.
+class CleanUp : public FailingSystem
+{
+  protected:
+    CleanUp() { WriteBytes(oldCopy, ""); }
+
+    std::wstring const oldCopy = folder / (Base() + L" 2001-1-1 01-01-01.log");
+};
+
+} // namespace
+
+TEST_F(CleanUp, IsDoneThoughTheCopyFailed)
+{
+    OpenAtTheLimit();
+    CreateFileCall const fault(
+        FailingToOpen([](DWORD, DWORD, DWORD disposition) { return disposition == OPEN_ALWAYS; }));
+    LogUpToARotation();
+    EXPECT_TRUE(Copies().empty()); // neither the old one nor a new one
+}
+
+TEST_F(CleanUp, IsDoneThoughTheFileCannotBeReopened)
+{
+    OpenAtTheLimit();
+    CreateFileCall const fault(FailingToOpen(ReopeningTheLog));
+    LogUpToARotation();
+    EXPECT_FALSE(target.file);
+    EXPECT_FALSE(FileExists(oldCopy));
+}
+
+// The check has failed then, so each further line makes it again; with the file at hand again lines are written.
+TEST_F(FailingSystem, AFileThatCannotBeReopenedLosesLinesUntilItCan)
+{
+    OpenAtTheLimit();
+    auto const checked = target.lastCheck;
+    {
+        CreateFileCall const fault(FailingToOpen(ReopeningTheLog));
+        LogUpToARotation();
+        EXPECT_FALSE(target.file);
+        EXPECT_EQ(target.lastCheck, checked);
+    }
+    ASSERT_TRUE(target.OpenFile(target.file));
+    LogAt(target, 0, L"again");
+    EXPECT_EQ(MessagesIn(LogPath()).back(), L"again");
+}
+
+TEST_F(CleanUp, LeavesOldCopiesThatCannotBeListedOrDeleted)
+{
+    OpenAtTheLimit();
+    {
+        FindFirstFileCall const fault(Failing(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
+        LogUpToARotation();
+        EXPECT_TRUE(FileExists(oldCopy));
+    }
+    target.file.Reset();
+    WriteLogOfSize(LogPath(), limit);
+    {
+        DeleteFileCall const fault(Failing(FALSE, ERROR_ACCESS_DENIED));
+        EXPECT_TRUE(target.Open());
+    }
+    EXPECT_TRUE(FileExists(oldCopy));
+}

@@ -1,0 +1,68 @@
+#include "tests/unit/logging/LogTargetDefaultTest.h"
+
+using namespace test;
+using namespace zant;
+
+TEST_F(LogTargetDefaultTest, WritesUtf8WhenAsked)
+{
+    target.wideOutput = false;
+    LogAt(Opened(), 0, L"\u00E4\u20AC\xD83D\xDE00");
+    EXPECT_TRUE(ReadBytes(LogPath()).ends_with(" | \xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\r\n"));
+}
+
+TEST_F(LogTargetDefaultTest, UnpairedSurrogatesAreWrittenAsTheyAre)
+{
+    LogWide(Opened(), LogLevel::Info, L"%ls", L"a\xD800z\xDC00");
+    EXPECT_TRUE(ReadBytes(LogPath()).ends_with(Utf16(L" | a\xD800z\xDC00\r\n")));
+}
+
+TEST_F(LogTargetDefaultTest, UnpairedSurrogatesBecomeReplacementCharactersInUtf8)
+{
+    target.wideOutput = false;
+    LogWide(Opened(), LogLevel::Info, L"%ls", L"a\xD800z");
+    EXPECT_TRUE(ReadBytes(LogPath()).ends_with(" | a\xEF\xBF\xBDz\r\n"));
+}
+
+TEST_F(LogTargetDefaultTest, ANarrowLineIsConvertedThroughout)
+{
+    Opened().Log(LogLevel::Warn, L"", L"", L"", L"\u00FC", "d\xC3\xA9", "\xE2\x82\xAC", "\xC3\xA4", nullptr, 0, true);
+    auto const lines = ReadLines(LogPath());
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_TRUE(lines[0].find(L" | \u00FC | d\u00E9 | \u20AC | ") != std::wstring::npos) << lines.size();
+    EXPECT_EQ(MessageOf(lines[0]), L"\u00E4");
+}
+
+TEST_F(LogTargetDefaultTest, NarrowNullFieldsAreWrittenAsNothing)
+{
+    Opened().Log(LogLevel::Info, nullptr, nullptr, nullptr, nullptr, static_cast<char const*>(nullptr), nullptr, "m",
+                 nullptr, 0, true);
+    auto const lines = ReadLines(LogPath());
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_TRUE(lines[0].substr(21).starts_with(L" | [INFO] |  |  |  |  |  |  | "));
+}
+
+// Each text of a narrow line that is not UTF-8 in turn; the line is lost and the next one is written.
+TEST_F(LogTargetDefaultTest, ANarrowLineWithInvalidUtf8IsNotWritten)
+{
+    Opened();
+    EXPECT_TRUE(LogNarrow(target, LogLevel::Info, "\xC3("));
+    EXPECT_TRUE(LogNarrow(target, LogLevel::Info, "%s", "\xFF"));
+    EXPECT_TRUE(target.Log(LogLevel::Info, L"", L"", L"", L"", "\xFF", "", "m", nullptr, 0, true));
+    EXPECT_TRUE(target.Log(LogLevel::Info, L"", L"", L"", L"", "", "\xFF", "m", nullptr, 0, true));
+    LogNarrow(target, LogLevel::Info, "good");
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"good"});
+}
+
+TEST_F(LogTargetDefaultTest, RawNarrowTextIsWrittenWithALineEndOfTwoBytes)
+{
+    Opened();
+    EXPECT_TRUE(target.WriteRaw("raw"));
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark + "raw\r\n");
+}
+
+TEST_F(LogTargetDefaultTest, RawWideTextIsWrittenWithALineEndOfFourBytes)
+{
+    Opened();
+    EXPECT_TRUE(target.WriteRaw(L"raw"));
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark + Utf16(L"raw\r\n"));
+}

@@ -1,0 +1,54 @@
+#include "simulator/runtime/Deliveries.h"
+
+#include "tests/unit/simulator/BackgroundApp.h"
+
+using test::Arrivals;
+using test::Signal;
+
+namespace
+{
+
+sim::Message Request(wchar_t const* connection, wchar_t const* number)
+{
+    return {L"request", connection, L"service", number, L""};
+}
+
+} // namespace
+
+TEST(Deliveries, KeepTheOrderOfEachAddress)
+{
+    Arrivals<std::wstring> got;
+    sim::PoolWork work;
+    sim::Deliveries deliveries(work);
+    deliveries.Listen([&](sim::Message const& message) { got.Add(message[3]); });
+    for (int i = 0; i < 1000; ++i)
+    {
+        deliveries.Add(Request(L"1", std::to_wstring(i).c_str()));
+    }
+    for (int i = 0; i < 1000; ++i)
+    {
+        EXPECT_EQ(got.Next(), std::to_wstring(i));
+    }
+}
+
+TEST(Deliveries, OfOtherAddressesPassOneWhoseHandlerBlocks)
+{
+    Arrivals<std::wstring> got;
+    Signal release;
+    sim::PoolWork work;
+    sim::Deliveries deliveries(work);
+    deliveries.Listen([&](sim::Message const& message) {
+        got.Add(message[1] + L"." + message[3]);
+        if (message[3] == L"blocks")
+        {
+            release.Wait();
+        }
+    });
+    deliveries.Add(Request(L"1", L"blocks"));
+    EXPECT_EQ(got.Next(), L"1.blocks");
+    deliveries.Add(Request(L"1", L"waits"));
+    deliveries.Add(Request(L"2", L"passes"));
+    EXPECT_EQ(got.Next(), L"2.passes");
+    release.Set();
+    EXPECT_EQ(got.Next(), L"1.waits");
+}

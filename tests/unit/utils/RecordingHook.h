@@ -1,0 +1,42 @@
+#pragma once
+#include "utils/UtilsLog.h"
+
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace test
+{
+
+// While it lives, the utilities' lines come here through the hook.
+class RecordingHook
+{
+  public:
+    // level, component, category, ignored, location, message
+    using Line = std::tuple<std::uint32_t, std::wstring, std::wstring, std::wstring, std::wstring, std::wstring>;
+
+    RecordingHook()
+    {
+        s_lines.clear();
+        zant::g_utilsLogHook = Write;
+    }
+
+    RecordingHook(RecordingHook const&) = delete;
+    RecordingHook& operator=(RecordingHook const&) = delete;
+
+    ~RecordingHook() { zant::g_utilsLogHook = nullptr; }
+
+    std::vector<Line> const& Lines() const { return s_lines; }
+
+  private:
+    static std::int32_t Write(std::uint32_t level, wchar_t const* component, wchar_t const* category,
+                              wchar_t const* ignored, wchar_t const* location, wchar_t const* format, ...)
+    {
+        s_lines.emplace_back(level, component, category, ignored, location, format);
+        return 0;
+    }
+
+    static inline std::vector<Line> s_lines;
+};
+
+} // namespace test

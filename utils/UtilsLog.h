@@ -1,0 +1,17 @@
+#pragma once
+#include "logging/AbstractLogger.h"
+#include "utils/LogFunction.h"
+
+namespace zant
+{
+
+// Where the utilities' own lines go: to the hook when it is set, else to the logger, else nowhere. Both start null and
+// are not owned. Whoever sets them does so before other threads use the utilities. This application sets neither.
+extern LogFunction g_utilsLogHook;
+extern AbstractLogger* g_utilsLogger;
+
+// Any thread. message: a fixed text, taken as a printf format. The hook gets component "ZANTUtils" and the category;
+// the logger gets the category as the line's origin.
+void LogFromUtils(LogLevel level, wchar_t const* category, wchar_t const* message) noexcept;
+
+} // namespace zant
