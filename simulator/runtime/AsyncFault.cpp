@@ -10,7 +10,7 @@ namespace sim
 
 AsyncFault::AsyncFault(std::wstring_view call) : m_fault(CurrentHost().TakeFault(call))
 {
-    if (Is(FaultKind::Now))
+    if (m_fault && m_fault->kind == FaultKind::Now)
     {
         throw winrt::hresult_error(m_fault->Result());
     }

@@ -17,12 +17,12 @@ class AsyncFault
     explicit AsyncFault(std::wstring_view call);
 
     // The call is to hand out null.
-    bool GivesNull() const noexcept { return Is(FaultKind::Null); }
+    bool GivesNull() const noexcept { return m_fault && m_fault->kind == FaultKind::Null; }
 
     // What the operation is to complete with, without doing anything.
     std::optional<std::uint32_t> Status() const noexcept
     {
-        return Is(FaultKind::Status) ? std::optional(m_fault->value) : std::nullopt;
+        return m_fault && m_fault->kind == FaultKind::Status ? std::optional(m_fault->value) : std::nullopt;
     }
 
     // The operation awaits it first: it fails, is cancelled or never goes on if it is to. Agile.
@@ -32,8 +32,6 @@ class AsyncFault
     winrt::Windows::Foundation::IAsyncAction End() const { return End(m_fault); }
 
   private:
-    bool Is(FaultKind kind) const noexcept { return m_fault && m_fault->kind == kind; }
-
     // Coroutines hold what they work on.
     static winrt::Windows::Foundation::IAsyncAction Begin(std::optional<Fault> fault);
     static winrt::Windows::Foundation::IAsyncAction End(std::optional<Fault> fault);

@@ -12,8 +12,8 @@ struct BackgroundActivatedEventArgs
 {
     using class_type = Activated::BackgroundActivatedEventArgs;
 
-    explicit BackgroundActivatedEventArgs(Platform::Background::IBackgroundTaskInstance const& instance)
-        : m_instance(instance)
+    explicit BackgroundActivatedEventArgs(Platform::Background::IBackgroundTaskInstance instance)
+        : m_instance(std::move(instance))
     {
     }
 

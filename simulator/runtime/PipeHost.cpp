@@ -186,7 +186,7 @@ void PipeHost::Received(Message message)
     }
     else if (verb == L"welcome")
     {
-        m_familyName = message.back();
+        m_familyName = message.size() > 1 ? message[1] : std::wstring();
         Greeted(Greeting::App);
     }
     else if (verb == L"refused")

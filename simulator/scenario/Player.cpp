@@ -50,12 +50,12 @@ class Player
 
     void CheckNothingIsLeft()
     {
+        if (auto const running = m_helpers.Running(); !running.empty())
+        {
+            throw Difference{L"all helpers have ended", L"the helper " + running.front() + L" runs"};
+        }
         m_broker->Ask({L"status"}); // what the broker had to say has come before its answer
         m_expectations.CheckNothingIsLeft();
-        for (auto const& name : m_helpers.Running())
-        {
-            throw Difference{L"all helpers have ended", L"one runs " + name};
-        }
     }
 
     std::wstring Summary() const { return m_expectations.Summary(); }

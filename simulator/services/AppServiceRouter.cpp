@@ -83,22 +83,23 @@ void AppServiceRouter::Open(std::shared_ptr<Peer> const& caller, std::wstring co
 void AppServiceRouter::Send(Peer const& from, std::wstring const& connection, std::wstring const& end,
                             std::wstring const& set, Answer const& answer)
 {
-    auto* const found = Find(connection);
+    auto const found = Find(connection);
     auto const isCaller = end == callerEnd;
-    if (!found || !(isCaller ? MayCallerSend(*found, from) : MayServiceSend(*found, from)))
+    if (found == m_connections.end() ||
+        !(isCaller ? MayCallerSend(found->second, from) : MayServiceSend(found->second, from)))
     {
         answer(Response(ResponseStatus::Failure, L""));
         return;
     }
     auto const number = ++m_lastRequest;
-    m_requests.emplace(number, Request{*ParseNumber(connection), answer});
+    m_requests.emplace(number, Request{found->first, answer});
     Message const message = {L"request", connection, isCaller ? serviceEnd : callerEnd, std::to_wstring(number), set};
-    if (found->opened)
+    if (found->second.opened)
     {
-        found->early.push_back(message);
+        found->second.early.push_back(message);
         return;
     }
-    (isCaller ? found->service : found->caller)->Send(message);
+    (isCaller ? found->second.service : found->second.caller)->Send(message);
 }
 
 Message AppServiceRouter::Respond(std::wstring const& request, std::wstring const& set)
@@ -130,11 +131,11 @@ void AppServiceRouter::RequestRefused(std::wstring const& request)
 
 void AppServiceRouter::Close(std::wstring const& connection, std::wstring const& end)
 {
-    if (Find(connection))
+    auto const found = Find(connection);
+    if (found != m_connections.end())
     {
-        auto const number = *ParseNumber(connection);
-        end == callerEnd ? ClosedByCaller(number, ClosedStatus::Completed)
-                         : ClosedByService(number, ClosedStatus::Completed);
+        end == callerEnd ? ClosedByCaller(found->first, ClosedStatus::Completed)
+                         : ClosedByService(found->first, ClosedStatus::Completed);
     }
 }
 
@@ -258,11 +259,9 @@ void AppServiceRouter::ReportClosed(unsigned number, std::wstring const& by, Clo
                       Detail(L"status", status == ClosedStatus::Completed ? L"Completed" : L"Canceled")});
 }
 
-AppServiceRouter::Connection* AppServiceRouter::Find(std::wstring const& id)
+AppServiceRouter::Connections::iterator AppServiceRouter::Find(std::wstring const& id)
 {
-    auto const number = ParseNumber(id);
-    auto const found = number ? m_connections.find(*number) : m_connections.end();
-    return found == m_connections.end() ? nullptr : &found->second;
+    return m_connections.find(ParseNumber(id).value_or(0));
 }
 
 } // namespace sim

@@ -54,6 +54,8 @@ class AppServiceRouter
         std::optional<ClosedStatus> closedEarly = {}; // by the caller, before the service was there to hear it
     };
 
+    using Connections = std::map<unsigned, Connection>; // by number, from 1
+
     struct Request
     {
         unsigned connection;
@@ -69,11 +71,11 @@ class AppServiceRouter
     static bool MayServiceSend(Connection const& connection, Peer const& from);
     void FailRequests(unsigned number);
     void ReportClosed(unsigned number, std::wstring const& by, ClosedStatus status) const;
-    Connection* Find(std::wstring const& id);
+    Connections::iterator Find(std::wstring const& id);
 
     Outside const& m_outside;
     TaskInstances& m_instances;
-    std::map<unsigned, Connection> m_connections;
+    Connections m_connections;
     std::map<unsigned, Request> m_requests;
     unsigned m_lastConnection = 0;
     unsigned m_lastRequest = 0;

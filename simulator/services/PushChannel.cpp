@@ -92,11 +92,7 @@ PushChannel::PushChannel(std::wstring file, Outside const& outside, VirtualClock
 PushChannel::Channel const& PushChannel::Create()
 {
     ClockAdvanced(); // the wall clock, too, goes on
-    if (!m_channel)
-    {
-        Open(NewUri());
-    }
-    return *m_channel;
+    return m_channel ? *m_channel : Open(NewUri());
 }
 
 void PushChannel::Replace(std::wstring uri)
@@ -105,12 +101,12 @@ void PushChannel::Replace(std::wstring uri)
     Open(std::move(uri));
 }
 
-void PushChannel::Open(std::wstring uri)
+PushChannel::Channel const& PushChannel::Open(std::wstring uri)
 {
     Channel channel{std::move(uri), m_clock.Now() + lifetime};
     WriteWordFile(m_file, {{channel.uri, std::to_wstring(channel.expiry)}});
-    m_channel = std::move(channel);
-    m_outside.report(L"channel-created", {Detail(L"expires", VirtualClock::Text(m_channel->expiry))});
+    m_outside.report(L"channel-created", {Detail(L"expires", VirtualClock::Text(channel.expiry))});
+    return m_channel.emplace(std::move(channel));
 }
 
 void PushChannel::Revoke()

@@ -42,7 +42,7 @@ class PushChannel
     std::wstring Status() const;
 
   private:
-    void Open(std::wstring uri);
+    Channel const& Open(std::wstring uri);
 
     std::wstring m_file;
     Outside const& m_outside;

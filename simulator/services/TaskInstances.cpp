@@ -59,9 +59,9 @@ void TaskInstances::Returned(std::shared_ptr<Peer> const& app, std::wstring cons
     {
         entry->second.start.returned(app);
     }
-    if (entry->second.cancelReason)
+    if (auto const reason = entry->second.cancelReason)
     {
-        SendCancel(*entry);
+        SendCancel(*entry, *reason);
     }
 }
 
@@ -136,7 +136,8 @@ std::wstring TaskInstances::Text() const
     for (auto const& [number, instance] : m_instances)
     {
         text += L"\n  " + std::to_wstring(number) + L" " + instance.start.name;
-        text += instance.cancelReason ? L", cancelled" : instance.app ? L"" : L", waits for the app";
+        text += instance.app ? L"" : L", waits for the app";
+        text += instance.cancelReason ? L", cancelled" : L"";
     }
     return text;
 }
@@ -160,7 +161,7 @@ void TaskInstances::Cancel(Map::value_type& entry, int reason)
     m_outside.report(L"task-cancelled", std::move(details));
     if (instance.hasReturned)
     {
-        SendCancel(entry);
+        SendCancel(entry, reason);
     }
     if (instance.app)
     {
@@ -191,9 +192,9 @@ void TaskInstances::Overdue(unsigned number)
     m_outside.endApp();
 }
 
-void TaskInstances::SendCancel(Map::value_type const& entry) const
+void TaskInstances::SendCancel(Map::value_type const& entry, int reason)
 {
-    entry.second.app->Send({L"cancel", std::to_wstring(entry.first), std::to_wstring(*entry.second.cancelReason)});
+    entry.second.app->Send({L"cancel", std::to_wstring(entry.first), std::to_wstring(reason)});
 }
 
 void TaskInstances::Remove(Map::iterator entry, End end, std::wstring const& event)

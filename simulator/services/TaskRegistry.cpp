@@ -3,6 +3,7 @@
 #include "simulator/model/Text.h"
 #include "simulator/services/WordFile.h"
 
+#include <algorithm>
 #include <cwchar>
 
 namespace sim
@@ -83,11 +84,8 @@ void TaskRegistry::Clear()
 
 void TaskRegistry::Keep(std::vector<RegisteredTask> tasks)
 {
-    std::vector<Words> lines;
-    for (auto const& task : tasks)
-    {
-        lines.push_back(WordsOf(task));
-    }
+    std::vector<Words> lines(tasks.size());
+    std::ranges::transform(tasks, lines.begin(), WordsOf);
     WriteWordFile(m_file, lines);
     m_tasks = std::move(tasks);
 }

@@ -185,3 +185,69 @@ TEST_F(CommandLine, RefusesAScenarioWithAnUnknownStep)
     EXPECT_EQ(outcome.exitCode, 1u);
     EXPECT_NE(outcome.output.find(scenario + L":1: lunch: there is no step lunch"), std::wstring::npos);
 }
+
+TEST_F(CommandLine, TellsWhatAHelperPrintedInsteadOfWhatAScenarioSays)
+{
+    auto const scenario = m_folder / L"helper.scenario";
+    test::WriteBytes(scenario, "register\n"
+                               "expect event package-registered\n"
+                               "helper @one --timeout\n"
+                               "expect helper @one 'something else'\n");
+    auto const outcome = Run(L"play \"" + scenario + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_NE(outcome.output.find(L"  expected: the helper @one: something else\n  found:    helper: "),
+              std::wstring::npos)
+        << sim::ToUtf8(outcome.output);
+}
+
+TEST_F(CommandLine, TellsThatAHelperStillRunsAtTheEndOfAScenario)
+{
+    auto const scenario = m_folder / L"helper.scenario";
+    test::WriteBytes(scenario, "register\n"
+                               "expect event package-registered\n"
+                               "helper @one --watch\n"
+                               "expect event task-started\n");
+    auto const outcome = Run(L"play \"" + scenario + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_NE(outcome.output.find(L"  found:    the helper @one runs\n"), std::wstring::npos)
+        << sim::ToUtf8(outcome.output);
+}
+
+TEST_F(CommandLine, AcceptsUnorderedLogLinesInAnyOrderAndNoOthers)
+{
+    std::string const steps = "register\n"
+                              "expect event package-registered\n"
+                              "protocol velmo-notification:x\n"
+                              "expect event app-started\n"
+                              "expect event activated\n"
+                              "expect event exit-announced\n"
+                              "expect exit 0\n";
+    auto const play = [&](std::string const& step) {
+        auto const scenario = m_folder / L"unordered.scenario";
+        test::WriteBytes(scenario, steps + step);
+        return Run(L"play \"" + scenario + L"\"");
+    };
+    std::string const banner =
+        "'****************************** VelmoNotificationCLient Started. *********************************'";
+    auto const right =
+        play("expect unordered log category=ZEBMain 'Inside OnActivated App activated by URI protocol' " + banner);
+    EXPECT_EQ(right.exitCode, 0u) << sim::ToUtf8(right.output);
+    auto const wrong = play("expect unordered log level=ERROR 'Inside OnActivated App activated by URI protocol' "
+                            "level=INFO " +
+                            banner);
+    EXPECT_EQ(wrong.exitCode, 1u);
+    EXPECT_NE(wrong.output.find(L"  found:    log line "), std::wstring::npos) << sim::ToUtf8(wrong.output);
+}
+
+TEST_F(CommandLine, KeepsClockTasksAndSettingsOfTheDevice)
+{
+    Run(L"register");
+    auto const before = Run(L"clock").output;
+    auto const after = Run(L"clock +30d").output;
+    EXPECT_NE(after.substr(0, 10), before.substr(0, 10));
+    Run(L"stop");
+    EXPECT_EQ(Run(L"clock").output.substr(0, 10), after.substr(0, 10));
+    EXPECT_EQ(Run(L"tasks").output, L"registered:\nrunning:\n");
+    EXPECT_EQ(Run(L"settings").output, L"");
+    EXPECT_EQ(Run(L"push x").output, L"lost: the app has no open channel\n");
+}

@@ -14,8 +14,9 @@ extern "C"
 namespace test
 {
 
-AppFlow::AppFlow()
-    : m_waitMayEnd(CreateSemaphoreW(nullptr, 0, LONG_MAX, nullptr)), m_sleep([this](auto system, DWORD milliseconds) {
+AppFlow::AppFlow(sim::Limits limits)
+    : host(limits), m_waitMayEnd(CreateSemaphoreW(nullptr, 0, LONG_MAX, nullptr)),
+      m_sleep([this](auto system, DWORD milliseconds) {
           if (milliseconds < 1000) // the thread library's, between two looks at a lock
           {
               system(milliseconds);

@@ -22,7 +22,7 @@ using SleepCall = WrappedCall<&__real___imp_Sleep>;
 class AppFlow : public testing::Test
 {
   protected:
-    AppFlow();
+    explicit AppFlow(sim::Limits limits = {});
     ~AppFlow() override;
 
     // What main does, on a thread of its own.

@@ -149,8 +149,8 @@ Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection
 
 winrt::event_token AppServiceConnection::RequestReceived(RequestReceivedHandler const& handler)
 {
+    // Not refused after Close, which may come from another thread between two hooks: then it is never called.
     ThrowIfStruck(L"AppServiceConnection.RequestReceived");
-    CheckNotClosed();
     return m_requestReceived.Add(handler, *this);
 }
 
@@ -162,7 +162,6 @@ void AppServiceConnection::RequestReceived(winrt::event_token token)
 winrt::event_token AppServiceConnection::ServiceClosed(ServiceClosedHandler const& handler)
 {
     ThrowIfStruck(L"AppServiceConnection.ServiceClosed");
-    CheckNotClosed();
     return m_serviceClosed.Add(handler, *this);
 }
 

@@ -15,8 +15,8 @@ struct AppServiceRequest : winrt::implements<AppServiceRequest, Platform::AppSer
     using class_type = Platform::AppService::AppServiceRequest;
     using Status = Platform::AppService::AppServiceResponseStatus;
 
-    AppServiceRequest(std::shared_ptr<PendingRequest> request, Collections::ValueSet const& message)
-        : m_request(std::move(request)), m_message(message)
+    AppServiceRequest(std::shared_ptr<PendingRequest> request, Collections::ValueSet message)
+        : m_request(std::move(request)), m_message(std::move(message))
     {
     }
 

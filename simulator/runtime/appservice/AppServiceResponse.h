@@ -13,8 +13,8 @@ struct AppServiceResponse : winrt::implements<AppServiceResponse, Platform::AppS
     using class_type = Platform::AppService::AppServiceResponse;
 
     // message: empty when there was no response.
-    AppServiceResponse(Platform::AppService::AppServiceResponseStatus status, Collections::ValueSet const& message)
-        : m_status(status), m_message(message)
+    AppServiceResponse(Platform::AppService::AppServiceResponseStatus status, Collections::ValueSet message)
+        : m_status(status), m_message(std::move(message))
     {
     }
 

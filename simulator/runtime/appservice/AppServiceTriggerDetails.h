@@ -20,8 +20,8 @@ struct AppServiceTriggerDetails
 
     // callerFamily: empty for a caller without a package.
     AppServiceTriggerDetails(std::wstring_view name, std::wstring_view callerFamily,
-                             Platform::AppService::AppServiceConnection const& connection)
-        : m_name(name), m_callerFamily(callerFamily), m_connection(connection)
+                             Platform::AppService::AppServiceConnection connection)
+        : m_name(name), m_callerFamily(callerFamily), m_connection(std::move(connection))
     {
     }
 

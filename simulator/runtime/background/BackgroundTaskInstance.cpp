@@ -60,11 +60,10 @@ winrt::com_ptr<BackgroundTaskInstance> BackgroundTaskInstance::Start(Activation 
     return instance;
 }
 
-BackgroundTaskInstance::BackgroundTaskInstance(std::wstring id, Registration const& task,
-                                               IInspectable const& triggerDetails)
+BackgroundTaskInstance::BackgroundTaskInstance(std::wstring id, Registration task, IInspectable triggerDetails)
     : m_id(std::move(id)),
       m_end(std::make_shared<PendingEnd>([host = m_host, id = m_id] { host.Tell({L"task-completed", id}); })),
-      m_task(task), m_triggerDetails(triggerDetails)
+      m_task(std::move(task)), m_triggerDetails(std::move(triggerDetails))
 {
 }
 

@@ -23,7 +23,7 @@ struct BackgroundTaskInstance
     // For an activation that is a background one.
     static winrt::com_ptr<BackgroundTaskInstance> Start(Activation const& activation);
 
-    BackgroundTaskInstance(std::wstring id, Registration const& task, IInspectable const& triggerDetails);
+    BackgroundTaskInstance(std::wstring id, Registration task, IInspectable triggerDetails);
 
     // OnBackgroundActivated has returned.
     void Returned();

@@ -12,7 +12,8 @@ namespace sim
 template <typename K, typename V>
 struct KeyValuePair : winrt::implements<KeyValuePair<K, V>, Collections::IKeyValuePair<K, V>>
 {
-    KeyValuePair(K const& key, V const& value, std::wstring const& calls) : m_key(key), m_value(value), m_calls(calls)
+    KeyValuePair(K key, V value, std::wstring calls)
+        : m_key(std::move(key)), m_value(std::move(value)), m_calls(std::move(calls))
     {
     }
 

@@ -9,7 +9,8 @@ namespace sim
 // What changed in a map.
 struct MapChangedEventArgs : winrt::implements<MapChangedEventArgs, Collections::IMapChangedEventArgs<winrt::hstring>>
 {
-    MapChangedEventArgs(Collections::CollectionChange change, winrt::hstring const& key) : m_change(change), m_key(key)
+    MapChangedEventArgs(Collections::CollectionChange change, winrt::hstring key)
+        : m_change(change), m_key(std::move(key))
     {
     }
 

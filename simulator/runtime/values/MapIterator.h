@@ -19,7 +19,9 @@ struct MapIterator : winrt::implements<MapIterator<K, V>, Collections::IIterator
 {
     using Pair = Collections::IKeyValuePair<K, V>;
 
-    MapIterator(MapEntries<K, V> entries, std::wstring const& calls) : m_entries(std::move(entries)), m_calls(calls) {}
+    MapIterator(MapEntries<K, V> entries, std::wstring calls) : m_entries(std::move(entries)), m_calls(std::move(calls))
+    {
+    }
 
     Pair Current() const
     {

@@ -17,7 +17,6 @@ namespace
 {
 
 using Foundation::IPropertyValue;
-using Foundation::PropertyType;
 
 constexpr wchar_t nullType[] = L"Null";
 constexpr wchar_t setType[] = L"Set";

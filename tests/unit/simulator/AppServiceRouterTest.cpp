@@ -5,13 +5,13 @@ namespace
 
 using Texts = std::vector<std::wstring>;
 
-class AppServices : public ServicesFixture
+class Connections : public ServicesFixture
 {
 };
 
 } // namespace
 
-TEST_F(AppServices, OpenWhenTheAppHasTheConnection)
+TEST_F(Connections, OpenWhenTheAppHasTheConnection)
 {
     auto const opened = AskLater(m_caller, {L"open-app-service", service, family});
     ASSERT_EQ(m_activations.size(), 1u);
@@ -25,13 +25,13 @@ TEST_F(AppServices, OpenWhenTheAppHasTheConnection)
               (Texts{L"task-started instance=1 name=a.service", L"app-service-opened connection=1 name=a.service"}));
 }
 
-TEST_F(AppServices, TellThePackagedCallersFamily)
+TEST_F(Connections, TellThePackagedCallersFamily)
 {
     AskLater(m_app, {L"open-app-service", service, family});
     EXPECT_EQ(m_activations[0].more[3], family);
 }
 
-TEST_F(AppServices, AreNotThereWithoutThePackage)
+TEST_F(Connections, AreNotThereWithoutThePackage)
 {
     EXPECT_EQ(Ask(m_caller, {L"open-app-service", service, L"Another_m7dy57p66fpam"}), (Texts{L"opened", L"1"}));
     m_family.clear();
@@ -39,19 +39,19 @@ TEST_F(AppServices, AreNotThereWithoutThePackage)
     EXPECT_TRUE(m_activations.empty());
 }
 
-TEST_F(AppServices, AreNotThereUnlessDeclared)
+TEST_F(Connections, AreNotThereUnlessDeclared)
 {
     EXPECT_EQ(Ask(m_caller, {L"open-app-service", L"A.Service", family}), (Texts{L"opened", L"3"}));
     EXPECT_TRUE(m_activations.empty());
 }
 
-TEST_F(AppServices, AreUnavailableWhenTheAppDoesNotStart)
+TEST_F(Connections, AreUnavailableWhenTheAppDoesNotStart)
 {
     m_appStarts = false;
     EXPECT_EQ(Ask(m_caller, {L"open-app-service", service, family}), (Texts{L"opened", L"2"}));
 }
 
-TEST_F(AppServices, AreUnavailableWhenTheAppEndsBeforeItHasTheConnection)
+TEST_F(Connections, AreUnavailableWhenTheAppEndsBeforeItHasTheConnection)
 {
     auto const opened = AskLater(m_caller, {L"open-app-service", service, family});
     Take(0);
@@ -59,7 +59,7 @@ TEST_F(AppServices, AreUnavailableWhenTheAppEndsBeforeItHasTheConnection)
     EXPECT_EQ(*opened, (Texts{L"opened", L"2"}));
 }
 
-TEST_F(AppServices, WaitForTheAppsNextProcessIfThisOneHasNotTakenTheConnection)
+TEST_F(Connections, WaitForTheAppsNextProcessIfThisOneHasNotTakenTheConnection)
 {
     auto const opened = AskLater(m_caller, {L"open-app-service", service, family});
     Gone(*m_app);
@@ -69,7 +69,7 @@ TEST_F(AppServices, WaitForTheAppsNextProcessIfThisOneHasNotTakenTheConnection)
     EXPECT_EQ((*opened)[1], L"0");
 }
 
-TEST_F(AppServices, CarryRequestsOfTheCaller)
+TEST_F(Connections, CarryRequestsOfTheCaller)
 {
     auto const connection = Open(m_caller);
     auto const response = AskLater(m_caller, {L"send", connection, L"caller", L"a set"});
@@ -80,7 +80,7 @@ TEST_F(AppServices, CarryRequestsOfTheCaller)
     EXPECT_EQ(*response, (Texts{L"response", L"0", L"another set"}));
 }
 
-TEST_F(AppServices, CarryRequestsOfTheService)
+TEST_F(Connections, CarryRequestsOfTheService)
 {
     auto const connection = Open(m_caller);
     auto const response = AskLater(m_app, {L"send", connection, L"service", L"a set"});
@@ -89,7 +89,7 @@ TEST_F(AppServices, CarryRequestsOfTheService)
     EXPECT_EQ(*response, (Texts{L"response", L"0", L""})); // a response is optional
 }
 
-TEST_F(AppServices, KeepWhatTheServiceSaysUntilTheCallerHasTheConnection)
+TEST_F(Connections, KeepWhatTheServiceSaysUntilTheCallerHasTheConnection)
 {
     auto const opened = AskLater(m_caller, {L"open-app-service", service, family});
     Take(0);
@@ -101,7 +101,7 @@ TEST_F(AppServices, KeepWhatTheServiceSaysUntilTheCallerHasTheConnection)
     EXPECT_EQ((*response)[1], L"0");
 }
 
-TEST_F(AppServices, TakeOneResponseForARequest)
+TEST_F(Connections, TakeOneResponseForARequest)
 {
     auto const connection = Open(m_caller);
     auto const response = AskLater(m_caller, {L"send", connection, L"caller", L""});
@@ -112,7 +112,7 @@ TEST_F(AppServices, TakeOneResponseForARequest)
     EXPECT_EQ(Ask(m_app, {L"respond", L"1", L"late"}), (Texts{L"responded", L"1"}));
 }
 
-TEST_F(AppServices, EndARequestOnce)
+TEST_F(Connections, EndARequestOnce)
 {
     auto const connection = Open(m_caller);
     auto const response = AskLater(m_caller, {L"send", connection, L"caller", L""});
@@ -122,7 +122,7 @@ TEST_F(AppServices, EndARequestOnce)
     EXPECT_TRUE(response->empty());
 }
 
-TEST_F(AppServices, LetARequestPendUntilTheAppEnds)
+TEST_F(Connections, LetARequestPendUntilTheAppEnds)
 {
     auto const connection = Open(m_caller);
     auto const response = AskLater(m_caller, {L"send", connection, L"caller", L""});
@@ -136,7 +136,7 @@ TEST_F(AppServices, LetARequestPendUntilTheAppEnds)
     EXPECT_EQ(Ask(m_caller, {L"send", connection, L"caller", L""})[1], L"1");
 }
 
-TEST_F(AppServices, TellTheServiceThatItsCallerCloses)
+TEST_F(Connections, TellTheServiceThatItsCallerCloses)
 {
     auto const connection = Open(m_caller);
     auto const response = AskLater(m_app, {L"send", connection, L"service", L""});
@@ -150,7 +150,7 @@ TEST_F(AppServices, TellTheServiceThatItsCallerCloses)
     EXPECT_EQ(Ask(m_app, {L"send", connection, L"service", L""})[1], L"1");
 }
 
-TEST_F(AppServices, TellTheServiceThatItsCallerHasGone)
+TEST_F(Connections, TellTheServiceThatItsCallerHasGone)
 {
     auto const connection = Open(m_caller);
     Gone(*m_caller);
@@ -158,7 +158,7 @@ TEST_F(AppServices, TellTheServiceThatItsCallerHasGone)
               (std::vector<sim::Message>{{L"service-closed", connection, L"service", L"1"}, {L"cancel", L"1", L"10"}}));
 }
 
-TEST_F(AppServices, TellTheServiceOnceItIsThereThatItsCallerHadGone)
+TEST_F(Connections, TellTheServiceOnceItIsThereThatItsCallerHadGone)
 {
     AskLater(m_caller, {L"open-app-service", service, family});
     Gone(*m_caller);
@@ -170,7 +170,7 @@ TEST_F(AppServices, TellTheServiceOnceItIsThereThatItsCallerHadGone)
               (std::vector<sim::Message>{{L"service-closed", L"1", L"service", L"1"}, {L"cancel", L"1", L"10"}}));
 }
 
-TEST_F(AppServices, CloseFromTheServicesEnd)
+TEST_F(Connections, CloseFromTheServicesEnd)
 {
     auto const connection = Open(m_caller);
     auto const response = AskLater(m_caller, {L"send", connection, L"caller", L""});
@@ -182,7 +182,7 @@ TEST_F(AppServices, CloseFromTheServicesEnd)
     EXPECT_TRUE(m_caller->received.empty());
 }
 
-TEST_F(AppServices, CloseWithTheirTask)
+TEST_F(Connections, CloseWithTheirTask)
 {
     auto const connection = Open(m_caller);
     auto const response = AskLater(m_caller, {L"send", connection, L"caller", L""});
@@ -191,7 +191,7 @@ TEST_F(AppServices, CloseWithTheirTask)
     EXPECT_EQ(m_caller->received, (std::vector<sim::Message>{{L"service-closed", connection, L"caller", L"0"}}));
 }
 
-TEST_F(AppServices, CloseAsCanceledWithTheirCancelledTask)
+TEST_F(Connections, CloseAsCanceledWithTheirCancelledTask)
 {
     auto const connection = Open(m_caller);
     Do([](sim::Services& services) { services.CancelTasks(0); });
@@ -200,7 +200,7 @@ TEST_F(AppServices, CloseAsCanceledWithTheirCancelledTask)
     EXPECT_EQ(m_caller->received, (std::vector<sim::Message>{{L"service-closed", connection, L"caller", L"1"}}));
 }
 
-TEST_F(AppServices, KeepConnectionsApart)
+TEST_F(Connections, KeepConnectionsApart)
 {
     auto const other = std::make_shared<FakePeer>();
     auto const first = Open(m_caller);
@@ -215,7 +215,7 @@ TEST_F(AppServices, KeepConnectionsApart)
     EXPECT_EQ((*response)[1], L"0");
 }
 
-TEST_F(AppServices, DoNotLetOthersSpeakOnAConnection)
+TEST_F(Connections, DoNotLetOthersSpeakOnAConnection)
 {
     auto const connection = Open(m_caller);
     auto const stranger = std::make_shared<FakePeer>();

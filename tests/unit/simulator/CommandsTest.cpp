@@ -24,7 +24,11 @@ INSTANTIATE_TEST_SUITE_P(Commands, WrongCalls,
                                          sim::Words{L"launch", L"a", L"b"}, sim::Words{L"log", L"--folow"},
                                          sim::Words{L"events", L"all"}, sim::Words{L"help", L"lunch"},
                                          sim::Words{L"fault"}, sim::Words{L"fault", L"CoreApplication.Exit", L"later"},
-                                         sim::Words{L"play", L"--colour"}, sim::Words{L"play", L"a", L"b"}));
+                                         sim::Words{L"push", L"a", L"b"}, sim::Words{L"clock", L"+1h", L"+1h"},
+                                         sim::Words{L"cancel-tasks"}, sim::Words{L"cancel-tasks", L"abort"},
+                                         sim::Words{L"revoke-channel", L"x"}, sim::Words{L"tasks", L"x"},
+                                         sim::Words{L"settings", L"x"}, sim::Words{L"play", L"--colour"},
+                                         sim::Words{L"play", L"a", L"b"}));
 
 TEST(Commands, HelpIsThereForEachOfThem)
 {
