@@ -74,7 +74,7 @@ Outcome Run(Arguments const& arguments)
     auto const outcome = arguments.request.empty() ? Outcome::Done : Ask(session, arguments);
     if (arguments.watch)
     {
-        session.WaitForEnd();
+        WriteLine(L"closed: " + session.WaitForEnd());
     }
     return outcome;
 }

@@ -3,6 +3,8 @@
 #include "helper/Console.h"
 #include "utils/Utf8.h"
 
+#include <cwchar>
+#include <iterator>
 #include <winrt/base.h>
 
 namespace
@@ -30,7 +32,9 @@ catch (helper::WrongCall const& wrong)
 }
 catch (winrt::hresult_error const& error)
 {
-    helper::WriteErrorLine(L"helper: " + std::wstring(error.message()));
+    wchar_t code[11];
+    std::swprintf(code, std::size(code), L"0x%08X", static_cast<unsigned>(error.code()));
+    helper::WriteErrorLine(L"helper: " + std::wstring(code) + L" " + std::wstring(error.message()));
     return Outcome::NoAnswer;
 }
 

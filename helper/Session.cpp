@@ -48,9 +48,9 @@ Session::Session()
         Received(*inbox, args.Request().Message());
     });
     m_connection.ServiceClosed([inbox = m_inbox](auto&&, AppServiceClosedEventArgs const& args) {
-        WriteLine(std::wstring(L"closed: ") + NameOf(args.Status()));
+        auto const status = args.Status();
         std::lock_guard const lock(inbox->mutex);
-        inbox->isClosed = true;
+        inbox->closed = status;
         inbox->changed.notify_all();
     });
 }
@@ -84,14 +84,15 @@ std::optional<Session::Message> Session::Wait(std::chrono::milliseconds timeout)
 {
     std::unique_lock lock(m_inbox->mutex);
     auto const hasMessage = [&] { return m_inbox->taken < m_inbox->messages.size(); };
-    m_inbox->changed.wait_for(lock, timeout, [&] { return hasMessage() || m_inbox->isClosed; });
+    m_inbox->changed.wait_for(lock, timeout, [&] { return hasMessage() || m_inbox->closed; });
     return hasMessage() ? std::optional(m_inbox->messages[m_inbox->taken++]) : std::nullopt;
 }
 
-void Session::WaitForEnd()
+std::wstring Session::WaitForEnd()
 {
     std::unique_lock lock(m_inbox->mutex);
-    m_inbox->changed.wait(lock, [&] { return m_inbox->isClosed; });
+    m_inbox->changed.wait(lock, [&] { return m_inbox->closed.has_value(); });
+    return NameOf(*m_inbox->closed);
 }
 
 void Session::Received(Inbox& inbox, ValueSet const& message)

@@ -17,6 +17,7 @@ namespace helper
 class Session
 {
   public:
+    using AppServiceClosedStatus = winrt::Windows::ApplicationModel::AppService::AppServiceClosedStatus;
     using AppServiceConnection = winrt::Windows::ApplicationModel::AppService::AppServiceConnection;
     using AppServiceConnectionStatus = winrt::Windows::ApplicationModel::AppService::AppServiceConnectionStatus;
     using AppServiceResponse = winrt::Windows::ApplicationModel::AppService::AppServiceResponse;
@@ -42,8 +43,8 @@ class Session
     // The next message, waited for. Nothing when none comes in time, or the connection closes before.
     std::optional<Message> Wait(std::chrono::milliseconds timeout);
 
-    // For as long as the connection lives.
-    void WaitForEnd();
+    // For as long as the connection lives. How it ended, in the platform's word.
+    std::wstring WaitForEnd();
 
   private:
     // Shared with the handlers, which the platform may call when this object has gone.
@@ -53,7 +54,7 @@ class Session
         std::condition_variable changed;
         std::vector<Message> messages;
         std::size_t taken = 0;
-        bool isClosed = false;
+        std::optional<AppServiceClosedStatus> closed;
     };
 
     static void Received(Inbox& inbox, ValueSet const& message);

@@ -2,8 +2,47 @@
 
 #include "simulator/runtime/Address.h"
 
+#include <utility>
+
 namespace sim
 {
+
+class Deliveries::Turn
+{
+  public:
+    Turn(Deliveries& deliveries, std::wstring const& address) : m_deliveries(deliveries), m_address(address)
+    {
+        current = this;
+    }
+
+    Turn(Turn const&) = delete;
+    Turn& operator=(Turn const&) = delete;
+
+    ~Turn()
+    {
+        current = nullptr;
+        PassOn();
+    }
+
+    void PassOn()
+    {
+        if (!std::exchange(m_isOver, true))
+        {
+            m_deliveries.m_work.Run(
+                [&deliveries = m_deliveries, address = m_address] { deliveries.DeliverNext(address); });
+        }
+    }
+
+    // The thread's own.
+    static thread_local Turn* current;
+
+  private:
+    Deliveries& m_deliveries;
+    std::wstring const& m_address;
+    bool m_isOver = false;
+};
+
+thread_local Deliveries::Turn* Deliveries::Turn::current = nullptr;
 
 Deliveries::~Deliveries()
 {
@@ -31,23 +70,34 @@ void Deliveries::Add(Message message)
     queue->second.push_back(std::move(message));
     if (isFirst)
     {
-        m_work.Run([this, address] { DeliverFrom(address); });
+        m_work.Run([this, address] { DeliverNext(address); });
     }
 }
 
-void Deliveries::DeliverFrom(std::wstring const& address)
+void Deliveries::PassOn()
 {
-    std::unique_lock lock(m_mutex);
-    auto const queue = m_waiting.find(address);
-    while (!queue->second.empty())
+    if (Turn::current)
     {
-        auto const message = std::move(queue->second.front());
-        queue->second.pop_front();
-        lock.unlock();
-        m_listener(message);
-        lock.lock();
+        Turn::current->PassOn();
     }
-    m_waiting.erase(queue);
+}
+
+void Deliveries::DeliverNext(std::wstring const& address)
+{
+    Message message;
+    {
+        std::lock_guard const lock(m_mutex);
+        auto const queue = m_waiting.find(address);
+        if (queue->second.empty())
+        {
+            m_waiting.erase(queue);
+            return;
+        }
+        message = std::move(queue->second.front());
+        queue->second.pop_front();
+    }
+    Turn const turn(*this, address);
+    m_listener(message);
 }
 
 } // namespace sim

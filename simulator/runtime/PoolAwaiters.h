@@ -39,7 +39,8 @@ class DesktopLaunch
 };
 
 // co_await: asks the platform, goes on when it has answered, on a thread of the multi-threaded apartment, and gives the
-// answer. Throws hresult_error when the platform has none.
+// answer. Throws hresult_error when the platform has none. Give it a message that has a name: GCC 12 cannot make one
+// within a co_await.
 class Asking
 {
   public:

@@ -290,6 +290,16 @@ INSTANTIATE_TEST_SUITE_P(Failures, RegisterBackgroundTaskLeaving,
                                          L"ValueSet.Insert now 0x80004005 1",
                                          L"ValueSet.Insert now 0x80004005 1 after 1"));
 
+TEST_F(RegisterBackgroundTask, DoesNotHoldUpOtherRequestsWhileItWaits)
+{
+    host.SetFault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync never 1");
+    auto const registration = Ask();
+    log->WaitForLines(received.size());
+    helper->Ask(L"UnregisterBackgroundTask").get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{L"NewMessage=UnregisterBackgroundTaskDone"});
+    EXPECT_EQ(registration.Status(), winrt::Windows::Foundation::AsyncStatus::Started);
+}
+
 TEST_F(RegisterBackgroundTask, IsNotDisturbedByASignalThatComesAfterItsTime)
 {
     host.SetFault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync delay 300 1");

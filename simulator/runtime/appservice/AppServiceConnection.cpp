@@ -105,8 +105,8 @@ Foundation::IAsyncOperation<AppServiceConnectionStatus> AppServiceConnection::Op
         co_return static_cast<AppServiceConnectionStatus>(*status);
     }
     Receivers::Opening const opening;
-    auto const answer =
-        co_await Asking({L"open-app-service", std::wstring(AppServiceName()), std::wstring(PackageFamilyName())});
+    Message question = {L"open-app-service", std::wstring(AppServiceName()), std::wstring(PackageFamilyName())};
+    auto const answer = co_await Asking(std::move(question));
     auto const status = static_cast<AppServiceConnectionStatus>(NumberIn(answer));
     if (status == AppServiceConnectionStatus::Success)
     {
@@ -142,7 +142,8 @@ Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection
     {
         co_return ResponseOf(static_cast<std::int32_t>(AppServiceResponseStatus::Failure), {});
     }
-    auto const answer = co_await Asking({L"send", m_connection, m_end, std::move(set)});
+    Message question = {L"send", m_connection, m_end, std::move(set)};
+    auto const answer = co_await Asking(std::move(question));
     co_await winrt::resume_agile(fault.End());
     co_return ResponseOf(NumberIn(answer), WordOf(answer, 2));
 }

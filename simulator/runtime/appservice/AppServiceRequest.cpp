@@ -24,7 +24,8 @@ Foundation::IAsyncOperation<Status> Respond(std::shared_ptr<PendingRequest> requ
     {
         co_return Status::Failure;
     }
-    auto const answer = co_await Asking({L"respond", request->Id(), std::move(set)});
+    Message question = {L"respond", request->Id(), std::move(set)};
+    auto const answer = co_await Asking(std::move(question));
     co_await winrt::resume_agile(fault.End());
     co_return static_cast<Status>(NumberIn(answer));
 }

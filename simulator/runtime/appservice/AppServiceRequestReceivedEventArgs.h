@@ -1,4 +1,5 @@
 #pragma once
+#include "simulator/runtime/Deliveries.h"
 #include "simulator/runtime/appservice/AppServiceDeferral.h"
 #include "simulator/runtime/appservice/AppServiceRequest.h"
 
@@ -22,6 +23,7 @@ struct AppServiceRequestReceivedEventArgs
         return StruckByNull(call) ? Platform::AppService::AppServiceRequest(nullptr) : m_request;
     }
 
+    // From here on the connection's next message does not wait for the handler's return.
     Platform::AppService::AppServiceDeferral GetDeferral() const
     {
         if (StruckByNull(L"AppServiceRequestReceivedEventArgs.GetDeferral"))
@@ -29,6 +31,7 @@ struct AppServiceRequestReceivedEventArgs
             return nullptr;
         }
         m_pending->DeferralTaken();
+        Deliveries::PassOn();
         return winrt::make<AppServiceDeferral>(m_pending);
     }
 

@@ -15,7 +15,8 @@ namespace
 Foundation::IAsyncOperation<Pushes::PushNotificationChannel> CreateChannel(AsyncFault fault)
 {
     co_await winrt::resume_agile(fault.Begin());
-    auto const answer = co_await Asking({L"create-channel"});
+    Message question = {L"create-channel"};
+    auto const answer = co_await Asking(std::move(question));
     winrt::check_hresult(NumberIn(answer));
     co_await winrt::resume_agile(fault.End());
     auto const expiry = std::wcstoll(WordOf(answer, 3).c_str(), nullptr, 10);

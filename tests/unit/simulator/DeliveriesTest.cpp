@@ -52,3 +52,24 @@ TEST(Deliveries, OfOtherAddressesPassOneWhoseHandlerBlocks)
     release.Set();
     EXPECT_EQ(got.Next(), L"1.waits");
 }
+
+TEST(Deliveries, OfOneAddressGoOnBesideAHandlerThatHasPassedOn)
+{
+    Arrivals<std::wstring> got;
+    Signal release;
+    sim::PoolWork work;
+    sim::Deliveries deliveries(work);
+    deliveries.Listen([&](sim::Message const& message) {
+        got.Add(message[3]);
+        if (message[3] == L"blocks")
+        {
+            sim::Deliveries::PassOn();
+            release.Wait();
+        }
+    });
+    deliveries.Add(Request(L"1", L"blocks"));
+    deliveries.Add(Request(L"1", L"passes"));
+    EXPECT_EQ(got.Next(), L"blocks");
+    EXPECT_EQ(got.Next(), L"passes");
+    release.Set();
+}
