@@ -219,6 +219,24 @@ TEST_F(GetChannelUri, IsCompletedTwiceWhenTheMessageCannotBeSent)
     EXPECT_EQ(Completions(), std::vector<unsigned>{2});
 }
 
+TEST_F(GetChannelUri, IsCompletedByTheEndOfTheChainWhenTheFailedSendCouldNotComplete)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
+    host.SetFault(L"AppServiceDeferral.Complete now 0x80004005 1");
+    EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
+    ExpectLog(received + stored + Lines{found, exception});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
+TEST_F(GetChannelUri, IsCompletedOnceMoreWhenTheEndOfTheChainCouldNotComplete)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
+    host.SetFault(L"AppServiceDeferral.Complete now 0x80004005 1 after 1");
+    EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
+    ExpectLog(received + stored + Lines{found, notSent, exception});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{2});
+}
+
 TEST_F(GetChannelUri, SaysThatNoUriIsStoredAlsoWhenTheMessageCannotBeSent)
 {
     host.SetFault(L"ApplicationDataContainerSettings.Lookup null");

@@ -68,6 +68,17 @@ TEST_F(UnregisterBackgroundTask, IsCompletedWhenTheMessageCannotBeSent)
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
+TEST_F(UnregisterBackgroundTask, LeavesTheHandlerWhenTheFailedSendCannotBeCompleted)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
+    host.SetFault(L"AppServiceDeferral.Complete now 0x80004005 1");
+    auto const request = Ask();
+    ExpectLog(received + Lines{unregister, unregister,
+                               Error(L"Error in sending response for appservice requset after sucessful bkg task "
+                                     L"unregistration")});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+}
+
 // A send that ends badly, or with another status than success, is not noticed.
 class UnregisterBackgroundTaskSendFailing : public UnregisterBackgroundTask,
                                             public testing::WithParamInterface<wchar_t const*>
