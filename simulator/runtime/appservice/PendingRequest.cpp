@@ -9,9 +9,18 @@ PendingRequest::PendingRequest(std::wstring id, bool isServed)
 {
 }
 
+void PendingRequest::HandlersReturned()
+{
+    if (m_waitsForHandlers.exchange(false))
+    {
+        m_end.Finish();
+    }
+}
+
 void PendingRequest::DeferralTaken()
 {
     m_end.Take();
+    HandlersReturned(); // from here on they do not count
     if (m_isServed && m_host.IsCurrent())
     {
         CurrentHost().DeferralTaken(m_id);

@@ -2,12 +2,14 @@
 #include "simulator/runtime/HostLink.h"
 #include "simulator/runtime/PendingEnd.h"
 
+#include <atomic>
 #include <string>
 
 namespace sim
 {
 
-// A request that this process has received, until the platform hears that it is done with.
+// A request that this process has received, until the platform hears that it is done with: when its handlers have
+// returned or, once a deferral was taken, when all that were taken are completed, wherever the handlers are.
 class PendingRequest
 {
   public:
@@ -18,7 +20,7 @@ class PendingRequest
 
     HostLink const& Host() const noexcept { return m_host; }
 
-    void HandlersReturned() { m_end.Finish(); }
+    void HandlersReturned();
 
     void DeferralTaken();
 
@@ -29,6 +31,7 @@ class PendingRequest
     std::wstring m_id;
     bool m_isServed;
     HostLink m_host;
+    std::atomic<bool> m_waitsForHandlers = true;
     PendingEnd m_end;
 };
 
