@@ -38,9 +38,10 @@ inline Spread SpreadOf(std::vector<double> values)
 }
 
 // Times an operation from its beginning to its end.
-inline Block Timed(std::function<void()> operation)
+template <typename Operation>
+Block Timed(Operation operation)
 {
-    return [operation = std::move(operation)](int times) {
+    return [operation](int times) {
         auto const start = std::chrono::steady_clock::now();
         for (int count = 0; count < times; ++count)
         {

@@ -6,7 +6,6 @@
 #include "logging/LinkCheck.h"
 #include "logging/LogFile.h"
 #include "logging/MessageText.h"
-#include "logging/Redaction.h"
 #include "logging/Rotation.h"
 #include "logging/RotationLimit.h"
 #include "utils/Utf8.h"
@@ -226,8 +225,7 @@ void LogTargetDefault::Compose(Call const& call, std::wstring_view detail, std::
                                std::wstring_view message)
 {
     auto printedLevel = call.level;
-    std::wstring changed;
-    message = Redact(message, changed, printedLevel, maskedKeys);
+    message = Redact(message, m_redacted, printedLevel, maskedKeys);
     auto const time = call.time != 0 ? call.time : NowInMilliseconds();
     lastLine = static_cast<std::int64_t>(time / 1'000);
     ComposeLine(m_line, separator,

@@ -1,6 +1,7 @@
 #pragma once
 #include "logging/LocalTime.h"
 #include "logging/LogTargetBase.h"
+#include "logging/Redaction.h"
 #include "utils/NamedMutex.h"
 
 #include <atomic>
@@ -51,7 +52,7 @@ class LogTargetDefault : public LogTargetBase
     std::wstring setAsidePath;        // where the last file of another encoding went
     std::int64_t lastCheck = 0;       // of the file's size; seconds since 1970
     std::int64_t lastLine = 0;        // composed; seconds since 1970
-    std::vector<std::wstring> maskedKeys;
+    std::vector<std::wstring> maskedKeys = CredentialKeys();
 
   private:
     struct Call;
@@ -68,6 +69,7 @@ class LogTargetDefault : public LogTargetBase
     // Kept from line to line: the time for its text, the others for their memory.
     SecondText m_second;
     std::wstring m_message;
+    std::wstring m_redacted;
     std::wstring m_line;
 };
 

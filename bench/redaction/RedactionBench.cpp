@@ -1,0 +1,79 @@
+// What the redaction of a message costs, against a bare scan of it for one unit.
+#include "bench/Harness.h"
+#include "bench/redaction/Texts.h"
+#include "logging/Redaction.h"
+#include "tests/native/RedactionReference.h"
+
+#ifndef _WIN32
+#include "bench/redaction/Pcre2Peer.h"
+#endif
+
+#include <emmintrin.h>
+
+using namespace zant;
+
+namespace
+{
+
+// The compiler has to take a result for used.
+template <typename Result>
+void Use(Result const& result)
+{
+    asm volatile("" : : "g"(&result) : "memory");
+}
+
+// The floor: whether a unit is in a text, without a thought for anything else.
+bool Holds(Utf16View text, Utf16Unit wanted)
+{
+    auto const wantedBlock = _mm_set1_epi16(static_cast<short>(wanted));
+    auto const* const units = text.data();
+    std::size_t at = 0;
+    for (; at + 8 <= text.size(); at += 8)
+    {
+        auto const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(units + at));
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(block, wantedBlock)) != 0)
+        {
+            return true;
+        }
+    }
+    return text.substr(at).find(wanted) != text.npos;
+}
+
+bool CompareOn(char const* kind, Utf16String const& message, double limit)
+{
+    constexpr int rounds = 300;
+    constexpr std::size_t unitsPerBlock = 400'000;
+    auto const keys = CredentialKeys();
+    Utf16String changed;
+    auto level = LogLevel::Info;
+    std::vector<bench::Contender> contenders = {
+        {"floor: a scan for one unit", bench::Timed([&] { Use(Holds(message, u'\x1')); })},
+        {"redaction", bench::Timed([&] { Use(Redact(message, changed, level, keys)); }), limit},
+        {"the rules, key by key", bench::Timed([&] { Use(test::RedactedByTheRules(message, level, keys)); })},
+    };
+#ifndef _WIN32
+    bench::Pcre2Peer peer;
+    contenders.push_back({"PCRE2, 16-bit, JIT *", bench::Timed([&] { Use(peer.Redact(message)); })});
+#endif
+    auto const title = std::string(kind) + ", " + std::to_string(message.size()) + " units";
+    return bench::Compare(title.c_str(), contenders, static_cast<int>(unitsPerBlock / message.size()), rounds);
+}
+
+} // namespace
+
+int main()
+{
+    auto holds = true;
+    for (std::size_t const length : {100u, 1'000u, 4'000u})
+    {
+        using namespace bench;
+        holds &= CompareOn("Plain English", English(length), length >= 1'000 ? 4 : 0);
+        holds &= CompareOn("Dense markup without secrets", Markup(length), 25);
+        holds &= CompareOn("English with secrets", WithSecrets(English(length)), length >= 4'000 ? 15 : 0);
+        holds &= CompareOn("Dense markup with secrets", WithSecrets(Markup(length)), 0);
+    }
+#ifndef _WIN32
+    std::printf("  * masks every element of a key and not the first alone: not quite the same work\n");
+#endif
+    return holds ? 0 : 1;
+}

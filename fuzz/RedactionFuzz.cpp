@@ -1,0 +1,54 @@
+// Redaction against the rules worked out one by one. The first byte of an input says how the rest is read.
+#include "tests/native/MessagePieces.h"
+#include "tests/native/RedactionReference.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace zant;
+
+namespace
+{
+
+// What the rules promise, for a message and a list of keys; ends the process where it is not kept.
+void Expect(bool kept, char const* what)
+{
+    if (!kept)
+    {
+        std::fprintf(stderr, "differs: %s\n", what);
+        std::abort();
+    }
+}
+
+void Compare(Utf16String const& message, std::vector<Utf16String> const& keys)
+{
+    static Utf16String changed; // with what the message before has left in it
+    auto const expected = test::RedactedByTheRules(message, LogLevel::Info, keys);
+    auto level = LogLevel::Info;
+    Expect(Redact(message, changed, level, keys) == expected.message, "the message");
+    Expect(level == expected.printedLevel, "the level");
+    Expect(ContainsToken(message) == (level == LogLevel::Warn), "whether it has a token");
+    if (level != LogLevel::Warn)
+    {
+        auto output = message;
+        MaskCredentials(keys, message, output);
+        Expect(output == expected.message, "the masked message");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
+{
+    static test::MessagePieces const pieces;
+    static auto const keys = CredentialKeys();
+    static auto const reversed = std::vector(keys.rbegin(), keys.rend());
+    if (size == 0)
+    {
+        return 0;
+    }
+    std::span const rest(data + 1, size - 1);
+    auto const message = (data[0] & 1) != 0 ? pieces.Units(rest) : pieces.Message(rest);
+    Compare(message, (data[0] & 2) != 0 ? reversed : keys);
+    return 0;
+}
