@@ -1,75 +1,16 @@
+#include "tests/e2e/SimulatorDevice.h"
+
 #include "simulator/model/Device.h"
 #include "simulator/model/Files.h"
-#include "simulator/model/Handle.h"
 #include "simulator/model/Text.h"
 #include "tests/support/Files.h"
-#include "tests/support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-#include <windows.h>
 
 namespace
 {
 
-struct Outcome
+// The simulator's command line as a program.
+class CommandLine : public test::SimulatorDevice
 {
-    DWORD exitCode;
-    std::wstring output; // both streams
-};
-
-// The simulator's command line as a program, on a device of its own.
-class CommandLine : public testing::Test
-{
-  protected:
-    CommandLine()
-    {
-        SetEnvironmentVariableW(L"VELMO_SIM_HOME", m_device.c_str());
-        SetEnvironmentVariableW(L"VELMO_SIM_PACKAGE", PACKAGE_LAYOUT);
-    }
-
-    ~CommandLine() override { Run(L"stop"); }
-
-    struct Running
-    {
-        sim::Handle process;
-        std::wstring outputFile;
-    };
-
-    Running Start(std::wstring const& arguments)
-    {
-        Running running;
-        running.outputFile = m_folder / (L"output" + std::to_wstring(++m_count));
-        SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-        sim::Handle const output(CreateFileW(running.outputFile.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ,
-                                             &inheritable, CREATE_ALWAYS, 0, nullptr));
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        startup.dwFlags = STARTF_USESTDHANDLES;
-        startup.hStdOutput = output.Get();
-        startup.hStdError = output.Get();
-        PROCESS_INFORMATION started{};
-        auto commandLine = L"sim.exe " + arguments;
-        EXPECT_TRUE(CreateProcessW(SIM_PROGRAM, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                                   &startup, &started));
-        CloseHandle(started.hThread);
-        running.process = sim::Handle(started.hProcess);
-        return running;
-    }
-
-    static Outcome Wait(Running const& running)
-    {
-        WaitForSingleObject(running.process.Get(), INFINITE);
-        Outcome outcome{};
-        GetExitCodeProcess(running.process.Get(), &outcome.exitCode);
-        outcome.output = sim::FromUtf8(test::ReadBytes(running.outputFile));
-        return outcome;
-    }
-
-    Outcome Run(std::wstring const& arguments) { return Wait(Start(arguments)); }
-
-    test::TemporaryFolder m_folder;
-    std::wstring m_device = m_folder / L"device";
-    int m_count = 0;
 };
 
 } // namespace

@@ -1,0 +1,94 @@
+#include "bench/ServiceApp.h"
+
+#include "service/Messages.h"
+#include "service/NotificationAppService.h"
+
+#include <winrt/Windows.ApplicationModel.AppService.h>
+#include <winrt/Windows.ApplicationModel.Background.h>
+#include <winrt/Windows.Foundation.Collections.h>
+#include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.Networking.PushNotifications.h>
+#include <winrt/Windows.Storage.h>
+
+using namespace winrt::Windows::ApplicationModel::Activation;
+using namespace winrt::Windows::ApplicationModel::AppService;
+using namespace winrt::Windows::Foundation;
+using namespace winrt::Windows::Foundation::Collections;
+using namespace winrt::Windows::Networking::PushNotifications;
+using namespace winrt::Windows::Storage;
+
+namespace bench
+{
+
+namespace
+{
+
+namespace Messages = VelmoNotificationClient::Messages;
+
+void SendAndComplete(AppServiceConnection const& connection, IInspectable const& uri,
+                     AppServiceDeferral const& deferral)
+{
+    ValueSet const reply;
+    reply.Insert(Messages::newMessageKey, winrt::box_value(Messages::updatedChannelUriAvailable));
+    reply.Insert(Messages::newCuriKey, uri);
+    connection.SendMessageAsync(reply).Completed([deferral](auto&&...) { deferral.Complete(); });
+}
+
+void AnswerAtOnce(AppServiceConnection const& connection, AppServiceRequestReceivedEventArgs const& args)
+{
+    SendAndComplete(connection, winrt::box_value(L"https://db3.notify.windows.com/?token=AQ%2bE%2fw%3d"),
+                    args.GetDeferral());
+}
+
+IPropertySet Settings()
+{
+    return ApplicationData::Current().LocalSettings().Values();
+}
+
+winrt::fire_and_forget AnswerPlainly(AppServiceConnection connection, AppServiceRequestReceivedEventArgs args)
+{
+    constexpr wchar_t key[] = L"CURI";
+    auto const deferral = args.GetDeferral();
+    if (winrt::unbox_value<winrt::hstring>(args.Request().Message().Lookup(Messages::commandKey)) !=
+        Messages::getChannelUri)
+    {
+        co_return;
+    }
+    auto const request = PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync();
+    auto const channel = co_await winrt::resume_agile(request);
+    auto const values = Settings();
+    static_cast<void>(values.Lookup(key));
+    values.Insert(key, winrt::box_value(channel.Uri()));
+    SendAndComplete(connection, Settings().Lookup(key), deferral);
+    deferral.Complete();
+}
+
+template <typename Handler>
+void Serve(BackgroundActivatedEventArgs const& args, Handler handler)
+{
+    auto const task = args.TaskInstance();
+    auto const connection = task.TriggerDetails().as<AppServiceTriggerDetails>().AppServiceConnection();
+    // The handler keeps the task running, and its connection open, until the connection is closed.
+    connection.RequestReceived([handler, deferral = task.GetDeferral(), connection](auto&&, auto const& request) {
+        handler(connection, request);
+    });
+}
+
+} // namespace
+
+void ServiceApp::OnBackgroundActivated(BackgroundActivatedEventArgs const& args)
+{
+    switch (m_connections++)
+    {
+    case Null:
+        Serve(args, AnswerAtOnce);
+        break;
+    case Plain:
+        Serve(args, AnswerPlainly);
+        break;
+    default:
+        winrt::make_self<VelmoNotificationClient::NotificationAppService>()->ServiceNewConnection(args);
+    }
+}
+
+} // namespace bench

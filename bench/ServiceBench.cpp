@@ -1,0 +1,135 @@
+// What the product's service costs a helper that asks for the channel's URI, against a service that answers at once and
+// against the platform calls that it cannot do without.
+#include "app/SetUpLogging.h"
+#include "bench/Harness.h"
+#include "bench/ServiceApp.h"
+#include "bench/ServiceCaller.h"
+#include "service/AppLogHook.h"
+#include "service/NotificationAppService.h"
+#include "simulator/runtime/LocalHost.h"
+
+#include <thread>
+#include <windows.h>
+
+using VelmoNotificationClient::NotificationAppService;
+using winrt::Windows::UI::Xaml::Application;
+
+namespace
+{
+
+// The app and one caller for each of its services, in one process.
+class Service
+{
+  public:
+    ~Service()
+    {
+        m_host.WaitUntilQuiet();
+        m_host.End();
+        m_main.join();
+        NotificationAppService::appServiceConnection.Set(nullptr);
+        NotificationAppService::serviceDeferral.Set(nullptr);
+    }
+
+    // Round trips that nothing of the former one runs into. log: null for no lines.
+    bench::Block Apart(bench::ServiceApp::Service service, zant::LogFunction log = nullptr)
+    {
+        return [this, service, log](int times) {
+            UseLog(log);
+            double total = 0;
+            for (int count = 0; count < times; ++count)
+            {
+                total += m_callers[service].RoundTrip();
+                m_host.WaitUntilQuiet();
+            }
+            return total / times;
+        };
+    }
+
+    struct Series
+    {
+        double perSecond;
+        double median; // microseconds of a round trip
+        double p99;
+    };
+
+    // So many requests in a row.
+    Series InARow(int times, bench::ServiceApp::Service service, zant::LogFunction log = nullptr)
+    {
+        UseLog(log);
+        std::vector<double> trips;
+        auto const each = bench::Timed([&] { trips.push_back(m_callers[service].RoundTrip()); })(times);
+        std::ranges::sort(trips);
+        return {1e6 / each, trips[trips.size() / 2], trips[trips.size() * 99 / 100]};
+    }
+
+  private:
+    // The hook has no lock: nobody may be logging.
+    void UseLog(zant::LogFunction log)
+    {
+        m_host.WaitUntilQuiet();
+        g_appLogHook = log;
+    }
+
+    sim::LocalHost m_host;
+    std::thread m_main{[] { Application::Start([](auto&&) { winrt::make<bench::ServiceApp>(); }); }};
+    bench::ServiceCaller m_callers[3]; // in the order of the services
+};
+
+constexpr int tripsPerBlock = 10;
+constexpr int rounds = 100;
+
+bool CompareServices(Service& service, zant::LogFunction log)
+{
+    using enum bench::ServiceApp::Service;
+    auto const product = service.Apart(Product);
+    auto const withLog = service.Apart(Product, log);
+    auto const title = " (request to message), in blocks of " + std::to_string(tripsPerBlock) + " by turns, " +
+                       std::to_string(rounds) + " rounds";
+    bench::Compare(("\"GetChannelUri\"" + title).c_str(),
+                   {{"floor: null service", service.Apart(Null)},
+                    {"the same platform calls, plain", service.Apart(Plain)},
+                    {"the product without log lines", product},
+                    {"the product as it is", withLog}},
+                   tripsPerBlock, rounds);
+    return bench::Compare(("\"GetChannelUri\" against its platform calls" + title).c_str(),
+                          {{"the same platform calls, plain", service.Apart(Plain)},
+                           {"the product without log lines", product, 1.15},
+                           {"the product as it is", withLog},
+                           {"the log lines alone *", [&](int times) { return withLog(times) - product(times); }}},
+                          tripsPerBlock, rounds);
+}
+
+void MeasureInARow(Service& service, zant::LogFunction log)
+{
+    using enum bench::ServiceApp::Service;
+    constexpr int requests = 1'000;
+    std::printf("\n%d requests in a row, each sent when the former one is completed\n  %-34s %9s %9s %9s\n", requests,
+                "", "per s", "median us", "p99 us");
+    auto const show = [&](char const* name, Service::Series const& series) {
+        std::printf("  %-34s %9.0f %9.0f %9.0f\n", name, series.perSecond, series.median, series.p99);
+    };
+    show("null service", service.InARow(requests, Null));
+    show("the same platform calls, plain", service.InARow(requests, Plain));
+    show("the product without log lines", service.InARow(requests, Product));
+    show("the product as it is", service.InARow(requests, Product, log));
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    if (count != 2)
+    {
+        std::printf("service_bench FOLDER: writes its log into FOLDER\n");
+        return 2;
+    }
+    SetEnvironmentVariableW(L"TMP", arguments[1]);
+    SetUpLogging();
+    winrt::init_apartment();
+    auto const log = g_appLogHook;
+    Service service;
+    auto const holds = CompareServices(service, log);
+    std::printf("  * the difference of two blocks; the seven lines until the message is sent\n");
+    MeasureInARow(service, log);
+    return holds ? 0 : 1;
+}

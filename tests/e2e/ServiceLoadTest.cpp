@@ -1,0 +1,152 @@
+#include "simulator/model/Device.h"
+#include "simulator/model/Journal.h"
+#include "tests/e2e/ClientProcess.h"
+#include "tests/e2e/ProcessUsage.h"
+#include "tests/e2e/SimulatorDevice.h"
+
+#include <vector>
+
+namespace
+{
+
+using test::ClientProcess;
+
+// One in four asks for the channel, which takes longest.
+constexpr char mixed[] = "UnregisterBackgroundTask GetChannelUri UnregisterBackgroundTask UnregisterBackgroundTask";
+
+// Threads that come and go have handles of their own, and the heap now and then takes a step of about a megabyte, which
+// it keeps. In 9,500 requests this leaves room for no leak of a handle in each, nor of 320 bytes.
+constexpr std::size_t handleMargin = 20;
+constexpr std::size_t memoryMargin = 3'000'000;
+
+// What the app's real process makes of many requests of real helpers.
+class ServiceLoad : public test::SimulatorDevice
+{
+  protected:
+    ServiceLoad() { EXPECT_EQ(Run(L"register").exitCode, 0u); }
+
+    std::vector<ClientProcess> StartClients(std::size_t count) const
+    {
+        std::vector<ClientProcess> clients;
+        for (std::size_t client = 0; client < count; ++client)
+        {
+            clients.emplace_back(m_semaphore);
+        }
+        return clients;
+    }
+
+    // Says the line to all of them before the first answer is waited for.
+    static std::vector<std::string> AskAll(std::vector<ClientProcess> const& clients, std::string_view line)
+    {
+        for (auto const& client : clients)
+        {
+            client.Say(line);
+        }
+        std::vector<std::string> answers;
+        for (auto const& client : clients)
+        {
+            answers.push_back(client.Answer());
+        }
+        return answers;
+    }
+
+    // Those of all clients together.
+    void WaitForMessages(int count) const
+    {
+        for (auto message = 0; message < count; ++message)
+        {
+            WaitForSingleObject(m_messages.Get(), INFINITE);
+        }
+    }
+
+    // Once the clients have gone.
+    bool HasMoreMessages() const { return WaitForSingleObject(m_messages.Get(), 0) == WAIT_OBJECT_0; }
+
+    // The ids of the app's processes so far.
+    std::vector<unsigned long> AppProcesses() const
+    {
+        std::vector<unsigned long> processes;
+        for (auto const& event : sim::ReadJournal(sim::Device(m_device).JournalFile()))
+        {
+            if (event.kind == L"app-started")
+            {
+                processes.push_back(std::stoul(event.Detail(L"pid").value()));
+            }
+        }
+        return processes;
+    }
+
+    // Of the app, when it has answered so many more requests of one client: ask COUNT and this.
+    test::ProcessUsage UsageAfter(ClientProcess const& client, int requests, std::string const& aheadAndCommands) const
+    {
+        auto const count = std::to_string(requests);
+        EXPECT_EQ(client.Ask("ask " + count + " " + aheadAndCommands), "succeeded " + count);
+        WaitForMessages(requests);
+        return test::UsageOf(AppProcesses().front());
+    }
+
+  private:
+    std::wstring m_semaphore = L"messages-" + std::to_wstring(GetCurrentProcessId());
+    sim::Handle m_messages{CreateSemaphoreW(nullptr, 0, LONG_MAX, m_semaphore.c_str())};
+};
+
+TEST_F(ServiceLoad, OfEightHelpersAtOnceIsAnsweredInFull)
+{
+    constexpr std::size_t helpers = 8;
+    constexpr int requests = 200;
+    auto clients = StartClients(helpers);
+    EXPECT_EQ(AskAll(clients, "open"), std::vector<std::string>(helpers, "opened 0"));
+    EXPECT_EQ(AskAll(clients, std::string("ask 200 1 ") + mixed), std::vector<std::string>(helpers, "succeeded 200"));
+    // The helper that connected last gets them all; which one that is, is open.
+    WaitForMessages(helpers * requests);
+    // The first that leaves takes the app's connection with it: so none does before.
+    for (auto& client : clients)
+    {
+        client.EndInput();
+    }
+    for (auto const& client : clients)
+    {
+        EXPECT_EQ(client.ExitCode(), 0u);
+    }
+    EXPECT_FALSE(HasMoreMessages());
+    EXPECT_EQ(AppProcesses().size(), 1u);
+}
+
+TEST_F(ServiceLoad, OfTwoHelpersThatConnectAtTheSameInstantStartsOneProcess)
+{
+    constexpr std::size_t helpers = 2;
+    auto const clients = StartClients(helpers);
+    for (std::size_t round = 1; round <= 5; ++round)
+    {
+        EXPECT_EQ(AskAll(clients, "open"), std::vector<std::string>(helpers, "opened 0"));
+        EXPECT_EQ(AppProcesses().size(), round);
+        EXPECT_EQ(AskAll(clients, "close"), std::vector<std::string>(helpers, "closed"));
+        EXPECT_EQ(Run(L"kill").exitCode, 0u);
+    }
+}
+
+TEST_F(ServiceLoad, OfTenThousandRequestsLeavesNothingBehind)
+{
+    auto const clients = StartClients(1);
+    EXPECT_EQ(AskAll(clients, "open").front(), "opened 0");
+    auto const some = std::string("8 ") + mixed; // some on the way at once: each alone is mostly waiting
+    auto const before = UsageAfter(clients.front(), 500, some);
+    auto const after = UsageAfter(clients.front(), 9'500, some);
+    EXPECT_LE(after.handles, before.handles + handleMargin);
+    EXPECT_LE(after.memory, before.memory + memoryMargin);
+    EXPECT_EQ(AppProcesses().size(), 1u);
+}
+
+TEST_F(ServiceLoad, OfRegistrationsLeavesOneEventBehindForEach)
+{
+    constexpr int registrations = 200;
+    auto const clients = StartClients(1);
+    EXPECT_EQ(AskAll(clients, "open").front(), "opened 0");
+    auto const before = UsageAfter(clients.front(), registrations, "1 RegisterBackgroundTask");
+    auto const after = UsageAfter(clients.front(), registrations, "1 RegisterBackgroundTask");
+    EXPECT_NEAR(static_cast<double>(after.events - before.events), registrations, handleMargin);
+    EXPECT_NEAR(static_cast<double>(after.handles - before.handles), registrations, handleMargin);
+    EXPECT_LE(after.memory, before.memory + memoryMargin);
+}
+
+} // namespace

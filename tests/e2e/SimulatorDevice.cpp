@@ -1,0 +1,50 @@
+#include "tests/e2e/SimulatorDevice.h"
+
+#include "simulator/model/Text.h"
+#include "tests/support/Files.h"
+
+namespace test
+{
+
+SimulatorDevice::SimulatorDevice()
+{
+    SetEnvironmentVariableW(L"VELMO_SIM_HOME", m_device.c_str());
+    SetEnvironmentVariableW(L"VELMO_SIM_PACKAGE", PACKAGE_LAYOUT);
+}
+
+SimulatorDevice::~SimulatorDevice()
+{
+    Run(L"stop");
+}
+
+SimulatorDevice::Running SimulatorDevice::Start(std::wstring const& arguments)
+{
+    Running running;
+    running.outputFile = m_folder / (L"output" + std::to_wstring(++m_count));
+    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+    sim::Handle const output(CreateFileW(running.outputFile.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, &inheritable,
+                                         CREATE_ALWAYS, 0, nullptr));
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = output.Get();
+    startup.hStdError = output.Get();
+    PROCESS_INFORMATION started{};
+    auto commandLine = L"sim.exe " + arguments;
+    EXPECT_TRUE(CreateProcessW(SIM_PROGRAM, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                               &started));
+    CloseHandle(started.hThread);
+    running.process = sim::Handle(started.hProcess);
+    return running;
+}
+
+SimulatorDevice::Outcome SimulatorDevice::Wait(Running const& running)
+{
+    WaitForSingleObject(running.process.Get(), INFINITE);
+    Outcome outcome{};
+    GetExitCodeProcess(running.process.Get(), &outcome.exitCode);
+    outcome.output = sim::FromUtf8(ReadBytes(running.outputFile));
+    return outcome;
+}
+
+} // namespace test

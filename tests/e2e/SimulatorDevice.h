@@ -1,0 +1,43 @@
+#pragma once
+#include "simulator/model/Handle.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace test
+{
+
+// A device of the test's own, used through the simulator's command line; switched off at the end. What the test starts
+// finds it in the environment.
+class SimulatorDevice : public testing::Test
+{
+  protected:
+    struct Outcome
+    {
+        DWORD exitCode;
+        std::wstring output; // both streams
+    };
+
+    struct Running
+    {
+        sim::Handle process;
+        std::wstring outputFile;
+    };
+
+    SimulatorDevice();
+    ~SimulatorDevice() override;
+
+    Running Start(std::wstring const& arguments);
+    static Outcome Wait(Running const& running);
+
+    Outcome Run(std::wstring const& arguments) { return Wait(Start(arguments)); }
+
+    test::TemporaryFolder m_folder;
+    std::wstring m_device = m_folder / L"device";
+
+  private:
+    int m_count = 0;
+};
+
+} // namespace test
