@@ -4,6 +4,7 @@
 #include "app/SetUpLogging.h"
 #include "app/ShellLog.h"
 #include "service/BackgroundTasks.h"
+#include "service/NotNull.h"
 #include "service/NotificationAppService.h"
 
 #include <winrt/Windows.ApplicationModel.AppService.h>
@@ -74,7 +75,7 @@ void App::OnActivated(IActivatedEventArgs const& args)
 void App::OnBackgroundActivated(BackgroundActivatedEventArgs const& args)
 {
     shellLog.Info(L"Inside OnBackgroundActivated");
-    auto const task = args.TaskInstance();
+    auto const task = NotNull(args.TaskInstance());
     if (task.TriggerDetails().try_as<AppServiceTriggerDetails>())
     {
         shellLog.Info(L"App service connection request received");
@@ -88,13 +89,13 @@ void App::RunTriggerTask(IBackgroundTaskInstance const& task)
 {
     auto const deferral = task.GetDeferral();
     shellLog.Info(L"Deferal to complete background task");
-    if (task.Task().Name() == timerTaskName)
+    if (NotNull(task.Task()).Name() == timerTaskName)
     {
         shellLog.Info(L"Timer task bkg thread invocation");
         shellLog.Info(L"Going to launch full trust app for timer background task invocation");
         FinishLaunch(get_strong(), LaunchDesktopComponent(L"CURIUpdated"), deferral);
     }
-    else if (task.Task().Name() == pushTaskName)
+    else if (NotNull(task.Task()).Name() == pushTaskName)
     {
         shellLog.Info(L"Notification bkg thread invocation");
         shellLog.Info(L"Going to launch full trust app for new notification invocation ");

@@ -23,7 +23,7 @@ winrt::fire_and_forget FinishLaunch(winrt::com_ptr<App> /*app*/, IAsyncAction la
     {
         co_await winrt::resume_agile(launch);
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         co_return;
     }

@@ -25,7 +25,7 @@ bool Register(BackgroundTaskBuilder const& task, wchar_t const* doneLine, wchar_
         appServiceLog.Info(doneLine);
         return true;
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         appServiceLog.Error(failedLine);
         return false;
@@ -77,7 +77,7 @@ winrt::fire_and_forget RegisterWithChannel(IAsyncOperation<PushNotificationChann
         RegisterAnew(co_await winrt::resume_agile(request), registered);
         appServiceLog.Info(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         if (!WasCanceled(request))
         {
@@ -95,7 +95,7 @@ void RegsiterBackgroundtasks(zant::ZANT_Event_t const* registered)
     {
         RegisterWithChannel(RequestChannel(), registered);
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         appServiceLog.Error(L"Inside RegsiterBackgroundtasks, Exception raised in tast_creation");
     }
@@ -106,7 +106,7 @@ void UnregisterOwnBackgroundTasks()
     constexpr bool cancelRunning = true;
     for (auto const& entry : NotNull(BackgroundTaskRegistration::AllTasks()))
     {
-        auto const registration = entry.Value();
+        auto const registration = NotNull(entry.Value());
         auto const name = registration.Name();
         if (name == pushTaskName || name == timerTaskName)
         {

@@ -74,7 +74,7 @@ bool StoreChannelUri(PushNotificationChannel const& channel, wchar_t const* writ
         Write(uri, writeLine);
         return true;
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         return false;
     }

@@ -61,7 +61,7 @@ winrt::fire_and_forget ReplyWithChannel(IAsyncOperation<PushNotificationChannel>
         requestDeferral.Complete();
         appServiceLog.Info(L"Inside GetChannelUriStr, task executed no exception seen");
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         if (WasCanceled(request))
         {

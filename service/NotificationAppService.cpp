@@ -39,7 +39,7 @@ SharedReference<BackgroundTaskDeferral> NotificationAppService::serviceDeferral;
 void NotificationAppService::ServiceNewConnection(BackgroundActivatedEventArgs const& args) const
 {
     appServiceLog.Info(L"Inside ServiceNewConnection .");
-    auto const task = args.TaskInstance();
+    auto const task = NotNull(args.TaskInstance());
     serviceDeferral.Set(task.GetDeferral());
     appServiceLog.Info(L"ServiceNewConnection deferral.");
     auto const details = task.TriggerDetails().try_as<AppServiceTriggerDetails>();
@@ -58,7 +58,7 @@ void NotificationAppService::OnTaskCanceled(IBackgroundTaskInstance const&, Back
     {
         CompleteTask();
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         appServiceLog.Error(L"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled "
                             L"deferral complete error");

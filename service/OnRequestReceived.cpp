@@ -56,7 +56,7 @@ void GetChannelUri(ValueSet const& outgoingMessage, AppServiceDeferral const& re
     {
         GetChannelUriStr(outgoingMessage, requestDeferral); // replies later
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         SetNewMessage(outgoingMessage, Messages::updatedChannelUriAvailable);
         SendReply(outgoingMessage, requestDeferral, channelNotRequestedLines);
@@ -122,7 +122,7 @@ void ExitZeb(AppServiceRequest const& request, AppServiceDeferral const& request
     {
         ExitWhenAcknowledged(NotNull(request.SendResponseAsync(acknowledgement)), requestDeferral);
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         appServiceLog.Error(L"Error in sending ack still closing");
         requestDeferral.Complete();
@@ -133,7 +133,7 @@ void ExitZeb(AppServiceRequest const& request, AppServiceDeferral const& request
 // Empty, which is no command, for a value that is not text. Throws hresult_error when there is none.
 winrt::hstring CommandOf(AppServiceRequest const& request)
 {
-    return winrt::unbox_value_or<winrt::hstring>(request.Message().Lookup(Messages::commandKey), L"");
+    return winrt::unbox_value_or<winrt::hstring>(NotNull(request.Message()).Lookup(Messages::commandKey), L"");
 }
 
 } // namespace
@@ -147,7 +147,7 @@ void NotificationAppService::OnRequestReceived(AppServiceConnection const&,
     appServiceLog.Info(L"Acquired deferral to complete app service request");
     auto const requestDeferral = NotNull(args.GetDeferral());
     ValueSet const outgoingMessage;
-    auto const request = args.Request();
+    auto const request = NotNull(args.Request());
     auto const command = CommandOf(request);
     if (command == Messages::getChannelUri)
     {

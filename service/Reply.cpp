@@ -46,7 +46,7 @@ void SendReply(ValueSet const& message, AppServiceDeferral const& requestDeferra
         auto const connection = NotNull(NotificationAppService::appServiceConnection.Get());
         CompleteWhenSent(NotNull(connection.SendMessageAsync(message)), requestDeferral, lines.sent);
     }
-    catch (winrt::hresult_error const&)
+    catch (...)
     {
         Complete(requestDeferral, lines.notSent, &LogSite::Error<>);
     }

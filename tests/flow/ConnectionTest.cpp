@@ -55,17 +55,38 @@ TEST_F(Connection, EndsWhenTheHelperClosesIt)
 TEST_F(Connection, IsClosedWhenTheTaskIsCanceled)
 {
     host.CancelTasks(0);
-    log->WaitForMessage(canceled.substr(canceled.find(L"Inside")));
-    EXPECT_EQ(helper->WaitForClosed(), AppServiceClosedStatus::Canceled);
+    helper->WaitForClosed(); // by the end of the task, or by the app's closing it
+    host.WaitForReport(L"task-completed");
     host.WaitUntilQuiet();
+    ExpectLog({canceled});
     EXPECT_FALSE(HasConnection());
     EXPECT_FALSE(HasDeferral());
     EXPECT_EQ(CountReports(L"task-completed"), 1u);
 }
 
-TEST_F(Connection, IsClosedAlsoWhenTheCanceledTaskCannotBeCompleted)
+TEST_F(Connection, FailsToThePlatformWhenTheCanceledTasksConnectionCannotBeClosed)
 {
-    host.SetFault(L"BackgroundTaskDeferral.Complete now 0x80004005");
+    host.SetFault(L"AppServiceConnection.Close now 0x80004005 1");
+    std::thread([] { EXPECT_THROW(NotificationAppService::OnTaskCanceled(nullptr, {}), winrt::hresult_error); }).join();
+    ExpectLog({canceled});
+    EXPECT_TRUE(HasConnection());
+    EXPECT_FALSE(HasDeferral());
+}
+
+TEST_F(Connection, HasItsDeferralReplacedByANewerOnes)
+{
+    auto const earlier = NotificationAppService::serviceDeferral.Get();
+    test::TestHelper const newer;
+    EXPECT_NE(NotificationAppService::serviceDeferral.Get(), earlier);
+}
+
+class ConnectionNotCompleted : public Connection, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(ConnectionNotCompleted, IsClosedWhenTheTaskIsCanceled)
+{
+    host.SetFault(std::wstring(L"BackgroundTaskDeferral.Complete now ") + GetParam());
     host.CancelTasks(0);
     EXPECT_EQ(helper->WaitForClosed(), AppServiceClosedStatus::Completed);
     host.WaitUntilQuiet();
@@ -73,6 +94,8 @@ TEST_F(Connection, IsClosedAlsoWhenTheCanceledTaskCannotBeCompleted)
     EXPECT_FALSE(HasConnection());
     EXPECT_TRUE(HasDeferral()); // it keeps what it could not complete
 }
+
+INSTANTIATE_TEST_SUITE_P(Results, ConnectionNotCompleted, testing::Values(L"0x80004005", L"0x8007000E"));
 
 TEST_F(Connection, HasNothingLeftToDoAtItsSecondEnd)
 {
@@ -122,35 +145,88 @@ TEST_F(Connection, LetsAReplyThatIsDueAfterItsEndFailAsASendThatCannotStart)
 }
 
 // A platform that fails while the connection is taken over: the app ends, as it does with any failing activation.
-class ConnectionNotTaken : public test::AppFlow, public testing::WithParamInterface<wchar_t const*>
+class ConnectionNotTaken : public test::AppFlow
+{
+  protected:
+    ~ConnectionNotTaken() override
+    {
+        NotificationAppService::appServiceConnection.Set(nullptr);
+        NotificationAppService::serviceDeferral.Set(nullptr);
+    }
+
+    // The app from its start to the end that its failure brings.
+    void Fail()
+    {
+        host.SpareThisThread();
+        Start();
+        AppServiceConnection const connection;
+        connection.AppServiceName(sim::LocalPlatform::appServiceName);
+        connection.PackageFamilyName(sim::LocalPlatform::familyName);
+        auto const opening = connection.OpenAsync();
+        WaitForEnd();
+    }
+};
+
+// The call that fails, and what has been done until then.
+struct Takeover
+{
+    wchar_t const* fault;
+    Lines lines;
+    bool hasDeferral;
+    bool hasConnection;
+};
+
+class ConnectionNotTakenFor : public ConnectionNotTaken, public testing::WithParamInterface<Takeover>
 {
 };
 
-TEST_P(ConnectionNotTaken, EndsTheProcess)
+TEST_P(ConnectionNotTakenFor, EndsTheProcess)
 {
-    host.SetFault(GetParam());
-    Start();
-    AppServiceConnection const connection;
-    connection.AppServiceName(sim::LocalPlatform::appServiceName);
-    connection.PackageFamilyName(sim::LocalPlatform::familyName);
-    auto const opening = connection.OpenAsync();
-    WaitForEnd();
+    host.SetFault(GetParam().fault);
+    Fail();
     EXPECT_TRUE(host.Failure().has_value());
-    auto const lines = Messages();
-    EXPECT_EQ(lines[1], L"Inside OnBackgroundActivated");
-    NotificationAppService::appServiceConnection.Set(nullptr);
-    NotificationAppService::serviceDeferral.Set(nullptr);
+    EXPECT_EQ(Messages(), Lines({test::banner, L"Inside OnBackgroundActivated"}) + GetParam().lines);
+    EXPECT_EQ(HasDeferral(), GetParam().hasDeferral);
+    EXPECT_EQ(HasConnection(), GetParam().hasConnection);
 }
 
-INSTANTIATE_TEST_SUITE_P(Failures, ConnectionNotTaken,
-                         testing::Values(L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005",
-                                         L"BackgroundTaskInstance.TriggerDetails now 0x80004005",
-                                         L"BackgroundTaskInstance.TriggerDetails null 1 after 1",
-                                         L"BackgroundTaskInstance.GetDeferral now 0x80004005",
-                                         L"BackgroundTaskInstance.Canceled now 0x80004005",
-                                         L"AppServiceTriggerDetails.AppServiceConnection now 0x80004005",
-                                         L"AppServiceTriggerDetails.AppServiceConnection null",
-                                         L"AppServiceConnection.ServiceClosed now 0x80004005",
-                                         L"AppServiceConnection.RequestReceived now 0x80004005"));
+constexpr wchar_t received[] = L"App service connection request received";
+constexpr wchar_t inside[] = L"Inside ServiceNewConnection .";
+constexpr wchar_t deferral[] = L"ServiceNewConnection deferral.";
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, ConnectionNotTakenFor,
+    testing::Values(
+        Takeover{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}, false, false},
+        Takeover{L"BackgroundActivatedEventArgs.TaskInstance null", {}, false, false},
+        Takeover{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}, false, false},
+        Takeover{L"BackgroundTaskInstance.GetDeferral now 0x80004005", {received, inside}, false, false},
+        Takeover{L"BackgroundTaskInstance.TriggerDetails null 1 after 1", {received, inside, deferral}, true, false},
+        Takeover{L"BackgroundTaskInstance.Canceled now 0x80004005", {received, inside, deferral}, true, false},
+        Takeover{
+            L"AppServiceTriggerDetails.AppServiceConnection now 0x80004005", {received, inside, deferral}, true, false},
+        Takeover{L"AppServiceTriggerDetails.AppServiceConnection null", {received, inside, deferral}, true, false},
+        Takeover{L"AppServiceConnection.ServiceClosed now 0x80004005", {received, inside, deferral}, true, true},
+        Takeover{L"AppServiceConnection.RequestReceived now 0x80004005", {received, inside, deferral}, true, true}));
+
+// Two calls, the first of which comes first.
+class ConnectionTakeoverOrder : public ConnectionNotTaken,
+                                public testing::WithParamInterface<std::pair<wchar_t const*, wchar_t const*>>
+{
+};
+
+TEST_P(ConnectionTakeoverOrder, IsKept)
+{
+    host.SetFault(std::wstring(GetParam().first) + L" now 0x80004005");
+    host.SetFault(std::wstring(GetParam().second) + L" now 0x80004001");
+    Fail();
+    EXPECT_EQ(host.Failure(), E_FAIL);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Calls, ConnectionTakeoverOrder,
+    testing::Values(std::pair(L"BackgroundTaskInstance.Canceled", L"AppServiceTriggerDetails.AppServiceConnection"),
+                    std::pair(L"AppServiceTriggerDetails.AppServiceConnection", L"AppServiceConnection.ServiceClosed"),
+                    std::pair(L"AppServiceConnection.ServiceClosed", L"AppServiceConnection.RequestReceived")));
 
 } // namespace

@@ -131,7 +131,8 @@ INSTANTIATE_TEST_SUITE_P(Failures, GetChannelUriNotStored,
                                          L"ApplicationDataContainer.Values now 0x80004005 1",
                                          L"ApplicationDataContainer.Values null 1",
                                          L"ApplicationDataContainerSettings.Lookup now 0x80004005 1",
-                                         L"ApplicationDataContainerSettings.Insert now 0x80073DC8 1"));
+                                         L"ApplicationDataContainerSettings.Insert now 0x80073DC8 1",
+                                         L"ApplicationDataContainerSettings.Insert now 0x8007000E 1"));
 
 // What makes the request for the channel fail at once.
 class GetChannelUriNotStarted : public GetChannelUri, public testing::WithParamInterface<wchar_t const*>
@@ -160,7 +161,7 @@ TEST_P(GetChannelUriNotStarted, IsCompletedWhenThatCannotBeSent)
 
 INSTANTIATE_TEST_SUITE_P(Failures, GetChannelUriNotStarted,
                          testing::Values(L"PushNotificationChannelManager now 0x80040154", L"channel now 0x803E0103",
-                                         L"channel null"));
+                                         L"channel now 0x8007000E", L"channel null"));
 
 // What goes wrong later, and is reported by the end of the chain: the lines until then, and the fault.
 struct LaterFailure
@@ -197,6 +198,8 @@ TEST_F(GetChannelUri, LeavesNoTraceAndStaysOpenWhenTheChannelRequestIsCancelled)
     SetFault(L"channel cancelled");
     auto const request = Ask();
     log->WaitForLines(received.size());
+    host.WaitUntilQuiet();
+    EXPECT_EQ(log->WaitForLines(0), received);
     helper->Close(); // ends the request, which nobody completes
     EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
@@ -235,6 +238,15 @@ TEST_F(GetChannelUri, IsCompletedOnceMoreWhenTheEndOfTheChainCouldNotComplete)
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
     ExpectLog(received + stored + Lines{found, notSent, exception});
     EXPECT_EQ(Completions(), std::vector<unsigned>{2});
+}
+
+TEST_F(GetChannelUri, EndsAsWithAnExceptionWhenTheEndOfTheChainCannotComplete)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync never 1");
+    host.SetFault(L"AppServiceDeferral.Complete now 0x80004005 1");
+    Ask();
+    ExpectLog(received + stored + Lines{found, exception});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
 TEST_F(GetChannelUri, SaysThatNoUriIsStoredAlsoWhenTheMessageCannotBeSent)

@@ -10,7 +10,7 @@
 namespace test
 {
 
-LogRecorder::LogRecorder()
+LogRecorder::LogRecorder(std::function<unsigned()> count) : m_count(std::move(count))
 {
     s_current = this;
     g_appLogHook = Write;
@@ -29,18 +29,22 @@ std::vector<std::wstring> LogRecorder::WaitForLines(std::size_t count) const
     return m_lines;
 }
 
-void LogRecorder::WaitForMessage(std::wstring const& message) const
+unsigned LogRecorder::WaitForMessage(std::wstring const& message) const
 {
     std::unique_lock lock(m_mutex);
+    auto line = m_lines.end();
     m_changed.wait(lock, [&] {
-        return std::ranges::any_of(m_lines, [&](auto const& line) { return line.ends_with(L" " + message); });
+        line = std::ranges::find_if(m_lines, [&](auto const& text) { return text.ends_with(L" " + message); });
+        return line != m_lines.end();
     });
+    return m_counts[static_cast<std::size_t>(line - m_lines.begin())];
 }
 
 // No line of the application has more than one argument, and that one is text.
 std::int32_t LogRecorder::Write(std::uint32_t level, wchar_t const* component, wchar_t const* category,
                                 wchar_t const* ignored, wchar_t const* location, wchar_t const* format, ...)
 {
+    auto const count = s_current->m_count();
     std::wstring message = format;
     if (auto const placeholder = message.find(L"%ls"); placeholder != std::wstring::npos)
     {
@@ -56,14 +60,16 @@ std::int32_t LogRecorder::Write(std::uint32_t level, wchar_t const* component, w
         AppLog(level, component, category, ignored, location, format);
     }
     s_current->Add(L"[" + std::wstring(zant::LevelName(static_cast<zant::LogLevel>(level))) + L"] " + category + L" " +
-                   message);
+                       message,
+                   count);
     return 0;
 }
 
-void LogRecorder::Add(std::wstring line)
+void LogRecorder::Add(std::wstring line, unsigned count)
 {
     std::lock_guard const lock(m_mutex);
     m_lines.push_back(std::move(line));
+    m_counts.push_back(count);
     m_changed.notify_all();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -12,8 +13,8 @@ namespace test
 class LogRecorder
 {
   public:
-    // Of the application's log function, which must be set already.
-    LogRecorder();
+    // Of the application's log function, which must be set already. count: what is noted with each line.
+    explicit LogRecorder(std::function<unsigned()> count);
     LogRecorder(LogRecorder const&) = delete;
     LogRecorder& operator=(LogRecorder const&) = delete;
     ~LogRecorder();
@@ -21,20 +22,22 @@ class LogRecorder
     // All lines so far, once there are so many: "[LEVEL] category message".
     std::vector<std::wstring> WaitForLines(std::size_t count) const;
 
-    // Waits for a line with this message.
-    void WaitForMessage(std::wstring const& message) const;
+    // Waits for a line with this message, and gives what was counted when it was about to be written.
+    unsigned WaitForMessage(std::wstring const& message) const;
 
   private:
     static std::int32_t Write(std::uint32_t level, wchar_t const* component, wchar_t const* category,
                               wchar_t const* ignored, wchar_t const* location, wchar_t const* format, ...);
 
-    void Add(std::wstring line);
+    void Add(std::wstring line, unsigned count);
 
     static inline LogRecorder* s_current = nullptr;
 
     mutable std::mutex m_mutex;
     mutable std::condition_variable m_changed;
+    std::function<unsigned()> m_count;
     std::vector<std::wstring> m_lines;
+    std::vector<unsigned> m_counts; // for each line
 };
 
 // How WaitForLines shows a line of the app service.

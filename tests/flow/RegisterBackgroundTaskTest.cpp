@@ -1,4 +1,7 @@
 #include "tests/flow/ServiceFlow.h"
+#include "tests/unit/utils/RecordingHook.h"
+
+#include <algorithm>
 
 #include <winrt/Windows.ApplicationModel.Background.h>
 
@@ -219,6 +222,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Failure{L"PushNotificationTrigger now 0x80040154", removed + Lines{exception}, {}},
                     Failure{L"BackgroundTaskBuilder.SetTrigger now 0x80004005", removed + Lines{exception}, {}},
                     Failure{L"BackgroundTaskBuilder.Register now 0x80070718", pushFailed, {}},
+                    Failure{L"BackgroundTaskBuilder.Register now 0x8007000E", pushFailed, {}},
                     Failure{L"BackgroundTaskBuilder.Name now 0x80004005 1 after 1",
                             removed + Lines{pushRegistered, exception}, onlyPush},
                     Failure{L"TimeTrigger now 0x80040154", removed + Lines{pushRegistered, exception}, onlyPush},
@@ -230,18 +234,34 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(RegisterBackgroundTask, FailsWhenTheWaitFails)
 {
     FailRegistrationWait();
+    host.SetFault(L"PushNotificationChannelManager now 0x80040154");
     Ask().get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
+    ExpectLog(received + Lines{notStarted} + timedOut);
 }
 
-TEST_F(RegisterBackgroundTask, FailsAtOnceWhenNoEventCanBeMade)
+TEST_F(RegisterBackgroundTask, FailsAtOnceWhenNoEventCanBeMadeAndRegistersAllTheSame)
 {
-    CreateEventCall const create([](auto system, auto attributes, BOOL manual, BOOL initial, auto name) {
-        // Of the events of this process only those of a registration reset automatically, without attributes.
-        return manual ? system(attributes, manual, initial, name) : nullptr;
-    });
-    Ask().get();
+    test::RecordingHook const utils;
+    {
+        CreateEventCall const create([](auto system, auto attributes, BOOL manual, BOOL initial, auto name) {
+            // Of the events of this process only those of a registration reset automatically, without attributes.
+            return manual ? system(attributes, manual, initial, name) : nullptr;
+        });
+        Ask().get();
+        ExpectLog(received, timedOut, stored + Lines{pushRegistered, timerRegistered, noException});
+    }
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
+    EXPECT_EQ(TaskNames(), ownTasks);
+    std::vector<std::wstring> messages;
+    for (auto const& line : utils.Lines())
+    {
+        messages.push_back(std::get<5>(line));
+    }
+    std::ranges::sort(messages); // the last two are of two threads
+    EXPECT_EQ(messages,
+              (Lines{L"Failed in CreateEvnt", L"Failed to create Event", L"NULL ZANT_Event_t object passed in SetEvnt ",
+                     L"NULL ZANT_Event_t object passed in WaitforEvent "}));
 }
 
 TEST_F(RegisterBackgroundTask, IsCompletedWhenItsFailureCannotBeSent)

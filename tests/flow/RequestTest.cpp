@@ -55,6 +55,11 @@ TEST_F(Request, WithoutACommandStaysOpenWithoutAWord)
     ExpectNoReply(ValueSet());
 }
 
+TEST_F(Request, WithACommandAndMoreBehindAZeroStaysOpenWithoutAWord)
+{
+    ExpectNoReply(WithCommand(winrt::box_value(winrt::hstring(std::wstring_view(L"UnregisterBackgroundTask\0x", 26)))));
+}
+
 TEST_F(Request, WithItsCommandUnderAnotherKeyStaysOpenWithoutAWord)
 {
     ValueSet const message;
@@ -113,8 +118,10 @@ TEST_P(RequestFailing, StaysOpenWithoutAWord)
 INSTANTIATE_TEST_SUITE_P(Failures, RequestFailing,
                          testing::Values(L"AppServiceRequestReceivedEventArgs.GetDeferral now 0x80004005",
                                          L"AppServiceRequestReceivedEventArgs.Request now 0x80004005",
-                                         L"AppServiceRequest.Message now 0x80004005", L"ValueSet now 0x80040154",
-                                         L"ValueSet.Lookup now 0x80004005"));
+                                         L"AppServiceRequestReceivedEventArgs.GetDeferral null",
+                                         L"AppServiceRequestReceivedEventArgs.Request null",
+                                         L"AppServiceRequest.Message null", L"AppServiceRequest.Message now 0x80004005",
+                                         L"ValueSet now 0x80040154", L"ValueSet.Lookup now 0x80004005"));
 
 TEST_F(Request, IsServedAgainAndAgain)
 {

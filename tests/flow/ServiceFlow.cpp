@@ -2,6 +2,8 @@
 
 #include "service/NotificationAppService.h"
 
+#include <numeric>
+
 #include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.Foundation.Collections.h>
 
@@ -65,15 +67,21 @@ ServiceFlow::ServiceFlow()
     host.SpareThisThread(); // it is the helper
     Start();
     helper = std::make_unique<TestHelper>();
-    log = std::make_unique<LogRecorder>();
+    log = std::make_unique<LogRecorder>([this] {
+        auto const completions = Completions();
+        return std::accumulate(completions.begin(), completions.end(), 0u);
+    });
 }
 
 ServiceFlow::~ServiceFlow()
 {
     EndRegistrationWait();
-    log.reset();
+    host.WaitUntilQuiet();
     host.End();
+    WaitForEnd();
     helper.reset();
+    host.WaitUntilQuiet();
+    log.reset(); // nobody logs any more
     // Class-wide, as the log is process-wide: a test program starts each test without them.
     NotificationAppService::appServiceConnection.Set(nullptr);
     NotificationAppService::serviceDeferral.Set(nullptr);

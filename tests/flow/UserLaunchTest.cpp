@@ -109,7 +109,7 @@ TEST_P(UserLaunchFailingLater, HasNoLineAndIsNotRetriedAndTheAppWaitsAndExits)
 
 INSTANTIATE_TEST_SUITE_P(Results, UserLaunchFailingLater,
                          testing::Values(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), HRESULT_FROM_WIN32(ERROR_CANCELLED),
-                                         E_ABORT));
+                                         E_OUTOFMEMORY, E_ABORT));
 
 TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchFailsAtOnce)
 {

@@ -1,6 +1,7 @@
 #pragma once
 #include "utils/UtilsLog.h"
 
+#include <mutex>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -26,16 +27,19 @@ class RecordingHook
 
     ~RecordingHook() { zant::g_utilsLogHook = nullptr; }
 
+    // Once nobody logs any more.
     std::vector<Line> const& Lines() const { return s_lines; }
 
   private:
     static std::int32_t Write(std::uint32_t level, wchar_t const* component, wchar_t const* category,
                               wchar_t const* ignored, wchar_t const* location, wchar_t const* format, ...)
     {
+        std::lock_guard const lock(s_mutex);
         s_lines.emplace_back(level, component, category, ignored, location, format);
         return 0;
     }
 
+    static inline std::mutex s_mutex; // over the lines
     static inline std::vector<Line> s_lines;
 };
 

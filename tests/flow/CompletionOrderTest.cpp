@@ -1,0 +1,117 @@
+// Whether a line comes before or after the completion that it is about: log lines and completions, in one order.
+
+#include "service/BackgroundTasks.h"
+#include "tests/flow/ServiceFlow.h"
+
+#include <winrt/Windows.ApplicationModel.Background.h>
+
+namespace
+{
+
+using namespace winrt::Windows::ApplicationModel::Background;
+
+class CompletionOrder : public test::ServiceFlow
+{
+  protected:
+    // How often requests had been completed when the line was about to be written.
+    unsigned CompletionsAt(wchar_t const* message) const { return log->WaitForMessage(message); }
+};
+
+TEST_F(CompletionOrder, OfAMessageSentIsBetweenItsTwoLines)
+{
+    helper->Ask(L"UnregisterBackgroundTask");
+    EXPECT_EQ(CompletionsAt(L"Msg sent to WIN32 for background task unregistration done"), 0u);
+    EXPECT_EQ(CompletionsAt(L"UnRegisterBkgServices deferral complete"), 1u);
+}
+
+TEST_F(CompletionOrder, OfAMessageNotSentIsAfterItsLine)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
+    helper->Ask(L"UnregisterBackgroundTask");
+    EXPECT_EQ(
+        CompletionsAt(L"Error in sending response for appservice requset after sucessful bkg task unregistration"), 0u);
+}
+
+TEST_F(CompletionOrder, OfAChannelMessageNotSentIsBeforeItsLine)
+{
+    host.SetFault(L"PushNotificationChannelManager now 0x80040154");
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
+    helper->Ask(L"GetChannelUri");
+    EXPECT_EQ(CompletionsAt(L"GetChannelUriStr Deferral Complete with exception in task_creation, failed to send "
+                            L"response to Helper APP"),
+              1u);
+}
+
+TEST_F(CompletionOrder, OfAChannelMessageSentIsBeforeItsLine)
+{
+    host.SetFault(L"PushNotificationChannelManager now 0x80040154");
+    helper->Ask(L"GetChannelUri");
+    EXPECT_EQ(CompletionsAt(L"GetChannelUriStr Deferral Complete with exception in create task"), 1u);
+}
+
+TEST_F(CompletionOrder, OfTheChannelsChainIsBeforeItsLine)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync never 1");
+    helper->Ask(L"GetChannelUri");
+    EXPECT_EQ(CompletionsAt(L"Inside GetChannelUriStr, task executed no exception seen"), 1u);
+}
+
+TEST_F(CompletionOrder, OfTheChannelsFailedChainIsBeforeItsLine)
+{
+    host.SetFault(
+        L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync completion 0x880403E8");
+    helper->Ask(L"GetChannelUri");
+    EXPECT_EQ(CompletionsAt(L"Inside GetChannelUriStr, Exception raised in tast_creation for channelURI"), 1u);
+}
+
+TEST_F(CompletionOrder, OfTheExitIsBetweenItsTwoLines)
+{
+    helper->Ask(L"ExitZEB");
+    EXPECT_EQ(CompletionsAt(L"Ack sent to VelmoNotificationHelper for exit"), 0u);
+    EXPECT_EQ(CompletionsAt(L"Exit ZEB deferral complete"), 1u);
+}
+
+TEST_F(CompletionOrder, OfTheExitNotAcknowledgedIsAfterItsLine)
+{
+    host.SetFault(L"AppServiceRequest.SendResponseAsync now 0x80000013");
+    helper->Ask(L"ExitZEB");
+    EXPECT_EQ(CompletionsAt(L"Error in sending ack still closing"), 0u);
+}
+
+// For a background task: the same with the tasks that the device has seen completed.
+class TaskCompletionOrder : public test::AppFlow
+{
+};
+
+TEST_F(TaskCompletionOrder, OfATriggerTaskIsBetweenItsTwoLines)
+{
+    host.SpareThisThread();
+    BackgroundTaskBuilder const builder;
+    builder.Name(L"URITimerBGTask");
+    builder.SetTrigger(TimeTrigger(1440, false));
+    builder.Register();
+    Start();
+    host.AdvanceClock(1440);
+    auto const launch = host.WaitForLaunch();
+    test::LogRecorder const log([this] { return static_cast<unsigned>(CountReports(L"task-completed")); });
+    launch.Complete();
+    EXPECT_EQ(log.WaitForMessage(L"Launch Done !! "), 0u);
+    EXPECT_EQ(log.WaitForMessage(L"Service deferral complete"), 1u);
+}
+
+TEST_F(TaskCompletionOrder, IsCutShortForARunningTaskThatIsUnregistered)
+{
+    host.SpareThisThread();
+    BackgroundTaskBuilder const builder;
+    builder.Name(L"URITimerBGTask");
+    builder.SetTrigger(TimeTrigger(1440, false));
+    builder.Register();
+    Start();
+    host.AdvanceClock(1440);
+    auto const launch = host.WaitForLaunch();
+    VelmoNotificationClient::UnregisterOwnBackgroundTasks();
+    host.WaitForReport(L"task-cancelled");
+    launch.Complete();
+}
+
+} // namespace
