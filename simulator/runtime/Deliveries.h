@@ -12,8 +12,8 @@ namespace sim
 {
 
 // Brings what the platform says to a process's listener, on threads of the system's pool: one message after the other
-// for each address, and side by side otherwise. The next one comes when the listener has returned or has said PassOn, so
-// that a handler that blocks before that holds up its own connection alone. May be used from any thread.
+// for each address, and side by side otherwise. The next one comes when the listener has returned or has said PassOn,
+// so that a handler that blocks before that holds up its own connection alone. May be used from any thread.
 class Deliveries
 {
   public:

@@ -14,7 +14,11 @@ struct BackgroundApp::App : winrt::Windows::UI::Xaml::ApplicationT<App>
 };
 
 BackgroundApp::BackgroundApp()
-    : m_main([this] { winrt::Windows::UI::Xaml::Application::Start([this](auto&&) { winrt::make<App>(*this); }); })
+    : m_main([this] {
+          auto const result = FailureOf(
+              [this] { winrt::Windows::UI::Xaml::Application::Start([this](auto&&) { winrt::make<App>(*this); }); });
+          EXPECT_EQ(result, 0) << "the app did not start";
+      })
 {
 }
 
