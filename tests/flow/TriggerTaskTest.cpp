@@ -130,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(Tasks, TriggerTask,
                                               L"NotificationReceived",
                                               {L"Notification bkg thread invocation",
                                                L"Going to launch full trust app for new notification invocation "}}),
-                         [](auto const& info) { return std::string(info.param.isPush ? "Push" : "Timer"); });
+                         [](auto const& task) { return std::string(task.param.isPush ? "Push" : "Timer"); });
 
 // Told by their names alone, not by their triggers.
 class OtherTask : public TriggerTaskFlow, public testing::WithParamInterface<wchar_t const*>
