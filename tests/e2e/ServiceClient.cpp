@@ -78,7 +78,7 @@ void Answer(char const* text)
 
 void Answer(char const* text, int number)
 {
-    Answer((text + (" " + std::to_string(number))).c_str());
+    Answer((std::string(text) + " " + std::to_string(number)).c_str());
 }
 
 void Serve(HANDLE messages)
