@@ -1,14 +1,11 @@
 // Whether a line comes before or after the completion that it is about: log lines and completions, in one order.
 
 #include "service/BackgroundTasks.h"
+#include "tests/flow/RegisteredTask.h"
 #include "tests/flow/ServiceFlow.h"
-
-#include <winrt/Windows.ApplicationModel.Background.h>
 
 namespace
 {
-
-using namespace winrt::Windows::ApplicationModel::Background;
 
 class CompletionOrder : public test::ServiceFlow
 {
@@ -86,10 +83,7 @@ class TaskCompletionOrder : public test::AppFlow
 TEST_F(TaskCompletionOrder, OfATriggerTaskIsBetweenItsTwoLines)
 {
     host.SpareThisThread();
-    BackgroundTaskBuilder const builder;
-    builder.Name(L"URITimerBGTask");
-    builder.SetTrigger(TimeTrigger(1440, false));
-    builder.Register();
+    test::RegisterDailyTask(L"URITimerBGTask");
     Start();
     host.AdvanceClock(1440);
     auto const launch = host.WaitForLaunch();
@@ -102,10 +96,7 @@ TEST_F(TaskCompletionOrder, OfATriggerTaskIsBetweenItsTwoLines)
 TEST_F(TaskCompletionOrder, IsCutShortForARunningTaskThatIsUnregistered)
 {
     host.SpareThisThread();
-    BackgroundTaskBuilder const builder;
-    builder.Name(L"URITimerBGTask");
-    builder.SetTrigger(TimeTrigger(1440, false));
-    builder.Register();
+    test::RegisterDailyTask(L"URITimerBGTask");
     Start();
     host.AdvanceClock(1440);
     auto const launch = host.WaitForLaunch();

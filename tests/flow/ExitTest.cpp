@@ -1,11 +1,9 @@
+#include "tests/flow/RegisteredTask.h"
 #include "tests/flow/ServiceFlow.h"
-
-#include <winrt/Windows.ApplicationModel.Background.h>
 
 namespace
 {
 
-using namespace winrt::Windows::ApplicationModel::Background;
 using test::Error;
 using test::Info;
 using test::Lines;
@@ -22,10 +20,7 @@ class ExitRequest : public test::ServiceFlow
     {
         for (auto const* name : {L"URITimerBGTask", L"another", L"PushNotificationBGTask"})
         {
-            BackgroundTaskBuilder const builder;
-            builder.Name(name);
-            builder.SetTrigger(PushNotificationTrigger());
-            builder.Register();
+            test::RegisterPushTask(name);
         }
     }
 

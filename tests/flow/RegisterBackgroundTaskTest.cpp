@@ -1,16 +1,14 @@
+#include "tests/flow/RegisteredTask.h"
 #include "tests/flow/ServiceFlow.h"
 #include "tests/unit/utils/RecordingHook.h"
 
 #include <algorithm>
-
-#include <winrt/Windows.ApplicationModel.Background.h>
 
 extern "C" decltype(&CreateEventW) __real___imp_CreateEventW;
 
 namespace
 {
 
-using namespace winrt::Windows::ApplicationModel::Background;
 using test::Error;
 using test::Info;
 using test::Lines;
@@ -52,15 +50,6 @@ class RegisterBackgroundTask : public test::ServiceFlow
     RegisterBackgroundTask() { host.ReplaceChannel(uri); }
 
     auto Ask() { return helper->Ask(L"RegisterBackgroundTask"); }
-
-    // A registration from before, of a task that needs nothing.
-    static void Register(wchar_t const* name)
-    {
-        BackgroundTaskBuilder const builder;
-        builder.Name(name);
-        builder.SetTrigger(PushNotificationTrigger());
-        builder.Register();
-    }
 };
 
 TEST_F(RegisterBackgroundTask, RegistersBothTasksAndSendsTheStoredUri)
@@ -96,7 +85,7 @@ TEST_F(RegisterBackgroundTask, RemovesItsOwnEarlierTasksAndNoOthers)
     for (auto const* name : {L"PushNotificationBGTask", L"URITimerBGTask", L"MyPushNotificationBGTask2",
                              L"pushnotificationbgtask", L"PushNotificationBGTask"})
     {
-        Register(name);
+        test::RegisterPushTask(name);
     }
     Ask().get();
     EXPECT_EQ(TaskNames(), (Lines{L"MyPushNotificationBGTask2", L"pushnotificationbgtask"} + ownTasks));
@@ -144,8 +133,8 @@ class RegisterBackgroundTaskFailing : public RegisterBackgroundTask, public test
   protected:
     RegisterBackgroundTaskFailing()
     {
-        Register(L"PushNotificationBGTask");
-        Register(L"URITimerBGTask");
+        test::RegisterPushTask(L"PushNotificationBGTask");
+        test::RegisterPushTask(L"URITimerBGTask");
         host.SetFault(GetParam().fault);
     }
 };

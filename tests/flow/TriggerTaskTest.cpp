@@ -1,15 +1,14 @@
 #include "tests/flow/AppFlow.h"
 #include "tests/flow/Lines.h"
+#include "tests/flow/RegisteredTask.h"
 #include "tests/support/Banner.h"
 
-#include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.Networking.PushNotifications.h>
 
 namespace
 {
 
-using namespace winrt::Windows::ApplicationModel::Background;
 using test::banner;
 using test::Lines;
 
@@ -37,10 +36,7 @@ class TriggerTaskFlow : public test::AppFlow
 
     void Register(wchar_t const* name, bool isPush)
     {
-        BackgroundTaskBuilder const builder;
-        builder.Name(name);
-        isPush ? builder.SetTrigger(PushNotificationTrigger()) : builder.SetTrigger(TimeTrigger(1440, false));
-        builder.Register();
+        isPush ? test::RegisterPushTask(name) : test::RegisterDailyTask(name);
     }
 
     void Trigger(bool isPush)

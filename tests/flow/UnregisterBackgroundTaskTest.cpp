@@ -1,12 +1,10 @@
 #include "service/NotificationAppService.h"
+#include "tests/flow/RegisteredTask.h"
 #include "tests/flow/ServiceFlow.h"
-
-#include <winrt/Windows.ApplicationModel.Background.h>
 
 namespace
 {
 
-using namespace winrt::Windows::ApplicationModel::Background;
 using test::Error;
 using test::Info;
 using test::Lines;
@@ -28,10 +26,7 @@ class UnregisterBackgroundTask : public test::ServiceFlow
     {
         for (auto const* name : {L"PushNotificationBGTask", L"another", L"URITimerBGTask"})
         {
-            BackgroundTaskBuilder const builder;
-            builder.Name(name);
-            builder.SetTrigger(PushNotificationTrigger());
-            builder.Register();
+            test::RegisterPushTask(name);
         }
     }
 
