@@ -10,8 +10,19 @@ namespace zant
 extern LogFunction g_utilsLogHook;
 extern AbstractLogger* g_utilsLogger;
 
-// Any thread. message: a fixed text, taken as a printf format. The hook gets component "ZANTUtils" and the category;
-// the logger gets the category as the line's origin.
-void LogFromUtils(LogLevel level, wchar_t const* category, wchar_t const* message) noexcept;
+// Any thread. format: a wide printf format for the arguments. The hook gets component "ZANTUtils" and the category; the
+// logger gets the category as the line's origin.
+template <typename... Arguments>
+void LogFromUtils(LogLevel level, wchar_t const* category, wchar_t const* format, Arguments... arguments) noexcept
+{
+    if (g_utilsLogHook)
+    {
+        g_utilsLogHook(static_cast<std::uint32_t>(level), L"ZANTUtils", category, L"", L"", format, arguments...);
+    }
+    else if (g_utilsLogger)
+    {
+        g_utilsLogger->Log(level, L"", category, format, arguments...);
+    }
+}
 
 } // namespace zant

@@ -40,20 +40,20 @@ TEST_F(UtilsLog, GoesThroughTheHookAlsoWhenThereIsALogger)
 {
     test::RecordingHook const hook;
     zant::g_utilsLogger = &logger;
-    zant::LogFromUtils(zant::LogLevel::Warn, L"category", L"message");
-    EXPECT_EQ(hook.Lines(), (Lines{{40, L"ZANTUtils", L"category", L"", L"", L"message"}}));
+    zant::LogFromUtils(zant::LogLevel::Warn, L"category", L"'%s' of %d", L"message", 5);
+    EXPECT_EQ(hook.Lines(), (Lines{{40, L"ZANTUtils", L"category", L"", L"", L"'message' of 5"}}));
     EXPECT_TRUE(target.calls.empty());
 }
 
 TEST_F(UtilsLog, GoesThroughTheLoggerWithTheCategoryAsOriginWithoutAHook)
 {
     zant::g_utilsLogger = &logger;
-    zant::LogFromUtils(zant::LogLevel::Error, L"category", L"message");
+    zant::LogFromUtils(zant::LogLevel::Error, L"category", L"'%s' of %d", L"message", 5);
     ASSERT_EQ(target.calls.size(), 1u);
     EXPECT_EQ(target.calls[0].level, zant::LogLevel::Error);
     EXPECT_EQ(target.calls[0].detail, L"");
     EXPECT_EQ(target.calls[0].origin, L"category");
-    EXPECT_EQ(target.calls[0].message, L"message");
+    EXPECT_EQ(target.calls[0].message, L"'message' of 5");
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #pragma once
 #include "utils/UtilsLog.h"
 
+#include <cstdarg>
+#include <cwchar>
 #include <mutex>
 #include <string>
 #include <tuple>
@@ -34,8 +36,13 @@ class RecordingHook
     static std::int32_t Write(std::uint32_t level, wchar_t const* component, wchar_t const* category,
                               wchar_t const* ignored, wchar_t const* location, wchar_t const* format, ...)
     {
+        va_list arguments;
+        va_start(arguments, format);
+        wchar_t message[1024] = {};
+        _vsnwprintf(message, std::size(message) - 1, format, arguments);
+        va_end(arguments);
         std::lock_guard const lock(s_mutex);
-        s_lines.emplace_back(level, component, category, ignored, location, format);
+        s_lines.emplace_back(level, component, category, ignored, location, message);
         return 0;
     }
 
