@@ -22,7 +22,7 @@ constexpr ReplyLines replyLines{
 
 void SendUpdate(ValueSet const& reply, AppServiceDeferral const& requestDeferral)
 {
-    reply.Insert(Messages::newMessageKey, winrt::box_value(Messages::updatedChannelUriAvailable));
+    SetNewMessage(reply, Messages::updatedChannelUriAvailable);
     SendReply(reply, requestDeferral, replyLines);
 }
 
@@ -39,7 +39,7 @@ void SendStoredUri(PushNotificationChannel const& channel, ValueSet const& reply
     if (auto const uri = StoredChannelUri())
     {
         appServiceLog.Info(L"Channel URI found in local setting");
-        reply.Insert(Messages::newMessageKey, winrt::box_value(Messages::updatedChannelUriAvailable));
+        SetNewMessage(reply, Messages::updatedChannelUriAvailable);
         reply.Insert(Messages::newCuriKey, uri);
         SendReply(reply, requestDeferral, replyLines);
     }

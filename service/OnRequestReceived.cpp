@@ -8,7 +8,6 @@
 #include "service/NotNull.h"
 #include "service/NotificationAppService.h"
 #include "service/Reply.h"
-#include "service/Settled.h"
 #include "utils/Event.h"
 
 #include <winrt/Windows.ApplicationModel.Core.h>
@@ -43,11 +42,6 @@ constexpr ReplyLines registrationDoneLines{
 constexpr ReplyLines unregistrationLines{
     {L"Msg sent to WIN32 for background task unregistration done", L"UnRegisterBkgServices deferral complete"},
     {L"Error in sending response for appservice requset after sucessful bkg task unregistration", nullptr}};
-
-void SetNewMessage(ValueSet const& message, wchar_t const* value)
-{
-    message.Insert(Messages::newMessageKey, winrt::box_value(value));
-}
 
 void GetChannelUri(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
 {
@@ -102,10 +96,8 @@ void UnregisterBackgroundTask(ValueSet const& outgoingMessage, AppServiceDeferra
     SendReply(outgoingMessage, requestDeferral, unregistrationLines);
 }
 
-winrt::fire_and_forget ExitWhenAcknowledged(IAsyncOperation<AppServiceResponseStatus> send,
-                                            AppServiceDeferral requestDeferral)
+void ExitAcknowledged(AppServiceDeferral const& requestDeferral)
 {
-    co_await Settled(send);
     appServiceLog.Info(L"Ack sent to VelmoNotificationHelper for exit");
     requestDeferral.Complete();
     appServiceLog.Info(L"Exit ZEB deferral complete");
@@ -120,7 +112,8 @@ void ExitZeb(AppServiceRequest const& request, AppServiceDeferral const& request
     acknowledgement.Insert(Messages::messageAckKey, winrt::box_value(Messages::ack));
     try
     {
-        ExitWhenAcknowledged(NotNull(request.SendResponseAsync(acknowledgement)), requestDeferral);
+        auto const send = NotNull(request.SendResponseAsync(acknowledgement));
+        send.Completed([requestDeferral](auto&&...) noexcept { ExitAcknowledged(requestDeferral); });
     }
     catch (...)
     {

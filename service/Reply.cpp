@@ -1,9 +1,9 @@
 #include "service/Reply.h"
 
 #include "service/AppServiceLog.h"
+#include "service/Messages.h"
 #include "service/NotNull.h"
 #include "service/NotificationAppService.h"
-#include "service/Settled.h"
 
 using namespace winrt::Windows::ApplicationModel::AppService;
 using namespace winrt::Windows::Foundation;
@@ -30,21 +30,22 @@ void Complete(AppServiceDeferral const& requestDeferral, CompletionLines const& 
     }
 }
 
-winrt::fire_and_forget CompleteWhenSent(IAsyncOperation<AppServiceResponse> send, AppServiceDeferral requestDeferral,
-                                        CompletionLines lines)
-{
-    co_await Settled(send);
-    Complete(requestDeferral, lines, &LogSite::Info<>);
-}
-
 } // namespace
+
+void SetNewMessage(ValueSet const& message, wchar_t const* value)
+{
+    message.Insert(Messages::newMessageKey, winrt::box_value(value));
+}
 
 void SendReply(ValueSet const& message, AppServiceDeferral const& requestDeferral, ReplyLines const& lines)
 {
     try
     {
         auto const connection = NotNull(NotificationAppService::appServiceConnection.Get());
-        CompleteWhenSent(NotNull(connection.SendMessageAsync(message)), requestDeferral, lines.sent);
+        auto const send = NotNull(connection.SendMessageAsync(message));
+        send.Completed([requestDeferral, sent = lines.sent](auto&&...) noexcept {
+            Complete(requestDeferral, sent, &LogSite::Info<>);
+        });
     }
     catch (...)
     {

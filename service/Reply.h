@@ -18,6 +18,9 @@ struct ReplyLines
     CompletionLines notSent; // at ERROR, when it could not be started
 };
 
+// Says in a message to the helper which one it is. value: one of the values of the key "NewMessage".
+void SetNewMessage(winrt::Windows::Foundation::Collections::ValueSet const& message, wchar_t const* value);
+
 // Sends a message to the helper on the connection as it stands at this moment, and completes the request: when the send
 // has completed, on the thread that completes it, or at once when it cannot be started, also since there is no
 // connection any more. The message may be changed afterwards. lines: texts that live for ever. Throws hresult_error

@@ -229,13 +229,34 @@ TEST_F(RegisterBackgroundTask, FailsWhenTheWaitFails)
     ExpectLog(received + Lines{notStarted} + timedOut);
 }
 
+// Of the events of this process only those of a registration reset automatically, without attributes.
+bool IsOfRegistration(BOOL manualReset)
+{
+    return !manualReset;
+}
+
+TEST_F(RegisterBackgroundTask, MakesTheEventBeforeItSaysThatItWaits)
+{
+    std::wstring lastLine;
+    {
+        CreateEventCall const create([&](auto system, auto attributes, BOOL manual, BOOL initial, auto name) {
+            if (IsOfRegistration(manual))
+            {
+                lastLine = log->WaitForLines(0).back();
+            }
+            return system(attributes, manual, initial, name);
+        });
+        Ask().get();
+    }
+    EXPECT_EQ(lastLine, Info(L"RequestReceived to Register BackgroundTask"));
+}
+
 TEST_F(RegisterBackgroundTask, FailsAtOnceWhenNoEventCanBeMadeAndRegistersAllTheSame)
 {
     test::RecordingHook const utils;
     {
         CreateEventCall const create([](auto system, auto attributes, BOOL manual, BOOL initial, auto name) {
-            // Of the events of this process only those of a registration reset automatically, without attributes.
-            return manual ? system(attributes, manual, initial, name) : nullptr;
+            return IsOfRegistration(manual) ? nullptr : system(attributes, manual, initial, name);
         });
         Ask().get();
         ExpectLog(received, timedOut, stored + Lines{pushRegistered, timerRegistered, noException});
