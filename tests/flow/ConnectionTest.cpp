@@ -176,6 +176,11 @@ struct Takeover
     bool hasConnection;
 };
 
+void PrintTo(Takeover const& takeover, std::ostream* stream)
+{
+    *stream << testing::PrintToString(takeover.fault);
+}
+
 class ConnectionNotTakenFor : public ConnectionNotTaken, public testing::WithParamInterface<Takeover>
 {
 };

@@ -170,6 +170,11 @@ struct LaterFailure
     Lines lines;
 };
 
+void PrintTo(LaterFailure const& failure, std::ostream* stream)
+{
+    *stream << testing::PrintToString(failure.fault);
+}
+
 class GetChannelUriFailingLater : public GetChannelUri, public testing::WithParamInterface<LaterFailure>
 {
 };

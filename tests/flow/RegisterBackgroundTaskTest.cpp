@@ -128,6 +128,11 @@ struct Failure
     Lines tasksLeft;
 };
 
+void PrintTo(Failure const& failure, std::ostream* stream)
+{
+    *stream << testing::PrintToString(failure.fault);
+}
+
 class RegisterBackgroundTaskFailing : public RegisterBackgroundTask, public testing::WithParamInterface<Failure>
 {
   protected:

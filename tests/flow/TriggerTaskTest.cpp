@@ -26,6 +26,11 @@ struct Task
     Lines lines;
 };
 
+void PrintTo(Task const& task, std::ostream* stream)
+{
+    *stream << testing::PrintToString(task.name);
+}
+
 class TriggerTaskFlow : public test::AppFlow
 {
   protected:
@@ -162,6 +167,11 @@ struct Failure
     wchar_t const* fault;
     Lines lines;
 };
+
+void PrintTo(Failure const& failure, std::ostream* stream)
+{
+    *stream << testing::PrintToString(failure.fault);
+}
 
 class TriggerTaskFailing : public TriggerTaskFlow, public testing::WithParamInterface<Failure>
 {

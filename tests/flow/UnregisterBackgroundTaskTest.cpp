@@ -98,6 +98,11 @@ struct Failure
     Lines lines;
 };
 
+void PrintTo(Failure const& failure, std::ostream* stream)
+{
+    *stream << testing::PrintToString(failure.fault);
+}
+
 class UnregisterBackgroundTaskLeaving : public UnregisterBackgroundTask, public testing::WithParamInterface<Failure>
 {
 };

@@ -13,6 +13,11 @@ struct Markers
     int threshold;
 };
 
+void PrintTo(Markers const& markers, std::ostream* stream)
+{
+    *stream << testing::PrintToString(markers.names);
+}
+
 class LevelMarkers : public LogFixture, public testing::WithParamInterface<Markers>
 {
 };

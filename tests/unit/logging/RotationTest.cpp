@@ -57,6 +57,11 @@ struct Limit
     std::uint64_t bytes;
 };
 
+void PrintTo(Limit const& limit, std::ostream* stream)
+{
+    *stream << testing::PrintToString(limit.bytes);
+}
+
 class RotationLimitTest : public RotationTest, public testing::WithParamInterface<Limit>
 {
 };
