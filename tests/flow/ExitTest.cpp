@@ -25,6 +25,17 @@ class ExitRequest : public test::ServiceFlow
     }
 
     auto Ask() { return helper->Ask(L"ExitZEB"); }
+
+    // Of the app, and of the request, after these lines.
+    void ExpectNoEnd(Lines const& lines)
+    {
+        auto const request = Ask();
+        log->WaitForLines(received.size() + lines.size());
+        host.WaitUntilQuiet();
+        EXPECT_FALSE(host.HasExited());
+        ExpectLog(received + lines);
+        EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+    }
 };
 
 TEST_F(ExitRequest, RemovesTheTasksAcknowledgesAndEndsTheApp)
@@ -75,12 +86,13 @@ INSTANTIATE_TEST_SUITE_P(Failures, ExitRequestAckNotSent, testing::Values(L"now 
 TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenATaskCannotBeRemoved)
 {
     host.SetFault(L"BackgroundTaskRegistration.Unregister now 0x80004005");
-    auto const request = Ask();
-    log->WaitForLines(received.size() + 1);
-    host.WaitUntilQuiet();
-    EXPECT_FALSE(host.HasExited());
-    ExpectLog(received + Lines{unregister});
-    EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+    ExpectNoEnd({unregister});
+}
+
+TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenTheAcknowledgementCannotBeWritten)
+{
+    host.SetFault(L"ValueSet.Insert now 0x80004005 1");
+    ExpectNoEnd({unregister, unregister});
 }
 
 TEST_F(ExitRequest, WaitsForTheAcknowledgementToBeSent)

@@ -159,6 +159,18 @@ TEST_P(GetChannelUriNotStarted, IsCompletedWhenThatCannotBeSent)
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
+TEST_P(GetChannelUriNotStarted, StaysOpenWhenThatCannotBeWritten)
+{
+    SetFault(GetParam());
+    host.SetFault(L"ValueSet.Insert now 0x80004005 1");
+    auto const request = Ask();
+    log->WaitForLines(received.size());
+    host.WaitUntilQuiet();
+    ExpectLog(received);
+    EXPECT_EQ(helper->Messages(), Lines());
+    EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+}
+
 INSTANTIATE_TEST_SUITE_P(Failures, GetChannelUriNotStarted,
                          testing::Values(L"PushNotificationChannelManager now 0x80040154", L"channel now 0x803E0103",
                                          L"channel now 0x8007000E", L"channel null"));
