@@ -54,7 +54,7 @@ void App::OnLaunched(LaunchActivatedEventArgs const&)
     shellLog.Info(L"Inside OnLaunched");
     LookAtWindowContent();
     shellLog.Info(L"Going to launch full trust app to launch HOV");
-    FinishLaunch(get_strong(), LaunchDesktopComponent(L"LaunchHOV"));
+    LaunchDesktopComponent(get_strong(), L"LaunchHOV");
     // In full, even when the launch is done earlier.
     Sleep(waitMilliseconds);
     shellLog.Info(L"Going to exit");
@@ -93,13 +93,13 @@ void App::RunTriggerTask(IBackgroundTaskInstance const& task)
     {
         shellLog.Info(L"Timer task bkg thread invocation");
         shellLog.Info(L"Going to launch full trust app for timer background task invocation");
-        FinishLaunch(get_strong(), LaunchDesktopComponent(L"CURIUpdated"), deferral);
+        LaunchDesktopComponent(get_strong(), L"CURIUpdated", deferral);
     }
     else if (NotNull(task.Task()).Name() == pushTaskName)
     {
         shellLog.Info(L"Notification bkg thread invocation");
         shellLog.Info(L"Going to launch full trust app for new notification invocation ");
-        FinishLaunch(get_strong(), LaunchDesktopComponent(L"NotificationReceived"), deferral);
+        LaunchDesktopComponent(get_strong(), L"NotificationReceived", deferral);
     }
     // Any other task: nobody completes its deferral, and the platform ends it in time.
 }

@@ -12,27 +12,22 @@ using namespace winrt::Windows::Foundation;
 namespace VelmoNotificationClient
 {
 
-IAsyncAction LaunchDesktopComponent(wchar_t const* parameterGroup)
+void LaunchDesktopComponent(winrt::com_ptr<App> const& app, wchar_t const* parameterGroup,
+                            BackgroundTaskDeferral const& deferral)
 {
-    return NotNull(FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(parameterGroup));
-}
-
-winrt::fire_and_forget FinishLaunch(winrt::com_ptr<App> /*app*/, IAsyncAction launch, BackgroundTaskDeferral deferral)
-{
-    try
-    {
-        co_await winrt::resume_agile(launch);
-    }
-    catch (...)
-    {
-        co_return;
-    }
-    shellLog.Info(L"Launch Done !! ");
-    if (deferral)
-    {
-        deferral.Complete();
-        shellLog.Info(L"Service deferral complete");
-    }
+    auto const launch = NotNull(FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(parameterGroup));
+    launch.Completed([app, deferral](auto const&, AsyncStatus status) noexcept {
+        if (status != AsyncStatus::Completed)
+        {
+            return;
+        }
+        shellLog.Info(L"Launch Done !! ");
+        if (deferral)
+        {
+            deferral.Complete();
+            shellLog.Info(L"Service deferral complete");
+        }
+    });
 }
 
 } // namespace VelmoNotificationClient

@@ -69,20 +69,16 @@ void RegisterAnew(PushNotificationChannel const& channel, zant::ZANT_Event_t con
     }
 }
 
-winrt::fire_and_forget RegisterWithChannel(IAsyncOperation<PushNotificationChannel> request,
-                                           zant::ZANT_Event_t const* registered)
+void RegisterWithChannel(ChannelRequest const& request, zant::ZANT_Event_t const* registered)
 {
     try
     {
-        RegisterAnew(co_await winrt::resume_agile(request), registered);
+        RegisterAnew(request.GetResults(), registered);
         appServiceLog.Info(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
     }
     catch (...)
     {
-        if (!WasCanceled(request))
-        {
-            appServiceLog.Error(L"Inside RegsiterBackgroundtasks, Exception raised in tast_creation for channelURI");
-        }
+        appServiceLog.Error(L"Inside RegsiterBackgroundtasks, Exception raised in tast_creation for channelURI");
     }
 }
 
@@ -93,7 +89,7 @@ void RegsiterBackgroundtasks(zant::ZANT_Event_t const* registered)
     appServiceLog.Info(L"Inside RegsiterBackgroundtasks");
     try
     {
-        RegisterWithChannel(RequestChannel(), registered);
+        RequestChannel([=](ChannelRequest const& request) { RegisterWithChannel(request, registered); });
     }
     catch (...)
     {

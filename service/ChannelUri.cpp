@@ -54,14 +54,15 @@ void Write(winrt::hstring const& uri, wchar_t const* writeLine)
 
 } // namespace
 
-IAsyncOperation<PushNotificationChannel> RequestChannel()
+void RequestChannel(std::function<void(ChannelRequest const&)> const& ended)
 {
-    return NotNull(PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync());
-}
-
-bool WasCanceled(IAsyncInfo const& request)
-{
-    return request.Status() == AsyncStatus::Canceled;
+    auto const request = NotNull(PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync());
+    request.Completed([ended](ChannelRequest const& operation, AsyncStatus status) noexcept {
+        if (status != AsyncStatus::Canceled)
+        {
+            ended(operation);
+        }
+    });
 }
 
 bool StoreChannelUri(PushNotificationChannel const& channel, wchar_t const* writeLine)

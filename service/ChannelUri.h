@@ -1,17 +1,19 @@
 #pragma once
+#include <functional>
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.Networking.PushNotifications.h>
 
 namespace VelmoNotificationClient
 {
 
-// Asks the platform for the app's push channel; each time anew, never kept. Throws hresult_error when the request fails
-// at once.
-winrt::Windows::Foundation::IAsyncOperation<winrt::Windows::Networking::PushNotifications::PushNotificationChannel>
-RequestChannel();
+using ChannelRequest =
+    winrt::Windows::Foundation::IAsyncOperation<winrt::Windows::Networking::PushNotifications::PushNotificationChannel>;
 
-// Whether a request was cancelled, which ends what waits for it without a trace. Only for one that has ended.
-bool WasCanceled(winrt::Windows::Foundation::IAsyncInfo const& request);
+// Asks the platform for the app's push channel; each time anew, never kept. ended: called when the request has ended,
+// well or not, on the thread that ends it; its GetResults gives the channel or throws. What leaves it ends the process.
+// It is not called for a request that was cancelled, which leaves no trace. Throws hresult_error when the request fails
+// at once.
+void RequestChannel(std::function<void(ChannelRequest const& request)> const& ended);
 
 // Puts the channel's URI into the app's local settings, under "CURI", whether or not it is there already. writeLine:
 // the line that says so, written before it is tried. False when the settings fail; nothing is written, and that is no

@@ -51,22 +51,16 @@ void SendStoredUri(PushNotificationChannel const& channel, ValueSet const& reply
     }
 }
 
-// An exception that leaves it ends the process: the deferral cannot be completed.
-winrt::fire_and_forget ReplyWithChannel(IAsyncOperation<PushNotificationChannel> request, ValueSet reply,
-                                        AppServiceDeferral requestDeferral)
+void ReplyWithChannel(ChannelRequest const& request, ValueSet const& reply, AppServiceDeferral const& requestDeferral)
 {
     try
     {
-        SendStoredUri(co_await winrt::resume_agile(request), reply, requestDeferral);
+        SendStoredUri(request.GetResults(), reply, requestDeferral);
         requestDeferral.Complete();
         appServiceLog.Info(L"Inside GetChannelUriStr, task executed no exception seen");
     }
     catch (...)
     {
-        if (WasCanceled(request))
-        {
-            co_return;
-        }
         requestDeferral.Complete();
         appServiceLog.Error(L"Inside GetChannelUriStr, Exception raised in tast_creation for channelURI");
     }
@@ -76,7 +70,7 @@ winrt::fire_and_forget ReplyWithChannel(IAsyncOperation<PushNotificationChannel>
 
 void GetChannelUriStr(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
 {
-    ReplyWithChannel(RequestChannel(), outgoingMessage, requestDeferral);
+    RequestChannel([=](ChannelRequest const& request) { ReplyWithChannel(request, outgoingMessage, requestDeferral); });
 }
 
 } // namespace VelmoNotificationClient

@@ -20,7 +20,7 @@ struct KindName
     std::wstring_view valueName; // empty: the kind takes none
 };
 
-constexpr wchar_t allKinds[] = L"now, completion, never, null, delay, cancelled or status";
+constexpr wchar_t allKinds[] = L"now, completion, never, null, delay, cancelled, status or unheard";
 constexpr wchar_t afterWord[] = L"after";
 
 constexpr std::array kindNames = {
@@ -31,6 +31,7 @@ constexpr std::array kindNames = {
     KindName{FaultKind::Delay, L"delay", L"milliseconds"},
     KindName{FaultKind::Cancelled, L"cancelled", L""},
     KindName{FaultKind::Status, L"status", L"status"},
+    KindName{FaultKind::Unheard, L"unheard", L"result"},
 };
 
 KindName const& NameOf(FaultKind kind)
@@ -113,8 +114,8 @@ class WordReader
 
 void CheckValue(Fault const& fault, std::wstring const& word)
 {
-    auto const isResult = fault.kind == FaultKind::Now || fault.kind == FaultKind::Completion;
-    if (isResult && fault.Result() >= 0)
+    auto const isCount = fault.kind == FaultKind::Delay || fault.kind == FaultKind::Status;
+    if (!isCount && fault.Result() >= 0)
     {
         throw Error(word + L" is no failing result code (they begin with 0x8)");
     }

@@ -18,6 +18,7 @@ enum class FaultKind
     Delay,      // its asynchronous operation ends as it would have, that much later
     Cancelled,  // its asynchronous operation ends as cancelled
     Status,     // its asynchronous operation completes with the status, and does nothing
+    Unheard,    // its asynchronous operation goes on, and setting its completion handler fails with the result code
 };
 
 struct Fault
@@ -27,7 +28,8 @@ struct Fault
 
     std::wstring call; // <class> for getting the class at all, <class>.<member>
     FaultKind kind = FaultKind::Now;
-    std::uint32_t value = 0; // Now, Completion: the result code (negative as an HRESULT); Delay: milliseconds; Status
+    std::uint32_t value =
+        0; // Now, Completion, Unheard: the result code (negative as an HRESULT); Delay: milliseconds; Status
     std::uint32_t times = always;
     std::uint32_t after = 0; // how many calls go well before the first one is struck
 
@@ -40,8 +42,9 @@ struct Fault
     std::vector<std::wstring> Words() const;
 };
 
-// CALL now|completion RESULT [TIMES] [after CALLS] · CALL never|null|cancelled … · CALL delay MS … · CALL status NUMBER
-// … Throws Error for an unknown call, with the list of the known ones, or a kind that the call does not know.
+// CALL now|completion|unheard RESULT [TIMES] [after CALLS] · CALL never|null|cancelled … · CALL delay MS … · CALL
+// status NUMBER … Throws Error for an unknown call, with the list of the known ones, or a kind that the call does not
+// know.
 Fault ParseFault(std::vector<std::wstring> const& words);
 
 } // namespace sim

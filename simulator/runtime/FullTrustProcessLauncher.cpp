@@ -22,7 +22,8 @@ IAsyncAction Run(AsyncFault fault, DesktopLaunch launch)
 IAsyncAction Launch(std::wstring_view call, std::wstring application, std::optional<std::wstring> group)
 {
     AsyncFault const fault(call);
-    return fault.GivesNull() ? nullptr : Run(fault, DesktopLaunch(std::move(application), std::move(group)));
+    return fault.GivesNull() ? nullptr
+                             : fault.Handed(Run(fault, DesktopLaunch(std::move(application), std::move(group))));
 }
 
 constexpr std::wstring_view forCurrentApp = L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync";

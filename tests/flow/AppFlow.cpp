@@ -74,7 +74,10 @@ std::vector<std::wstring> AppFlow::Messages() const
     std::vector<std::wstring> messages;
     for (auto const& line : ReadLines(LogPath()))
     {
-        messages.push_back(Split(line, L" | ").back());
+        auto const fields = Split(line, L" | ");
+        EXPECT_EQ(fields.at(1), L"[INFO]") << testing::PrintToString(line);
+        auto const& category = fields.at(5);
+        messages.push_back((category == L"ZEBMain" ? L"" : category + L": ") + fields.back());
     }
     return messages;
 }

@@ -37,7 +37,7 @@ class AppFlow : public testing::Test
     // Ends the wait that the app is in, or is about to begin.
     void EndWait() { ReleaseSemaphore(m_waitMayEnd.Get(), 1, nullptr); }
 
-    // The messages in the log, in order.
+    // The messages in the log, in order. All are at INFO; what is not of the shell's category is shown with it.
     std::vector<std::wstring> Messages() const;
 
     // How often the device reported that.

@@ -37,7 +37,7 @@ TEST_F(Connection, IsTakenOverByTheServiceWithoutADeferralOfTheApps)
 {
     EXPECT_EQ(Messages(),
               (Lines{test::banner, L"Inside OnBackgroundActivated", L"App service connection request received",
-                     L"Inside ServiceNewConnection .", L"ServiceNewConnection deferral."}));
+                     L"AppService: Inside ServiceNewConnection .", L"AppService: ServiceNewConnection deferral."}));
     EXPECT_TRUE(HasConnection());
     EXPECT_TRUE(HasDeferral());
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
@@ -196,8 +196,8 @@ TEST_P(ConnectionNotTakenFor, EndsTheProcess)
 }
 
 constexpr wchar_t received[] = L"App service connection request received";
-constexpr wchar_t inside[] = L"Inside ServiceNewConnection .";
-constexpr wchar_t deferral[] = L"ServiceNewConnection deferral.";
+constexpr wchar_t inside[] = L"AppService: Inside ServiceNewConnection .";
+constexpr wchar_t deferral[] = L"AppService: ServiceNewConnection deferral.";
 
 INSTANTIATE_TEST_SUITE_P(
     Failures, ConnectionNotTakenFor,

@@ -83,6 +83,16 @@ TEST_P(ExitRequestAckNotSent, IsCompletedAndEndsTheApp)
 
 INSTANTIATE_TEST_SUITE_P(Failures, ExitRequestAckNotSent, testing::Values(L"now 0x80000013", L"null"));
 
+TEST_F(ExitRequest, IsCompletedAndEndsTheAppWhenNobodyCouldHearOfTheEndOfTheAcknowledgement)
+{
+    host.SetFault(L"AppServiceRequest.SendResponseAsync unheard 0x8000000E");
+    Ask();
+    WaitForEnd();
+    EXPECT_TRUE(host.HasExited());
+    ExpectLog(received + Lines{unregister, unregister, Error(L"Error in sending ack still closing")});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
 TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenATaskCannotBeRemoved)
 {
     host.SetFault(L"BackgroundTaskRegistration.Unregister now 0x80004005");

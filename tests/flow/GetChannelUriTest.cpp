@@ -173,7 +173,7 @@ TEST_P(GetChannelUriNotStarted, StaysOpenWhenThatCannotBeWritten)
 
 INSTANTIATE_TEST_SUITE_P(Failures, GetChannelUriNotStarted,
                          testing::Values(L"PushNotificationChannelManager now 0x80040154", L"channel now 0x803E0103",
-                                         L"channel now 0x8007000E", L"channel null"));
+                                         L"channel now 0x8007000E", L"channel null", L"channel unheard 0x8000000E"));
 
 // What goes wrong later, and is reported by the end of the chain: the lines until then, and the fault.
 struct LaterFailure

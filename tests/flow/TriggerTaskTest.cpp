@@ -193,16 +193,17 @@ Lines const untilLaunch = {deferral, L"Notification bkg thread invocation",
 
 INSTANTIATE_TEST_SUITE_P(
     Failures, TriggerTaskFailing,
-    testing::Values(Failure{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}},
-                    Failure{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}},
-                    Failure{L"BackgroundTaskInstance.GetDeferral now 0x80004005", {}},
-                    Failure{L"BackgroundTaskInstance.Task now 0x80004005", {deferral}},
-                    Failure{L"BackgroundTaskRegistration.Name now 0x80004005", {deferral}},
-                    Failure{L"BackgroundTaskRegistration.Name now 0x80004005 1 after 1", {deferral}},
-                    Failure{L"FullTrustProcessLauncher now 0x80040154", untilLaunch},
-                    Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync now 0x80070490",
-                            untilLaunch},
-                    Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null", untilLaunch}));
+    testing::Values(
+        Failure{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}},
+        Failure{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}},
+        Failure{L"BackgroundTaskInstance.GetDeferral now 0x80004005", {}},
+        Failure{L"BackgroundTaskInstance.Task now 0x80004005", {deferral}},
+        Failure{L"BackgroundTaskRegistration.Name now 0x80004005", {deferral}},
+        Failure{L"BackgroundTaskRegistration.Name now 0x80004005 1 after 1", {deferral}},
+        Failure{L"FullTrustProcessLauncher now 0x80040154", untilLaunch},
+        Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync now 0x80070490", untilLaunch},
+        Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync unheard 0x8000000E", untilLaunch},
+        Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null", untilLaunch}));
 
 TEST_F(TriggerTaskFlow, StartsTheDesktopComponentAlsoWithoutADeferralToComplete)
 {

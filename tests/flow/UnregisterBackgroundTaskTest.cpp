@@ -63,6 +63,17 @@ TEST_F(UnregisterBackgroundTask, IsCompletedWhenTheMessageCannotBeSent)
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
+TEST_F(UnregisterBackgroundTask, IsCompletedWhenNobodyCouldHearOfTheEndOfTheSend)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync unheard 0x8000000E 1");
+    EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{done});
+    ExpectLog(received + Lines{unregister, unregister,
+                               Error(L"Error in sending response for appservice requset after sucessful bkg task "
+                                     L"unregistration")});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{1});
+}
+
 TEST_F(UnregisterBackgroundTask, LeavesTheHandlerWhenTheFailedSendCannotBeCompleted)
 {
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");

@@ -92,7 +92,7 @@ Foundation::IAsyncOperation<AppServiceConnectionStatus> AppServiceConnection::Op
         return nullptr;
     }
     BeginOpening();
-    return Open(fault);
+    return fault.Handed(Open(fault));
 }
 
 Foundation::IAsyncOperation<AppServiceConnectionStatus> AppServiceConnection::Open(AsyncFault fault)
@@ -125,7 +125,7 @@ Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection
         return nullptr;
     }
     CheckOpen();
-    return Send(fault, TextOf(message ? message : throw winrt::hresult_invalid_argument()));
+    return fault.Handed(Send(fault, TextOf(message ? message : throw winrt::hresult_invalid_argument())));
 }
 
 Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection::Send(AsyncFault fault,

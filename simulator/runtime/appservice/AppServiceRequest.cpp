@@ -39,7 +39,7 @@ Foundation::IAsyncOperation<Status> AppServiceRequest::SendResponseAsync(Collect
     {
         return nullptr;
     }
-    return Respond(m_request, fault, TextOf(message ? message : throw winrt::hresult_invalid_argument()));
+    return fault.Handed(Respond(m_request, fault, TextOf(message ? message : throw winrt::hresult_invalid_argument())));
 }
 
 } // namespace sim

@@ -30,7 +30,7 @@ Foundation::IAsyncOperation<Pushes::PushNotificationChannel> PushNotificationCha
     CreatePushNotificationChannelForApplicationAsync() const
 {
     AsyncFault const fault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync");
-    return fault.GivesNull() ? nullptr : CreateChannel(fault);
+    return fault.GivesNull() ? nullptr : fault.Handed(CreateChannel(fault));
 }
 
 } // namespace sim
