@@ -1,6 +1,7 @@
 #include "logging/LogFile.h"
 
-#include "logging/LinkCheck.h"
+#include "utils/DeleteFile.h"
+#include "utils/Links.h"
 
 #include <string_view>
 
@@ -22,6 +23,19 @@ UniqueHandle OpenForReading(std::wstring const& path) noexcept
 }
 
 } // namespace
+
+bool ClearOfLinks(std::wstring const& path) noexcept
+{
+    switch (CheckLinks(path, true))
+    {
+    case LinkCheck::NoLink:
+        return true;
+    case LinkCheck::IsLink:
+        return DeleteFileWithRetry(path);
+    default:
+        return false;
+    }
+}
 
 UniqueHandle OpenExistingFile(std::wstring const& path) noexcept
 {
@@ -80,7 +94,7 @@ std::optional<std::uint64_t> FileSize(std::wstring const& path) noexcept
 
 bool CopyContent(std::wstring const& source, std::wstring const& destination) noexcept
 {
-    if (!IsFreeOfLinks(destination, HardLinks::Check))
+    if (!ClearOfLinks(destination))
     {
         return false;
     }
@@ -111,7 +125,7 @@ bool CopyContent(std::wstring const& source, std::wstring const& destination) no
 
 void EmptyFile(std::wstring const& path) noexcept
 {
-    if (IsFreeOfLinks(path, HardLinks::Check))
+    if (ClearOfLinks(path))
     {
         UniqueHandle(CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, TRUNCATE_EXISTING,
                                  FILE_ATTRIBUTE_NORMAL, nullptr));

@@ -11,6 +11,11 @@ namespace zant
 
 // What the target does with files. Every function says how it fails by what it returns, and leaves no handle open then.
 
+// Whether the log may be written to this path: not where a folder above is a link or the file has further hard links,
+// since what is written would land elsewhere, or be read elsewhere. A link at the path itself is deleted first, and
+// what it leads to left alone; where that fails the answer is no.
+bool ClearOfLinks(std::wstring const& path) noexcept;
+
 // The existing file for writing, others may read and write it meanwhile; null when that fails.
 UniqueHandle OpenExistingFile(std::wstring const& path) noexcept;
 
@@ -27,11 +32,11 @@ bool MayBeWideFile(std::wstring const& path) noexcept;
 // Nothing when it cannot be had.
 std::optional<std::uint64_t> FileSize(std::wstring const& path) noexcept;
 
-// Copies the content of one file into another, which is created when missing. True when the source could be read to
-// its end, whatever became of the writing.
+// Copies the content of one file into another, which is created when missing and must be clear of links. True when the
+// source could be read to its end, whatever became of the writing.
 bool CopyContent(std::wstring const& source, std::wstring const& destination) noexcept;
 
-// Empties the file; failing leaves it as it was.
+// Empties the file, which must be clear of links; failing leaves it as it was.
 void EmptyFile(std::wstring const& path) noexcept;
 
 } // namespace zant

@@ -19,9 +19,4 @@ void LogHeaderText::Merge(LogHeaderText const& other)
     }
 }
 
-LogHeaderText BuildLogHeader()
-{
-    return {};
-}
-
 } // namespace zant

@@ -17,7 +17,4 @@ struct LogHeaderText
     void Merge(LogHeaderText const& other);
 };
 
-// The header that a target keeps: empty, nothing is written for it.
-LogHeaderText BuildLogHeader();
-
 } // namespace zant

@@ -1,13 +1,14 @@
 #include "logging/LogTargetDefault.h"
 
+#include "logging/BuildLogHeader.h"
 #include "logging/DatedName.h"
 #include "logging/Folders.h"
 #include "logging/LineText.h"
-#include "logging/LinkCheck.h"
 #include "logging/LogFile.h"
 #include "logging/MessageText.h"
 #include "logging/Rotation.h"
 #include "logging/RotationLimit.h"
+#include "utils/Links.h"
 #include "utils/Utf8.h"
 #include "utils/WideScan.h"
 
@@ -70,7 +71,7 @@ bool LogTargetDefault::OpenFile(UniqueHandle& handle)
         handle.Reset();
         SetAside();
     }
-    if (!IsFreeOfLinks(filePath, HardLinks::Check))
+    if (!ClearOfLinks(filePath))
     {
         return false;
     }
@@ -86,7 +87,7 @@ bool LogTargetDefault::OpenFile(UniqueHandle& handle)
 void LogTargetDefault::SetAside()
 {
     auto aside = DatedPath(filePath, LocalNow());
-    if (aside.empty() || filePath.empty() || Exists(aside) || !IsFreeOfLinks(aside, HardLinks::Ignore))
+    if (aside.empty() || filePath.empty() || Exists(aside) || CheckLinks(aside, false) != LinkCheck::NoLink)
     {
         return;
     }

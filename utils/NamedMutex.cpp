@@ -36,18 +36,18 @@ MutexScope::~MutexScope()
     }
 }
 
-bool NamedMutex::CreateOrOpen(wchar_t const* name) noexcept
+bool CreateOrOpenMutex(UniqueHandle& holder, wchar_t const* name) noexcept
 {
-    if (m_handle)
+    if (holder)
     {
         return true;
     }
-    m_handle = UniqueHandle(CreateMutexW(nullptr, FALSE, name));
-    if (!m_handle && GetLastError() == ERROR_ACCESS_DENIED)
+    holder = UniqueHandle(CreateMutexW(nullptr, FALSE, name));
+    if (!holder && GetLastError() == ERROR_ACCESS_DENIED)
     {
-        m_handle = UniqueHandle(OpenMutexW(0, FALSE, name));
+        holder = UniqueHandle(OpenMutexW(0, FALSE, name));
     }
-    return static_cast<bool>(m_handle);
+    return static_cast<bool>(holder);
 }
 
 } // namespace zant

@@ -31,14 +31,16 @@ class [[nodiscard]] MutexScope
     MutexWait m_outcome;
 };
 
+// Gives the holder the mutex of that name, created (not owned) or joined where it exists; true when the holder has a
+// handle, at once when it already had one. Where access is denied (a process of other rights made it) the mutex is
+// opened without asking for any right: a wait on such a handle may fail, and the wait's outcome tells.
+bool CreateOrOpenMutex(UniqueHandle& holder, wchar_t const* name) noexcept;
+
 // A mutex that processes share by its name, or nothing yet.
 class NamedMutex
 {
   public:
-    // Creates the mutex (not owned) or joins the one that exists; true when there is a handle, at once when there
-    // already was one. Where access is denied (a process of other rights made it) the mutex is opened without asking
-    // for any right: a wait on such a handle may fail, and the wait's outcome tells.
-    bool CreateOrOpen(wchar_t const* name) noexcept;
+    bool CreateOrOpen(wchar_t const* name) noexcept { return CreateOrOpenMutex(m_handle, name); }
 
     explicit operator bool() const noexcept { return static_cast<bool>(m_handle); }
 

@@ -1,6 +1,8 @@
 #include "simulator/log/LogFile.h"
 
+#include "simulator/model/Error.h"
 #include "simulator/model/Files.h"
+#include "simulator/model/Handle.h"
 #include "simulator/model/Package.h"
 #include "simulator/model/Text.h"
 
@@ -13,6 +15,17 @@ namespace
 {
 
 constexpr wchar_t mark = L'\xFEFF';
+
+constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// Throws Error when a file that is there cannot be read.
+void Expect(BOOL result, std::wstring const& path)
+{
+    if (!result)
+    {
+        throw Error(L"the log cannot be read: " + path);
+    }
+}
 
 } // namespace
 
@@ -30,15 +43,10 @@ std::vector<std::wstring> LogFile::NewLines()
     {
         return lines;
     }
-    auto const bytes = ReadBytes(m_path);
-    if (bytes.size() < m_position)
-    {
-        m_position = 0;
-        m_rest.clear();
-    }
-    auto const units = (bytes.size() - m_position) / sizeof(wchar_t);
+    auto const bytes = NewBytes();
+    auto const units = bytes.size() / sizeof(wchar_t);
     std::wstring text(units, L'\0');
-    std::memcpy(text.data(), bytes.data() + m_position, units * sizeof(wchar_t));
+    std::memcpy(text.data(), bytes.data(), units * sizeof(wchar_t));
     if (m_position == 0 && text.starts_with(mark))
     {
         text.erase(0, 1);
@@ -52,6 +60,44 @@ std::vector<std::wstring> LogFile::NewLines()
     }
     m_rest = rest;
     return lines;
+}
+
+// Only what is behind the bytes read: the whole of a file that is emptied meanwhile would be read in part, as if it had
+// been begun anew with its old lines.
+std::string LogFile::NewBytes()
+{
+    Handle const file(CreateFileW(m_path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    LARGE_INTEGER size = {};
+    Expect(file.Get() && GetFileSizeEx(file.Get(), &size), m_path);
+    if (static_cast<std::uint64_t>(size.QuadPart) < m_position)
+    {
+        m_position = 0;
+        m_rest.clear();
+    }
+    LARGE_INTEGER position;
+    position.QuadPart = static_cast<LONGLONG>(m_position);
+    Expect(SetFilePointerEx(file.Get(), position, nullptr, FILE_BEGIN), m_path);
+    std::string bytes;
+    char block[16'384];
+    DWORD read = 0;
+    do
+    {
+        Expect(ReadFile(file.Get(), block, sizeof block, &read, nullptr), m_path);
+        bytes.append(block, read);
+    } while (read > 0);
+    return bytes;
+}
+
+void LogFile::GrowTo(std::uint64_t bytes) const
+{
+    Handle const file(
+        CreateFileW(m_path.c_str(), GENERIC_WRITE, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    LARGE_INTEGER end;
+    end.QuadPart = static_cast<LONGLONG>(bytes);
+    if (!file.Get() || !SetFilePointerEx(file.Get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(file.Get()))
+    {
+        throw Error(L"the log cannot be made longer: " + m_path);
+    }
 }
 
 } // namespace sim

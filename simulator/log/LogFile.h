@@ -22,7 +22,12 @@ class LogFile
     // anew and is read from its start.
     std::vector<std::wstring> NewLines();
 
+    // Makes the file so many bytes long, as long use would, but without any line. Throws Error.
+    void GrowTo(std::uint64_t bytes) const;
+
   private:
+    std::string NewBytes();
+
     std::wstring m_path;
     std::uint64_t m_position = 0; // bytes read
     std::wstring m_rest;          // the beginning of a line that is not complete yet

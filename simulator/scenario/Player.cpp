@@ -4,6 +4,7 @@
 #include "simulator/model/Error.h"
 #include "simulator/model/Files.h"
 #include "simulator/model/Package.h"
+#include "simulator/model/Text.h"
 #include "simulator/scenario/Expectations.h"
 #include "simulator/scenario/Scenario.h"
 #include "simulator/services/WordFile.h"
@@ -37,6 +38,10 @@ class Player
         if (words[0] == L"register")
         {
             Register(words);
+        }
+        else if (words[0] == L"grow-log")
+        {
+            GrowLog(words);
         }
         else if (words[0] == L"helper" || (words[0] == L"kill" && words.size() > 1 && words[1] == L"helper"))
         {
@@ -96,6 +101,16 @@ class Player
         m_observer.WatchLog(LogFile::PathOn(m_device));
     }
 
+    void GrowLog(Words const& words) const
+    {
+        auto const bytes = words.size() == 2 ? ParseNumber(words[1]) : std::nullopt;
+        if (!bytes)
+        {
+            throw Error(L"grow-log BYTES");
+        }
+        LogFile(LogFile::PathOn(m_device)).GrowTo(*bytes);
+    }
+
     // helper [@NAME] ARGUMENTS… · kill helper [@NAME]
     void ActOnHelper(Words const& words)
     {
@@ -106,7 +121,7 @@ class Player
 
     void Act(Words const& words)
     {
-        for (auto const* known : {L"launch", L"protocol", L"suspend", L"kill", L"fault", L"push", L"clock",
+        for (auto const* known : {L"launch", L"protocol", L"suspend", L"page", L"kill", L"fault", L"push", L"clock",
                                   L"revoke-channel", L"cancel-tasks"})
         {
             if (words[0] == known)

@@ -19,6 +19,7 @@ namespace sim
 //   cancel-tasks REASON          as on the command line
 //   helper [@NAME] ARGUMENTS…    starts helper.exe; several at a time have names
 //   kill helper [@NAME]          ends it from outside
+//   grow-log BYTES               makes the app's log so long, as long use would
 //   expect event KIND [NAME=VALUE…]        the next event, of the platform or (desktop-…) of the desktop component,
 //   with
 //                                          these details among its own

@@ -1,6 +1,7 @@
 #include "logging/LogHeaderText.h"
 
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace zant;
 
@@ -39,11 +40,19 @@ TEST(LogHeaderText, EntriesAreAddedOrOverwritten)
     EXPECT_EQ(header.entries, (std::map<std::wstring, std::wstring>{{L"a: ", L"1"}, {L"b: ", L""}, {L"c: ", L"3"}}));
 }
 
-TEST(LogHeaderText, ATargetsOwnIsEmpty)
+TEST(LogHeaderText, EntriesStandInTheOrderOfTheirKeys)
 {
-    auto const header = BuildLogHeader();
-    EXPECT_EQ(header.title, L"");
-    EXPECT_TRUE(header.entries.empty());
-    EXPECT_EQ(header.closing, L"");
-    EXPECT_FALSE(header.merge);
+    LogHeaderText header;
+    for (auto const* key : {L"OS Name: ", L"OS Version: ", L"OS Locale: ", L"HOV Version: ", L"OS Build Version: ",
+                            L"a", L"Bit: ", L"B", L"\xE9"})
+    {
+        header.Merge({.entries = {{key, L""}}});
+    }
+    std::vector<std::wstring> keys;
+    for (auto const& [key, value] : header.entries)
+    {
+        keys.push_back(key);
+    }
+    EXPECT_EQ(keys, (std::vector<std::wstring>{L"B", L"Bit: ", L"HOV Version: ", L"OS Build Version: ", L"OS Locale: ",
+                                               L"OS Name: ", L"OS Version: ", L"a", L"\xE9"}));
 }

@@ -23,10 +23,21 @@ void StartWatchdog()
     CloseHandle(CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr));
 }
 
+// Wine's debugger, which would show the crash, may end the program with the code 0: a test that passed.
+LONG WINAPI EndAfterCrash(EXCEPTION_POINTERS* exception)
+{
+    auto const& record = *exception->ExceptionRecord;
+    std::fprintf(stderr, "crashed: exception 0x%08lX at %p\n", record.ExceptionCode, record.ExceptionAddress);
+    std::fflush(stderr);
+    TerminateProcess(GetCurrentProcess(), 98);
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    SetUnhandledExceptionFilter(EndAfterCrash);
     testing::InitGoogleTest(&argc, argv);
     if (!testing::GTEST_FLAG(list_tests))
     {

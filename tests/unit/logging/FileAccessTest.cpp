@@ -33,6 +33,12 @@ struct Opening
     DWORD flags;
 };
 
+// Before a file is written to.
+Opening LinkCount(std::wstring const& name)
+{
+    return {name, GENERIC_READ | GENERIC_WRITE, others, OPEN_EXISTING, plain};
+}
+
 // The openings of one call of the target's Open, in their order.
 class FileAccess : public LogFixture
 {
@@ -62,6 +68,7 @@ TEST_F(FileAccess, ToSetAFileAside)
     WriteBytes(LogPath(), "plain");
     EXPECT_EQ(OpeningsOfOpen(), (std::vector<Opening>{
                                     {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its mark
+                                    LinkCount(log),
                                     {log, GENERIC_WRITE, others, OPEN_EXISTING, notThroughLinks},
                                     {log, GENERIC_WRITE, others, CREATE_NEW, notThroughLinks},
                                     {L"pvq.trace", GENERIC_READ, others, OPEN_EXISTING, plain},
@@ -74,13 +81,17 @@ TEST_F(FileAccess, ToRotateAFile)
     WriteLogOfSize(LogPath(), limit);
     EXPECT_EQ(OpeningsOfOpen(), (std::vector<Opening>{
                                     {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its mark
+                                    LinkCount(log),
                                     {log, GENERIC_WRITE, others, OPEN_EXISTING, notThroughLinks},
                                     {L"pvq.trace", GENERIC_READ, others, OPEN_EXISTING, plain},
                                     {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its size
-                                    {log, GENERIC_READ | GENERIC_WRITE, others, OPEN_EXISTING, plain},
+                                    LinkCount(copy),
+                                    {log, GENERIC_READ | GENERIC_WRITE, others, OPEN_EXISTING, plain}, // to copy it
                                     {copy, GENERIC_WRITE, nobody, OPEN_ALWAYS, notThroughLinks},
+                                    LinkCount(log),
                                     {log, GENERIC_WRITE, others, TRUNCATE_EXISTING, plain},
                                     {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its mark
+                                    LinkCount(log),
                                     {log, GENERIC_WRITE, others, OPEN_EXISTING, notThroughLinks},
                                 }));
 }

@@ -11,6 +11,7 @@ void LogFixture::Configure(zant::LogTargetDefault& target) const
 {
     target.fileName = LogName();
     target.filePath = LogPath();
+    target.storedHeader = {}; // so that lines do not depend on the machine
 }
 
 bool LogWide(zant::LogTargetDefault& target, zant::LogLevel level, wchar_t const* format, ...)

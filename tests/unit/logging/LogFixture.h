@@ -30,7 +30,7 @@ class LogFixture : public testing::Test
 
     std::wstring LogPath() const { return folder / LogName(); }
 
-    // Points the target at the test's log.
+    // Points the target at the test's log and takes its header away.
     void Configure(zant::LogTargetDefault& target) const;
 
     TemporaryFolder folder;

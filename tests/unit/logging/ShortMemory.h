@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 
 namespace test
 {
@@ -12,5 +13,20 @@ class ShortMemory
     ShortMemory& operator=(ShortMemory const&) = delete;
     ~ShortMemory();
 };
+
+// While it lives, one allocation of this thread fails: the first after so many others.
+class ShortMoment
+{
+  public:
+    explicit ShortMoment(int allocationsBefore) noexcept;
+    ShortMoment(ShortMoment const&) = delete;
+    ShortMoment& operator=(ShortMoment const&) = delete;
+    ~ShortMoment();
+
+    bool HasPassed() const noexcept;
+};
+
+// The blocks of memory that this thread has got from operator new, less those that it has given back.
+std::ptrdiff_t HeldBlocks() noexcept;
 
 } // namespace test

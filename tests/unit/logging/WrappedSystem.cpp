@@ -15,6 +15,7 @@ extern "C"
     decltype(&FindNextFileW) __wrap___imp_FindNextFileW = &FindNextFileCall::Entry;
     decltype(&GetDateFormatEx) __wrap___imp_GetDateFormatEx = &GetDateFormatCall::Entry;
     decltype(&GetFileAttributesW) __wrap___imp_GetFileAttributesW = &GetFileAttributesCall::Entry;
+    decltype(&GetFileInformationByHandle) __wrap___imp_GetFileInformationByHandle = &GetFileInformationCall::Entry;
     decltype(&GetFileSizeEx) __wrap___imp_GetFileSizeEx = &GetFileSizeCall::Entry;
     decltype(&GetLocalTime) __wrap___imp_GetLocalTime = &GetLocalTimeCall::Entry;
     decltype(&GetSystemTimePreciseAsFileTime) __wrap___imp_GetSystemTimePreciseAsFileTime = &GetSystemTimeCall::Entry;

@@ -1,4 +1,5 @@
 #pragma once
+#include "tests/support/Failing.h"
 #include "tests/support/WrappedCall.h"
 
 #include <windows.h>
@@ -17,6 +18,7 @@ extern "C"
     extern decltype(&FindNextFileW) __real___imp_FindNextFileW;
     extern decltype(&GetDateFormatEx) __real___imp_GetDateFormatEx;
     extern decltype(&GetFileAttributesW) __real___imp_GetFileAttributesW;
+    extern decltype(&GetFileInformationByHandle) __real___imp_GetFileInformationByHandle;
     extern decltype(&GetFileSizeEx) __real___imp_GetFileSizeEx;
     extern decltype(&GetLocalTime) __real___imp_GetLocalTime;
     extern decltype(&GetSystemTimePreciseAsFileTime) __real___imp_GetSystemTimePreciseAsFileTime;
@@ -48,6 +50,7 @@ using FindFirstFileCall = WrappedCall<&__real___imp_FindFirstFileW>;
 using FindNextFileCall = WrappedCall<&__real___imp_FindNextFileW>;
 using GetDateFormatCall = WrappedCall<&__real___imp_GetDateFormatEx>;
 using GetFileAttributesCall = WrappedCall<&__real___imp_GetFileAttributesW>;
+using GetFileInformationCall = WrappedCall<&__real___imp_GetFileInformationByHandle>;
 using GetFileSizeCall = WrappedCall<&__real___imp_GetFileSizeEx>;
 using GetLocalTimeCall = WrappedCall<&__real___imp_GetLocalTime>;
 using GetSystemTimeCall = WrappedCall<&__real___imp_GetSystemTimePreciseAsFileTime>;
@@ -63,29 +66,5 @@ using SetFilePointerCall = WrappedCall<&__real___imp_SetFilePointerEx>;
 using WaitCall = WrappedCall<&__real___imp_WaitForSingleObject>;
 using WideCharToMultiByteCall = WrappedCall<&__real___imp_WideCharToMultiByte>;
 using WriteFileCall = WrappedCall<&__real___imp_WriteFile>;
-
-// A replacement that fails with the system's error.
-template <typename Result>
-auto Failing(Result result, DWORD error)
-{
-    return [=](auto...) {
-        SetLastError(error);
-        return result;
-    };
-}
-
-// Calls through while `skipped` calls last, then fails once, then calls through again.
-template <typename Result>
-auto FailingAfter(int& skipped, Result result, DWORD error)
-{
-    return [=, &skipped](auto next, auto... arguments) {
-        if (skipped-- == 0)
-        {
-            SetLastError(error);
-            return result;
-        }
-        return static_cast<Result>(next(arguments...));
-    };
-}
 
 } // namespace test

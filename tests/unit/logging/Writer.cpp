@@ -19,6 +19,7 @@ bool Write(std::wstring const& path, std::wstring const& tag, unsigned count, bo
     LogTargetDefault target;
     target.filePath = path;
     target.fileName = FileNameOf(path);
+    target.storedHeader = {}; // the tests count lines
     UniqueHandle const start(CreateEventW(nullptr, TRUE, FALSE, (target.fileName + L"-start").c_str()));
     if (!target.Open() || WaitForSingleObject(start.Get(), INFINITE) != WAIT_OBJECT_0)
     {

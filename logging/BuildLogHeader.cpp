@@ -1,0 +1,84 @@
+#include "logging/BuildLogHeader.h"
+
+#include "utils/FileVersion.h"
+#include "utils/Locale.h"
+#include "utils/OSVersion.h"
+#include "utils/SuiteFolder.h"
+#include "utils/WideScan.h"
+
+#include <new>
+#include <string_view>
+#include <windows.h>
+// After windows.h, whose types it needs.
+#include <shlwapi.h>
+
+namespace zant
+{
+
+namespace
+{
+
+constexpr std::wstring_view asterisks =
+    L"******************************************************************************";
+static_assert(asterisks.size() == 78);
+
+// Empty when they do not make a path together or memory is short.
+std::wstring Joined(std::wstring const& folder, std::wstring const& relative) noexcept
+try
+{
+    if (folder.empty() || relative.empty())
+    {
+        return {};
+    }
+    auto path = folder;
+    path.resize(folder.size() + 11 + relative.size()); // where PathAppendW writes, which is not told the size
+    if (!PathAppendW(path.data(), relative.c_str()))
+    {
+        return {};
+    }
+    path.resize(ViewOf(path.c_str()).size());
+    return path;
+}
+catch (std::bad_alloc const&)
+{
+    return {};
+}
+
+// False without the suite, and when its program tells no version.
+bool GetSuiteVersion(std::wstring& version)
+{
+    std::wstring folder;
+    GetSuiteInstallFolder(folder); // leaves it empty when it fails
+    auto const program = Joined(folder, L"HOV\\Tessaline.exe");
+    return PathFileExistsW(program.c_str()) && GetFileVersionText(program, version);
+}
+
+} // namespace
+
+LogHeaderText BuildLogHeader()
+{
+    std::wstring locale;
+    GetUserLocale(locale);
+    OSVersion version = {};
+    ProbeOSVersion(version);
+    std::wstring name;
+    GetOSName(version, name);
+    std::wstring versionText;
+    GetOSVersionText(version, versionText);
+
+    LogHeaderText header;
+    if (std::wstring suiteVersion; GetSuiteVersion(suiteVersion))
+    {
+        header.entries[L"HOV Version: "] = std::move(suiteVersion);
+    }
+    header.title = asterisks;
+    header.entries[L"OS Name: "] = std::move(name);
+    header.entries[L"OS Version: "] = std::move(versionText);
+    header.entries[L"OS Locale: "] = std::move(locale);
+    header.entries[L"Bit: "] = L"64"; // on every machine: it is not measured
+    GetOSBuildText(header.entries[L"OS Build Version: "]);
+    header.closing = asterisks;
+    return header;
+}
+
+} // namespace zant

@@ -1,0 +1,31 @@
+#pragma once
+#include <windows.h>
+
+namespace test
+{
+
+// A replacement that fails with the system's error.
+template <typename Result>
+auto Failing(Result result, DWORD error)
+{
+    return [=](auto...) {
+        SetLastError(error);
+        return result;
+    };
+}
+
+// Calls through while `skipped` calls last, then fails once, then calls through again.
+template <typename Result>
+auto FailingAfter(int& skipped, Result result, DWORD error)
+{
+    return [=, &skipped](auto next, auto... arguments) {
+        if (skipped-- == 0)
+        {
+            SetLastError(error);
+            return result;
+        }
+        return static_cast<Result>(next(arguments...));
+    };
+}
+
+} // namespace test

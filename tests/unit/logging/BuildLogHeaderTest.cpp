@@ -1,0 +1,168 @@
+#include "logging/BuildLogHeader.h"
+
+#include "tests/support/Failing.h"
+#include "tests/support/WrappedCall.h"
+#include "tests/unit/logging/ShortMemory.h"
+#include "tests/unit/logging/SuiteProgram.h"
+#include "utils/Locale.h"
+
+#include <gtest/gtest.h>
+#include <new>
+
+extern "C"
+{
+    extern decltype(&GetVersionExW) __real___imp_GetVersionExW;
+    extern decltype(&RegGetValueW) __real___imp_RegGetValueW;
+    extern decltype(&VerifyVersionInfoW) __real___imp_VerifyVersionInfoW;
+}
+
+using namespace test;
+using namespace zant;
+
+namespace
+{
+
+using GetVersionCall = WrappedCall<&__real___imp_GetVersionExW>;
+using RegGetValueCall = WrappedCall<&__real___imp_RegGetValueW>;
+using VerifyVersionCall = WrappedCall<&__real___imp_VerifyVersionInfoW>;
+
+// While it lives, the system is Windows 10.0 of this build.
+class WindowsOfBuild
+{
+  public:
+    explicit WindowsOfBuild(DWORD build)
+        : m_build([build](auto, OSVERSIONINFOW* version) {
+              version->dwBuildNumber = build;
+              return TRUE;
+          })
+    {
+    }
+
+  private:
+    VerifyVersionCall m_numbers{[](auto, OSVERSIONINFOEXW* wanted, DWORD which, DWORDLONG) {
+        auto const isAtLeast = (which & VER_MAJORVERSION) != 0   ? wanted->dwMajorVersion <= 10
+                               : (which & VER_MINORVERSION) != 0 ? wanted->dwMinorVersion == 0
+                                                                 : wanted->wServicePackMajor == 0;
+        return isAtLeast ? TRUE : FALSE;
+    }};
+    GetVersionCall m_build;
+};
+
+std::wstring Locale()
+{
+    std::wstring locale;
+    GetUserLocale(locale);
+    return locale;
+}
+
+using Entries = std::map<std::wstring, std::wstring>;
+
+} // namespace
+
+extern "C"
+{
+    decltype(&GetVersionExW) __wrap___imp_GetVersionExW = &GetVersionCall::Entry;
+    decltype(&RegGetValueW) __wrap___imp_RegGetValueW = &RegGetValueCall::Entry;
+    decltype(&VerifyVersionInfoW) __wrap___imp_VerifyVersionInfoW = &VerifyVersionCall::Entry;
+}
+
+TEST(BuildLogHeader, TellsOfTheMachineBetweenLinesOfAsterisks)
+{
+    WindowsOfBuild const windows(19'045);
+    auto const header = BuildLogHeader();
+    EXPECT_EQ(header.title, std::wstring(78, L'*'));
+    EXPECT_EQ(header.closing, std::wstring(78, L'*'));
+    EXPECT_FALSE(header.merge);
+    EXPECT_EQ(header.entries, (Entries{{L"Bit: ", L"64"},
+                                       {L"OS Build Version: ", L"19045"},
+                                       {L"OS Locale: ", Locale()},
+                                       {L"OS Name: ", L"Windows 10"},
+                                       {L"OS Version: ", L"10.0.0"}}));
+}
+
+TEST(BuildLogHeader, TellsTheVersionOfAnInstalledSuite)
+{
+    SuiteProgram const suite;
+    auto const header = BuildLogHeader();
+    EXPECT_EQ(header.entries.size(), 6u);
+    EXPECT_EQ(header.entries.at(L"HOV Version: "), suiteVersion);
+}
+
+TEST(BuildLogHeader, LeavesOutASuiteThatTellsNoVersion)
+{
+    SuiteProgram const suite(SuiteProgram::Kind::WithoutVersion);
+    auto const header = BuildLogHeader();
+    EXPECT_EQ(header.entries.size(), 5u);
+    EXPECT_FALSE(header.entries.contains(L"HOV Version: "));
+}
+
+TEST(BuildLogHeader, LeavesOutASuiteWhoseFolderCannotBeHad)
+{
+    SuiteProgram const suite;
+    RegGetValueCall const fault([](auto...) { return LSTATUS{ERROR_FILE_NOT_FOUND}; });
+    auto const header = BuildLogHeader();
+    EXPECT_EQ(header.entries.size(), 5u);
+    EXPECT_FALSE(header.entries.contains(L"HOV Version: "));
+}
+
+// So is one in a folder too long for a path.
+TEST(BuildLogHeader, LeavesOutASuiteWhosePathCannotBeMade)
+{
+    RegGetValueCall const longFolder([](auto, HKEY, auto, auto, DWORD, DWORD*, void* data, DWORD*) {
+        auto* const text = static_cast<wchar_t*>(data);
+        std::fill_n(text, MAX_PATH - 1, L'a');
+        text[MAX_PATH - 1] = L'\0';
+        return LSTATUS{ERROR_SUCCESS};
+    });
+    EXPECT_EQ(BuildLogHeader().entries.size(), 5u);
+}
+
+TEST(BuildLogHeader, KnowsWindows11ByItsBuild)
+{
+    WindowsOfBuild const windows(22'000);
+    auto const header = BuildLogHeader();
+    EXPECT_EQ(header.entries.at(L"OS Name: "), L"Windows 11");
+    EXPECT_EQ(header.entries.at(L"OS Version: "), L"10.0.0");
+}
+
+TEST(BuildLogHeader, HasAnEmptyBuildWhenThatCannotBeRead)
+{
+    GetVersionCall const fault(Failing(FALSE, ERROR_INVALID_PARAMETER));
+    EXPECT_EQ(BuildLogHeader().entries.at(L"OS Build Version: "), L"");
+}
+
+TEST(BuildLogHeader, CallsASystemThatTellsNothingUnknown)
+{
+    VerifyVersionCall const fault(Failing(FALSE, ERROR_OLD_WIN_VERSION));
+    EXPECT_EQ(BuildLogHeader().entries.at(L"OS Name: "), L"UNKNOWN");
+}
+
+// Each allocation in turn fails: some of them cost the suite its entry, the other ones the whole header, and nothing is
+// lost beside what is missing.
+TEST(BuildLogHeader, LosesAnEntryOrIsNotMadeWhenMemoryIsShort)
+{
+    SuiteProgram const suite;
+    auto withoutSuite = 0;
+    auto notMade = 0;
+    for (auto turn = 0;; ++turn)
+    {
+        auto const held = HeldBlocks();
+        ShortMoment const moment(turn);
+        try
+        {
+            auto const header = BuildLogHeader();
+            if (!moment.HasPassed())
+            {
+                break;
+            }
+            withoutSuite += header.entries.contains(L"HOV Version: ") ? 0 : 1;
+        }
+        catch (std::bad_alloc const&)
+        {
+            ++notMade;
+        }
+        EXPECT_EQ(HeldBlocks(), held);
+    }
+    EXPECT_GT(withoutSuite, 0);
+    EXPECT_GT(notMade, 0);
+}

@@ -1,0 +1,5 @@
+// A program to be looked at, not run.
+int main()
+{
+    return 0;
+}

@@ -1,0 +1,61 @@
+#include "utils/FileVersion.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <new>
+#include <optional>
+#include <vector>
+#include <windows.h>
+
+namespace zant
+{
+
+namespace
+{
+
+// Copies no more than the resource says it has: one that was made too short is not read beyond its end, and one that is
+// empty has no signature.
+std::optional<VS_FIXEDFILEINFO> FixedInformationOf(std::wstring const& path)
+{
+    constexpr DWORD signature = 0xFEEF04BD;
+    auto const size = GetFileVersionInfoSizeW(path.c_str(), nullptr);
+    if (size == 0)
+    {
+        return std::nullopt;
+    }
+    std::vector<std::byte> resource(size);
+    void* found = nullptr;
+    UINT length = 0;
+    if (!GetFileVersionInfoW(path.c_str(), 0, size, resource.data()) ||
+        !VerQueryValueW(resource.data(), L"\\", &found, &length))
+    {
+        return std::nullopt;
+    }
+    VS_FIXEDFILEINFO information = {};
+    std::memcpy(&information, found, std::min<std::size_t>(length, sizeof information));
+    return information.dwSignature == signature ? std::optional(information) : std::nullopt;
+}
+
+} // namespace
+
+bool GetFileVersionText(std::wstring const& path, std::wstring& text) noexcept
+try
+{
+    auto const information = FixedInformationOf(path);
+    if (!information)
+    {
+        return false;
+    }
+    text = std::to_wstring(HIWORD(information->dwFileVersionMS)) + L"." +
+           std::to_wstring(LOWORD(information->dwFileVersionMS)) + L"." +
+           std::to_wstring(HIWORD(information->dwFileVersionLS)) + L"." +
+           std::to_wstring(LOWORD(information->dwFileVersionLS));
+    return true;
+}
+catch (std::bad_alloc const&)
+{
+    return false;
+}
+
+} // namespace zant

@@ -1,0 +1,72 @@
+#include "utils/Links.h"
+
+#include "utils/ParentPath.h"
+
+#include <new>
+#include <windows.h>
+
+namespace zant
+{
+
+namespace
+{
+
+bool IsReparsePoint(std::wstring const& path) noexcept
+{
+    auto const attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+bool HasLinkAbove(std::wstring path) noexcept
+{
+    // Each step makes the path shorter, so this ends.
+    while (RemoveLastComponent(path))
+    {
+        if (IsReparsePoint(path))
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+LinkCheck CheckLinks(std::wstring const& path, bool checkHardLinks) noexcept
+try
+{
+    if (IsReparsePoint(path))
+    {
+        return LinkCheck::IsLink;
+    }
+    if (checkHardLinks && HasSeveralLinks(path))
+    {
+        return LinkCheck::SeveralLinks;
+    }
+    return HasLinkAbove(path) ? LinkCheck::ParentIsLink : LinkCheck::NoLink;
+}
+catch (std::bad_alloc const&)
+{
+    return LinkCheck::ParentIsLink;
+}
+
+bool HasSeveralLinks(std::wstring const& path) noexcept
+{
+    auto* const file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                   nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+    {
+        return false;
+    }
+    BY_HANDLE_FILE_INFORMATION information;
+    if (!GetFileInformationByHandle(file, &information))
+    {
+        // The handle stays open, on purpose: until the process ends nobody can delete or rename a file about whose
+        // links nothing is known. That is why no UniqueHandle owns it.
+        return false;
+    }
+    CloseHandle(file);
+    return information.nNumberOfLinks > 1;
+}
+
+} // namespace zant

@@ -1,0 +1,49 @@
+#include "utils/SuiteFolder.h"
+
+#include "utils/OSDetails.h"
+#include "utils/WideScan.h"
+
+#include <new>
+#include <windows.h>
+
+namespace zant
+{
+
+namespace
+{
+
+constexpr std::uint32_t arm64 = 2;
+
+bool IsArm64Machine() noexcept
+{
+    std::uint32_t bits = 0;
+    std::uint32_t architecture = 0;
+    _GetOSDetails(bits, architecture); // gives an architecture also when it fails
+    return architecture == arm64;
+}
+
+} // namespace
+
+// From where the shell itself has its special folders for programs. Asking the shell would load it with all that it
+// needs: 26 ms under Wine, about as much as everything else from the start of the process to the first line; and this
+// is asked at each start.
+bool GetSuiteInstallFolder(std::wstring& result) noexcept
+try
+{
+    auto const* const name = IsArm64Machine() ? L"ProgramFilesDir" : L"ProgramFilesDir (x86)";
+    wchar_t folder[MAX_PATH];
+    DWORD size = sizeof folder;
+    if (RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion", name, RRF_RT_REG_SZ, nullptr,
+                     folder, &size) != ERROR_SUCCESS)
+    {
+        return false;
+    }
+    result = std::wstring(ViewOf(folder)) + L"\\Velmo\\Velmo Tessaline";
+    return true;
+}
+catch (std::bad_alloc const&)
+{
+    return false;
+}
+
+} // namespace zant
