@@ -1,4 +1,6 @@
 #pragma once
+#include "app/AppTypes.h"
+
 #include <winrt/Windows.ApplicationModel.Activation.h>
 #include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.ApplicationModel.h>
@@ -9,12 +11,15 @@ namespace VelmoNotificationClient
 
 // The application object, composed over the platform's Application. Constructing it sets up logging, before anything
 // else can log. It shows no page; each override is one way in which the platform starts or wakes the app.
-struct App : winrt::Windows::UI::Xaml::ApplicationT<App>
+struct App : winrt::Windows::UI::Xaml::ApplicationT<App, winrt::Windows::UI::Xaml::Markup::IXamlMetadataProvider>,
+             AppTypes
 {
+    static constexpr wchar_t className[] = L"VelmoNotificationClient.App";
+
     // Throws hresult_error when the platform's base or its Suspending event cannot be had.
     App();
 
-    winrt::hstring GetRuntimeClassName() const override { return L"VelmoNotificationClient.App"; }
+    winrt::hstring GetRuntimeClassName() const override { return className; }
 
     // A user launch: starts the desktop component, waits 3 s on the calling thread, ends the app.
     void OnLaunched(winrt::Windows::ApplicationModel::Activation::LaunchActivatedEventArgs const& args);

@@ -82,6 +82,11 @@ std::optional<Activation> AppHost::Taken(Peer const& from, std::wstring const& a
     {
         m_journal.Add(L"suspending");
     }
+    else if (activation.kind == ActivationKind::Page)
+    {
+        m_process->tookActivation = true;
+        m_journal.Add(L"page-requested", {Detail(L"class", activation.argument)});
+    }
     else
     {
         m_process->tookActivation = true;

@@ -182,7 +182,7 @@ void Broker::WelcomeApp(std::shared_ptr<Peer> const& from, Words const& words)
     {
         from->Send(MakeMessage(L"fault", fault.Words()));
     }
-    from->Send({L"welcome", NeedPackage().FamilyName()});
+    from->Send({L"welcome", NeedPackage().FamilyName(), NeedPackage().folder});
     m_app.Attach(from); // sends the first activations: they find the faults in force
 }
 

@@ -24,7 +24,7 @@ namespace sim
 //   follow                        "event LINE" for all events so far and to come
 //   stop                          the device is switched off
 // From the app's process:
-//   hello-app PID                 answered with the faults, then "welcome FAMILY"; or with "refused"
+//   hello-app PID                 answered with the faults, then "welcome FAMILY FOLDER"; or with "refused"
 //   taken ID                      it now gets this activation
 //   launch-desktop REQUEST APPLICATION [GROUP]    answered with "launched REQUEST RESULT"
 //   exiting · fault-used CALL · report KIND [NAME=VALUE…]
@@ -72,6 +72,7 @@ class Broker
     std::wstring Launch(Words const& words);
     std::wstring Protocol(Words const& words);
     std::wstring Suspend(Words const& words);
+    std::wstring MakePage(Words const& words);
     std::wstring Kill(Words const& words);
     std::wstring Push(Words const& words);
     std::wstring Clock(Words const& words);

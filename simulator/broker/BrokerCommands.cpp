@@ -53,6 +53,7 @@ std::wstring Broker::Answer(std::wstring const& verb, Words const& words)
         {L"launch", &Broker::Launch},
         {L"protocol", &Broker::Protocol},
         {L"suspend", &Broker::Suspend},
+        {L"page", &Broker::MakePage},
         {L"kill", &Broker::Kill},
         {L"push", &Broker::Push},
         {L"clock", &Broker::Clock},
@@ -127,6 +128,12 @@ std::wstring Broker::Suspend(Words const&)
     NeedApp();
     m_app.Activate(NeedPackage(), ActivationKind::Suspend, L"");
     return L"";
+}
+
+std::wstring Broker::MakePage(Words const& words)
+{
+    m_app.Activate(NeedPackage(), ActivationKind::Page, OnlyWord(words, L"runtime class of a page"));
+    return m_app.Status();
 }
 
 std::wstring Broker::Kill(Words const&)

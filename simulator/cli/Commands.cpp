@@ -69,6 +69,11 @@ int Suspend(Words const&)
     return Ask({L"suspend"});
 }
 
+int Page(Words const& words)
+{
+    return Ask(MakeMessage(L"page", words));
+}
+
 int Kill(Words const&)
 {
     return Ask({L"kill"});
@@ -276,6 +281,11 @@ constexpr Command commands[] = {
     {L"launch", L"[ARGUMENTS]", L"the user starts the app", L"", 0, 1, Launch},
     {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, Protocol},
     {L"suspend", L"", L"the system suspends the app: its Suspending event is raised", L"", 0, 0, Suspend},
+    {L"page", L"CLASS", L"the framework makes the app's page of that class",
+     L"  In each of the two ways in which it can: by activating the class, and with the type that the app tells of "
+     L"it.\n"
+     L"  Neither shows it. sim events tells what came of it. An app that is not running is started.",
+     1, 1, Page},
     {L"kill", L"", L"ends the app's process from outside, as Task Manager does", L"", 0, 0, Kill},
     {L"push", L"[PAYLOAD]", L"a raw notification is sent to the app's channel",
      L"  The payload is under 5 KB. It is lost without an open channel, or without a task that a push triggers.", 0, 1,

@@ -16,9 +16,9 @@ struct KindName
     std::size_t moreCount = 0;
 };
 
-constexpr std::array kindNames = {KindName{L"launch", L"arguments"}, KindName{L"protocol", L"uri"},
-                                  KindName{L"suspend", L""}, KindName{L"app-service", L"", 4},
-                                  KindName{L"background-task", L"", 5}};
+constexpr std::array kindNames = {
+    KindName{L"launch", L"arguments"}, KindName{L"protocol", L"uri"},        KindName{L"suspend", L""},
+    KindName{L"app-service", L"", 4},  KindName{L"background-task", L"", 5}, KindName{L"page", L"class"}};
 constexpr std::size_t nameInMore = 2; // of the app service or the task
 
 KindName const& NameOf(ActivationKind kind)

@@ -13,6 +13,7 @@ enum class ActivationKind
     Suspend,        // no activation: the system suspends the app, in order with its activations
     AppService,     // more: INSTANCE CONNECTION NAME CALLERFAMILY; CALLERFAMILY is empty for an unpackaged caller
     BackgroundTask, // more: INSTANCE TASKID NAME TRIGGER PAYLOAD; TRIGGER is push or timer, PAYLOAD a push's content
+    Page,           // no activation: the framework makes a page and lets go of it; argument: its runtime class
 };
 
 // What the platform has for an app, in the order in which the app gets it.

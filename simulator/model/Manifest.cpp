@@ -36,6 +36,13 @@ class ManifestReader
         {
             ReadCapabilities(*capabilities);
         }
+        if (auto const* extensions = package.Child(foundation, L"Extensions"))
+        {
+            for (auto const* extension : extensions->Children(foundation, L"Extension"))
+            {
+                ReadInProcessServer(*extension);
+            }
+        }
         return std::move(m_manifest);
     }
 
@@ -174,6 +181,41 @@ class ManifestReader
         component.groups.push_back(std::move(group));
     }
 
+    void ReadInProcessServer(XmlElement const& extension)
+    {
+        if (NeedAttribute(extension, L"Category") != L"windows.activatableClass.inProcessServer")
+        {
+            return;
+        }
+        auto const& element = Need(extension, L"InProcessServer");
+        Manifest::InProcessServer server{Need(element, L"Path").text, {}};
+        if (server.path.empty())
+        {
+            Fail(L"the <Path> of an in-process server is empty");
+        }
+        Need(element, L"ActivatableClass");
+        for (auto const* activatable : element.Children(foundation, L"ActivatableClass"))
+        {
+            server.classes.push_back(ReadClass(*activatable, server));
+        }
+        m_manifest.inProcessServers.push_back(std::move(server));
+    }
+
+    std::wstring ReadClass(XmlElement const& activatable, Manifest::InProcessServer const& server) const
+    {
+        auto const threading = NeedAttribute(activatable, L"ThreadingModel");
+        if (threading != L"both" && threading != L"STA" && threading != L"MTA")
+        {
+            Fail(L"there is no ThreadingModel " + threading);
+        }
+        auto name = NeedAttribute(activatable, L"ActivatableClassId");
+        if (m_manifest.InProcessServerOf(name) || server.Has(name))
+        {
+            Fail(L"there are two classes with the ActivatableClassId " + name);
+        }
+        return name;
+    }
+
     void ReadCapabilities(XmlElement const& capabilities)
     {
         for (auto const* capability : capabilities.Children(restricted, L"Capability"))
@@ -197,6 +239,18 @@ Manifest::ParameterGroup const* Manifest::DesktopComponent::Group(std::wstring_v
 bool Manifest::DeclaresAppService(std::wstring_view service) const
 {
     return std::ranges::find(appServices, service) != appServices.end();
+}
+
+bool Manifest::InProcessServer::Has(std::wstring_view className) const
+{
+    return std::ranges::find(classes, className) != classes.end();
+}
+
+Manifest::InProcessServer const* Manifest::InProcessServerOf(std::wstring_view className) const
+{
+    auto const found =
+        std::ranges::find_if(inProcessServers, [&](auto const& server) { return server.Has(className); });
+    return found == inProcessServers.end() ? nullptr : &*found;
 }
 
 Manifest ReadManifest(std::wstring const& path)

@@ -25,6 +25,15 @@ struct Manifest
         ParameterGroup const* Group(std::wstring_view id) const;
     };
 
+    // A module of the package that has runtime classes of its own.
+    struct InProcessServer
+    {
+        std::wstring path; // relative to the package's folder
+        std::vector<std::wstring> classes;
+
+        bool Has(std::wstring_view className) const;
+    };
+
     std::wstring name;
     std::wstring publisher;
     std::wstring version;
@@ -34,10 +43,14 @@ struct Manifest
     std::vector<std::wstring> protocols;   // URI schemes, lower case
     std::vector<std::wstring> appServices; // their names; they are served by the application itself
     std::optional<DesktopComponent> desktopComponent;
+    std::vector<InProcessServer> inProcessServers;
     bool mayRunFullTrust = false; // the capability that the desktop component needs
 
     // Names are compared exactly.
     bool DeclaresAppService(std::wstring_view service) const;
+
+    // Null for a class that the package does not declare.
+    InProcessServer const* InProcessServerOf(std::wstring_view className) const;
 };
 
 // Reads AppxManifest.xml. Throws Error that names the file and what is missing or wrong in it. One application per

@@ -76,6 +76,10 @@ class TreeBuilder
         {
             m_open.pop_back();
         }
+        if (type == XmlNodeType_Text || type == XmlNodeType_CDATA)
+        {
+            m_open.back()->text += Text(&IXmlReader::GetValue);
+        }
         if (type != XmlNodeType_Element)
         {
             return;

@@ -7,7 +7,7 @@
 namespace sim
 {
 
-// One element of an XML file. Text between elements is not kept: the files read here carry their facts in attributes.
+// One element of an XML file.
 struct XmlElement
 {
     struct Attribute
@@ -18,6 +18,7 @@ struct XmlElement
 
     std::wstring namespaceUri;
     std::wstring name; // without its prefix
+    std::wstring text; // all that stands in it outside of its children, but white space between elements
     std::vector<Attribute> attributes;
     std::vector<XmlElement> children;
 

@@ -1,6 +1,7 @@
 #include "simulator/runtime/Application.h"
 
 #include "simulator/runtime/Framework.h"
+#include "simulator/runtime/xaml/Markup.h"
 
 namespace sim
 {
@@ -24,6 +25,17 @@ void ApplicationFactory::Start(Xaml::ApplicationInitializationCallback const& ca
 {
     ThrowIfStruck(L"Application.Start");
     winrt::check_hresult(Framework::Instance().Run(callback));
+}
+
+void ApplicationFactory::LoadComponent(IInspectable const& component, Foundation::Uri const& address) const
+{
+    ThrowIfStruck(L"Application.LoadComponent");
+    Framework::Instance().NeedViewThread();
+    if (!component || !address)
+    {
+        throw winrt::hresult_error(E_POINTER);
+    }
+    LoadMarkup(component, address);
 }
 
 } // namespace sim

@@ -3,6 +3,7 @@
 #include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.UI.Xaml.Controls.Primitives.h>
 #include <winrt/Windows.UI.Xaml.h>
 
 namespace sim
@@ -23,10 +24,14 @@ struct ApplicationFactory
 
     void Start(Xaml::ApplicationInitializationCallback const& callback) const;
 
-    template <typename... T>
-    Unserved LoadComponent(T const&...) const
+    // Of pages; on the main view's thread alone: RPC_E_WRONG_THREAD elsewhere.
+    void LoadComponent(IInspectable const& component, Foundation::Uri const& address) const;
+
+    // Where the resource belongs is all the same here: the package has no parts.
+    void LoadComponent(IInspectable const& component, Foundation::Uri const& address,
+                       Xaml::Controls::Primitives::ComponentResourceLocation) const
     {
-        return {};
+        LoadComponent(component, address);
     }
 };
 

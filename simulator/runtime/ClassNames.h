@@ -14,9 +14,11 @@ inline constexpr wchar_t const* runtimeClassNames[] = {
     L"Windows.ApplicationModel.FullTrustProcessLauncher",
     L"Windows.Foundation.Collections.ValueSet",
     L"Windows.Foundation.PropertyValue",
+    L"Windows.Foundation.Uri",
     L"Windows.Networking.PushNotifications.PushNotificationChannelManager",
     L"Windows.Storage.ApplicationData",
     L"Windows.UI.Xaml.Application",
+    L"Windows.UI.Xaml.Controls.Page",
     L"Windows.UI.Xaml.Window",
 };
 

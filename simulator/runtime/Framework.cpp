@@ -4,6 +4,7 @@
 #include "simulator/model/Text.h"
 #include "simulator/runtime/ActivatedEventArgs.h"
 #include "simulator/runtime/BackgroundActivatedEventArgs.h"
+#include "simulator/runtime/xaml/PageMaker.h"
 
 #include <thread>
 
@@ -69,6 +70,14 @@ Xaml::Window Framework::CurrentWindow() const noexcept
     return GetCurrentThreadId() == m_viewThread ? m_window : Xaml::Window(nullptr);
 }
 
+void Framework::NeedViewThread() const
+{
+    if (GetCurrentThreadId() != m_viewThread)
+    {
+        throw winrt::hresult_error(RPC_E_WRONG_THREAD);
+    }
+}
+
 std::int32_t Framework::RunView(Xaml::ApplicationInitializationCallback const& callback)
 {
     std::int32_t result = S_OK;
@@ -106,6 +115,11 @@ void Framework::Deliver(Activation const& activation)
     if (activation.kind == ActivationKind::Suspend)
     {
         m_base->RaiseSuspending(m_application);
+        return;
+    }
+    if (activation.kind == ActivationKind::Page)
+    {
+        MakePage(CurrentApplication(), activation.argument);
         return;
     }
     try

@@ -31,6 +31,9 @@ class Framework
     // Null without a foreground activation, and on all threads but the main view's.
     Xaml::Window CurrentWindow() const noexcept;
 
+    // Throws RPC_E_WRONG_THREAD on all threads but the main view's.
+    void NeedViewThread() const;
+
   private:
     std::int32_t RunView(Xaml::ApplicationInitializationCallback const& callback);
     void Construct(Xaml::ApplicationInitializationCallback const& callback);

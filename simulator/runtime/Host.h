@@ -65,6 +65,9 @@ class Host
     // package identity.
     virtual std::wstring DataFolder() = 0;
 
+    // Where the app's package lies. Throws hresult_error 0x80073D54 for a process without package identity.
+    virtual std::wstring PackageFolder() = 0;
+
     // The app has taken a deferral of a request that it serves, or has completed one. Told each time, also when that
     // changes nothing: for tests.
     virtual void DeferralTaken(std::wstring const& request) {}

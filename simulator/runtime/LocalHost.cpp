@@ -176,6 +176,12 @@ void LocalHost::SetWindowContent(IInspectable content)
     m_windowContent = std::move(content);
 }
 
+void LocalHost::SetPackageFolder(std::wstring folder)
+{
+    std::lock_guard const lock(m_mutex);
+    m_packageFolder = std::move(folder);
+}
+
 void LocalHost::End()
 {
     m_activations.End();
@@ -313,6 +319,16 @@ void LocalHost::Listen(std::function<void(Message const&)> listener)
 std::wstring LocalHost::DataFolder()
 {
     return m_platform->DataFolder();
+}
+
+std::wstring LocalHost::PackageFolder()
+{
+    std::lock_guard const lock(m_mutex);
+    if (m_packageFolder.empty())
+    {
+        throw winrt::hresult_error(HRESULT_FROM_WIN32(APPMODEL_ERROR_NO_PACKAGE));
+    }
+    return m_packageFolder;
 }
 
 void LocalHost::DeferralTaken(std::wstring const& request)

@@ -94,6 +94,9 @@ class LocalHost : public Host
     // What the app's window holds when it is made; nothing unless set. Before the first foreground activation.
     void SetWindowContent(IInspectable content);
 
+    // Where the app's package lies: its manifest and its markup. Nowhere unless set: the app has no package.
+    void SetPackageFolder(std::wstring folder);
+
     // Ends the app from outside, once its thread is free.
     void End();
 
@@ -129,6 +132,7 @@ class LocalHost : public Host
     void Tell(Message const& words) override;
     void Listen(std::function<void(Message const&)> listener) override;
     std::wstring DataFolder() override;
+    std::wstring PackageFolder() override;
     void DeferralTaken(std::wstring const& request) override;
     void DeferralCompleted(std::wstring const& request) override;
 
@@ -143,6 +147,7 @@ class LocalHost : public Host
     std::deque<Launch> m_launches;
     FaultTable m_faults;
     IInspectable m_windowContent;
+    std::wstring m_packageFolder;
     std::vector<Event> m_reports;
     std::optional<std::int32_t> m_failure;
     bool m_hasExited = false;

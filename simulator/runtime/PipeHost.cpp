@@ -155,11 +155,22 @@ void PipeHost::Listen(std::function<void(Message const&)> listener)
 
 std::wstring PipeHost::DataFolder()
 {
+    NeedApp();
+    return m_device.PackageDataFolder(m_familyName);
+}
+
+std::wstring PipeHost::PackageFolder()
+{
+    NeedApp();
+    return m_packageFolder;
+}
+
+void PipeHost::NeedApp() const
+{
     if (!IsApp())
     {
         throw winrt::hresult_error(noPackage);
     }
-    return m_device.PackageDataFolder(m_familyName);
 }
 
 void PipeHost::Received(Message message)
@@ -184,9 +195,10 @@ void PipeHost::Received(Message message)
     {
         SetFaults(message);
     }
-    else if (verb == L"welcome")
+    else if (verb == L"welcome" && message.size() > 2)
     {
-        m_familyName = message.size() > 1 ? message[1] : std::wstring();
+        m_familyName = message[1];
+        m_packageFolder = message[2];
         Greeted(Greeting::App);
     }
     else if (verb == L"refused")

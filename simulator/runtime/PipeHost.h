@@ -40,6 +40,7 @@ class PipeHost : public Host
     void Tell(Message const& words) override;
     void Listen(std::function<void(Message const&)> listener) override;
     std::wstring DataFolder() override;
+    std::wstring PackageFolder() override;
 
   private:
     enum class Greeting
@@ -52,6 +53,7 @@ class PipeHost : public Host
 
     using Answered = std::function<void(Message)>;
 
+    void NeedApp() const;
     void Received(Message message);
     void Closed();
     void Greeted(Greeting greeting);
@@ -68,7 +70,8 @@ class PipeHost : public Host
     std::condition_variable m_greeted;
     std::condition_variable m_answered;
     std::atomic<Greeting> m_greeting = Greeting::Awaited;
-    std::wstring m_familyName; // does not change once greeted
+    std::wstring m_familyName; // these two do not change once greeted
+    std::wstring m_packageFolder;
     FaultTable m_faults;
     std::map<std::wstring, Answered> m_pending; // by the name of the request; called on the connection's thread
     unsigned m_lastRequest = 0;

@@ -3,6 +3,7 @@
 #include "simulator/runtime/CoreApplication.h"
 #include "simulator/runtime/FullTrustProcessLauncher.h"
 #include "simulator/runtime/Receivers.h"
+#include "simulator/runtime/Uri.h"
 #include "simulator/runtime/Window.h"
 #include "simulator/runtime/appservice/AppServiceConnection.h"
 #include "simulator/runtime/background/BackgroundTaskBuilder.h"
@@ -13,6 +14,7 @@
 #include "simulator/runtime/storage/ApplicationData.h"
 #include "simulator/runtime/values/PropertyValue.h"
 #include "simulator/runtime/values/ValueSet.h"
+#include "simulator/runtime/xaml/Page.h"
 
 #include <algorithm>
 #include <atomic>
@@ -48,10 +50,12 @@ constexpr KnownClass classes[] = {
     {L"Windows.ApplicationModel.FullTrustProcessLauncher", Make<FullTrustProcessLauncherFactory>},
     {L"Windows.Foundation.Collections.ValueSet", Make<ValueSetFactory>},
     {L"Windows.Foundation.PropertyValue", Make<PropertyValueFactory>},
+    {L"Windows.Foundation.Uri", Make<UriFactory>},
     {L"Windows.Networking.PushNotifications.PushNotificationChannelManager",
      Make<PushNotificationChannelManagerFactory>},
     {L"Windows.Storage.ApplicationData", Make<ApplicationDataFactory>},
     {L"Windows.UI.Xaml.Application", Make<ApplicationFactory>},
+    {L"Windows.UI.Xaml.Controls.Page", Make<PageFactory>},
     {L"Windows.UI.Xaml.Window", Make<WindowFactory>},
 };
 

@@ -44,13 +44,18 @@ arg_out<T> bind_out(T& value) noexcept
     }
 }
 
+// A structure that holds strings: it owns what is written to its place.
+template <typename T>
+inline constexpr bool is_owning_struct_v =
+    !is_object_v<T> && !std::is_same_v<T, hstring> && !std::is_trivially_copyable_v<T>;
+
 // The place for one result of a call, then its owner.
 template <typename T>
 struct result_of_call
 {
-    arg_in<T> value{};
+    std::conditional_t<is_owning_struct_v<T>, T, arg_in<T>> value{};
 
-    arg_out<T> put() noexcept { return &value; }
+    arg_out<T> put() noexcept { return reinterpret_cast<arg_out<T>>(&value); }
     T take() noexcept
     {
         if constexpr (is_object_v<T> || std::is_same_v<T, hstring>)
@@ -63,7 +68,7 @@ struct result_of_call
         }
         else
         {
-            return std::move(reinterpret_cast<T&>(value));
+            return std::move(value);
         }
     }
 };

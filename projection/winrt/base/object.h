@@ -208,6 +208,10 @@ inline void copy_from_abi(Windows::Foundation::IUnknown& object, void* value) no
     }
     attach_abi(object, value);
 }
+inline void copy_from_abi(hstring& text, void* value)
+{
+    text = reinterpret_cast<hstring const&>(value);
+}
 inline void copy_to_abi(Windows::Foundation::IUnknown const& object, void*& value) noexcept
 {
     auto copy = object;

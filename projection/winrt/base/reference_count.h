@@ -36,7 +36,8 @@ class weak_block final : public IWeakReference
         return error_no_interface;
     }
     uint32_t __stdcall AddRef() noexcept final { return add_one(m_weak); }
-    uint32_t __stdcall Release() noexcept final
+    // Not inlined: GCC 12 guesses that any object which is released may be one of these, and warns of the guess.
+    [[gnu::noinline]] uint32_t __stdcall Release() noexcept final
     {
         auto const remaining = subtract_one(m_weak);
         if (remaining == 0)

@@ -4,7 +4,8 @@
 
 TEST(Activation, ComesBackFromItsWords)
 {
-    for (auto const kind : {sim::ActivationKind::Launch, sim::ActivationKind::Protocol, sim::ActivationKind::Suspend})
+    for (auto const kind : {sim::ActivationKind::Launch, sim::ActivationKind::Protocol, sim::ActivationKind::Suspend,
+                            sim::ActivationKind::Page})
     {
         auto const back = sim::Activation::FromWords(sim::Activation{L"7", kind, L"a b"}.Words());
         ASSERT_TRUE(back);

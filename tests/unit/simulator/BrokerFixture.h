@@ -104,6 +104,9 @@ class Brokers : public testing::Test
         return peer;
     }
 
+    // What a process hears when it has connected.
+    sim::Message Welcome() const { return {L"welcome", family, m_layout}; }
+
     void Say(std::shared_ptr<FakePeer> const& peer, sim::Message const& message) const
     {
         m_broker->Received(peer, message);

@@ -37,7 +37,7 @@ TEST_F(Brokers, KeepActivationsUntilTheProcessConnectsAndGiveThemInOrder)
     Ask({L"launch", L"three"});
     EXPECT_EQ(m_processes->started.size(), 1u);
     ASSERT_EQ(app->received.size(), 4u);
-    EXPECT_EQ(app->received[0], (sim::Message{L"welcome", family}));
+    EXPECT_EQ(app->received[0], Welcome());
     EXPECT_EQ(app->received[1], (sim::Message{L"activate", L"1", L"launch", L"one"}));
     EXPECT_EQ(app->received[2], (sim::Message{L"activate", L"2", L"protocol", L"a-protocol:two"}));
     EXPECT_EQ(app->received[3], (sim::Message{L"activate", L"3", L"launch", L"three"}));
@@ -225,7 +225,7 @@ TEST_F(Brokers, TellANewProcessItsFaultsBeforeItsActivations)
     auto const app = Connect(0);
     ASSERT_EQ(app->received.size(), 3u);
     EXPECT_EQ(app->received[0], (sim::Message{L"fault", L"CoreApplication.Exit", L"now", L"0x80004005", L"2"}));
-    EXPECT_EQ(app->received[1], (sim::Message{L"welcome", family}));
+    EXPECT_EQ(app->received[1], Welcome());
     Ask({L"fault", L"clear"});
     EXPECT_EQ(app->received.back(), sim::Message{L"faults-clear"});
 }
@@ -241,7 +241,7 @@ TEST_F(Brokers, CountTheFaultsThatStruck)
     m_broker->Closed(first);
     m_processes->End(0, 3);
     Ask({L"launch"});
-    EXPECT_EQ(Connect(1)->received.front(), (sim::Message{L"welcome", family}));
+    EXPECT_EQ(Connect(1)->received.front(), Welcome());
 }
 
 TEST_F(Brokers, RefuseAnUnknownFault)
@@ -329,6 +329,18 @@ TEST_F(Brokers, DoNotStartAProcessToSuspendIt)
     Ask({L"suspend"});
     Exit(0, app);
     EXPECT_EQ(m_processes->started.size(), 1u);
+}
+
+TEST_F(Brokers, StartTheAppForItsPageAndTellItWhich)
+{
+    EXPECT_EQ(Ask({L"page", L"A.Page"})[0], L"error"); // no package
+    Register();
+    EXPECT_EQ(Ask({L"page"})[0], L"error");
+    EXPECT_EQ(Ask({L"page", L"A.Page"})[0], L"ok");
+    auto const app = Connect(0);
+    EXPECT_EQ(app->received.back(), (sim::Message{L"activate", L"1", L"page", L"A.Page"}));
+    Say(app, {L"taken", L"1"});
+    EXPECT_EQ(LastEvent().Text(), L"page-requested class=A.Page");
 }
 
 TEST_F(Brokers, EndWhatRunsWhenTheDeviceIsSwitchedOff)

@@ -1,5 +1,6 @@
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
+#include "simulator/model/Error.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -92,4 +93,20 @@ TEST(LogLine, OfAnotherFormIsNone)
     {
         EXPECT_FALSE(sim::ParseLogLine(line)) << line;
     }
+}
+
+TEST_F(LogReading, GivesNoLineOfAFileThatWasMadeLonger)
+{
+    Write(mark + test::Utf16(L"one\r\n"));
+    EXPECT_EQ(m_file.NewLines(), Lines{L"one"});
+    m_file.GrowTo(1'000'000);
+    EXPECT_EQ(test::ReadBytes(m_path).size(), 1'000'000u);
+    EXPECT_EQ(m_file.NewLines(), Lines{});
+    Write(test::Utf16(L"after\r\n"));
+    EXPECT_EQ(m_file.NewLines(), Lines{L"after"});
+}
+
+TEST_F(LogReading, CannotMakeAMissingFileLonger)
+{
+    EXPECT_THROW(m_file.GrowTo(1), sim::Error);
 }

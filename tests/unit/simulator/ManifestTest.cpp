@@ -31,6 +31,22 @@ std::string const whole = R"(<?xml version="1.0" encoding="utf-8"?>
     </Application>
   </Applications>
   <Capabilities><rescap:Capability Name="runFullTrust"/></Capabilities>
+  <Extensions>
+    <Extension Category="windows.activatableClass.inProcessServer">
+      <InProcessServer>
+        <Path>App.exe</Path>
+        <ActivatableClass ActivatableClassId="A.Page" ThreadingModel="both"/>
+        <ActivatableClass ActivatableClassId="A.Provider" ThreadingModel="STA"/>
+      </InProcessServer>
+    </Extension>
+    <Extension Category="windows.activatableClass.inProcessServer">
+      <InProcessServer>
+        <Path>Sub\<![CDATA[Other]]>.dll</Path>
+        <ActivatableClass ActivatableClassId="A.Thing" ThreadingModel="MTA"/>
+      </InProcessServer>
+    </Extension>
+    <Extension Category="windows.certificates"/>
+  </Extensions>
 </Package>
 )";
 
@@ -93,6 +109,19 @@ TEST_F(ManifestReading, GivesWhatThePackageDeclares)
     EXPECT_EQ(manifest.desktopComponent->Group(L"first"), nullptr);
 }
 
+TEST_F(ManifestReading, TellsWhichModuleHasAClass)
+{
+    auto const manifest = Read(whole);
+    ASSERT_EQ(manifest.inProcessServers.size(), 2u);
+    EXPECT_EQ(manifest.InProcessServerOf(L"A.Page"), &manifest.inProcessServers[0]);
+    EXPECT_EQ(manifest.InProcessServerOf(L"A.Provider"), &manifest.inProcessServers[0]);
+    EXPECT_EQ(manifest.InProcessServerOf(L"A.Thing"), &manifest.inProcessServers[1]);
+    EXPECT_EQ(manifest.inProcessServers[0].path, L"App.exe");
+    EXPECT_EQ(manifest.inProcessServers[1].path, L"Sub\\Other.dll");
+    EXPECT_EQ(manifest.InProcessServerOf(L"a.page"), nullptr);
+    EXPECT_EQ(manifest.InProcessServerOf(L"A.App"), nullptr);
+}
+
 TEST_F(ManifestReading, ReadsTheShippedManifest)
 {
     auto const manifest = sim::ReadManifest(PACKAGE_MANIFEST);
@@ -100,6 +129,13 @@ TEST_F(ManifestReading, ReadsTheShippedManifest)
     ASSERT_TRUE(manifest.desktopComponent);
     EXPECT_EQ(manifest.desktopComponent->groups.size(), 3u);
     EXPECT_TRUE(manifest.DeclaresAppService(L"com.velmo.notification"));
+    for (auto const* className :
+         {L"VelmoNotificationClient.MainPage",
+          L"VelmoNotificationClient.VelmoNotificationClient_uwp_XamlTypeInfo.XamlMetaDataProvider"})
+    {
+        ASSERT_NE(manifest.InProcessServerOf(className), nullptr);
+        EXPECT_EQ(manifest.InProcessServerOf(className)->path, manifest.executable);
+    }
 }
 
 TEST_F(ManifestReading, KnowsAPackageWithoutExtensionsAndCapabilities)
@@ -184,7 +220,17 @@ TEST_F(ManifestReading, NamesWhatIsMissingOrWrong)
         {"GroupId=\"Second\"", "GroupId=\"First\"", L"there are two parameter groups with the GroupId First"},
         {"<Extensions>",
          "<Extensions><desktop:Extension Category=\"windows.fullTrustProcess\" Executable=\"Other.exe\"/>",
-         L"there is more than one windows.fullTrustProcess extension"}};
+         L"there is more than one windows.fullTrustProcess extension"},
+        {"<Path>App.exe</Path>", "", L"<InProcessServer> has no <Path>"},
+        {"<Path>App.exe</Path>", "<Path> </Path>", L"the <Path> of an in-process server is empty"},
+        {"<ActivatableClass ActivatableClassId=\"A.Thing\" ThreadingModel=\"MTA\"/>", "",
+         L"<InProcessServer> has no <ActivatableClass>"},
+        {"ActivatableClassId=\"A.Page\"", "", L"<ActivatableClass> has no ActivatableClassId"},
+        {" ThreadingModel=\"STA\"", "", L"<ActivatableClass> has no ThreadingModel"},
+        {"ThreadingModel=\"STA\"", "ThreadingModel=\"sta\"", L"there is no ThreadingModel sta"},
+        {"A.Provider", "A.Page", L"there are two classes with the ActivatableClassId A.Page"},
+        {"A.Thing", "A.Page", L"there are two classes with the ActivatableClassId A.Page"},
+        {" Category=\"windows.certificates\"", "", L"<Extension> has no Category"}};
     for (auto const& lack : lacks)
     {
         EXPECT_EQ(ErrorWith(lack.part, lack.replacement), Path() + L": " + lack.message);

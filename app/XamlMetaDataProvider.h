@@ -1,0 +1,36 @@
+#pragma once
+#include "app/XamlTypeInfoProvider.h"
+
+#include <optional>
+#include <winrt/Windows.UI.Xaml.Interop.h>
+#include <winrt/Windows.UI.Xaml.Markup.h>
+
+namespace VelmoNotificationClient
+{
+
+// Answers the XAML framework's questions about the app's types. Any thread.
+struct XamlMetaDataProvider
+    : winrt::implements<XamlMetaDataProvider, winrt::Windows::UI::Xaml::Markup::IXamlMetadataProvider>
+{
+    using IXamlType = winrt::Windows::UI::Xaml::Markup::IXamlType;
+
+    static constexpr wchar_t className[] =
+        L"VelmoNotificationClient.VelmoNotificationClient_uwp_XamlTypeInfo.XamlMetaDataProvider";
+
+    winrt::hstring GetRuntimeClassName() const override { return className; }
+
+    // Null for a type that is not the app's; of the type only its name is looked at.
+    IXamlType GetXamlType(winrt::Windows::UI::Xaml::Interop::TypeName const& type);
+    IXamlType GetXamlType(winrt::hstring const& fullName);
+
+    // Empty: the app defines no XML namespace of its own.
+    winrt::com_array<winrt::Windows::UI::Xaml::Markup::XmlnsDefinition> GetXmlnsDefinitions() const { return {}; }
+
+  private:
+    XamlTypeInfoProvider const& TypeInfo();
+
+    winrt::slim_mutex m_lock;                       // while the table is built
+    std::optional<XamlTypeInfoProvider> m_typeInfo; // from the first question on
+};
+
+} // namespace VelmoNotificationClient

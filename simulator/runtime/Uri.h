@@ -1,0 +1,83 @@
+#pragma once
+#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Unserved.h"
+
+#include <winrt/Windows.Foundation.h>
+
+namespace sim
+{
+
+// Windows.Foundation.Uri, as far as the address of a resource needs it: nothing is escaped or made canonical.
+struct Uri : winrt::implements<Uri, Foundation::IUriRuntimeClass, Foundation::IStringable>
+{
+    using class_type = Foundation::Uri;
+
+    // Throws E_INVALIDARG for a text without a scheme.
+    explicit Uri(winrt::hstring const& text);
+
+    winrt::hstring AbsoluteUri() const { return m_text; }
+
+    winrt::hstring DisplayUri() const { return m_text; }
+
+    winrt::hstring RawUri() const { return m_text; }
+
+    winrt::hstring ToString() const { return m_text; }
+
+    winrt::hstring SchemeName() const { return m_scheme; }
+
+    winrt::hstring Host() const { return m_host; }
+
+    // From the slash after the host on.
+    winrt::hstring Path() const { return m_path; }
+
+    bool Equals(Foundation::Uri const& other) const { return other.AbsoluteUri() == m_text; }
+
+    Unserved Domain() const { return {}; }
+
+    Unserved Extension() const { return {}; }
+
+    Unserved Fragment() const { return {}; }
+
+    Unserved Password() const { return {}; }
+
+    Unserved Query() const { return {}; }
+
+    Unserved QueryParsed() const { return {}; }
+
+    Unserved UserName() const { return {}; }
+
+    Unserved Port() const { return {}; }
+
+    Unserved Suspicious() const { return {}; }
+
+    template <typename T>
+    Unserved CombineUri(T const&) const
+    {
+        return {};
+    }
+
+  private:
+    winrt::hstring m_text;
+    winrt::hstring m_scheme;
+    winrt::hstring m_host;
+    winrt::hstring m_path;
+};
+
+struct UriFactory : winrt::implements<UriFactory, IActivationFactory, Foundation::IUriRuntimeClassFactory>
+{
+    Unserved ActivateInstance() const { return {}; }
+
+    Foundation::Uri CreateUri(winrt::hstring const& text) const
+    {
+        return StruckByNull(L"Uri.CreateUri") ? Foundation::Uri(nullptr) : winrt::make<Uri>(text);
+    }
+
+    template <typename T>
+    Unserved CreateWithRelativeUri(T const&, T const&) const
+    {
+        return {};
+    }
+};
+
+} // namespace sim
