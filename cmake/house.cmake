@@ -21,10 +21,24 @@ if(WIN32)
         # CodeView in a .pdb beside the executable is what Windows debuggers read; the executable itself is stripped.
         target_compile_options(house INTERFACE -gcodeview)
         target_link_options(house INTERFACE -Wl,--pdb= -s)
+        # The same sources give the same bytes, wherever and whenever they are built: no folder of this machine in a
+        # file, and a hash in the place of the time (symbol servers tell builds apart by it).
+        target_compile_options(house INTERFACE
+            -gno-codeview-command-line -ffile-compilation-dir=.
+            -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
+        target_link_options(house INTERFACE
+            -Wl,-Xlink=-Brepro
+            -Wl,-Xlink=-pdbaltpath:%_PDB% -Wl,-Xlink=-pdbsourcepath:.)
         # The runtime's set-jump stub names a function that the universal C runtime exports under another name.
         target_link_options(house INTERFACE -Wl,-Xlink=-alternatename:_setjmp=__intrinsic_setjmp)
     endif()
     set(CMAKE_CXX_STANDARD_LIBRARIES "-lwinpthread ${CMAKE_CXX_STANDARD_LIBRARIES}")
+endif()
+
+# What ships has debug information; in tests and tools it would only cost time to build.
+add_library(shipped INTERFACE)
+if(WIN32 AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    target_compile_options(shipped INTERFACE -g)
 endif()
 
 # What only the executable of a package is: it runs in an app container, on Windows 10.

@@ -2,14 +2,18 @@
 """What the shipped executable is: small, hardened, importing nothing but Windows. Usage: executable_test.py EXE"""
 
 import os
+import pathlib
 import re
 import sys
 import unittest
 
-from portable_executable import PortableExecutable
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "package"))
 
-# All that is needed of Windows, the universal C runtime included, is reached through API sets.
-API_SET = re.compile(r"(api|ext)-ms-win-[a-z0-9-]+-l\d+-\d+-\d+\.dll")
+from msix.portable_executable import PortableExecutable
+
+# All that is needed of Windows, the universal C runtime included, is reached through API sets; but for the version of a
+# file, whose API set is a private one.
+WINDOWS = re.compile(r"(api|ext)-ms-win-[a-z0-9-]+-l\d+-\d+-\d+\.dll|version\.dll")
 
 EXECUTABLE = ""
 
@@ -17,20 +21,23 @@ EXECUTABLE = ""
 class ShippedExecutable(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.program = PortableExecutable(EXECUTABLE)
+        cls.program = PortableExecutable(pathlib.Path(EXECUTABLE).read_bytes())
 
     def test_is_at_most_400_kb(self):
         self.assertLessEqual(len(self.program.data), 400 * 1024)
 
     def test_is_stripped_with_its_debug_information_beside_it(self):
         self.assertEqual(self.program.symbol_count, 0)
-        self.assertFalse([s["name"] for s in self.program.sections if s["name"].startswith(".debug")])
+        self.assertFalse([s.name for s in self.program.sections if s.name.startswith(".debug")])
         with open(os.path.splitext(EXECUTABLE)[0] + ".pdb", "rb") as file:
             self.assertTrue(file.read(32).startswith(b"Microsoft C/C++ MSF 7.00"))
 
     def test_imports_nothing_but_windows(self):
-        foreign = [n for n in self.program.imported_dlls() if not API_SET.fullmatch(n)]
+        foreign = [n for n in self.program.imports() if not WINDOWS.fullmatch(n)]
         self.assertEqual(foreign, [])
+
+    def test_exports_the_factories_of_its_classes_and_nothing_else(self):
+        self.assertEqual(self.program.exports(), ["DllGetActivationFactory"])
 
     def test_is_a_64_bit_program_with_the_windows_10_window_subsystem(self):
         self.assertEqual(self.program.machine, 0x8664)
@@ -49,7 +56,7 @@ class ShippedExecutable(unittest.TestCase):
     def test_has_no_section_both_writable_and_executable(self):
         executable, writable = 0x20000000, 0x80000000
         both = executable | writable
-        self.assertEqual([s["name"] for s in self.program.sections if s["flags"] & both == both], [])
+        self.assertEqual([s.name for s in self.program.sections if s.flags & both == both], [])
 
     def test_carries_a_version_resource_and_a_manifest_for_windows_10(self):
         self.assertIn(16, self.program.resource_types())

@@ -1,0 +1,135 @@
+#!/usr/bin/env python3
+"""./dev package: makes the package and what belongs to it in dist/, and checks packages."""
+
+import argparse
+import pathlib
+import sys
+
+import contents
+from msix import signing, verifier, writer, zip_reader
+from msix.manifest import Manifest
+from msix.part_names import MANIFEST, SIGNATURE
+from msix.problem import PackageError
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+BUILD = ROOT / "build" / "product"
+
+_TOP = """./dev package [--desktop PATH] [--sign CERT KEY]
+       ./dev package --verify FILE [--cert CERT]"""
+
+
+def parse_arguments(arguments):
+    parser = argparse.ArgumentParser(prog="./dev package", usage=_TOP, description=__doc__)
+    parser.add_argument("--desktop", metavar="PATH", help="the suite's desktop component: its program or folder")
+    parser.add_argument("--sign", nargs=2, type=pathlib.Path, metavar=("CERT", "KEY"), help="PEM files to sign with")
+    parser.add_argument("--verify", metavar="FILE", type=pathlib.Path, help="checks a package and makes nothing")
+    parser.add_argument("--cert", metavar="CERT", type=pathlib.Path, help="with --verify: whom the package is of")
+    parser.add_argument("--layout", default=BUILD / "package" / "layout", help="the package as a folder")
+    parser.add_argument("--pdb-folder", default=BUILD / "app", type=pathlib.Path, help="where the .pdb lies")
+    parser.add_argument("--dist", default=ROOT / "dist", type=pathlib.Path, help="where the results go")
+    options = parser.parse_args(arguments)
+    if options.cert and not options.verify:
+        parser.error("--cert belongs to --verify")
+    if options.verify and (options.desktop or options.sign):
+        parser.error("--verify makes nothing: give it alone or with --cert")
+    return options
+
+
+def _tell(text):
+    print(f"    {text}")
+
+
+def _warn(text):
+    print(f"\n./dev: {text}", file=sys.stderr)
+
+
+def _verify(package, certificate_file):
+    """Checks a package file and tells each problem on a line of its own; returns how many there are."""
+    data = contents.read(package)
+    given = contents.read(certificate_file) if certificate_file else None
+    problems = verifier.verify(data, package.name, given)
+    for problem in problems:
+        print(problem, file=sys.stderr)
+    return len(problems)
+
+
+def _verify_signature(package, certificate_file):
+    if SIGNATURE not in (entry.name for entry in zip_reader.read(contents.read(package), package.name)):
+        _tell("it is not signed: Windows installs it only after ./dev package --sign CERT KEY")
+        return
+    obstacle = signing.obstacle()
+    if certificate_file is None:
+        _tell("its signature's mathematics is not checked: give --cert CERT")
+    elif obstacle:
+        _tell(f"its signature's mathematics is not checked: {obstacle}")
+    else:
+        signing.check(package, certificate_file)
+        _tell("its signature holds")
+
+
+def _write(path, data):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_bytes(data)
+
+
+def verify(options):
+    count = _verify(options.verify, options.cert)
+    if count:
+        _warn(f"{options.verify} has {count} problem{'s' if count > 1 else ''}, see above")
+        return 1
+    _verify_signature(options.verify, options.cert)
+    _tell(f"{options.verify} is in order")
+    return 0
+
+
+def _sign(package, publisher, certificate_file, key_file):
+    obstacle = signing.obstacle()
+    if obstacle:
+        _warn(f"the package stays unsigned: {obstacle}")
+        return
+    signing.sign(package, publisher, certificate_file, key_file)
+    signing.check(package, certificate_file)
+    _tell("signed")
+
+
+def _files(options):
+    files = contents.from_folder(options.layout)
+    if options.desktop:
+        return contents.with_desktop_component(files, options.desktop)
+    _tell("the desktop component is the stand-in: ./dev package --desktop PATH takes the suite's")
+    return contents.with_stand_in_told(files)
+
+
+def make(options):
+    files = _files(options)
+    manifest = Manifest(files[MANIFEST])
+    executable = options.dist / manifest.executable
+    pdb = executable.with_suffix(".pdb")
+    package = options.dist / f"{executable.stem}_{manifest.version}_{manifest.architecture}.msix"
+    _write(executable, files[manifest.executable])
+    _write(pdb, contents.read(options.pdb_folder / pdb.name))
+    _write(package, writer.write(files))
+    if _verify(package, None):
+        _warn(f"{package} was made, but Windows would refuse it: see above")
+        return 1
+    if options.sign:
+        _sign(package, manifest.publisher, *options.sign)
+        if _verify(package, None):
+            _warn(f"{package} was in order before it was signed, and is not now: see above")
+            return 1
+    for made in (executable, pdb, package):
+        _tell(f"{made}  {made.stat().st_size:,} bytes")
+    return 0
+
+
+def main(arguments):
+    options = parse_arguments(arguments)
+    try:
+        return verify(options) if options.verify else make(options)
+    except PackageError as error:
+        _warn(error)
+        return 1
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))

@@ -1,0 +1,75 @@
+"""What lies in the package: the files as they come from the build, and the desktop component of the suite."""
+
+import pathlib
+
+from msix import logo
+from msix.manifest import Manifest
+from msix.part_names import MANIFEST
+from msix.problem import PackageError
+
+STAND_IN = "Its desktop component is a stand-in for development."
+
+_MARKUP = ".xaml"
+
+
+def read(path):
+    try:
+        return pathlib.Path(path).read_bytes()
+    except OSError as error:
+        raise PackageError(path, f"it cannot be read: {error.strerror}", "Give the path of an existing file") from error
+
+
+def from_build(manifest_file, executable, desktop, markup):
+    """The files of the package: path with backslashes -> content. The images are drawn here."""
+    manifest = Manifest(read(manifest_file), manifest_file)
+    files = {
+        MANIFEST: read(manifest_file),
+        manifest.executable: read(executable),
+        manifest.desktop_component: read(desktop),
+    }
+    files |= {pathlib.Path(file).name: read(file) for file in markup}
+    files |= {path: logo.draw(side) for path, side in manifest.images().items()}
+    return files
+
+
+def from_folder(folder):
+    root = pathlib.Path(folder)
+    files = {str(file.relative_to(root)).replace("/", "\\"): read(file) for file in root.rglob("*") if file.is_file()}
+    if MANIFEST not in files:
+        raise PackageError(folder, f"there is no {MANIFEST} in it", "Build the package's folder with ./dev build")
+    return files
+
+
+def to_folder(files, folder):
+    """Makes the folder hold these files and no other; a file that is right already is not touched."""
+    root = pathlib.Path(folder)
+    wanted = {root / path.replace("\\", "/"): data for path, data in files.items()}
+    for file in [*root.rglob("*")]:
+        if file.is_file() and file not in wanted:
+            file.unlink()
+    for file, data in wanted.items():
+        if not file.exists() or file.read_bytes() != data:
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.write_bytes(data)
+
+
+def with_stand_in_told(files):
+    """The files with a manifest whose description says that the desktop component is not the suite's."""
+    text = files[MANIFEST].decode("utf-8")
+    if text.count("</Description>") != 1:
+        raise PackageError(MANIFEST, "its Properties have no Description, or it has several", "Write one there")
+    return files | {MANIFEST: text.replace("</Description>", f" {STAND_IN}</Description>").encode("utf-8")}
+
+
+def with_desktop_component(files, path):
+    """The files with the suite's desktop component: a program, or a folder that holds it and what it needs."""
+    component = Manifest(files[MANIFEST]).desktop_component
+    folder, _, program = component.rpartition("\\")
+    given = pathlib.Path(path)
+    if given.is_file():
+        return files | {component: read(given)}
+    if not (given / program).is_file():
+        raise PackageError(path, f"there is no {program} in it", f"Give the path of {program}, or of its folder")
+    rest = {name: data for name, data in files.items() if name != component}
+    own = {str(file.relative_to(given)): read(file) for file in given.rglob("*") if file.is_file()}
+    return rest | {f"{folder}\\{name}".lstrip("\\").replace("/", "\\"): data for name, data in own.items()}

@@ -1,0 +1,1 @@
+"""Writes, reads and checks MSIX packages. Standard library only."""

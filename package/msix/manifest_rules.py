@@ -1,0 +1,134 @@
+"""Checks a manifest against its schema and against what Windows asks beyond it."""
+
+from . import xml_text
+from .manifest import DESKTOP, FOUNDATION, RESTRICTED, UAP
+from .manifest_schema import ELEMENTS, EXTENSIONS, Element, matches
+from .part_names import MANIFEST
+from .problem import Problem
+
+_REMEDY = "Correct it in AppxManifest.xml"
+
+# Deployment of this format begins with this version; what the app uses is older.
+LEAST_VERSION = (10, 0, 17763, 0)
+
+# At these a second one has the same meaning for Windows as the first, or contradicts it.
+_UNIQUE = (
+    (f"{UAP}Protocol", "Name"),
+    (f"{UAP}AppService", "Name"),
+    (f"{DESKTOP}ParameterGroup", "GroupId"),
+    (f"{FOUNDATION}ActivatableClass", "ActivatableClassId"),
+    (f"{FOUNDATION}Capability", "Name"),
+    (f"{RESTRICTED}Capability", "Name"),
+)
+
+
+def _problem(what):
+    return Problem(MANIFEST, what, _REMEDY)
+
+
+def _attributes(element, rule):
+    name = xml_text.plain(element.tag)
+    for attribute, form in {**rule.required, **rule.optional}.items():
+        value = element.get(attribute)
+        if value is None:
+            if attribute in rule.required:
+                yield _problem(f"<{name}> has no {attribute}")
+        elif not matches(form, value):
+            yield _problem(f'<{name}> has {attribute}="{value}", which Windows does not take')
+    for attribute in element.attrib:
+        if attribute not in rule.required and attribute not in rule.optional:
+            yield _problem(f"<{name}> has an attribute {attribute}, which is not known there")
+
+
+def _text(element, rule):
+    name, text = xml_text.plain(element.tag), element.text or ""
+    if rule.text is None and text.strip() or any((child.tail or "").strip() for child in element):
+        yield _problem(f"<{name}> has text")
+    if rule.text is not None and not matches(rule.text, text):
+        yield _problem(f'<{name}> has the text "{text}", which Windows does not take')
+
+
+def _children(element, rule):
+    name = xml_text.plain(element.tag)
+    for tag, (least, most) in rule.children.items():
+        count = len(element.findall(tag))
+        if count < least:
+            yield _problem(f"<{name}> has no <{xml_text.plain(tag)}>")
+        elif most is not None and count > most:
+            yield _problem(f"<{name}> has {count} <{xml_text.plain(tag)}> where {most} is allowed")
+    for child in element:
+        if child.tag in rule.children:
+            yield from _element(child, ELEMENTS.get(child.tag), element.tag)
+        else:
+            yield _problem(f"<{name}> has an element {child.tag}, which is not known there")
+
+
+def _extensions(element, parent):
+    """<Extensions>, whose children are told apart by their category."""
+    if not len(element):
+        yield _problem("<Extensions> is empty")
+    for child in element:
+        category = child.get("Category")
+        rule = EXTENSIONS.get((parent, child.tag, category))
+        if rule is None:
+            what = f"<Extensions> has an element {child.tag} with Category={category!r}, which is not known there"
+            yield _problem(what)
+        else:
+            yield from _element(child, Element({"Category": ".*", **rule.required}, rule.optional, rule.children))
+
+
+def _element(element, rule, parent=None):
+    if element.tag == f"{FOUNDATION}Extensions":
+        yield from _extensions(element, parent)
+        return
+    yield from _attributes(element, rule)
+    yield from _text(element, rule)
+    yield from _children(element, rule)
+
+
+def _schema(root):
+    tag = f"{FOUNDATION}Package"
+    if root.tag != tag:
+        yield _problem(f"its root is {root.tag} instead of {tag}")
+    else:
+        yield from _element(root, ELEMENTS[tag])
+
+
+def _unique(root):
+    for tag, attribute in _UNIQUE:
+        seen = set()
+        for element in root.iter(tag):
+            value = element.get(attribute)
+            if value in seen:
+                yield _problem(f'there are two <{xml_text.plain(tag)}> with {attribute}="{value}"')
+            seen.add(value)
+    categories = [element.get("Category") for element in root.iter(f"{DESKTOP}Extension")]
+    if categories.count("windows.fullTrustProcess") > 1:
+        yield _problem("there are two windows.fullTrustProcess extensions; an application has one at most")
+
+
+def _versions(root):
+    for family in root.iter(f"{FOUNDATION}TargetDeviceFamily"):
+        texts = (family.get("MinVersion", ""), family.get("MaxVersionTested", ""))
+        try:
+            least, most = (tuple(int(part) for part in text.split(".")) for text in texts)
+        except ValueError:
+            continue  # its form is told of elsewhere
+        if least < LEAST_VERSION:
+            yield _problem(f"its MinVersion is below {'.'.join(map(str, LEAST_VERSION))}, where the app does not run")
+        if most < least:
+            yield _problem("its MaxVersionTested is below its MinVersion")
+
+
+def _capabilities(root):
+    tags = [element.tag for element in root.iterfind(f"{FOUNDATION}Capabilities/*")]
+    general, restricted = f"{FOUNDATION}Capability", f"{RESTRICTED}Capability"
+    # The schema fixes the order of the kinds.
+    if restricted in tags and general in tags[tags.index(restricted) :]:
+        yield _problem("a restricted capability stands before a general one")
+
+
+def problems(manifest):
+    """Everything that is wrong in a manifest by itself."""
+    for rule in (_schema, _unique, _versions, _capabilities):
+        yield from rule(manifest.root)

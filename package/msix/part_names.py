@@ -1,0 +1,66 @@
+"""The names of files in a package: with backslashes on Windows, percent-encoded with slashes in the archive."""
+
+import re
+from urllib.parse import quote, unquote_to_bytes
+
+from .problem import PackageError
+
+MANIFEST = "AppxManifest.xml"
+BLOCK_MAP = "AppxBlockMap.xml"
+CONTENT_TYPES = "[Content_Types].xml"
+SIGNATURE = "AppxSignature.p7x"
+
+# The parts that follow the payload, in this order.
+FOOTPRINT = (MANIFEST, BLOCK_MAP, CONTENT_TYPES, SIGNATURE)
+
+# What the block map tells nothing of.
+OUTSIDE_BLOCK_MAP = (BLOCK_MAP, CONTENT_TYPES, SIGNATURE)
+
+LONGEST_PATH = 256
+
+_FORBIDDEN = re.compile(r'[\x00-\x1f<>:"|?*/]')
+_DEVICE = re.compile(r"(con|prn|aux|nul|com[1-9]|lpt[1-9])(\..*)?", re.IGNORECASE)
+_RESERVED = {name.upper() for name in (BLOCK_MAP, CONTENT_TYPES, SIGNATURE)}
+_RESERVED_FOLDERS = ("APPXMETADATA\\", "MICROSOFT.SYSTEM.PACKAGE.METADATA\\")
+
+
+def encode(path):
+    """The name in the archive. All but letters, digits and -._~ is encoded; the content types' name alone stays."""
+    return path if path == CONTENT_TYPES else quote(path.replace("\\", "/"), safe="/")
+
+
+def decode(name):
+    """The path of a part, from its name in the archive. Raises PackageError for a name that no path encodes to."""
+    if name == CONTENT_TYPES:
+        return name
+    try:
+        path = unquote_to_bytes(name).decode("utf-8").replace("/", "\\")
+    except UnicodeDecodeError:
+        path = None
+    if path is None or encode(path) != name:
+        raise PackageError(
+            name, "the name of this part is not percent-encoded as package names are", "Make the package anew"
+        )
+    return path
+
+
+def order(path):
+    """The sort key of parts: the payload by upper-cased path, then the manifest and what describes the package."""
+    place = FOOTPRINT.index(path) + 1 if path in FOOTPRINT else 0
+    return place, path.upper()
+
+
+def objection(path):
+    """What Windows has against a payload file of this path, or None."""
+    if len(path) > LONGEST_PATH:
+        return f"its path has more than {LONGEST_PATH} characters"
+    if path.upper() in _RESERVED or path.upper().startswith(_RESERVED_FOLDERS):
+        return "this name is reserved for the package's own parts"
+    for component in path.split("\\"):
+        if not component or component.endswith((" ", ".")):
+            return "a folder or file name is empty or ends with a blank or a full stop"
+        if _FORBIDDEN.search(component):
+            return "it has a character that Windows does not allow in names"
+        if _DEVICE.fullmatch(component):
+            return f"{component} is the name of a device on Windows"
+    return None

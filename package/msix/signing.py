@@ -1,0 +1,66 @@
+"""Signs packages with osslsigncode, where one is installed that can."""
+
+import re
+import shutil
+import subprocess
+
+from . import certificate
+from .problem import PackageError
+
+TOOL = "osslsigncode"
+# Earlier ones do not write this format well.
+LEAST = (2, 9)
+
+
+def obstacle():
+    """Why this machine cannot sign, as a sentence without its full stop; None when it can."""
+    wanted = ".".join(map(str, LEAST))
+    if shutil.which(TOOL) is None:
+        return f"{TOOL} is not installed; {wanted} or later can sign packages"
+    told = subprocess.run([TOOL, "--version"], capture_output=True, text=True, check=False).stdout
+    found = re.search(r"osslsigncode (\d+)\.(\d+)", told)
+    if not found or tuple(map(int, found.groups())) < LEAST:
+        version = ".".join(found.groups()) if found else "of an unknown version"
+        return f"{TOOL} here is {version}; {wanted} or later can sign packages"
+    return None
+
+
+def _read(path):
+    try:
+        return path.read_bytes()
+    except OSError as error:
+        raise PackageError(path, f"it cannot be read: {error.strerror}", "Give the path of an existing file") from error
+
+
+def _run(what, where, arguments):
+    done = subprocess.run([TOOL, *map(str, arguments)], capture_output=True, text=True, check=False)
+    if done.returncode:
+        told = " ".join((done.stderr or done.stdout).split())
+        raise PackageError(where, f"{what}: {told}", "See what the tool says of it")
+
+
+def sign(package, publisher, certificate_file, key_file):
+    """Signs a package file in its place. Raises PackageError; the file is then as it was."""
+    subject = certificate.subject(_read(certificate_file), certificate_file)
+    if subject != publisher:
+        # The tool would sign all the same, and Windows refuse the package.
+        raise PackageError(
+            certificate_file, f"its subject is {subject}, the manifest's Publisher is {publisher}",
+            "Sign with a certificate whose subject is the Publisher",
+        )  # fmt: skip
+    _read(key_file)
+    signed = package.with_suffix(".signed")
+    signed.unlink(missing_ok=True)
+    try:
+        _run(
+            "it could not be signed", package,
+            ["sign", "-certs", certificate_file, "-key", key_file, "-in", package, "-out", signed],
+        )  # fmt: skip
+        signed.replace(package)
+    finally:
+        signed.unlink(missing_ok=True)
+
+
+def check(package, certificate_file):
+    """Verifies the signature of a package file against a certificate. Raises PackageError."""
+    _run("its signature does not hold", package, ["verify", "-CAfile", certificate_file, "-in", package])
