@@ -1,9 +1,8 @@
 """Checks a whole package for what Windows, or its certification kit, would refuse."""
 
 import re
-import zlib
 
-from . import block_map, blocks, certificate, content_types, executable_rules, manifest_rules, part_names, png
+from . import block_map, blocks, certificate, content_types, executable_rules, manifest_rules, part, part_names, png
 from . import zip_reader
 from .manifest import Manifest
 from .part_names import BLOCK_MAP, CONTENT_TYPES, MANIFEST, OUTSIDE_BLOCK_MAP, SIGNATURE
@@ -16,16 +15,6 @@ _ANEW = "Make the package anew"
 LARGEST_IMAGE = 204800
 
 _RESOURCE_ADDRESS = "ms-appx:///".encode("utf-16-le")
-
-
-def _content(path, entry):
-    """What an entry holds. Raises PackageError when its bytes are not what they were when it was written."""
-    data = entry.stream if entry.method == STORED else blocks.inflate(entry.stream, entry.size)
-    if data is None or len(data) != entry.size:
-        raise PackageError(path, "its compressed data is damaged or has another size than its header says", _ANEW)
-    if zlib.crc32(data) != entry.crc:
-        raise PackageError(path, "its content has another checksum than its header says", _ANEW)
-    return data
 
 
 class _Verifier:
@@ -64,7 +53,7 @@ class _Verifier:
             if path.upper() in {other.upper() for other in self._entries}:
                 raise PackageError(path, "there are two parts of this name; Windows ignores case", _ANEW)
             self._entries[path] = entry
-            self._contents[path] = _content(path, entry)
+            self._contents[path] = part.content(entry, path)
         except PackageError as error:
             self.problems.append(error.problem)
             return

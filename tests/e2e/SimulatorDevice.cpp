@@ -9,7 +9,7 @@ namespace test
 SimulatorDevice::SimulatorDevice()
 {
     SetEnvironmentVariableW(L"VELMO_SIM_HOME", m_device.c_str());
-    SetEnvironmentVariableW(L"VELMO_SIM_PACKAGE", PACKAGE_LAYOUT);
+    SetEnvironmentVariableW(L"VELMO_SIM_PACKAGE", PACKAGE_FOLDER);
 }
 
 SimulatorDevice::~SimulatorDevice()

@@ -16,6 +16,7 @@ from program import make_program
 
 COMMAND = support.ROOT / "package" / "command.py"
 LAYOUT = support.ROOT / "package" / "layout.py"
+INSTALL = support.ROOT / "package" / "install.py"
 PACKAGE = "VelmoNotificationClient_1.0.0.0_x64.msix"
 
 
@@ -234,6 +235,33 @@ class Layout(unittest.TestCase):
         images = {"Assets/StoreLogo.png", "Assets/Square150x150Logo.png", "Assets/Square44x44Logo.png"}
         programs = {"VelmoNotificationClient.exe", "HOV/Tessaline.exe"}
         self.assertEqual(found, {"AppxManifest.xml", "MainPage.xaml", *programs, *images})
+
+
+class Installing(Making):
+    def install(self):
+        return subprocess.run(
+            [sys.executable, INSTALL, self.dist / PACKAGE, self.folder / "installed"],
+            capture_output=True, text=True, check=False,
+        )  # fmt: skip
+
+    def test_unpacks_the_files_and_the_block_map(self):
+        self.make()
+        self.assertEqual(self.install().returncode, 0)
+        root = self.folder / "installed"
+        found = {str(file.relative_to(root)).replace("/", "\\"): file for file in root.rglob("*") if file.is_file()}
+        self.assertEqual(set(found), {*support.files(), "AppxBlockMap.xml"})
+        self.assertEqual(found["One byte more.bin"].read_bytes(), support.files()["One byte more.bin"])
+
+    def test_refuses_a_damaged_package_in_a_sentence_and_unpacks_nothing(self):
+        self.make()
+        package = bytearray((self.dist / PACKAGE).read_bytes())
+        package[len(package) // 2] ^= 1
+        (self.dist / PACKAGE).write_bytes(package)
+        done = self.install()
+        self.assertEqual(done.returncode, 1)
+        self.assertNotIn("Traceback", done.stderr)
+        self.assertRegex(done.stderr, r"damaged|hash|checksum")
+        self.assertFalse((self.folder / "installed").exists())
 
 
 if __name__ == "__main__":
