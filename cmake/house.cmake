@@ -35,6 +35,11 @@ if(WIN32)
     set(CMAKE_CXX_STANDARD_LIBRARIES "-lwinpthread ${CMAKE_CXX_STANDARD_LIBRARIES}")
 endif()
 
+# GCC 12 guesses which class a released object is of, and then warns of what such an object would do.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(house INTERFACE -Wno-free-nonheap-object)
+endif()
+
 # What ships has debug information; in tests and tools it would only cost time to build.
 add_library(shipped INTERFACE)
 if(WIN32 AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
