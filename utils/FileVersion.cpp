@@ -28,7 +28,7 @@ std::optional<VS_FIXEDFILEINFO> FixedInformationOf(std::wstring const& path)
     void* found = nullptr;
     UINT length = 0;
     if (!GetFileVersionInfoW(path.c_str(), 0, size, resource.data()) ||
-        !VerQueryValueW(resource.data(), L"\\", &found, &length))
+        !VerQueryValueW(resource.data(), L"\\", &found, &length) || !found)
     {
         return std::nullopt;
     }

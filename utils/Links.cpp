@@ -19,8 +19,7 @@ bool IsReparsePoint(std::wstring const& path) noexcept
 
 bool HasLinkAbove(std::wstring path) noexcept
 {
-    // Each step makes the path shorter, so this ends.
-    while (RemoveLastComponent(path))
+    for (auto before = path.size(); RemoveLastComponent(path) && path.size() < before; before = path.size())
     {
         if (IsReparsePoint(path))
         {

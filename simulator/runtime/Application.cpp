@@ -27,7 +27,8 @@ void ApplicationFactory::Start(Xaml::ApplicationInitializationCallback const& ca
     winrt::check_hresult(Framework::Instance().Run(callback));
 }
 
-void ApplicationFactory::LoadComponent(IInspectable const& component, Foundation::Uri const& address) const
+void ApplicationFactory::LoadComponent(IInspectable const& component, Foundation::Uri const& address,
+                                       Xaml::Controls::Primitives::ComponentResourceLocation location) const
 {
     ThrowIfStruck(L"Application.LoadComponent");
     Framework::Instance().NeedViewThread();
@@ -35,7 +36,7 @@ void ApplicationFactory::LoadComponent(IInspectable const& component, Foundation
     {
         throw winrt::hresult_error(E_POINTER);
     }
-    LoadMarkup(component, address);
+    LoadMarkup(component, address, location);
 }
 
 } // namespace sim

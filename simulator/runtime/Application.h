@@ -25,13 +25,12 @@ struct ApplicationFactory
     void Start(Xaml::ApplicationInitializationCallback const& callback) const;
 
     // Of pages; on the main view's thread alone: RPC_E_WRONG_THREAD elsewhere.
-    void LoadComponent(IInspectable const& component, Foundation::Uri const& address) const;
-
-    // Where the resource belongs is all the same here: the package has no parts.
     void LoadComponent(IInspectable const& component, Foundation::Uri const& address,
-                       Xaml::Controls::Primitives::ComponentResourceLocation) const
+                       Xaml::Controls::Primitives::ComponentResourceLocation location) const;
+
+    void LoadComponent(IInspectable const& component, Foundation::Uri const& address) const
     {
-        LoadComponent(component, address);
+        LoadComponent(component, address, Xaml::Controls::Primitives::ComponentResourceLocation::Application);
     }
 };
 

@@ -1,6 +1,7 @@
 #include "tests/flow/AppFlow.h"
 #include "tests/support/Banner.h"
 #include "tests/support/Files.h"
+#include "utils/UtilsLog.h"
 
 #include <algorithm>
 
@@ -21,6 +22,15 @@ TEST_F(StartUp, TheBannerIsTheFirstLineAndIsWrittenOnceThoughSeveralActivationsF
     auto const messages = Messages();
     EXPECT_EQ(messages.at(0), banner);
     EXPECT_EQ(std::ranges::count(messages, banner), 1);
+}
+
+// What the utilities have to say goes nowhere: their outlets are for others who use the library.
+TEST_F(StartUp, LeavesTheUtilitiesLogUnconnected)
+{
+    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    RunToEnd();
+    EXPECT_EQ(zant::g_utilsLogHook, nullptr);
+    EXPECT_EQ(zant::g_utilsLogger, nullptr);
 }
 
 TEST_F(StartUp, AFailingBaseMakesStartFailBeforeAnythingIsLogged)

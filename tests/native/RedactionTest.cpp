@@ -353,6 +353,9 @@ TEST(Redact, AgreesWithTheRulesWorkedOutOneByOne)
         auto const& keys = given[random() % 2];
         auto const expected = test::RedactedByTheRules(message, LogLevel::Info, keys);
         ASSERT_EQ(RedactedNow(message, LogLevel::Info, keys), expected) << "message " << count;
+        auto const anyUnits = test::MessagePieces::Units(choices);
+        ASSERT_EQ(RedactedNow(anyUnits, LogLevel::Info, keys), test::RedactedByTheRules(anyUnits, LogLevel::Info, keys))
+            << "units " << count;
         masked += expected.message != message && expected.message != notice ? 1 : 0;
     }
     EXPECT_GT(masked, 3'000u);

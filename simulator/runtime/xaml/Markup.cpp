@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <winrt/Windows.UI.Xaml.Controls.h>
 
+using winrt::Windows::UI::Xaml::Controls::Primitives::ComponentResourceLocation;
+
 namespace sim
 {
 
@@ -87,7 +89,7 @@ Xaml::UIElement MakeContent(XmlElement const& root)
 
 } // namespace
 
-void LoadMarkup(IInspectable const& component, Foundation::Uri const& address)
+void LoadMarkup(IInspectable const& component, Foundation::Uri const& address, ComponentResourceLocation location)
 {
     auto const addressDetail = Detail(L"uri", std::wstring(address.AbsoluteUri()));
     try
@@ -106,7 +108,9 @@ void LoadMarkup(IInspectable const& component, Foundation::Uri const& address)
         CurrentHost().Report(L"markup-failed", {addressDetail, Detail(L"reason", error.Message())});
         throw winrt::hresult_error(parseFailed, error.Message());
     }
-    CurrentHost().Report(L"markup-loaded", {addressDetail});
+    auto const isApplication = location == ComponentResourceLocation::Application;
+    CurrentHost().Report(L"markup-loaded",
+                         {addressDetail, Detail(L"resources", isApplication ? L"application" : L"nested")});
 }
 
 } // namespace sim

@@ -2,6 +2,7 @@
 #include "simulator/runtime/Namespaces.h"
 
 #include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.UI.Xaml.Controls.Primitives.h>
 #include <winrt/Windows.UI.Xaml.h>
 
 namespace sim
@@ -12,6 +13,8 @@ namespace sim
 //
 // Throws, as the platform does for whatever is wrong with markup, XamlParseException 0x802B000A: also for a file that
 // is not there. The device's journal gets the reason (markup-failed), or markup-loaded.
-void LoadMarkup(IInspectable const& component, Foundation::Uri const& address);
+// location: where the component's own resources belong; it is told in the journal, and makes no difference here.
+void LoadMarkup(IInspectable const& component, Foundation::Uri const& address,
+                Xaml::Controls::Primitives::ComponentResourceLocation location);
 
 } // namespace sim

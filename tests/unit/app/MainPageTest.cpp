@@ -49,7 +49,8 @@ TEST_F(MainPages, LoadTheirMarkupWhenTheyAreConstructed)
         ASSERT_TRUE(page->Content());
         EXPECT_EQ(winrt::get_class_name(page->Content()), L"Windows.UI.Xaml.Controls.Grid");
     });
-    EXPECT_EQ(Reported(L"markup-loaded"), std::vector<std::wstring>{L"markup-loaded uri=ms-appx:///MainPage.xaml"});
+    EXPECT_EQ(Reported(L"markup-loaded"),
+              std::vector<std::wstring>{L"markup-loaded uri=ms-appx:///MainPage.xaml resources=application"});
 }
 
 TEST_F(MainPages, LoadTheirMarkupOnceEach)

@@ -8,10 +8,13 @@
 
 #include <gtest/gtest.h>
 #include <new>
+#include <string_view>
+#include <tuple>
 
 extern "C"
 {
     extern decltype(&GetVersionExW) __real___imp_GetVersionExW;
+    extern decltype(&GetProcAddress) __real___imp_GetProcAddress;
     extern decltype(&RegGetValueW) __real___imp_RegGetValueW;
     extern decltype(&VerifyVersionInfoW) __real___imp_VerifyVersionInfoW;
 }
@@ -23,6 +26,7 @@ namespace
 {
 
 using GetVersionCall = WrappedCall<&__real___imp_GetVersionExW>;
+using GetProcAddressCall = WrappedCall<&__real___imp_GetProcAddress>;
 using RegGetValueCall = WrappedCall<&__real___imp_RegGetValueW>;
 using VerifyVersionCall = WrappedCall<&__real___imp_VerifyVersionInfoW>;
 
@@ -39,11 +43,9 @@ class WindowsOfBuild
     }
 
   private:
-    VerifyVersionCall m_numbers{[](auto, OSVERSIONINFOEXW* wanted, DWORD which, DWORDLONG) {
-        auto const isAtLeast = (which & VER_MAJORVERSION) != 0   ? wanted->dwMajorVersion <= 10
-                               : (which & VER_MINORVERSION) != 0 ? wanted->dwMinorVersion == 0
-                                                                 : wanted->wServicePackMajor == 0;
-        return isAtLeast ? TRUE : FALSE;
+    VerifyVersionCall m_numbers{[](auto, OSVERSIONINFOEXW* wanted, auto...) -> BOOL {
+        return std::tuple(DWORD{10}, DWORD{0}, WORD{0}) >=
+               std::tuple(wanted->dwMajorVersion, wanted->dwMinorVersion, wanted->wServicePackMajor);
     }};
     GetVersionCall m_build;
 };
@@ -62,6 +64,7 @@ using Entries = std::map<std::wstring, std::wstring>;
 extern "C"
 {
     decltype(&GetVersionExW) __wrap___imp_GetVersionExW = &GetVersionCall::Entry;
+    decltype(&GetProcAddress) __wrap___imp_GetProcAddress = &GetProcAddressCall::Entry;
     decltype(&RegGetValueW) __wrap___imp_RegGetValueW = &RegGetValueCall::Entry;
     decltype(&VerifyVersionInfoW) __wrap___imp_VerifyVersionInfoW = &VerifyVersionCall::Entry;
 }
@@ -78,6 +81,15 @@ TEST(BuildLogHeader, TellsOfTheMachineBetweenLinesOfAsterisks)
                                        {L"OS Locale: ", Locale()},
                                        {L"OS Name: ", L"Windows 10"},
                                        {L"OS Version: ", L"10.0.0"}}));
+}
+
+TEST(BuildLogHeader, Tells64BitsAlsoWhereTheSystemTells32)
+{
+    // What is left without the newer function takes a process without emulation for one of 32 bits.
+    GetProcAddressCall const older([](auto system, HMODULE library, char const* name) {
+        return std::string_view(name) == "IsWow64Process2" ? nullptr : system(library, name);
+    });
+    EXPECT_EQ(BuildLogHeader().entries.at(L"Bit: "), L"64");
 }
 
 TEST(BuildLogHeader, TellsTheVersionOfAnInstalledSuite)

@@ -55,7 +55,8 @@ TEST_F(Pages, GetTheContentThatTheirMarkupDescribes)
         Application::LoadComponent(page, Uri(address));
         EXPECT_EQ(winrt::get_class_name(page.Content()), L"Windows.UI.Xaml.Controls.Grid");
     });
-    EXPECT_EQ(Reports(), std::vector<std::wstring>{L"markup-loaded uri=ms-appx:///Folder/A.xaml"});
+    EXPECT_EQ(Reports(),
+              std::vector<std::wstring>{L"markup-loaded uri=ms-appx:///Folder/A.xaml resources=application"});
 }
 
 TEST_F(Pages, MayBeEmptyAndOfNoClass)

@@ -86,6 +86,18 @@ TEST_F(DeletedFile, HasAllItsAttributesInTheMessage)
     EXPECT_NE(std::get<5>(hook.Lines()[0]).find(L"Its attribute is: '35'."), std::wstring::npos);
 }
 
+TEST_F(DeletedFile, LosesAllItsAttributesForTheSecondAttempt)
+{
+    ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN));
+    DWORD given = 0;
+    SetFileAttributesCall const call([&given](auto system, auto path, DWORD attributes) {
+        given = attributes;
+        return system(path, attributes);
+    });
+    EXPECT_TRUE(DeleteFileWithRetry(file));
+    EXPECT_EQ(given, DWORD{FILE_ATTRIBUTE_NORMAL});
+}
+
 TEST_F(DeletedFile, StaysWhenItIsLocked)
 {
     UniqueHandle const lock(CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
