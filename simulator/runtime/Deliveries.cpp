@@ -3,16 +3,30 @@
 #include "simulator/runtime/Address.h"
 
 #include <utility>
+#include <windows.h>
 
 namespace sim
 {
+
+namespace
+{
+
+// Where a thread keeps its turn. Not thread_local: GCC's own goes through a thread library that at times does not know
+// the threads of the system's pool, and then writes to address 0x68.
+DWORD TurnSlot()
+{
+    static auto const slot = TlsAlloc();
+    return slot;
+}
+
+} // namespace
 
 class Deliveries::Turn
 {
   public:
     Turn(Deliveries& deliveries, std::wstring const& address) : m_deliveries(deliveries), m_address(address)
     {
-        current = this;
+        TlsSetValue(TurnSlot(), this);
     }
 
     Turn(Turn const&) = delete;
@@ -20,7 +34,7 @@ class Deliveries::Turn
 
     ~Turn()
     {
-        current = nullptr;
+        TlsSetValue(TurnSlot(), nullptr);
         PassOn();
     }
 
@@ -33,16 +47,14 @@ class Deliveries::Turn
         }
     }
 
-    // The thread's own.
-    static thread_local Turn* current;
+    // The thread's own; null when it has none.
+    static Turn* Current() { return static_cast<Turn*>(TlsGetValue(TurnSlot())); }
 
   private:
     Deliveries& m_deliveries;
     std::wstring const& m_address;
     bool m_isOver = false;
 };
-
-thread_local Deliveries::Turn* Deliveries::Turn::current = nullptr;
 
 Deliveries::~Deliveries()
 {
@@ -76,9 +88,9 @@ void Deliveries::Add(Message message)
 
 void Deliveries::PassOn()
 {
-    if (Turn::current)
+    if (auto* const turn = Turn::Current())
     {
-        Turn::current->PassOn();
+        turn->PassOn();
     }
 }
 

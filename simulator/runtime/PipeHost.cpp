@@ -146,6 +146,11 @@ void PipeHost::AskLater(Message const& request, std::function<void(Message)> ans
 void PipeHost::Tell(Message const& words)
 {
     m_channel->Send(MakeMessage(L"tell", words));
+    if (words.front() == L"close")
+    {
+        // Its caller may end right afterwards, and what is still to be written would end with it.
+        m_channel->Flush();
+    }
 }
 
 void PipeHost::Listen(std::function<void(Message const&)> listener)
