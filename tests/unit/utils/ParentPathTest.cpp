@@ -15,6 +15,11 @@ struct Step
     std::wstring to;
 };
 
+void PrintTo(Step const& step, std::ostream* stream)
+{
+    *stream << testing::PrintToString(step.from);
+}
+
 class Parent : public testing::TestWithParam<Step>
 {
 };
