@@ -58,8 +58,11 @@ void RemoveTree(std::wstring const& folder)
 
 TemporaryFolder::TemporaryFolder() : m_path(NewPath())
 {
-    RemoveTree(m_path); // left by an earlier process of the same id
-    CreateDirectoryW(m_path.c_str(), nullptr);
+    // One that an earlier process of the same id left may still be in use.
+    for (int others = 0; !CreateDirectoryW(m_path.c_str(), nullptr) && others < 1000; ++others)
+    {
+        m_path = NewPath();
+    }
 }
 
 TemporaryFolder::~TemporaryFolder()
