@@ -1,106 +1,97 @@
 #include "simulator/transport/PipeChannel.h"
 
 #include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
+
+#include <optional>
+#include <thread>
 
 namespace sim
 {
 
-// A read or a write under way. It holds the channel, so that the channel outlives what the system writes into.
-struct PipeChannel::Operation : OVERLAPPED
+// A read or a write, awaited by the thread that begins it. Used again and again.
+class PipeChannel::Operation
 {
-    explicit Operation(std::shared_ptr<PipeChannel> owner) : OVERLAPPED{}, channel(std::move(owner)) {}
+  public:
+    // How many bytes; null when it failed or the channel is closed. Begun under the channel's lock, as else Close could
+    // find nothing to cancel just before.
+    template <typename Begin>
+    std::optional<DWORD> Run(PipeChannel& channel, Begin begin)
+    {
+        m_overlapped = {};
+        m_overlapped.hEvent = m_ended.Get();
+        HANDLE pipe = nullptr;
+        {
+            std::lock_guard const lock(channel.m_mutex);
+            pipe = channel.m_pipe.Get();
+            if (channel.m_closed || (!begin(&m_overlapped) && GetLastError() != ERROR_IO_PENDING))
+            {
+                return std::nullopt;
+            }
+        }
+        DWORD size = 0;
+        auto const done = GetOverlappedResult(pipe, &m_overlapped, &size, TRUE);
+        return done ? std::optional(size) : std::nullopt;
+    }
 
-    std::shared_ptr<PipeChannel> channel;
-    std::string buffer;
-    bool isRead = false;
+  private:
+    Handle m_ended{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    OVERLAPPED m_overlapped{};
 };
 
 std::shared_ptr<PipeChannel> PipeChannel::Open(Handle pipe)
 {
-    std::shared_ptr<PipeChannel> channel(new PipeChannel(std::move(pipe)));
-    channel->m_io = CreateThreadpoolIo(channel->m_pipe.Get(), OnIo, nullptr, nullptr);
-    if (!channel->m_io)
-    {
-        throw Error(L"cannot use the connection: " + SystemMessage(GetLastError()));
-    }
-    return channel;
+    return std::shared_ptr<PipeChannel>(new PipeChannel(std::move(pipe)));
 }
 
 PipeChannel::PipeChannel(Handle pipe) : m_pipe(std::move(pipe)) {}
 
-PipeChannel::~PipeChannel()
-{
-    m_pipe = Handle(); // before its pool object
-    if (m_io)
-    {
-        CloseThreadpoolIo(m_io);
-    }
-}
-
 void PipeChannel::Start(Events events)
 {
     m_events = std::move(events);
-    Read();
+    std::thread([channel = shared_from_this()] { channel->WriteAll(); }).detach();
+    std::thread([channel = shared_from_this()] { channel->ReadAll(); }).detach();
 }
 
 void PipeChannel::Send(Message const& message)
 {
     auto bytes = Encode(message);
     std::lock_guard const lock(m_mutex);
-    if (m_broken)
+    if (!m_broken)
     {
-        return;
-    }
-    m_outgoing.push_back(std::move(bytes));
-    if (m_outgoing.size() == 1)
-    {
-        WriteNext();
+        m_outgoing.push_back(std::move(bytes));
+        m_changed.notify_all();
     }
 }
 
 void PipeChannel::Flush()
 {
     std::unique_lock lock(m_mutex);
-    m_written.wait(lock, [&] { return m_outgoing.empty(); });
+    m_changed.wait(lock, [&] { return m_outgoing.empty(); });
 }
 
 void PipeChannel::Close()
 {
     std::lock_guard const lock(m_mutex);
-    Break();
-    CancelIoEx(m_pipe.Get(), nullptr);
+    EndTransfers();
 }
 
-void PipeChannel::Read()
+void PipeChannel::ReadAll()
 {
-    constexpr std::size_t blockSize = 16384;
-    auto operation = std::make_unique<Operation>(shared_from_this());
-    operation->isRead = true;
-    operation->buffer.resize(blockSize);
-    bool reading = false;
+    constexpr DWORD blockSize = 16384;
+    std::string block(blockSize, '\0');
+    Operation operation;
+    auto const read = [&](OVERLAPPED* overlapped) {
+        return ReadFile(m_pipe.Get(), block.data(), blockSize, nullptr, overlapped);
+    };
+    auto size = operation.Run(*this, read);
+    while (size && Deliver(std::string_view(block).substr(0, *size)))
     {
-        // Together with the look at m_broken: else Close could find no read to cancel just before one begins.
-        std::lock_guard const lock(m_mutex);
-        reading = !m_broken && Begin(std::move(operation));
-    }
-    if (!reading)
-    {
-        ReadEnded(ERROR_BROKEN_PIPE, {});
-    }
-}
-
-void PipeChannel::ReadEnded(ULONG error, std::string_view bytes)
-{
-    if (error == ERROR_SUCCESS && Deliver(bytes))
-    {
-        Read();
-        return;
+        size = operation.Run(*this, read);
     }
     {
         std::lock_guard const lock(m_mutex);
-        Break();
-        m_pipe = Handle(); // the other end learns of it, and a write under way ends
+        EndTransfers();
+        m_pipe = Handle(); // the other end learns of it
     }
     auto const events = std::move(m_events); // let go of what they hold: nothing follows
     events.closed();
@@ -122,66 +113,47 @@ catch (Error const&)
     return false;
 }
 
-void PipeChannel::WriteNext()
+void PipeChannel::WriteAll()
 {
-    auto operation = std::make_unique<Operation>(shared_from_this());
-    operation->buffer = m_outgoing.front();
-    if (!Begin(std::move(operation)))
+    Operation operation;
+    std::unique_lock lock(m_mutex);
+    for (;;)
     {
-        Break();
+        m_changed.wait(lock, [&] { return m_broken || !m_outgoing.empty(); });
+        if (m_broken)
+        {
+            return;
+        }
+        auto const bytes = m_outgoing.front();
+        lock.unlock();
+        auto const written = operation.Run(*this, [&](OVERLAPPED* overlapped) {
+            return WriteFile(m_pipe.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), nullptr, overlapped);
+        });
+        lock.lock();
+        if (!written)
+        {
+            EndSending(); // what the other end said before it went is still read
+        }
+        else if (!m_broken)
+        {
+            m_outgoing.pop_front();
+            m_changed.notify_all();
+        }
     }
 }
 
-void PipeChannel::WriteEnded(ULONG error)
-{
-    std::lock_guard const lock(m_mutex);
-    if (error != ERROR_SUCCESS)
-    {
-        Break();
-    }
-    if (m_broken)
-    {
-        return;
-    }
-    m_outgoing.pop_front();
-    m_outgoing.empty() ? m_written.notify_all() : WriteNext();
-}
-
-void PipeChannel::Break()
+void PipeChannel::EndSending()
 {
     m_broken = true;
     m_outgoing.clear();
-    m_written.notify_all();
+    m_changed.notify_all();
 }
 
-bool PipeChannel::Begin(std::unique_ptr<Operation> operation)
+void PipeChannel::EndTransfers()
 {
-    StartThreadpoolIo(m_io);
-    auto* const data = operation->buffer.data();
-    auto const size = static_cast<DWORD>(operation->buffer.size());
-    auto const started = operation->isRead ? ReadFile(m_pipe.Get(), data, size, nullptr, operation.get())
-                                           : WriteFile(m_pipe.Get(), data, size, nullptr, operation.get());
-    if (!started && GetLastError() != ERROR_IO_PENDING)
-    {
-        CancelThreadpoolIo(m_io);
-        return false;
-    }
-    static_cast<void>(operation.release()); // OnIo has it from here
-    return true;
-}
-
-void PipeChannel::OnIo(PTP_CALLBACK_INSTANCE, void*, void* overlapped, ULONG error, ULONG_PTR size, PTP_IO)
-{
-    std::unique_ptr<Operation> const operation(static_cast<Operation*>(static_cast<OVERLAPPED*>(overlapped)));
-    auto& channel = *operation->channel;
-    if (operation->isRead)
-    {
-        channel.ReadEnded(error, std::string_view(operation->buffer).substr(0, size));
-    }
-    else
-    {
-        channel.WriteEnded(error);
-    }
+    EndSending();
+    m_closed = true;
+    CancelIoEx(m_pipe.Get(), nullptr);
 }
 
 } // namespace sim

@@ -8,13 +8,18 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <windows.h>
 
 namespace sim
 {
 
-// One connected end of a pipe that carries messages both ways. Messages arrive, in order and one at a time, on the
-// system's thread pool; they leave in the order of Send. It keeps itself alive while the other end is there.
+// One connected end of a pipe that carries messages both ways. Messages arrive, in order and one at a time, on a thread
+// of its own; they leave in the order of Send. It keeps itself alive while the other end is there.
+//
+// Both of its threads stay while the pipe is open, and no other thread begins a read or a write: Wine tells the end of
+// one to the thread that began it, and when that thread has just ended (as a pool's do after five idle seconds), what
+// was read is lost and the operation fails with ERROR_ALERTED.
 class PipeChannel : public Peer, public std::enable_shared_from_this<PipeChannel>
 {
   public:
@@ -24,14 +29,14 @@ class PipeChannel : public Peer, public std::enable_shared_from_this<PipeChannel
         std::function<void()> closed; // once, after the last message; also when the other end speaks gibberish
     };
 
-    // pipe: opened for overlapped use, connected. Throws Error.
+    // pipe: opened for overlapped use, connected.
     static std::shared_ptr<PipeChannel> Open(Handle pipe);
 
     PipeChannel(PipeChannel const&) = delete;
     PipeChannel& operator=(PipeChannel const&) = delete;
-    ~PipeChannel() override;
+    ~PipeChannel() override = default;
 
-    // Begins to listen. Once. `closed` may come before it returns.
+    // Begins to listen and to send. Once. `closed` may come before it returns.
     void Start(Events events);
 
     void Send(Message const& message) override;
@@ -43,29 +48,25 @@ class PipeChannel : public Peer, public std::enable_shared_from_this<PipeChannel
     void Close();
 
   private:
-    struct Operation;
+    class Operation;
 
     explicit PipeChannel(Handle pipe);
 
-    void Read();
-    void ReadEnded(ULONG error, std::string_view bytes);
+    void ReadAll();
     bool Deliver(std::string_view bytes);
-    void WriteNext(); // under m_mutex
-    void WriteEnded(ULONG error);
-    void Break(); // under m_mutex
-    bool Begin(std::unique_ptr<Operation> operation);
-
-    static void CALLBACK OnIo(PTP_CALLBACK_INSTANCE, void*, void* overlapped, ULONG error, ULONG_PTR size, PTP_IO);
+    void WriteAll();
+    void EndSending();   // under m_mutex
+    void EndTransfers(); // under m_mutex
 
     Handle m_pipe;
-    PTP_IO m_io = nullptr;
     Events m_events;
     MessageDecoder m_decoder;
 
     std::mutex m_mutex;
-    std::condition_variable m_written;
+    std::condition_variable m_changed;  // m_outgoing or m_broken
     std::deque<std::string> m_outgoing; // the first one is being written
-    bool m_broken = false;              // nothing more is sent or read
+    bool m_broken = false;              // nothing more is sent
+    bool m_closed = false;              // nor read
 };
 
 } // namespace sim

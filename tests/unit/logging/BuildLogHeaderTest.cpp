@@ -1,6 +1,7 @@
 #include "logging/BuildLogHeader.h"
 
 #include "tests/support/Failing.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/WrappedCall.h"
 #include "tests/unit/logging/ShortMemory.h"
 #include "tests/unit/logging/SuiteProgram.h"
@@ -48,6 +49,25 @@ class WindowsOfBuild
                std::tuple(wanted->dwMajorVersion, wanted->dwMinorVersion, wanted->wServicePackMajor);
     }};
     GetVersionCall m_build;
+};
+
+// While it lives, relative paths start there.
+class CurrentFolder
+{
+  public:
+    explicit CurrentFolder(std::wstring const& folder)
+    {
+        GetCurrentDirectoryW(MAX_PATH, m_before);
+        EXPECT_TRUE(SetCurrentDirectoryW(folder.c_str()));
+    }
+
+    CurrentFolder(CurrentFolder const&) = delete;
+    CurrentFolder& operator=(CurrentFolder const&) = delete;
+
+    ~CurrentFolder() { SetCurrentDirectoryW(m_before); }
+
+  private:
+    wchar_t m_before[MAX_PATH] = {};
 };
 
 std::wstring Locale()
@@ -115,6 +135,16 @@ TEST(BuildLogHeader, LeavesOutASuiteWhoseFolderCannotBeHad)
     auto const header = BuildLogHeader();
     EXPECT_EQ(header.entries.size(), 5u);
     EXPECT_FALSE(header.entries.contains(L"HOV Version: "));
+}
+
+TEST(BuildLogHeader, DoesNotTakeAProgramInTheCurrentFolderForTheSuite)
+{
+    TemporaryFolder const folder;
+    CreateDirectoryW((folder / L"HOV").c_str(), nullptr);
+    EXPECT_TRUE(CopyFileW(VERSIONED_PROGRAM, (folder / L"HOV\\Tessaline.exe").c_str(), FALSE));
+    CurrentFolder const current(folder.Path());
+    RegGetValueCall const fault([](auto...) { return LSTATUS{ERROR_FILE_NOT_FOUND}; });
+    EXPECT_EQ(BuildLogHeader().entries.size(), 5u);
 }
 
 // So is one in a folder too long for a path.

@@ -3,7 +3,11 @@
 #include "simulator/model/Handle.h"
 #include "simulator/transport/Pipe.h"
 
+#include <atomic>
+#include <chrono>
 #include <gtest/gtest.h>
+#include <string_view>
+#include <thread>
 
 namespace
 {
@@ -23,6 +27,13 @@ class PipeChannels : public testing::Test
         auto channel = sim::PipeChannel::Open(std::move(pipe));
         channel->Start({[&inbox](sim::Message message) { inbox.Add(std::move(message)); }, [&inbox] { inbox.End(); }});
         return channel;
+    }
+
+    static void Write(sim::Handle const& pipe, std::string_view bytes)
+    {
+        DWORD written = 0;
+        OVERLAPPED overlapped{};
+        WriteFile(pipe.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, &overlapped);
     }
 
     static sim::Message Wait(sim::Inbox<sim::Message>& inbox)
@@ -99,10 +110,7 @@ TEST_F(PipeChannels, TellOnceThatTheOtherEndHasGoneAndLoseWhatIsSentThen)
 TEST_F(PipeChannels, DeliverTheLastWordsOfAnEndThatGoes)
 {
     auto const server = Open(std::move(m_serverPipe), m_serverInbox);
-    auto const bytes = sim::Encode({L"last words"});
-    DWORD written = 0;
-    OVERLAPPED overlapped{};
-    WriteFile(m_clientPipe.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, &overlapped);
+    Write(m_clientPipe, sim::Encode({L"last words"}));
     {
         sim::Handle const gone = std::move(m_clientPipe);
     }
@@ -110,12 +118,38 @@ TEST_F(PipeChannels, DeliverTheLastWordsOfAnEndThatGoes)
     EXPECT_EQ(Wait(m_serverInbox), sim::Message{L"(end)"});
 }
 
+TEST_F(PipeChannels, ListenAlthoughTheThreadThatBeganItEnds)
+{
+    // Each round's message comes a microsecond later: one of them comes just while that thread ends.
+    for (int round = 0; round < 200; ++round)
+    {
+        auto serverPipe = sim::MakePipe(m_name);
+        auto clientPipe = sim::ConnectPipe(m_name);
+        sim::Inbox<sim::Message> inbox;
+        std::atomic<bool> listening = false;
+        std::thread beginner([&] {
+            Open(std::move(serverPipe), inbox);
+            listening = true;
+        });
+        while (!listening)
+        {
+        }
+        auto const moment = std::chrono::steady_clock::now() + std::chrono::microseconds(round);
+        while (std::chrono::steady_clock::now() < moment)
+        {
+        }
+        Write(clientPipe, sim::Encode({L"welcome"}));
+        beginner.join();
+        EXPECT_EQ(Wait(inbox), sim::Message{L"welcome"});
+        clientPipe = sim::Handle();
+        EXPECT_EQ(Wait(inbox), sim::Message{L"(end)"});
+    }
+}
+
 TEST_F(PipeChannels, EndAfterGibberish)
 {
     auto const server = Open(std::move(m_serverPipe), m_serverInbox);
-    DWORD written = 0;
-    OVERLAPPED overlapped{};
-    WriteFile(m_clientPipe.Get(), "\xFF\xFF\xFF\xFF", 4, &written, &overlapped);
+    Write(m_clientPipe, "\xFF\xFF\xFF\xFF");
     EXPECT_EQ(Wait(m_serverInbox), sim::Message{L"(end)"});
 }
 
