@@ -63,7 +63,7 @@ class Server
         : m_device(device), m_listener(std::make_unique<Listener>(device.PipeName())),
           m_stop(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
           m_broker(device, std::make_unique<WindowsProcessStarter>(), [this] { SetEvent(m_stop.Get()); }),
-          m_watch(ParentOf(device.Home()), FolderWatch::Names)
+          m_watch(ParentOf(device.Home()), FolderWatch::Folders)
     {
     }
 

@@ -6,10 +6,10 @@
 #include "simulator/client/BrokerClient.h"
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
+#include "simulator/log/LogWatch.h"
 #include "simulator/model/Error.h"
 #include "simulator/model/Fault.h"
 #include "simulator/model/Files.h"
-#include "simulator/model/FolderWatch.h"
 #include "simulator/model/Journal.h"
 #include "simulator/model/Package.h"
 #include "simulator/model/SetText.h"
@@ -169,9 +169,7 @@ int Log(Words const& words)
         WriteNewLogLines(file);
         return 0;
     }
-    auto const temporary = ParentOf(ParentOf(ParentOf(path))); // there before the app makes the log's folder
-    MakeFolder(temporary);
-    for (FolderWatch const watch(temporary, FolderWatch::Contents);; watch.Next())
+    for (LogWatch watch(path);; watch.Next())
     {
         WriteNewLogLines(file);
         WaitForSingleObject(watch.Get(), INFINITE);

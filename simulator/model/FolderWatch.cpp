@@ -7,11 +7,10 @@ namespace sim
 {
 
 FolderWatch::FolderWatch(std::wstring const& folder, Scope scope)
-    : m_change(FindFirstChangeNotificationW((folder + L"\\").c_str(), scope == Contents ? TRUE : FALSE,
-                                            scope == Names
-                                                ? FILE_NOTIFY_CHANGE_DIR_NAME
-                                                : FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME |
-                                                      FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE))
+    : m_change(FindFirstChangeNotificationW((folder + L"\\").c_str(), FALSE,
+                                            scope == Folders ? FILE_NOTIFY_CHANGE_DIR_NAME
+                                                             : FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_SIZE |
+                                                                   FILE_NOTIFY_CHANGE_LAST_WRITE))
 {
     if (m_change == INVALID_HANDLE_VALUE)
     {

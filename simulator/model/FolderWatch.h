@@ -5,14 +5,14 @@
 namespace sim
 {
 
-// Tells when something in a folder changes.
+// Tells when something in a folder changes: in itself, not below.
 class FolderWatch
 {
   public:
     enum Scope
     {
-        Names,   // folders that come and go, in the folder itself
-        Contents // files that come, go and are written, in the folder and below
+        Folders, // those that come and go
+        Files    // those that come, go and are written
     };
 
     // Throws Error.

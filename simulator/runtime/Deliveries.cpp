@@ -24,7 +24,7 @@ DWORD TurnSlot()
 class Deliveries::Turn
 {
   public:
-    Turn(Deliveries& deliveries, std::wstring const& address) : m_deliveries(deliveries), m_address(address)
+    Turn(Deliveries& deliveries, std::wstring const& queueName) : m_deliveries(deliveries), m_queueName(queueName)
     {
         TlsSetValue(TurnSlot(), this);
     }
@@ -43,7 +43,7 @@ class Deliveries::Turn
         if (!std::exchange(m_isOver, true))
         {
             m_deliveries.m_work.Run(
-                [&deliveries = m_deliveries, address = m_address] { deliveries.DeliverNext(address); });
+                [&deliveries = m_deliveries, queueName = m_queueName] { deliveries.DeliverNext(queueName); });
         }
     }
 
@@ -52,7 +52,7 @@ class Deliveries::Turn
 
   private:
     Deliveries& m_deliveries;
-    std::wstring const& m_address;
+    std::wstring const& m_queueName;
     bool m_isOver = false;
 };
 
@@ -60,7 +60,7 @@ Deliveries::~Deliveries()
 {
     {
         std::lock_guard const lock(m_mutex);
-        for (auto& [address, messages] : m_waiting)
+        for (auto& [queueName, messages] : m_waiting)
         {
             messages.clear();
         }
@@ -76,13 +76,13 @@ void Deliveries::Listen(Listener listener)
 
 void Deliveries::Add(Message message)
 {
-    auto const address = AddressOf(message);
+    auto const queueName = QueueOf(message);
     std::lock_guard const lock(m_mutex);
-    auto const [queue, isFirst] = m_waiting.try_emplace(address);
+    auto const [queue, isFirst] = m_waiting.try_emplace(queueName);
     queue->second.push_back(std::move(message));
     if (isFirst)
     {
-        m_work.Run([this, address] { DeliverNext(address); });
+        m_work.Run([this, queueName] { DeliverNext(queueName); });
     }
 }
 
@@ -94,12 +94,12 @@ void Deliveries::PassOn()
     }
 }
 
-void Deliveries::DeliverNext(std::wstring const& address)
+void Deliveries::DeliverNext(std::wstring const& queueName)
 {
     Message message;
     {
         std::lock_guard const lock(m_mutex);
-        auto const queue = m_waiting.find(address);
+        auto const queue = m_waiting.find(queueName);
         if (queue->second.empty())
         {
             m_waiting.erase(queue);
@@ -108,7 +108,7 @@ void Deliveries::DeliverNext(std::wstring const& address)
         message = std::move(queue->second.front());
         queue->second.pop_front();
     }
-    Turn const turn(*this, address);
+    Turn const turn(*this, queueName);
     m_listener(message);
 }
 

@@ -12,8 +12,8 @@ namespace sim
 {
 
 // Brings what the platform says to a process's listener, on threads of the system's pool: one message after the other
-// for each address, and side by side otherwise. The next one comes when the listener has returned or has said PassOn,
-// so that a handler that blocks before that holds up its own connection alone. May be used from any thread.
+// for each queue (QueueOf), and side by side otherwise. The next one comes when the listener has returned or has said
+// PassOn, so that a handler that blocks before that holds up its own connection alone. May be used from any thread.
 class Deliveries
 {
   public:
@@ -34,20 +34,20 @@ class Deliveries
     // Never blocks.
     void Add(Message message);
 
-    // Called in a listener, on its thread: the next message of the same address need not wait for its return. Does
+    // Called in a listener, on its thread: the next message of the same queue need not wait for its return. Does
     // nothing on other threads.
     static void PassOn();
 
   private:
-    // The right to deliver to an address, while a message is being delivered to it.
+    // The right to deliver from a queue, while a message of it is being delivered.
     class Turn;
 
-    void DeliverNext(std::wstring const& address);
+    void DeliverNext(std::wstring const& queueName);
 
     PoolWork& m_work;
     std::mutex m_mutex; // over all that follows
     Listener m_listener;
-    std::map<std::wstring, std::deque<Message>> m_waiting; // by address; there as long as one is being delivered
+    std::map<std::wstring, std::deque<Message>> m_waiting; // by queue; there as long as one is being delivered
 };
 
 } // namespace sim

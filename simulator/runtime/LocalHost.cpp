@@ -122,7 +122,7 @@ std::wstring LocalHost::ActivateAppService()
 
 void LocalHost::Cancel(std::wstring const& instance, int reason)
 {
-    m_platform->Say({L"cancel", instance, std::to_wstring(reason)});
+    m_platform->Say({L"cancel", instance, L"", std::to_wstring(reason)});
 }
 
 void LocalHost::Push(std::wstring const& payload)

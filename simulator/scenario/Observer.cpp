@@ -1,6 +1,5 @@
 #include "simulator/scenario/Observer.h"
 
-#include "simulator/model/Files.h"
 #include "simulator/model/Text.h"
 
 #include <algorithm>
@@ -16,10 +15,8 @@ Observer::Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline)
 
 void Observer::WatchLog(std::wstring const& path)
 {
-    auto const temporary = ParentOf(ParentOf(ParentOf(path))); // there before the app makes the log's folders
-    MakeFolder(temporary);
     m_log.emplace(path);
-    m_logWatch = std::make_unique<FolderWatch>(temporary, FolderWatch::Contents);
+    m_logWatch.emplace(path);
 }
 
 bool Observer::WaitUntil(std::function<bool()> const& done, unsigned limitMilliseconds)

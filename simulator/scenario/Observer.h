@@ -2,7 +2,7 @@
 #include "simulator/client/BrokerClient.h"
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
-#include "simulator/model/FolderWatch.h"
+#include "simulator/log/LogWatch.h"
 #include "simulator/scenario/Helpers.h"
 #include "simulator/scenario/Timeline.h"
 
@@ -50,7 +50,7 @@ class Observer
     Helpers& m_helpers;
     Timeline& m_timeline;
     std::optional<LogFile> m_log;
-    std::unique_ptr<FolderWatch> m_logWatch;
+    std::optional<LogWatch> m_logWatch;
     bool m_isAppOver = false;
 };
 

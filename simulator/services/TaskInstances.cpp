@@ -70,7 +70,7 @@ void TaskInstances::Completed(std::wstring const& id)
     auto const entry = Find(id);
     if (entry != m_instances.end() && entry->second.app)
     {
-        entry->second.app->Send({L"ended", id});
+        entry->second.app->Send({L"ended", id, ConnectionOf(entry->second)});
         Remove(entry, entry->second.cancelReason ? End::Cancelled : End::Completed, L"task-completed");
         WatchIdleness();
     }
@@ -194,7 +194,14 @@ void TaskInstances::Overdue(unsigned number)
 
 void TaskInstances::SendCancel(Map::value_type const& entry, int reason)
 {
-    entry.second.app->Send({L"cancel", std::to_wstring(entry.first), std::to_wstring(reason)});
+    auto const& [number, instance] = entry;
+    instance.app->Send({L"cancel", std::to_wstring(number), ConnectionOf(instance), std::to_wstring(reason)});
+}
+
+// Of an app service; none for a task.
+std::wstring TaskInstances::ConnectionOf(Instance const& instance)
+{
+    return instance.start.kind == ActivationKind::AppService ? instance.start.words.front() : std::wstring();
 }
 
 void TaskInstances::Remove(Map::iterator entry, End end, std::wstring const& event)

@@ -76,6 +76,7 @@ class TaskInstances
     void Cancel(Map::value_type& entry, int reason);
     void SetLimit(Map::value_type& entry);
     void Overdue(unsigned number);
+    static std::wstring ConnectionOf(Instance const& instance);
     static void SendCancel(Map::value_type const& entry, int reason);
     void Remove(Map::iterator entry, End end, std::wstring const& event);
     void WatchIdleness();

@@ -1,6 +1,7 @@
 #include "simulator/runtime/appservice/AppServiceConnection.h"
 
 #include "simulator/runtime/Address.h"
+#include "simulator/runtime/Deliveries.h"
 #include "simulator/runtime/PoolAwaiters.h"
 #include "simulator/runtime/appservice/AppServiceClosedEventArgs.h"
 #include "simulator/runtime/appservice/AppServiceRequestReceivedEventArgs.h"
@@ -163,7 +164,18 @@ void AppServiceConnection::RequestReceived(winrt::event_token token)
 winrt::event_token AppServiceConnection::ServiceClosed(ServiceClosedHandler const& handler)
 {
     ThrowIfStruck(L"AppServiceConnection.ServiceClosed");
-    return m_serviceClosed.Add(handler, *this);
+    if (!handler)
+    {
+        throw winrt::hresult_invalid_argument();
+    }
+    // The service's task is cancelled along with this: told once nothing can keep this handler from being called, as
+    // the one of the cancellation might, which closes the connection.
+    return m_serviceClosed.Add(
+        [handler](auto const& self, auto const& args) {
+            Deliveries::PassOn();
+            handler(self, args);
+        },
+        *this);
 }
 
 void AppServiceConnection::ServiceClosed(winrt::event_token token)

@@ -106,7 +106,8 @@ void BackgroundTaskInstance::Canceled(winrt::event_token token)
     m_canceled.Remove(token);
 }
 
-// cancel INSTANCE REASON, which a completion may cross: Canceled is raised all the same. Then ended INSTANCE.
+// cancel INSTANCE CONNECTION REASON, which a completion may cross: Canceled is raised all the same. Then ended INSTANCE
+// CONNECTION.
 void BackgroundTaskInstance::Receive(Message const& message)
 {
     if (message.front() == L"ended")
@@ -114,7 +115,7 @@ void BackgroundTaskInstance::Receive(Message const& message)
         Receivers::Instance().Remove(InstanceAddress(m_id));
         return;
     }
-    auto const reason = static_cast<BackgroundTaskCancellationReason>(std::stoi(WordOf(message, 2)));
+    auto const reason = static_cast<BackgroundTaskCancellationReason>(std::stoi(WordOf(message, 3)));
     m_canceled.RaiseOrWait(*this, [reason](BackgroundTaskInstance& self) {
         self.m_canceled.Call(self.get_strong().as<Platform::Background::IBackgroundTaskInstance>(), reason);
     });

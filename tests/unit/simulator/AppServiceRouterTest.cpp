@@ -143,8 +143,8 @@ TEST_F(Connections, TellTheServiceThatItsCallerCloses)
     Reports();
     Tell(m_caller, {L"close", connection, L"caller"});
     EXPECT_EQ(*response, (Texts{L"response", L"1", L""}));
-    EXPECT_EQ(m_app->received,
-              (std::vector<sim::Message>{{L"service-closed", connection, L"service", L"0"}, {L"cancel", L"1", L"10"}}));
+    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"service-closed", connection, L"service", L"0"},
+                                                          {L"cancel", L"1", connection, L"10"}}));
     EXPECT_EQ(Reports(), (Texts{L"app-service-closed connection=1 by=caller status=Completed",
                                 L"task-cancelled instance=1 name=a.service reason=ResourceRevocation"}));
     EXPECT_EQ(Ask(m_app, {L"send", connection, L"service", L""})[1], L"1");
@@ -154,8 +154,8 @@ TEST_F(Connections, TellTheServiceThatItsCallerHasGone)
 {
     auto const connection = Open(m_caller);
     Gone(*m_caller);
-    EXPECT_EQ(m_app->received,
-              (std::vector<sim::Message>{{L"service-closed", connection, L"service", L"1"}, {L"cancel", L"1", L"10"}}));
+    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"service-closed", connection, L"service", L"1"},
+                                                          {L"cancel", L"1", connection, L"10"}}));
 }
 
 TEST_F(Connections, TellTheServiceOnceItIsThereThatItsCallerHadGone)
@@ -167,7 +167,7 @@ TEST_F(Connections, TellTheServiceOnceItIsThereThatItsCallerHadGone)
     EXPECT_EQ(Ask(m_app, {L"send", L"1", L"service", L""})[1], L"1");
     Tell(m_app, {L"task-returned", L"1"});
     EXPECT_EQ(m_app->received,
-              (std::vector<sim::Message>{{L"service-closed", L"1", L"service", L"1"}, {L"cancel", L"1", L"10"}}));
+              (std::vector<sim::Message>{{L"service-closed", L"1", L"service", L"1"}, {L"cancel", L"1", L"1", L"10"}}));
 }
 
 TEST_F(Connections, CloseFromTheServicesEnd)

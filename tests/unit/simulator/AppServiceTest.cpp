@@ -370,6 +370,20 @@ TEST_F(ConnectedApps, HearThatTheCallerHasClosedAndAreCancelled)
     EXPECT_EQ(served[0].SendMessageAsync(ValueSet()).get().Status(), AppServiceResponseStatus::Failure);
 }
 
+// Many rounds: unordered, the cancellation would be quicker in some.
+TEST_F(ConnectedApps, HearThatTheCallerHasClosedEvenIfTheyCloseWhenTheyAreCancelled)
+{
+    onActivated = [this, activated = onActivated](IBackgroundTaskInstance const& instance) {
+        activated(instance);
+        instance.Canceled([connection = served.back()](auto&&...) { connection.Close(); });
+    };
+    for (int round = 0; round < 100; ++round)
+    {
+        Open().Close();
+        EXPECT_EQ(closings.Next(), AppServiceClosedStatus::Completed);
+    }
+}
+
 TEST_F(ConnectedApps, HearThatTheCallerHasLetGo)
 {
     Open();

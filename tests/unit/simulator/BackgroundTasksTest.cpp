@@ -85,7 +85,7 @@ TEST_F(Tasks, AreCancelledWithTheirRegistrationOnRequest)
     AdvanceClock(day);
     Return(0);
     Ask(m_app, {L"unregister-task", id, L"1"});
-    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"0"}}));
+    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"", L"0"}}));
 }
 
 TEST_F(Tasks, AreLeftToFinishWithoutThatRequest)

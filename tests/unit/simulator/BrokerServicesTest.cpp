@@ -180,7 +180,7 @@ TEST_F(BrokersServices, TellTheAppOfACallerThatDies)
     m_broker->Closed(caller);
     auto const size = app->received.size();
     EXPECT_EQ(app->received[size - 2], (Texts{L"service-closed", L"1", L"service", L"1"}));
-    EXPECT_EQ(app->received[size - 1], (Texts{L"cancel", L"1", L"10"}));
+    EXPECT_EQ(app->received[size - 1], (Texts{L"cancel", L"1", L"1", L"10"}));
 }
 
 TEST_F(BrokersServices, KnowTheAppsOwnRequestsFromADesktopPrograms)
@@ -266,7 +266,7 @@ TEST_F(BrokersServices, EndAnAppThatDoesNotCompleteItsCancelledTask)
     auto const app = Connect(0);
     Return(app, L"1", L"1");
     EXPECT_EQ(Ask({L"cancel-tasks", L"LoggingOff"})[0], L"ok");
-    EXPECT_EQ(app->received.back(), (Texts{L"cancel", L"1", L"2"}));
+    EXPECT_EQ(app->received.back(), (Texts{L"cancel", L"1", L"", L"2"}));
     m_processes->WaitForKill();
 }
 

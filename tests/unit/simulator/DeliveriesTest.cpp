@@ -53,6 +53,30 @@ TEST(Deliveries, OfOtherAddressesPassOneWhoseHandlerBlocks)
     EXPECT_EQ(got.Next(), L"1.waits");
 }
 
+TEST(Deliveries, OfTheTaskOfAnAppServiceFollowThoseOfItsConnection)
+{
+    Arrivals<std::wstring> got;
+    Signal release;
+    sim::PoolWork work;
+    sim::Deliveries deliveries(work);
+    deliveries.Listen([&](sim::Message const& message) {
+        got.Add(message[0] + L" " + message[1]);
+        if (message[0] == L"service-closed")
+        {
+            release.Wait();
+        }
+    });
+    deliveries.Add({L"service-closed", L"1", L"service", L"0"});
+    EXPECT_EQ(got.Next(), L"service-closed 1");
+    deliveries.Add({L"cancel", L"7", L"1", L"10"});
+    deliveries.Add({L"ended", L"7", L"1"});
+    deliveries.Add({L"cancel", L"8", L"", L"10"});
+    EXPECT_EQ(got.Next(), L"cancel 8");
+    release.Set();
+    EXPECT_EQ(got.Next(), L"cancel 7");
+    EXPECT_EQ(got.Next(), L"ended 7");
+}
+
 TEST(Deliveries, OfOneAddressGoOnBesideAHandlerThatHasPassedOn)
 {
     Arrivals<std::wstring> got;

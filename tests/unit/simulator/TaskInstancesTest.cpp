@@ -28,7 +28,7 @@ TEST_F(TaskLimits, CancelATaskThatTakesTooLongThenEndTheApp)
     StartTask();
     Return(0);
     WaitForEndings(1);
-    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"9"}}));
+    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"", L"9"}}));
     EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' reason=ExecutionTimeExceeded",
                                 L"task-overdue instance=1 name='A Task'"}));
 }
@@ -92,7 +92,7 @@ TEST_F(TaskLimits, CancelOnce)
     Return(0);
     Do([](sim::Services& services) { services.CancelTasks(7); });
     Do([](sim::Services& services) { services.CancelTasks(8); });
-    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"7"}}));
+    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"", L"7"}}));
     EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' reason=SystemPolicy"}));
 }
 
@@ -103,7 +103,7 @@ TEST_F(TaskLimits, TellOfACancellationWhenTheAppHasReturned)
     Do([](sim::Services& services) { services.CancelTasks(7); });
     EXPECT_TRUE(m_app->received.empty());
     Return(0);
-    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"7"}}));
+    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"", L"7"}}));
 }
 
 TEST_F(TaskLimits, EndAnAppWithNothingLeftToDo)
