@@ -6,6 +6,7 @@
 #include "simulator/model/Words.h"
 
 #include <algorithm>
+#include <deque>
 
 namespace sim
 {
@@ -78,10 +79,12 @@ struct ExpectedLine
     std::wstring category; // empty: any
 };
 
-// Messages, each with the options that stand before it.
-std::vector<ExpectedLine> ParseLines(std::vector<std::wstring> const& words)
+using Lines = std::deque<ExpectedLine>;
+
+// Messages, each with the options that stand before it: those of each thread, which a | parts from the next one's.
+std::vector<Lines> ParseThreads(std::vector<std::wstring> const& words)
 {
-    std::vector<ExpectedLine> lines;
+    std::vector<Lines> threads(1);
     std::wstring level = L"INFO";
     std::wstring category;
     for (auto const& word : words)
@@ -94,12 +97,16 @@ std::vector<ExpectedLine> ParseLines(std::vector<std::wstring> const& words)
         {
             category = word.substr(word.find(L'=') + 1);
         }
+        else if (word == L"|")
+        {
+            threads.emplace_back();
+        }
         else
         {
-            lines.push_back({word, level, category});
+            threads.back().push_back({word, level, category});
         }
     }
-    return lines;
+    return threads;
 }
 
 bool IsLine(std::wstring const& text, ExpectedLine const& expected)
@@ -156,7 +163,7 @@ void Expectations::Check(Words const& words)
     static constexpr Expectation expectations[] = {
         {L"event", 2, &Expectations::CheckEvent},
         {L"log", 2, &Expectations::CheckLog},
-        {L"unordered", 3, &Expectations::CheckUnorderedLog},
+        {L"interleaved", 3, &Expectations::CheckInterleavedLog},
         {L"desktop", 3, &Expectations::CheckDesktop},
         {L"helper", 2, &Expectations::CheckHelper},
         {L"helper-exit", 2, &Expectations::CheckHelperExit},
@@ -168,8 +175,9 @@ void Expectations::Check(Words const& words)
         std::ranges::find(expectations, words.empty() ? std::wstring_view() : words.front(), &Expectation::what);
     if (found == std::end(expectations) || words.size() < found->fewestWords)
     {
-        throw Error(L"expect event KIND …, log MESSAGE …, unordered log MESSAGE …, desktop GROUP COMMANDLINE, "
-                    L"helper [@NAME] LINE, helper-exit [@NAME] CODE, exit CODE …, crash … or terminated …");
+        throw Error(
+            L"expect event KIND …, log MESSAGE …, interleaved log MESSAGE … | MESSAGE …, desktop GROUP COMMANDLINE, "
+            L"helper [@NAME] LINE, helper-exit [@NAME] CODE, exit CODE …, crash … or terminated …");
     }
     (this->*found->check)(words);
 }
@@ -239,22 +247,27 @@ void Expectations::CheckLog(Words const& words)
     }
 }
 
-void Expectations::CheckUnorderedLog(Words const& words)
+void Expectations::CheckInterleavedLog(Words const& words)
 {
-    auto open = ParseLines({words.begin() + 2, words.end()});
-    if (words[1] != L"log" || open.empty())
+    auto threads = ParseThreads({words.begin() + 2, words.end()});
+    if (words[1] != L"log" || std::ranges::any_of(threads, &Lines::empty))
     {
-        throw Error(L"expect unordered log MESSAGE …");
+        throw Error(L"expect interleaved log MESSAGE … | MESSAGE …");
     }
-    while (!open.empty())
+    while (!threads.empty())
     {
-        auto const text = TakeLogLine(L"log line, one of " + std::to_wstring(open.size()) + L": " + open[0].message);
-        auto const found = std::ranges::find_if(open, [&](auto const& line) { return IsLine(text, line); });
-        if (found == open.end())
+        auto const text = TakeLogLine(L"log line: " + threads[0].front().message);
+        auto const found =
+            std::ranges::find_if(threads, [&](auto const& lines) { return IsLine(text, lines.front()); });
+        if (found == threads.end())
         {
             throw Difference{Joined(words), L"log line " + text};
         }
-        open.erase(found);
+        found->pop_front();
+        if (found->empty())
+        {
+            threads.erase(found);
+        }
     }
 }
 

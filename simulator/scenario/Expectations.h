@@ -46,7 +46,7 @@ class Expectations
 
     void CheckEvent(Words const& words);
     void CheckLog(Words const& words);
-    void CheckUnorderedLog(Words const& words);
+    void CheckInterleavedLog(Words const& words);
     void CheckHelper(Words const& words);
     void CheckHelperExit(Words const& words);
     void CheckDesktop(Words const& words);

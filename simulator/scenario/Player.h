@@ -24,9 +24,9 @@ namespace sim
 //   with
 //                                          these details among its own
 //   expect log MESSAGE [level=…] [category=…]      the next line of the log; its level is INFO if none is given
-//   expect unordered log [level=…] [category=…] MESSAGE MESSAGE…      the next lines of the log, in any order; an
-//   option
-//                                          holds for the messages after it
+//   expect interleaved log [level=…] [category=…] MESSAGE… | MESSAGE…      the next lines of the log, of several
+//                                          threads: each one's in their order; an option holds for the messages after
+//                                          it
 //   expect helper [@NAME] LINE             the next line that the helper printed
 //   expect helper-exit [@NAME] CODE        it has ended, having printed nothing more
 //   expect desktop GROUP COMMANDLINE       the desktop component was started for the group, saw this command line and

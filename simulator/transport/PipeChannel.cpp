@@ -1,46 +1,31 @@
 #include "simulator/transport/PipeChannel.h"
 
 #include "simulator/model/Error.h"
-
-#include <optional>
-#include <thread>
+#include "simulator/model/Files.h"
+#include "simulator/transport/IoThreads.h"
 
 namespace sim
 {
 
-// A read or a write, awaited by the thread that begins it. Used again and again.
-class PipeChannel::Operation
+// A read or a write, to be begun or under way. It holds the channel, so that the channel outlives what the system
+// writes into.
+struct PipeChannel::Operation : OVERLAPPED
 {
-  public:
-    // How many bytes; null when it failed or the channel is closed. Begun under the channel's lock, as else Close could
-    // find nothing to cancel just before.
-    template <typename Begin>
-    std::optional<DWORD> Run(PipeChannel& channel, Begin begin)
-    {
-        m_overlapped = {};
-        m_overlapped.hEvent = m_ended.Get();
-        HANDLE pipe = nullptr;
-        {
-            std::lock_guard const lock(channel.m_mutex);
-            pipe = channel.m_pipe.Get();
-            if (channel.m_closed || (!begin(&m_overlapped) && GetLastError() != ERROR_IO_PENDING))
-            {
-                return std::nullopt;
-            }
-        }
-        DWORD size = 0;
-        auto const done = GetOverlappedResult(pipe, &m_overlapped, &size, TRUE);
-        return done ? std::optional(size) : std::nullopt;
-    }
+    Operation(std::shared_ptr<PipeChannel> owner, Kind its) : OVERLAPPED{}, channel(std::move(owner)), kind(its) {}
 
-  private:
-    Handle m_ended{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
-    OVERLAPPED m_overlapped{};
+    std::shared_ptr<PipeChannel> channel;
+    Kind kind;
+    std::string buffer;
 };
 
 std::shared_ptr<PipeChannel> PipeChannel::Open(Handle pipe)
 {
-    return std::shared_ptr<PipeChannel>(new PipeChannel(std::move(pipe)));
+    std::shared_ptr<PipeChannel> channel(new PipeChannel(std::move(pipe)));
+    if (!IoThreads::Instance().Serve(channel->m_pipe.Get(), OnEnded))
+    {
+        throw Error(L"cannot use the connection: " + SystemMessage(GetLastError()));
+    }
+    return channel;
 }
 
 PipeChannel::PipeChannel(Handle pipe) : m_pipe(std::move(pipe)) {}
@@ -48,50 +33,66 @@ PipeChannel::PipeChannel(Handle pipe) : m_pipe(std::move(pipe)) {}
 void PipeChannel::Start(Events events)
 {
     m_events = std::move(events);
-    std::thread([channel = shared_from_this()] { channel->WriteAll(); }).detach();
-    std::thread([channel = shared_from_this()] { channel->ReadAll(); }).detach();
+    Post(Kind::Read);
 }
 
 void PipeChannel::Send(Message const& message)
 {
     auto bytes = Encode(message);
     std::lock_guard const lock(m_mutex);
-    if (!m_broken)
+    if (m_broken)
     {
-        m_outgoing.push_back(std::move(bytes));
-        m_changed.notify_all();
+        return;
+    }
+    m_outgoing.push_back(std::move(bytes));
+    if (m_outgoing.size() == 1)
+    {
+        Post(Kind::Write);
     }
 }
 
 void PipeChannel::Flush()
 {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return m_outgoing.empty(); });
+    m_written.wait(lock, [&] { return m_outgoing.empty(); });
 }
 
 void PipeChannel::Close()
 {
     std::lock_guard const lock(m_mutex);
-    EndTransfers();
+    m_closed = true;
+    Break();
+    CancelIoEx(m_pipe.Get(), nullptr);
 }
 
-void PipeChannel::ReadAll()
+void PipeChannel::Read()
 {
-    constexpr DWORD blockSize = 16384;
-    std::string block(blockSize, '\0');
-    Operation operation;
-    auto const read = [&](OVERLAPPED* overlapped) {
-        return ReadFile(m_pipe.Get(), block.data(), blockSize, nullptr, overlapped);
-    };
-    auto size = operation.Run(*this, read);
-    while (size && Deliver(std::string_view(block).substr(0, *size)))
+    constexpr std::size_t blockSize = 16384;
+    auto operation = std::make_unique<Operation>(shared_from_this(), Kind::Read);
+    operation->buffer.resize(blockSize);
+    bool reading = false;
     {
-        size = operation.Run(*this, read);
+        // Together with the look at m_closed: else Close could find no read to cancel just before one begins.
+        std::lock_guard const lock(m_mutex);
+        reading = !m_closed && Begin(std::move(operation));
+    }
+    if (!reading)
+    {
+        ReadEnded(ERROR_BROKEN_PIPE, {});
+    }
+}
+
+void PipeChannel::ReadEnded(DWORD error, std::string_view bytes)
+{
+    if (error == ERROR_SUCCESS && Deliver(bytes))
+    {
+        Read();
+        return;
     }
     {
         std::lock_guard const lock(m_mutex);
-        EndTransfers();
-        m_pipe = Handle(); // the other end learns of it
+        Break();
+        m_pipe = Handle(); // the other end learns of it, and a write under way ends
     }
     auto const events = std::move(m_events); // let go of what they hold: nothing follows
     events.closed();
@@ -113,47 +114,88 @@ catch (Error const&)
     return false;
 }
 
-void PipeChannel::WriteAll()
+void PipeChannel::Write()
 {
-    Operation operation;
-    std::unique_lock lock(m_mutex);
-    for (;;)
+    std::lock_guard const lock(m_mutex);
+    if (!m_outgoing.empty())
     {
-        m_changed.wait(lock, [&] { return m_broken || !m_outgoing.empty(); });
-        if (m_broken)
+        auto operation = std::make_unique<Operation>(shared_from_this(), Kind::Write);
+        operation->buffer = m_outgoing.front();
+        if (!Begin(std::move(operation)))
         {
-            return;
-        }
-        auto const bytes = m_outgoing.front();
-        lock.unlock();
-        auto const written = operation.Run(*this, [&](OVERLAPPED* overlapped) {
-            return WriteFile(m_pipe.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), nullptr, overlapped);
-        });
-        lock.lock();
-        if (!written)
-        {
-            EndSending(); // what the other end said before it went is still read
-        }
-        else if (!m_broken)
-        {
-            m_outgoing.pop_front();
-            m_changed.notify_all();
+            Break();
         }
     }
 }
 
-void PipeChannel::EndSending()
+void PipeChannel::WriteEnded(DWORD error)
+{
+    std::unique_lock lock(m_mutex);
+    if (error != ERROR_SUCCESS)
+    {
+        Break(); // what the other end said before it went is still read
+    }
+    if (m_broken)
+    {
+        return;
+    }
+    m_outgoing.pop_front();
+    if (m_outgoing.empty())
+    {
+        m_written.notify_all();
+        return;
+    }
+    lock.unlock();
+    Write();
+}
+
+void PipeChannel::Break()
 {
     m_broken = true;
     m_outgoing.clear();
-    m_changed.notify_all();
+    m_written.notify_all();
 }
 
-void PipeChannel::EndTransfers()
+// Here and now, on a thread that stays.
+bool PipeChannel::Begin(std::unique_ptr<Operation> operation)
 {
-    EndSending();
-    m_closed = true;
-    CancelIoEx(m_pipe.Get(), nullptr);
+    auto* const data = operation->buffer.data();
+    auto const size = static_cast<DWORD>(operation->buffer.size());
+    auto const started = operation->kind == Kind::Read ? ReadFile(m_pipe.Get(), data, size, nullptr, operation.get())
+                                                       : WriteFile(m_pipe.Get(), data, size, nullptr, operation.get());
+    if (!started && GetLastError() != ERROR_IO_PENDING)
+    {
+        return false;
+    }
+    static_cast<void>(operation.release()); // OnEnded has it from here
+    return true;
+}
+
+void PipeChannel::Post(Kind kind)
+{
+    auto operation = std::make_unique<Operation>(shared_from_this(), kind);
+    IoThreads::Instance().Post(operation.release(), OnPosted);
+}
+
+void PipeChannel::OnPosted(OVERLAPPED* overlapped, DWORD, DWORD)
+{
+    std::unique_ptr<Operation> const operation(static_cast<Operation*>(overlapped));
+    auto& channel = *operation->channel;
+    operation->kind == Kind::Read ? channel.Read() : channel.Write();
+}
+
+void PipeChannel::OnEnded(OVERLAPPED* overlapped, DWORD error, DWORD size)
+{
+    std::unique_ptr<Operation> const operation(static_cast<Operation*>(overlapped));
+    auto& channel = *operation->channel;
+    if (operation->kind == Kind::Read)
+    {
+        channel.ReadEnded(error, std::string_view(operation->buffer).substr(0, size));
+    }
+    else
+    {
+        channel.WriteEnded(error);
+    }
 }
 
 } // namespace sim

@@ -8,18 +8,13 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <string_view>
 #include <windows.h>
 
 namespace sim
 {
 
-// One connected end of a pipe that carries messages both ways. Messages arrive, in order and one at a time, on a thread
-// of its own; they leave in the order of Send. It keeps itself alive while the other end is there.
-//
-// Both of its threads stay while the pipe is open, and no other thread begins a read or a write: Wine tells the end of
-// one to the thread that began it, and when that thread has just ended (as a pool's do after five idle seconds), what
-// was read is lost and the operation fails with ERROR_ALERTED.
+// One connected end of a pipe that carries messages both ways. Messages arrive, in order and one at a time, on the
+// process's IoThreads; they leave in the order of Send. It keeps itself alive while the other end is there.
 class PipeChannel : public Peer, public std::enable_shared_from_this<PipeChannel>
 {
   public:
@@ -29,14 +24,14 @@ class PipeChannel : public Peer, public std::enable_shared_from_this<PipeChannel
         std::function<void()> closed; // once, after the last message; also when the other end speaks gibberish
     };
 
-    // pipe: opened for overlapped use, connected.
+    // pipe: opened for overlapped use, connected. Throws Error.
     static std::shared_ptr<PipeChannel> Open(Handle pipe);
 
     PipeChannel(PipeChannel const&) = delete;
     PipeChannel& operator=(PipeChannel const&) = delete;
     ~PipeChannel() override = default;
 
-    // Begins to listen and to send. Once. `closed` may come before it returns.
+    // Begins to listen. Once. What it tells may come before it returns.
     void Start(Events events);
 
     void Send(Message const& message) override;
@@ -48,25 +43,39 @@ class PipeChannel : public Peer, public std::enable_shared_from_this<PipeChannel
     void Close();
 
   private:
-    class Operation;
+    enum class Kind
+    {
+        Read,
+        Write
+    };
+
+    struct Operation;
 
     explicit PipeChannel(Handle pipe);
 
-    void ReadAll();
+    void Read();
+    void ReadEnded(DWORD error, std::string_view bytes);
     bool Deliver(std::string_view bytes);
-    void WriteAll();
-    void EndSending();   // under m_mutex
-    void EndTransfers(); // under m_mutex
+    void Write();
+    void WriteEnded(DWORD error);
+    void Break();                                     // under m_mutex
+    bool Begin(std::unique_ptr<Operation> operation); // under m_mutex
+
+    // Reads or writes on a thread that stays.
+    void Post(Kind kind);
+
+    static void OnPosted(OVERLAPPED* overlapped, DWORD error, DWORD size);
+    static void OnEnded(OVERLAPPED* overlapped, DWORD error, DWORD size);
 
     Handle m_pipe;
     Events m_events;
     MessageDecoder m_decoder;
 
     std::mutex m_mutex;
-    std::condition_variable m_changed;  // m_outgoing or m_broken
+    std::condition_variable m_written;
     std::deque<std::string> m_outgoing; // the first one is being written
     bool m_broken = false;              // nothing more is sent
-    bool m_closed = false;              // nor read
+    bool m_closed = false;              // nothing more is read
 };
 
 } // namespace sim

@@ -154,7 +154,7 @@ TEST_F(CommandLine, TellsThatAHelperStillRunsAtTheEndOfAScenario)
         << sim::ToUtf8(outcome.output);
 }
 
-TEST_F(CommandLine, AcceptsUnorderedLogLinesInAnyOrderAndNoOthers)
+TEST_F(CommandLine, AcceptsLogLinesOfSeveralThreadsInTheOrderOfEachAndNoOthers)
 {
     std::string const steps = "register\n"
                               "expect event package-registered\n"
@@ -162,22 +162,28 @@ TEST_F(CommandLine, AcceptsUnorderedLogLinesInAnyOrderAndNoOthers)
                               "expect event app-started\n"
                               "expect event activated\n"
                               "expect event exit-announced\n"
-                              "expect exit 0\n";
-    auto const play = [&](std::string const& step) {
-        auto const scenario = m_folder / L"unordered.scenario";
-        test::WriteBytes(scenario, steps + step);
+                              "expect exit 0\n"
+                              "expect interleaved log ";
+    auto const play = [&](std::string const& lines) {
+        auto const scenario = m_folder / L"interleaved.scenario";
+        test::WriteBytes(scenario, steps + lines);
         return Run(L"play \"" + scenario + L"\"");
     };
-    std::string const banner =
-        "'****************************** VelmoNotificationCLient Started. *********************************'";
-    auto const right =
-        play("expect unordered log category=ZEBMain 'Inside OnActivated App activated by URI protocol' " + banner);
-    EXPECT_EQ(right.exitCode, 0u) << sim::ToUtf8(right.output);
-    auto const wrong = play("expect unordered log level=ERROR 'Inside OnActivated App activated by URI protocol' "
-                            "level=INFO " +
-                            banner);
-    EXPECT_EQ(wrong.exitCode, 1u);
-    EXPECT_NE(wrong.output.find(L"  found:    log line "), std::wstring::npos) << sim::ToUtf8(wrong.output);
+    std::string const first =
+        "'****************************** VelmoNotificationCLient Started. *********************************' ";
+    std::string const second = "'Inside OnActivated App activated by URI protocol' ";
+    for (auto const& right : {first + second, second + "| " + first, "category=ZEBMain " + first + "| " + second})
+    {
+        auto const played = play(right);
+        EXPECT_EQ(played.exitCode, 0u) << sim::ToUtf8(played.output);
+    }
+    for (auto const& wrong : {second + first, "level=ERROR " + second + "| level=INFO " + first})
+    {
+        auto const played = play(wrong);
+        EXPECT_EQ(played.exitCode, 1u);
+        EXPECT_NE(played.output.find(L"  found:    log line "), std::wstring::npos) << sim::ToUtf8(played.output);
+    }
+    EXPECT_EQ(play(first + "| ").exitCode, 1u);
 }
 
 TEST_F(CommandLine, KeepsClockTasksAndSettingsOfTheDevice)

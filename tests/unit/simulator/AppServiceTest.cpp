@@ -370,7 +370,7 @@ TEST_F(ConnectedApps, HearThatTheCallerHasClosedAndAreCancelled)
     EXPECT_EQ(served[0].SendMessageAsync(ValueSet()).get().Status(), AppServiceResponseStatus::Failure);
 }
 
-// Many rounds: unordered, the cancellation would be quicker in some.
+// Many rounds: told side by side, the cancellation would be quicker in some.
 TEST_F(ConnectedApps, HearThatTheCallerHasClosedEvenIfTheyCloseWhenTheyAreCancelled)
 {
     onActivated = [this, activated = onActivated](IBackgroundTaskInstance const& instance) {
