@@ -10,8 +10,8 @@ namespace sim
 // Tells when the app's log changes, from before its folder is there.
 //
 // It watches the log's own folder as soon as it can, and until then the deepest one above it that is there. One watch
-// of all that is below the topmost would not do: Wine begins to watch a new folder only after it was told of it, and
-// never learns of one that was made in it before.
+// of all that is below the topmost would not do: under Wine it now and then, in one play of thirty on a busy machine,
+// told nothing of what was written in a folder made after it.
 class LogWatch
 {
   public:
