@@ -38,12 +38,13 @@ struct Run
     sim::Handle ended = NewEvent();
 };
 
-void Serve(std::shared_ptr<sim::PipeChannel> const& channel, Run& run)
+// folder: that of the app's package, for the app.
+void Serve(std::shared_ptr<sim::PipeChannel> const& channel, std::wstring const& folder, Run& run)
 {
-    channel->Start({[channel, &run](sim::Message const& message) {
+    channel->Start({[channel, folder, &run](sim::Message const& message) {
                         if (message.front() == L"hello-app")
                         {
-                            channel->Send({L"welcome"});
+                            channel->Send({L"welcome", L"Bench_1", folder});
                             sim::Message activate = {L"activate"};
                             auto const words = sim::Activation{L"1", sim::ActivationKind::Protocol, L"bench:"}.Words();
                             activate.insert(activate.end(), words.begin(), words.end());
@@ -100,7 +101,7 @@ double StartMeter::MeasureOne(std::wstring const& executable)
     {
         Fail("an app ended without speaking to its platform");
     }
-    Serve(sim::PipeChannel::Open(std::move(pipe)), run);
+    Serve(sim::PipeChannel::Open(std::move(pipe)), m_device.Home(), run);
     WaitForSingleObject(run.closed.Get(), INFINITE);
     WaitForSingleObject(run.ended.Get(), INFINITE);
     if (run.exitCode != 0 || !run.wasConstructed)

@@ -33,8 +33,9 @@ try
     auto const* const name = IsArm64Machine() ? L"ProgramFilesDir" : L"ProgramFilesDir (x86)";
     wchar_t folder[MAX_PATH];
     DWORD size = sizeof folder;
-    if (RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion", name, RRF_RT_REG_SZ, nullptr,
-                     folder, &size) != ERROR_SUCCESS)
+    auto const error = RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion", name,
+                                    RRF_RT_REG_SZ, nullptr, folder, &size);
+    if (error != ERROR_SUCCESS || folder[0] == L'\0')
     {
         return false;
     }

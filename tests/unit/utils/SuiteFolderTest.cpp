@@ -86,6 +86,17 @@ TEST(SuiteFolder, IsNotTouchedWhenTheFolderForProgramsCannotBeHad)
     }
 }
 
+TEST(SuiteFolder, IsNotTouchedWhenTheFolderForProgramsHasNoName)
+{
+    RegGetValueCall const empty([](auto, HKEY, auto, auto, DWORD, DWORD*, void* data, DWORD*) {
+        *static_cast<wchar_t*>(data) = L'\0';
+        return LSTATUS{ERROR_SUCCESS};
+    });
+    std::wstring result = L"as before";
+    EXPECT_FALSE(GetSuiteInstallFolder(result));
+    EXPECT_EQ(result, L"as before");
+}
+
 TEST(SuiteFolder, IsNotToldWhenMemoryIsShort)
 {
     std::wstring result;
