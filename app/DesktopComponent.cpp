@@ -16,6 +16,7 @@ void LaunchDesktopComponent(winrt::com_ptr<App> const& app, wchar_t const* param
                             BackgroundTaskDeferral const& deferral)
 {
     auto const launch = NotNull(FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(parameterGroup));
+    // NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
     launch.Completed([app, deferral](auto const&, AsyncStatus status) noexcept {
         if (status != AsyncStatus::Completed)
         {

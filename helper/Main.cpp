@@ -33,7 +33,7 @@ catch (helper::WrongCall const& wrong)
 catch (winrt::hresult_error const& error)
 {
     wchar_t code[11];
-    std::swprintf(code, std::size(code), L"0x%08X", static_cast<unsigned>(error.code()));
+    static_cast<void>(std::swprintf(code, std::size(code), L"0x%08X", static_cast<unsigned>(error.code())));
     helper::WriteErrorLine(L"helper: " + std::wstring(code) + L" " + std::wstring(error.message()));
     return Outcome::NoAnswer;
 }

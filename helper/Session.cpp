@@ -92,7 +92,7 @@ std::wstring Session::WaitForEnd()
 {
     std::unique_lock lock(m_inbox->mutex);
     m_inbox->changed.wait(lock, [&] { return m_inbox->closed.has_value(); });
-    return NameOf(*m_inbox->closed);
+    return NameOf(*m_inbox->closed); // NOLINT(bugprone-unchecked-optional-access): it was waited for
 }
 
 void Session::Received(Inbox& inbox, ValueSet const& message)

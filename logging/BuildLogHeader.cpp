@@ -50,7 +50,7 @@ bool GetSuiteVersion(std::wstring& version)
     std::wstring folder;
     GetSuiteInstallFolder(folder); // leaves it empty when it fails
     auto const program = Joined(folder, L"HOV\\Tessaline.exe");
-    return PathFileExistsW(program.c_str()) && GetFileVersionText(program, version);
+    return PathFileExistsW(program.c_str()) != FALSE && GetFileVersionText(program, version);
 }
 
 } // namespace

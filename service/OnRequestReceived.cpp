@@ -113,6 +113,7 @@ void ExitZeb(AppServiceRequest const& request, AppServiceDeferral const& request
     try
     {
         auto const send = NotNull(request.SendResponseAsync(acknowledgement));
+        // NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
         send.Completed([requestDeferral](auto&&...) noexcept { ExitAcknowledged(requestDeferral); });
     }
     catch (...)

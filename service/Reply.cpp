@@ -43,6 +43,7 @@ void SendReply(ValueSet const& message, AppServiceDeferral const& requestDeferra
     {
         auto const connection = NotNull(NotificationAppService::appServiceConnection.Get());
         auto const send = NotNull(connection.SendMessageAsync(message));
+        // NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
         send.Completed([requestDeferral, sent = lines.sent](auto&&...) noexcept {
             Complete(requestDeferral, sent, &LogSite::Info<>);
         });

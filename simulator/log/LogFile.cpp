@@ -19,7 +19,7 @@ constexpr wchar_t mark = L'\xFEFF';
 constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 // Throws Error when a file that is there cannot be read.
-void Expect(BOOL result, std::wstring const& path)
+void Expect(bool result, std::wstring const& path)
 {
     if (!result)
     {
@@ -68,7 +68,7 @@ std::string LogFile::NewBytes()
 {
     Handle const file(CreateFileW(m_path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, 0, nullptr));
     LARGE_INTEGER size = {};
-    Expect(file.Get() && GetFileSizeEx(file.Get(), &size), m_path);
+    Expect(file && GetFileSizeEx(file.Get(), &size) != FALSE, m_path);
     if (static_cast<std::uint64_t>(size.QuadPart) < m_position)
     {
         m_position = 0;
@@ -76,13 +76,13 @@ std::string LogFile::NewBytes()
     }
     LARGE_INTEGER position;
     position.QuadPart = static_cast<LONGLONG>(m_position);
-    Expect(SetFilePointerEx(file.Get(), position, nullptr, FILE_BEGIN), m_path);
+    Expect(SetFilePointerEx(file.Get(), position, nullptr, FILE_BEGIN) != FALSE, m_path);
     std::string bytes;
     char block[16'384];
     DWORD read = 0;
     do
     {
-        Expect(ReadFile(file.Get(), block, sizeof block, &read, nullptr), m_path);
+        Expect(ReadFile(file.Get(), block, sizeof block, &read, nullptr) != FALSE, m_path);
         bytes.append(block, read);
     } while (read > 0);
     return bytes;

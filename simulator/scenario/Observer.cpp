@@ -91,7 +91,8 @@ void Observer::WaitForMore(unsigned limitMilliseconds)
     // Not longer than what is held back for order may wait.
     auto const wait =
         m_timeline.IsHolding() ? std::min(limitMilliseconds, Timeline::holdMilliseconds) : limitMilliseconds;
-    if (WaitForMultipleObjects(m_logWatch ? 3 : 2, handles, FALSE, wait) == WAIT_OBJECT_0 + 2)
+    auto const signalled = WaitForMultipleObjects(m_logWatch ? 3 : 2, handles, FALSE, wait);
+    if (m_logWatch && signalled == WAIT_OBJECT_0 + 2)
     {
         m_logWatch->Next();
     }
