@@ -53,15 +53,17 @@ IActivationFactory FactoryOf(std::wstring_view className)
 } // namespace VelmoNotificationClient
 
 std::int32_t __stdcall DllGetActivationFactory(void* classId, void** factory) noexcept
-try
 {
     *factory = nullptr;
-    winrt::hstring className;
-    winrt::copy_from_abi(className, classId);
-    *factory = winrt::detach_abi(VelmoNotificationClient::FactoryOf(className));
-    return S_OK;
-}
-catch (...)
-{
-    return winrt::to_hresult();
+    try
+    {
+        winrt::hstring className;
+        winrt::copy_from_abi(className, classId);
+        *factory = winrt::detach_abi(VelmoNotificationClient::FactoryOf(className));
+        return S_OK;
+    }
+    catch (...)
+    {
+        return winrt::to_hresult();
+    }
 }

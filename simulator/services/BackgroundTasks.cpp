@@ -51,8 +51,9 @@ BackgroundTasks::Registration BackgroundTasks::Register(std::wstring const& name
         return {invalidArgument, {}};
     }
     // The platform leaves itself up to fifteen minutes more for the first run; here it comes when the period is over.
-    RegisteredTask const task{NewId(), name, trigger,
-                              minutes, once, isTimer ? m_clock.Now() + minutes * VirtualClock::minute : 0};
+    auto const due = isTimer ? m_clock.Now() + minutes * VirtualClock::minute : 0;
+    RegisteredTask const task{NewId(), name, trigger, minutes, once, due};
+    // cppcheck-suppress danglingTemporaryLifetime; the task has the id itself
     m_registry.Add(task);
     auto details = DetailsOf(task);
     details.push_back(Detail(L"trigger", trigger));

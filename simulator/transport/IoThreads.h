@@ -20,6 +20,7 @@ class IoThreads
 
     IoThreads(IoThreads const&) = delete;
     IoThreads& operator=(IoThreads const&) = delete;
+    ~IoThreads() = delete;
 
     // Whether what is begun on the file ends on these threads from now on.
     bool Serve(HANDLE file, Ended ended) const;
