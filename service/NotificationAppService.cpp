@@ -60,8 +60,8 @@ void NotificationAppService::OnTaskCanceled(IBackgroundTaskInstance const&, Back
     }
     catch (...)
     {
-        appServiceLog.Error(L"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled "
-                            L"deferral complete error");
+        appServiceLog.Error(
+            L"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled deferral complete error");
     }
     CloseConnection();
 }

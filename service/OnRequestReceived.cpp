@@ -26,8 +26,8 @@ namespace
 
 constexpr ReplyLines channelNotRequestedLines{
     {nullptr, L"GetChannelUriStr Deferral Complete with exception in create task"},
-    {nullptr, L"GetChannelUriStr Deferral Complete with exception in task_creation, failed to send response to Helper "
-              L"APP"}};
+    {nullptr,
+     L"GetChannelUriStr Deferral Complete with exception in task_creation, failed to send response to Helper APP"}};
 
 constexpr ReplyLines registrationFailedLines{
     {L"Msg sent to WIN32 for background task registration failed", L"RegisterBkgServices deferral complete"},

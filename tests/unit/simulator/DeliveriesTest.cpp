@@ -2,6 +2,8 @@
 
 #include "tests/unit/simulator/BackgroundApp.h"
 
+#include <functional>
+
 using test::Arrivals;
 using test::Signal;
 
@@ -13,87 +15,86 @@ sim::Message Request(wchar_t const* connection, wchar_t const* number)
     return {L"request", connection, L"service", number, L""};
 }
 
+class Deliveries : public testing::Test
+{
+  protected:
+    using Message = sim::Message;
+
+    // What is delivered is told under a name; a message for which `blocks` holds is then kept until m_release.
+    void Listen(std::function<std::wstring(Message const&)> const& name,
+                std::function<bool(Message const&)> const& blocks)
+    {
+        m_deliveries.Listen([=, this](Message const& message) {
+            m_got.Add(name(message));
+            if (blocks(message))
+            {
+                m_release.Wait();
+            }
+        });
+    }
+
+    Arrivals<std::wstring> m_got;
+    Signal m_release;
+    sim::PoolWork m_work;
+    sim::Deliveries m_deliveries{m_work};
+};
+
 } // namespace
 
-TEST(Deliveries, KeepTheOrderOfEachAddress)
+TEST_F(Deliveries, KeepTheOrderOfEachAddress)
 {
-    Arrivals<std::wstring> got;
-    sim::PoolWork work;
-    sim::Deliveries deliveries(work);
-    deliveries.Listen([&](sim::Message const& message) { got.Add(message[3]); });
+    m_deliveries.Listen([&](Message const& message) { m_got.Add(message[3]); });
     for (int i = 0; i < 1000; ++i)
     {
-        deliveries.Add(Request(L"1", std::to_wstring(i).c_str()));
+        m_deliveries.Add(Request(L"1", std::to_wstring(i).c_str()));
     }
     for (int i = 0; i < 1000; ++i)
     {
-        EXPECT_EQ(got.Next(), std::to_wstring(i));
+        EXPECT_EQ(m_got.Next(), std::to_wstring(i));
     }
 }
 
-TEST(Deliveries, OfOtherAddressesPassOneWhoseHandlerBlocks)
+TEST_F(Deliveries, OfOtherAddressesPassOneWhoseHandlerBlocks)
 {
-    Arrivals<std::wstring> got;
-    Signal release;
-    sim::PoolWork work;
-    sim::Deliveries deliveries(work);
-    deliveries.Listen([&](sim::Message const& message) {
-        got.Add(message[1] + L"." + message[3]);
-        if (message[3] == L"blocks")
-        {
-            release.Wait();
-        }
-    });
-    deliveries.Add(Request(L"1", L"blocks"));
-    EXPECT_EQ(got.Next(), L"1.blocks");
-    deliveries.Add(Request(L"1", L"waits"));
-    deliveries.Add(Request(L"2", L"passes"));
-    EXPECT_EQ(got.Next(), L"2.passes");
-    release.Set();
-    EXPECT_EQ(got.Next(), L"1.waits");
+    Listen([](Message const& message) { return message[1] + L"." + message[3]; },
+           [](Message const& message) { return message[3] == L"blocks"; });
+    m_deliveries.Add(Request(L"1", L"blocks"));
+    EXPECT_EQ(m_got.Next(), L"1.blocks");
+    m_deliveries.Add(Request(L"1", L"waits"));
+    m_deliveries.Add(Request(L"2", L"passes"));
+    EXPECT_EQ(m_got.Next(), L"2.passes");
+    m_release.Set();
+    EXPECT_EQ(m_got.Next(), L"1.waits");
 }
 
-TEST(Deliveries, OfTheTaskOfAnAppServiceFollowThoseOfItsConnection)
+TEST_F(Deliveries, OfTheTaskOfAnAppServiceFollowThoseOfItsConnection)
 {
-    Arrivals<std::wstring> got;
-    Signal release;
-    sim::PoolWork work;
-    sim::Deliveries deliveries(work);
-    deliveries.Listen([&](sim::Message const& message) {
-        got.Add(message[0] + L" " + message[1]);
-        if (message[0] == L"service-closed")
-        {
-            release.Wait();
-        }
-    });
-    deliveries.Add({L"service-closed", L"1", L"service", L"0"});
-    EXPECT_EQ(got.Next(), L"service-closed 1");
-    deliveries.Add({L"cancel", L"7", L"1", L"10"});
-    deliveries.Add({L"ended", L"7", L"1"});
-    deliveries.Add({L"cancel", L"8", L"", L"10"});
-    EXPECT_EQ(got.Next(), L"cancel 8");
-    release.Set();
-    EXPECT_EQ(got.Next(), L"cancel 7");
-    EXPECT_EQ(got.Next(), L"ended 7");
+    Listen([](Message const& message) { return message[0] + L" " + message[1]; },
+           [](Message const& message) { return message[0] == L"service-closed"; });
+    m_deliveries.Add({L"service-closed", L"1", L"service", L"0"});
+    EXPECT_EQ(m_got.Next(), L"service-closed 1");
+    m_deliveries.Add({L"cancel", L"7", L"1", L"10"});
+    m_deliveries.Add({L"ended", L"7", L"1"});
+    m_deliveries.Add({L"cancel", L"8", L"", L"10"});
+    EXPECT_EQ(m_got.Next(), L"cancel 8");
+    m_release.Set();
+    EXPECT_EQ(m_got.Next(), L"cancel 7");
+    EXPECT_EQ(m_got.Next(), L"ended 7");
 }
 
-TEST(Deliveries, OfOneAddressGoOnBesideAHandlerThatHasPassedOn)
+TEST_F(Deliveries, OfOneAddressGoOnBesideAHandlerThatHasPassedOn)
 {
-    Arrivals<std::wstring> got;
-    Signal release;
-    sim::PoolWork work;
-    sim::Deliveries deliveries(work);
-    deliveries.Listen([&](sim::Message const& message) {
-        got.Add(message[3]);
+    m_deliveries.Listen([&](Message const& message) {
+        m_got.Add(message[3]);
         if (message[3] == L"blocks")
         {
             sim::Deliveries::PassOn();
-            release.Wait();
+            m_release.Wait();
         }
     });
-    deliveries.Add(Request(L"1", L"blocks"));
-    deliveries.Add(Request(L"1", L"passes"));
-    EXPECT_EQ(got.Next(), L"blocks");
-    EXPECT_EQ(got.Next(), L"passes");
-    release.Set();
+    m_deliveries.Add(Request(L"1", L"blocks"));
+    m_deliveries.Add(Request(L"1", L"passes"));
+    EXPECT_EQ(m_got.Next(), L"blocks");
+    EXPECT_EQ(m_got.Next(), L"passes");
+    m_release.Set();
 }
