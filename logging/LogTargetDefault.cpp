@@ -123,17 +123,26 @@ bool LogTargetDefault::Open()
     }
     lock->CreateOrOpen(fileName.c_str());
     lastCheck = lastLine = static_cast<std::int64_t>(NowInMilliseconds() / 1'000);
-    if (useLock && *lock)
+    if (!useLock || !*lock || !CheckSizeAtOpening())
     {
-        if (auto const scope = lock->Wait(longestWait); scope.IsOwner())
-        {
-            CheckSize();
-            isOpen = true;
-            return true;
-        }
+        useLock = false;
     }
-    useLock = false;
     isOpen = true;
+    return true;
+}
+
+// False when the mutex cannot be acquired.
+bool LogTargetDefault::CheckSizeAtOpening()
+{
+    auto const scope = lock->Wait(longestWait);
+    if (!scope.IsOwner())
+    {
+        return false;
+    }
+    if (!CheckSize())
+    {
+        lastCheck = 0; // the first line checks again
+    }
     return true;
 }
 
@@ -284,15 +293,25 @@ void LogTargetDefault::CheckSizeWhenDue()
     }
 }
 
-// True when the file can be written on with.
+// False when the check is to be repeated by the next line.
 bool LogTargetDefault::CheckSize()
 {
     auto const keepsCopies = KeepsCopies(filePath);
     auto const size = FileSize(filePath);
-    if (!size || *size < RotationLimit(threshold))
+    if (size && *size >= RotationLimit(threshold))
     {
-        return size.has_value();
+        return Rotate(keepsCopies);
     }
+    if (!file) // an earlier reopening failed
+    {
+        return OpenFile(file);
+    }
+    return size.has_value();
+}
+
+// False when the log cannot be reopened.
+bool LogTargetDefault::Rotate(bool keepsCopies)
+{
     auto const now = LocalNow();
     headerPending = true;
     file.Reset();

@@ -63,8 +63,10 @@ class LogTargetDefault : public LogTargetBase
     void WriteLine(Call const& call, Char const* detail, Char const* origin, Char const* format, va_list arguments);
     void Compose(Call const& call, std::wstring_view detail, std::wstring_view origin, std::wstring_view message);
     void SetAside();
+    bool CheckSizeAtOpening();
     void CheckSizeWhenDue();
     bool CheckSize();
+    bool Rotate(bool keepsCopies);
 
     // Kept from line to line: the time for its text, the others for their memory.
     SecondText m_second;

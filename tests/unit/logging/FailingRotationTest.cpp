@@ -149,20 +149,103 @@ TEST_F(CleanUp, IsDoneThoughTheFileCannotBeReopened)
     EXPECT_FALSE(FileExists(oldCopy));
 }
 
-// The check has failed then, so each further line makes it again; with the file at hand again lines are written.
-TEST_F(FailingSystem, AFileThatCannotBeReopenedLosesLinesUntilItCan)
+namespace
 {
-    OpenAtTheLimit();
-    auto const checked = target.lastCheck;
+
+// The rotation empties the log, and for a while nobody can open it.
+class FailingReopening : public FailingSystem
+{
+  protected:
+    void RotateWithoutReopening()
     {
+        OpenAtTheLimit();
         CreateFileCall const fault(FailingToOpen(ReopeningTheLog));
         LogUpToARotation();
         EXPECT_FALSE(target.file);
-        EXPECT_EQ(target.lastCheck, checked);
     }
-    ASSERT_TRUE(target.OpenFile(target.file));
+
+    void OpenWithoutReopening()
+    {
+        WriteLogOfSize(LogPath(), limit);
+        auto emptied = false;
+        CreateFileCall const fault(FailingToOpen([&](DWORD access, DWORD share, DWORD disposition) {
+            emptied |= disposition == TRUNCATE_EXISTING;
+            return emptied && ReopeningTheLog(access, share, disposition);
+        }));
+        EXPECT_TRUE(target.Open());
+        EXPECT_TRUE(emptied);
+        EXPECT_FALSE(target.file);
+    }
+};
+
+} // namespace
+
+TEST_F(FailingReopening, LosesLinesUntilTheNextCheckOpensTheLog)
+{
+    RotateWithoutReopening();
+    auto const due = target.lastLine;
+    EXPECT_EQ(due - target.lastCheck, 900);
     LogAt(target, 0, L"again");
-    EXPECT_EQ(MessagesIn(LogPath()).back(), L"again");
+    EXPECT_TRUE(target.file);
+    EXPECT_EQ(target.lastCheck, due);
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"again"});
+}
+
+TEST_F(FailingReopening, IsTriedByEachLine)
+{
+    RotateWithoutReopening();
+    auto const due = static_cast<std::uint64_t>(target.lastLine) * 1'000;
+    int openings = 0;
+    {
+        CreateFileCall const fault([&](auto next, wchar_t const* path, DWORD access, DWORD share, auto* security,
+                                       DWORD disposition, DWORD flags, HANDLE model) {
+            if (!ReopeningTheLog(access, share, disposition))
+            {
+                return next(path, access, share, security, disposition, flags, model);
+            }
+            openings += disposition == OPEN_EXISTING ? 1 : 0;
+            SetLastError(ERROR_SHARING_VIOLATION);
+            return INVALID_HANDLE_VALUE;
+        });
+        LogAt(target, due, L"lost");
+        LogAt(target, due, L"lost");
+    }
+    EXPECT_EQ(openings, 2);
+    LogAt(target, due, L"again");
+    LogAt(target, due, L"and again");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"again", L"and again"}));
+}
+
+// The target is open all the same: its result does not depend on the check.
+TEST_F(FailingReopening, AtOpenIsRepeatedByTheFirstLine)
+{
+    OpenWithoutReopening();
+    EXPECT_TRUE(target.isOpen);
+    EXPECT_TRUE(target.useLock);
+    LogAt(target, 0, L"first");
+    LogAt(target, 0, L"second");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"first", L"second"}));
+    EXPECT_GE(target.lastCheck, target.lastLine);
+}
+
+TEST_F(FailingReopening, AtOpenIsRepeatedByAnotherOpen)
+{
+    OpenWithoutReopening();
+    EXPECT_TRUE(target.Open());
+    EXPECT_TRUE(target.file);
+}
+
+// Its size cannot be read then; the opening, which creates it, is the check's result.
+TEST_F(FailingReopening, CreatesALogThatIsGone)
+{
+    ASSERT_TRUE(target.Open());
+    target.file.Reset();
+    ASSERT_TRUE(DeleteFileW(LogPath().c_str()));
+    auto const due = target.lastLine = target.lastCheck + 900;
+    LogAt(target, 0, L"again");
+    EXPECT_EQ(target.lastCheck, due);
+    EXPECT_TRUE(ReadBytes(LogPath()).starts_with(wideMark));
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"again"});
 }
 
 TEST_F(CleanUp, LeavesOldCopiesThatCannotBeListedOrDeleted)
