@@ -181,7 +181,10 @@ try
     }
     if (!call.lockFlag)
     {
-        WriteLine(call, detail, origin, format, arguments);
+        if (useLock)
+        {
+            WriteLine(call, detail, origin, format, arguments);
+        }
         return;
     }
     if (!lock || !useLock || !*lock)
@@ -194,6 +197,10 @@ try
     {
         useLock = false;
         return;
+    }
+    if (!useLock)
+    {
+        return; // another thread's wait has failed meanwhile
     }
     CheckSizeWhenDue();
     WriteLine(call, detail, origin, format, arguments);

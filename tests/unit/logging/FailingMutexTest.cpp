@@ -1,6 +1,7 @@
 #include "tests/unit/logging/FailingSystem.h"
 
 #include <optional>
+#include <thread>
 
 using namespace test;
 using namespace zant;
@@ -96,6 +97,85 @@ TEST_P(FailingWait, OnceMeansThatNoFurtherLineReachesTheFile)
     }
     EXPECT_TRUE(LogAt(target, 0, L"after"));
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"before"});
+}
+
+TEST_P(FailingWait, OnceMeansThatLinesWithoutTheLockFlagAreNotWrittenEither)
+{
+    ASSERT_TRUE(target.Open());
+    target.storedHeader.title = L"header";
+    target.headerPending = true;
+    {
+        WaitCall const fault(Failing(GetParam(), ERROR_INVALID_HANDLE));
+        EXPECT_TRUE(LogAt(target, 0, L"lost"));
+    }
+    EXPECT_TRUE(LogUnlocked(target, L"lost"));
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+    EXPECT_TRUE(target.headerPending);
+}
+
+namespace
+{
+
+// Two threads wait for the mutex; a ledger of handles would stumble over those of threads.
+class WaitingThreads : public LogFixture, public testing::WithParamInterface<DWORD>
+{
+  protected:
+    // A line whose wait succeeds, but only after that of another thread's line has failed.
+    void LogBehindAFailedWait()
+    {
+        HANDLE mutex = nullptr;
+        WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
+            if (mutex == nullptr)
+            {
+                mutex = handle;
+                auto const result = next(handle, milliseconds);
+                std::thread([&] { LogAt(target, 0, L"lost"); }).join();
+                return result;
+            }
+            return handle == mutex ? GetParam() : next(handle, milliseconds);
+        });
+        EXPECT_TRUE(LogAt(target, 0, L"lost too"));
+    }
+
+    LogTargetDefault target;
+};
+
+INSTANTIATE_TEST_SUITE_P(Outcomes, WaitingThreads, testing::Values(DWORD{WAIT_TIMEOUT}, DWORD{WAIT_FAILED}));
+
+} // namespace
+
+TEST_P(WaitingThreads, WriteNothingOnceTheWaitOfOneHasFailed)
+{
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    LogBehindAFailedWait();
+    EXPECT_FALSE(target.useLock);
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+}
+
+TEST_P(WaitingThreads, DoNotRotateOnceTheWaitOfOneHasFailed)
+{
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    target.file.Reset();
+    WriteLogOfSize(LogPath(), limit);
+    target.lastLine = target.lastCheck + 900;
+    LogBehindAFailedWait();
+    EXPECT_FALSE(target.file);
+    EXPECT_FALSE(FileExists(folder / (Base() + L" 2024-1-5 09-30-12.log")));
+}
+
+// The line that waited has released the mutex.
+TEST_P(WaitingThreads, LeaveTheMutexToOthersOnceTheWaitOfOneHasFailed)
+{
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    LogBehindAFailedWait();
+    NamedMutex others;
+    ASSERT_TRUE(others.CreateOrOpen(LogName().c_str()));
+    auto outcome = MutexWait::Failed;
+    std::thread([&] { outcome = others.Wait(0).Outcome(); }).join();
+    EXPECT_EQ(outcome, MutexWait::Acquired);
 }
 
 TEST_F(FailingSystem, TheWaitLastsAtMostTwoSeconds)

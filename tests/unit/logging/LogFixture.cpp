@@ -37,6 +37,11 @@ bool LogAt(zant::LogTargetDefault& target, std::uint64_t time, wchar_t const* me
     return target.Log(zant::LogLevel::Info, L"", L"", L"", L"", L"", L"", message, nullptr, time, true);
 }
 
+bool LogUnlocked(zant::LogTargetDefault& target, wchar_t const* message)
+{
+    return target.Log(zant::LogLevel::Info, L"", L"", L"", L"", L"", L"", message, nullptr, 0, false);
+}
+
 std::wstring MessageOf(std::wstring const& line)
 {
     return Split(line, L" | ").back();

@@ -48,6 +48,9 @@ bool LogNarrow(zant::LogTargetDefault& target, zant::LogLevel level, char const*
 // A line at INFO of a message as it stands, at a time in milliseconds since 1970 (0 means now).
 bool LogAt(zant::LogTargetDefault& target, std::uint64_t time, wchar_t const* message);
 
+// The same without the lock flag, now.
+bool LogUnlocked(zant::LogTargetDefault& target, wchar_t const* message);
+
 // What stands after the last separator of a line.
 std::wstring MessageOf(std::wstring const& line);
 std::vector<std::wstring> MessagesIn(std::wstring const& path);

@@ -142,7 +142,7 @@ TEST_F(LogTargetDefaultTest, AppendsBehindWhatOthersHaveWritten)
 TEST_F(LogTargetDefaultTest, WithoutTheLockFlagALineNeedsNoMutex)
 {
     Opened().lock.reset();
-    EXPECT_TRUE(target.Log(LogLevel::Info, L"", L"", L"", L"", L"", L"", L"m", nullptr, 0, false));
+    EXPECT_TRUE(LogUnlocked(target, L"m"));
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"m"});
     EXPECT_TRUE(target.useLock);
 }

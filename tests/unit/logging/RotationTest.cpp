@@ -199,7 +199,7 @@ TEST_F(RotationTest, ALineWithoutTheLockFlagDoesNotLookAtTheSize)
     WriteLogOfSize(LogPath(), limit);
     ASSERT_TRUE(target.OpenFile(target.file));
     target.lastLine = target.lastCheck + 900;
-    target.Log(LogLevel::Info, L"", L"", L"", L"", L"", L"", L"m", nullptr, 0, false);
+    LogUnlocked(target, L"m");
     EXPECT_EQ(LogNames(), std::vector{LogName()});
 }
 
