@@ -3,8 +3,6 @@
 #include "utils/DeleteFile.h"
 #include "utils/Links.h"
 
-#include <string_view>
-
 namespace zant
 {
 
@@ -22,6 +20,30 @@ UniqueHandle OpenForReading(std::wstring const& path) noexcept
                                     FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+UniqueHandle OpenForWriting(std::wstring const& path, DWORD disposition) noexcept
+{
+    return UniqueHandle(
+        CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, disposition, plainFile, nullptr));
+}
+
+bool Write(HANDLE file, std::string_view bytes) noexcept
+{
+    DWORD written = 0;
+    return WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE;
+}
+
+// At any other place than the end a write would destroy what other processes have written. An empty file gets its mark:
+// two processes that find it empty at the same time write the same bytes to the same place.
+bool GoToEnd(HANDLE file, bool wide) noexcept
+{
+    LARGE_INTEGER end;
+    if (!SetFilePointerEx(file, {}, &end, FILE_END))
+    {
+        return false;
+    }
+    return end.QuadPart != 0 || Write(file, wide ? "\xFF\xFE" : "\xEF\xBB\xBF");
+}
+
 } // namespace
 
 bool ClearOfLinks(std::wstring const& path) noexcept
@@ -37,23 +59,32 @@ bool ClearOfLinks(std::wstring const& path) noexcept
     }
 }
 
-UniqueHandle OpenExistingFile(std::wstring const& path) noexcept
+UniqueHandle OpenOrCreateFile(std::wstring const& path, bool wide) noexcept
 {
-    return UniqueHandle(
-        CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, OPEN_EXISTING, plainFile, nullptr));
-}
-
-UniqueHandle CreateMarkedFile(std::wstring const& path, bool wide) noexcept
-{
-    UniqueHandle file(
-        CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, CREATE_NEW, plainFile, nullptr));
+    auto file = OpenForWriting(path, OPEN_EXISTING);
+    if (!file)
+    {
+        file = OpenForWriting(path, CREATE_NEW);
+        if (!file && GetLastError() == ERROR_FILE_EXISTS) // another process was faster
+        {
+            file = OpenForWriting(path, OPEN_EXISTING);
+        }
+    }
     if (file)
     {
-        std::string_view const mark = wide ? "\xFF\xFE" : "\xEF\xBB\xBF";
-        DWORD written = 0;
-        WriteFile(file.Get(), mark.data(), static_cast<DWORD>(mark.size()), &written, nullptr);
+        GoToEnd(file.Get(), wide);
     }
     return file;
+}
+
+bool AppendLine(HANDLE file, bool wide, std::string_view text, std::string_view end) noexcept
+{
+    if (!GoToEnd(file, wide))
+    {
+        return false;
+    }
+    Write(file, text);
+    return Write(file, end);
 }
 
 // Not through the C runtime's files: in the mode that would be asked for here ("rb, ccs=UTF-8") Windows gives the bytes

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace zant
 {
@@ -16,12 +17,14 @@ namespace zant
 // what it leads to left alone; where that fails the answer is no.
 bool ClearOfLinks(std::wstring const& path) noexcept;
 
-// The existing file for writing, others may read and write it meanwhile; null when that fails.
-UniqueHandle OpenExistingFile(std::wstring const& path) noexcept;
+// The file for writing, created when missing; others may read and write it meanwhile. An empty one gets the byte-order
+// mark of UTF-16 (`wide`) or of UTF-8, as far as it can be written. Null when the file can be neither opened nor
+// created.
+UniqueHandle OpenOrCreateFile(std::wstring const& path, bool wide) noexcept;
 
-// The same for a file that did not exist, begun with the byte-order mark of UTF-16 (`wide`) or of UTF-8. Null when it
-// cannot be created; a mark that cannot be written is let go.
-UniqueHandle CreateMarkedFile(std::wstring const& path, bool wide) noexcept;
+// Appends the text and then its end; false when the last write failed. An empty file gets its mark first, and nothing
+// else where that fails. The caller keeps other writers away.
+bool AppendLine(HANDLE file, bool wide, std::string_view text, std::string_view end) noexcept;
 
 // Reads the first bytes of a file, at most as many as fit; how many there were, nothing when it cannot be read.
 std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<char> bytes) noexcept;

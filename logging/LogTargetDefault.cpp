@@ -24,20 +24,9 @@ namespace
 constexpr DWORD longestWait = 2'000; // milliseconds
 constexpr std::int64_t secondsBetweenChecks = 900;
 
-template <typename Char>
-bool Append(HANDLE file, std::basic_string_view<Char> text, std::basic_string_view<Char> end)
+std::string_view BytesOf(std::wstring_view text) noexcept
 {
-    // At any other place than the end the write would destroy what other processes have written.
-    if (!SetFilePointerEx(file, {}, nullptr, FILE_END))
-    {
-        return false;
-    }
-    auto const write = [file](std::basic_string_view<Char> part) {
-        DWORD written = 0;
-        return WriteFile(file, part.data(), static_cast<DWORD>(part.size() * sizeof(Char)), &written, nullptr) != FALSE;
-    };
-    write(text);
-    return write(end);
+    return {reinterpret_cast<char const*>(text.data()), text.size() * sizeof(wchar_t)};
 }
 
 } // namespace
@@ -75,11 +64,7 @@ bool LogTargetDefault::OpenFile(UniqueHandle& handle)
     {
         return false;
     }
-    handle = OpenExistingFile(filePath);
-    if (!handle)
-    {
-        handle = CreateMarkedFile(filePath, wideOutput);
-    }
+    handle = OpenOrCreateFile(filePath, wideOutput);
     return static_cast<bool>(handle);
 }
 
@@ -257,12 +242,12 @@ void LogTargetDefault::Compose(Call const& call, std::wstring_view detail, std::
 
 bool LogTargetDefault::WriteRaw(char const* text) noexcept
 {
-    return Append(file.Get(), std::string_view(text), std::string_view("\r\n"));
+    return AppendLine(file.Get(), wideOutput, text, "\r\n");
 }
 
 bool LogTargetDefault::WriteRaw(wchar_t const* text) noexcept
 {
-    return Append(file.Get(), ViewOf(text), std::wstring_view(L"\r\n"));
+    return AppendLine(file.Get(), wideOutput, BytesOf(ViewOf(text)), BytesOf(L"\r\n"));
 }
 
 void LogTargetDefault::LogHeader(LogLevel level, wchar_t const* reserved, wchar_t const* product,

@@ -116,13 +116,24 @@ TEST_F(LogTargetDefaultTest, LineEndsWithinAMessageAreWrittenAsTheyAre)
 TEST_F(LogTargetDefaultTest, EachLineIsTwoWritesAtTheEndOfTheFile)
 {
     Opened();
-    std::vector<DWORD> sizes;
+    std::vector<DWORD> methods, sizes;
+    SetFilePointerCall const move(
+        [&](auto next, HANDLE file, LARGE_INTEGER distance, LARGE_INTEGER* position, DWORD method) {
+            EXPECT_EQ(distance.QuadPart, 0);
+            methods.push_back(method);
+            return next(file, distance, position, method);
+        });
     WriteFileCall const write(
         [&](auto next, HANDLE file, void const* bytes, DWORD size, DWORD* written, OVERLAPPED* overlapped) {
             sizes.push_back(size);
             return next(file, bytes, size, written, overlapped);
         });
+    GetFileSizeCall const size([](auto...) {
+        ADD_FAILURE() << "a line has no need of the size";
+        return FALSE;
+    });
     LogWide(target, LogLevel::Info, L"text");
+    EXPECT_EQ(methods, std::vector<DWORD>{FILE_END});
     ASSERT_EQ(sizes.size(), 2u);
     EXPECT_EQ(sizes[1], 4u);
 }
