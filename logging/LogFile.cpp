@@ -123,37 +123,6 @@ std::optional<std::uint64_t> FileSize(std::wstring const& path) noexcept
     return static_cast<std::uint64_t>(size.QuadPart);
 }
 
-bool CopyContent(std::wstring const& source, std::wstring const& destination) noexcept
-{
-    if (!ClearOfLinks(destination))
-    {
-        return false;
-    }
-    UniqueHandle const from(CreateFileW(source.c_str(), GENERIC_READ | GENERIC_WRITE, shareReadWrite, nullptr,
-                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!from)
-    {
-        return false;
-    }
-    UniqueHandle const to(CreateFileW(destination.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, plainFile, nullptr));
-    if (!to)
-    {
-        return false;
-    }
-    char block[4096];
-    DWORD read = 0;
-    do
-    {
-        if (!ReadFile(from.Get(), block, sizeof block, &read, nullptr))
-        {
-            return false;
-        }
-        DWORD written = 0;
-        WriteFile(to.Get(), block, read, &written, nullptr);
-    } while (read == sizeof block);
-    return true;
-}
-
 void EmptyFile(std::wstring const& path) noexcept
 {
     if (ClearOfLinks(path))

@@ -35,10 +35,6 @@ bool MayBeWideFile(std::wstring const& path) noexcept;
 // Nothing when it cannot be had.
 std::optional<std::uint64_t> FileSize(std::wstring const& path) noexcept;
 
-// Copies the content of one file into another, which is created when missing and must be clear of links. True when the
-// source could be read to its end, whatever became of the writing.
-bool CopyContent(std::wstring const& source, std::wstring const& destination) noexcept;
-
 // Empties the file, which must be clear of links; failing leaves it as it was.
 void EmptyFile(std::wstring const& path) noexcept;
 

@@ -1,5 +1,6 @@
 #include "logging/Rotation.h"
 
+#include "logging/CopyContent.h"
 #include "logging/DatedName.h"
 #include "logging/LogFile.h"
 #include "logging/LogPath.h"

@@ -105,6 +105,16 @@ TEST_F(EveryCallInTurn, ReadFile)
     FailEach<ReadFileCall>(FALSE, ERROR_CRC);
 }
 
+TEST_F(EveryCallInTurn, SetEndOfFile)
+{
+    FailEach<SetEndOfFileCall>(FALSE, ERROR_DISK_FULL);
+}
+
+TEST_F(EveryCallInTurn, SetFileInformation)
+{
+    FailEach<SetFileInformationCall>(FALSE, ERROR_INVALID_FUNCTION);
+}
+
 TEST_F(EveryCallInTurn, SetFilePointer)
 {
     FailEach<SetFilePointerCall>(FALSE, ERROR_INVALID_HANDLE);

@@ -58,9 +58,12 @@ TEST_F(FailingCopy, ByTheOpeningOfTheDestination)
     EXPECT_TRUE(Copies().empty());
 }
 
-TEST_F(FailingCopy, ByAReadInItsMiddle)
+namespace
 {
-    ReadFileCall const fault([](auto next, HANDLE file, void* buffer, DWORD size, DWORD* read, OVERLAPPED* overlapped) {
+
+ReadFileCall::Function FailingInTheMiddle()
+{
+    return [](auto next, HANDLE file, void* buffer, DWORD size, DWORD* read, OVERLAPPED* overlapped) {
         LARGE_INTEGER position = {};
         SetFilePointerCall::Original(file, {}, &position, FILE_CURRENT);
         if (position.QuadPart >= static_cast<LONGLONG>(limit / 2))
@@ -69,9 +72,33 @@ TEST_F(FailingCopy, ByAReadInItsMiddle)
             return FALSE;
         }
         return next(file, buffer, size, read, overlapped);
-    });
+    };
+}
+
+} // namespace
+
+TEST_F(FailingCopy, ByAReadInItsMiddleLeavesNoPartOfIt)
+{
+    ReadFileCall const fault(FailingInTheMiddle());
     ExpectTheLogToGoOn();
-    EXPECT_EQ(Copies().size(), 1u);
+    EXPECT_TRUE(Copies().empty());
+}
+
+TEST_F(FailingCopy, ByAReadInItsMiddleLeavesNoPartOfItThoughNothingIsDeletedOnClose)
+{
+    ReadFileCall const fault(FailingInTheMiddle());
+    SetFileInformationCall const unknown(Failing(FALSE, ERROR_INVALID_PARAMETER));
+    ExpectTheLogToGoOn();
+    EXPECT_TRUE(Copies().empty());
+}
+
+// It would be deleted when it is closed, so the log may not be emptied.
+TEST_F(FailingCopy, ByADeletionThatCannotBeTakenBack)
+{
+    int skipped = 1;
+    SetFileInformationCall const fault(FailingAfter(skipped, FALSE, ERROR_INVALID_FUNCTION));
+    ExpectTheLogToGoOn();
+    EXPECT_TRUE(Copies().empty());
 }
 
 TEST_F(FailingCopy, ByANameThatCannotBeMade)

@@ -87,7 +87,7 @@ TEST_F(FileAccess, ToRotateAFile)
                                     {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its size
                                     LinkCount(copy),
                                     {log, GENERIC_READ | GENERIC_WRITE, others, OPEN_EXISTING, plain}, // to copy it
-                                    {copy, GENERIC_WRITE, nobody, OPEN_ALWAYS, notThroughLinks},
+                                    {copy, GENERIC_WRITE | DELETE, nobody, OPEN_ALWAYS, notThroughLinks},
                                     LinkCount(log),
                                     {log, GENERIC_WRITE, others, TRUNCATE_EXISTING, plain},
                                     {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its mark

@@ -123,6 +123,20 @@ TEST_F(ManyWriters, AProcessKilledWhileItHoldsTheMutexDoesNotStopTheOthers)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"first", L"second"}));
 }
 
+// A part would take the place of a whole copy, and hold a second time what the log still holds.
+TEST_F(ManyWriters, AProcessKilledWhileItCopiesTheLogLeavesNoPartOfTheCopy)
+{
+    WriteLogOfSize(LogPath(), 1'000'000);
+    auto const readyName = LogName() + L"-ready";
+    UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+    ChildProcess copying(L"logging_writer.exe", L"copy \"" + LogPath() + L"\" " + readyName);
+    ASSERT_EQ(WaitForSingleObject(ready.Get(), INFINITE), WAIT_OBJECT_0);
+    EXPECT_EQ(NamesIn(folder.Path()).size(), 2u) << "the copy in the making";
+    copying.Kill();
+    EXPECT_EQ(NamesIn(folder.Path()), std::vector{LogName()});
+    EXPECT_EQ(ReadBytes(LogPath()).size(), 1'000'000u);
+}
+
 // The one test that sits out the whole wait.
 TEST_F(ManyWriters, AMutexHeldForTwoSecondsSilencesTheTargetForGood)
 {

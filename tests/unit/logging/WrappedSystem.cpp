@@ -27,6 +27,8 @@ extern "C"
     decltype(&OpenMutexW) __wrap___imp_OpenMutexW = &OpenMutexCall::Entry;
     decltype(&ReadFile) __wrap___imp_ReadFile = &ReadFileCall::Entry;
     decltype(&ReleaseMutex) __wrap___imp_ReleaseMutex = &ReleaseMutexCall::Entry;
+    decltype(&SetEndOfFile) __wrap___imp_SetEndOfFile = &SetEndOfFileCall::Entry;
+    decltype(&SetFileInformationByHandle) __wrap___imp_SetFileInformationByHandle = &SetFileInformationCall::Entry;
     decltype(&SetFilePointerEx) __wrap___imp_SetFilePointerEx = &SetFilePointerCall::Entry;
     decltype(&WaitForSingleObject) __wrap___imp_WaitForSingleObject = &WaitCall::Entry;
     decltype(&WideCharToMultiByte) __wrap___imp_WideCharToMultiByte = &WideCharToMultiByteCall::Entry;

@@ -30,6 +30,8 @@ extern "C"
     extern decltype(&OpenMutexW) __real___imp_OpenMutexW;
     extern decltype(&ReadFile) __real___imp_ReadFile;
     extern decltype(&ReleaseMutex) __real___imp_ReleaseMutex;
+    extern decltype(&SetEndOfFile) __real___imp_SetEndOfFile;
+    extern decltype(&SetFileInformationByHandle) __real___imp_SetFileInformationByHandle;
     extern decltype(&SetFilePointerEx) __real___imp_SetFilePointerEx;
     extern decltype(&WaitForSingleObject) __real___imp_WaitForSingleObject;
     extern decltype(&WideCharToMultiByte) __real___imp_WideCharToMultiByte;
@@ -62,6 +64,8 @@ using MultiByteToWideCharCall = WrappedCall<&__real___imp_MultiByteToWideChar>;
 using OpenMutexCall = WrappedCall<&__real___imp_OpenMutexW>;
 using ReadFileCall = WrappedCall<&__real___imp_ReadFile>;
 using ReleaseMutexCall = WrappedCall<&__real___imp_ReleaseMutex>;
+using SetEndOfFileCall = WrappedCall<&__real___imp_SetEndOfFile>;
+using SetFileInformationCall = WrappedCall<&__real___imp_SetFileInformationByHandle>;
 using SetFilePointerCall = WrappedCall<&__real___imp_SetFilePointerEx>;
 using WaitCall = WrappedCall<&__real___imp_WaitForSingleObject>;
 using WideCharToMultiByteCall = WrappedCall<&__real___imp_WideCharToMultiByte>;

@@ -3,13 +3,28 @@
 //   logging_writer rotate PATH TAG COUNT         the same; its middle line looks 900 seconds old to the next one,
 //                                                which therefore checks the file's size
 //   logging_writer hold NAME READY               owns the mutex NAME, sets the event READY and never lets go
-// Each waits, before its first line, until the event that PATH's file name plus "-start" names is set.
+//   logging_writer copy PATH READY               copies the log, sets the event READY in the middle and never ends
+// The first two wait, before the first line, until the event that PATH's file name plus "-start" names is set.
+#include "logging/DatedName.h"
 #include "logging/LogPath.h"
 #include "logging/LogTargetDefault.h"
+#include "logging/Rotation.h"
+#include "tests/support/WrappedCall.h"
 
 #include <string>
 
 using namespace zant;
+
+extern "C" decltype(&ReadFile) __real___imp_ReadFile;
+
+namespace
+{
+
+using ReadFileCall = test::WrappedCall<&__real___imp_ReadFile>;
+
+} // namespace
+
+extern "C" decltype(&ReadFile) __wrap___imp_ReadFile = &ReadFileCall::Entry;
 
 namespace
 {
@@ -35,6 +50,12 @@ bool Write(std::wstring const& path, std::wstring const& tag, unsigned count, bo
     return target.useLock;
 }
 
+void WaitForever()
+{
+    UniqueHandle const never(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    WaitForSingleObject(never.Get(), INFINITE);
+}
+
 bool Hold(wchar_t const* mutexName, wchar_t const* readyName)
 {
     NamedMutex mutex;
@@ -45,9 +66,24 @@ bool Hold(wchar_t const* mutexName, wchar_t const* readyName)
     }
     auto const scope = mutex.Wait(INFINITE);
     SetEvent(ready.Get());
-    UniqueHandle const never(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    WaitForSingleObject(never.Get(), INFINITE);
+    WaitForever();
     return scope.IsOwner();
+}
+
+bool Copy(wchar_t const* path, wchar_t const* readyName)
+{
+    UniqueHandle const ready(OpenEventW(EVENT_MODIFY_STATE, FALSE, readyName));
+    int blocks = 0;
+    ReadFileCall const stopping([&](auto next, auto... arguments) {
+        if (++blocks == 100)
+        {
+            SetEvent(ready.Get());
+            WaitForever();
+        }
+        return next(arguments...);
+    });
+    MoveContentToCopy(path, LocalNow());
+    return false; // the log was shorter than that
 }
 
 } // namespace
@@ -58,6 +94,10 @@ int wmain(int count, wchar_t** arguments)
     if (what == L"hold" && count == 4)
     {
         return Hold(arguments[2], arguments[3]) ? 0 : 1;
+    }
+    if (what == L"copy" && count == 4)
+    {
+        return Copy(arguments[2], arguments[3]) ? 0 : 1;
     }
     if ((what == L"write" || what == L"rotate") && count == 5)
     {
