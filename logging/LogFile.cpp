@@ -1,7 +1,10 @@
 #include "logging/LogFile.h"
 
+#include "logging/MissingEnd.h"
 #include "utils/DeleteFile.h"
 #include "utils/Links.h"
+
+#include <algorithm>
 
 namespace zant
 {
@@ -32,6 +35,11 @@ bool Write(HANDLE file, std::string_view bytes) noexcept
     return WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE;
 }
 
+constexpr std::string_view MarkOf(bool wide) noexcept
+{
+    return wide ? "\xFF\xFE" : "\xEF\xBB\xBF";
+}
+
 // At any other place than the end a write would destroy what other processes have written. An empty file gets its mark:
 // two processes that find it empty at the same time write the same bytes to the same place.
 bool GoToEnd(HANDLE file, bool wide) noexcept
@@ -41,7 +49,31 @@ bool GoToEnd(HANDLE file, bool wide) noexcept
     {
         return false;
     }
-    return end.QuadPart != 0 || Write(file, wide ? "\xFF\xFE" : "\xEF\xBB\xBF");
+    return end.QuadPart != 0 || Write(file, MarkOf(wide));
+}
+
+// False also when there are fewer bytes.
+bool ReadAt(HANDLE file, std::uint64_t place, std::span<char> bytes) noexcept
+{
+    LARGE_INTEGER position;
+    position.QuadPart = static_cast<LONGLONG>(place);
+    DWORD read = 0;
+    return SetFilePointerEx(file, position, nullptr, FILE_BEGIN) &&
+           ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) && read == bytes.size();
+}
+
+// Nothing for a file that only has its mark, or begins with something else: text that was to be left as it stands.
+std::string_view MissingEndOf(HANDLE file, std::uint64_t size, bool wide) noexcept
+{
+    auto const mark = MarkOf(wide);
+    char bytes[3];
+    auto const first = std::span(bytes).first(mark.size());
+    if (size <= mark.size() || !ReadAt(file, 0, first) || !std::ranges::equal(first, mark))
+    {
+        return {};
+    }
+    char last[2];
+    return ReadAt(file, size - 2, last) ? MissingEnd(size, last[0], last[1], wide) : std::string_view();
 }
 
 } // namespace
@@ -112,15 +144,26 @@ bool MayBeWideFile(std::wstring const& path) noexcept
     return mark == "\xFF\xFE" || mark == "\xFE\xFF";
 }
 
-std::optional<std::uint64_t> FileSize(std::wstring const& path) noexcept
+std::optional<FileState> StateOfFile(std::wstring const& path, bool wide) noexcept
 {
     auto const file = OpenForReading(path);
-    LARGE_INTEGER size;
-    if (!file || !GetFileSizeEx(file.Get(), &size))
+    LARGE_INTEGER length;
+    if (!file || !GetFileSizeEx(file.Get(), &length))
     {
         return std::nullopt;
     }
-    return static_cast<std::uint64_t>(size.QuadPart);
+    auto const size = static_cast<std::uint64_t>(length.QuadPart);
+    return FileState{size, MissingEndOf(file.Get(), size, wide)};
+}
+
+void CompleteEnd(HANDLE file, FileState const& state) noexcept
+{
+    LARGE_INTEGER end;
+    if (!state.missing.empty() && SetFilePointerEx(file, {}, &end, FILE_END) &&
+        static_cast<std::uint64_t>(end.QuadPart) == state.size)
+    {
+        Write(file, state.missing);
+    }
 }
 
 void EmptyFile(std::wstring const& path) noexcept

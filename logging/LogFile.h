@@ -32,8 +32,17 @@ std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<ch
 // False for a file that can be read and does not begin with a byte-order mark of UTF-16, of either order.
 bool MayBeWideFile(std::wstring const& path) noexcept;
 
-// Nothing when it cannot be had.
-std::optional<std::uint64_t> FileSize(std::wstring const& path) noexcept;
+struct FileState
+{
+    std::uint64_t size;
+    std::string_view missing; // at its end, as MissingEnd tells; empty for a file without the mark of its encoding
+};
+
+// Nothing when its size cannot be read; where its bytes cannot, nothing is missing.
+std::optional<FileState> StateOfFile(std::wstring const& path, bool wide) noexcept;
+
+// Appends what was missing, unless the file has another size by now. The caller keeps other writers away.
+void CompleteEnd(HANDLE file, FileState const& state) noexcept;
 
 // Empties the file, which must be clear of links; failing leaves it as it was.
 void EmptyFile(std::wstring const& path) noexcept;

@@ -187,6 +187,10 @@ try
     {
         return; // another thread's wait has failed meanwhile
     }
+    if (scope.Outcome() == MutexWait::Abandoned)
+    {
+        CompleteLastLine();
+    }
     CheckSizeWhenDue();
     WriteLine(call, detail, origin, format, arguments);
 }
@@ -277,6 +281,15 @@ void LogTargetDefault::LogHeader(LogLevel level, wchar_t const* reserved, wchar_
     }
 }
 
+// The process that last owned the mutex may have ended in the middle of a line.
+void LogTargetDefault::CompleteLastLine()
+{
+    if (auto const state = StateOfFile(filePath, wideOutput))
+    {
+        CompleteEnd(file.Get(), *state);
+    }
+}
+
 void LogTargetDefault::CheckSizeWhenDue()
 {
     if (lastLine - lastCheck >= secondsBetweenChecks && CheckSize())
@@ -289,16 +302,21 @@ void LogTargetDefault::CheckSizeWhenDue()
 bool LogTargetDefault::CheckSize()
 {
     auto const keepsCopies = KeepsCopies(filePath);
-    auto const size = FileSize(filePath);
-    if (size && *size >= RotationLimit(threshold))
+    auto const state = StateOfFile(filePath, wideOutput);
+    auto canGoOn = state.has_value();
+    if (state && state->size >= RotationLimit(threshold))
     {
-        return Rotate(keepsCopies);
+        canGoOn = Rotate(keepsCopies);
     }
-    if (!file) // an earlier reopening failed
+    else if (!file) // an earlier reopening failed
     {
-        return OpenFile(file);
+        canGoOn = OpenFile(file);
     }
-    return size.has_value();
+    if (state)
+    {
+        CompleteEnd(file.Get(), *state);
+    }
+    return canGoOn;
 }
 
 // False when the log cannot be reopened.

@@ -64,6 +64,7 @@ class LogTargetDefault : public LogTargetBase
     void Compose(Call const& call, std::wstring_view detail, std::wstring_view origin, std::wstring_view message);
     void SetAside();
     bool CheckSizeAtOpening();
+    void CompleteLastLine();
     void CheckSizeWhenDue();
     bool CheckSize();
     bool Rotate(bool keepsCopies);

@@ -1,0 +1,214 @@
+#include "logging/LogFile.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/unit/logging/FailingSystem.h"
+
+using namespace test;
+using namespace zant;
+
+namespace
+{
+
+// A log whose last writer ended in the middle of a line.
+class UnfinishedLine : public LogFixture
+{
+  protected:
+    UnfinishedLine() { Configure(target); }
+
+    // What the log holds behind its mark once it has been opened.
+    std::string CompletedByOpen(std::string const& text)
+    {
+        WriteBytes(LogPath(), wideMark + text);
+        EXPECT_TRUE(target.Open());
+        target.Close();
+        auto const bytes = ReadBytes(LogPath());
+        EXPECT_TRUE(bytes.starts_with(wideMark));
+        return bytes.substr(wideMark.size());
+    }
+
+    // As a writer does that is killed then.
+    void Tear(std::string const& text) const
+    {
+        UniqueHandle const file(CreateFileW(LogPath().c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                            nullptr, OPEN_EXISTING, 0, nullptr));
+        DWORD written = 0;
+        EXPECT_TRUE(WriteFile(file.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr));
+    }
+
+    LogTargetDefault target;
+};
+
+} // namespace
+
+TEST_F(UnfinishedLine, GetsItsLineEndWhenTheLogIsOpened)
+{
+    EXPECT_EQ(CompletedByOpen(Utf16(L"torn")), Utf16(L"torn\r\n"));
+    EXPECT_EQ(CompletedByOpen(Utf16(L"torn\r")), Utf16(L"torn\r\n"));
+    EXPECT_EQ(CompletedByOpen(Utf16(L"\r")), Utf16(L"\r\n"));
+}
+
+TEST_F(UnfinishedLine, GetsTheSecondHalfOfItsLastCharacterToo)
+{
+    auto const line = Utf16(L"torn\r\n");
+    for (std::size_t size = 1; size < line.size(); size += 2)
+    {
+        EXPECT_EQ(CompletedByOpen(line.substr(0, size)),
+                  Utf16(std::wstring(L"torn").substr(0, (size + 1) / 2)) + Utf16(L"\r\n"));
+    }
+}
+
+TEST_F(UnfinishedLine, IsNotSeenInAWholeOne)
+{
+    EXPECT_EQ(CompletedByOpen(""), "");
+    EXPECT_EQ(CompletedByOpen(Utf16(L"whole\r\n")), Utf16(L"whole\r\n"));
+    EXPECT_EQ(CompletedByOpen(Utf16(L"whole\n")), Utf16(L"whole\n"));
+    EXPECT_EQ(CompletedByOpen(Utf16(L"\r\n")), Utf16(L"\r\n"));
+}
+
+TEST_F(UnfinishedLine, OfUtf8GetsItsLineEnd)
+{
+    std::string const mark = "\xEF\xBB\xBF";
+    target.wideOutput = false;
+    for (std::string const text : {"", "torn\r\n", "torn", "torn\r", "odd", "o"})
+    {
+        WriteBytes(LogPath(), mark + text);
+        EXPECT_TRUE(target.Open());
+        target.Close();
+        EXPECT_EQ(ReadBytes(LogPath()), mark + (text.empty() ? "" : text.substr(0, text.find('\r')) + "\r\n"));
+    }
+}
+
+// It has another encoding and could not be set aside.
+TEST_F(UnfinishedLine, OfAFileWithoutItsMarkStaysAsItStands)
+{
+    for (std::string const text : {"even", "odd", "\xFE\xFF\0t", "\xFF"})
+    {
+        WriteBytes(LogPath(), text);
+        WriteBytes(folder / (Base() + L" 2024-1-5 09-30-12.log"), "taken");
+        EXPECT_TRUE(target.Open());
+        target.Close();
+        EXPECT_EQ(ReadBytes(LogPath()), text);
+    }
+}
+
+TEST_F(UnfinishedLine, IsCompletedByTheNextCheck)
+{
+    ASSERT_TRUE(target.Open());
+    Tear(Utf16(L"torn") + "x");
+    auto const due = target.lastLine = target.lastCheck + 900;
+    LogAt(target, 0, L"next");
+    EXPECT_EQ(target.lastCheck, due);
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"tornx", L"next"}));
+}
+
+// Another line costs no look at the file.
+TEST_F(UnfinishedLine, IsNotLookedForBetweenTheChecks)
+{
+    ASSERT_TRUE(target.Open());
+    CreateFileCall const open([](auto...) {
+        ADD_FAILURE() << "a file is opened";
+        return INVALID_HANDLE_VALUE;
+    });
+    ReadFileCall const read([](auto...) {
+        ADD_FAILURE() << "a file is read";
+        return FALSE;
+    });
+    LogAt(target, 0, L"next");
+}
+
+TEST_F(UnfinishedLine, OfAKilledProcessIsCompletedByTheNextLine)
+{
+    ASSERT_TRUE(target.Open());
+    auto const readyName = LogName() + L"-ready";
+    UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+    ChildProcess holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
+    ASSERT_EQ(WaitForSingleObject(ready.Get(), INFINITE), WAIT_OBJECT_0);
+    Tear(Utf16(L"torn") + "x");
+    holder.Kill();
+    LogAt(target, 0, L"next");
+    LogAt(target, 0, L"and next");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"tornx", L"next", L"and next"}));
+}
+
+TEST_F(UnfinishedLine, IsCompletedWhenTheLogIsReopened)
+{
+    ASSERT_TRUE(target.Open());
+    Tear(Utf16(L"torn"));
+    target.file.Reset();
+    target.lastLine = target.lastCheck + 900;
+    LogAt(target, 0, L"next");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"torn", L"next"}));
+}
+
+// The log goes on as it is.
+TEST_F(UnfinishedLine, IsCompletedThoughTheRotationFails)
+{
+    WriteLogOfSize(LogPath(), limit);
+    Tear(Utf16(L"torn"));
+    CreateFileCall const fault(
+        FailingToOpen([](DWORD, DWORD, DWORD disposition) { return disposition == OPEN_ALWAYS; }));
+    ASSERT_TRUE(target.Open());
+    LogAt(target, 0, L"next");
+    EXPECT_EQ(ReadLines(LogPath()).at(1), L"torn");
+    EXPECT_EQ(MessagesIn(LogPath()).at(2), L"next");
+}
+
+TEST_F(UnfinishedLine, IsCopiedAsItIs)
+{
+    WriteLogOfSize(LogPath(), limit);
+    Tear(Utf16(L"torn"));
+    auto const bytes = ReadBytes(LogPath());
+    ASSERT_TRUE(target.Open());
+    EXPECT_TRUE(ReadBytes(folder / (Base() + L" 2024-1-5 09-30-12.log")) == bytes);
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+}
+
+TEST_F(UnfinishedLine, IsNotCompletedOnceAnotherLineFollows)
+{
+    WriteBytes(LogPath(), wideMark + Utf16(L"torn"));
+    auto const state = StateOfFile(LogPath(), true);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->missing, Utf16(L"\r\n"));
+    Tear(Utf16(L", other\r\n"));
+    auto const file = OpenOrCreateFile(LogPath(), true);
+    CompleteEnd(file.Get(), *state);
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark + Utf16(L"torn, other\r\n"));
+}
+
+TEST_F(UnfinishedLine, StaysWhenItCannotBeRead)
+{
+    ASSERT_TRUE(target.Open());
+    Tear(Utf16(L"torn"));
+    auto const due = target.lastLine = target.lastCheck + 900;
+    {
+        ReadFileCall const fault(Failing(FALSE, ERROR_CRC));
+        LogAt(target, 0, L"next");
+    }
+    EXPECT_EQ(target.lastCheck, due) << "the check passes all the same";
+    EXPECT_EQ(ReadLines(LogPath()).size(), 1u);
+}
+
+// The file has become shorter meanwhile.
+TEST_F(UnfinishedLine, StaysWhenItIsReadInPart)
+{
+    WriteBytes(LogPath(), wideMark + Utf16(L"torn"));
+    int reads = 0;
+    ReadFileCall const shorter([&](auto next, HANDLE file, void* bytes, DWORD size, DWORD* read, OVERLAPPED* o) {
+        return next(file, bytes, reads++ == 0 ? size : size - 1, read, o);
+    });
+    auto const state = StateOfFile(LogPath(), true);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(reads, 2);
+    EXPECT_EQ(state->missing, "");
+}
+
+TEST_F(UnfinishedLine, StaysWhenItCannotBeWritten)
+{
+    ASSERT_TRUE(target.Open());
+    Tear(Utf16(L"torn"));
+    auto const due = target.lastLine = target.lastCheck + 900;
+    int skipped = 0;
+    WriteFileCall const fault(FailingAfter(skipped, FALSE, ERROR_DISK_FULL));
+    LogAt(target, 0, L"next");
+    EXPECT_EQ(target.lastCheck, due) << "the check passes all the same";
+    EXPECT_EQ(ReadLines(LogPath()).size(), 1u);
+}
