@@ -45,7 +45,7 @@ std::wstring DatedPath(std::wstring const& path, SYSTEMTIME const& local)
 {
     auto const date = DateText(local);
     auto const time = TimeText(local);
-    if (date.empty() || time.empty())
+    if (date.empty() && time.empty())
     {
         return {};
     }

@@ -45,9 +45,9 @@ std::optional<std::wstring_view> MessageText(char const* format, va_list argumen
         return wide != nullptr ? std::optional(ViewOf(wide)) : std::nullopt;
     }
     char buffer[mostCharacters + 1];
-    _vsnprintf_s(buffer, sizeof buffer, _TRUNCATE, format, arguments);
+    auto const isCut = _vsnprintf_s(buffer, sizeof buffer, _TRUNCATE, format, arguments) < 0;
     std::string_view text = buffer;
-    if (text.size() == mostCharacters)
+    if (isCut)
     {
         text = WithoutHalvedCharacter(text);
     }

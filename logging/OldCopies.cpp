@@ -5,26 +5,33 @@
 namespace zant
 {
 
-std::vector<std::wstring> CopiesToDelete(std::span<std::wstring const> names, std::wstring_view base,
-                                         std::wstring_view liveName, std::span<std::wstring const> dayPrefixes)
+OldCopies::OldCopies(std::wstring_view base, std::wstring_view liveName, std::vector<std::wstring> dayPrefixes)
+    : m_base(base), m_liveName(liveName), m_dayPrefixes(std::move(dayPrefixes))
+{
+}
+
+bool OldCopies::GoesAtOnce(std::wstring const& name)
+{
+    if (!name.starts_with(m_base))
+    {
+        return false;
+    }
+    auto const isRecent =
+        std::ranges::any_of(m_dayPrefixes, [&](auto const& prefix) { return name.starts_with(prefix); });
+    if (!isRecent && name != m_liveName)
+    {
+        return true;
+    }
+    m_candidates.push_back(name);
+    return false;
+}
+
+std::vector<std::wstring> OldCopies::Surplus()
 {
     constexpr std::size_t mostKept = 5;
-    std::vector<std::wstring> doomed;
-    std::vector<std::wstring> candidates;
-    for (auto const& name : names)
-    {
-        if (!name.starts_with(base))
-        {
-            continue;
-        }
-        auto const isRecent =
-            std::ranges::any_of(dayPrefixes, [&](auto const& prefix) { return name.starts_with(prefix); });
-        (isRecent || name == liveName ? candidates : doomed).push_back(name);
-    }
-    std::ranges::sort(candidates);
-    auto const surplus = candidates.size() > mostKept ? candidates.size() - mostKept : 0;
-    doomed.insert(doomed.end(), candidates.begin(), candidates.begin() + static_cast<std::ptrdiff_t>(surplus));
-    return doomed;
+    std::ranges::sort(m_candidates);
+    auto const surplus = m_candidates.size() > mostKept ? m_candidates.size() - mostKept : 0;
+    return {m_candidates.begin(), m_candidates.begin() + static_cast<std::ptrdiff_t>(surplus)};
 }
 
 } // namespace zant

@@ -6,6 +6,7 @@
 #include "logging/LogPath.h"
 #include "logging/OldCopies.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zant
@@ -35,24 +36,23 @@ struct FindHandle
     HANDLE value;
 };
 
-std::vector<std::wstring> NamesLike(std::wstring const& pattern)
+template <typename Function>
+void ForEachName(std::wstring const& pattern, Function function)
 {
-    std::vector<std::wstring> names;
     WIN32_FIND_DATAW found;
     FindHandle const search(pattern, found);
     if (search.value == INVALID_HANDLE_VALUE)
     {
-        return names;
+        return;
     }
     do
     {
         std::wstring_view const name = found.cFileName;
         if (name != L"." && name != L"..")
         {
-            names.emplace_back(name);
+            function(std::wstring(name));
         }
     } while (FindNextFileW(search.value, &found));
-    return names;
 }
 
 std::wstring InFolder(std::wstring_view folder, std::wstring_view name)
@@ -82,16 +82,20 @@ void DeleteOldCopies(std::wstring const& logPath, SYSTEMTIME const& localNow)
     auto const folder = FolderOf(logPath);
     auto const liveName = FileNameOf(logPath);
     auto const base = WithoutExtension(liveName);
-    std::array<std::wstring, 4> dayPrefixes;
-    for (unsigned daysBack = 0; auto& prefix : dayPrefixes)
+    std::vector<std::wstring> dayPrefixes;
+    for (unsigned daysBack = 0; daysBack < 4; ++daysBack)
     {
-        prefix = std::wstring(base) + L' ' + DateText(localNow, daysBack++);
+        dayPrefixes.push_back(std::wstring(base) + L' ' + DateText(localNow, daysBack));
     }
-    auto const names = NamesLike(InFolder(folder, std::wstring(base) + L'*'));
-    for (auto const& name : CopiesToDelete(names, base, liveName, dayPrefixes))
-    {
-        DeleteFileW(InFolder(folder, name).c_str());
-    }
+    auto const remove = [&](std::wstring const& name) { DeleteFileW(InFolder(folder, name).c_str()); };
+    OldCopies copies(base, liveName, std::move(dayPrefixes));
+    ForEachName(InFolder(folder, std::wstring(base) + L'*'), [&](std::wstring const& name) {
+        if (copies.GoesAtOnce(name))
+        {
+            remove(name);
+        }
+    });
+    std::ranges::for_each(copies.Surplus(), remove);
 }
 
 } // namespace zant

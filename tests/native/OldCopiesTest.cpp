@@ -1,6 +1,8 @@
 #include "logging/OldCopies.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <iterator>
 
 using namespace zant;
 
@@ -9,61 +11,75 @@ namespace
 
 using Names = std::vector<std::wstring>;
 
-// Today is 14 January 2024.
-Names Doomed(Names const& names)
+// What goes at once, and then what is too many.
+struct Decided
 {
-    Names const days = {L"KZEB 2024-1-14", L"KZEB 2024-1-13", L"KZEB 2024-1-12", L"KZEB 2024-1-11"};
-    return CopiesToDelete(names, L"KZEB", L"KZEB.log", days);
+    bool operator==(Decided const&) const = default;
+
+    Names atOnce;
+    Names surplus;
+};
+
+// Today is 14 January 2024.
+Decided Decide(Names const& names,
+               Names const& days = {L"KZEB 2024-1-14", L"KZEB 2024-1-13", L"KZEB 2024-1-12", L"KZEB 2024-1-11"})
+{
+    OldCopies copies(L"KZEB", L"KZEB.log", days);
+    Decided decided;
+    std::ranges::copy_if(names, std::back_inserter(decided.atOnce),
+                         [&](auto const& name) { return copies.GoesAtOnce(name); });
+    decided.surplus = copies.Surplus();
+    return decided;
 }
 
 } // namespace
 
 TEST(OldCopies, OfTheLastFourDaysStay)
 {
-    EXPECT_EQ(Doomed({L"KZEB.log", L"KZEB 2024-1-14 09-00-00.log", L"KZEB 2024-1-13 09-00-00.log",
+    EXPECT_EQ(Decide({L"KZEB.log", L"KZEB 2024-1-14 09-00-00.log", L"KZEB 2024-1-13 09-00-00.log",
                       L"KZEB 2024-1-12 09-00-00.log", L"KZEB 2024-1-11 09-00-00.log"}),
-              Names{});
+              Decided{});
 }
 
 TEST(OldCopies, OfEarlierAndLaterDaysGo)
 {
     Names const others = {L"KZEB 2024-1-10 09-00-00.log", L"KZEB 2024-1-9 09-00-00.log", L"KZEB 2023-1-14 09-00-00.log",
                           L"KZEB 2024-1-15 09-00-00.log"};
-    EXPECT_EQ(Doomed(others), others);
+    EXPECT_EQ(Decide(others), (Decided{.atOnce = others, .surplus = {}}));
 }
 
 TEST(OldCopies, WhateverElseBeginsWithTheBaseGoes)
 {
     Names const others = {L"KZEB", L"KZEB.txt", L"KZEB2.log", L"KZEB.log.bak", L"KZEB 2024-1-1"};
-    EXPECT_EQ(Doomed(others), others);
+    EXPECT_EQ(Decide(others), (Decided{.atOnce = others, .surplus = {}}));
 }
 
 TEST(OldCopies, NamesThatDoNotBeginWithTheBaseStay)
 {
-    EXPECT_EQ(Doomed({L"kzeb 2000-1-1 09-00-00.log", L"other.log", L"XKZEB.log", L"pvq.trace"}), Names{});
+    EXPECT_EQ(Decide({L"kzeb 2000-1-1 09-00-00.log", L"other.log", L"XKZEB.log", L"pvq.trace"}), Decided{});
 }
 
 // "2024-1-1" is also how 2024-1-14 begins; the text alone counts.
 TEST(OldCopies, ADayCountsByTheBeginningOfItsText)
 {
     Names const days = {L"KZEB 2024-1-1"};
-    EXPECT_EQ(CopiesToDelete(Names{L"KZEB 2024-1-14 09-00-00.log", L"KZEB 2024-1-1 09-00-00.log"}, L"KZEB", L"KZEB.log",
-                             days),
-              Names{});
+    EXPECT_EQ(Decide({L"KZEB 2024-1-14 09-00-00.log", L"KZEB 2024-1-1 09-00-00.log"}, days), Decided{});
 }
 
 TEST(OldCopies, NoMoreThanFiveStayTheLiveLogAmongThem)
 {
-    EXPECT_EQ(Doomed({L"KZEB.log", L"KZEB 2024-1-14 07-00-00.log", L"KZEB 2024-1-14 01-00-00.log",
+    EXPECT_EQ(Decide({L"KZEB.log", L"KZEB 2024-1-14 07-00-00.log", L"KZEB 2024-1-14 01-00-00.log",
                       L"KZEB 2024-1-14 06-00-00.log", L"KZEB 2024-1-14 02-00-00.log", L"KZEB 2024-1-14 05-00-00.log",
-                      L"KZEB 2024-1-14 03-00-00.log", L"KZEB 2024-1-14 04-00-00.log"}),
+                      L"KZEB 2024-1-14 03-00-00.log", L"KZEB 2024-1-14 04-00-00.log"})
+                  .surplus,
               (Names{L"KZEB 2024-1-14 01-00-00.log", L"KZEB 2024-1-14 02-00-00.log", L"KZEB 2024-1-14 03-00-00.log"}));
 }
 
 TEST(OldCopies, SixAreOneTooMany)
 {
-    EXPECT_EQ(Doomed({L"KZEB.log", L"KZEB 2024-1-14 01-00-00.log", L"KZEB 2024-1-14 02-00-00.log",
-                      L"KZEB 2024-1-14 03-00-00.log", L"KZEB 2024-1-14 04-00-00.log", L"KZEB 2024-1-14 05-00-00.log"}),
+    EXPECT_EQ(Decide({L"KZEB.log", L"KZEB 2024-1-14 01-00-00.log", L"KZEB 2024-1-14 02-00-00.log",
+                      L"KZEB 2024-1-14 03-00-00.log", L"KZEB 2024-1-14 04-00-00.log", L"KZEB 2024-1-14 05-00-00.log"})
+                  .surplus,
               Names{L"KZEB 2024-1-14 01-00-00.log"});
 }
 
@@ -77,5 +93,5 @@ TEST(OldCopies, TheOrderIsThatOfTheTextNotOfTime)
                          L"KZEB 2024-1-11 01-00-00.log",
                          L"KZEB 2024-1-12 01-00-00.log",
                          L"KZEB 2024-1-12 02-00-00.log"};
-    EXPECT_EQ(CopiesToDelete(names, L"KZEB", L"KZEB.log", days), Names{L"KZEB 2024-1-10 01-00-00.log"});
+    EXPECT_EQ(Decide(names, days).surplus, Names{L"KZEB 2024-1-10 01-00-00.log"});
 }

@@ -78,12 +78,19 @@ TEST(DatedName, HasTheTimeOfTheUsersDefaultLocaleForcedTo24Hours)
     EXPECT_EQ(flags, static_cast<DWORD>(TIME_FORCE24HOURFORMAT));
 }
 
-TEST(DatedName, IsEmptyWithoutADateOrATime)
+TEST(DatedName, IsMadeOfADateOrATimeAlone)
 {
     {
         GetDateFormatCall const fault(Failing(0, ERROR_INVALID_PARAMETER));
-        EXPECT_EQ(DatedPath(L"KZEB.log", At(2024, 1, 5, 9, 30, 12)), L"");
+        EXPECT_EQ(DatedPath(L"KZEB.log", At(2024, 1, 5, 9, 30, 12)), L"KZEB  09-30-12.log");
     }
     GetTimeFormatCall const fault(Failing(0, ERROR_INVALID_PARAMETER));
+    EXPECT_EQ(DatedPath(L"KZEB.log", At(2024, 1, 5, 9, 30, 12)), L"KZEB 2024-1-5 .log");
+}
+
+TEST(DatedName, IsEmptyWithNeitherDateNorTime)
+{
+    GetDateFormatCall const noDate(Failing(0, ERROR_INVALID_PARAMETER));
+    GetTimeFormatCall const noTime(Failing(0, ERROR_INVALID_PARAMETER));
     EXPECT_EQ(DatedPath(L"KZEB.log", At(2024, 1, 5, 9, 30, 12)), L"");
 }

@@ -103,7 +103,8 @@ TEST_F(FailingCopy, ByADeletionThatCannotBeTakenBack)
 
 TEST_F(FailingCopy, ByANameThatCannotBeMade)
 {
-    GetDateFormatCall const fault(Failing(0, ERROR_INVALID_PARAMETER));
+    GetDateFormatCall const noDate(Failing(0, ERROR_INVALID_PARAMETER));
+    GetTimeFormatCall const noTime(Failing(0, ERROR_INVALID_PARAMETER));
     ExpectTheLogToGoOn();
     EXPECT_TRUE(Copies().empty());
 }

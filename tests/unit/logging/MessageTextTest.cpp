@@ -121,6 +121,13 @@ TEST(MessageText, TheCutTakesAHalvedCharacterOfUtf8Off)
     EXPECT_EQ(FormattedNarrow("%s", other.c_str()), std::wstring(4'092, L'x') + L"\u00E4");
 }
 
+// Nothing has been cut: the text itself ends in the middle of a character.
+TEST(MessageText, AHalvedCharacterAtTheEndOfATextOfFullLengthIsRefused)
+{
+    EXPECT_EQ(FormattedNarrow("%s", (std::string(4'093, 'x') + "\xC3").c_str()), L"not UTF-8");
+    EXPECT_EQ(FormattedNarrow("%s", std::string(4'094, 'x').c_str()), std::wstring(4'094, L'x'));
+}
+
 TEST(MessageText, InvalidUtf8IsRefused)
 {
     EXPECT_EQ(FormattedNarrow("\xFF"), L"not UTF-8");

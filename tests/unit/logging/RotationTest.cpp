@@ -322,6 +322,24 @@ TEST_F(RotationTest, OfSevenCopiesOfTodayTheThreeEarliestGo)
                                        CopyName(L"2024-1-5 06-00-00"), CopyName(L"2024-1-5 07-00-00"), LogName()}));
 }
 
+// The listing breaks off behind the first name: what was found by then is gone.
+TEST_F(RotationTest, ACopyThatIsTooOldGoesAsSoonAsItIsFound)
+{
+    WriteCopies({L"2023-12-30 10-00-00", L"2023-12-31 10-00-00"});
+    FindFirstFileCall const first([&](auto next, wchar_t const* pattern, WIN32_FIND_DATAW* found) {
+        auto const search = next(pattern, found);
+        found->cFileName[CopyName(L"2023-12-30 10-00-00").copy(found->cFileName, MAX_PATH - 1)] = L'\0';
+        return search;
+    });
+    FindNextFileCall const noMore([&](auto...) {
+        EXPECT_FALSE(FileExists(folder / CopyName(L"2023-12-30 10-00-00")));
+        SetLastError(ERROR_IO_DEVICE);
+        return FALSE;
+    });
+    DeleteOldCopies(LogPath(), LocalNow());
+    EXPECT_TRUE(FileExists(folder / CopyName(L"2023-12-31 10-00-00")));
+}
+
 TEST_F(RotationTest, FilesOfOtherNamesAndFoldersStay)
 {
     WriteBytes(LogPath(), "");
