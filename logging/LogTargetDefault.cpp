@@ -43,9 +43,10 @@ struct LogTargetDefault::Call
     bool lockFlag;
 };
 
-LogTargetDefault::LogTargetDefault() : storedHeader(BuildLogHeader())
+LogTargetDefault::LogTargetDefault()
 {
     group = L"ZEB";
+    storedHeader = BuildLogHeader();
 }
 
 LogTargetDefault::~LogTargetDefault()

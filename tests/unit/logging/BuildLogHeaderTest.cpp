@@ -1,5 +1,6 @@
 #include "logging/BuildLogHeader.h"
 
+#include "logging/LogTargetDefault.h"
 #include "tests/support/Failing.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/WrappedCall.h"
@@ -101,6 +102,27 @@ TEST(BuildLogHeader, TellsOfTheMachineBetweenLinesOfAsterisks)
                                        {L"OS Locale: ", Locale()},
                                        {L"OS Name: ", L"Windows 10"},
                                        {L"OS Version: ", L"10.0.0"}}));
+}
+
+// The target is looked at while it is made, in memory that was all zeros.
+TEST(BuildLogHeader, IsTheLastThingThatATargetSets)
+{
+    alignas(LogTargetDefault) std::byte memory[sizeof(LogTargetDefault)] = {};
+    auto const& target = *reinterpret_cast<LogTargetDefault const*>(memory);
+    int probes = 0;
+    VerifyVersionCall const probe([&](auto next, auto... arguments) {
+        ++probes;
+        EXPECT_EQ(target.group, L"ZEB");
+        EXPECT_EQ(target.separator, L" | ");
+        EXPECT_EQ(target.maskedKeys, CredentialKeys());
+        EXPECT_TRUE(target.useLock);
+        EXPECT_EQ(target.storedHeader.title, L"");
+        return next(arguments...);
+    });
+    auto* const made = new (memory) LogTargetDefault;
+    EXPECT_GT(probes, 0);
+    EXPECT_EQ(made->storedHeader.title, std::wstring(78, L'*'));
+    made->~LogTargetDefault();
 }
 
 TEST(BuildLogHeader, Tells64BitsAlsoWhereTheSystemTells32)
