@@ -66,6 +66,19 @@ TEST_F(ApplicationLogFile, ReplacesTheFileOfAnOpenTarget)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
+TEST_F(ApplicationLogFile, LeavesTheFileOfAnOpenTargetWithoutAPathOfItsOwn)
+{
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    {
+        GetTempPathCall const fault(Failing(DWORD{0}, ERROR_NOT_ENOUGH_MEMORY));
+        EXPECT_FALSE(UseApplicationLogFile());
+    }
+    EXPECT_FALSE(target.enabled);
+    EXPECT_TRUE(target.file);
+    EXPECT_EQ(target.fileName, LogName());
+}
+
 TEST_F(ApplicationLogFile, AFileInTheFoldersPlaceDisablesTheTarget)
 {
     WriteBytes(temporary / L"Tessaline", "");

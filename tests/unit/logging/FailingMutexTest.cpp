@@ -99,6 +99,28 @@ TEST_P(FailingWait, OnceMeansThatNoFurtherLineReachesTheFile)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"before"});
 }
 
+TEST_P(FailingWait, OnceIsNotForgottenByCloseAndOpen)
+{
+    ASSERT_TRUE(target.Open());
+    {
+        WaitCall const fault(Failing(GetParam(), ERROR_INVALID_HANDLE));
+        EXPECT_TRUE(LogAt(target, 0, L"lost"));
+    }
+    target.Close();
+    EXPECT_FALSE(target.useLock);
+    WriteLogOfSize(LogPath(), limit);
+    WaitCall const wait([](auto...) {
+        ADD_FAILURE() << "there is nothing to wait for";
+        return DWORD{WAIT_OBJECT_0};
+    });
+    EXPECT_TRUE(target.Open());
+    EXPECT_TRUE(target.isOpen);
+    EXPECT_FALSE(target.useLock);
+    EXPECT_TRUE(Copies().empty());
+    LogAt(target, 0, L"lost too");
+    EXPECT_EQ(MessagesIn(LogPath()).size(), 1u) << "more than the line that the log was made with";
+}
+
 TEST_P(FailingWait, OnceMeansThatLinesWithoutTheLockFlagAreNotWrittenEither)
 {
     ASSERT_TRUE(target.Open());
@@ -190,20 +212,52 @@ TEST_F(FailingSystem, TheWaitLastsAtMostTwoSeconds)
     EXPECT_EQ(waits, (std::vector<DWORD>{2'000, 2'000}));
 }
 
-TEST_F(FailingSystem, AnAbandonedMutexIsOwnedAndReleased)
+TEST_F(FailingSystem, TheLockIsUsedAgainAfterCloseAndOpen)
 {
     ASSERT_TRUE(target.Open());
+    target.Close();
+    EXPECT_TRUE(target.useLock);
+    ASSERT_TRUE(target.Open());
+    EXPECT_TRUE(target.useLock);
+}
+
+namespace
+{
+
+class AbandonedMutex : public FailingSystem
+{
+  protected:
     int released = 0;
-    WaitCall const wait([](auto next, HANDLE handle, DWORD milliseconds) {
+
+  private:
+    WaitCall m_wait{[](auto next, HANDLE handle, DWORD milliseconds) {
         auto const result = next(handle, milliseconds);
         return result == WAIT_OBJECT_0 ? DWORD{WAIT_ABANDONED} : result;
-    });
-    ReleaseMutexCall const release([&](auto next, HANDLE handle) {
+    }};
+    ReleaseMutexCall m_release{[this](auto next, HANDLE handle) {
         ++released;
         return next(handle);
-    });
+    }};
+};
+
+} // namespace
+
+TEST_F(AbandonedMutex, IsOwnedAndReleasedByALine)
+{
+    ASSERT_TRUE(target.Open());
+    released = 0;
     LogAt(target, 0, L"m");
     EXPECT_EQ(released, 1);
     EXPECT_TRUE(target.useLock);
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"m"});
+}
+
+TEST_F(AbandonedMutex, IsOwnedAndReleasedByOpen)
+{
+    WriteLogOfSize(LogPath(), limit);
+    EXPECT_TRUE(target.Open());
+    EXPECT_EQ(released, 1);
+    EXPECT_TRUE(target.isOpen);
+    EXPECT_TRUE(target.useLock);
+    EXPECT_EQ(Copies().size(), 1u) << "the size was not checked";
 }

@@ -1,4 +1,5 @@
 #include "logging/ApplicationLogFile.h"
+#include "logging/LogFile.h"
 #include "tests/support/MakeLink.h"
 #include "tests/unit/logging/FailingSystem.h"
 
@@ -149,6 +150,24 @@ TEST_F(LinkedLog, DisablesTheApplicationsTarget)
     g_defaultLogTarget = nullptr;
 }
 
+// What it has open is another file, which is not to be written on.
+TEST_F(LinkedLog, ClosesTheFileOfAnOpenTargetThatMayNotHaveAnother)
+{
+    ASSERT_TRUE(target.Open());
+    CreateDirectoryW((temporary / L"Tessaline").c_str(), nullptr);
+    CreateDirectoryW((temporary / L"Tessaline\\HOV").c_str(), nullptr);
+    WriteBytes(temporary / L"Tessaline\\HOV\\KZEB.log", wideMark);
+    MakeHardLink(temporary / L"Tessaline\\HOV\\KZEB.log");
+    g_defaultLogTarget = &target;
+    EXPECT_FALSE(UseApplicationLogFile());
+    g_defaultLogTarget = nullptr;
+    EXPECT_FALSE(target.enabled);
+    EXPECT_FALSE(target.file);
+    LogAt(target, 0, L"lost");
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+    EXPECT_EQ(ReadBytes(other), wideMark);
+}
+
 // --- setting aside ---
 
 TEST_F(LinkedLog, OfAnotherEncodingIsSetAsideThoughItHasAnotherHardLink)
@@ -289,6 +308,54 @@ TEST_F(LinkedLog, IsNeitherEmptiedNorWrittenOnWithAnotherHardLink)
     LogAt(target, later, L"after");
     EXPECT_TRUE(target.file);
     EXPECT_EQ(LastMessages(LogPath(), 1), std::vector<std::wstring>{L"after"});
+}
+
+// The link is deleted first, and so what it leads to keeps its content.
+TEST_F(LinkedLog, IsNotEmptiedThroughALink)
+{
+    WriteBytes(LogPath(), wideMark + "content");
+    ShownAsLink const link(LogPath());
+    std::string led;
+    DeleteFileCall const deleting([&](auto next, wchar_t const* path) {
+        led = ReadBytes(path);
+        return next(path);
+    });
+    EmptyFile(LogPath());
+    EXPECT_EQ(led, wideMark + "content");
+    EXPECT_FALSE(FileExists(LogPath()));
+}
+
+TEST_F(LinkedLog, IsNotEmptiedThroughALinkThatCannotBeDeleted)
+{
+    WriteBytes(LogPath(), wideMark + "content");
+    ShownAsLink const link(LogPath());
+    DeleteFileCall const fault(Failing(FALSE, ERROR_SHARING_VIOLATION));
+    EmptyFile(LogPath());
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark + "content");
+}
+
+TEST_F(LinkedLog, IsNotEmptiedWithAnotherHardLink)
+{
+    WriteBytes(LogPath(), wideMark + "content");
+    MakeHardLink(LogPath());
+    EmptyFile(LogPath());
+    EXPECT_EQ(ReadBytes(other), wideMark + "content");
+}
+
+TEST_F(LinkedLog, IsNotEmptiedBelowALinkedFolder)
+{
+    UseLinkedFolder();
+    auto const real = realFolder + L"\\" + LogName();
+    WriteBytes(real, wideMark + "content");
+    EmptyFile(target.filePath);
+    EXPECT_EQ(ReadBytes(real), wideMark + "content");
+}
+
+TEST_F(LinkedLog, IsEmptiedWithoutALink)
+{
+    WriteBytes(LogPath(), wideMark + "content");
+    EmptyFile(LogPath());
+    EXPECT_EQ(ReadBytes(LogPath()), "");
 }
 
 TEST_F(LinkedLog, IsBegunAnewAtItsRotationWhereItHasBecomeALinkItself)

@@ -46,6 +46,30 @@ TEST_F(LogHeader, EveryLineCarriesTheGivenLevelAndFields)
     }
 }
 
+TEST_F(LogHeader, WithTheLockFlagEachLineWaitsForTheMutex)
+{
+    int waits = 0;
+    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
+        ++waits;
+        return next(handle, milliseconds);
+    });
+    Write(nullptr);
+    EXPECT_EQ(waits, 4);
+    EXPECT_EQ(MessagesIn(LogPath()).size(), 4u);
+}
+
+TEST_F(LogHeader, WithoutTheLockFlagNoLineWaitsForTheMutex)
+{
+    int waits = 0;
+    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
+        ++waits;
+        return next(handle, milliseconds);
+    });
+    target.LogHeader(LogLevel::Info, L"", L"", L"", L"", nullptr, false);
+    EXPECT_EQ(waits, 0);
+    EXPECT_EQ(MessagesIn(LogPath()).size(), 4u);
+}
+
 TEST_F(LogHeader, BelowTheThresholdNothingIsWritten)
 {
     Write(nullptr, LogLevel::Debug);

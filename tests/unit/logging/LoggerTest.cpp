@@ -58,8 +58,8 @@ RecordedCall Narrow(LogLevel level, wchar_t const* category, wchar_t const* deta
     return call;
 }
 
-std::uint64_t LogList(Logger& logger, LogLevel level, wchar_t const* detail, wchar_t const* origin,
-                      wchar_t const* format, ...)
+template <typename Char>
+std::uint64_t LogList(Logger& logger, LogLevel level, Char const* detail, Char const* origin, Char const* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
@@ -185,13 +185,26 @@ TEST_F(LoggerTest, NarrowNullDetailAndOriginStandForEmptyOnes)
 
 TEST_F(LoggerTest, LogVPassesOnWhatItIsGiven)
 {
-    LogList(logger, LogLevel::Error, nullptr, nullptr, L"%ls", L"text");
+    LogList<wchar_t>(logger, LogLevel::Error, nullptr, nullptr, L"%ls", L"text");
     ExpectRecorded({.wide = true,
                     .level = LogLevel::Error,
                     .fields = {L"", L"ZEB", L"component", L"category"},
                     .detail = std::nullopt,
                     .origin = std::nullopt,
                     .message = L"text"});
+}
+
+TEST_F(LoggerTest, NarrowLogVPassesOnWhatItIsGiven)
+{
+    LogList(logger, LogLevel{35}, "why \xC3\xA4", "where", "%s", "text");
+    auto expected = Narrow(LogLevel{35}, L"category", L"why \u00E4", L"where", L"text");
+    ExpectRecorded(expected);
+    target.calls.clear();
+    LogList<char>(logger, LogLevel::Error, nullptr, nullptr, "%s", "text");
+    expected = Narrow(LogLevel::Error, L"category", L"", L"", L"text");
+    expected.detail = std::nullopt;
+    expected.origin = std::nullopt;
+    ExpectRecorded(expected);
 }
 
 TEST_F(LoggerTest, LogVWithoutAListPassesOnNone)
@@ -320,6 +333,80 @@ TEST_F(LoggerTest, ANarrowNullScopeDetailOrFormatOfAScopedOperationLogsNothing)
     EXPECT_EQ(logger.FatalIn("s", nothing, "m"), 0u);
     EXPECT_EQ(logger.FatalIn("s", "d", nothing), 0u);
     EXPECT_TRUE(target.calls.empty());
+}
+
+namespace
+{
+
+// What comes to LogV goes no further.
+class LoggerWithOwnLogV : public Logger
+{
+  public:
+    std::uint64_t LogV(LogLevel level, char const* detail, char const* origin, char const* format,
+                       va_list arguments) override
+    {
+        calls.push_back(std::to_string(static_cast<int>(level)) + " narrow " + detail + "," + origin + "," + format);
+        EXPECT_NE(arguments, nullptr);
+        return 17;
+    }
+
+    std::uint64_t LogV(LogLevel level, wchar_t const* detail, wchar_t const* origin, wchar_t const* format,
+                       va_list arguments) override
+    {
+        auto const shown = [](std::wstring_view text) { return std::string(text.begin(), text.end()); };
+        calls.push_back(std::to_string(static_cast<int>(level)) + " wide " + shown(detail) + "," + shown(origin) + "," +
+                        shown(format));
+        EXPECT_NE(arguments, nullptr);
+        return 18;
+    }
+
+    std::vector<std::string> calls;
+};
+
+} // namespace
+
+TEST_F(LoggerTest, TheUnscopedOperationsForwardToLogV)
+{
+    LoggerWithOwnLogV own;
+    EXPECT_EQ(own.Trace("%d", 1), 17u);
+    EXPECT_EQ(own.Trace(L"%d", 1), 18u);
+    EXPECT_EQ(own.Debug("%d", 1), 17u);
+    EXPECT_EQ(own.Debug(L"%d", 1), 18u);
+    EXPECT_EQ(own.Info("%d", 1), 17u);
+    EXPECT_EQ(own.Info(L"%d", 1), 18u);
+    EXPECT_EQ(own.Warn("d", "%d", 1), 17u);
+    EXPECT_EQ(own.Warn(L"d", L"%d", 1), 18u);
+    EXPECT_EQ(own.Error("d", "%d", 1), 17u);
+    EXPECT_EQ(own.Error(L"d", L"%d", 1), 18u);
+    EXPECT_EQ(own.Fatal("d", "%d", 1), 17u);
+    EXPECT_EQ(own.Fatal(L"d", L"%d", 1), 18u);
+    EXPECT_EQ(own.Log(LogLevel{35}, "d", "o", "%d", 1), 17u);
+    EXPECT_EQ(own.Log(LogLevel{35}, L"d", L"o", L"%d", 1), 18u);
+    EXPECT_EQ(own.calls, (std::vector<std::string>{"10 narrow ,,%d", "10 wide ,,%d", "20 narrow ,,%d", "20 wide ,,%d",
+                                                   "30 narrow ,,%d", "30 wide ,,%d", "40 narrow d,,%d", "40 wide d,,%d",
+                                                   "50 narrow d,,%d", "50 wide d,,%d", "60 narrow d,,%d",
+                                                   "60 wide d,,%d", "35 narrow d,o,%d", "35 wide d,o,%d"}));
+    EXPECT_TRUE(target.calls.empty());
+}
+
+// They go to the targets themselves, with the scope in the category's place.
+TEST_F(LoggerTest, TheScopedOperationsDoNotForwardToLogV)
+{
+    LoggerWithOwnLogV own;
+    own.TraceIn("s", "m");
+    own.TraceIn(L"s", L"m");
+    own.DebugIn("s", "m");
+    own.DebugIn(L"s", L"m");
+    own.InfoIn("s", "m");
+    own.InfoIn(L"s", L"m");
+    own.WarnIn("s", "d", "m");
+    own.WarnIn(L"s", L"d", L"m");
+    own.ErrorIn("s", "d", "m");
+    own.ErrorIn(L"s", L"d", L"m");
+    own.FatalIn("s", "d", "m");
+    own.FatalIn(L"s", L"d", L"m");
+    EXPECT_EQ(own.calls, std::vector<std::string>());
+    EXPECT_EQ(target.calls.size(), 12u);
 }
 
 TEST_F(LoggerTest, EveryCallAsksForNowAndForTheLock)

@@ -4,6 +4,7 @@
 #include "tests/unit/logging/LogFixture.h"
 #include "tests/unit/logging/WrappedSystem.h"
 
+#include <algorithm>
 #include <optional>
 #include <thread>
 
@@ -160,6 +161,41 @@ TEST_F(RotationTest, OpeningLooksAtTheSizeUnderTheMutex)
     EXPECT_EQ(othersWait, MutexWait::TimedOut);
 }
 
+// Each step of the rotation, from the first look on.
+TEST_F(RotationTest, ALineRotatesUnderTheMutex)
+{
+    ASSERT_TRUE(target.Open());
+    target.file.Reset();
+    WriteLogOfSize(LogPath(), limit);
+    ASSERT_TRUE(target.OpenFile(target.file));
+    WriteCopies({L"2023-12-31 10-00-00"});
+    target.lastLine = target.lastCheck + 900;
+    std::vector<MutexWait> othersWaits;
+    auto const othersTry = [&] {
+        std::thread([&] {
+            NamedMutex mutex;
+            mutex.CreateOrOpen(LogName().c_str());
+            othersWaits.push_back(mutex.Wait(0).Outcome());
+        }).join();
+    };
+    {
+        CreateFileCall const open([&](auto next, auto... arguments) {
+            othersTry();
+            return next(arguments...);
+        });
+        DeleteFileCall const deleting([&](auto next, auto... arguments) {
+            othersTry();
+            return next(arguments...);
+        });
+        LogAt(target, 0, L"m");
+    }
+    EXPECT_EQ(LogNames(), (std::vector{CopyName(), LogName()}));
+    EXPECT_GE(othersWaits.size(), 10u);
+    EXPECT_EQ(std::ranges::count(othersWaits, MutexWait::TimedOut), std::ssize(othersWaits));
+    othersTry();
+    EXPECT_EQ(othersWaits.back(), MutexWait::Acquired);
+}
+
 TEST_F(RotationTest, TheSizeIsNotLookedAtFor900SecondsOfLoggingTime)
 {
     ASSERT_TRUE(target.Open());
@@ -243,6 +279,18 @@ TEST_F(RotationTest, LinesOfTheHeaderDoNotWaitForTheMutex)
     LogAt(target, 0, L"1");
     EXPECT_EQ(waits, 1);
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"title", L"closing", L"1"}));
+}
+
+TEST_F(RotationTest, ALineWithoutTheLockFlagIsLedByThePendingHeaderToo)
+{
+    target.storedHeader = {.title = L"title", .closing = L"closing"};
+    WriteLogOfSize(LogPath(), limit);
+    ASSERT_TRUE(target.Open());
+    ASSERT_TRUE(target.headerPending);
+    LogUnlocked(target, L"1");
+    EXPECT_FALSE(target.headerPending);
+    LogUnlocked(target, L"2");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"title", L"closing", L"1", L"2"}));
 }
 
 // --- the control file ---

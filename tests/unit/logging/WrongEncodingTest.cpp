@@ -48,6 +48,22 @@ TEST_F(WrongEncoding, TheFileIsAppendedToAsItStandsWhenItsDatedNameIsTaken)
     EXPECT_EQ(target.setAsidePath, L"");
 }
 
+// It was not there when the name was looked for.
+TEST_F(WrongEncoding, TheFileReplacesNothingThatHasItsDatedNameByThen)
+{
+    WriteBytes(LogPath(), "plain");
+    WriteBytes(folder / AsideName(), "earlier");
+    {
+        GetFileAttributesCall const attributes([this](auto next, wchar_t const* path) {
+            return path == folder / AsideName() ? INVALID_FILE_ATTRIBUTES : next(path);
+        });
+        Opened();
+    }
+    EXPECT_EQ(ReadBytes(folder / AsideName()), "earlier");
+    EXPECT_EQ(ReadBytes(LogPath()), "plain");
+    EXPECT_EQ(target.setAsidePath, L"");
+}
+
 TEST_F(WrongEncoding, AnyFileServesOutputInUtf8)
 {
     WriteBytes(LogPath(), "plain");
