@@ -7,8 +7,6 @@
 #include "logging/LogFile.h"
 #include "logging/MessageText.h"
 #include "logging/Rotation.h"
-#include "logging/RotationLimit.h"
-#include "utils/Links.h"
 #include "utils/Utf8.h"
 #include "utils/WideScan.h"
 
@@ -22,7 +20,6 @@ namespace
 {
 
 constexpr DWORD longestWait = 2'000; // milliseconds
-constexpr std::int64_t secondsBetweenChecks = 900;
 
 std::string_view BytesOf(std::wstring_view text) noexcept
 {
@@ -59,7 +56,10 @@ bool LogTargetDefault::OpenFile(UniqueHandle& handle)
     if (wideOutput && !MayBeWideFile(filePath))
     {
         handle.Reset();
-        SetAside();
+        if (auto aside = SetAside(filePath, LocalNow()); !aside.empty())
+        {
+            setAsidePath = std::move(aside);
+        }
     }
     if (!ClearOfLinks(filePath))
     {
@@ -67,20 +67,6 @@ bool LogTargetDefault::OpenFile(UniqueHandle& handle)
     }
     handle = OpenOrCreateFile(filePath, wideOutput);
     return static_cast<bool>(handle);
-}
-
-// Without success the file stays where it is and is appended to, in its own encoding or not.
-void LogTargetDefault::SetAside()
-{
-    auto aside = DatedPath(filePath, LocalNow());
-    if (aside.empty() || filePath.empty() || Exists(aside) || CheckLinks(aside, false) != LinkCheck::NoLink)
-    {
-        return;
-    }
-    if (MoveFileExW(filePath.c_str(), aside.c_str(), 0))
-    {
-        setAsidePath = std::move(aside);
-    }
 }
 
 bool LogTargetDefault::Open()
@@ -280,59 +266,6 @@ void LogTargetDefault::LogHeader(LogLevel level, wchar_t const* reserved, wchar_
     {
         write(shown.closing);
     }
-}
-
-// The process that last owned the mutex may have ended in the middle of a line.
-void LogTargetDefault::CompleteLastLine()
-{
-    if (auto const state = StateOfFile(filePath, wideOutput))
-    {
-        CompleteEnd(file.Get(), *state);
-    }
-}
-
-void LogTargetDefault::CheckSizeWhenDue()
-{
-    if (lastLine - lastCheck >= secondsBetweenChecks && CheckSize())
-    {
-        lastCheck = lastLine;
-    }
-}
-
-// False when the check is to be repeated by the next line.
-bool LogTargetDefault::CheckSize()
-{
-    auto const keepsCopies = KeepsCopies(filePath);
-    auto const state = StateOfFile(filePath, wideOutput);
-    auto canGoOn = state.has_value();
-    if (state && state->size >= RotationLimit(threshold))
-    {
-        canGoOn = Rotate(keepsCopies);
-    }
-    else if (!file) // an earlier reopening failed
-    {
-        canGoOn = OpenFile(file);
-    }
-    if (state)
-    {
-        CompleteEnd(file.Get(), *state);
-    }
-    return canGoOn;
-}
-
-// False when the log cannot be reopened.
-bool LogTargetDefault::Rotate(bool keepsCopies)
-{
-    auto const now = LocalNow();
-    headerPending = true;
-    file.Reset();
-    MoveContentToCopy(filePath, now);
-    auto const reopened = OpenFile(file);
-    if (!keepsCopies)
-    {
-        DeleteOldCopies(filePath, now);
-    }
-    return reopened;
 }
 
 } // namespace zant

@@ -62,7 +62,6 @@ class LogTargetDefault : public LogTargetBase
     template <typename Char>
     void WriteLine(Call const& call, Char const* detail, Char const* origin, Char const* format, va_list arguments);
     void Compose(Call const& call, std::wstring_view detail, std::wstring_view origin, std::wstring_view message);
-    void SetAside();
     bool CheckSizeAtOpening();
     void CompleteLastLine();
     void CheckSizeWhenDue();
