@@ -50,7 +50,7 @@ class LogTargetDefault : public LogTargetBase
     bool headerPending = false;       // the file was rotated, its header is not written yet
     std::atomic<bool> useLock = true; // cleared for good when the mutex cannot be had
     std::wstring setAsidePath;        // where the last file of another encoding went
-    std::int64_t lastCheck = 0;       // of the file's size; seconds since 1970
+    std::int64_t lastCheck = 0;       // of the file's size; seconds since 1970, 0 when the next line checks it
     std::int64_t lastLine = 0;        // composed; seconds since 1970
     std::vector<std::wstring> maskedKeys = CredentialKeys();
 
