@@ -1,5 +1,7 @@
 #include "simulator/runtime/DeferralCounts.h"
 
+#include "simulator/runtime/LimitedWait.h"
+
 namespace sim
 {
 
@@ -28,7 +30,12 @@ std::vector<unsigned> DeferralCounts::All() const
 void DeferralCounts::WaitFor(std::size_t request, unsigned count) const
 {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return request < m_counts.size() && m_counts[request] >= count; });
+    WaitLimited(
+        lock, m_changed, [&] { return request < m_counts.size() && m_counts[request] >= count; },
+        [&] {
+            return L"completion " + std::to_wstring(count) + L" of request " + std::to_wstring(request) + L" of " +
+                   std::to_wstring(m_counts.size());
+        });
 }
 
 } // namespace sim

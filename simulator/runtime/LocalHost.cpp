@@ -3,6 +3,7 @@
 #include "simulator/model/Handle.h"
 #include "simulator/model/Text.h"
 #include "simulator/model/Words.h"
+#include "simulator/runtime/LimitedWait.h"
 #include "simulator/runtime/RunOnPool.h"
 #include "simulator/runtime/Runtime.h"
 
@@ -32,6 +33,16 @@ std::int32_t __stdcall GetLocalFactory(void* classId, winrt::guid const& id, voi
     winrt::Windows::Foundation::IInspectable object;
     auto const result = GetFactory(name, winrt::put_abi(object));
     return result < 0 ? result : static_cast<std::int32_t>(object.as(id, factory));
+}
+
+std::wstring Texts(std::vector<Event> const& events)
+{
+    std::wstring text;
+    for (auto const& event : events)
+    {
+        text += L"\n  " + event.Text();
+    }
+    return text;
 }
 
 } // namespace
@@ -190,7 +201,9 @@ void LocalHost::End()
 LocalHost::Launch LocalHost::WaitForLaunch()
 {
     std::unique_lock lock(m_mutex);
-    m_launchCame.wait(lock, [&] { return !m_launches.empty(); });
+    WaitLimited(
+        lock, m_launchCame, [&] { return !m_launches.empty(); },
+        [&] { return L"a launch of the desktop component, among the reports" + Texts(m_reports); });
     auto launch = std::move(m_launches.front());
     m_launches.pop_front();
     return launch;
@@ -224,10 +237,13 @@ Event LocalHost::WaitForReport(std::wstring_view kind, std::size_t number) const
 {
     std::unique_lock lock(m_mutex);
     auto found = m_reports.end();
-    m_reported.wait(lock, [&] {
+    auto const isThere = [&] {
         auto rest = number;
         found = std::ranges::find_if(m_reports, [&](Event const& event) { return event.kind == kind && --rest == 0; });
         return found != m_reports.end();
+    };
+    WaitLimited(lock, m_reported, isThere, [&] {
+        return L"report " + std::to_wstring(number) + L" of " + std::wstring(kind) + L", among" + Texts(m_reports);
     });
     return *found;
 }

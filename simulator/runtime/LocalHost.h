@@ -29,7 +29,8 @@ namespace sim
 // of LocalPlatform::familyName, which activates the app.
 //
 // An app that does not end by itself is ended by End. Where a real process would end at once since an override failed,
-// here Start returns and Failure tells. All members may be called from any thread.
+// here Start returns and Failure tells. All members may be called from any thread. A wait for what does not come within
+// 30 s throws std::runtime_error, which says what was missing.
 class LocalHost : public Host
 {
   public:

@@ -1,5 +1,7 @@
 #include "tests/flow/AppFlow.h"
 
+#include "simulator/runtime/LimitedWait.h"
+#include "tests/flow/Lines.h"
 #include "tests/support/Files.h"
 
 #include <algorithm>
@@ -15,8 +17,8 @@ namespace test
 {
 
 AppFlow::AppFlow(sim::Limits limits)
-    : host(limits), m_waitMayEnd(CreateSemaphoreW(nullptr, 0, LONG_MAX, nullptr)),
-      m_sleep([this](auto system, DWORD milliseconds) {
+    : host(limits), m_ended(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+      m_waitMayEnd(CreateSemaphoreW(nullptr, 0, LONG_MAX, nullptr)), m_sleep([this](auto system, DWORD milliseconds) {
           if (milliseconds < 1000) // the thread library's, between two looks at a lock
           {
               system(milliseconds);
@@ -32,7 +34,10 @@ AppFlow::~AppFlow()
 {
     host.End();
     EndWait();
-    WaitForEnd();
+    if (m_main.joinable())
+    {
+        m_main.join();
+    }
 }
 
 void AppFlow::Start()
@@ -46,6 +51,7 @@ void AppFlow::Start()
         {
             startResult = error.code();
         }
+        SetEvent(m_ended.Get());
     });
 }
 
@@ -53,6 +59,11 @@ void AppFlow::WaitForEnd()
 {
     if (m_main.joinable())
     {
+        auto const limit = std::chrono::milliseconds(sim::waitLimit).count();
+        if (WaitForSingleObject(m_ended.Get(), static_cast<DWORD>(limit)) != WAIT_OBJECT_0)
+        {
+            throw sim::Missing(L"the app's end, after" + Shown(Messages()));
+        }
         m_main.join();
     }
 }

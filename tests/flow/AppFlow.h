@@ -28,7 +28,7 @@ class AppFlow : public testing::Test
     // What main does, on a thread of its own.
     void Start();
 
-    // Waits until Application::Start has returned, or thrown.
+    // Waits until Application::Start has returned, or thrown. Throws std::runtime_error when it does neither.
     void WaitForEnd();
 
     // The process as a whole, for an app that waits for nothing.
@@ -53,6 +53,7 @@ class AppFlow : public testing::Test
 
   private:
     LogTearDown m_logTearDown;
+    zant::UniqueHandle m_ended; // signalled when Application::Start has returned, or thrown
     zant::UniqueHandle m_waitMayEnd;
     SleepCall m_sleep;
     std::thread m_main;

@@ -19,4 +19,15 @@ inline Lines operator+(Lines lines, Lines const& more)
     return lines;
 }
 
+// Each on a line of its own, for a failure's message.
+inline std::wstring Shown(std::vector<std::wstring> const& lines)
+{
+    std::wstring text;
+    for (auto const& line : lines)
+    {
+        text += L"\n  " + line;
+    }
+    return text;
+}
+
 } // namespace test

@@ -3,6 +3,8 @@
 #include "app/AppLog.h"
 #include "logging/LogLevel.h"
 #include "service/AppLogHook.h"
+#include "simulator/runtime/LimitedWait.h"
+#include "tests/flow/Lines.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -25,7 +27,9 @@ LogRecorder::~LogRecorder()
 std::vector<std::wstring> LogRecorder::WaitForLines(std::size_t count) const
 {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return m_lines.size() >= count; });
+    sim::WaitLimited(
+        lock, m_changed, [&] { return m_lines.size() >= count; },
+        [&] { return L"line " + std::to_wstring(count) + L" of the log, after" + Shown(m_lines); });
     return m_lines;
 }
 
@@ -33,10 +37,11 @@ unsigned LogRecorder::WaitForMessage(std::wstring const& message) const
 {
     std::unique_lock lock(m_mutex);
     auto line = m_lines.end();
-    m_changed.wait(lock, [&] {
+    auto const isThere = [&] {
         line = std::ranges::find_if(m_lines, [&](auto const& text) { return text.ends_with(L" " + message); });
         return line != m_lines.end();
-    });
+    };
+    sim::WaitLimited(lock, m_changed, isThere, [&] { return L"the line " + message + L", among" + Shown(m_lines); });
     return m_counts[static_cast<std::size_t>(line - m_lines.begin())];
 }
 

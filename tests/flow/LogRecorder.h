@@ -9,7 +9,8 @@ namespace test
 {
 
 // While it lives, it stands between the application's log sites and the log: each line goes on to AppLog, and is kept
-// here once it has been written, for tests to wait for. There may be one at a time.
+// here once it has been written, for tests to wait for. There may be one at a time. A wait for what does not come
+// throws std::runtime_error, which shows what came instead.
 class LogRecorder
 {
   public:

@@ -335,7 +335,7 @@ TEST_F(RegisterBackgroundTask, DoesNotHoldUpOtherRequestsWhileItWaits)
     log->WaitForLines(received.size());
     helper->Ask(L"UnregisterBackgroundTask").get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{L"NewMessage=UnregisterBackgroundTaskDone"});
-    EXPECT_EQ(registration.Status(), winrt::Windows::Foundation::AsyncStatus::Started);
+    EXPECT_TRUE(registration.IsOpen());
 }
 
 TEST_F(RegisterBackgroundTask, IsNotDisturbedByASignalThatComesAfterItsTime)

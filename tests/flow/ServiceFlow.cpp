@@ -39,16 +39,6 @@ bool AreMerged(Lines const& lines, std::size_t from, Lines const& one, std::size
             AreMerged(lines, from + 1, one, oneFrom, other, otherFrom + 1));
 }
 
-std::string Shown(Lines const& lines)
-{
-    std::string text;
-    for (auto const& line : lines)
-    {
-        text += "\n  " + winrt::to_string(line);
-    }
-    return text;
-}
-
 } // namespace
 
 Lines RequestLines()
@@ -96,8 +86,8 @@ void ServiceFlow::ExpectLog(Lines const& common, Lines const& oneThread, Lines c
     Lines const lines(log->WaitForLines(0));
     auto const isPrefix = lines.size() >= common.size() && std::equal(common.begin(), common.end(), lines.begin());
     EXPECT_TRUE(isPrefix && AreMerged(lines, common.size(), oneThread, 0, otherThread, 0))
-        << "logged:" << Shown(lines) << "\nexpected:" << Shown(common)
-        << "\nthen, each in its order:" << Shown(oneThread) << "\nand:" << Shown(otherThread);
+        << winrt::to_string(L"logged:" + Shown(lines) + L"\nexpected:" + Shown(common) + L"\nthen, each in its order:" +
+                            Shown(oneThread) + L"\nand:" + Shown(otherThread));
 }
 
 DWORD ServiceFlow::WaitForRegistration(HANDLE registered) const

@@ -1,6 +1,8 @@
 #include "tests/flow/TestHelper.h"
 
+#include "simulator/runtime/LimitedWait.h"
 #include "simulator/runtime/LocalHost.h"
+#include "tests/flow/Lines.h"
 
 #include <gtest/gtest.h>
 #include <winrt/Windows.Foundation.h>
@@ -27,6 +29,12 @@ std::wstring ValueText(IInspectable const& value)
 
 } // namespace
 
+AppServiceResponse TestHelper::Request::get() const
+{
+    m_operation.wait_for(sim::waitLimit);
+    return IsOpen() ? throw sim::Missing(L"the response to the helper's request") : m_operation.GetResults();
+}
+
 TestHelper::TestHelper()
 {
     m_connection.AppServiceName(sim::LocalPlatform::appServiceName);
@@ -50,16 +58,16 @@ TestHelper::~TestHelper()
     Close();
 }
 
-TestHelper::ResponseOperation TestHelper::Ask(std::wstring_view command) const
+TestHelper::Request TestHelper::Ask(std::wstring_view command) const
 {
     ValueSet const request;
     request.Insert(L"Command", winrt::box_value(winrt::hstring(command)));
     return Send(request);
 }
 
-TestHelper::ResponseOperation TestHelper::Send(ValueSet const& request) const
+TestHelper::Request TestHelper::Send(ValueSet const& request) const
 {
-    return m_connection.SendMessageAsync(request);
+    return Request(m_connection.SendMessageAsync(request));
 }
 
 void TestHelper::Close() const
@@ -70,14 +78,18 @@ void TestHelper::Close() const
 std::vector<std::wstring> TestHelper::WaitForMessages(std::size_t count) const
 {
     std::unique_lock lock(m_inbox->mutex);
-    m_inbox->changed.wait(lock, [&] { return m_inbox->messages.size() >= count; });
+    sim::WaitLimited(
+        lock, m_inbox->changed, [&] { return m_inbox->messages.size() >= count; },
+        [&] { return L"message " + std::to_wstring(count) + L" to the helper, among" + Shown(m_inbox->messages); });
     return m_inbox->messages;
 }
 
 AppServiceClosedStatus TestHelper::WaitForClosed() const
 {
     std::unique_lock lock(m_inbox->mutex);
-    m_inbox->changed.wait(lock, [&] { return m_inbox->closed.has_value(); });
+    sim::WaitLimited(
+        lock, m_inbox->changed, [&] { return m_inbox->closed.has_value(); },
+        [] { return std::wstring(L"the end of the helper's connection"); });
     return *m_inbox->closed;
 }
 

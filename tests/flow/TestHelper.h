@@ -19,8 +19,24 @@ class TestHelper
     using AppServiceConnection = winrt::Windows::ApplicationModel::AppService::AppServiceConnection;
     using AppServiceConnectionStatus = winrt::Windows::ApplicationModel::AppService::AppServiceConnectionStatus;
     using AppServiceResponse = winrt::Windows::ApplicationModel::AppService::AppServiceResponse;
-    using ResponseOperation = winrt::Windows::Foundation::IAsyncOperation<AppServiceResponse>;
     using ValueSet = winrt::Windows::Foundation::Collections::ValueSet;
+
+    // A request on its way.
+    class Request
+    {
+      public:
+        using Operation = winrt::Windows::Foundation::IAsyncOperation<AppServiceResponse>;
+
+        explicit Request(Operation operation) : m_operation(std::move(operation)) {}
+
+        // Waits for the response. Throws std::runtime_error when none comes.
+        AppServiceResponse get() const;
+
+        bool IsOpen() const { return m_operation.Status() == winrt::Windows::Foundation::AsyncStatus::Started; }
+
+      private:
+        Operation m_operation;
+    };
 
     // Connects; the test fails when it cannot.
     TestHelper();
@@ -29,13 +45,14 @@ class TestHelper
     ~TestHelper();
 
     // Sends {Command: command}.
-    ResponseOperation Ask(std::wstring_view command) const;
-    ResponseOperation Send(ValueSet const& request) const;
+    Request Ask(std::wstring_view command) const;
+    Request Send(ValueSet const& request) const;
 
     // Closes its end.
     void Close() const;
 
-    // All messages so far, once there are so many; each as KEY=VALUE KEY=VALUE, in its order.
+    // All messages so far, once there are so many; each as KEY=VALUE KEY=VALUE, in its order. Throws std::runtime_error
+    // when they do not come.
     std::vector<std::wstring> WaitForMessages(std::size_t count) const;
 
     // Those that are there already.
