@@ -2,6 +2,7 @@
 
 #include "app/ShellLog.h"
 #include "service/NotNull.h"
+#include "service/WhenEnded.h"
 
 #include <winrt/Windows.ApplicationModel.h>
 
@@ -16,8 +17,7 @@ void LaunchDesktopComponent(winrt::com_ptr<App> const& app, wchar_t const* param
                             BackgroundTaskDeferral const& deferral)
 {
     auto const launch = NotNull(FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(parameterGroup));
-    // NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
-    launch.Completed([app, deferral](auto const&, AsyncStatus status) noexcept {
+    WhenEnded(launch, [app, deferral](auto const&, AsyncStatus status) {
         if (status != AsyncStatus::Completed)
         {
             return;

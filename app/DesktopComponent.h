@@ -10,8 +10,8 @@ namespace VelmoNotificationClient
 // Starts the suite's desktop component with one of the parameter groups that the package declares. Throws hresult_error
 // when the launch fails at once.
 //
-// When it has been started, logs so and completes the background task that the launch was for, if it was for one; on
-// the thread that completes the launch, since the launching thread may be blocked. A launch that fails is not observed:
+// When it has been started, logs so and completes the background task that the launch was for, if it was for one; never
+// on the calling thread, which may be blocked. A launch that fails is not observed:
 // no line, no retry, and its task is never completed. The App stays alive until then. When the task cannot be
 // completed, the process ends.
 void LaunchDesktopComponent(

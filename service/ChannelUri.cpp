@@ -2,6 +2,7 @@
 
 #include "service/AppServiceLog.h"
 #include "service/NotNull.h"
+#include "service/WhenEnded.h"
 
 #include <string>
 #include <string_view>
@@ -57,7 +58,7 @@ void Write(winrt::hstring const& uri, wchar_t const* writeLine)
 void RequestChannel(std::function<void(ChannelRequest const&)> const& ended)
 {
     auto const request = NotNull(PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync());
-    request.Completed([ended](ChannelRequest const& operation, AsyncStatus status) noexcept {
+    WhenEnded(request, [ended](ChannelRequest const& operation, AsyncStatus status) {
         if (status != AsyncStatus::Canceled)
         {
             ended(operation);

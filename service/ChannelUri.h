@@ -10,9 +10,9 @@ using ChannelRequest =
     winrt::Windows::Foundation::IAsyncOperation<winrt::Windows::Networking::PushNotifications::PushNotificationChannel>;
 
 // Asks the platform for the app's push channel; each time anew, never kept. ended: called when the request has ended,
-// well or not, on the thread that ends it; its GetResults gives the channel or throws. What leaves it ends the process.
-// It is not called for a request that was cancelled, which leaves no trace. Throws hresult_error when the request fails
-// at once.
+// well or not, never on the calling thread; its GetResults gives the channel or throws. What leaves it ends the
+// process. It is not called for a request that was cancelled, which leaves no trace. Throws hresult_error when the
+// request fails at once.
 void RequestChannel(std::function<void(ChannelRequest const& request)> const& ended);
 
 // Puts the channel's URI into the app's local settings, under "CURI", whether or not it is there already. writeLine:

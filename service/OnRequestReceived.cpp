@@ -8,6 +8,7 @@
 #include "service/NotNull.h"
 #include "service/NotificationAppService.h"
 #include "service/Reply.h"
+#include "service/WhenEnded.h"
 #include "utils/Event.h"
 
 #include <winrt/Windows.ApplicationModel.Core.h>
@@ -113,8 +114,7 @@ void ExitZeb(AppServiceRequest const& request, AppServiceDeferral const& request
     try
     {
         auto const send = NotNull(request.SendResponseAsync(acknowledgement));
-        // NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
-        send.Completed([requestDeferral](auto&&...) noexcept { ExitAcknowledged(requestDeferral); });
+        WhenEnded(send, [requestDeferral](auto&&...) { ExitAcknowledged(requestDeferral); });
     }
     catch (...)
     {

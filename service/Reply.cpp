@@ -4,6 +4,7 @@
 #include "service/Messages.h"
 #include "service/NotNull.h"
 #include "service/NotificationAppService.h"
+#include "service/WhenEnded.h"
 
 using namespace winrt::Windows::ApplicationModel::AppService;
 using namespace winrt::Windows::Foundation;
@@ -43,8 +44,7 @@ void SendReply(ValueSet const& message, AppServiceDeferral const& requestDeferra
     {
         auto const connection = NotNull(NotificationAppService::appServiceConnection.Get());
         auto const send = NotNull(connection.SendMessageAsync(message));
-        // NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
-        send.Completed([requestDeferral, sent = lines.sent](auto&&...) noexcept {
+        WhenEnded(send, [requestDeferral, sent = lines.sent](auto&&...) {
             Complete(requestDeferral, sent, &LogSite::Info<>);
         });
     }

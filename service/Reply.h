@@ -22,7 +22,7 @@ struct ReplyLines
 void SetNewMessage(winrt::Windows::Foundation::Collections::ValueSet const& message, wchar_t const* value);
 
 // Sends a message to the helper on the connection as it stands at this moment, and completes the request: when the send
-// has completed, on the thread that completes it, or at once when it cannot be started, also since there is no
+// has completed, never on the calling thread, or at once when it cannot be started, also since there is no
 // connection any more. The message may be changed afterwards. lines: texts that live for ever. Throws hresult_error
 // when the request cannot be completed at once; when it cannot be completed later, the process ends.
 void SendReply(winrt::Windows::Foundation::Collections::ValueSet const& message,

@@ -311,6 +311,7 @@ constexpr Command commands[] = {
      L"  never              its asynchronous operation never ends\n"
      L"  null               it succeeds and hands out null\n"
      L"  delay MS           its asynchronous operation ends that many milliseconds later\n"
+     L"  ended              its asynchronous operation has ended when the call returns\n"
      L"  TIMES: how many calls it strikes; without it all. CALLS: how many go well before. fault clear takes all\n"
      L"  faults away.\n"
      L"  A class name alone (CoreApplication) stands for getting the class. A wrong name lists the known calls.\n"

@@ -20,7 +20,7 @@ struct KindName
     std::wstring_view valueName; // empty: the kind takes none
 };
 
-constexpr wchar_t allKinds[] = L"now, completion, never, null, delay, cancelled, status or unheard";
+constexpr wchar_t allKinds[] = L"now, completion, never, null, delay, cancelled, status, unheard or ended";
 constexpr wchar_t afterWord[] = L"after";
 
 constexpr std::array kindNames = {
@@ -32,6 +32,7 @@ constexpr std::array kindNames = {
     KindName{FaultKind::Cancelled, L"cancelled", L""},
     KindName{FaultKind::Status, L"status", L"status"},
     KindName{FaultKind::Unheard, L"unheard", L"result"},
+    KindName{FaultKind::Ended, L"ended", L""},
 };
 
 KindName const& NameOf(FaultKind kind)

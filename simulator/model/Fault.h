@@ -19,6 +19,7 @@ enum class FaultKind
     Cancelled,  // its asynchronous operation ends as cancelled
     Status,     // its asynchronous operation completes with the status, and does nothing
     Unheard,    // its asynchronous operation goes on, and setting its completion handler fails with the result code
+    Ended,      // its asynchronous operation has ended as it would have when the call returns
 };
 
 struct Fault
@@ -42,7 +43,7 @@ struct Fault
     std::vector<std::wstring> Words() const;
 };
 
-// CALL now|completion|unheard RESULT [TIMES] [after CALLS] · CALL never|null|cancelled … · CALL delay MS … · CALL
+// CALL now|completion|unheard RESULT [TIMES] [after CALLS] · CALL never|null|cancelled|ended … · CALL delay MS … · CALL
 // status NUMBER … Throws Error for an unknown call, with the list of the known ones, or a kind that the call does not
 // know.
 Fault ParseFault(std::vector<std::wstring> const& words);

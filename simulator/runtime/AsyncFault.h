@@ -1,6 +1,6 @@
 #pragma once
 #include "simulator/model/Fault.h"
-#include "simulator/runtime/UnheardOperation.h"
+#include "simulator/runtime/StruckOperation.h"
 
 #include <cstdint>
 #include <optional>
@@ -26,15 +26,15 @@ class AsyncFault
         return m_fault && m_fault->kind == FaultKind::Status ? std::optional(m_fault->value) : std::nullopt;
     }
 
-    // What the call hands out for its operation: that, or one that takes no handler if it is to.
+    // What the call hands out for its operation: that, or one that takes no handler or has ended already if it is to.
     template <typename Operation>
     Operation Handed(Operation operation) const
     {
         if (m_fault && m_fault->kind == FaultKind::Unheard)
         {
-            return winrt::make<UnheardOperation<Operation>>(std::move(operation), m_fault->Result());
+            return winrt::make<StruckOperation<Operation>>(std::move(operation), m_fault->Result());
         }
-        return operation;
+        return m_fault && m_fault->kind == FaultKind::Ended ? Ended(operation) : operation;
     }
 
     // The operation awaits it first: it fails, is cancelled or never goes on if it is to. Agile.

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cstdarg>
+#include <iterator>
+#include <windows.h>
 
 namespace test
 {
@@ -29,20 +31,44 @@ std::vector<std::wstring> LogRecorder::WaitForLines(std::size_t count) const
     std::unique_lock lock(m_mutex);
     sim::WaitLimited(
         lock, m_changed, [&] { return m_lines.size() >= count; },
-        [&] { return L"line " + std::to_wstring(count) + L" of the log, after" + Shown(m_lines); });
-    return m_lines;
+        [&] { return L"line " + std::to_wstring(count) + L" of the log, after" + Shown(Texts()); });
+    return Texts();
 }
 
 unsigned LogRecorder::WaitForMessage(std::wstring const& message) const
 {
+    return WaitFor(message).count;
+}
+
+std::uint32_t LogRecorder::WaitForThreadOf(std::wstring const& message) const
+{
+    return WaitFor(message).thread;
+}
+
+void LogRecorder::After(std::wstring message, std::function<void()> action)
+{
+    std::lock_guard const lock(m_mutex);
+    m_actions[std::move(message)] = std::move(action);
+}
+
+LogRecorder::Line LogRecorder::WaitFor(std::wstring const& message) const
+{
     std::unique_lock lock(m_mutex);
     auto line = m_lines.end();
     auto const isThere = [&] {
-        line = std::ranges::find_if(m_lines, [&](auto const& text) { return text.ends_with(L" " + message); });
+        line = std::ranges::find_if(
+            m_lines, [&](auto const& text) { return text.ends_with(L" " + message); }, &Line::text);
         return line != m_lines.end();
     };
-    sim::WaitLimited(lock, m_changed, isThere, [&] { return L"the line " + message + L", among" + Shown(m_lines); });
-    return m_counts[static_cast<std::size_t>(line - m_lines.begin())];
+    sim::WaitLimited(lock, m_changed, isThere, [&] { return L"the line " + message + L", among" + Shown(Texts()); });
+    return *line;
+}
+
+std::vector<std::wstring> LogRecorder::Texts() const
+{
+    std::vector<std::wstring> texts;
+    std::ranges::transform(m_lines, std::back_inserter(texts), &Line::text);
+    return texts;
 }
 
 // No line of the application has more than one argument, and that one is text.
@@ -64,18 +90,27 @@ std::int32_t LogRecorder::Write(std::uint32_t level, wchar_t const* component, w
     {
         AppLog(level, component, category, ignored, location, format);
     }
-    s_current->Add(L"[" + std::wstring(zant::LevelName(static_cast<zant::LogLevel>(level))) + L"] " + category + L" " +
-                       message,
-                   count);
+    auto const levelName = zant::LevelName(static_cast<zant::LogLevel>(level));
+    s_current->Add({L"[" + std::wstring(levelName) + L"] " + category + L" " + message, count, GetCurrentThreadId()});
+    if (auto const action = s_current->ActionAfter(message))
+    {
+        action();
+    }
     return 0;
 }
 
-void LogRecorder::Add(std::wstring line, unsigned count)
+void LogRecorder::Add(Line line)
 {
     std::lock_guard const lock(m_mutex);
     m_lines.push_back(std::move(line));
-    m_counts.push_back(count);
     m_changed.notify_all();
+}
+
+std::function<void()> LogRecorder::ActionAfter(std::wstring const& message) const
+{
+    std::lock_guard const lock(m_mutex);
+    auto const action = m_actions.find(message);
+    return action == m_actions.end() ? nullptr : action->second;
 }
 
 std::wstring Info(std::wstring const& message)

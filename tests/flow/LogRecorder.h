@@ -1,6 +1,8 @@
 #pragma once
 #include <condition_variable>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -26,19 +28,35 @@ class LogRecorder
     // Waits for a line with this message, and gives what was counted when it was about to be written.
     unsigned WaitForMessage(std::wstring const& message) const;
 
+    // Waits for a line with this message, and gives the thread that wrote it.
+    std::uint32_t WaitForThreadOf(std::wstring const& message) const;
+
+    // From now on, the thread that has written a line with this message does that before it goes on.
+    void After(std::wstring message, std::function<void()> action);
+
   private:
     static std::int32_t Write(std::uint32_t level, wchar_t const* component, wchar_t const* category,
                               wchar_t const* ignored, wchar_t const* location, wchar_t const* format, ...);
 
-    void Add(std::wstring line, unsigned count);
+    struct Line
+    {
+        std::wstring text;
+        unsigned count;
+        std::uint32_t thread;
+    };
+
+    std::vector<std::wstring> Texts() const; // with the lock held
+    Line WaitFor(std::wstring const& message) const;
+    void Add(Line line);
+    std::function<void()> ActionAfter(std::wstring const& message) const;
 
     static inline LogRecorder* s_current = nullptr;
 
     mutable std::mutex m_mutex;
     mutable std::condition_variable m_changed;
     std::function<unsigned()> m_count;
-    std::vector<std::wstring> m_lines;
-    std::vector<unsigned> m_counts; // for each line
+    std::vector<Line> m_lines;
+    std::map<std::wstring, std::function<void()>> m_actions; // by message
 };
 
 // How WaitForLines shows a line of the app service.

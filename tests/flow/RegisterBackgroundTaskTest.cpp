@@ -7,13 +7,13 @@
 extern "C" decltype(&CreateEventW) __real___imp_CreateEventW;
 
 namespace
+using test::CreateEventCall;
 {
 
 using test::Error;
 using test::Info;
 using test::Lines;
 using test::RequestLines;
-using CreateEventCall = test::WrappedCall<&__real___imp_CreateEventW>;
 using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
 
 constexpr wchar_t uri[] = L"https://db3.notify.windows.com/?token=AQ";
@@ -226,6 +226,21 @@ INSTANTIATE_TEST_SUITE_P(
                     Failure{L"TimeTrigger.Create now 0x80004005", removed + Lines{pushRegistered, exception}, onlyPush},
                     Failure{L"BackgroundTaskBuilder.SetTrigger now 0x80004005 1 after 1",
                             removed + Lines{pushRegistered, exception}, onlyPush},
+TEST_F(RegisterBackgroundTask, IsWaitedForOnceForSixtySeconds)
+{
+    Ask().get();
+    EXPECT_EQ(RegistrationWaits(1), std::vector<DWORD>{60'000});
+}
+
+TEST_F(RegisterBackgroundTask, IsWaitedForWhileItsChannelIsThereAtOnce)
+{
+    host.SetFault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync ended");
+    log->After(L"Channel URI Received", [this] { RegistrationWaits(1); });
+    Ask().get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{std::wstring(L"NewMessage=RegisterBkgTaskDone NewCuri=") + uri});
+    ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException}, done);
+}
+
                     Failure{L"BackgroundTaskBuilder.Register now 0x80040154 1 after 1", timerFailed, onlyPush}));
 
 TEST_F(RegisterBackgroundTask, FailsWhenTheWaitFails)
@@ -235,12 +250,6 @@ TEST_F(RegisterBackgroundTask, FailsWhenTheWaitFails)
     Ask().get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
     ExpectLog(received + Lines{notStarted} + timedOut);
-}
-
-// Of the events of this process only those of a registration reset automatically, without attributes.
-bool IsOfRegistration(BOOL manualReset)
-{
-    return !manualReset;
 }
 
 TEST_F(RegisterBackgroundTask, MakesTheEventBeforeItSaysThatItWaits)
@@ -350,8 +359,3 @@ TEST_F(RegisterBackgroundTask, IsNotDisturbedByASignalThatComesAfterItsTime)
 }
 
 } // namespace
-
-extern "C"
-{
-    decltype(&CreateEventW) __wrap___imp_CreateEventW = &CreateEventCall::Entry;
-}

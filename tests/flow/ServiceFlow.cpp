@@ -1,7 +1,9 @@
 #include "tests/flow/ServiceFlow.h"
 
 #include "service/NotificationAppService.h"
+#include "simulator/runtime/LimitedWait.h"
 
+#include <algorithm>
 #include <numeric>
 
 #include <winrt/Windows.ApplicationModel.Background.h>
@@ -14,6 +16,7 @@ using VelmoNotificationClient::NotificationAppService;
 
 extern "C"
 {
+    decltype(&CreateEventW) __wrap___imp_CreateEventW = &test::CreateEventCall::Entry;
     decltype(&WaitForSingleObject) __wrap___imp_WaitForSingleObject = &test::WaitCall::Entry;
 }
 
@@ -49,9 +52,12 @@ Lines RequestLines()
 
 ServiceFlow::ServiceFlow()
     : m_registrationWaitOver(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+      m_createEvent([this](auto system, auto attributes, BOOL manual, BOOL initial, auto name) {
+          auto* const event = system(attributes, manual, initial, name);
+          return IsOfRegistration(manual) ? Created(event) : event;
+      }),
       m_wait([this](auto system, HANDLE handle, DWORD milliseconds) {
-          constexpr DWORD registrationWait = 60'000; // no other wait of the application takes that long
-          return milliseconds == registrationWait ? WaitForRegistration(handle) : system(handle, milliseconds);
+          return IsForRegistration(handle) ? WaitForRegistration(handle, milliseconds) : system(handle, milliseconds);
       })
 {
     host.SpareThisThread(); // it is the helper
@@ -90,8 +96,37 @@ void ServiceFlow::ExpectLog(Lines const& common, Lines const& oneThread, Lines c
                             Shown(oneThread) + L"\nand:" + Shown(otherThread));
 }
 
-DWORD ServiceFlow::WaitForRegistration(HANDLE registered) const
+HANDLE ServiceFlow::Created(HANDLE event)
 {
+    std::lock_guard const lock(m_mutex);
+    m_registrationEvents.push_back(event);
+    return event;
+}
+
+bool ServiceFlow::IsForRegistration(HANDLE waited) const
+{
+    std::lock_guard const lock(m_mutex);
+    return std::ranges::find(m_registrationEvents, waited) != m_registrationEvents.end();
+}
+
+std::vector<DWORD> ServiceFlow::RegistrationWaits(std::size_t count) const
+{
+    std::unique_lock lock(m_mutex);
+    sim::WaitLimited(
+        lock, m_waitsChanged, [&] { return m_registrationWaits.size() >= count; },
+        [&] {
+            return L"wait " + std::to_wstring(count) + L" for a registration, after" + Shown(log->WaitForLines(0));
+        });
+    return m_registrationWaits;
+}
+
+DWORD ServiceFlow::WaitForRegistration(HANDLE registered, DWORD milliseconds)
+{
+    {
+        std::lock_guard const lock(m_mutex);
+        m_registrationWaits.push_back(milliseconds);
+        m_waitsChanged.notify_all();
+    }
     if (m_registrationWaitFails)
     {
         return WAIT_FAILED;

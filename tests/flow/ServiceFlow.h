@@ -9,11 +9,16 @@
 #include <memory>
 #include <winrt/Windows.Storage.h>
 
-extern "C" decltype(&WaitForSingleObject) __real___imp_WaitForSingleObject;
+extern "C"
+{
+    extern decltype(&CreateEventW) __real___imp_CreateEventW;
+    extern decltype(&WaitForSingleObject) __real___imp_WaitForSingleObject;
+}
 
 namespace test
 {
 
+using CreateEventCall = WrappedCall<&__real___imp_CreateEventW>;
 using WaitCall = WrappedCall<&__real___imp_WaitForSingleObject>;
 
 // The application with a desktop helper connected to its service. The lines of a test are those that come after that.
@@ -26,6 +31,12 @@ class ServiceFlow : public AppFlow
     // Runs until the log has as many lines as these threads write together, ends the app, and compares: first the
     // common lines, then those of each thread in its own order, the threads in any.
     void ExpectLog(Lines const& common, Lines const& oneThread = {}, Lines const& otherThread = {});
+
+    // Of the events of this process only those of a registration reset automatically, without attributes.
+    static bool IsOfRegistration(BOOL manualReset) { return !manualReset; }
+
+    // The waits for a registration of background tasks, in milliseconds, once there are so many.
+    std::vector<DWORD> RegistrationWaits(std::size_t count) const;
 
     // Ends the wait for a registration of background tasks as its 60 s do, at once. They are over only by this.
     void EndRegistrationWait() { SetEvent(m_registrationWaitOver.Get()); }
@@ -47,10 +58,17 @@ class ServiceFlow : public AppFlow
     std::unique_ptr<TestHelper> helper;
 
   private:
-    DWORD WaitForRegistration(HANDLE registered) const;
+    HANDLE Created(HANDLE event);
+    bool IsForRegistration(HANDLE waited) const;
+    DWORD WaitForRegistration(HANDLE registered, DWORD milliseconds);
 
     zant::UniqueHandle m_registrationWaitOver;
     std::atomic<bool> m_registrationWaitFails = false;
+    mutable std::mutex m_mutex; // over the next three
+    mutable std::condition_variable m_waitsChanged;
+    std::vector<HANDLE> m_registrationEvents;
+    std::vector<DWORD> m_registrationWaits; // in milliseconds
+    CreateEventCall m_createEvent;
     WaitCall m_wait;
 };
 

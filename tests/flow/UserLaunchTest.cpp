@@ -1,4 +1,5 @@
 #include "tests/flow/AppFlow.h"
+#include "tests/flow/LogRecorder.h"
 #include "tests/support/Banner.h"
 
 #include <atomic>
@@ -78,6 +79,19 @@ TEST_F(UserLaunch, ExitsWithoutTheDoneLineWhenTheLaunchTakesLonger)
     WaitForEnd();
     EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, goingToExit}));
     EXPECT_TRUE(host.HasExited());
+}
+
+TEST_F(UserLaunch, LogsThatTheLaunchIsDoneOnAnotherThreadAlsoWhenItIsDoneAtOnce)
+{
+    host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync ended");
+    Start();
+    auto const launch = host.WaitForLaunch();
+    test::LogRecorder const log([] { return 0u; });
+    launch.Complete();
+    auto const done = log.WaitForThreadOf(launchDone);
+    EndWait();
+    EXPECT_NE(done, log.WaitForThreadOf(goingToExit));
+    WaitForEnd();
 }
 
 TEST_F(UserLaunch, KeepsTheAppAliveUntilTheLaunchHasCompleted)

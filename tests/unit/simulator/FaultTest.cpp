@@ -61,7 +61,7 @@ TEST(Fault, ComesBackFromItsWords)
     for (auto const* words :
          {L"CoreApplication now 0x80040154 2", L"Window.Current null",
           L"AppServiceConnection.OpenAsync status 4 2 after 1", L"AppServiceConnection.OpenAsync cancelled after 1",
-          L"AppServiceConnection.OpenAsync unheard 0x80000013"})
+          L"AppServiceConnection.OpenAsync unheard 0x80000013", L"AppServiceConnection.OpenAsync ended 1"})
     {
         EXPECT_EQ(Parse(words).Words(), sim::SplitWords(words));
     }
@@ -90,7 +90,7 @@ TEST(Fault, ThatIsIncompleteOrOverfullIsRefused)
 {
     EXPECT_NE(ErrorOf(L"CoreApplication.Exit"), L"no error");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit later"),
-              L"there is no fault later; use now, completion, never, null, delay, cancelled, status or unheard");
+              L"there is no fault later; use now, completion, never, null, delay, cancelled, status, unheard or ended");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now"), L"now needs a number: result");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now soon"), L"soon is no number (result)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 5"), L"5 is no failing result code (they begin with 0x8)");
