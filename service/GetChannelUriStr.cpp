@@ -5,7 +5,6 @@
 #include "service/Messages.h"
 #include "service/Reply.h"
 
-using namespace winrt::Windows::ApplicationModel::AppService;
 using namespace winrt::Windows::Foundation;
 using namespace winrt::Windows::Foundation::Collections;
 using namespace winrt::Windows::Networking::PushNotifications;
@@ -20,7 +19,7 @@ constexpr ReplyLines replyLines{
     {nullptr, L"GetChannelUriStr Deferral Complete"},
     {nullptr, L"GetChannelUriStr Deferral Complete with exception, failed to send response to Helper APP"}};
 
-void SendUpdate(ValueSet const& reply, AppServiceDeferral const& requestDeferral)
+void SendUpdate(ValueSet const& reply, RequestDeferral const& requestDeferral)
 {
     SetNewMessage(reply, Messages::updatedChannelUriAvailable);
     SendReply(reply, requestDeferral, replyLines);
@@ -29,7 +28,7 @@ void SendUpdate(ValueSet const& reply, AppServiceDeferral const& requestDeferral
 // The helper hears of an update also when no URI is stored: then the message lacks the URI. When the new one could not
 // be stored, it hears that first, and then of the older one that is.
 void SendStoredUri(PushNotificationChannel const& channel, ValueSet const& reply,
-                   AppServiceDeferral const& requestDeferral)
+                   RequestDeferral const& requestDeferral)
 {
     if (!StoreChannelUri(channel, L"From Appservice channel : uri is written to local setting"))
     {
@@ -51,7 +50,7 @@ void SendStoredUri(PushNotificationChannel const& channel, ValueSet const& reply
     }
 }
 
-void ReplyWithChannel(ChannelRequest const& request, ValueSet const& reply, AppServiceDeferral const& requestDeferral)
+void ReplyWithChannel(ChannelRequest const& request, ValueSet const& reply, RequestDeferral const& requestDeferral)
 {
     try
     {
@@ -68,7 +67,7 @@ void ReplyWithChannel(ChannelRequest const& request, ValueSet const& reply, AppS
 
 } // namespace
 
-void GetChannelUriStr(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
+void GetChannelUriStr(ValueSet const& outgoingMessage, RequestDeferral const& requestDeferral)
 {
     RequestChannel([=](ChannelRequest const& request) { ReplyWithChannel(request, outgoingMessage, requestDeferral); });
 }

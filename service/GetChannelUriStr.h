@@ -1,5 +1,6 @@
 #pragma once
-#include <winrt/Windows.ApplicationModel.AppService.h>
+#include "service/RequestDeferral.h"
+
 #include <winrt/Windows.Foundation.Collections.h>
 
 namespace VelmoNotificationClient
@@ -10,6 +11,6 @@ namespace VelmoNotificationClient
 // more for each message sent, in whichever order these end. Throws hresult_error when the channel request fails at
 // once: then nothing was sent and nothing completed.
 void GetChannelUriStr(winrt::Windows::Foundation::Collections::ValueSet const& outgoingMessage,
-                      winrt::Windows::ApplicationModel::AppService::AppServiceDeferral const& requestDeferral);
+                      RequestDeferral const& requestDeferral);
 
 } // namespace VelmoNotificationClient

@@ -8,6 +8,7 @@
 #include "service/NotNull.h"
 #include "service/NotificationAppService.h"
 #include "service/Reply.h"
+#include "service/RequestDeferral.h"
 #include "service/WhenEnded.h"
 #include "utils/Event.h"
 
@@ -44,7 +45,7 @@ constexpr ReplyLines unregistrationLines{
     {L"Msg sent to WIN32 for background task unregistration done", L"UnRegisterBkgServices deferral complete"},
     {L"Error in sending response for appservice requset after sucessful bkg task unregistration", nullptr}};
 
-void GetChannelUri(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
+void GetChannelUri(ValueSet const& outgoingMessage, RequestDeferral const& requestDeferral)
 {
     appServiceLog.Info(L"RequestReceived for channel URI");
     try
@@ -58,7 +59,7 @@ void GetChannelUri(ValueSet const& outgoingMessage, AppServiceDeferral const& re
     }
 }
 
-void RegisterBackgroundTask(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
+void RegisterBackgroundTask(ValueSet const& outgoingMessage, RequestDeferral const& requestDeferral)
 {
     constexpr std::uint32_t waitMilliseconds = 60'000;
 
@@ -88,7 +89,7 @@ void RegisterBackgroundTask(ValueSet const& outgoingMessage, AppServiceDeferral 
     SendReply(outgoingMessage, requestDeferral, registrationDoneLines);
 }
 
-void UnregisterBackgroundTask(ValueSet const& outgoingMessage, AppServiceDeferral const& requestDeferral)
+void UnregisterBackgroundTask(ValueSet const& outgoingMessage, RequestDeferral const& requestDeferral)
 {
     appServiceLog.Info(L"RequestReceived to Unregister BackgroundTask");
     appServiceLog.Info(L"ZEB From Appservice Unregister all the background tasks");
@@ -97,7 +98,7 @@ void UnregisterBackgroundTask(ValueSet const& outgoingMessage, AppServiceDeferra
     SendReply(outgoingMessage, requestDeferral, unregistrationLines);
 }
 
-void ExitAcknowledged(AppServiceDeferral const& requestDeferral)
+void ExitAcknowledged(RequestDeferral const& requestDeferral)
 {
     appServiceLog.Info(L"Ack sent to VelmoNotificationHelper for exit");
     requestDeferral.Complete();
@@ -105,7 +106,7 @@ void ExitAcknowledged(AppServiceDeferral const& requestDeferral)
     CoreApplication::Exit();
 }
 
-void ExitZeb(AppServiceRequest const& request, AppServiceDeferral const& requestDeferral)
+void ExitZeb(AppServiceRequest const& request, RequestDeferral const& requestDeferral)
 {
     appServiceLog.Info(L"RequestReceived to exit Velmo Notification Client");
     UnregisterOwnBackgroundTasks();
@@ -139,7 +140,7 @@ void NotificationAppService::OnRequestReceived(AppServiceConnection const&,
 {
     appServiceLog.Info(L"Inside OnRequestReceived to process appservice request from Win32 App");
     appServiceLog.Info(L"Acquired deferral to complete app service request");
-    auto const requestDeferral = NotNull(args.GetDeferral());
+    RequestDeferral const requestDeferral(NotNull(args.GetDeferral()));
     ValueSet const outgoingMessage;
     auto const request = NotNull(args.Request());
     auto const command = CommandOf(request);

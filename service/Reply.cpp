@@ -6,7 +6,6 @@
 #include "service/NotificationAppService.h"
 #include "service/WhenEnded.h"
 
-using namespace winrt::Windows::ApplicationModel::AppService;
 using namespace winrt::Windows::Foundation;
 using namespace winrt::Windows::Foundation::Collections;
 
@@ -18,7 +17,7 @@ namespace
 
 using WriteLine = void (LogSite::*)(wchar_t const* format) const;
 
-void Complete(AppServiceDeferral const& requestDeferral, CompletionLines const& lines, WriteLine write)
+void Complete(RequestDeferral const& requestDeferral, CompletionLines const& lines, WriteLine write)
 {
     if (lines.before)
     {
@@ -38,7 +37,7 @@ void SetNewMessage(ValueSet const& message, wchar_t const* value)
     message.Insert(Messages::newMessageKey, winrt::box_value(value));
 }
 
-void SendReply(ValueSet const& message, AppServiceDeferral const& requestDeferral, ReplyLines const& lines)
+void SendReply(ValueSet const& message, RequestDeferral const& requestDeferral, ReplyLines const& lines)
 {
     try
     {

@@ -1,5 +1,6 @@
 #pragma once
-#include <winrt/Windows.ApplicationModel.AppService.h>
+#include "service/RequestDeferral.h"
+
 #include <winrt/Windows.Foundation.Collections.h>
 
 namespace VelmoNotificationClient
@@ -25,8 +26,7 @@ void SetNewMessage(winrt::Windows::Foundation::Collections::ValueSet const& mess
 // has completed, never on the calling thread, or at once when it cannot be started, also since there is no
 // connection any more. The message may be changed afterwards. lines: texts that live for ever. Throws hresult_error
 // when the request cannot be completed at once; when it cannot be completed later, the process ends.
-void SendReply(winrt::Windows::Foundation::Collections::ValueSet const& message,
-               winrt::Windows::ApplicationModel::AppService::AppServiceDeferral const& requestDeferral,
+void SendReply(winrt::Windows::Foundation::Collections::ValueSet const& message, RequestDeferral const& requestDeferral,
                ReplyLines const& lines);
 
 } // namespace VelmoNotificationClient
