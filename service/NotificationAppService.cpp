@@ -18,7 +18,7 @@ void CompleteTask()
     if (auto const deferral = NotificationAppService::serviceDeferral.Get())
     {
         deferral.Complete();
-        NotificationAppService::serviceDeferral.Set(nullptr);
+        NotificationAppService::serviceDeferral.Clear(deferral);
     }
 }
 
@@ -27,14 +27,14 @@ void CloseConnection()
     if (auto const connection = NotificationAppService::appServiceConnection.Get())
     {
         connection.Close();
-        NotificationAppService::appServiceConnection.Set(nullptr);
+        NotificationAppService::appServiceConnection.Clear(connection);
     }
 }
 
 } // namespace
 
-SharedReference<AppServiceConnection> NotificationAppService::appServiceConnection;
-SharedReference<BackgroundTaskDeferral> NotificationAppService::serviceDeferral;
+constinit SharedReference<AppServiceConnection> NotificationAppService::appServiceConnection;
+constinit SharedReference<BackgroundTaskDeferral> NotificationAppService::serviceDeferral;
 
 void NotificationAppService::ServiceNewConnection(BackgroundActivatedEventArgs const& args) const
 {
