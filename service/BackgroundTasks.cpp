@@ -56,12 +56,12 @@ bool RegisterTimerTask()
 
 void RegisterAnew(PushNotificationChannel const& channel, zant::ZANT_Event_t const* registered)
 {
-    if (!StoreChannelUri(channel, L"Appservice channel : uri is written to local setting"))
+    if (!StoreChannelUri(channel, L"Appservice channel : uri is written to local setting",
+                         L"Unregister all the background tasks"))
     {
         appServiceLog.Info(L"Appservice unable to write channel uri to localdata");
         return;
     }
-    appServiceLog.Info(L"Unregister all the background tasks");
     UnregisterOwnBackgroundTasks();
     if (RegisterPushTask() && RegisterTimerTask())
     {

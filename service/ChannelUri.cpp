@@ -66,7 +66,7 @@ void RequestChannel(std::function<void(ChannelRequest const&)> const& ended)
     });
 }
 
-bool StoreChannelUri(PushNotificationChannel const& channel, wchar_t const* writeLine)
+bool StoreChannelUri(PushNotificationChannel const& channel, wchar_t const* writeLine, wchar_t const* storedLine)
 {
     appServiceLog.Info(L"Channel URI Received");
     auto const uri = NotNull(channel).Uri();
@@ -74,6 +74,10 @@ bool StoreChannelUri(PushNotificationChannel const& channel, wchar_t const* writ
     try
     {
         Write(uri, writeLine);
+        if (storedLine)
+        {
+            appServiceLog.Info(storedLine);
+        }
         return true;
     }
     catch (...)

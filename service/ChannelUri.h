@@ -17,9 +17,10 @@ void RequestChannel(std::function<void(ChannelRequest const& request)> const& en
 
 // Puts the channel's URI into the app's local settings, under "CURI", whether or not it is there already. writeLine:
 // the line that says so, written before it is tried. False when the settings fail; nothing is written, and that is no
-// failure, when there are none. Throws hresult_error when the channel does not give its URI.
+// failure, when there are none. storedLine: written after all that, null for none; its failure counts as one of the
+// settings. Throws hresult_error when the channel does not give its URI.
 bool StoreChannelUri(winrt::Windows::Networking::PushNotifications::PushNotificationChannel const& channel,
-                     wchar_t const* writeLine);
+                     wchar_t const* writeLine, wchar_t const* storedLine = nullptr);
 
 // What stands under "CURI", as it stands there (a boxed string, if nobody else wrote there). Null when nothing does, or
 // when there are no settings. Throws hresult_error.

@@ -4,12 +4,10 @@
 
 #include <algorithm>
 
-extern "C" decltype(&CreateEventW) __real___imp_CreateEventW;
-
 namespace
-using test::CreateEventCall;
 {
 
+using test::CreateEventCall;
 using test::Error;
 using test::Info;
 using test::Lines;
@@ -226,6 +224,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Failure{L"TimeTrigger.Create now 0x80004005", removed + Lines{pushRegistered, exception}, onlyPush},
                     Failure{L"BackgroundTaskBuilder.SetTrigger now 0x80004005 1 after 1",
                             removed + Lines{pushRegistered, exception}, onlyPush},
+                    Failure{L"BackgroundTaskBuilder.Register now 0x80040154 1 after 1", timerFailed, onlyPush}));
+
 TEST_F(RegisterBackgroundTask, IsWaitedForOnceForSixtySeconds)
 {
     Ask().get();
@@ -240,8 +240,6 @@ TEST_F(RegisterBackgroundTask, IsWaitedForWhileItsChannelIsThereAtOnce)
     EXPECT_EQ(helper->WaitForMessages(1), Lines{std::wstring(L"NewMessage=RegisterBkgTaskDone NewCuri=") + uri});
     ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException}, done);
 }
-
-                    Failure{L"BackgroundTaskBuilder.Register now 0x80040154 1 after 1", timerFailed, onlyPush}));
 
 TEST_F(RegisterBackgroundTask, FailsWhenTheWaitFails)
 {
@@ -315,27 +313,74 @@ TEST_F(RegisterBackgroundTask, IsCompletedWhenItsSuccessCannotBeSent)
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
-// Nothing is sent, nothing logged, and the request stays open.
-class RegisterBackgroundTaskLeaving : public RegisterBackgroundTask, public testing::WithParamInterface<wchar_t const*>
+// Nothing is sent, nothing more logged than the lines until then, and the request stays open.
+struct LeavingFailure
+{
+    wchar_t const* fault;
+    Lines lines;
+};
+
+void PrintTo(LeavingFailure const& failure, std::ostream* stream)
+{
+    *stream << testing::PrintToString(failure.fault);
+}
+
+class RegisterBackgroundTaskLeaving : public RegisterBackgroundTask, public testing::WithParamInterface<LeavingFailure>
 {
 };
 
 TEST_P(RegisterBackgroundTaskLeaving, StaysOpenWithoutAWord)
 {
-    host.SetFault(GetParam());
+    host.SetFault(GetParam().fault);
     auto const request = Ask();
-    log->WaitForMessage(L"Event Set Sucesfully for device registration");
-    log->WaitForMessage(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
-    helper->Close();
-    EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
+    auto const registration = received + stored + Lines{pushRegistered, timerRegistered};
+    log->WaitForLines(registration.size() + 1 + GetParam().lines.size());
+    host.WaitUntilQuiet();
+    EXPECT_TRUE(request.IsOpen());
+    EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+    ExpectLog(registration, {noException}, GetParam().lines);
+    EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
 }
 
-INSTANTIATE_TEST_SUITE_P(Failures, RegisterBackgroundTaskLeaving,
-                         testing::Values(L"ApplicationData.Current now 0x80004005 1 after 1",
-                                         L"ApplicationDataContainerSettings.Lookup now 0x80004005 1 after 1",
-                                         L"ValueSet.Insert now 0x80004005 1",
-                                         L"ValueSet.Insert now 0x80004005 1 after 1"));
+INSTANTIATE_TEST_SUITE_P(
+    Failures, RegisterBackgroundTaskLeaving,
+    testing::Values(LeavingFailure{L"ApplicationData.Current now 0x80004005 1 after 1", {done[0]}},
+                    LeavingFailure{L"ApplicationDataContainerSettings.Lookup now 0x80004005 1 after 1", {done[0]}},
+                    LeavingFailure{L"ValueSet.Insert now 0x80004005 1", {done[0], done[1]}},
+                    LeavingFailure{L"ValueSet.Insert now 0x80004005 1 after 1", {done[0], done[1]}}));
+
+TEST_F(RegisterBackgroundTask, StaysOpenWithoutAWordWhenItsFailureCannotBeWritten)
+{
+    FailRegistrationWait();
+    host.SetFault(L"PushNotificationChannelManager now 0x80040154");
+    host.SetFault(L"ValueSet.Insert now 0x80004005 1");
+    auto const request = Ask();
+    log->WaitForMessage(L"Wait for background task registration failed");
+    host.WaitUntilQuiet();
+    EXPECT_TRUE(request.IsOpen());
+    EXPECT_EQ(helper->Messages(), Lines());
+    EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+    ExpectLog(received + Lines{notStarted, timedOut[0]});
+}
+
+TEST_F(RegisterBackgroundTask, SendsTheVeryObjectThatIsStored)
+{
+    host.SetFault(L"PropertyValue.CreateString now 0x80004005 1000 after 2"); // one to store it, one for "NewMessage"
+    Ask().get();
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{std::wstring(L"NewMessage=RegisterBkgTaskDone NewCuri=") + uri});
+}
+
+TEST_F(RegisterBackgroundTask, TouchesNoTaskWhenTheLineBeforeTheirRemovalFails)
+{
+    test::RegisterPushTask(L"PushNotificationBGTask");
+    log->After(L"Unregister all the background tasks", [] { throw winrt::hresult_error(E_FAIL); });
+    Ask();
+    log->WaitForMessage(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
+    EndRegistrationWait();
+    ExpectLog(received + stored + Lines{unableToWrite, noException} + timedOut);
+    EXPECT_EQ(TaskNames(), Lines{L"PushNotificationBGTask"});
+}
 
 TEST_F(RegisterBackgroundTask, DoesNotHoldUpOtherRequestsWhileItWaits)
 {
