@@ -125,10 +125,16 @@ void ExitZeb(AppServiceRequest const& request, RequestDeferral const& requestDef
     }
 }
 
-// Empty, which is no command, for a value that is not text. Throws hresult_error when there is none.
+// The command's value as text. Empty, which is no command, for other values that do not say themselves how they read:
+// as text they would be a number or the name of a class. Throws hresult_error when there is no value.
 winrt::hstring CommandOf(AppServiceRequest const& request)
 {
-    return winrt::unbox_value_or<winrt::hstring>(NotNull(request.Message()).Lookup(Messages::commandKey), L"");
+    auto const value = NotNull(NotNull(request.Message()).Lookup(Messages::commandKey));
+    if (auto const object = value.try_as<IStringable>())
+    {
+        return object.ToString();
+    }
+    return winrt::unbox_value_or<winrt::hstring>(value, L"");
 }
 
 } // namespace

@@ -1,3 +1,5 @@
+#include "service/NotificationAppService.h"
+#include "tests/flow/FakeRequest.h"
 #include "tests/flow/ServiceFlow.h"
 
 #include <winrt/Windows.Foundation.Collections.h>
@@ -8,6 +10,8 @@ namespace
 using test::Info;
 using test::Lines;
 using test::RequestLines;
+using VelmoNotificationClient::NotificationAppService;
+using winrt::Windows::ApplicationModel::AppService::AppServiceRequestReceivedEventArgs;
 using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
 using winrt::Windows::Foundation::IInspectable;
 using winrt::Windows::Foundation::Collections::ValueSet;
@@ -24,6 +28,7 @@ class Request : public test::ServiceFlow
         EXPECT_EQ(log->WaitForLines(0), RequestLines());
         EXPECT_EQ(helper->Messages(), Lines());
         EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+        EXPECT_TRUE(request.IsOpen());
         helper->Close();
         EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
     }
@@ -106,22 +111,60 @@ class RequestFailing : public Request, public testing::WithParamInterface<wchar_
 
 TEST_P(RequestFailing, StaysOpenWithoutAWord)
 {
-    ValueSet const message = WithCommand(winrt::box_value(L"GetChannelUri"));
+    auto const message = WithCommand(winrt::box_value(L"GetChannelUri"));
     host.SetFault(GetParam());
-    auto const request = helper->Send(message);
-    log->WaitForLines(RequestLines().size());
+    ExpectNoReply(message);
+}
+
+// All behind the deferral, which has been taken by then.
+INSTANTIATE_TEST_SUITE_P(Failures, RequestFailing,
+                         testing::Values(L"ValueSet now 0x80040154",
+                                         L"AppServiceRequestReceivedEventArgs.Request now 0x80004005",
+                                         L"AppServiceRequestReceivedEventArgs.Request null",
+                                         L"AppServiceRequest.Message null", L"AppServiceRequest.Message now 0x80004005",
+                                         L"ValueSet.Lookup now 0x80004005"));
+
+class RequestWithoutDeferral : public Request, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(RequestWithoutDeferral, EndsWithItsHandlerWithoutAWord)
+{
+    auto const message = WithCommand(winrt::box_value(L"GetChannelUri"));
+    host.SetFault(GetParam());
+    auto const response = helper->Send(message).get();
+    EXPECT_EQ(response.Status(), AppServiceResponseStatus::Success);
+    EXPECT_EQ(test::TestHelper::Text(response.Message()), L"");
     host.WaitUntilQuiet();
     EXPECT_EQ(log->WaitForLines(0), RequestLines());
     EXPECT_EQ(helper->Messages(), Lines());
+    EXPECT_EQ(Completions(), std::vector<unsigned>());
 }
 
-INSTANTIATE_TEST_SUITE_P(Failures, RequestFailing,
+INSTANTIATE_TEST_SUITE_P(Failures, RequestWithoutDeferral,
                          testing::Values(L"AppServiceRequestReceivedEventArgs.GetDeferral now 0x80004005",
-                                         L"AppServiceRequestReceivedEventArgs.Request now 0x80004005",
-                                         L"AppServiceRequestReceivedEventArgs.GetDeferral null",
-                                         L"AppServiceRequestReceivedEventArgs.Request null",
-                                         L"AppServiceRequest.Message null", L"AppServiceRequest.Message now 0x80004005",
-                                         L"ValueSet now 0x80040154", L"ValueSet.Lookup now 0x80004005"));
+                                         L"AppServiceRequestReceivedEventArgs.GetDeferral null"));
+
+// A value that says itself how it reads.
+struct Stringable : winrt::implements<Stringable, winrt::Windows::Foundation::IStringable>
+{
+    winrt::hstring ToString() const { return L"UnregisterBackgroundTask"; }
+};
+
+TEST_F(Request, IsReadAsTheTextOfItsCommandsObject)
+{
+    auto const args = winrt::make_self<test::FakeRequestArgs>(winrt::make<Stringable>());
+    NotificationAppService::OnRequestReceived(nullptr, args.as<AppServiceRequestReceivedEventArgs>());
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{L"NewMessage=UnregisterBackgroundTaskDone"});
+}
+
+TEST_F(Request, WithNullAsCommandFailsToThePlatform)
+{
+    auto const args = winrt::make_self<test::FakeRequestArgs>(nullptr);
+    EXPECT_THROW(NotificationAppService::OnRequestReceived(nullptr, args.as<AppServiceRequestReceivedEventArgs>()),
+                 winrt::hresult_error);
+    EXPECT_EQ(args->deferral->calls, 0);
+}
 
 TEST_F(Request, IsServedAgainAndAgain)
 {
