@@ -5,11 +5,8 @@ namespace VelmoNotificationClient
 
 XamlMetaDataProvider& AppTypes::Provider()
 {
-    if (!m_provider)
-    {
-        m_provider = winrt::make_self<XamlMetaDataProvider>();
-    }
-    return *m_provider;
+    static auto& provider = *winrt::make_self<XamlMetaDataProvider>().detach();
+    return provider;
 }
 
 } // namespace VelmoNotificationClient
