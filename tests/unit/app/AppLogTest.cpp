@@ -19,13 +19,16 @@
 extern "C"
 {
     extern decltype(&DeleteCriticalSection) __real___imp_DeleteCriticalSection;
+    extern decltype(&InitializeCriticalSection) __real___imp_InitializeCriticalSection;
     extern decltype(&MultiByteToWideChar) __real___imp_MultiByteToWideChar;
 }
 using DeleteCriticalSectionCall = test::WrappedCall<&__real___imp_DeleteCriticalSection>;
+using InitializeCriticalSectionCall = test::WrappedCall<&__real___imp_InitializeCriticalSection>;
 using MultiByteToWideCharCall = test::WrappedCall<&__real___imp_MultiByteToWideChar>;
 extern "C"
 {
     decltype(&DeleteCriticalSection) __wrap___imp_DeleteCriticalSection = &DeleteCriticalSectionCall::Entry;
+    decltype(&InitializeCriticalSection) __wrap___imp_InitializeCriticalSection = &InitializeCriticalSectionCall::Entry;
     decltype(&MultiByteToWideChar) __wrap___imp_MultiByteToWideChar = &MultiByteToWideCharCall::Entry;
 }
 
@@ -55,6 +58,21 @@ class AppLogging : public testing::Test
   private:
     test::LogTearDown m_logTearDown;
 };
+
+// First in this file, so that no other line has been written in this process.
+TEST_F(AppLogging, HasItsLockBeforeTheFirstLine)
+{
+    int made = 0;
+    InitializeCriticalSectionCall const initialise([&](auto system, auto* section) {
+        ++made;
+        system(section);
+    });
+    zant::Logger logger;
+    zant::g_logger = &logger;
+    made = 0; // what the logger needs
+    AppLog(30, L"ZEB", L"ZEBMain", L"", L"", L"first");
+    EXPECT_EQ(made, 0);
+}
 
 TEST_F(AppLogging, ALogCallBeforeSetUpProducesNothingAndNoError)
 {

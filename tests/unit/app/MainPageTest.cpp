@@ -1,10 +1,13 @@
 #include "app/MainPage.h"
 #include "app/ActivationFactories.h"
 #include "app/XamlMetaDataProvider.h"
+#include "simulator/runtime/Unserved.h"
 #include "tests/support/Files.h"
 #include "tests/unit/app/PageFixture.h"
 
+#include <utility>
 #include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.UI.Xaml.Controls.Primitives.h>
 #include <winrt/Windows.UI.Xaml.Interop.h>
 
 using namespace winrt::Windows::UI::Xaml;
@@ -63,6 +66,77 @@ TEST_F(MainPages, LoadTheirMarkupOnceEach)
         auto const another = winrt::make_self<MainPage>();
         EXPECT_EQ(Loads(), 2u);
     });
+}
+
+// A loader that asks the page to initialise itself while it loads.
+struct ReentrantLoader : winrt::implements<ReentrantLoader, IApplicationStatics>
+{
+    // While it lives, it stands in the place of the platform's.
+    class InPlace
+    {
+      public:
+        explicit InPlace(ReentrantLoader& loader)
+        {
+            s_loader = &loader;
+            s_next = std::exchange(winrt_activation_handler, GetFactory);
+            winrt::clear_factory_cache();
+        }
+
+        InPlace(InPlace const&) = delete;
+        InPlace& operator=(InPlace const&) = delete;
+
+        ~InPlace()
+        {
+            winrt_activation_handler = s_next;
+            winrt::clear_factory_cache();
+        }
+
+      private:
+        static std::int32_t __stdcall GetFactory(void* classId, winrt::guid const& id, void** factory) noexcept
+        {
+            winrt::hstring name;
+            winrt::copy_from_abi(name, classId);
+            return name == winrt::name_of<Application>() ? s_loader->QueryInterface(id, factory)
+                                                         : s_next(classId, id, factory);
+        }
+
+        static inline ReentrantLoader* s_loader = nullptr;
+        static inline decltype(winrt_activation_handler) s_next = nullptr;
+    };
+
+    template <typename... T>
+    sim::Unserved Current(T const&...) const
+    {
+        return {};
+    }
+
+    template <typename... T>
+    sim::Unserved Start(T const&...) const
+    {
+        return {};
+    }
+
+    void LoadComponent(IInspectable const& page, winrt::Windows::Foundation::Uri const&,
+                       Controls::Primitives::ComponentResourceLocation = {})
+    {
+        constexpr int enough = 3;
+        if (++loads < enough)
+        {
+            winrt::get_self<MainPage>(page.as<Markup::IComponentConnector>())->InitializeComponent();
+        }
+    }
+
+    int loads = 0;
+};
+
+TEST_F(MainPages, LoadTheirMarkupOnceAlsoWhenTheyAreInitialisedWhileItLoads)
+{
+    auto const loader = winrt::make_self<ReentrantLoader>();
+    OnView([&](App&) {
+        ReentrantLoader::InPlace const inPlace(*loader);
+        winrt::make<MainPage>();
+    });
+    EXPECT_EQ(loader->loads, 1);
 }
 
 TEST_F(MainPages, AreOnePlatformPageOfTheirClass)
