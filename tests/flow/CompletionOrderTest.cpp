@@ -101,8 +101,12 @@ TEST_F(TaskCompletionOrder, IsCutShortForARunningTaskThatIsUnregistered)
     host.AdvanceClock(1440);
     auto const launch = host.WaitForLaunch();
     VelmoNotificationClient::UnregisterOwnBackgroundTasks();
-    host.WaitForReport(L"task-cancelled");
+    EXPECT_EQ(host.WaitForReport(L"task-cancelled").Detail(L"reason"), L"Abort");
+    EXPECT_EQ(CountReports(L"task-completed"), 0u);
     launch.Complete();
+    host.WaitForReport(L"task-completed");
+    EXPECT_EQ(CountReports(L"task-cancelled"), 1u);
+    EXPECT_EQ(Messages().back(), L"Service deferral complete");
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 #include "tests/flow/ServiceFlow.h"
 #include "tests/support/Banner.h"
 
+#include <optional>
+
 namespace
 {
 
@@ -136,13 +138,41 @@ TEST_F(Connection, ReplacesAnEarlierOneWithoutClosingOrCompletingIt)
 
 TEST_F(Connection, LetsAReplyThatIsDueAfterItsEndFailAsASendThatCannotStart)
 {
-    host.SetFault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync delay 300");
+    host.ReplaceChannel(L"https://uri");
+    log->After(L"Channel URI Received", [] { NotificationAppService::OnTaskCanceled(nullptr, {}); });
     helper->Ask(L"GetChannelUri");
-    log->WaitForMessage(L"RequestReceived for channel URI");
-    NotificationAppService::OnTaskCanceled(nullptr, {});
-    log->WaitForMessage(L"GetChannelUriStr Deferral Complete with exception, failed to send response to Helper APP");
-    log->WaitForMessage(L"Inside GetChannelUriStr, task executed no exception seen");
+    ExpectLog(test::RequestLines() +
+              Lines{Info(L"RequestReceived for channel URI"), Info(L"Channel URI Received"), canceled,
+                    Info(L"Received Channel URI is https://uri"),
+                    Info(L"From Appservice channel : uri is written to local setting"),
+                    Info(L"Channel URI found in local setting"),
+                    Error(L"GetChannelUriStr Deferral Complete with exception, failed to send response to Helper APP"),
+                    Info(L"Inside GetChannelUriStr, task executed no exception seen")});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{2});
+    EXPECT_EQ(helper->Messages(), Lines());
 }
+
+// What is there when the first line of an end has been written.
+class ConnectionEnd : public Connection, public testing::WithParamInterface<std::pair<wchar_t const*, void (*)()>>
+{
+};
+
+TEST_P(ConnectionEnd, BeginsWithItsLine)
+{
+    std::optional<bool> wasUntouched;
+    log->After(GetParam().first, [&] { wasUntouched = HasConnection() && HasDeferral(); });
+    GetParam().second();
+    EXPECT_EQ(wasUntouched, true);
+    EXPECT_FALSE(HasConnection() || HasDeferral());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Handlers, ConnectionEnd,
+    testing::Values(
+        std::pair(L"AppService Closed", [] { NotificationAppService::OnServiceClosed(nullptr, nullptr); }),
+        std::pair(L"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled "
+                  L"deferral complete",
+                  [] { NotificationAppService::OnTaskCanceled(nullptr, {}); })));
 
 // A platform that fails while the connection is taken over: the app ends, as it does with any failing activation.
 class ConnectionNotTaken : public test::AppFlow
@@ -214,15 +244,17 @@ INSTANTIATE_TEST_SUITE_P(
         Takeover{L"AppServiceConnection.ServiceClosed now 0x80004005", {received, inside, deferral}, true, true},
         Takeover{L"AppServiceConnection.RequestReceived now 0x80004005", {received, inside, deferral}, true, true}));
 
-// Two calls, the first of which comes first.
-class ConnectionTakeoverOrder : public ConnectionNotTaken,
-                                public testing::WithParamInterface<std::pair<wchar_t const*, wchar_t const*>>
+// A call, after how many others of the same, and another that comes later.
+using CallOrder = std::pair<std::pair<std::wstring, int>, wchar_t const*>;
+
+class ConnectionTakeoverOrder : public ConnectionNotTaken, public testing::WithParamInterface<CallOrder>
 {
 };
 
 TEST_P(ConnectionTakeoverOrder, IsKept)
 {
-    host.SetFault(std::wstring(GetParam().first) + L" now 0x80004005");
+    auto const [first, calls] = GetParam().first;
+    host.SetFault(first + L" now 0x80004005 1000 after " + std::to_wstring(calls));
     host.SetFault(std::wstring(GetParam().second) + L" now 0x80004001");
     Fail();
     EXPECT_EQ(host.Failure(), E_FAIL);
@@ -230,8 +262,11 @@ TEST_P(ConnectionTakeoverOrder, IsKept)
 
 INSTANTIATE_TEST_SUITE_P(
     Calls, ConnectionTakeoverOrder,
-    testing::Values(std::pair(L"BackgroundTaskInstance.Canceled", L"AppServiceTriggerDetails.AppServiceConnection"),
-                    std::pair(L"AppServiceTriggerDetails.AppServiceConnection", L"AppServiceConnection.ServiceClosed"),
-                    std::pair(L"AppServiceConnection.ServiceClosed", L"AppServiceConnection.RequestReceived")));
+    testing::Values(
+        CallOrder{{L"BackgroundTaskInstance.GetDeferral", 0}, L"BackgroundTaskInstance.Canceled"},
+        CallOrder{{L"BackgroundTaskInstance.TriggerDetails", 1}, L"BackgroundTaskInstance.Canceled"},
+        CallOrder{{L"BackgroundTaskInstance.Canceled", 0}, L"AppServiceTriggerDetails.AppServiceConnection"},
+        CallOrder{{L"AppServiceTriggerDetails.AppServiceConnection", 0}, L"AppServiceConnection.ServiceClosed"},
+        CallOrder{{L"AppServiceConnection.ServiceClosed", 0}, L"AppServiceConnection.RequestReceived"}));
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "tests/flow/RegisteredTask.h"
 #include "tests/flow/ServiceFlow.h"
 
+#include <optional>
+
 namespace
 {
 
@@ -104,6 +106,36 @@ TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenTheAcknowledgementCannotBeWr
     host.SetFault(L"ValueSet.Insert now 0x80004005 1");
     ExpectNoEnd({unregister, unregister});
 }
+
+TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenItCannotBeCompletedEither)
+{
+    host.SetFault(L"AppServiceRequest.SendResponseAsync now 0x80000013");
+    host.SetFault(L"AppServiceDeferral.Complete now 0x80004005");
+    ExpectNoEnd({unregister, unregister, Error(L"Error in sending ack still closing")});
+}
+
+// Whether the app had been asked to end when a line had been written.
+class ExitRequestEnds : public ExitRequest, public testing::WithParamInterface<wchar_t const*>
+{
+};
+
+TEST_P(ExitRequestEnds, AfterItsLine)
+{
+    if (std::wstring_view(GetParam()).starts_with(L"Error"))
+    {
+        host.SetFault(L"AppServiceRequest.SendResponseAsync now 0x80000013");
+    }
+    std::optional<bool> hasExited;
+    log->After(GetParam(), [&] { hasExited = host.HasExited(); });
+    Ask();
+    WaitForEnd();
+    EXPECT_EQ(hasExited, false);
+    EXPECT_TRUE(host.HasExited());
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, ExitRequestEnds,
+                         testing::Values(L"Ack sent to VelmoNotificationHelper for exit", L"Exit ZEB deferral complete",
+                                         L"Error in sending ack still closing"));
 
 TEST_F(ExitRequest, WaitsForTheAcknowledgementToBeSent)
 {

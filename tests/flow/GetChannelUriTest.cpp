@@ -1,5 +1,7 @@
 #include "tests/flow/ServiceFlow.h"
 
+#include <optional>
+
 namespace
 {
 
@@ -265,6 +267,24 @@ TEST_F(GetChannelUri, EndsAsWithAnExceptionWhenTheEndOfTheChainCannotComplete)
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
+TEST_F(GetChannelUri, SaysThatTheUriIsNotStoredBeforeItSends)
+{
+    StoreUri(winrt::box_value(L"older"));
+    host.SetFault(L"ApplicationDataContainerSettings.Insert now 0x80073DC8 1");
+    host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1"); // its line comes at once
+    Ask();
+    ExpectLog(received + stored + Lines{unableToWrite, notSent, found}, {noException}, {sent});
+    EXPECT_EQ(Completions(), std::vector<unsigned>{3});
+}
+
+TEST_F(GetChannelUri, SendsTheVeryObjectThatIsStored)
+{
+    host.SetFault(L"PropertyValue.CreateString now 0x80004005 1000 after 2"); // one to store it, one for "NewMessage"
+    Ask();
+    EXPECT_EQ(helper->WaitForMessages(1), (Lines{std::wstring(updated) + L" NewCuri=" + uri}));
+    ExpectLog(received + stored + Lines{found}, {sent}, {noException});
+}
+
 TEST_F(GetChannelUri, SaysThatNoUriIsStoredAlsoWhenTheMessageCannotBeSent)
 {
     host.SetFault(L"ApplicationDataContainerSettings.Lookup null");
@@ -326,5 +346,39 @@ TEST_F(GetChannelUri, GoesOutOnTheNewerConnection)
     EXPECT_EQ(newer.WaitForMessages(1).size(), 1u);
     EXPECT_EQ(helper->Messages(), Lines());
 }
+
+// A helper that connects while a request is under way, at this line of it.
+struct Moment
+{
+    wchar_t const* command;
+    wchar_t const* line;
+};
+
+void PrintTo(Moment const& moment, std::ostream* stream)
+{
+    *stream << testing::PrintToString(moment.command);
+}
+
+class ReplyToANewerConnection : public test::ServiceFlow, public testing::WithParamInterface<Moment>
+{
+};
+
+TEST_P(ReplyToANewerConnection, GoesOutOnTheOneOfTheMomentOfSending)
+{
+    std::optional<test::TestHelper> newer;
+    log->After(GetParam().line, [&] { newer.emplace(); });
+    auto const request = helper->Ask(GetParam().command);
+    log->WaitForMessage(GetParam().line);
+    EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Success);
+    ASSERT_TRUE(newer.has_value());
+    EXPECT_EQ(newer->WaitForMessages(1).size(), 1u);
+    EXPECT_EQ(helper->Messages(), Lines());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, ReplyToANewerConnection,
+    testing::Values(Moment{L"GetChannelUri", L"Channel URI Received"},
+                    Moment{L"RegisterBackgroundTask", L"Event Set Sucesfully for device registration"},
+                    Moment{L"UnregisterBackgroundTask", L"ZEB From Appservice Unregister all the background tasks"}));
 
 } // namespace

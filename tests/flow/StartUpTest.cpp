@@ -68,6 +68,31 @@ TEST_F(StartUp, SuspensionLogsNothingAndTheAppGoesOn)
     EXPECT_EQ(host.Failure(), std::nullopt);
 }
 
+// Counts how often it is asked for what a deferral is taken from.
+struct SuspendingArgs : winrt::implements<SuspendingArgs, winrt::Windows::ApplicationModel::ISuspendingEventArgs>
+{
+    using class_type = winrt::Windows::ApplicationModel::SuspendingEventArgs;
+
+    winrt::Windows::ApplicationModel::SuspendingOperation SuspendingOperation()
+    {
+        ++questions;
+        return nullptr;
+    }
+
+    int questions = 0;
+};
+
+TEST_F(StartUp, SuspensionTakesNoDeferral)
+{
+    Start();
+    host.Activate(sim::ActivationKind::Launch);
+    auto const launch = host.WaitForLaunch();
+    auto const args = winrt::make_self<SuspendingArgs>();
+    app.get()->OnSuspending(nullptr, args.as<winrt::Windows::ApplicationModel::SuspendingEventArgs>());
+    EXPECT_EQ(args->questions, 0);
+    launch.Complete();
+}
+
 TEST_F(StartUp, TheApplicationObjectTellsItsRuntimeClass)
 {
     Start();
