@@ -92,7 +92,7 @@ std::int32_t LogRecorder::Write(std::uint32_t level, wchar_t const* component, w
     }
     auto const levelName = zant::LevelName(static_cast<zant::LogLevel>(level));
     s_current->Add({L"[" + std::wstring(levelName) + L"] " + category + L" " + message, count, GetCurrentThreadId()});
-    if (auto const action = s_current->ActionAfter(message))
+    if (auto const action = s_current->TakeAction(message))
     {
         action();
     }
@@ -106,11 +106,11 @@ void LogRecorder::Add(Line line)
     m_changed.notify_all();
 }
 
-std::function<void()> LogRecorder::ActionAfter(std::wstring const& message) const
+std::function<void()> LogRecorder::TakeAction(std::wstring const& message)
 {
     std::lock_guard const lock(m_mutex);
-    auto const action = m_actions.find(message);
-    return action == m_actions.end() ? nullptr : action->second;
+    auto action = m_actions.extract(message);
+    return action ? std::move(action.mapped()) : nullptr;
 }
 
 std::wstring Info(std::wstring const& message)

@@ -31,7 +31,7 @@ class LogRecorder
     // Waits for a line with this message, and gives the thread that wrote it.
     std::uint32_t WaitForThreadOf(std::wstring const& message) const;
 
-    // From now on, the thread that has written a line with this message does that before it goes on.
+    // The thread that writes the next line with this message does that, once, before it goes on.
     void After(std::wstring message, std::function<void()> action);
 
   private:
@@ -48,7 +48,7 @@ class LogRecorder
     std::vector<std::wstring> Texts() const; // with the lock held
     Line WaitFor(std::wstring const& message) const;
     void Add(Line line);
-    std::function<void()> ActionAfter(std::wstring const& message) const;
+    std::function<void()> TakeAction(std::wstring const& message);
 
     static inline LogRecorder* s_current = nullptr;
 

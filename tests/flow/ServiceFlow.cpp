@@ -98,14 +98,14 @@ void ServiceFlow::ExpectLog(Lines const& common, Lines const& oneThread, Lines c
 
 HANDLE ServiceFlow::Created(HANDLE event)
 {
-    std::lock_guard const lock(m_mutex);
+    winrt::slim_lock_guard const lock(m_eventsLock);
     m_registrationEvents.push_back(event);
     return event;
 }
 
 bool ServiceFlow::IsForRegistration(HANDLE waited) const
 {
-    std::lock_guard const lock(m_mutex);
+    winrt::slim_lock_guard const lock(m_eventsLock);
     return std::ranges::find(m_registrationEvents, waited) != m_registrationEvents.end();
 }
 

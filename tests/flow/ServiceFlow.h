@@ -64,9 +64,10 @@ class ServiceFlow : public AppFlow
 
     zant::UniqueHandle m_registrationWaitOver;
     std::atomic<bool> m_registrationWaitFails = false;
-    mutable std::mutex m_mutex; // over the next three
-    mutable std::condition_variable m_waitsChanged;
+    mutable winrt::slim_mutex m_eventsLock; // not a std::mutex, whose waits are calls that take this lock
     std::vector<HANDLE> m_registrationEvents;
+    mutable std::mutex m_mutex; // over the next two
+    mutable std::condition_variable m_waitsChanged;
     std::vector<DWORD> m_registrationWaits; // in milliseconds
     CreateEventCall m_createEvent;
     WaitCall m_wait;
