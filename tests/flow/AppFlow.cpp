@@ -86,9 +86,10 @@ std::vector<std::wstring> AppFlow::Messages() const
     for (auto const& line : ReadLines(LogPath()))
     {
         auto const fields = Split(line, L" | ");
-        EXPECT_EQ(fields.at(1), L"[INFO]") << testing::PrintToString(line);
+        auto const& level = fields.at(1);
         auto const& category = fields.at(5);
-        messages.push_back((category == L"ZEBMain" ? L"" : category + L": ") + fields.back());
+        messages.push_back((level == L"[INFO]" ? L"" : level + L" ") +
+                           (category == L"ZEBMain" ? L"" : category + L": ") + fields.back());
     }
     return messages;
 }

@@ -1,6 +1,7 @@
 #pragma once
 #include "app/App.h"
 #include "simulator/runtime/LocalHost.h"
+#include "tests/support/ExpectLines.h"
 #include "tests/support/LogTearDown.h"
 #include "tests/support/UserTemporaryFolder.h"
 #include "tests/support/WrappedCall.h"
@@ -37,7 +38,7 @@ class AppFlow : public testing::Test
     // Ends the wait that the app is in, or is about to begin.
     void EndWait() { ReleaseSemaphore(m_waitMayEnd.Get(), 1, nullptr); }
 
-    // The messages in the log, in order. All are at INFO; what is not of the shell's category is shown with it.
+    // The messages in the log, in order. What is not at INFO, or not of the shell's category, is shown with it.
     std::vector<std::wstring> Messages() const;
 
     // How often the device reported that.

@@ -8,6 +8,7 @@ namespace
 {
 
 using test::Error;
+using test::ExpectLines;
 using test::Info;
 using test::Lines;
 using VelmoNotificationClient::NotificationAppService;
@@ -37,9 +38,9 @@ class Connection : public test::ServiceFlow
 
 TEST_F(Connection, IsTakenOverByTheServiceWithoutADeferralOfTheApps)
 {
-    EXPECT_EQ(Messages(),
-              (Lines{test::banner, L"Inside OnBackgroundActivated", L"App service connection request received",
-                     L"AppService: Inside ServiceNewConnection .", L"AppService: ServiceNewConnection deferral."}));
+    ExpectLines(Messages(),
+                {test::banner, L"Inside OnBackgroundActivated", L"App service connection request received",
+                 L"AppService: Inside ServiceNewConnection .", L"AppService: ServiceNewConnection deferral."});
     EXPECT_TRUE(HasConnection());
     EXPECT_TRUE(HasDeferral());
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
@@ -220,7 +221,7 @@ TEST_P(ConnectionNotTakenFor, EndsTheProcess)
     host.SetFault(GetParam().fault);
     Fail();
     EXPECT_TRUE(host.Failure().has_value());
-    EXPECT_EQ(Messages(), Lines({test::banner, L"Inside OnBackgroundActivated"}) + GetParam().lines);
+    ExpectLines(Messages(), Lines({test::banner, L"Inside OnBackgroundActivated"}) + GetParam().lines);
     EXPECT_EQ(HasDeferral(), GetParam().hasDeferral);
     EXPECT_EQ(HasConnection(), GetParam().hasConnection);
 }

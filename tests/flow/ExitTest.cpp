@@ -29,13 +29,14 @@ class ExitRequest : public test::ServiceFlow
     auto Ask() { return helper->Ask(L"ExitZEB"); }
 
     // Of the app, and of the request, after these lines.
-    void ExpectNoEnd(Lines const& lines)
+    void ExpectNoEnd(Lines const& lines, std::source_location where = std::source_location::current())
     {
+        auto const trace = test::CalledFrom(where);
         auto const request = Ask();
         log->WaitForLines(received.size() + lines.size());
         host.WaitUntilQuiet();
         EXPECT_FALSE(host.HasExited());
-        ExpectLog(received + lines);
+        ExpectLog(received + lines, {}, {}, where);
         EXPECT_EQ(Completions(), std::vector<unsigned>{0});
     }
 };

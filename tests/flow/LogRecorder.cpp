@@ -4,7 +4,7 @@
 #include "logging/LogLevel.h"
 #include "service/AppLogHook.h"
 #include "simulator/runtime/LimitedWait.h"
-#include "tests/flow/Lines.h"
+#include "tests/support/ExpectLines.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -29,20 +29,18 @@ LogRecorder::~LogRecorder()
 std::vector<std::wstring> LogRecorder::WaitForLines(std::size_t count) const
 {
     std::unique_lock lock(m_mutex);
-    sim::WaitLimited(
-        lock, m_changed, [&] { return m_lines.size() >= count; },
-        [&] { return L"line " + std::to_wstring(count) + L" of the log, after" + Shown(Texts()); });
+    m_changed.wait_for(lock, sim::waitLimit, [&] { return m_lines.size() >= count; });
     return Texts();
 }
 
-unsigned LogRecorder::WaitForMessage(std::wstring const& message) const
+unsigned LogRecorder::WaitForMessage(std::wstring const& message, std::source_location where) const
 {
-    return WaitFor(message).count;
+    return WaitFor(message, where).count;
 }
 
-std::uint32_t LogRecorder::WaitForThreadOf(std::wstring const& message) const
+std::uint32_t LogRecorder::WaitForThreadOf(std::wstring const& message, std::source_location where) const
 {
-    return WaitFor(message).thread;
+    return WaitFor(message, where).thread;
 }
 
 void LogRecorder::After(std::wstring message, std::function<void()> action)
@@ -51,16 +49,20 @@ void LogRecorder::After(std::wstring message, std::function<void()> action)
     m_actions[std::move(message)] = std::move(action);
 }
 
-LogRecorder::Line LogRecorder::WaitFor(std::wstring const& message) const
+LogRecorder::Line LogRecorder::WaitFor(std::wstring const& message, std::source_location where) const
 {
     std::unique_lock lock(m_mutex);
     auto line = m_lines.end();
-    auto const isThere = [&] {
+    auto const hasCome = m_changed.wait_for(lock, sim::waitLimit, [&] {
         line = std::ranges::find_if(
             m_lines, [&](auto const& text) { return text.ends_with(L" " + message); }, &Line::text);
         return line != m_lines.end();
-    };
-    sim::WaitLimited(lock, m_changed, isThere, [&] { return L"the line " + message + L", among" + Shown(Texts()); });
+    });
+    if (!hasCome)
+    {
+        ExpectLines(Texts(), {message}, where);
+        return {};
+    }
     return *line;
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -11,8 +12,7 @@ namespace test
 {
 
 // While it lives, it stands between the application's log sites and the log: each line goes on to AppLog, and is kept
-// here once it has been written, for tests to wait for. There may be one at a time. A wait for what does not come
-// throws std::runtime_error, which shows what came instead.
+// here once it has been written, for tests to wait for. There may be one at a time.
 class LogRecorder
 {
   public:
@@ -22,14 +22,17 @@ class LogRecorder
     LogRecorder& operator=(LogRecorder const&) = delete;
     ~LogRecorder();
 
-    // All lines so far, once there are so many: "[LEVEL] category message".
+    // All lines so far, once there are so many, or once there can be no more hope of it: "[LEVEL] category message".
     std::vector<std::wstring> WaitForLines(std::size_t count) const;
 
-    // Waits for a line with this message, and gives what was counted when it was about to be written.
-    unsigned WaitForMessage(std::wstring const& message) const;
+    // Waits for a line with this message, and gives what was counted when it was about to be written. A line that does
+    // not come fails the test, at the place of the call.
+    unsigned WaitForMessage(std::wstring const& message,
+                            std::source_location where = std::source_location::current()) const;
 
     // Waits for a line with this message, and gives the thread that wrote it.
-    std::uint32_t WaitForThreadOf(std::wstring const& message) const;
+    std::uint32_t WaitForThreadOf(std::wstring const& message,
+                                  std::source_location where = std::source_location::current()) const;
 
     // The thread that writes the next line with this message does that, once, before it goes on.
     void After(std::wstring message, std::function<void()> action);
@@ -46,7 +49,7 @@ class LogRecorder
     };
 
     std::vector<std::wstring> Texts() const; // with the lock held
-    Line WaitFor(std::wstring const& message) const;
+    Line WaitFor(std::wstring const& message, std::source_location where) const;
     void Add(Line line);
     std::function<void()> TakeAction(std::wstring const& message);
 

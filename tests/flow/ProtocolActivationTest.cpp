@@ -5,7 +5,7 @@ namespace
 {
 
 using test::banner;
-using Lines = std::vector<std::wstring>;
+using test::ExpectLines;
 
 constexpr wchar_t activated[] = L"Inside OnActivated App activated by URI protocol";
 
@@ -18,7 +18,7 @@ class ProtocolActivation : public test::AppFlow
 TEST_F(ProtocolActivation, LogsItsOneLineAndExitsWithoutLaunchingAnything)
 {
     RunToEnd();
-    EXPECT_EQ(Messages(), (Lines{banner, activated}));
+    ExpectLines(Messages(), {banner, activated});
     EXPECT_TRUE(host.HasExited());
     EXPECT_EQ(host.UnfetchedLaunches(), 0u);
     EXPECT_TRUE(waits.empty());
@@ -28,7 +28,7 @@ TEST_F(ProtocolActivation, ExitsWithoutArgumentsToo)
 {
     host.SetFault(L"ProtocolActivatedEventArgs null");
     RunToEnd();
-    EXPECT_EQ(Messages(), (Lines{banner, activated}));
+    ExpectLines(Messages(), {banner, activated});
     EXPECT_TRUE(host.HasExited());
 }
 
@@ -37,7 +37,7 @@ TEST_F(ProtocolActivation, EndsTheProcessWhenTheKindCannotBeRead)
     host.SetFault(L"ProtocolActivatedEventArgs.Kind now 0x80004005");
     RunToEnd();
     EXPECT_EQ(host.Failure(), E_FAIL);
-    EXPECT_EQ(Messages(), (Lines{banner, activated}));
+    ExpectLines(Messages(), {banner, activated});
     EXPECT_FALSE(host.HasExited());
 }
 

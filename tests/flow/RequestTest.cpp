@@ -7,6 +7,7 @@
 namespace
 {
 
+using test::ExpectLines;
 using test::Info;
 using test::Lines;
 using test::RequestLines;
@@ -20,12 +21,13 @@ class Request : public test::ServiceFlow
 {
   protected:
     // Nothing is sent, nothing more logged, and the request stays open until the connection ends.
-    void ExpectNoReply(ValueSet const& message)
+    void ExpectNoReply(ValueSet const& message, std::source_location where = std::source_location::current())
     {
+        auto const trace = test::CalledFrom(where);
         auto const request = helper->Send(message);
         log->WaitForLines(RequestLines().size());
         host.WaitUntilQuiet();
-        EXPECT_EQ(log->WaitForLines(0), RequestLines());
+        ExpectLines(log->WaitForLines(0), RequestLines(), where);
         EXPECT_EQ(helper->Messages(), Lines());
         EXPECT_EQ(Completions(), std::vector<unsigned>{0});
         EXPECT_TRUE(request.IsOpen());
@@ -136,7 +138,7 @@ TEST_P(RequestWithoutDeferral, EndsWithItsHandlerWithoutAWord)
     EXPECT_EQ(response.Status(), AppServiceResponseStatus::Success);
     EXPECT_EQ(test::TestHelper::Text(response.Message()), L"");
     host.WaitUntilQuiet();
-    EXPECT_EQ(log->WaitForLines(0), RequestLines());
+    ExpectLines(log->WaitForLines(0), RequestLines());
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>());
 }

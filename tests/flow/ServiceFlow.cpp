@@ -28,20 +28,6 @@ namespace
 
 constexpr wchar_t uriKey[] = L"CURI";
 
-// Whether the lines are those of two threads, each in its own order.
-bool AreMerged(Lines const& lines, std::size_t from, Lines const& one, std::size_t oneFrom, Lines const& other,
-               std::size_t otherFrom)
-{
-    if (from == lines.size())
-    {
-        return oneFrom == one.size() && otherFrom == other.size();
-    }
-    return (oneFrom < one.size() && lines[from] == one[oneFrom] &&
-            AreMerged(lines, from + 1, one, oneFrom + 1, other, otherFrom)) ||
-           (otherFrom < other.size() && lines[from] == other[otherFrom] &&
-            AreMerged(lines, from + 1, one, oneFrom, other, otherFrom + 1));
-}
-
 } // namespace
 
 Lines RequestLines()
@@ -83,17 +69,14 @@ ServiceFlow::~ServiceFlow()
     NotificationAppService::serviceDeferral.Set(nullptr);
 }
 
-void ServiceFlow::ExpectLog(Lines const& common, Lines const& oneThread, Lines const& otherThread)
+void ServiceFlow::ExpectLog(Lines const& common, Lines const& oneThread, Lines const& otherThread,
+                            std::source_location where)
 {
     log->WaitForLines(common.size() + oneThread.size() + otherThread.size());
     host.WaitUntilQuiet();
     host.End();
     WaitForEnd();
-    Lines const lines(log->WaitForLines(0));
-    auto const isPrefix = lines.size() >= common.size() && std::equal(common.begin(), common.end(), lines.begin());
-    EXPECT_TRUE(isPrefix && AreMerged(lines, common.size(), oneThread, 0, otherThread, 0))
-        << winrt::to_string(L"logged:" + Shown(lines) + L"\nexpected:" + Shown(common) + L"\nthen, each in its order:" +
-                            Shown(oneThread) + L"\nand:" + Shown(otherThread));
+    ExpectInterleaved(log->WaitForLines(0), {common, oneThread, otherThread}, where);
 }
 
 HANDLE ServiceFlow::Created(HANDLE event)

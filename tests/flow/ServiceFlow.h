@@ -30,7 +30,8 @@ class ServiceFlow : public AppFlow
 
     // Runs until the log has as many lines as these threads write together, ends the app, and compares: first the
     // common lines, then those of each thread in its own order, the threads in any.
-    void ExpectLog(Lines const& common, Lines const& oneThread = {}, Lines const& otherThread = {});
+    void ExpectLog(Lines const& common, Lines const& oneThread = {}, Lines const& otherThread = {},
+                   std::source_location where = std::source_location::current());
 
     // Of the events of this process only those of a registration reset automatically, without attributes.
     static bool IsOfRegistration(BOOL manualReset) { return !manualReset; }

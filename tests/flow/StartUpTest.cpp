@@ -9,6 +9,7 @@ namespace
 {
 
 using test::banner;
+using test::ExpectLines;
 
 class StartUp : public test::AppFlow
 {
@@ -54,7 +55,7 @@ TEST_F(StartUp, AFailingSuspendingSubscriptionMakesStartFailAfterTheBanner)
     host.SetFault(L"Application.Suspending now 0x8000FFFF");
     RunToEnd();
     EXPECT_EQ(startResult, E_UNEXPECTED);
-    EXPECT_EQ(Messages(), std::vector<std::wstring>{banner});
+    ExpectLines(Messages(), {banner});
     EXPECT_FALSE(app.get());
 }
 
@@ -64,7 +65,7 @@ TEST_F(StartUp, SuspensionLogsNothingAndTheAppGoesOn)
     host.Activate(sim::ActivationKind::Suspend);
     host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
     RunToEnd();
-    EXPECT_EQ(Messages(), (std::vector<std::wstring>{banner, L"Inside OnActivated App activated by URI protocol"}));
+    ExpectLines(Messages(), {banner, L"Inside OnActivated App activated by URI protocol"});
     EXPECT_EQ(host.Failure(), std::nullopt);
 }
 

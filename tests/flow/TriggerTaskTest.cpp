@@ -10,6 +10,7 @@ namespace
 {
 
 using test::banner;
+using test::ExpectLines;
 using test::Lines;
 
 constexpr wchar_t inside[] = L"Inside OnBackgroundActivated";
@@ -59,16 +60,13 @@ class TriggerTaskFlow : public test::AppFlow
         }
     }
 
-    // All messages of the app, which is ended by a last activation: by then the override before has returned, and what
-    // could go on has gone on.
-    Lines MessagesAtTheEnd()
+    // All messages of the app, but for that of a last activation which ends it: by then the override before has
+    // returned, and what could go on has gone on.
+    void ExpectLinesAtTheEnd(Lines const& expected, std::source_location where = std::source_location::current())
     {
         host.Activate(sim::ActivationKind::Protocol);
         WaitForEnd();
-        Lines messages(Messages());
-        EXPECT_EQ(messages.back(), L"Inside OnActivated App activated by URI protocol");
-        messages.pop_back();
-        return messages;
+        ExpectLines(Messages(), expected + Lines{L"Inside OnActivated App activated by URI protocol"}, where);
     }
 };
 
@@ -89,10 +87,10 @@ TEST_P(TriggerTask, StartsTheDesktopComponentAndIsCompletedWhenThatHasStarted)
 {
     auto const launch = host.WaitForLaunch();
     EXPECT_EQ(launch.group, GetParam().group);
-    EXPECT_EQ(Messages(), ExpectedLines());
+    ExpectLines(Messages(), ExpectedLines());
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
     launch.Complete();
-    EXPECT_EQ(MessagesAtTheEnd(), ExpectedLines() + Lines({launchDone, complete}));
+    ExpectLinesAtTheEnd(ExpectedLines() + Lines({launchDone, complete}));
     EXPECT_EQ(CountReports(L"task-completed"), 1u);
     EXPECT_EQ(host.UnfetchedLaunches(), 0u);
 }
@@ -106,7 +104,7 @@ TEST_P(TriggerTask, DoesNotEndTheApp)
 TEST_P(TriggerTask, IsNeverCompletedWhenTheLaunchFailsLater)
 {
     host.WaitForLaunch().Complete(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
-    EXPECT_EQ(MessagesAtTheEnd(), ExpectedLines());
+    ExpectLinesAtTheEnd(ExpectedLines());
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
     EXPECT_EQ(host.UnfetchedLaunches(), 0u);
 }
@@ -114,7 +112,7 @@ TEST_P(TriggerTask, IsNeverCompletedWhenTheLaunchFailsLater)
 TEST_P(TriggerTask, KeepsTheAppAliveUntilTheLaunchHasCompleted)
 {
     auto const launch = host.WaitForLaunch();
-    MessagesAtTheEnd();
+    ExpectLinesAtTheEnd(ExpectedLines());
     EXPECT_TRUE(app.get());
     launch.Complete();
     EXPECT_FALSE(app.get());
@@ -144,7 +142,7 @@ TEST_P(OtherTask, TakesADeferralAndDoesNothingMore)
     Start();
     Trigger(true);
     host.WaitForReport(L"task-started");
-    EXPECT_EQ(MessagesAtTheEnd(), (Lines{banner, inside, deferral}));
+    ExpectLinesAtTheEnd({banner, inside, deferral});
     EXPECT_EQ(host.UnfetchedLaunches(), 0u);
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
 }
@@ -185,7 +183,7 @@ TEST_P(TriggerTaskFailing, EndsTheProcess)
     Trigger(true);
     WaitForEnd();
     EXPECT_TRUE(host.Failure().has_value());
-    EXPECT_EQ(Messages(), Lines({banner, inside}) + GetParam().lines);
+    ExpectLines(Messages(), Lines({banner, inside}) + GetParam().lines);
 }
 
 Lines const untilLaunch = {deferral, L"Notification bkg thread invocation",
@@ -212,7 +210,7 @@ TEST_F(TriggerTaskFlow, StartsTheDesktopComponentAlsoWithoutADeferralToComplete)
     Start();
     Trigger(true);
     host.WaitForLaunch().Complete();
-    EXPECT_EQ(MessagesAtTheEnd(), Lines({banner, inside}) + untilLaunch + Lines{launchDone});
+    ExpectLinesAtTheEnd(Lines({banner, inside}) + untilLaunch + Lines{launchDone});
 }
 
 } // namespace

@@ -9,7 +9,7 @@ namespace
 {
 
 using test::banner;
-using Lines = std::vector<std::wstring>;
+using test::ExpectLines;
 
 constexpr wchar_t inside[] = L"Inside OnLaunched";
 constexpr wchar_t goingToLaunch[] = L"Going to launch full trust app to launch HOV";
@@ -45,7 +45,7 @@ TEST_F(UserLaunch, LogsItsFourLinesInOrderAndExits)
     launch.Complete();
     EndWait();
     WaitForEnd();
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch, launchDone, goingToExit});
     EXPECT_TRUE(host.HasExited());
     EXPECT_EQ(startResult, 0);
 }
@@ -77,7 +77,7 @@ TEST_F(UserLaunch, ExitsWithoutTheDoneLineWhenTheLaunchTakesLonger)
     auto const launch = host.WaitForLaunch();
     EndWait();
     WaitForEnd();
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, goingToExit}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch, goingToExit});
     EXPECT_TRUE(host.HasExited());
 }
 
@@ -115,7 +115,7 @@ TEST_P(UserLaunchFailingLater, HasNoLineAndIsNotRetriedAndTheAppWaitsAndExits)
     host.WaitForLaunch().Complete(GetParam());
     EndWait();
     WaitForEnd();
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, goingToExit}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch, goingToExit});
     EXPECT_EQ(waits, std::vector<DWORD>{3000});
     EXPECT_EQ(host.UnfetchedLaunches(), 0u);
     EXPECT_TRUE(host.HasExited());
@@ -130,7 +130,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchFailsAtOnce)
     host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync now 0x80070490");
     RunToEnd();
     EXPECT_EQ(host.Failure(), HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch});
     EXPECT_TRUE(waits.empty());
     EXPECT_FALSE(host.HasExited());
 }
@@ -140,7 +140,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheLauncherCannotBeHad)
     host.SetFault(L"FullTrustProcessLauncher now 0x80040154");
     RunToEnd();
     EXPECT_EQ(host.Failure(), REGDB_E_CLASSNOTREG);
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch});
 }
 
 TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchGivesNoOperation)
@@ -148,7 +148,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchGivesNoOperation)
     host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null");
     RunToEnd();
     EXPECT_EQ(host.Failure(), E_POINTER);
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch});
 }
 
 TEST_F(UserLaunch, EndsTheProcessWhenTheExitCannotBeHad)
@@ -159,7 +159,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheExitCannotBeHad)
     EndWait();
     WaitForEnd();
     EXPECT_EQ(host.Failure(), REGDB_E_CLASSNOTREG);
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch, launchDone, goingToExit});
 }
 
 TEST_F(UserLaunch, AsksTheWindowsContentWhetherItIsAPageAndGoesOnThoughItIsNone)
@@ -171,7 +171,7 @@ TEST_F(UserLaunch, AsksTheWindowsContentWhetherItIsAPageAndGoesOnThoughItIsNone)
     EndWait();
     WaitForEnd();
     EXPECT_EQ(questions, 1);
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch, launchDone, goingToExit});
 }
 
 TEST_F(UserLaunch, GoesOnWithoutAWindow)
@@ -181,7 +181,7 @@ TEST_F(UserLaunch, GoesOnWithoutAWindow)
     host.WaitForLaunch().Complete();
     EndWait();
     WaitForEnd();
-    EXPECT_EQ(Messages(), (Lines{banner, inside, goingToLaunch, launchDone, goingToExit}));
+    ExpectLines(Messages(), {banner, inside, goingToLaunch, launchDone, goingToExit});
 }
 
 TEST_F(UserLaunch, EndsTheProcessWhenTheWindowCannotBeLookedAt)
@@ -189,7 +189,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheWindowCannotBeLookedAt)
     host.SetFault(L"Window.Content now 0x8000FFFF");
     RunToEnd();
     EXPECT_EQ(host.Failure(), E_UNEXPECTED);
-    EXPECT_EQ(Messages(), (Lines{banner, inside}));
+    ExpectLines(Messages(), {banner, inside});
 }
 
 } // namespace
