@@ -14,6 +14,8 @@
 #include "simulator/model/Package.h"
 #include "simulator/model/SetText.h"
 #include "simulator/model/SettingsFile.h"
+#include "simulator/model/Text.h"
+#include "simulator/model/UnixPath.h"
 #include "simulator/scenario/Player.h"
 #include "simulator/services/CancellationReason.h"
 
@@ -159,21 +161,39 @@ void WriteNewLogLines(LogFile& file)
     }
 }
 
-int Log(Words const& words)
+[[noreturn]] void FollowLog(std::wstring const& path)
 {
-    auto const follow = WantsToFollow(words);
-    auto const path = LogFile::PathOn(Device::FromEnvironment());
     LogFile file(path);
-    if (!follow)
-    {
-        WriteNewLogLines(file);
-        return 0;
-    }
     for (LogWatch watch(path);; watch.Next())
     {
         WriteNewLogLines(file);
         WaitForSingleObject(watch.Get(), INFINITE);
     }
+}
+
+void WriteLogs(std::vector<std::wstring> const& paths)
+{
+    for (auto const& path : paths)
+    {
+        if (paths.size() > 1)
+        {
+            WriteLine(L"==> " + FromUtf8(UnixPath(path)));
+        }
+        LogFile file(path);
+        WriteNewLogLines(file);
+    }
+}
+
+int Log(Words const& words)
+{
+    auto const isOption = !words.empty() && StartsWith(words[0], L"--");
+    if (isOption && WantsToFollow(words))
+    {
+        FollowLog(LogFile::PathOn(Device::FromEnvironment()));
+    }
+    WriteLogs(words.empty() ? Words{LogFile::PathOn(Device::FromEnvironment())}
+                            : LogFile::Find(FullPath(WindowsPath(words[0]))));
+    return 0;
 }
 
 int Events(Words const& words)
@@ -299,8 +319,10 @@ constexpr Command commands[] = {
      1, 1, CancelTasks},
     {L"settings", L"", L"the app's local settings, decoded", L"", 0, 0, Settings},
     {L"status", L"", L"what the device has registered and running, and the faults in force", L"", 0, 0, Status},
-    {L"log", L"[--follow]", L"the app's log file, decoded", L"  With --follow it stays and shows what comes.", 0, 1,
-     Log},
+    {L"log", L"[--follow | PATH]", L"the app's log file, decoded",
+     L"  With --follow it stays and shows what comes. PATH is of another log file, or of a folder with such files in it\n"
+     L"  or below, such as the one that a failed test names; as the shell writes it, or as Windows does.",
+     0, 1, Log},
     {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it stays and shows what comes.", 0, 1,
      Events},
     {L"fault", L"CALL KIND [NUMBER] [TIMES] [after CALLS] | clear", L"makes a call of the platform fail",

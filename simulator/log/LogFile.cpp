@@ -6,6 +6,7 @@
 #include "simulator/model/Package.h"
 #include "simulator/model/Text.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace sim
@@ -34,6 +35,22 @@ LogFile::LogFile(std::wstring path) : m_path(std::move(path)) {}
 std::wstring LogFile::PathOn(Device const& device)
 {
     return device.AppTemporaryFolder(RegisteredPackage(device).FamilyName()) + L"\\Tessaline\\HOV\\KZEB.log";
+}
+
+std::vector<std::wstring> LogFile::Find(std::wstring const& path)
+{
+    if (FileExists(path))
+    {
+        return {path};
+    }
+    auto logs = FilesBelow(path);
+    std::erase_if(logs, [](auto const& file) { return !file.ends_with(L".log"); });
+    std::ranges::sort(logs);
+    if (logs.empty())
+    {
+        throw Error(L"there is no log at " + path);
+    }
+    return logs;
 }
 
 std::vector<std::wstring> LogFile::NewLines()

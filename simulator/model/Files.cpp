@@ -3,6 +3,8 @@
 #include "simulator/model/Error.h"
 #include "simulator/model/Handle.h"
 
+#include <algorithm>
+#include <iterator>
 #include <windows.h>
 
 namespace sim
@@ -48,6 +50,11 @@ std::vector<WIN32_FIND_DATAW> Entries(std::wstring const& folder)
 bool IsFolder(WIN32_FIND_DATAW const& entry)
 {
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool IsLink(WIN32_FIND_DATAW const& entry)
+{
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
 void CopyOneFile(std::wstring const& from, std::wstring const& to)
@@ -101,9 +108,8 @@ void Remove(std::wstring const& path)
     }
     for (auto const& entry : Entries(path))
     {
-        auto const isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
         auto const child = path + L"\\" + entry.cFileName;
-        isLink&& IsFolder(entry) ? static_cast<void>(RemoveDirectoryW(child.c_str())) : Remove(child);
+        IsLink(entry) && IsFolder(entry) ? static_cast<void>(RemoveDirectoryW(child.c_str())) : Remove(child);
     }
     RemoveDirectoryW(path.c_str());
 }
@@ -117,6 +123,25 @@ void CopyFolder(std::wstring const& from, std::wstring const& to)
         auto const target = to + L"\\" + entry.cFileName;
         IsFolder(entry) ? CopyFolder(source, target) : CopyOneFile(source, target);
     }
+}
+
+std::vector<std::wstring> FilesBelow(std::wstring const& folder)
+{
+    std::vector<std::wstring> files;
+    for (auto const& entry : Entries(folder))
+    {
+        auto path = folder + L"\\" + entry.cFileName;
+        if (!IsFolder(entry))
+        {
+            files.push_back(std::move(path));
+        }
+        else if (!IsLink(entry))
+        {
+            auto more = FilesBelow(path);
+            std::ranges::move(more, std::back_inserter(files));
+        }
+    }
+    return files;
 }
 
 std::string ReadBytes(std::wstring const& path)

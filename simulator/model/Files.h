@@ -18,6 +18,9 @@ void Remove(std::wstring const& path);
 // All files of a folder and below, into another one that is made when missing. Throws Error.
 void CopyFolder(std::wstring const& from, std::wstring const& to);
 
+// The paths of all files in a folder and below, in no order. Links are not followed.
+std::vector<std::wstring> FilesBelow(std::wstring const& folder);
+
 // The whole file, which others may have open for writing. Throws Error.
 std::string ReadBytes(std::wstring const& path);
 

@@ -5,6 +5,7 @@
 #include "simulator/model/Files.h"
 #include "simulator/model/Package.h"
 #include "simulator/model/Text.h"
+#include "simulator/model/UnixPath.h"
 #include "simulator/scenario/Expectations.h"
 #include "simulator/scenario/Scenario.h"
 #include "simulator/services/WordFile.h"
@@ -224,6 +225,10 @@ bool PlayScenario(std::wstring const& path, Device const& device, Colour colour)
     if (isAsExpected)
     {
         WriteLine(L"\n" + player.Summary());
+    }
+    else
+    {
+        WriteLine(L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
     }
     return isAsExpected;
 }

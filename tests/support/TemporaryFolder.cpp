@@ -1,5 +1,7 @@
 #include "tests/support/TemporaryFolder.h"
 
+#include "simulator/model/UnixPath.h"
+
 #include <atomic>
 #include <cstdio>
 #include <gtest/gtest.h>
@@ -69,7 +71,7 @@ TemporaryFolder::~TemporaryFolder()
 {
     if (testing::Test::HasFailure())
     {
-        std::printf("kept for a look: %ls\n", m_path.c_str());
+        std::printf("kept for a look: %s\n", sim::UnixPath(m_path).c_str());
         return;
     }
     RemoveTree(m_path);

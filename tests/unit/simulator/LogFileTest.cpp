@@ -1,6 +1,7 @@
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
 #include "simulator/model/Error.h"
+#include "simulator/model/Files.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -109,4 +110,17 @@ TEST_F(LogReading, GivesNoLineOfAFileThatWasMadeLonger)
 TEST_F(LogReading, CannotMakeAMissingFileLonger)
 {
     EXPECT_THROW(m_file.GrowTo(1), sim::Error);
+}
+
+TEST_F(LogReading, FindsTheLogsOfAFolderAndBelow)
+{
+    EXPECT_THROW(sim::LogFile::Find(m_folder.Path()), sim::Error);
+    Write(mark);
+    test::WriteBytes(m_folder / L"notes.txt", "");
+    sim::MakeFolder(m_folder / L"A\\B");
+    test::WriteBytes(m_folder / L"A\\B\\old.log", "");
+    EXPECT_EQ(sim::LogFile::Find(m_folder.Path()), (Lines{m_folder / L"A\\B\\old.log", m_path}));
+    EXPECT_EQ(sim::LogFile::Find(m_path), Lines{m_path});
+    EXPECT_EQ(sim::LogFile::Find(m_folder / L"notes.txt"), Lines{m_folder / L"notes.txt"});
+    EXPECT_THROW(sim::LogFile::Find(m_folder / L"missing"), sim::Error);
 }
