@@ -17,6 +17,7 @@ ProcessRequest RequestFor(Package const& package, Device const& device)
 {
     auto const temporary = device.AppTemporaryFolder(package.FamilyName());
     MakeFolder(temporary);
+    MakeFolder(ParentOf(device.CrashFile(0)));
     auto const server = ServerName(package.FamilyName(), package.manifest.applicationId);
     return {package.Executable(),
             L"\"" + package.Executable() + L"\" -ServerName:" + server,
@@ -40,6 +41,24 @@ std::wstring EndOf(bool isTerminated, bool announcedExit)
         return L"app-terminated";
     }
     return announcedExit ? L"app-exited" : L"app-crashed";
+}
+
+// What the process left: the place, and after the first blank its callers. The id may be given to another process.
+std::vector<std::wstring> CrashDetails(std::wstring const& file)
+try
+{
+    if (!FileExists(file))
+    {
+        return {};
+    }
+    auto const places = FromUtf8(ReadBytes(file));
+    Remove(file);
+    auto const end = std::min(places.find(L' '), places.size());
+    return {Detail(L"at", places.substr(0, end)), Detail(L"callers", places.substr(std::min(end + 1, places.size())))};
+}
+catch (Error const&)
+{
+    return {};
 }
 
 } // namespace
@@ -223,9 +242,11 @@ void AppHost::FinishIfOver()
         return;
     }
     auto const process = std::move(m_process);
-    m_journal.Add(EndOf(process->isTerminated, process->announcedExit),
-                  {Detail(L"pid", std::to_wstring(process->id)),
-                   Detail(L"code", *code > 0xFFFF ? Hex(static_cast<std::uint32_t>(*code)) : std::to_wstring(*code))});
+    std::vector<std::wstring> details = {
+        Detail(L"pid", std::to_wstring(process->id)),
+        Detail(L"code", *code > 0xFFFF ? Hex(static_cast<std::uint32_t>(*code)) : std::to_wstring(*code))};
+    std::ranges::move(CrashDetails(m_device.CrashFile(process->id)), std::back_inserter(details));
+    m_journal.Add(EndOf(process->isTerminated, process->announcedExit), std::move(details));
     std::erase_if(m_waiting, [](auto const& w) { return w.activation.kind == ActivationKind::Suspend; });
     if (!process->tookActivation)
     {

@@ -18,8 +18,8 @@ class LogFile
     // The log file of the device's registered package. Throws Error when none is registered.
     static std::wstring PathOn(Device const& device);
 
-    // The paths of the logs at a path: of a log itself, or of all *.log in a folder and below, sorted. Throws Error when
-    // there is none.
+    // The paths of the logs at a path: of a log itself, or of all *.log in a folder and below, sorted. Throws Error
+    // when there is none.
     static std::vector<std::wstring> Find(std::wstring const& path);
 
     // The lines completed since the last call; none while the file is missing. A file that has become shorter was begun

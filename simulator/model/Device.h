@@ -55,6 +55,12 @@ class Device
         return m_home + L"\\desktop\\" + std::to_wstring(processId) + L".txt";
     }
 
+    // Where the app's process crashed, told by itself.
+    std::wstring CrashFile(unsigned long processId) const
+    {
+        return m_home + L"\\crashes\\" + std::to_wstring(processId) + L".txt";
+    }
+
     // A device's own copy of a package, for scenarios that need it incomplete.
     std::wstring LayoutCopy() const { return m_home + L"\\layout"; }
 

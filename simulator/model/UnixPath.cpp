@@ -2,6 +2,7 @@
 
 #include "simulator/model/Text.h"
 
+#include <bit>
 #include <memory>
 #include <windows.h>
 
@@ -15,8 +16,7 @@ namespace
 template <typename Function>
 Function* WineFunction(char const* name)
 {
-    return reinterpret_cast<Function*>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
+    return std::bit_cast<Function*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name));
 }
 
 struct FreeHeap

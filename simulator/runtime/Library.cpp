@@ -1,3 +1,4 @@
+#include "simulator/runtime/CrashReport.h"
 #include "simulator/runtime/PipeHost.h"
 #include "simulator/runtime/Runtime.h"
 
@@ -14,6 +15,10 @@ sim::PipeHost& ProcessHost()
     static auto* const host = [] {
         auto* const made = new sim::PipeHost;
         sim::SetCurrentHost(made);
+        if (made->IsApp())
+        {
+            sim::ReportCrashes(sim::Device::FromEnvironment().CrashFile(GetCurrentProcessId()));
+        }
         return made;
     }();
     return *host;

@@ -1,5 +1,6 @@
 #include "tests/unit/simulator/BrokerFixture.h"
 
+#include <algorithm>
 #include <thread>
 
 namespace
@@ -68,6 +69,29 @@ TEST_F(Brokers, TellAnExitFromACrash)
     EXPECT_EQ(Events(), (Kinds{L"package-registered", L"app-started", L"activated", L"exit-announced", L"app-exited",
                                L"app-started", L"activated", L"app-crashed"}));
     EXPECT_EQ(LastEvent().Detail(L"code"), L"0xC0000005");
+}
+
+TEST_F(Brokers, TellWhereTheAppSaysThatItCrashedOnce)
+{
+    Register();
+    std::vector<std::wstring> texts;
+    for (auto const* places : {"A.exe+0x00001000 A.exe+0x00002000 B.dll+0x00000010", "A.exe+0x00001000", ""})
+    {
+        NewBroker(); // its processes have the ids of the former one's
+        Ask({L"launch"});
+        m_broker->Closed(Connect(0));
+        if (*places)
+        {
+            test::WriteBytes(m_device.CrashFile(100), places);
+        }
+        m_processes->End(0, 0xC0000005);
+        auto const events = sim::ReadJournal(m_device.JournalFile());
+        texts.push_back(std::ranges::find(events.rbegin(), events.rend(), L"app-crashed", &sim::Event::kind)->Text());
+    }
+    EXPECT_EQ(texts[0], L"app-crashed pid=100 code=0xC0000005 at=A.exe+0x00001000 "
+                        L"callers='A.exe+0x00002000 B.dll+0x00000010'");
+    EXPECT_EQ(texts[1], L"app-crashed pid=100 code=0xC0000005 at=A.exe+0x00001000 callers=''");
+    EXPECT_EQ(texts[2], L"app-crashed pid=100 code=0xC0000005");
 }
 
 TEST_F(Brokers, HearAProcessOutBeforeTheyJudgeItsEnd)

@@ -1,0 +1,118 @@
+#include "simulator/runtime/CrashReport.h"
+
+#include "simulator/model/Handle.h"
+#include "simulator/model/Text.h"
+#include "simulator/runtime/ReplaceImport.h"
+
+#include <atomic>
+#include <bit>
+#include <cstdint>
+#include <windows.h>
+
+namespace sim
+{
+
+namespace
+{
+
+constexpr int mostFrames = 24;
+
+// Set once, and there until the process ends.
+wchar_t const* g_file = nullptr;
+LPTOP_LEVEL_EXCEPTION_FILTER g_next = nullptr;
+
+bool IsOnStack(DWORD64 address)
+{
+    ULONG_PTR low = 0;
+    ULONG_PTR high = 0;
+    GetCurrentThreadStackLimits(&low, &high);
+    return address >= low && address + sizeof(DWORD64) <= high;
+}
+
+// To the caller; false where there is none, or none that can be found.
+bool Unwind(CONTEXT& context)
+{
+    DWORD64 base = 0;
+    auto* const function = RtlLookupFunctionEntry(context.Rip, &base, nullptr);
+    if (!IsOnStack(context.Rsp))
+    {
+        return false;
+    }
+    if (!function) // its return address is all that it has on the stack
+    {
+        context.Rip = *std::bit_cast<DWORD64 const*>(context.Rsp);
+        context.Rsp += sizeof(DWORD64);
+        return context.Rip != 0;
+    }
+    void* handlerData = nullptr;
+    DWORD64 frame = 0;
+    RtlVirtualUnwind(UNW_FLAG_NHANDLER, base, context.Rip, function, &context, &handlerData, &frame, nullptr);
+    return context.Rip != 0;
+}
+
+std::string PlaceOf(DWORD64 address)
+{
+    MEMORY_BASIC_INFORMATION memory = {};
+    VirtualQuery(std::bit_cast<void const*>(address), &memory, sizeof memory);
+    if (memory.Type != MEM_IMAGE)
+    {
+        return "unknown";
+    }
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(static_cast<HMODULE>(memory.AllocationBase), path, MAX_PATH);
+    std::wstring_view name = path;
+    name.remove_prefix(name.find_last_of(L'\\') + 1);
+    auto const offset = static_cast<std::uint32_t>(address - reinterpret_cast<DWORD64>(memory.AllocationBase));
+    return ToUtf8(std::wstring(name) + L"+" + Hex(offset));
+}
+
+// Only the first crash: a later one may be this function's own.
+void Report(CONTEXT context, bool isCall)
+{
+    static std::atomic<bool> isReported = false;
+    if (isReported.exchange(true))
+    {
+        return;
+    }
+    // A call is what lies before its return address.
+    auto places = PlaceOf(context.Rip - (isCall ? 1 : 0));
+    for (auto frames = 1; frames < mostFrames && Unwind(context); ++frames)
+    {
+        places += " " + PlaceOf(context.Rip - 1);
+    }
+    Handle const file(CreateFileW(g_file, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    DWORD written = 0;
+    WriteFile(file.Get(), places.data(), static_cast<DWORD>(places.size()), &written, nullptr);
+}
+
+LONG WINAPI OnUnhandledException(EXCEPTION_POINTERS* exception)
+{
+    // The C++ runtime's: it lets its own exceptions go on, to std::terminate.
+    auto const result = g_next ? g_next(exception) : EXCEPTION_CONTINUE_SEARCH;
+    if (result != EXCEPTION_CONTINUE_EXECUTION)
+    {
+        Report(*exception->ContextRecord, false);
+    }
+    return result;
+}
+
+void WINAPI OnFailFast(EXCEPTION_RECORD* record, CONTEXT* context, DWORD flags)
+{
+    CONTEXT caller;
+    RtlCaptureContext(&caller);
+    Unwind(caller);
+    context ? Report(*context, false) : Report(caller, true);
+    RaiseFailFastException(record, context, flags);
+}
+
+} // namespace
+
+void ReportCrashes(std::wstring const& file)
+{
+    g_file = (new std::wstring(file))->c_str();
+    g_next = SetUnhandledExceptionFilter(OnUnhandledException);
+    // It asks no filter.
+    ReplaceImport("RaiseFailFastException", reinterpret_cast<void*>(OnFailFast));
+}
+
+} // namespace sim
