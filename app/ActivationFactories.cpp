@@ -4,6 +4,7 @@
 #include "app/XamlMetaDataProvider.h"
 
 #include <algorithm>
+#include <windows.h>
 #include <winrt/Windows.Foundation.h>
 
 using winrt::Windows::Foundation::IActivationFactory;
@@ -15,37 +16,27 @@ namespace VelmoNotificationClient
 namespace
 {
 
+template <typename Class>
+struct ClassFactory : winrt::implements<ClassFactory<Class>, IActivationFactory>
+{
+    IInspectable ActivateInstance() const { return winrt::make<Class>(); }
+};
+
 struct KnownClass
 {
     std::wstring_view name;
-    IInspectable (*make)();
+    IActivationFactory (*makeFactory)();
 };
 
 template <typename Class>
-IInspectable Make()
-{
-    return winrt::make<Class>();
-}
+constexpr KnownClass Known = {Class::className, [] { return winrt::make<ClassFactory<Class>>(); }};
 
-constexpr KnownClass classes[] = {
-    {MainPage::className, Make<MainPage>},
-    {XamlMetaDataProvider::className, Make<XamlMetaDataProvider>},
-};
-
-struct ClassFactory : winrt::implements<ClassFactory, IActivationFactory>
-{
-    explicit ClassFactory(KnownClass const& known) : m_known(known) {}
-
-    IInspectable ActivateInstance() const { return m_known.make(); }
-
-  private:
-    KnownClass const& m_known;
-};
+constexpr KnownClass classes[] = {Known<MainPage>, Known<XamlMetaDataProvider>};
 
 IActivationFactory FactoryOf(std::wstring_view className)
 {
     auto const* const known = std::ranges::find(classes, className, &KnownClass::name);
-    return known == std::end(classes) ? throw winrt::hresult_class_not_available() : winrt::make<ClassFactory>(*known);
+    return known == std::end(classes) ? throw winrt::hresult_class_not_available() : known->makeFactory();
 }
 
 } // namespace
