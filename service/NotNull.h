@@ -1,4 +1,5 @@
 #pragma once
+#include <windows.h>
 #include <winrt/base.h>
 
 namespace VelmoNotificationClient

@@ -3,6 +3,8 @@
 #include "simulator/model/Text.h"
 #include "simulator/runtime/Runtime.h"
 
+#include <windows.h>
+
 namespace sim
 {
 

@@ -3,6 +3,8 @@
 #include "simulator/runtime/Framework.h"
 #include "simulator/runtime/xaml/Markup.h"
 
+#include <windows.h>
+
 namespace sim
 {
 

@@ -7,6 +7,7 @@
 #include "simulator/runtime/xaml/PageMaker.h"
 
 #include <thread>
+#include <windows.h>
 
 namespace sim
 {

@@ -2,6 +2,7 @@
 #include "simulator/runtime/PipeHost.h"
 #include "simulator/runtime/Runtime.h"
 
+#include <windows.h>
 #include <winrt/base.h>
 
 #include <hstring.h>
@@ -38,9 +39,7 @@ extern "C" __declspec(dllexport) HRESULT __stdcall DllGetActivationFactory(HSTRI
 try
 {
     *factory = nullptr;
-    UINT32 length = 0;
-    auto const* const buffer = WindowsGetStringRawBuffer(classId, &length);
-    std::wstring_view const name(buffer, length);
+    std::wstring_view const name = reinterpret_cast<winrt::hstring const&>(classId);
     auto const isServed = ProcessHost().IsApp() || NeedsNoPackage(name);
     return isServed ? sim::GetFactory(name, factory) : HRESULT_FROM_WIN32(APPMODEL_ERROR_NO_PACKAGE);
 }

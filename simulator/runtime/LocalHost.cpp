@@ -8,6 +8,7 @@
 #include "simulator/runtime/Runtime.h"
 
 #include <algorithm>
+#include <windows.h>
 #include <winrt/base.h>
 
 #include <roapi.h>
@@ -22,9 +23,7 @@ constexpr wchar_t instancePrefix[] = L"local-";
 
 std::int32_t __stdcall GetLocalFactory(void* classId, winrt::guid const& id, void** factory) noexcept
 {
-    UINT32 length = 0;
-    auto const* const buffer = WindowsGetStringRawBuffer(static_cast<HSTRING>(classId), &length);
-    std::wstring_view const name(buffer, length);
+    std::wstring_view const name = reinterpret_cast<winrt::hstring const&>(classId);
     if (!HasClass(name))
     {
         return RoGetActivationFactory(static_cast<HSTRING>(classId), reinterpret_cast<GUID const&>(id), factory);

@@ -16,8 +16,11 @@
 #include "simulator/runtime/values/ValueSet.h"
 #include "simulator/runtime/xaml/Page.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <atomic>
+#include <combaseapi.h>
 
 namespace sim
 {

@@ -33,18 +33,18 @@ struct IActivationFactory : IInspectable
 
 enum class apartment_type : int32_t
 {
-    multi_threaded = COINIT_MULTITHREADED,
-    single_threaded = COINIT_APARTMENTTHREADED
+    multi_threaded = 0,
+    single_threaded = 2
 };
 
 inline void init_apartment(apartment_type type = apartment_type::multi_threaded)
 {
-    check_hresult(CoInitializeEx(nullptr, static_cast<DWORD>(type)));
+    check_hresult(impl::os::CoInitializeEx(nullptr, static_cast<uint32_t>(type)));
 }
 
 inline void uninit_apartment() noexcept
 {
-    CoUninitialize();
+    impl::os::CoUninitialize();
 }
 
 namespace impl
@@ -57,14 +57,14 @@ namespace impl
     {
         return winrt_activation_handler(get_abi(name), id, factory);
     }
-    auto const classId = static_cast<HSTRING>(get_abi(name));
-    hresult result = RoGetActivationFactory(classId, id, factory);
+    auto* const classId = get_abi(name);
+    hresult result = os::RoGetActivationFactory(classId, id, factory);
     if (result == error_not_initialized)
     {
         // A thread without an apartment joins the multi-threaded one, which lives for the rest of the process.
-        CO_MTA_USAGE_COOKIE usage = nullptr;
-        CoIncrementMTAUsage(&usage);
-        result = RoGetActivationFactory(classId, id, factory);
+        void* usage = nullptr;
+        os::CoIncrementMTAUsage(&usage);
+        result = os::RoGetActivationFactory(classId, id, factory);
     }
     return result;
 }

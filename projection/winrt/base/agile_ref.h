@@ -18,8 +18,8 @@ struct agile_ref
         else if (object)
         {
             constexpr int defaultOptions = 0;
-            check_hresult(RoGetAgileReference(defaultOptions, guid_of<T>(), static_cast<::IUnknown*>(get_abi(object)),
-                                              m_reference.put_void()));
+            check_hresult(
+                impl::os::RoGetAgileReference(defaultOptions, guid_of<T>(), get_abi(object), m_reference.put_void()));
         }
     }
 

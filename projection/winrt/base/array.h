@@ -86,7 +86,7 @@ struct com_array : array_view<T>
     void clear() noexcept
     {
         std::destroy_n(this->m_data, this->m_size);
-        CoTaskMemFree(this->m_data);
+        impl::os::CoTaskMemFree(this->m_data);
         forget();
     }
     std::pair<uint32_t, T*> detach() noexcept
@@ -103,7 +103,7 @@ struct com_array : array_view<T>
         {
             return;
         }
-        this->m_data = static_cast<T*>(CoTaskMemAlloc(size * sizeof(T)));
+        this->m_data = static_cast<T*>(impl::os::CoTaskMemAlloc(size * sizeof(T)));
         if (!this->m_data)
         {
             throw std::bad_alloc();

@@ -7,13 +7,13 @@ namespace winrt::impl
 // Shared between the waiting thread and the operation, whichever lets go last.
 struct completion
 {
-    handle finished{check_pointer(CreateEventW(nullptr, TRUE, FALSE, nullptr))};
+    handle finished{check_pointer(os::CreateEventW(nullptr, true, false, nullptr))};
 
     template <typename Async>
     static std::shared_ptr<completion> of(Async const& async)
     {
         auto state = std::make_shared<completion>();
-        async.Completed([state](auto const&, auto) { SetEvent(state->finished.get()); });
+        async.Completed([state](auto const&, auto) { os::SetEvent(state->finished.get()); });
         return state;
     }
 };
@@ -23,7 +23,7 @@ auto wait_get(Async const& async)
 {
     if (async.Status() == Windows::Foundation::AsyncStatus::Started)
     {
-        WaitForSingleObject(completion::of(async)->finished.get(), INFINITE);
+        os::WaitForSingleObject(completion::of(async)->finished.get(), os::infinite);
     }
     return async.GetResults();
 }
@@ -35,7 +35,7 @@ Windows::Foundation::AsyncStatus wait_status(Async const& async, Windows::Founda
     if (async.Status() == Windows::Foundation::AsyncStatus::Started)
     {
         auto const milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(timeout).count();
-        WaitForSingleObject(completion::of(async)->finished.get(), static_cast<DWORD>(milliseconds));
+        os::WaitForSingleObject(completion::of(async)->finished.get(), static_cast<uint32_t>(milliseconds));
     }
     return async.Status();
 }

@@ -13,10 +13,12 @@ inline hstring to_hstring(std::string_view text)
         return {};
     }
     auto const size = static_cast<int>(text.size());
-    auto const wideSize = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), size, nullptr, 0);
+    auto const wideSize =
+        impl::os::MultiByteToWideChar(impl::os::utf8, impl::os::invalid_characters_fail, text.data(), size, nullptr, 0);
     check_bool(wideSize);
     std::wstring wide(static_cast<size_t>(wideSize), L'\0');
-    check_bool(MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), size, wide.data(), wideSize));
+    check_bool(impl::os::MultiByteToWideChar(impl::os::utf8, impl::os::invalid_characters_fail, text.data(), size,
+                                             wide.data(), wideSize));
     return hstring(wide);
 }
 
@@ -71,10 +73,12 @@ inline std::string to_string(std::wstring_view text)
         return {};
     }
     auto const size = static_cast<int>(text.size());
-    auto const narrowSize = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+    auto const narrowSize =
+        impl::os::WideCharToMultiByte(impl::os::utf8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
     check_bool(narrowSize);
     std::string narrow(static_cast<size_t>(narrowSize), '\0');
-    check_bool(WideCharToMultiByte(CP_UTF8, 0, text.data(), size, narrow.data(), narrowSize, nullptr, nullptr));
+    check_bool(impl::os::WideCharToMultiByte(impl::os::utf8, 0, text.data(), size, narrow.data(), narrowSize, nullptr,
+                                             nullptr));
     return narrow;
 }
 

@@ -183,6 +183,8 @@ struct promise_base : implements<Derived, Async, Windows::Foundation::IAsyncInfo
     }
 
   private:
+    void objects_come_from_make() const noexcept final {} // it lives in the coroutine's frame
+
     // With the lock held.
     hresult failure() const noexcept
     {

@@ -96,8 +96,8 @@ inline hstring hresult_error::message() const
         return m_message;
     }
     wchar_t text[512];
-    auto const size = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                     static_cast<DWORD>(m_code.value), 0, text, 512, nullptr);
+    auto const size = impl::os::FormatMessageW(impl::os::message_of_system, nullptr,
+                                               static_cast<uint32_t>(m_code.value), 0, text, 512, nullptr);
     std::wstring_view found(text, size);
     auto const last = found.find_last_not_of(L" \r\n");
     return hstring(found.substr(0, last == found.npos ? 0 : last + 1));
@@ -179,11 +179,23 @@ inline hstring hresult_error::message() const
     }
 }
 
+namespace impl
+{
+
+// Codes of the system that are negative are result codes already.
+constexpr hresult hresult_from_win32(uint32_t error) noexcept
+{
+    auto const code = static_cast<int32_t>(error);
+    return code <= 0 ? code : static_cast<int32_t>((error & 0x0000FFFF) | 0x80070000);
+}
+
+} // namespace impl
+
 // A failure without a code is still a failure.
 inline hresult hresult_from_last_error() noexcept
 {
-    auto const error = GetLastError();
-    return error == ERROR_SUCCESS ? impl::error_fail : HRESULT_FROM_WIN32(error);
+    auto const error = impl::os::GetLastError();
+    return error == impl::os::no_error ? hresult(impl::error_fail) : impl::hresult_from_win32(error);
 }
 
 [[noreturn]] inline void throw_last_error()
@@ -193,9 +205,9 @@ inline hresult hresult_from_last_error() noexcept
 
 inline void check_win32(uint32_t error)
 {
-    if (error != ERROR_SUCCESS)
+    if (error != impl::os::no_error)
     {
-        throw_hresult(HRESULT_FROM_WIN32(error));
+        throw_hresult(impl::hresult_from_win32(error));
     }
 }
 

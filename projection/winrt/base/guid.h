@@ -2,6 +2,12 @@
 #pragma once
 #include "winrt/base/imports.h"
 
+// Whoever includes <unknwn.h> first speaks classic COM, too: winrt::guid converts to GUID and back, and interfaces that
+// derive from ::IUnknown have their id. Without it they are unknown here.
+#ifdef __IUnknown_INTERFACE_DEFINED__
+#define WINRT_IMPL_CLASSIC_COM
+#endif
+
 namespace winrt
 {
 
@@ -62,12 +68,16 @@ struct guid
     {
     }
 
+#ifdef WINRT_IMPL_CLASSIC_COM
     constexpr guid(GUID const& value) noexcept
         : Data1(static_cast<uint32_t>(value.Data1)), Data2(value.Data2), Data3(value.Data3),
           Data4{value.Data4[0], value.Data4[1], value.Data4[2], value.Data4[3],
                 value.Data4[4], value.Data4[5], value.Data4[6], value.Data4[7]}
     {
     }
+
+    operator GUID const&() const noexcept { return reinterpret_cast<GUID const&>(*this); }
+#endif
 
     // 36 characters, dashes in their places, no braces. Throws std::invalid_argument for anything else.
     explicit constexpr guid(std::string_view text) : guid(impl::guid_bytes(text)) {}
@@ -82,14 +92,12 @@ struct guid
     {
     }
 
-    operator GUID const&() const noexcept { return reinterpret_cast<GUID const&>(*this); }
-
     friend constexpr bool operator==(guid const& left, guid const& right) noexcept { return (left <=> right) == 0; }
 
     friend constexpr std::strong_ordering operator<=>(guid const& left, guid const& right) noexcept = default;
 };
 
-static_assert(sizeof(guid) == sizeof(GUID) && std::is_trivially_copyable_v<guid>);
+static_assert(sizeof(guid) == 16 && std::is_trivially_copyable_v<guid>);
 
 } // namespace winrt
 

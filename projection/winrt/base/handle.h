@@ -56,15 +56,15 @@ namespace impl
 
 struct handle_traits
 {
-    using type = HANDLE;
-    static void close(type value) noexcept { CloseHandle(value); }
+    using type = void*;
+    static void close(type value) noexcept { os::CloseHandle(value); }
     static type invalid() noexcept { return nullptr; }
 };
 struct file_handle_traits
 {
-    using type = HANDLE;
-    static void close(type value) noexcept { CloseHandle(value); }
-    static type invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    using type = void*;
+    static void close(type value) noexcept { os::CloseHandle(value); }
+    static type invalid() noexcept { return reinterpret_cast<type>(intptr_t{-1}); } // INVALID_HANDLE_VALUE
 };
 } // namespace impl
 
@@ -77,14 +77,14 @@ struct slim_mutex
     slim_mutex(slim_mutex const&) = delete;
     slim_mutex& operator=(slim_mutex const&) = delete;
 
-    void lock() noexcept { AcquireSRWLockExclusive(&m_lock); }
-    void unlock() noexcept { ReleaseSRWLockExclusive(&m_lock); }
-    bool try_lock() noexcept { return TryAcquireSRWLockExclusive(&m_lock) != 0; }
-    void lock_shared() noexcept { AcquireSRWLockShared(&m_lock); }
-    void unlock_shared() noexcept { ReleaseSRWLockShared(&m_lock); }
+    void lock() noexcept { impl::os::AcquireSRWLockExclusive(&m_lock); }
+    void unlock() noexcept { impl::os::ReleaseSRWLockExclusive(&m_lock); }
+    bool try_lock() noexcept { return impl::os::TryAcquireSRWLockExclusive(&m_lock) != 0; }
+    void lock_shared() noexcept { impl::os::AcquireSRWLockShared(&m_lock); }
+    void unlock_shared() noexcept { impl::os::ReleaseSRWLockShared(&m_lock); }
 
   private:
-    SRWLOCK m_lock = SRWLOCK_INIT;
+    void* m_lock{}; // an SRWLOCK
 };
 
 struct slim_lock_guard

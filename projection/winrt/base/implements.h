@@ -48,10 +48,24 @@ struct implements : impl::producers<D, typename impl::root_implements<D, I...>::
   protected:
     implements() noexcept = default;
     ~implements() noexcept override = default;
+
+  private:
+    // An object on the stack, in a member or from new would hand out references to itself that nobody counts: D is
+    // abstract, and make alone completes it.
+    virtual void objects_come_from_make() const noexcept = 0;
 };
 
 namespace impl
 {
+
+template <typename D>
+struct made final : D
+{
+    using D::D;
+
+  private:
+    void objects_come_from_make() const noexcept override {}
+};
 
 template <typename D>
 inline constexpr bool is_implements_v = requires { typename D::implements_type; };
@@ -59,7 +73,14 @@ inline constexpr bool is_implements_v = requires { typename D::implements_type; 
 template <typename D, typename... Arguments>
 com_ptr<D> create_and_initialize(Arguments&&... arguments)
 {
-    com_ptr<D> result(new D(std::forward<Arguments>(arguments)...), take_ownership_from_abi);
+    static_assert(is_implements_v<D>, "D must derive from winrt::implements");
+    static_assert(!std::is_final_v<D>, "make derives from D: D must not be final");
+    static_assert(
+        sizeof...(Arguments) == 0 ||
+            !std::is_same_v<typename D::implements_type::first_interface, Windows::Foundation::IActivationFactory>,
+        "an activation factory is made without arguments, by the name of its class alone: write one factory "
+        "for each class");
+    com_ptr<D> result(new made<D>(std::forward<Arguments>(arguments)...), take_ownership_from_abi);
     if constexpr (requires(D& instance) { instance.InitializeComponent(); })
     {
         result->InitializeComponent();
@@ -86,7 +107,6 @@ com_ptr<D> make_self(Arguments&&... arguments)
 template <typename D, typename... Arguments>
 auto make(Arguments&&... arguments)
 {
-    static_assert(impl::is_implements_v<D>, "D must derive from winrt::implements");
     using first_interface = typename D::implements_type::first_interface;
     auto self = impl::create_and_initialize<D>(std::forward<Arguments>(arguments)...);
     first_interface result{nullptr};

@@ -1,10 +1,6 @@
-// The system headers this projection stands on. Nothing else in it includes one.
+// The standard headers this projection stands on. No header of the system is included: <windows.h> and its macros are
+// the business of the programs that use them.
 #pragma once
-#include <windows.h>
-
-#include <combaseapi.h>
-#include <hstring.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>

@@ -8,14 +8,14 @@ namespace winrt
 namespace impl
 {
 
-inline void __stdcall resume_callback(PTP_CALLBACK_INSTANCE, void* context) noexcept
+inline void __stdcall resume_callback(void*, void* context) noexcept
 {
     std::coroutine_handle<>::from_address(context)();
 }
 
 inline void resume_on_pool(std::coroutine_handle<> coroutine)
 {
-    check_bool(TrySubmitThreadpoolCallback(resume_callback, coroutine.address(), nullptr));
+    check_bool(os::TrySubmitThreadpoolCallback(resume_callback, coroutine.address(), nullptr));
 }
 
 // The system's IContextCallback: calls a function inside an apartment.
@@ -49,9 +49,9 @@ class calling_apartment
   public:
     calling_apartment() noexcept
     {
-        m_context.try_capture(CoGetObjectContext);
-        APTTYPEQUALIFIER qualifier{};
-        CoGetApartmentType(&m_type, &qualifier);
+        m_context.try_capture(os::CoGetObjectContext);
+        int32_t qualifier{};
+        os::CoGetApartmentType(&m_type, &qualifier);
     }
 
     // Resumes the coroutine in this apartment. When the apartment cannot be reached, the coroutine goes on here and
@@ -63,9 +63,9 @@ class calling_apartment
         {
             coroutine();
         }
-        else if (m_type == APTTYPE_MTA)
+        else if (m_type == os::multi_threaded_type)
         {
-            current.m_type == APTTYPE_MTA ? coroutine() : resume_outside(coroutine, failure);
+            current.m_type == os::multi_threaded_type ? coroutine() : resume_outside(coroutine, failure);
         }
         else
         {
@@ -106,7 +106,7 @@ class calling_apartment
     }
 
     com_ptr<IContextCallback> m_context;
-    APTTYPE m_type{APTTYPE_CURRENT};
+    int32_t m_type{os::no_apartment_type};
 };
 
 } // namespace impl

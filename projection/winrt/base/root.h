@@ -189,14 +189,14 @@ struct root_implements : counted,
             }
         }
         *count = interfaces::uncloaked_count + innerCount;
-        *ids = *count == 0 ? nullptr : static_cast<guid*>(CoTaskMemAlloc(*count * sizeof(guid)));
+        *ids = *count == 0 ? nullptr : static_cast<guid*>(os::CoTaskMemAlloc(*count * sizeof(guid)));
         auto const enough = *count == 0 || *ids;
         if (enough)
         {
             interfaces::template append_ids<D>(*ids);
             std::copy_n(innerIds, innerCount, *ids + interfaces::uncloaked_count);
         }
-        CoTaskMemFree(innerIds);
+        os::CoTaskMemFree(innerIds);
         *count = enough ? *count : 0;
         return enough ? error_ok : error_bad_alloc;
     }

@@ -215,10 +215,16 @@ constexpr guid const& guid_of() noexcept
     }
     else if constexpr (std::is_void_v<category_t<T>>)
     {
+#ifdef WINRT_IMPL_CLASSIC_COM
         return reinterpret_cast<guid const&>(__mingw_uuidof<T>());
+#else
+        static_assert(!std::is_void_v<category_t<T>>, "not an interface of the Windows Runtime; for one of classic COM "
+                                                      "include <unknwn.h> before any header of the projection");
+#endif
     }
     else
     {
+        static_assert(guid_v<T> != guid{}, "a type that is no interface, class or delegate has no id");
         return guid_v<T>;
     }
 }

@@ -45,7 +45,7 @@ struct hstring
     {
         if (m_handle)
         {
-            WindowsDeleteString(native());
+            impl::os::WindowsDeleteString(m_handle);
             m_handle = nullptr;
         }
     }
@@ -53,12 +53,12 @@ struct hstring
     operator std::wstring_view() const noexcept
     {
         uint32_t size = 0;
-        auto const* text = WindowsGetStringRawBuffer(native(), &size);
+        auto const* text = impl::os::WindowsGetStringRawBuffer(m_handle, &size);
         return {text, size};
     }
-    wchar_t const* c_str() const noexcept { return WindowsGetStringRawBuffer(native(), nullptr); }
+    wchar_t const* c_str() const noexcept { return impl::os::WindowsGetStringRawBuffer(m_handle, nullptr); }
     wchar_t const* data() const noexcept { return c_str(); }
-    uint32_t size() const noexcept { return WindowsGetStringLen(native()); }
+    uint32_t size() const noexcept { return impl::os::WindowsGetStringLen(m_handle); }
     bool empty() const noexcept { return m_handle == nullptr; }
     wchar_t const& operator[](uint32_t position) const noexcept { return data()[position]; }
     wchar_t const& front() const noexcept { return *data(); }
@@ -75,17 +75,16 @@ struct hstring
     friend void swap(hstring& left, hstring& right) noexcept { std::swap(left.m_handle, right.m_handle); }
 
   private:
-    HSTRING native() const noexcept { return static_cast<HSTRING>(m_handle); }
     static void* create(wchar_t const* text, uint32_t size)
     {
-        HSTRING handle = nullptr;
-        check_hresult(WindowsCreateString(text, size, &handle));
+        void* handle = nullptr;
+        check_hresult(impl::os::WindowsCreateString(text, size, &handle));
         return handle;
     }
     static void* duplicate(void* handle)
     {
-        HSTRING copy = nullptr;
-        check_hresult(WindowsDuplicateString(static_cast<HSTRING>(handle), &copy));
+        void* copy = nullptr;
+        check_hresult(impl::os::WindowsDuplicateString(handle, &copy));
         return copy;
     }
 
@@ -102,7 +101,8 @@ struct abi<hstring>
 };
 
 template <typename T>
-concept text_like = std::is_same_v<T, hstring> || std::is_convertible_v<T const&, std::wstring_view>;
+concept text_like =
+    !std::is_null_pointer_v<T> && (std::is_same_v<T, hstring> || std::is_convertible_v<T const&, std::wstring_view>);
 
 } // namespace impl
 
@@ -124,15 +124,16 @@ namespace impl
 inline hstring concatenate(std::wstring_view left, std::wstring_view right)
 {
     wchar_t* text = nullptr;
-    HSTRING_BUFFER buffer = nullptr;
-    check_hresult(WindowsPreallocateStringBuffer(static_cast<uint32_t>(left.size() + right.size()), &text, &buffer));
+    void* buffer = nullptr;
+    check_hresult(
+        os::WindowsPreallocateStringBuffer(static_cast<uint32_t>(left.size() + right.size()), &text, &buffer));
     left.copy(text, left.size());
     right.copy(text + left.size(), right.size());
-    HSTRING handle = nullptr;
-    auto const promoted = WindowsPromoteStringBuffer(buffer, &handle);
+    void* handle = nullptr;
+    auto const promoted = os::WindowsPromoteStringBuffer(buffer, &handle);
     if (promoted < 0)
     {
-        WindowsDeleteStringBuffer(buffer);
+        os::WindowsDeleteStringBuffer(buffer);
         throw_hresult(promoted);
     }
     return {handle, take_ownership_from_abi};
@@ -170,17 +171,15 @@ struct hstring
     hstring(std::wstring const& text) : hstring(std::wstring_view(text)) {}
     hstring(std::wstring_view text)
     {
-        HSTRING handle = nullptr;
-        check_hresult(
-            WindowsCreateStringReference(text.data(), static_cast<uint32_t>(text.size()), &m_header, &handle));
-        m_handle = handle;
+        check_hresult(impl::os::WindowsCreateStringReference(text.data(), static_cast<uint32_t>(text.size()), &m_header,
+                                                             &m_handle));
     }
 
     operator winrt::hstring const&() const noexcept { return *reinterpret_cast<winrt::hstring const*>(&m_handle); }
 
   private:
     void* m_handle{};
-    HSTRING_HEADER m_header;
+    impl::os::string_header m_header;
 };
 
 } // namespace param

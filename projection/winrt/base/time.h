@@ -23,19 +23,17 @@ struct clock
 
     static time_point now() noexcept
     {
-        FILETIME time;
-        GetSystemTimeAsFileTime(&time);
+        file_time time;
+        impl::os::GetSystemTimeAsFileTime(&time);
         return from_file_time(time);
     }
-    static time_point from_file_time(FILETIME const& time) noexcept
+    static time_point from_file_time(file_time const& time) noexcept
     {
-        return time_point(
-            duration(static_cast<int64_t>(static_cast<uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime)));
+        return time_point(duration(static_cast<int64_t>(time.value)));
     }
-    static FILETIME to_file_time(time_point time) noexcept
+    static file_time to_file_time(time_point time) noexcept
     {
-        auto const count = static_cast<uint64_t>(time.time_since_epoch().count());
-        return {static_cast<DWORD>(count), static_cast<DWORD>(count >> 32)};
+        return {static_cast<uint64_t>(time.time_since_epoch().count())};
     }
     static time_t to_time_t(time_point time) noexcept
     {

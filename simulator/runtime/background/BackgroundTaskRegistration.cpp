@@ -9,7 +9,7 @@ namespace sim
 
 winrt::guid BackgroundTaskRegistration::TaskId() const
 {
-    return m_id.empty() ? winrt::guid(GUID_NULL) : winrt::guid(std::wstring_view(m_id));
+    return m_id.empty() ? winrt::guid{} : winrt::guid(std::wstring_view(m_id));
 }
 
 winrt::hstring BackgroundTaskRegistration::Name() const

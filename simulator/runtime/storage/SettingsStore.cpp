@@ -6,6 +6,7 @@
 #include "simulator/runtime/Runtime.h"
 
 #include <algorithm>
+#include <windows.h>
 
 namespace sim
 {

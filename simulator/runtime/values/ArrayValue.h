@@ -2,6 +2,7 @@
 #include "simulator/runtime/Namespaces.h"
 
 #include <vector>
+#include <windows.h>
 #include <winrt/Windows.Foundation.h>
 
 namespace sim

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <tuple>
+#include <windows.h>
 
 namespace sim
 {

@@ -39,10 +39,15 @@ void MakeByProvider(App& app)
     object.as<Markup::IXamlMetadataProvider>().GetXamlType(MainPage::className).ActivateInstance();
 }
 
-// By its constructor alone: winrt::make would initialise it, too.
+// What winrt::make calls after the constructor does nothing here.
+struct ConstructedPage : MainPage
+{
+    void InitializeComponent() const noexcept {}
+};
+
 winrt::com_ptr<MainPage> Construct()
 {
-    return {new MainPage, winrt::take_ownership_from_abi};
+    return winrt::make_self<ConstructedPage>();
 }
 
 TEST_F(MainPages, LoadTheirMarkupWhenTheyAreConstructed)

@@ -1,4 +1,5 @@
 #pragma once
+#include <unknwn.h> // first: the projection then speaks classic COM, too
 #include <winrt/base.h>
 
 #include <cstring>

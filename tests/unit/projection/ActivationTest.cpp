@@ -1,6 +1,7 @@
 #include "tests/unit/projection/TestPlatform.h"
 #include "tests/unit/projection/WrappedRuntime.h"
 
+#include <windows.h>
 #include <winrt/Windows.ApplicationModel.h>
 #include <winrt/Windows.Foundation.h>
 
@@ -124,7 +125,7 @@ TEST(Activation, WithoutAHookTheSystemIsAsked)
 {
     clear_factory_cache();
     std::wstring asked;
-    GetActivationFactoryCall const system([&](auto, HSTRING name, REFIID, void**) {
+    GetActivationFactoryCall const system([&](auto, void* name, guid const&, void**) {
         asked = reinterpret_cast<hstring const&>(name);
         return E_ACCESSDENIED;
     });
@@ -138,7 +139,7 @@ TEST(Activation, AThreadWithoutAnApartmentJoinsTheMultiThreadedOne)
     int calls = 0;
     int joined = 0;
     GetActivationFactoryCall const system(
-        [&](auto, HSTRING, REFIID, void**) { return ++calls == 1 ? CO_E_NOTINITIALIZED : REGDB_E_CLASSNOTREG; });
+        [&](auto, void*, guid const&, void**) { return ++calls == 1 ? CO_E_NOTINITIALIZED : REGDB_E_CLASSNOTREG; });
     IncrementMtaUsageCall const join([&](auto, auto) {
         ++joined;
         return S_OK;

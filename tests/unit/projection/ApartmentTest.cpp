@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <thread>
+#include <windows.h>
 
 using namespace test;
 using namespace winrt;
@@ -114,7 +115,7 @@ class SingleThreadedApartment : public testing::Test
 
     DWORD const home = GetCurrentThreadId();
     TestContext context;
-    GetObjectContextCall const contexts{[this](auto, REFIID id, void** result) -> HRESULT {
+    GetObjectContextCall const contexts{[this](auto, guid const& id, void** result) -> int32_t {
         if (GetCurrentThreadId() != home)
         {
             *result = nullptr;

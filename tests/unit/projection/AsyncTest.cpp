@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <thread>
+#include <windows.h>
 
 using namespace test;
 using namespace winrt;

@@ -1,5 +1,7 @@
 #include "tests/unit/projection/AbiFacts.h"
 
+#include <windows.h>
+
 using namespace test;
 using winrt::impl::inspectable_abi;
 using winrt::impl::sha1;

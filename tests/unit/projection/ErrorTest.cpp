@@ -1,5 +1,6 @@
 #include "tests/unit/projection/Terminated.h"
 
+#include <windows.h>
 #include <winrt/base.h>
 
 #include <gtest/gtest.h>

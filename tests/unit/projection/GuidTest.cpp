@@ -1,3 +1,4 @@
+#include <unknwn.h> // first: the projection then speaks classic COM, too
 #include <winrt/base.h>
 
 #include <gtest/gtest.h>

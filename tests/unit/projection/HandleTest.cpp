@@ -1,3 +1,4 @@
+#include <windows.h>
 #include <winrt/base.h>
 
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 #include "tests/unit/projection/TestPlatform.h"
 #include "tests/unit/projection/WrappedRuntime.h"
 
+#include <windows.h>
 #include <winrt/Windows.Foundation.h>
 
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 #include "tests/unit/projection/WrappedRuntime.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
 
 using winrt::hstring;
 using namespace test;

@@ -1,6 +1,7 @@
 #pragma once
 #include "tests/unit/projection/TestPlatform.h"
 
+#include <windows.h>
 #include <winrt/Windows.Foundation.h>
 
 namespace test

@@ -1,3 +1,4 @@
+#include <windows.h>
 #include <winrt/base.h>
 
 #include <gtest/gtest.h>
@@ -14,7 +15,7 @@ TEST(Time, SpansCountHundredNanoseconds)
 
 TEST(Time, DatesCountFromTheYear1601)
 {
-    FILETIME const epoch{0, 0};
+    winrt::file_time const epoch{0};
     EXPECT_EQ(clock_type::from_file_time(epoch).time_since_epoch().count(), 0);
     EXPECT_EQ(clock_type::to_time_t(clock_type::from_time_t(0)), 0);
     EXPECT_EQ(clock_type::from_time_t(0).time_since_epoch(), 11'644'473'600s);
@@ -22,19 +23,19 @@ TEST(Time, DatesCountFromTheYear1601)
 
 TEST(Time, FileTimesComeAndGo)
 {
-    FILETIME const time{0x89ABCDEF, 0x01234567};
-    auto const back = clock_type::to_file_time(clock_type::from_file_time(time));
-    EXPECT_EQ(back.dwLowDateTime, time.dwLowDateTime);
-    EXPECT_EQ(back.dwHighDateTime, time.dwHighDateTime);
+    winrt::file_time const time{0x0123456789ABCDEF};
+    EXPECT_EQ(clock_type::to_file_time(clock_type::from_file_time(time)).value, time.value);
 }
 
 TEST(Time, NowIsTheSystemsTime)
 {
-    FILETIME before;
-    GetSystemTimeAsFileTime(&before);
+    auto const systemTime = [] {
+        FILETIME time;
+        GetSystemTimeAsFileTime(&time);
+        return clock_type::from_file_time({static_cast<uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime});
+    };
+    auto const before = systemTime();
     auto const now = clock_type::now();
-    FILETIME after;
-    GetSystemTimeAsFileTime(&after);
-    EXPECT_LE(clock_type::from_file_time(before), now);
-    EXPECT_LE(now, clock_type::from_file_time(after));
+    EXPECT_LE(before, now);
+    EXPECT_LE(now, systemTime());
 }

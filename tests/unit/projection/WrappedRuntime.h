@@ -1,23 +1,36 @@
 #pragma once
 #include "tests/support/WrappedCall.h"
 
+#include <unknwn.h> // first: the projection then speaks classic COM, too
 #include <winrt/base.h>
+
+namespace test
+{
+
+// The type of a function of the system, which is not told that it throws nothing.
+template <typename Result, typename... Arguments>
+auto Import(Result (*)(Arguments...) noexcept) -> Result (*)(Arguments...);
+
+} // namespace test
 
 // The functions of the system behind the projection that tests replace.
 extern "C"
 {
-    extern decltype(&CoGetObjectContext) __real___imp_CoGetObjectContext;
-    extern decltype(&CoIncrementMTAUsage) __real___imp_CoIncrementMTAUsage;
-    extern decltype(&CoTaskMemAlloc) __real___imp_CoTaskMemAlloc;
-    extern decltype(&CreateEventW) __real___imp_CreateEventW;
-    extern decltype(&RoGetActivationFactory) __real___imp_RoGetActivationFactory;
-    extern decltype(&RoGetAgileReference) __real___imp_RoGetAgileReference;
-    extern decltype(&TrySubmitThreadpoolCallback) __real___imp_TrySubmitThreadpoolCallback;
-    extern decltype(&WindowsCreateString) __real___imp_WindowsCreateString;
-    extern decltype(&WindowsCreateStringReference) __real___imp_WindowsCreateStringReference;
-    extern decltype(&WindowsDuplicateString) __real___imp_WindowsDuplicateString;
-    extern decltype(&WindowsPreallocateStringBuffer) __real___imp_WindowsPreallocateStringBuffer;
-    extern decltype(&WindowsPromoteStringBuffer) __real___imp_WindowsPromoteStringBuffer;
+    extern decltype(test::Import(&winrt::impl::os::CoGetObjectContext)) __real___imp_CoGetObjectContext;
+    extern decltype(test::Import(&winrt::impl::os::CoIncrementMTAUsage)) __real___imp_CoIncrementMTAUsage;
+    extern decltype(test::Import(&winrt::impl::os::CoTaskMemAlloc)) __real___imp_CoTaskMemAlloc;
+    extern decltype(test::Import(&winrt::impl::os::CreateEventW)) __real___imp_CreateEventW;
+    extern decltype(test::Import(&winrt::impl::os::RoGetActivationFactory)) __real___imp_RoGetActivationFactory;
+    extern decltype(test::Import(&winrt::impl::os::RoGetAgileReference)) __real___imp_RoGetAgileReference;
+    extern decltype(test::Import(
+        &winrt::impl::os::TrySubmitThreadpoolCallback)) __real___imp_TrySubmitThreadpoolCallback;
+    extern decltype(test::Import(&winrt::impl::os::WindowsCreateString)) __real___imp_WindowsCreateString;
+    extern decltype(test::Import(
+        &winrt::impl::os::WindowsCreateStringReference)) __real___imp_WindowsCreateStringReference;
+    extern decltype(test::Import(&winrt::impl::os::WindowsDuplicateString)) __real___imp_WindowsDuplicateString;
+    extern decltype(test::Import(
+        &winrt::impl::os::WindowsPreallocateStringBuffer)) __real___imp_WindowsPreallocateStringBuffer;
+    extern decltype(test::Import(&winrt::impl::os::WindowsPromoteStringBuffer)) __real___imp_WindowsPromoteStringBuffer;
 }
 
 namespace test

@@ -132,7 +132,7 @@ TEST_F(BackgroundTasks, RunForAPush)
     auto const run = runs.Next();
     EXPECT_EQ(run.name, L"Push");
     EXPECT_EQ(run.instance.TriggerDetails().as<RawNotification>().Content(), L"payload");
-    EXPECT_NE(run.instance.InstanceId(), winrt::guid(GUID_NULL));
+    EXPECT_NE(run.instance.InstanceId(), winrt::guid{});
 }
 
 TEST_F(BackgroundTasks, RunForOnePushAtATime)

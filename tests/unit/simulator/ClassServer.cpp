@@ -1,3 +1,4 @@
+#include <windows.h>
 #include <winrt/Windows.Foundation.h>
 
 using winrt::Windows::Foundation::IActivationFactory;

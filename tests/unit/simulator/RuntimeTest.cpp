@@ -2,6 +2,7 @@
 #include "simulator/runtime/LocalHost.h"
 
 #include <gtest/gtest.h>
+#include <objidl.h>
 #include <thread>
 #include <winrt/Windows.ApplicationModel.Activation.h>
 #include <winrt/Windows.ApplicationModel.Core.h>
