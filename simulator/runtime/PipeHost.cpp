@@ -14,6 +14,7 @@ namespace
 {
 
 constexpr auto noPackage = static_cast<std::int32_t>(0x80073D54); // APPMODEL_ERROR_NO_PACKAGE
+constexpr std::uint32_t unexpected = 0x8000FFFF;                  // E_UNEXPECTED
 constexpr UINT stowedException = 0xC000027B;                      // the exit code of a process whose app failed
 
 Device DeviceOfProcess()
@@ -69,21 +70,19 @@ std::optional<Activation> PipeHost::NextActivation()
     auto activation = m_activations.Next();
     if (activation)
     {
-        m_channel->Send({L"taken", activation->id});
+        Say({L"taken", activation->id});
     }
     return activation;
 }
 
 void PipeHost::Exit()
 {
-    m_channel->Send({L"exiting"});
-    m_channel->Flush();
+    Say({L"exiting"});
     m_activations.End();
 }
 
 void PipeHost::Fail(std::int32_t)
 {
-    m_channel->Flush();
     TerminateProcess(GetCurrentProcess(), stowedException);
     __builtin_unreachable();
 }
@@ -97,7 +96,7 @@ std::optional<Fault> PipeHost::TakeFault(std::wstring_view call)
     }
     if (fault)
     {
-        m_channel->Send({L"fault-used", fault->call});
+        Say({L"fault-used", fault->call});
     }
     return fault;
 }
@@ -112,15 +111,16 @@ void PipeHost::LaunchDesktop(std::wstring const& application, std::optional<std:
     }
     // Not on the connection's thread, which has to read on while the app's continuations run.
     Send(std::move(message), [launched = std::move(launched)](Message const& answer) {
-        RunOnPool(
-            [launched, code = static_cast<std::int32_t>(ParseNumber(answer.front()).value_or(0))] { launched(code); });
+        RunOnPool([launched, code = static_cast<std::int32_t>(ParseNumber(answer.front()).value_or(unexpected))] {
+            launched(code);
+        });
     });
 }
 
 void PipeHost::Report(std::wstring kind, std::vector<std::wstring> details)
 {
     details.insert(details.begin(), std::move(kind));
-    m_channel->Send(MakeMessage(L"report", details));
+    Say(MakeMessage(L"report", details));
 }
 
 Message PipeHost::Ask(Message const& request)
@@ -145,12 +145,7 @@ void PipeHost::AskLater(Message const& request, std::function<void(Message)> ans
 
 void PipeHost::Tell(Message const& words)
 {
-    m_channel->Send(MakeMessage(L"tell", words));
-    if (words.front() == L"close")
-    {
-        // Its caller may end right afterwards, and what is still to be written would end with it.
-        m_channel->Flush();
-    }
+    Say(MakeMessage(L"tell", words));
 }
 
 void PipeHost::Listen(std::function<void(Message const&)> listener)
@@ -234,15 +229,27 @@ void PipeHost::SetFaults(Message const& message)
     message.front() == L"fault" ? m_faults.Set(ParseFault(Rest(message, 1))) : m_faults.Clear();
 }
 
-// message: its second word is for the name of the request.
+// message: its second word is for the name of the request. The broker takes what is too large for gibberish, and would
+// hang up.
 void PipeHost::Send(Message message, Answered answered)
 {
+    if (!Fits(message))
+    {
+        answered({L"error", L"the request is too large"});
+        return;
+    }
     {
         std::lock_guard const lock(m_mutex);
         message[1] = std::to_wstring(++m_lastRequest);
         m_pending.emplace(message[1], std::move(answered));
     }
+    Say(message);
+}
+
+void PipeHost::Say(Message const& message)
+{
     m_channel->Send(message);
+    m_channel->Flush();
 }
 
 void PipeHost::Answer(Message message)

@@ -59,6 +59,10 @@ class PipeHost : public Host
     void Greeted(Greeting greeting);
     void SetFaults(Message const& message);
     void Send(Message message, Answered answered);
+
+    // Has left when it returns: the process may end right afterwards, and what still had to be written would be lost.
+    // Not on the connection's thread.
+    void Say(Message const& message);
     void Answer(Message message);
 
     Device const m_device;

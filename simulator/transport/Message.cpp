@@ -83,6 +83,16 @@ Message MakeMessage(std::wstring verb, std::vector<std::wstring> const& argument
     return message;
 }
 
+bool Fits(Message const& message)
+{
+    auto size = numberSize;
+    for (auto const& text : message)
+    {
+        size += numberSize + text.size() * sizeof(wchar_t);
+    }
+    return size <= largestMessage;
+}
+
 std::string Encode(Message const& message)
 {
     std::string body;

@@ -17,13 +17,19 @@ Message MakeMessage(std::wstring verb, std::vector<std::wstring> const& argument
 // numbers are 32 bits, little-endian.
 std::string Encode(Message const& message);
 
+// The largest message, in bytes behind the first number: far above anything that is sent (an app-service message of a
+// megabyte or so).
+constexpr std::size_t largestMessage = 64u << 20;
+
+// The longest text, in units, that leaves room for other words in its message, whoever passes it on.
+constexpr std::size_t longestText = (largestMessage - 65'536) / sizeof(wchar_t);
+
+bool Fits(Message const& message);
+
 // Puts messages together again from a stream of bytes that arrives in pieces of any size.
 class MessageDecoder
 {
   public:
-    // Far above anything that is sent (an app-service message of a megabyte or so).
-    static constexpr std::size_t largestMessage = 64u << 20;
-
     void Add(std::string_view bytes);
 
     // The next whole message, if there is one. Throws Error when the bytes are none that Encode makes; the stream is of

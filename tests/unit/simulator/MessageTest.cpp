@@ -54,6 +54,27 @@ TEST(Message, ThatIsCutGivesNothingYet)
     }
 }
 
+TEST(Message, OfTheLongestTextFitsWithOtherWords)
+{
+    sim::Message const message = {L"ask",        L"4294967295", L"send",
+                                  L"4294967295", L"caller",     std::wstring(sim::longestText, L'x')};
+    EXPECT_TRUE(sim::Fits(message));
+    sim::MessageDecoder decoder;
+    decoder.Add(sim::Encode(message));
+    EXPECT_EQ(decoder.Next(), message);
+}
+
+TEST(Message, FitsUpToTheSizeThatDecodersTake)
+{
+    constexpr std::size_t numbers = 2 * sizeof(std::uint32_t); // the count of texts, the length of the one
+    constexpr auto longest = (sim::largestMessage - numbers) / sizeof(wchar_t);
+    EXPECT_TRUE(sim::Fits({std::wstring(longest, L'x')}));
+    EXPECT_FALSE(sim::Fits({std::wstring(longest + 1, L'x')}));
+    sim::MessageDecoder decoder;
+    decoder.Add(sim::Encode({std::wstring(longest + 1, L'x')}));
+    EXPECT_THROW(decoder.Next(), sim::Error);
+}
+
 TEST(MessageDecoder, RefusesWhatIsNoMessage)
 {
     std::vector<std::string> const gibberish = {Number(0),                                   // no count
@@ -64,7 +85,7 @@ TEST(MessageDecoder, RefusesWhatIsNoMessage)
                                                 Number(8) + Number(0xFFFFFFFF) + Number(0),  // texts beyond the end
                                                 Number(12) + Number(1) + Number(0) + "more", // something left over
                                                 Number(0xFFFFFFFF),
-                                                Number(sim::MessageDecoder::largestMessage + 1)};
+                                                Number(sim::largestMessage + 1)};
     for (auto const& bytes : gibberish)
     {
         sim::MessageDecoder decoder;

@@ -83,6 +83,23 @@ TEST_F(PipeChannels, CarryAMessageLargerThanThePipe)
     EXPECT_EQ(Wait(m_serverInbox), sim::Message{L"(end)"});
 }
 
+// Many rounds: sent without waiting, it would have left by chance in some.
+TEST_F(PipeChannels, HaveSaidAllThatWasSentWhenTheyAreFlushed)
+{
+    auto const client = Open(std::move(m_clientPipe), m_clientInbox);
+    auto const size = sim::Encode({L"last words"}).size();
+    for (DWORD round = 1; round <= 500; ++round)
+    {
+        client->Send({L"last words"});
+        client->Flush();
+        DWORD arrived = 0;
+        ASSERT_TRUE(PeekNamedPipe(m_serverPipe.Get(), nullptr, 0, nullptr, &arrived, nullptr));
+        ASSERT_EQ(arrived, size * round);
+    }
+    client->Close();
+    EXPECT_EQ(Wait(m_clientInbox), sim::Message{L"(end)"});
+}
+
 TEST_F(PipeChannels, DoNotBlockWhoSendsToAnEndThatDoesNotRead)
 {
     auto const server = Open(std::move(m_serverPipe), m_serverInbox);
