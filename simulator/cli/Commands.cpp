@@ -117,7 +117,7 @@ int Settings(Words const&)
     auto const set = ReadSettings(SettingsFileIn(device.PackageDataFolder(family)));
     for (auto const& entry : ParseSet(set))
     {
-        WriteLine(std::wstring(entry.name) + L" (" + std::wstring(entry.type) + L"): " + std::wstring(entry.value));
+        WriteLine(std::wstring(entry.name) + L" (" + std::wstring(entry.type) + L"): " + ReadableValue(entry));
     }
     return 0;
 }

@@ -3,6 +3,8 @@
 #include "simulator/model/Error.h"
 #include "simulator/model/Text.h"
 
+#include <cstring>
+
 namespace sim
 {
 
@@ -40,6 +42,42 @@ std::wstring_view TakeText(std::wstring_view& list)
     }
     auto const text = list.substr(0, *length);
     list.remove_prefix(*length);
+    return text;
+}
+
+std::wstring PackBytes(std::string_view bytes)
+{
+    auto text = std::to_wstring(bytes.size()) + L':';
+    auto const start = text.size();
+    text.resize(start + (bytes.size() + 1) / sizeof(wchar_t));
+    std::memcpy(text.data() + start, bytes.data(), bytes.size());
+    return text;
+}
+
+std::string UnpackBytes(std::wstring_view text)
+{
+    auto const size = ParseNumber(TakeUntil(text, L':'));
+    if (!size || (*size + 1) / sizeof(wchar_t) != text.size())
+    {
+        throw Error(L"a value has another number of bytes than it says");
+    }
+    std::string bytes(*size, '\0');
+    std::memcpy(bytes.data(), text.data(), bytes.size());
+    return bytes;
+}
+
+std::wstring ReadableValue(SetEntry const& entry)
+{
+    if (!entry.type.ends_with(L"[]") || entry.type == L"String[]")
+    {
+        return std::wstring(entry.value);
+    }
+    std::wstring text;
+    for (auto const byte : UnpackBytes(entry.value))
+    {
+        text += L"0123456789ABCDEF"[static_cast<unsigned char>(byte) >> 4];
+        text += L"0123456789ABCDEF"[static_cast<unsigned char>(byte) & 0xF];
+    }
     return text;
 }
 

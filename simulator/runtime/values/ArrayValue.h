@@ -28,9 +28,11 @@ constexpr Foundation::PropertyType ArrayTypeOf()
 
 // An array as a value. The getters of all other types fail with TYPE_E_TYPEMISMATCH.
 template <typename T>
-struct ArrayValue : winrt::implements<ArrayValue<T>, Foundation::IPropertyValue>
+struct ArrayValue : winrt::implements<ArrayValue<T>, Foundation::IReferenceArray<T>, Foundation::IPropertyValue>
 {
     explicit ArrayValue(winrt::array_view<T const> values) : m_values(values.begin(), values.end()) {}
+
+    winrt::com_array<T> Value() const { return {m_values.begin(), m_values.end()}; }
 
     Foundation::PropertyType Type() const noexcept { return ArrayTypeOf<T>(); }
 
@@ -88,7 +90,7 @@ struct ArrayValue : winrt::implements<ArrayValue<T>, Foundation::IPropertyValue>
     {
         if constexpr (std::is_same_v<T, U>)
         {
-            values = winrt::com_array<U>(m_values.begin(), m_values.end());
+            values = Value();
         }
         else
         {

@@ -7,7 +7,9 @@
 #include "simulator/runtime/values/ScalarText.h"
 #include "simulator/runtime/values/ValueSet.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <tuple>
 #include <windows.h>
 
@@ -54,28 +56,59 @@ constexpr std::tuple scalarTypes = {
     ScalarType<Foundation::Rect>{L"Rect"},
 };
 
+// Arrays of texts are lists; all others travel as they lie in memory.
 template <typename T>
-std::wstring ListText(IPropertyValue const& value)
+std::wstring ArrayText(IPropertyValue const& value)
 {
-    std::wstring list;
-    for (auto const& element : ArrayOf<T>(value))
+    auto const array = ArrayOf<T>(value);
+    if constexpr (!std::is_same_v<T, winrt::hstring>)
     {
-        AppendText(list, ScalarText(element));
+        static_assert(std::is_trivially_copyable_v<T>);
+        return PackBytes({reinterpret_cast<char const*>(array.data()), array.size() * sizeof(T)});
     }
-    return list;
+    else
+    {
+        std::wstring list;
+        for (auto const& element : array)
+        {
+            AppendText(list, element);
+        }
+        return list;
+    }
+}
+
+IInspectable ArrayOfTexts(std::wstring_view list)
+{
+    std::vector<winrt::hstring> values;
+    while (!list.empty())
+    {
+        values.emplace_back(TakeText(list));
+    }
+    return winrt::make<ArrayValue<winrt::hstring>>(winrt::array_view<winrt::hstring const>(values));
 }
 
 template <typename T>
-IInspectable ArrayFrom(std::wstring_view list)
+IInspectable ArrayFrom(std::wstring_view text)
 {
-    std::vector<T> values;
-    while (!list.empty())
+    if constexpr (std::is_same_v<T, winrt::hstring>)
     {
-        values.push_back(ScalarFrom<T>(TakeText(list)));
+        return ArrayOfTexts(text);
     }
-    // vector<bool> is no array.
-    winrt::com_array<T> const array(values.begin(), values.end());
-    return winrt::make<ArrayValue<T>>(winrt::array_view<T const>(array.data(), array.size()));
+    else
+    {
+        auto bytes = UnpackBytes(text);
+        if (bytes.size() % sizeof(T) != 0)
+        {
+            throw winrt::hresult_invalid_argument();
+        }
+        if constexpr (std::is_same_v<T, bool>)
+        {
+            std::ranges::replace_if(bytes, [](char byte) { return byte != 0; }, '\1'); // no other bool is one
+        }
+        winrt::com_array<T> array(static_cast<std::uint32_t>(bytes.size() / sizeof(T)));
+        std::memcpy(array.data(), bytes.data(), bytes.size());
+        return winrt::make<ArrayValue<T>>(winrt::array_view<T const>(array.data(), array.size()));
+    }
 }
 
 // Whether the value is of this type or an array of it; then `text` is its text.
@@ -90,7 +123,7 @@ bool TryText(ScalarType<T> const& scalar, IPropertyValue const& value, ValueText
     }
     if (type == ArrayTypeOf<T>())
     {
-        text = {std::wstring(scalar.name) + std::wstring(arraySuffix), ListText<T>(value)};
+        text = {std::wstring(scalar.name) + std::wstring(arraySuffix), ArrayText<T>(value)};
         return true;
     }
     return false;

@@ -154,6 +154,18 @@ TEST_F(Values, MayBeArrays)
     EXPECT_TRUE(std::ranges::equal(values, std::vector<winrt::hstring>{L"a", L"b"}));
 }
 
+TEST_F(Values, ThatAreArraysAreReferencesToThem)
+{
+    using winrt::Windows::Foundation::IReferenceArray;
+    auto const bytes = PropertyValue::CreateUInt8Array({1, 2, 3});
+    EXPECT_TRUE(std::ranges::equal(bytes.as<IReferenceArray<std::uint8_t>>().Value(), std::vector{1, 2, 3}));
+    EXPECT_FALSE(bytes.try_as<IReferenceArray<std::int32_t>>());
+    EXPECT_EQ(winrt::get_class_name(bytes), L"Windows.Foundation.IReferenceArray`1<UInt8>");
+    auto const flags = PropertyValue::CreateBooleanArray({true, false}).as<IReferenceArray<bool>>().Value();
+    EXPECT_TRUE(std::ranges::equal(flags, std::vector{true, false}));
+    EXPECT_EQ(PropertyValue::CreateInspectableArray({nullptr}).as<IReferenceArray<IInspectable>>().Value().size(), 1u);
+}
+
 TEST_F(Values, FailOnRequest)
 {
     host.SetFault(L"PropertyValue.CreateString now 0x80004005 1");

@@ -96,6 +96,24 @@ TEST_F(ValueTexts, TellArrays)
     EXPECT_EQ(TravelledArray<bool>(PropertyValue::CreateBooleanArray({true, false})), (std::vector<bool>{true, false}));
     EXPECT_EQ(TravelledArray<double>(PropertyValue::CreateDoubleArray({0.1, 2.0})), (std::vector{0.1, 2.0}));
     EXPECT_TRUE(TravelledArray<Rect>(PropertyValue::CreateRectArray({})).empty());
+    EXPECT_EQ(TravelledArray<std::uint8_t>(PropertyValue::CreateUInt8Array({1, 2, 3})),
+              (std::vector<std::uint8_t>{1, 2, 3}));
+    EXPECT_EQ(TravelledArray<char16_t>(PropertyValue::CreateChar16Array({u'\0', u'\xD83D'})),
+              (std::vector<char16_t>{u'\0', u'\xD83D'}));
+    EXPECT_EQ(TravelledArray<DateTime>(PropertyValue::CreateDateTimeArray({DateTime(TimeSpan(5))})),
+              std::vector{DateTime(TimeSpan(5))});
+}
+
+TEST_F(ValueTexts, OfArraysAreAsLargeAsTheirBytes)
+{
+    constexpr std::size_t size = 1 << 20;
+    std::vector<std::uint8_t> const bytes(size, 0xAB);
+    auto const text = sim::TextOfValue(PropertyValue::CreateUInt8Array(bytes));
+    EXPECT_EQ(text.type, L"UInt8[]");
+    EXPECT_EQ(text.text.size(), std::wstring(L"1048576:").size() + size / sizeof(wchar_t));
+    std::vector<double> const numbers(1000);
+    EXPECT_EQ(sim::TextOfValue(PropertyValue::CreateDoubleArray(numbers)).text.size(),
+              std::wstring(L"8000:").size() + 8000 / sizeof(wchar_t));
 }
 
 TEST_F(ValueTexts, TellNullAndSetsInSets)
@@ -129,8 +147,10 @@ TEST_F(ValueTexts, OfWhatCannotTravelAreNone)
 
 TEST_F(ValueTexts, AreRefusedWhenTheyAreNone)
 {
-    for (auto const* const text : {L"x", L"4:abc", L"3:abc", L"3:abc String", L"3:abcString 1:x", L"1:a Int32 1:x",
-                                   L"1:a Strings 1:x", L"1:a Guid 2:00", L"1:a Single 8:0000000G", L"1:a Int32[] 1:5"})
+    for (auto const* const text :
+         {L"x", L"4:abc", L"3:abc", L"3:abc String", L"3:abcString 1:x", L"1:a Int32 1:x", L"1:a Strings 1:x",
+          L"1:a Guid 2:00", L"1:a Single 8:0000000G", L"1:a Int32[] 1:5", L"1:a UInt8[] 3:3:x", L"1:a UInt8[] 4:2:xy",
+          L"1:a Int32[] 3:2:x", L"1:a String[] 1:x"})
     {
         EXPECT_EQ(FailureOf([&] { sim::SetFrom(text); }), E_INVALIDARG) << std::wstring(text).size();
     }
@@ -148,4 +168,7 @@ TEST(SetText, IsReadByPeople)
     EXPECT_EQ(entries[0].value, L"https://x");
     EXPECT_TRUE(sim::ParseSet(L"").empty());
     EXPECT_THROW(sim::ParseSet(L"4:CUR"), sim::Error);
+    EXPECT_EQ(sim::ReadableValue(entries[0]), L"https://x");
+    auto const bytes = sim::PackBytes("\x01\xFE\x7F");
+    EXPECT_EQ(sim::ReadableValue({L"Bytes", L"UInt8[]", bytes}), L"01FE7F");
 }
