@@ -1,5 +1,6 @@
 #pragma once
 #include "simulator/model/Fault.h"
+#include "simulator/runtime/CancellableOperation.h"
 #include "simulator/runtime/StruckOperation.h"
 
 #include <cstdint>
@@ -34,7 +35,8 @@ class AsyncFault
         {
             return winrt::make<StruckOperation<Operation>>(std::move(operation), m_fault->Result());
         }
-        return m_fault && m_fault->kind == FaultKind::Ended ? Ended(operation) : operation;
+        return m_fault && m_fault->kind == FaultKind::Ended ? Ended(operation)
+                                                            : CancellableOperation<Operation>::Of(operation);
     }
 
     // The operation awaits it first: it fails, is cancelled or never goes on if it is to. Agile.

@@ -19,9 +19,14 @@ class WaitingEvent
     // Raises the event by calling Call.
     using Raise = std::function<void(Owner&)>;
 
-    // What has waited is raised now, in its order, on a thread of the system's pool.
+    // What has waited is raised now, in its order, on a thread of the system's pool. Throws hresult_error E_INVALIDARG
+    // for null.
     winrt::event_token Add(Delegate const& handler, Owner& owner)
     {
+        if (!handler)
+        {
+            throw winrt::hresult_invalid_argument();
+        }
         std::lock_guard const lock(m_mutex);
         auto const token = m_event.add(handler);
         if (!m_waiting.empty())

@@ -29,13 +29,13 @@ AppServiceConnection::Response ResponseOf(std::int32_t status, std::wstring cons
 } // namespace
 
 // Keeps a connection while it is being opened, and sees to what becomes of it.
-class AppServiceConnection::RefusedUnlessOpened
+class AppServiceConnection::UnopenedUnlessOpened
 {
   public:
-    explicit RefusedUnlessOpened(AppServiceConnection& connection) : m_connection(connection.get_strong()) {}
-    RefusedUnlessOpened(RefusedUnlessOpened const&) = delete;
-    RefusedUnlessOpened& operator=(RefusedUnlessOpened const&) = delete;
-    ~RefusedUnlessOpened() { m_connection->EndOpening(); }
+    explicit UnopenedUnlessOpened(AppServiceConnection& connection) : m_connection(connection.get_strong()) {}
+    UnopenedUnlessOpened(UnopenedUnlessOpened const&) = delete;
+    UnopenedUnlessOpened& operator=(UnopenedUnlessOpened const&) = delete;
+    ~UnopenedUnlessOpened() { m_connection->EndOpening(); }
 
   private:
     winrt::com_ptr<AppServiceConnection> m_connection;
@@ -98,7 +98,7 @@ Foundation::IAsyncOperation<AppServiceConnectionStatus> AppServiceConnection::Op
 
 Foundation::IAsyncOperation<AppServiceConnectionStatus> AppServiceConnection::Open(AsyncFault fault)
 {
-    RefusedUnlessOpened const self(*this);
+    UnopenedUnlessOpened const self(*this);
     co_await winrt::resume_agile(fault.Begin());
     if (auto const status = fault.Status())
     {
@@ -142,6 +142,11 @@ Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection
     if (!m_host.IsCurrent())
     {
         co_return ResponseOf(static_cast<std::int32_t>(AppServiceResponseStatus::Failure), {});
+    }
+    if (set.size() > longestText)
+    {
+        co_await winrt::resume_background();
+        co_return ResponseOf(static_cast<std::int32_t>(AppServiceResponseStatus::MessageSizeTooLarge), {});
     }
     Message question = {L"send", m_connection, m_end, std::move(set)};
     auto const answer = co_await Asking(std::move(question));
@@ -228,7 +233,7 @@ void AppServiceConnection::EndOpening()
     std::lock_guard const lock(m_mutex);
     if (m_state == State::Opening)
     {
-        m_state = State::Refused;
+        m_state = State::Unopened; // and may be tried again
     }
 }
 

@@ -40,7 +40,7 @@ struct AppServiceConnection : winrt::implements<AppServiceConnection, Platform::
     winrt::hstring PackageFamilyName() const;
     void PackageFamilyName(winrt::hstring const& value);
 
-    // Once, on an end that is not open.
+    // On an end that is not open; again after a failure.
     Foundation::IAsyncOperation<OpenStatus> OpenAsync();
 
     // Ends when the other end has done with the message. Throws RO_E_CLOSED after Close, E_ILLEGAL_METHOD_CALL when it
@@ -73,11 +73,10 @@ struct AppServiceConnection : winrt::implements<AppServiceConnection, Platform::
         Unopened,
         Opening,
         Open,
-        Refused, // could not be opened
         Closed
     };
 
-    class RefusedUnlessOpened;
+    class UnopenedUnlessOpened;
 
     Foundation::IAsyncOperation<OpenStatus> Open(AsyncFault fault);
     Foundation::IAsyncOperation<Response> Send(AsyncFault fault, std::wstring set);

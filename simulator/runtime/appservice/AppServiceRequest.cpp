@@ -24,6 +24,11 @@ Foundation::IAsyncOperation<Status> Respond(std::shared_ptr<PendingRequest> requ
     {
         co_return Status::Failure;
     }
+    if (set.size() > longestText)
+    {
+        co_await winrt::resume_background();
+        co_return Status::MessageSizeTooLarge;
+    }
     Message question = {L"respond", request->Id(), std::move(set)};
     auto const answer = co_await Asking(std::move(question));
     co_await winrt::resume_agile(fault.End());

@@ -5,6 +5,7 @@
 
 using namespace test;
 using winrt::Windows::Foundation::AsyncStatus;
+using winrt::Windows::Foundation::PropertyValue;
 
 namespace
 {
@@ -12,6 +13,7 @@ namespace
 constexpr auto fail = static_cast<std::int32_t>(0x80004005);
 constexpr auto closed = static_cast<std::int32_t>(0x80000013);
 constexpr auto illegalCall = static_cast<std::int32_t>(0x8000000E);
+constexpr auto illegalAssignment = static_cast<std::int32_t>(0x80000018);
 constexpr auto unsupported = static_cast<std::int32_t>(0x8007065E);
 
 class ConnectedApps : public ServiceApp
@@ -31,6 +33,13 @@ class ConnectedApps : public ServiceApp
     {
         return winrt::unbox_value<winrt::hstring>(
             connection.SendMessageAsync(SetOf(L"Text", text)).get().Message().Lookup(L"Text"));
+    }
+
+    // Larger than any message.
+    static ValueSet TooLarge()
+    {
+        std::vector<std::uint8_t> const bytes(sim::largestMessage);
+        return SetOf({{L"Bytes", PropertyValue::CreateUInt8Array(bytes)}});
     }
 
     std::size_t CountOf(std::wstring_view kind) const
@@ -253,6 +262,85 @@ TEST_F(ConnectedApps, CarryAMegabyte)
     EXPECT_EQ(Sent(Open(), text.c_str()), text);
 }
 
+TEST_F(ConnectedApps, CarryAMegabyteOfBytes)
+{
+    Echo();
+    std::vector<std::uint8_t> bytes(1 << 20);
+    std::ranges::generate(bytes, [byte = std::uint8_t{}]() mutable { return byte += 7; });
+    auto const response = Open().SendMessageAsync(SetOf({{L"Bytes", PropertyValue::CreateUInt8Array(bytes)}})).get();
+    winrt::com_array<std::uint8_t> got;
+    response.Message().Lookup(L"Bytes").as<winrt::Windows::Foundation::IPropertyValue>().GetUInt8Array(got);
+    EXPECT_TRUE(std::ranges::equal(got, bytes));
+}
+
+TEST_F(ConnectedApps, GetNoMessageThatIsTooLarge)
+{
+    std::atomic<int> requests = 0;
+    onRequest = [&](auto&&...) { ++requests; };
+    auto const connection = Open();
+    auto const response = connection.SendMessageAsync(TooLarge()).get();
+    EXPECT_EQ(response.Status(), AppServiceResponseStatus::MessageSizeTooLarge);
+    EXPECT_EQ(response.Message().Size(), 0u);
+    EXPECT_EQ(connection.SendMessageAsync(ValueSet()).get().Status(), AppServiceResponseStatus::Success);
+    EXPECT_EQ(requests, 1);
+}
+
+TEST_F(ConnectedApps, GiveNoResponseThatIsTooLarge)
+{
+    std::vector<AppServiceResponseStatus> statuses;
+    onRequest = [&](auto&&, Args const& args) {
+        auto const deferral = args.GetDeferral();
+        statuses.push_back(args.Request().SendResponseAsync(TooLarge()).get());
+        statuses.push_back(args.Request().SendResponseAsync(SetOf(L"Text", L"small")).get());
+        deferral.Complete();
+    };
+    EXPECT_EQ(Sent(Open(), L"x"), L"small");
+    EXPECT_EQ(statuses,
+              (std::vector{AppServiceResponseStatus::MessageSizeTooLarge, AppServiceResponseStatus::Success}));
+}
+
+TEST_F(ConnectedApps, MayHaveTheirSendsCancelledAtOnce)
+{
+    AppServiceDeferral deferral{nullptr};
+    onRequest = [&](auto&&, Args const& args) { deferral = args.GetDeferral(); };
+    auto const connection = Open();
+    auto const sending = connection.SendMessageAsync(ValueSet());
+    host.WaitUntilQuiet();
+    sim::Handle const completed(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    sending.Completed([&, caller = GetCurrentThreadId()](auto&&, AsyncStatus status) {
+        EXPECT_NE(GetCurrentThreadId(), caller);
+        EXPECT_EQ(status, AsyncStatus::Canceled);
+        SetEvent(completed.Get());
+    });
+    sending.Cancel();
+    EXPECT_EQ(sending.Status(), AsyncStatus::Canceled);
+    constexpr DWORD limitMilliseconds = 10'000;
+    ASSERT_EQ(WaitForSingleObject(completed.Get(), limitMilliseconds), WAIT_OBJECT_0)
+        << "it is cancelled, and still waits for the response";
+    EXPECT_THROW(sending.GetResults(), winrt::hresult_canceled);
+    EXPECT_EQ(sending.ErrorCode(), winrt::hresult_canceled().code());
+    deferral.Complete(); // what it ends with now is nobody's
+    host.WaitUntilQuiet();
+    EXPECT_EQ(sending.Status(), AsyncStatus::Canceled);
+    EXPECT_EQ(FailureOf([&] { sending.Completed([](auto&&...) {}); }), illegalAssignment);
+    sending.Cancel(); // once more does nothing
+    auto const next = connection.SendMessageAsync(ValueSet());
+    host.WaitUntilQuiet();
+    deferral.Complete();
+    EXPECT_EQ(next.get().Status(), AppServiceResponseStatus::Success);
+    next.Cancel(); // too late
+    EXPECT_EQ(next.Status(), AsyncStatus::Completed);
+}
+
+TEST_F(ConnectedApps, CanBeCancelledEvenIfTheyWouldNeverComplete)
+{
+    auto const connection = Open();
+    host.SetFault(L"AppServiceConnection.SendMessageAsync never");
+    auto const sending = connection.SendMessageAsync(ValueSet());
+    sending.Cancel();
+    EXPECT_THROW(sending.get(), winrt::hresult_canceled);
+}
+
 TEST_F(ConnectedApps, LeaveNothingBehindOfManyRequests)
 {
     onRequest = [](AppServiceConnection const& connection, Args const& args) {
@@ -339,8 +427,30 @@ TEST_F(ConnectedApps, AreFoundByNameAndFamily)
     auto const noApp = NewConnection();
     noApp.PackageFamilyName(L"Nobody.App_0123456789abc");
     EXPECT_EQ(noApp.OpenAsync().get(), AppServiceConnectionStatus::AppNotInstalled);
-    EXPECT_EQ(FailureOf([&] { noApp.OpenAsync(); }), illegalCall);
     EXPECT_EQ(FailureOf([&] { noApp.SendMessageAsync(ValueSet()); }), illegalCall);
+}
+
+TEST_F(ConnectedApps, MayBeTriedAgainAfterAFailure)
+{
+    Echo();
+    auto const connection = NewConnection();
+    auto const name = connection.AppServiceName();
+    connection.AppServiceName(L"com.velmo.nothing");
+    EXPECT_EQ(connection.OpenAsync().get(), AppServiceConnectionStatus::AppServiceUnavailable);
+    connection.AppServiceName(name);
+    EXPECT_EQ(connection.OpenAsync().get(), AppServiceConnectionStatus::Success);
+    EXPECT_EQ(Sent(connection, L"hello"), L"hello");
+}
+
+TEST_F(ConnectedApps, TakeNoNullForAHandler)
+{
+    auto const connection = NewConnection();
+    EXPECT_EQ(FailureOf([&] { connection.RequestReceived(nullptr); }), E_INVALIDARG);
+    EXPECT_EQ(FailureOf([&] { connection.ServiceClosed(nullptr); }), E_INVALIDARG);
+    onActivated = [](IBackgroundTaskInstance const& instance) {
+        EXPECT_EQ(FailureOf([&] { instance.Canceled(nullptr); }), E_INVALIDARG);
+    };
+    EXPECT_EQ(connection.OpenAsync().get(), AppServiceConnectionStatus::Success);
 }
 
 TEST_F(ConnectedApps, TakeNoMessageFromAConnectionThatIsNotOpen)

@@ -1,0 +1,130 @@
+#pragma once
+#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/RunOnPool.h"
+
+#include <mutex>
+#include <utility>
+#include <winrt/Windows.Foundation.h>
+
+namespace sim
+{
+
+// An asynchronous operation that ends as the one behind it does, or with its cancellation: at once, whatever the one
+// behind it still waits for. Any thread.
+template <typename Operation>
+struct CancellableOperation : winrt::implements<CancellableOperation<Operation>, Operation, Foundation::IAsyncInfo>
+{
+    using AsyncStatus = Foundation::AsyncStatus;
+    using Handler = decltype(std::declval<Operation>().Completed());
+
+    // Of an operation whose completion nobody has asked for.
+    static Operation Of(Operation const& operation)
+    {
+        auto const made = winrt::make_self<CancellableOperation>(operation);
+        operation.Completed([made](auto const&, AsyncStatus status) { made->End(status); });
+        return *made;
+    }
+
+    explicit CancellableOperation(Operation operation) : m_operation(std::move(operation)) {}
+
+    void Completed(Handler const& handler)
+    {
+        {
+            std::lock_guard const lock(m_mutex);
+            if (std::exchange(m_handlerWasSet, true))
+            {
+                throw winrt::hresult_illegal_delegate_assignment();
+            }
+            if (m_status == AsyncStatus::Started)
+            {
+                m_handler = winrt::impl::make_agile_delegate(handler);
+                return;
+            }
+        }
+        Call(handler);
+    }
+
+    Handler Completed() const
+    {
+        std::lock_guard const lock(m_mutex);
+        return m_handler;
+    }
+
+    auto GetResults() const
+    {
+        auto const status = Status();
+        if (status == AsyncStatus::Started)
+        {
+            throw winrt::hresult_illegal_method_call();
+        }
+        return status == AsyncStatus::Canceled ? throw winrt::hresult_canceled() : m_operation.GetResults();
+    }
+
+    std::uint32_t Id() const { return m_operation.Id(); }
+
+    AsyncStatus Status() const
+    {
+        std::lock_guard const lock(m_mutex);
+        return m_status;
+    }
+
+    winrt::hresult ErrorCode() const
+    {
+        return Status() == AsyncStatus::Canceled ? winrt::hresult_canceled().code() : m_operation.ErrorCode();
+    }
+
+    // The handler is called where completions arrive.
+    void Cancel()
+    {
+        Handler handler;
+        {
+            std::lock_guard const lock(m_mutex);
+            if (m_status != AsyncStatus::Started)
+            {
+                return;
+            }
+            m_status = AsyncStatus::Canceled;
+            handler = std::exchange(m_handler, nullptr);
+        }
+        m_operation.Cancel();
+        if (handler)
+        {
+            RunOnPool([self = this->get_strong(), handler] { self->Call(handler); });
+        }
+    }
+
+    void Close() const { m_operation.Close(); }
+
+  private:
+    void End(AsyncStatus status)
+    {
+        Handler handler;
+        {
+            std::lock_guard const lock(m_mutex);
+            if (m_status != AsyncStatus::Started)
+            {
+                return;
+            }
+            m_status = status;
+            handler = std::exchange(m_handler, nullptr);
+        }
+        Call(handler);
+    }
+
+    // Its failure stays its own.
+    void Call(Handler const& handler)
+    {
+        if (handler)
+        {
+            winrt::impl::invoke(handler, static_cast<Operation>(*this), Status());
+        }
+    }
+
+    Operation const m_operation;
+    mutable std::mutex m_mutex; // over all that follows
+    AsyncStatus m_status = AsyncStatus::Started;
+    bool m_handlerWasSet = false;
+    Handler m_handler{nullptr};
+};
+
+} // namespace sim
