@@ -45,6 +45,9 @@ void Compile()
 #ifdef ObjectFromNew
     new Thing;
 #endif
+#ifdef FinalImplementation
+    make<LastThing>();
+#endif
 #ifdef NoImplementation
     make<NoThing>();
 #endif
@@ -67,7 +70,7 @@ void Compile()
     hstring const fromView = std::wstring_view(L"view");
 #endif
 #ifdef ArgumentFromNull
-    box_value(nullptr);
+    param::hstring const argument(nullptr);
 #endif
 #ifdef CodeOfTheSystem
     check_hresult(S_OK);

@@ -24,7 +24,7 @@ REFUSED = {
     "StringComparedWithNull": "nullptr_t",
     "StringJoinedWithNull": "operator+",
     "StringFromAViewByItself": "hstring",
-    "ArgumentFromNull": "box_value",
+    "ArgumentFromNull": "nullptr_t",
     "CodeOfTheSystem": "S_OK",
     "IdOfTheSystem": "_GUID",
 }
