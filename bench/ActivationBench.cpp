@@ -77,12 +77,16 @@ class Pushes
     std::unique_ptr<sim::BrokerClient> m_broker;
 };
 
+int Repetitions()
+{
+    return bench::IsShort() ? 2 : 20;
+}
+
 template <typename Operation>
 void Show(char const* name, Operation operation)
 {
-    constexpr int repetitions = 20;
     std::vector<double> times;
-    for (int repetition = 0; repetition < repetitions; ++repetition)
+    for (int repetition = 0; repetition < Repetitions(); ++repetition)
     {
         times.push_back(operation());
     }
@@ -106,11 +110,11 @@ try
     Pushes pushes{sim::Device(home)};
     Run(helper, L"register", package);
     pushes.WaitFor(L"task-completed"); // the helper's own
-    std::printf("\npush to the task's completion, processes and all, 20 times\n  %-34s %9s %21s\n", "", "median us",
-                "middle half      ");
+    std::printf("\npush to the task's completion, processes and all, %d times\n  %-34s %9s %21s\n", Repetitions(), "",
+                "median us", "middle half      ");
     Show("to a running app", [&] { return pushes.Push(); });
     Show("to an app that does not run", [&] { return pushes.PushToNoProcess(); });
-    return 0;
+    return bench::Conclude("activation", true);
 }
 catch (sim::Error const& error)
 {

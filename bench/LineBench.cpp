@@ -114,7 +114,8 @@ bool CompareLines(std::wstring const& folder, std::size_t length, double limit)
     Floor const floor(folder, message);
     bench::SpdlogPeer peer(ToUtf8(folder).value() + "peer.log");
     auto const title = "A line with a message of " + std::to_string(length) + " characters, in blocks of " +
-                       std::to_string(linesPerBlock) + " lines by turns, " + std::to_string(rounds) + " rounds";
+                       std::to_string(linesPerBlock) + " lines by turns, " + std::to_string(bench::Rounds(rounds)) +
+                       " rounds";
     return bench::Compare(
         title.c_str(),
         {{"floor: the five bare calls", bench::Timed([&] { floor.WriteLine(); })},
@@ -128,7 +129,8 @@ bool MeasureWhatALineComputes()
 {
     constexpr int linesPerBlock = 1'000, rounds = 200;
     std::wstring const message(100, L'x');
-    std::printf("\nWithout input and output, median and middle half of %d blocks of %d lines\n", rounds, linesPerBlock);
+    std::printf("\nWithout input and output, median and middle half of %d blocks of %d lines\n", bench::Rounds(rounds),
+                linesPerBlock);
     LeaveInputAndOutputOut();
     auto const below =
         bench::Measure({"AppLog below the threshold", bench::Timed([] { LogLine(20, L"%ls", L"not written"); })}, 100,
@@ -166,5 +168,5 @@ int wmain(int count, wchar_t** arguments)
     std::printf(
         "  * takes no lock between processes and writes half the bytes: not the same work, for comparison only\n");
     auto const computing = MeasureWhatALineComputes();
-    return shortLines && longLines && computing ? 0 : 1;
+    return bench::Conclude("line", shortLines && longLines && computing);
 }

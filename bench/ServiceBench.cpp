@@ -84,7 +84,7 @@ bool CompareServices(Service& service, zant::LogFunction log)
     auto const product = service.Apart(Product);
     auto const withLog = service.Apart(Product, log);
     auto const title = " (request to message), in blocks of " + std::to_string(tripsPerBlock) + " by turns, " +
-                       std::to_string(rounds) + " rounds";
+                       std::to_string(bench::Rounds(rounds)) + " rounds";
     bench::Compare(("\"GetChannelUri\"" + title).c_str(),
                    {{"floor: null service", service.Apart(Null)},
                     {"the same platform calls, plain", service.Apart(Plain)},
@@ -102,7 +102,7 @@ bool CompareServices(Service& service, zant::LogFunction log)
 void MeasureInARow(Service& service, zant::LogFunction log)
 {
     using enum bench::ServiceApp::Service;
-    constexpr int requests = 1'000;
+    auto const requests = bench::IsShort() ? 20 : 1'000;
     std::printf("\n%d requests in a row, each sent when the former one is completed\n  %-34s %9s %9s %9s\n", requests,
                 "", "per s", "median us", "p99 us");
     auto const show = [&](char const* name, Service::Series const& series) {
@@ -131,5 +131,5 @@ int wmain(int count, wchar_t** arguments)
     auto const holds = CompareServices(service, log);
     std::printf("  * the difference of two blocks; the seven lines until the message is sent\n");
     MeasureInARow(service, log);
-    return holds ? 0 : 1;
+    return bench::Conclude("service", holds);
 }

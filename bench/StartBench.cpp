@@ -22,5 +22,5 @@ int wmain(int argc, wchar_t** argv)
                        {{"bare app, one line", [&](int starts) { return meter.Measure(bareApp, starts); }},
                         {"the product, its banner", [&](int starts) { return meter.Measure(product, starts); }, 1.15}},
                        1, 150);
-    return holds ? 0 : 1;
+    return bench::Conclude("start", holds);
 }

@@ -7,8 +7,11 @@ if(WIN32)
         # A failure names its file as the person's shell does: with this machine's slashes, not with those of Windows.
         target_compile_options(googletest PUBLIC -fno-file-reproducible)
     endif()
-    # Started by ctest, and by hand from the build folder, through Wine with this build's own prefix.
-    set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_SOURCE_DIR}/cmake/wine-run ${PROJECT_BINARY_DIR}/prefix)
+    # Started by ctest, and by hand from the build folder, through Wine with this build's own prefix. A test passes only
+    # with the closing line of its kind.
+    set(wine_run ${PROJECT_SOURCE_DIR}/cmake/wine-run)
+    set(wine_prefix ${PROJECT_BINARY_DIR}/prefix)
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${wine_run} --demand test ${wine_prefix})
 endif()
 if(NOT WIN32)
     # On Linux a test needs no more support than a main.

@@ -42,6 +42,9 @@ int main(int argc, char** argv)
     if (!testing::GTEST_FLAG(list_tests))
     {
         StartWatchdog();
+        return RUN_ALL_TESTS();
     }
-    return RUN_ALL_TESTS();
+    auto const result = RUN_ALL_TESTS();
+    std::printf("The list of tests is complete.\n"); // what cuts a list short would leave tests out unnoticed
+    return result;
 }
