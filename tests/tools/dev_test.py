@@ -1,0 +1,275 @@
+"""./dev: what it refuses, whom it lets wait, what it ends. In a copy of the scripts, with stand-ins for the build tools."""
+
+import os
+import re
+import shutil
+import signal
+import subprocess
+import unittest
+
+import support
+
+COMMANDS = ["run", "test", "build", "package", "bench", "fuzz", "check", "coverage", "sim", "helper", "clean"]
+
+WRONG_CALLS = [
+    *("nothing", "run it", "test --all", "test A B", "build release", "build product gcc", "bench walk"),
+    *("bench line start", "fuzz long", "fuzz 0", "check --mend", "coverage all", "clean --dry", "package --all"),
+]
+
+# What stands in for cmake: configures a folder, and builds as the test says in build-step.
+CMAKE = """#!/usr/bin/env bash
+set -euo pipefail
+cd {clone}
+case $1 in
+--preset)
+    echo "configured $2" >>calls
+    mkdir -p build/$2
+    printf 'CMAKE_HOME_DIRECTORY:INTERNAL=%s\\n' "$PWD" >build/$2/CMakeCache.txt
+    : >build/$2/build.ninja
+    ;;
+--build)
+    echo "built $3" >>calls
+    . ./build-step
+    ;;
+esac
+"""
+
+CTEST = """#!/usr/bin/env bash
+case " $* " in
+*" --show-only "*) echo "Total Tests: 0" ;;
+*) exit 1 ;;
+esac
+"""
+
+# What stands in for Wine.
+WINE_RUN = """#!/usr/bin/env bash
+echo "wine-run ${@:2}"
+"""
+
+
+class DevTest(support.ScriptTest):
+    def setUp(self):
+        super().setUp()
+        self.clone = self.folder / "clone"
+        self.tools = self.folder / "bin"
+        self.tools.mkdir()
+        self.make_clone(self.clone)
+        self.environment = os.environ | {"PATH": f"{self.tools}:{os.environ['PATH']}", "VELMO_PROGRESS_SECONDS": "0.05"}
+
+    def make_clone(self, clone):
+        clone.mkdir()
+        for part in ("dev", "tools", "cmake", "bench", "package"):
+            source = support.ROOT / part
+            (shutil.copytree if source.is_dir() else shutil.copy)(source, clone / part)
+        self.script(clone / "build-step", "")
+        self.script(clone / "cmake" / "wine-run", WINE_RUN)
+        self.script(self.tools / "cmake", CMAKE.format(clone=clone))
+        self.script(self.tools / "ctest", CTEST)
+
+    def script(self, path, text):
+        path.write_text(text)
+        path.chmod(0o755)
+
+    def build_step(self, text):
+        (self.clone / "build-step").write_text(text)
+
+    def calls(self):
+        calls = self.clone / "calls"
+        return calls.read_text().splitlines() if calls.exists() else []
+
+    def start_dev(self, *arguments):
+        return self.start(self.clone / "dev", *arguments, env=self.environment)
+
+    def dev(self, *arguments):
+        """(exit code, output)"""
+        process = self.start_dev(*arguments)
+        output = process.stdout.read()
+        return process.wait(support.LIMIT), output
+
+
+class Calls(DevTest):
+    def test_every_command_has_help_and_does_nothing_else_for_it(self):
+        for name in COMMANDS:
+            with self.subTest(name):
+                code, output = self.dev(name, "--help")
+                self.assertEqual(0, code, output)
+                self.assertRegex(output, rf"^  {name} ")
+                self.assertFalse((self.clone / "build").exists())
+
+    def test_the_table_lists_every_command(self):
+        code, output = self.dev()
+        self.assertEqual(0, code)
+        self.assertEqual(COMMANDS, re.findall(r"^  ([a-z]+) ", output, re.MULTILINE))
+
+    def test_what_is_not_known_is_refused_with_a_sentence_and_nothing_is_done(self):
+        for wrong in WRONG_CALLS:
+            with self.subTest(wrong):
+                code, output = self.dev(*wrong.split())
+                self.assertEqual(2, code, output)
+                self.assertIn("./dev", output)
+                self.assertEqual([], self.calls())
+
+    def test_a_name_that_no_test_has_is_told(self):
+        code, output = self.dev("test", "Nonsense")
+        self.assertEqual(1, code, output)
+        self.assertIn("there is no test whose name matches 'Nonsense'", output)
+
+    def test_programs_by_hand_are_built_before_they_run_without_a_word(self):
+        for name, program in (("sim", "simulator/sim.exe"), ("helper", "helper/helper.exe")):
+            with self.subTest(name):
+                self.assertEqual((0, f"wine-run build/product/{program} help\n"), self.dev(name, "help"))
+                self.assertEqual("built product", self.calls()[-1])
+                (self.clone / "calls").unlink()
+
+    def test_one_that_cannot_be_built_is_not_run_and_the_reason_is_told(self):
+        self.build_step("echo 'error: no such thing'; exit 1")
+        code, output = self.dev("sim", "help")
+        self.assertEqual(1, code)
+        self.assertIn("error: no such thing", output)
+        self.assertNotIn("wine-run", output)
+
+
+class Lock(DevTest):
+    """A build that waits until the test lets it go on."""
+
+    def setUp(self):
+        super().setUp()
+        os.mkfifo(self.folder / "gate")
+        self.build_step(f"echo begins; read -r <{self.folder}/gate; echo ends >>calls")
+
+    def open_gate(self):
+        (self.folder / "gate").write_text("go on\n")
+
+    def test_a_second_one_says_whom_it_waits_for_and_then_works(self):
+        first = self.start_dev("build")
+        support.wait_until(lambda: "built product" in self.calls(), "the first builds")
+        second = self.start_dev("build", "product")
+        self.read_until(second, f"build/product is in use by ./dev build (process {first.pid}); waiting for its end")
+        self.open_gate()
+        self.assertEqual(0, first.wait(support.LIMIT))
+        support.wait_until(lambda: self.calls().count("built product") == 2, "the second builds")
+        self.open_gate()
+        self.assertEqual(0, second.wait(support.LIMIT))
+        self.assertEqual(["configured product", *["built product", "ends"] * 2], self.calls())
+
+    def test_other_folders_are_free(self):
+        first = self.start_dev("build")
+        support.wait_until(lambda: "built product" in self.calls(), "the first builds")
+        second = self.start_dev("build", "gcc")
+        support.wait_until(lambda: "built gcc" in self.calls(), "the second builds")
+        for process in (first, second):
+            self.open_gate()
+        self.assertEqual([0, 0], [process.wait(support.LIMIT) for process in (first, second)])
+
+    def test_clean_waits_for_the_end_of_what_works_on_the_folder(self):
+        first = self.start_dev("build")
+        support.wait_until(lambda: "built product" in self.calls(), "the first builds")
+        cleaning = self.start_dev("clean")
+        self.read_until(cleaning, "build/product is in use by ./dev build")
+        self.assertTrue((self.clone / "build" / "product" / "build.ninja").exists())
+        self.open_gate()
+        self.assertEqual([0, 0], [process.wait(support.LIMIT) for process in (first, cleaning)])
+        self.assertFalse((self.clone / "build").exists())
+
+    def test_one_that_waits_ends_by_a_signal(self):
+        first = self.start_dev("build")
+        support.wait_until(lambda: "built product" in self.calls(), "the first builds")
+        second = self.start_dev("build")
+        self.read_until(second, "waiting")
+        second.send_signal(signal.SIGTERM)
+        self.assertEqual(-signal.SIGTERM, second.wait(support.LIMIT))
+        self.open_gate()
+        self.assertEqual(0, first.wait(support.LIMIT))
+
+
+class Folders(DevTest):
+    def test_a_build_folder_that_came_with_a_copy_is_made_anew(self):
+        self.assertEqual(0, self.dev("build")[0])
+        (self.clone / "build" / "product" / "stale").touch()
+        copy = self.folder / "copy"
+        shutil.copytree(self.clone, copy)
+        original, self.clone = self.clone, copy
+        self.script(self.tools / "cmake", CMAKE.format(clone=copy))
+        (copy / "calls").unlink()
+        code, output = self.dev("build")
+        self.assertEqual(0, code)
+        self.assertIn(f"removing build/product, which builds {original}", output)
+        self.assertEqual(["configured product", "built product"], self.calls())
+        self.assertFalse((copy / "build" / "product" / "stale").exists())
+        self.assertTrue((original / "build" / "product" / "stale").exists())
+
+    def test_one_s_own_is_kept(self):
+        self.dev("build")
+        code, output = self.dev("build")
+        self.assertEqual((0, "configured product"), (code, self.calls()[0]))
+        self.assertEqual(["built product"] * 2, self.calls()[1:], output)
+
+    def test_clean_ends_what_runs_on_what_it_removes(self):
+        prefix = self.clone / "build" / "product" / "prefix-by-hand"
+        (prefix / "dosdevices").mkdir(parents=True)
+        subprocess.run(["wineserver", "-p"], env=os.environ | {"WINEPREFIX": str(prefix)}, check=True)
+        self.addCleanup(support.stop_wine, prefix)
+        self.assertEqual(1, len(support.servers_of(prefix)))
+        code, output = self.dev("clean")
+        self.assertEqual(0, code, output)
+        support.wait_until(lambda: not support.servers_of(prefix), "the server has ended")
+        self.assertFalse((self.clone / "build").exists())
+
+
+class Watched(DevTest):
+    def test_without_a_terminal_a_long_build_shows_how_far_it_is(self):
+        os.mkfifo(self.folder / "gate")
+        self.build_step(f"echo '[3/70] Building it'; read -r <{self.folder}/gate")
+        process = self.start_dev("build")
+        self.read_until(process, "3/70 steps, ")
+        (self.folder / "gate").write_text("go on\n")
+        self.assertIn("done in", process.stdout.read())
+
+    def test_so_do_long_tests(self):
+        os.mkfifo(self.folder / "gate")
+        self.script(
+            self.tools / "ctest",
+            "#!/usr/bin/env bash\n"
+            "case $* in *--show-only*) echo 'Total Tests: 9'; exit ;; esac\n"
+            "echo '  4/9 Test  #4: One.OfThem ...   Passed    0.10 sec'\n"
+            f"read -r <{self.folder}/gate\n"
+            "echo '100% tests passed, 0 tests failed out of 9'\n",
+        )
+        process = self.start_dev("test", "OfThem")
+        self.read_until(process, "4/9 tests, ")
+        (self.folder / "gate").write_text("go on\n")
+        self.assertIn("100% tests passed", process.stdout.read())
+
+    def test_a_signal_ends_what_runs_and_what_that_has_started(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(number):
+                mark = f"VELMO_TEST_MARK={self.folder}{number}"
+                self.build_step("sleep 1000 & : >started; wait")
+                self.environment |= dict([mark.split("=")])
+                process = self.start_dev("build")
+                started = self.clone / "started"
+                support.wait_until(started.exists, "the build runs")
+                started.unlink()
+                process.send_signal(number)
+                self.assertEqual(-number, process.wait(support.LIMIT))
+                self.assertEqual([], support.processes_with(mark))
+
+    def test_a_failed_build_shows_its_end_and_fails(self):
+        self.build_step("echo 'error: this line'; exit 1")
+        code, output = self.dev("build")
+        self.assertEqual(1, code)
+        self.assertIn("error: this line", output)
+
+
+class Documents(unittest.TestCase):
+    def test_the_readme_s_table_and_ci_know_every_command(self):
+        readme = (support.ROOT / "README.md").read_text(encoding="utf-8")
+        played = (support.ROOT / "tools" / "every-command").read_text() + (support.ROOT / ".ci" / "run").read_text()
+        for name in COMMANDS:
+            with self.subTest(name):
+                self.assertRegex(readme, rf"(?m)^\|.*`\./dev {name}\b")
+                self.assertRegex(played, rf"(?m)^(play[ _]|attend \./dev ){name}\b")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,76 @@
+"""./dev run: two at once, one that is cut off, one that is interrupted.
+
+Arguments: the build folder whose programs a copy of the scripts plays with, in a prefix of its own."""
+
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import support
+
+BUILD = None
+
+
+class StoryTest(support.ScriptTest):
+    @classmethod
+    def setUpClass(cls):
+        cls.clone = pathlib.Path(tempfile.mkdtemp()) / "clone"
+        cls.addClassCleanup(shutil.rmtree, cls.clone.parent, ignore_errors=True)
+        for part in ("tools", "cmake", "simulator/scenarios"):
+            shutil.copytree(support.ROOT / part, cls.clone / part)
+        shutil.copy(support.ROOT / "dev", cls.clone / "dev")
+        product = cls.clone / "build" / "product"
+        product.mkdir(parents=True)
+        for part in ("simulator", "helper", "package"):
+            (product / part).symlink_to(BUILD / part)
+        (product / "build.ninja").touch()
+        tools = cls.clone.parent / "bin"
+        tools.mkdir()
+        (tools / "cmake").symlink_to("/bin/true")  # there is nothing to build
+        cls.environment = os.environ | {"PATH": f"{tools}:{os.environ['PATH']}"}
+        cls.environment.pop("VELMO_SIM_HOME", None)
+        cls.prefix = product / "prefix-story"
+        cls.addClassCleanup(support.stop_wine, cls.prefix)
+
+    def start_story(self):
+        return self.start(self.clone / "dev", "run", env=self.environment)
+
+    def nothing_runs(self):
+        return not support.processes_with(f"WINEPREFIX={self.prefix}")
+
+    def test_two_at_once_play_one_after_the_other(self):
+        first = self.start_story()
+        self.read_until(first, "app-started")
+        second = self.start_story()
+        self.read_until(second, f"build/product is in use by ./dev run (process {first.pid})")
+        for story in (first, second):
+            self.assertIn("nothing else happened", story.stdout.read())
+            self.assertEqual(0, story.wait(support.LIMIT))
+        support.wait_until(self.nothing_runs, "nothing runs in the prefix")
+
+    def test_one_that_is_cut_off_is_red(self):
+        story = self.start_story()
+        self.read_until(story, "app-started")
+        subprocess.run(["wineserver", "-k"], env=os.environ | {"WINEPREFIX": str(self.prefix)}, check=False)
+        self.assertNotIn("nothing else happened", story.stdout.read())
+        self.assertNotEqual(0, story.wait(support.LIMIT))
+
+    def test_a_signal_leaves_nothing_behind(self):
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with self.subTest(number):
+                story = self.start_story()
+                self.read_until(story, "app-started")
+                story.send_signal(number)
+                story.stdout.read()
+                self.assertEqual(-number, story.wait(support.LIMIT))
+                support.wait_until(self.nothing_runs, "nothing runs in the prefix")
+
+
+if __name__ == "__main__":
+    BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
+    unittest.main()

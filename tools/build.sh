@@ -1,0 +1,97 @@
+# shellcheck shell=bash
+# Sourced: builds, and runs the tests of a build. Needs the other files of this folder.
+
+presets=(product gcc coverage ubsan native native-release)
+
+# build PRESET [--target TARGETS...]: the folder build/PRESET stays held.
+build() {
+    local preset=$1
+    shift
+    hold "$preset"
+    remove_foreign "build/$preset"
+    if [ ! -e "build/$preset/build.ninja" ]; then
+        step "configuring build/$preset"
+        long "build/logs/configure-$preset.log" cmake --preset "$preset"
+    fi
+    step "building $preset"
+    long "build/logs/build-$preset.log" cmake --build --preset "$preset" "$@"
+}
+
+# A build folder that came with a copy of the clone builds the original's sources.
+remove_foreign() {
+    local folder=$1 home
+    home=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$folder/CMakeCache.txt" 2>/dev/null) || return 0
+    if [ -n "$home" ] && [ ! "$home" -ef . ]; then
+        step "removing $folder, which builds $home"
+        remove_build "$folder"
+    fi
+}
+
+# Ends what runs on a build folder, and removes it.
+remove_build() {
+    local prefix
+    for prefix in "$1"/*/dosdevices; do
+        [ ! -e "$prefix" ] || forget_wine "$(realpath "${prefix%/*}")"
+    done
+    rm -rf "$1"
+}
+
+# The same without a word unless it takes long or fails, for commands whose output is the program's. It leaves the folder
+# to others.
+build_quietly() {
+    quiet=yes
+    build "$@"
+    release
+}
+
+# run_tests PRESET [CTEST ARGUMENTS...]
+run_tests() {
+    local preset=$1 result=0
+    shift
+    [ "$preset" = native ] || prepare_prefix "$preset"
+    step "testing $preset"
+    show_tests "build/logs/test-$preset.log" ctest --test-dir "build/$preset" --parallel "$(nproc)" \
+        --output-on-failure --no-tests=error "$@" || result=$?
+    [ "$preset" = native ] || stop_wine "$PWD/build/$preset/prefix"
+    return $result
+}
+
+# Runs ctest: on a terminal with its own progress, elsewhere showing what did not pass and the sum.
+show_tests() {
+    local log=$1 result=0
+    shift
+    if [ -t 1 ]; then
+        attend "$@" --progress
+        return
+    fi
+    attend_logged "$log" "$@" || result=$?
+    grep -vE '^ +Start +[0-9]+: | +Passed +[0-9.]+ sec$|^$' "$log"
+    return $result
+}
+
+# A Wine prefix in which Windows finds the simulator's runtime classes, if they are built. Its wineserver stays until the
+# end of the script; one that a killed script left is ended first.
+prepare_prefix() {
+    local prefix=$PWD/build/$1/prefix simulator=build/$1/simulator/sim.exe
+    at_end stop_wine "$prefix"
+    stop_wine "$prefix"
+    [ ! -e "$simulator" ] || attend cmake/wine-run "$prefix" "$simulator" install >/dev/null
+}
+
+# fuzz SECONDS: starts from the corpus of the repository; what it finds besides is kept in build/.
+fuzz() {
+    local seconds=$1
+    build native --target redaction_fuzz
+    step "fuzzing redaction for $seconds s"
+    local found=build/fuzz/redaction log=build/logs/fuzz-redaction.log
+    mkdir -p "$found"
+    # A smaller store of freed memory and shorter stacks: three times as many inputs in the time.
+    if ! ASAN_OPTIONS=quarantine_size_mb=16:malloc_context_size=4 attend_logged "$log" \
+        build/native/fuzz/redaction_fuzz -max_total_time="$seconds" -max_len=96 -timeout=20 -print_final_stats=1 \
+        -artifact_prefix="$found-" "$found" fuzz/corpus/redaction ||
+        ! grep -q '^stat::number_of_executed_units' "$log"; then
+        tail -n 40 "$log"
+        return 1
+    fi
+    sed -n 's/^stat::number_of_executed_units: */    inputs tried: /p' "$log"
+}
