@@ -2,6 +2,7 @@
 """./dev package: makes the package and what belongs to it in dist/, and checks packages."""
 
 import argparse
+import enum
 import pathlib
 import sys
 
@@ -17,9 +18,20 @@ BUILD = ROOT / "build" / "product"
 _TOP = """./dev package [--desktop PATH] [--sign CERT KEY]
        ./dev package --verify FILE [--cert CERT]"""
 
+_CODES = """exit codes: 0 done, or the package is in order; 1 it has problems, or could not be made; 2 wrong arguments;
+3 the package is in order but for its signature, which nobody checked: that takes --cert and osslsigncode 2.9"""
+
+
+class Outcome(enum.IntEnum):
+    """What the exit code says; the help tells it, too."""
+
+    DONE = 0
+    REFUSED = 1
+    SIGNATURE_UNCHECKED = 3  # 2 is the argument parser's
+
 
 def parse_arguments(arguments):
-    parser = argparse.ArgumentParser(prog="./dev package", usage=_TOP, description=__doc__)
+    parser = argparse.ArgumentParser(prog="./dev package", usage=_TOP, description=__doc__, epilog=_CODES)
     parser.add_argument("--desktop", metavar="PATH", help="the suite's desktop component: its program or folder")
     parser.add_argument("--sign", nargs=2, type=pathlib.Path, metavar=("CERT", "KEY"), help="PEM files to sign with")
     parser.add_argument("--verify", metavar="FILE", type=pathlib.Path, help="checks a package and makes nothing")
@@ -56,15 +68,14 @@ def _verify(package, certificate_file):
 def _verify_signature(package, certificate_file):
     if SIGNATURE not in (entry.name for entry in zip_reader.read(contents.read(package), package.name)):
         _tell("it is not signed: Windows installs it only after ./dev package --sign CERT KEY")
-        return
-    obstacle = signing.obstacle()
-    if certificate_file is None:
-        _tell("its signature's mathematics is not checked: give --cert CERT")
-    elif obstacle:
-        _tell(f"its signature's mathematics is not checked: {obstacle}")
-    else:
-        signing.check(package, certificate_file)
-        _tell("its signature holds")
+        return Outcome.DONE
+    obstacle = signing.obstacle() if certificate_file else "give --cert CERT"
+    if obstacle:
+        _warn(f"{package} carries a signature that was NOT checked: {obstacle}")
+        return Outcome.SIGNATURE_UNCHECKED
+    signing.check(package, certificate_file)
+    _tell("its signature holds")
+    return Outcome.DONE
 
 
 def _write(path, data):
@@ -76,10 +87,11 @@ def verify(options):
     count = _verify(options.verify, options.cert)
     if count:
         _warn(f"{options.verify} has {count} problem{'s' if count > 1 else ''}, see above")
-        return 1
-    _verify_signature(options.verify, options.cert)
-    _tell(f"{options.verify} is in order")
-    return 0
+        return Outcome.REFUSED
+    outcome = _verify_signature(options.verify, options.cert)
+    but = ", but for its signature, which nobody checked" if outcome == Outcome.SIGNATURE_UNCHECKED else ""
+    _tell(f"{options.verify} is in order{but}")
+    return outcome
 
 
 def _sign(package, publisher, certificate_file, key_file):
@@ -111,15 +123,15 @@ def make(options):
     _write(package, writer.write(files))
     if _verify(package, None):
         _warn(f"{package} was made, but Windows would refuse it: see above")
-        return 1
+        return Outcome.REFUSED
     if options.sign:
         _sign(package, manifest.publisher, *options.sign)
         if _verify(package, None):
             _warn(f"{package} was in order before it was signed, and is not now: see above")
-            return 1
+            return Outcome.REFUSED
     for made in (executable, pdb, package):
         _tell(f"{made}  {made.stat().st_size:,} bytes")
-    return 0
+    return Outcome.DONE
 
 
 def main(arguments):
@@ -128,7 +140,7 @@ def main(arguments):
         return verify(options) if options.verify else make(options)
     except PackageError as error:
         _warn(error)
-        return 1
+        return Outcome.REFUSED
 
 
 if __name__ == "__main__":

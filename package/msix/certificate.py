@@ -1,13 +1,18 @@
-"""Whom a certificate names: as much of its encoding (DER) as that takes."""
+"""Whom a certificate names: as much of it as that takes."""
 
 import base64
 import binascii
 import re
 
+from . import der
 from .problem import PackageError
 
-SEQUENCE, SET, OBJECT_ID, EXPLICIT_0 = 0x30, 0x31, 0x06, 0xA0
+# More than any certificate has, also one that comes with its issuers'.
+LARGEST = 1 << 20
+
+_MOST_PARTS = 64
 _BIG_ENDIAN_TEXT = 0x1E
+_BEGIN, _END = b"-----BEGIN CERTIFICATE-----", b"-----END CERTIFICATE-----"
 
 # The names that Windows gives the kinds of a distinguished name's parts.
 _KINDS = {
@@ -17,85 +22,58 @@ _KINDS = {
 }  # fmt: skip
 
 
-def _items(data):
-    """The (tag, content) pairs that follow each other in the content of a value. Raises ValueError."""
-    at = 0
-    while at < len(data):
-        if at + 2 > len(data):
-            raise ValueError("it is cut off")
-        tag, length, start = data[at], data[at + 1], at + 2
-        if length & 0x80:
-            digits = length & 0x7F
-            length, start = int.from_bytes(data[start : start + digits], "big"), start + digits
-        if start + length > len(data):
-            raise ValueError("it is cut off")
-        yield tag, data[start : start + length]
-        at = start + length
-
-
-def _child(data, tag, number=0):
-    """The content of the number-th child of that tag."""
-    found = [content for kind, content in _items(data) if kind == tag]
-    if number >= len(found):
-        raise ValueError("it has not the structure of a certificate")
-    return found[number]
-
-
-def _object_id(data):
-    numbers, value = [], 0
-    for byte in data:
-        value = value << 7 | byte & 0x7F
-        if not byte & 0x80:
-            numbers.append(value)
-            value = 0
-    first = min(numbers[0] // 40, 2)
-    return ".".join(map(str, [first, numbers[0] - 40 * first, *numbers[1:]]))
-
-
 def _part(data):
     """KEY=value of one part, quoted as Windows quotes."""
-    kind = _object_id(_child(data, OBJECT_ID))
-    *_, (tag, content) = _items(data)
+    (kind, object_id), (tag, content) = der.items(data)
+    if kind != der.OBJECT_ID:
+        raise ValueError("a part of its subject has no kind")
+    key = der.object_id(object_id)
     value = content.decode("utf-16-be" if tag == _BIG_ENDIAN_TEXT else "utf-8")
     if re.search(r'[,+="<>#;\n]|^\s|\s$', value):
         value = '"' + value.replace('"', '""') + '"'
-    return f"{_KINDS.get(kind, f'OID.{kind}')}={value}"
+    return f"{_KINDS.get(key, f'OID.{key}')}={value}"
 
 
-def _subject(certificate):
-    """The subject of a certificate's DER, the last part first, as Windows shows it."""
-    body = _child(_child(certificate, SEQUENCE), SEQUENCE)
-    # Of the sequences in the body the subject is the fourth: after the algorithm, the issuer and the validity.
-    parts = [_part(part) for _, group in _items(_child(body, SEQUENCE, 3)) for _, part in _items(group)]
+def name_of(body):
+    """The subject in the content of a certificate's sequence, the last part first, as Windows shows it."""
+    # Of the sequences in the signed part the subject is the fourth: after the algorithm, the issuer, the validity.
+    name = der.child(der.child(body, der.SEQUENCE), der.SEQUENCE, 3)
+    parts = []
+    for _, group in der.items(name):
+        for _, part in der.items(group):
+            parts.append(_part(part))
+            if len(parts) > _MOST_PARTS:
+                raise ValueError("its subject has too many parts")
     return ", ".join(reversed(parts))
 
 
-def subject(data, where):
-    """The subject of the first certificate in a file, PEM or DER. Raises PackageError."""
-    armoured = re.search(rb"-----BEGIN CERTIFICATE-----(.*?)-----END CERTIFICATE-----", data, re.DOTALL)
+def _armoured(data):
+    """What stands between the first armour's lines in a PEM file; None when there is no armour."""
+    begin = data.find(_BEGIN)
+    end = data.find(_END, begin)
+    return data[begin + len(_BEGIN) : end] if 0 <= begin < end else None
+
+
+def _read(data, where):
+    """Of the first certificate in a file its DER and its subject."""
     try:
-        return _subject(base64.b64decode(armoured[1]) if armoured else data)
+        if len(data) > LARGEST:
+            raise ValueError("it is too large")
+        armoured = _armoured(data)
+        encoded = data if armoured is None else base64.b64decode(armoured)
+        return encoded, name_of(der.child(encoded, der.SEQUENCE))
     except (ValueError, IndexError, binascii.Error) as error:
         raise PackageError(
             where, "there is no certificate in it that can be read", "Give a certificate in PEM or DER form"
         ) from error
 
 
-def signature_subjects(data, where):
-    """The subjects of the certificates in a package's signature part. Raises PackageError."""
-    magic = b"PKCX"
-    try:
-        if not data.startswith(magic):
-            raise ValueError("it does not begin as a signature part does")
-        signed = _child(_child(_child(data[len(magic) :], SEQUENCE), EXPLICIT_0), SEQUENCE)
-        # The certificates stand one after the other in their own tag.
-        certificates = _child(signed, EXPLICIT_0)
-        return [_subject(_encoded(content)) for tag, content in _items(certificates) if tag == SEQUENCE]
-    except (ValueError, IndexError) as error:
-        raise PackageError(where, f"the signature cannot be read: {error}", "Sign the package anew") from error
+def subject(data, where):
+    """The subject of the first certificate in a file, PEM or DER. Raises PackageError."""
+    return _read(data, where)[1]
 
 
-def _encoded(content):
-    """A sequence's content with its tag and length again."""
-    digits = (len(content).bit_length() + 7) // 8
-    return bytes([SEQUENCE, 0x80 | digits]) + len(content).to_bytes(digits, "big") + content
+def armour(data, where):
+    """A certificate file in PEM form, which may hold the issuers' certificates as well. Raises PackageError."""
+    encoded, _ = _read(data, where)
+    return data if _armoured(data) else _BEGIN + b"\n" + base64.encodebytes(encoded) + _END + b"\n"

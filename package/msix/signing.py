@@ -1,8 +1,9 @@
-"""Signs packages with osslsigncode, where one is installed that can."""
+"""Signs packages and checks their signatures with osslsigncode, where one is installed that can."""
 
 import re
 import shutil
 import subprocess
+import tempfile
 
 from . import certificate
 from .problem import PackageError
@@ -10,18 +11,31 @@ from .problem import PackageError
 TOOL = "osslsigncode"
 # Earlier ones do not write this format well.
 LEAST = (2, 9)
+# A signature takes a second; with a time stamp the server's answer comes on top.
+_LONGEST_SECONDS = 120
+
+
+def _call(arguments):
+    """Runs the tool. Raises OSError or SubprocessError when it does not run to its end."""
+    return subprocess.run(
+        [TOOL, *map(str, arguments)], stdin=subprocess.DEVNULL, capture_output=True, text=True, errors="replace",
+        check=False, timeout=_LONGEST_SECONDS,
+    )  # fmt: skip
 
 
 def obstacle():
-    """Why this machine cannot sign, as a sentence without its full stop; None when it can."""
+    """Why this machine can neither sign nor check, as a sentence without its full stop; None when it can."""
     wanted = ".".join(map(str, LEAST))
     if shutil.which(TOOL) is None:
-        return f"{TOOL} is not installed; {wanted} or later can sign packages"
-    told = subprocess.run([TOOL, "--version"], capture_output=True, text=True, check=False).stdout
-    found = re.search(r"osslsigncode (\d+)\.(\d+)", told)
+        return f"{TOOL} is not installed; {wanted} or later signs packages and checks signatures"
+    try:
+        told = _call(["--version"]).stdout
+    except (OSError, subprocess.SubprocessError):
+        told = ""
+    found = re.search(r"osslsigncode ([0-9]{1,4})\.([0-9]{1,4})", told)
     if not found or tuple(map(int, found.groups())) < LEAST:
         version = ".".join(found.groups()) if found else "of an unknown version"
-        return f"{TOOL} here is {version}; {wanted} or later can sign packages"
+        return f"{TOOL} here is {version}; {wanted} or later signs packages and checks signatures"
     return None
 
 
@@ -33,7 +47,10 @@ def _read(path):
 
 
 def _run(what, where, arguments):
-    done = subprocess.run([TOOL, *map(str, arguments)], capture_output=True, text=True, check=False)
+    try:
+        done = _call(arguments)
+    except (OSError, subprocess.SubprocessError) as error:
+        raise PackageError(where, f"{what}: {error}", f"See why {TOOL} does not run") from error
     if done.returncode:
         told = " ".join((done.stderr or done.stdout).split())
         raise PackageError(where, f"{what}: {told}", "See what the tool says of it")
@@ -63,4 +80,9 @@ def sign(package, publisher, certificate_file, key_file):
 
 def check(package, certificate_file):
     """Verifies the signature of a package file against a certificate. Raises PackageError."""
-    _run("its signature does not hold", package, ["verify", "-CAfile", certificate_file, "-in", package])
+    trusted_text = certificate.armour(_read(certificate_file), certificate_file)
+    # The tool reads PEM only, and the certificate may have come as DER.
+    with tempfile.NamedTemporaryFile(suffix=".pem") as trusted:
+        trusted.write(trusted_text)
+        trusted.flush()
+        _run("its signature does not hold", package, ["verify", "-CAfile", trusted.name, "-in", package])

@@ -7,6 +7,7 @@ from . import zip_reader
 from .manifest import Manifest
 from .part_names import BLOCK_MAP, CONTENT_TYPES, MANIFEST, OUTSIDE_BLOCK_MAP, SIGNATURE
 from .problem import PackageError, Problem
+from .signature import Signature
 from .zip_writer import DEFLATED, STORED
 
 _ANEW = "Make the package anew"
@@ -167,9 +168,10 @@ class _Verifier:
             if subject != publisher:
                 self._report(MANIFEST, *_other_publisher(publisher, subject))
         if SIGNATURE in self._contents:
-            subjects = certificate.signature_subjects(self._contents[SIGNATURE], SIGNATURE)
-            if publisher not in subjects:
-                self._report(MANIFEST, *_other_publisher(publisher, " or ".join(subjects)))
+            signature = Signature(self._contents[SIGNATURE])
+            if publisher not in signature.subjects:
+                self._report(MANIFEST, *_other_publisher(publisher, " or ".join(signature.subjects) or "missing"))
+            self.problems.extend(signature.problems(self._contents))
 
 
 def _other_publisher(publisher, subject):

@@ -1,6 +1,7 @@
 """Whom a certificate names, and that it is the publisher."""
 
 import base64
+import hashlib
 import unittest
 
 import support
@@ -38,26 +39,33 @@ VELMO = make_certificate(name((COMMON_NAME, UTF8, b"Velmo")))
 OTHER = make_certificate(name((COMMON_NAME, UTF8, b"Vermo")))
 
 
-def signature(*certificates):
-    """A signature part with these certificates, which signs nothing."""
-    signed = der(0x30, der(2, b"\1"), der(0x31), der(0x30), der(0xA0, *certificates), der(0x31))
+def signature(*certificates, digests=None):
+    """A signature part with these certificates, of a package with these digests; it signs nothing."""
+    made_for = b"APPX" + b"".join(name + digest for name, digest in (digests or {}).items())
+    imprint = der(0x30, der(0x30, der(6, b"\x2a")), der(4, made_for))
+    told = der(0x30, der(6, b"\x2a"), der(0xA0, der(0x30, der(0x30, der(6, b"\x2a")), imprint)))
+    signed = der(0x30, der(2, b"\1"), der(0x31), told, der(0xA0, *certificates), der(0x31))
     return b"PKCX" + der(0x30, der(6, b"\x2a"), der(0xA0, signed))
 
 
-def signed_package(part):
-    """The sample as a tool that signs leaves it: the signature last, and its type told."""
-    files = support.files()
-    entries = zip_reader.read(writer.write(files), "sample")
-    types = entries[-1]
+def signed_package(part=None, certificates=(), files=None):
+    """The sample as a tool that signs leaves it: the signature last, and its type told. Without a part one that fits
+    is made, with these certificates."""
+    entries = zip_reader.read(writer.write(files or support.files()), "sample")
+    types, block_map = entries[-1], entries[-2]
     data = support.verifier.blocks.inflate(types.stream, types.size).replace(
         b"</Types>",
         b'<Override PartName="/AppxSignature.p7x" ContentType="application/vnd.ms-appx.signature"/></Types>',
     )
     stream = support.verifier.blocks.deflate(data)[0]
+    mapped = support.verifier.blocks.inflate(block_map.stream, block_map.size)
+    digests = {
+        b"AXPC": bytes(32), b"AXCD": bytes(32), b"AXCT": hashlib.sha256(data).digest(),
+        b"AXBM": hashlib.sha256(mapped).digest(),
+    }  # fmt: skip
     kept = [zip_writer.Entry(e.name, e.method, e.size, e.crc, e.stream) for e in entries[:-1]]
-    return zip_writer.write(
-        [*kept, zip_writer.deflated(types.name, data, stream), zip_writer.stored("AppxSignature.p7x", part)]
-    )
+    signed = zip_writer.stored("AppxSignature.p7x", part or signature(*certificates, digests=digests))
+    return zip_writer.write([*kept, zip_writer.deflated(types.name, data, stream), signed])
 
 
 class Subject(unittest.TestCase):
@@ -84,6 +92,18 @@ class Subject(unittest.TestCase):
             with self.subTest(data=data[:20]), self.assertRaisesRegex(PackageError, "no certificate"):
                 certificate.subject(data, "c")
 
+    def test_a_certificate_with_its_issuers_and_words_around_it_is_passed_on_as_it_is(self):
+        pem = b"words\n" + certificate.armour(VELMO, "c") + b"words\n" + certificate.armour(OTHER, "c")
+        self.assertEqual(certificate.armour(pem, "c"), pem)
+        self.assertEqual(certificate.subject(pem, "c"), "CN=Velmo")
+
+    def test_numbers_and_names_without_bound_are_refused_at_once(self):
+        long_id = name((b"\xff" * 60000 + b"\1", UTF8, b"x"))
+        many = name(*[(COMMON_NAME, UTF8, b"x")] * 1000)
+        for data in (make_certificate(long_id), make_certificate(many), b"-----BEGIN CERTIFICATE-----" * 50000):
+            with self.subTest(size=len(data)), self.assertRaisesRegex(PackageError, "no certificate"):
+                certificate.subject(data, "c")
+
     def test_every_cut_of_a_certificate_is_refused(self):
         for size in range(len(VELMO)):
             with self.subTest(size=size), self.assertRaises(PackageError):
@@ -103,11 +123,28 @@ class Publisher(unittest.TestCase):
         self.assertIn("the certificate: there is no certificate", found)
 
     def test_a_signed_package_is_accepted_whatever_else_its_signature_carries(self):
-        self.assertEqual(support.problems(signed_package(signature(OTHER, VELMO))), [])
+        self.assertEqual(support.problems(signed_package(certificates=(OTHER, VELMO))), [])
 
     def test_a_package_signed_by_another_is_refused(self):
-        (found,) = support.problems(signed_package(signature(OTHER)))
+        (found,) = support.problems(signed_package(certificates=(OTHER,)))
         self.assertIn("its Publisher is CN=Velmo, the certificate's subject is CN=Vermo", found)
+
+    def test_a_signature_without_certificates_is_refused(self):
+        (found,) = support.problems(signed_package(certificates=()))
+        self.assertIn("the certificate's subject is missing", found)
+
+    def test_the_signature_of_another_package_is_refused_without_a_key_or_a_tool(self):
+        signed = zip_reader.read(signed_package(certificates=(VELMO,)), "sample")
+        for changes, part in (
+            ({support.MARKUP: b"<Page>other</Page>"}, "AppxBlockMap.xml"), ({"new.gif": b""}, "[Content_Types].xml"),
+        ):  # fmt: skip
+            found = support.problems(signed_package(signed[-1].stream, files=support.files(**changes)))
+            self.assertTrue(any(f"made for a package with another {part}" in text for text in found), found)
+
+    def test_a_signature_that_does_not_say_what_it_signed_is_refused(self):
+        for part in (signature(VELMO), signature(VELMO, digests={b"AXBM": bytes(31)})):
+            found = support.problems(signed_package(part))
+            self.assertTrue(any("AppxSignature.p7x" in text for text in found), found)
 
     def test_a_signature_that_cannot_be_read_is_refused(self):
         whole = signature(VELMO)

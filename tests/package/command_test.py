@@ -3,6 +3,7 @@
 import os
 import pathlib
 import shutil
+import ssl
 import subprocess
 import sys
 import tempfile
@@ -10,7 +11,7 @@ import unittest
 import zipfile
 
 import support
-from certificate_test import OTHER, VELMO
+from certificate_test import OTHER, VELMO, signed_package
 from msix import signing, writer
 from program import make_program
 
@@ -45,6 +46,15 @@ class Making(unittest.TestCase):
         )  # fmt: skip
         self.assertNotIn("Traceback", done.stderr)
         return done
+
+    def pretend_tool(self, version, more=""):
+        """A search path on which the tool that signs says that it is of a version; without one it is not there."""
+        if version:
+            tool = self.folder / "bin" / "osslsigncode"
+            script = f"#!/bin/sh\necho 'osslsigncode {version}, using:'\n{more}\n"
+            self.write({"bin/osslsigncode": script.encode("ascii")})
+            tool.chmod(0o755)
+        return str(self.folder / "bin")
 
     def make(self, *arguments, **others):
         places = ("--layout", "layout", "--pdb-folder", "build", "--dist", "dist")
@@ -151,6 +161,28 @@ class Command(Making):
         self.assert_fails(self.run_command("--verify", "good.msix", "--cert", "other.der"), "CN=Vermo")
         self.assert_fails(self.run_command("--verify", "good.msix", "--cert", "absent"), "absent: it cannot be read")
 
+    def test_a_signature_that_nobody_checked_has_an_exit_code_of_its_own(self):
+        self.write({"signed.msix": signed_package(certificates=(VELMO,)), "velmo.der": VELMO})
+        done = self.run_command("--verify", "signed.msix")
+        self.assertEqual(done.returncode, 3, done.stderr)
+        self.assertIn("signed.msix carries a signature that was NOT checked: give --cert CERT", done.stderr)
+        self.assertIn("in order, but for its signature, which nobody checked", done.stdout)
+        for version, words in ((None, "is not installed"), ("2.5", "here is 2.5"), ("two", "of an unknown version")):
+            done = self.run_command("--verify", "signed.msix", "--cert", "velmo.der", search=self.pretend_tool(version))
+            self.assertEqual(done.returncode, 3, done.stderr)
+            self.assertIn("was NOT checked: osslsigncode", done.stderr)
+            self.assertIn(words, done.stderr)
+
+    def test_a_signature_that_the_tool_refuses_is_a_problem(self):
+        self.write({"signed.msix": signed_package(certificates=(VELMO,)), "velmo.der": VELMO})
+        search = self.pretend_tool("2.9", "[ $1 = --version ] || { echo 'signature mismatch'; exit 1; }")
+        done = self.run_command("--verify", "signed.msix", "--cert", "velmo.der", search=search)
+        self.assert_fails(done, "signed.msix: its signature does not hold:", "signature mismatch")
+
+    def test_the_help_tells_the_exit_codes(self):
+        told = " ".join(self.run_command("--help").stdout.split())
+        self.assertRegex(told, r"exit codes: 0 .*; 1 .*; 2 .*; 3 the package is in order but for its signature")
+
     def test_arguments_that_contradict_each_other_are_told(self):
         for arguments in (("--cert", "x"), ("--verify", "x", "--desktop", "y"), ("--nonsense",), ("--sign", "x")):
             done = self.run_command(*arguments)
@@ -166,14 +198,6 @@ class Signing(Making):
              "-addext", "basicConstraints=critical,CA:FALSE", "-keyout", "key.pem", "-out", "cert.pem"],
             cwd=self.folder, check=True, capture_output=True,
         )  # fmt: skip
-
-    def pretend_tool(self, version):
-        """A search path on which the tool that signs says that it is of a version; without one it is not there."""
-        if version:
-            tool = self.folder / "bin" / "osslsigncode"
-            self.write({"bin/osslsigncode": f"#!/bin/sh\necho 'osslsigncode {version}, using:'\n".encode("ascii")})
-            tool.chmod(0o755)
-        return str(self.folder / "bin")
 
     def test_without_a_fit_tool_the_package_stays_unsigned_and_the_command_says_so(self):
         self.write({"cert.pem": VELMO, "key.pem": b""})
@@ -201,6 +225,10 @@ class Signing(Making):
         done = self.run_command("--verify", self.dist / PACKAGE, "--cert", "cert.pem")
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertIn("its signature holds", done.stdout)
+        self.assertIn("is in order\n", done.stdout)
+        self.write({"cert.der": ssl.PEM_cert_to_DER_cert((self.folder / "cert.pem").read_text("ascii"))})
+        done = self.run_command("--verify", self.dist / PACKAGE, "--cert", "cert.der")
+        self.assertEqual(done.returncode, 0, done.stderr)
 
     @unittest.skipIf(signing.obstacle(), signing.obstacle())
     @unittest.skipUnless(shutil.which("openssl"), "openssl is not installed")
