@@ -7,7 +7,7 @@ import pathlib
 import sys
 
 import contents
-from msix import signing, verifier, writer, zip_reader
+from msix import manifest_rules, signing, verifier, writer, zip_reader
 from msix.manifest import Manifest
 from msix.part_names import MANIFEST, SIGNATURE
 from msix.problem import PackageError
@@ -40,9 +40,9 @@ def parse_arguments(arguments):
     parser.add_argument("--pdb-folder", default=BUILD / "app", type=pathlib.Path, help="where the .pdb lies")
     parser.add_argument("--dist", default=ROOT / "dist", type=pathlib.Path, help="where the results go")
     options = parser.parse_args(arguments)
-    if options.cert and not options.verify:
+    if options.cert is not None and not options.verify:
         parser.error("--cert belongs to --verify")
-    if options.verify and (options.desktop or options.sign):
+    if options.verify and (options.desktop is not None or options.sign):
         parser.error("--verify makes nothing: give it alone or with --cert")
     return options
 
@@ -78,11 +78,6 @@ def _verify_signature(package, certificate_file):
     return Outcome.DONE
 
 
-def _write(path, data):
-    path.parent.mkdir(parents=True, exist_ok=True)
-    path.write_bytes(data)
-
-
 def verify(options):
     count = _verify(options.verify, options.cert)
     if count:
@@ -106,7 +101,7 @@ def _sign(package, publisher, certificate_file, key_file):
 
 def _files(options):
     files = contents.from_folder(options.layout)
-    if options.desktop:
+    if options.desktop is not None:
         return contents.with_desktop_component(files, options.desktop)
     _tell("the desktop component is the stand-in: ./dev package --desktop PATH takes the suite's")
     return contents.with_stand_in_told(files)
@@ -115,12 +110,20 @@ def _files(options):
 def make(options):
     files = _files(options)
     manifest = Manifest(files[MANIFEST])
+    problems = list(manifest_rules.problems(manifest))
+    if problems:
+        print(*problems, sep="\n", file=sys.stderr)
+        _warn("nothing was made: Windows would refuse the manifest, see above")
+        return Outcome.REFUSED
+    if manifest.executable not in files:
+        what = f"{MANIFEST} names it, but it is not there"
+        raise PackageError(manifest.executable, what, "Build the package's folder with ./dev build")
     executable = options.dist / manifest.executable
     pdb = executable.with_suffix(".pdb")
     package = options.dist / f"{executable.stem}_{manifest.version}_{manifest.architecture}.msix"
-    _write(executable, files[manifest.executable])
-    _write(pdb, contents.read(options.pdb_folder / pdb.name))
-    _write(package, writer.write(files))
+    contents.write(executable, files[manifest.executable])
+    contents.write(pdb, contents.read(options.pdb_folder / pdb.name))
+    contents.write(package, writer.write(files))
     if _verify(package, None):
         _warn(f"{package} was made, but Windows would refuse it: see above")
         return Outcome.REFUSED
@@ -135,12 +138,16 @@ def make(options):
 
 
 def main(arguments):
+    # What a file is called need not be text.
+    sys.stdout.reconfigure(errors="backslashreplace")
     options = parse_arguments(arguments)
     try:
         return verify(options) if options.verify else make(options)
     except PackageError as error:
         _warn(error)
-        return Outcome.REFUSED
+    except OSError as error:
+        _warn(f"{error.filename}: {error.strerror}")
+    return Outcome.REFUSED
 
 
 if __name__ == "__main__":

@@ -3,6 +3,7 @@
 import pathlib
 
 from msix import logo
+from msix.files import read, refuse, write
 from msix.manifest import Manifest
 from msix.part_names import MANIFEST
 from msix.problem import PackageError
@@ -12,11 +13,11 @@ STAND_IN = "Its desktop component is a stand-in for development."
 _MARKUP = ".xaml"
 
 
-def read(path):
+def _files_below(folder):
     try:
-        return pathlib.Path(path).read_bytes()
+        return [file for file in sorted(folder.rglob("*")) if file.is_file()]
     except OSError as error:
-        raise PackageError(path, f"it cannot be read: {error.strerror}", "Give the path of an existing file") from error
+        refuse(folder, "it cannot be read", error, "Give a folder that can be read")
 
 
 def from_build(manifest_file, executable, desktop, markup):
@@ -34,7 +35,7 @@ def from_build(manifest_file, executable, desktop, markup):
 
 def from_folder(folder):
     root = pathlib.Path(folder)
-    files = {str(file.relative_to(root)).replace("/", "\\"): read(file) for file in root.rglob("*") if file.is_file()}
+    files = {str(file.relative_to(root)).replace("/", "\\"): read(file) for file in _files_below(root)}
     if MANIFEST not in files:
         raise PackageError(folder, f"there is no {MANIFEST} in it", "Build the package's folder with ./dev build")
     return files
@@ -44,21 +45,20 @@ def to_folder(files, folder):
     """Makes the folder hold these files and no other; a file that is right already is not touched."""
     root = pathlib.Path(folder)
     wanted = {root / path.replace("\\", "/"): data for path, data in files.items()}
-    for file in [*root.rglob("*")]:
-        if file.is_file() and file not in wanted:
+    for file in _files_below(root):
+        if file not in wanted:
             file.unlink()
     for file, data in wanted.items():
-        if not file.exists() or file.read_bytes() != data:
-            file.parent.mkdir(parents=True, exist_ok=True)
-            file.write_bytes(data)
+        if not file.is_file() or read(file) != data:
+            write(file, data)
 
 
 def with_stand_in_told(files):
     """The files with a manifest whose description says that the desktop component is not the suite's."""
-    text = files[MANIFEST].decode("utf-8")
-    if text.count("</Description>") != 1:
+    end = b"</Description>"
+    if files[MANIFEST].count(end) != 1:
         raise PackageError(MANIFEST, "its Properties have no Description, or it has several", "Write one there")
-    return files | {MANIFEST: text.replace("</Description>", f" {STAND_IN}</Description>").encode("utf-8")}
+    return files | {MANIFEST: files[MANIFEST].replace(end, b" " + STAND_IN.encode("ascii") + end)}
 
 
 def with_desktop_component(files, path):
@@ -71,5 +71,5 @@ def with_desktop_component(files, path):
     if not (given / program).is_file():
         raise PackageError(path, f"there is no {program} in it", f"Give the path of {program}, or of its folder")
     rest = {name: data for name, data in files.items() if name != component}
-    own = {str(file.relative_to(given)): read(file) for file in given.rglob("*") if file.is_file()}
+    own = {str(file.relative_to(given)): read(file) for file in _files_below(given)}
     return rest | {f"{folder}\\{name}".lstrip("\\").replace("/", "\\"): data for name, data in own.items()}

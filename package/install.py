@@ -5,7 +5,7 @@ import pathlib
 import sys
 
 import contents
-from msix import part, part_names, verifier, zip_reader
+from msix import limits, part, part_names, verifier, zip_reader
 from msix.part_names import CONTENT_TYPES
 from msix.problem import PackageError
 
@@ -13,7 +13,7 @@ from msix.problem import PackageError
 def unpack(data, where):
     """The files of a package that is in order: path with backslashes -> content."""
     parts = {part_names.decode(entry.name): entry for entry in zip_reader.read(data, where)}
-    return {path: part.content(entry, path) for path, entry in parts.items() if path != CONTENT_TYPES}
+    return {path: part.content(entry, path, limits.CONTENT) for path, entry in parts.items() if path != CONTENT_TYPES}
 
 
 def main(package, folder):

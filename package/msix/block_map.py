@@ -42,7 +42,8 @@ def _fail(what):
 
 def _number(element, name, default=None):
     text = element.get(name, default)
-    if text is None or not (text.isascii() and text.isdigit()):
+    most_digits = 20
+    if text is None or not (text.isascii() and text.isdigit() and len(text) <= most_digits):
         _fail(f"a <{xml_text.plain(element.tag)}> has no number as its {name}")
     return int(text)
 

@@ -42,17 +42,3 @@ def inflate_block(compressed):
         return zlib.decompressobj(-zlib.MAX_WBITS).decompress(compressed, BLOCK + 1)
     except zlib.error:
         return None
-
-
-def inflate(stream, size):
-    """The content of a whole stream that must have this size; None for anything else."""
-    decompressor = zlib.decompressobj(-zlib.MAX_WBITS)
-    try:
-        data = decompressor.decompress(stream, size + 1)
-        # The end may still wait behind the last byte of content.
-        if not decompressor.eof:
-            data += decompressor.decompress(decompressor.unconsumed_tail, 1)
-    except zlib.error:
-        return None
-    whole = decompressor.eof and not decompressor.unused_data and not decompressor.unconsumed_tail
-    return data if whole and len(data) == size else None

@@ -1,11 +1,11 @@
 """Checks the programs of a package: what Windows asks of those in an app container, and of the others."""
 
-from . import app_functions, xml_text
-from .portable_executable import IMPORTS, MANIFEST_RESOURCE, PortableExecutable
+from . import app_functions, constant_rules, loading_rules, version_resource, xml_text
+from .portable_executable import EXECUTABLE, IMPORTS, MANIFEST_RESOURCE, WRITABLE, PortableExecutable
 from .problem import PackageError, Problem
 
 X64, X86 = 0x8664, 0x014C
-WINDOW_SUBSYSTEM = 2
+WINDOW_SUBSYSTEM, CONSOLE_SUBSYSTEM = 2, 3
 
 APP_CONTAINER, GUARD = 0x1000, 0x4000
 APP_FLAGS = {
@@ -15,13 +15,13 @@ APP_FLAGS = {
     0x0020: "HIGH_ENTROPY_VA (random 64-bit addresses). Link it with --high-entropy-va",
 }
 
-EXECUTABLE, WRITABLE = 0x20000000, 0x80000000
 LEAST_ALIGNMENT = 4096
 
 OLD_RUNTIME = "msvcrt.dll"
 WINDOWS_10 = "{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"
 
 _BUILD = "Build it with ./dev build"
+_GIVE = "Give the desktop component's program with --desktop"
 
 
 def _flags(path, program):
@@ -34,6 +34,8 @@ def _flags(path, program):
 
 
 def _header(path, program):
+    if not program.is_64_bit:
+        yield Problem(path, "it is not PE32+ (64-bit)", _BUILD)
     if program.machine != X64:
         yield Problem(path, f"it is built for machine {program.machine:#06x}, the package for x64", _BUILD)
     if program.subsystem != WINDOW_SUBSYSTEM or program.subsystem_version < (10, 0):
@@ -69,7 +71,7 @@ def _imports(path, program):
 
 
 def _resources(path, program, version):
-    found = program.file_version()
+    found = version_resource.file_version(program)
     if found != version:
         yield Problem(
             path, f"its version resource says {found}, the manifest {version}", "Build it anew from this manifest"
@@ -84,18 +86,12 @@ def _resources(path, program, version):
         yield Problem(path, "its embedded manifest does not name Windows 10 as supported", _BUILD)
 
 
-def _names_class(program, name):
-    """Whether the whole name stands among the program's wide strings."""
-    zero = "\0".encode("utf-16-le")
-    return zero + name.encode("utf-16-le") + zero in program.data
-
-
-def _guarded(path, data, rules):
+def _guarded(path, data, rules, remedy=_BUILD):
     """The problems that the rules find, also when the file is no program or leads its reader astray."""
     try:
         yield from rules(PortableExecutable(data))
     except ValueError as error:
-        yield Problem(path, str(error), _BUILD)
+        yield Problem(path, str(error), remedy)
     except PackageError as error:
         yield error.problem
 
@@ -104,23 +100,24 @@ def app_problems(path, data, manifest):
     """What is wrong with the application's own executable."""
 
     def rules(program):
-        for rule in (_header, _flags, _sections, _imports):
+        for rule in (loading_rules.problems, loading_rules.relocations, _header, _flags, _sections, _imports):
             yield from rule(path, program)
         yield from _resources(path, program, manifest.version)
-        if not _names_class(program, manifest.entry_point):
-            yield Problem(path, f"it does not know the entry point's class {manifest.entry_point}", _BUILD)
+        yield from constant_rules.problems(path, program, manifest)
 
     yield from _guarded(path, data, rules)
 
 
 def server_problems(path, data, classes):
-    """What is wrong with a file that shall make runtime classes."""
+    """What is wrong with a file that shall make runtime classes: the executable itself, or a library."""
 
     def rules(program):
+        if path.lower().endswith(".dll"):
+            yield from loading_rules.problems(path, program, library=True)
         if "DllGetActivationFactory" not in program.exports():
             yield Problem(path, "it does not export DllGetActivationFactory, by which its classes are made", _BUILD)
         for name in classes:
-            if not _names_class(program, name):
+            if not program.has_text(name):
                 yield Problem(path, f"it does not know the class {name}, which the manifest says it makes", _BUILD)
 
     yield from _guarded(path, data, rules)
@@ -128,18 +125,14 @@ def server_problems(path, data, classes):
 
 def desktop_problems(path, data):
     """What is wrong with the full-trust component. It may be an older program than the app, and of 32 bits."""
-    try:
-        program = PortableExecutable(data)
-    except ValueError as error:
-        if not _is_32_bit(data):
-            yield Problem(path, str(error), "Give the desktop component's program with --desktop")
-        return
-    if program.machine != X64:
-        yield Problem(path, f"it is built for machine {program.machine:#06x}", "Give a program for x64 or x86")
-    if program.characteristics & APP_CONTAINER:
-        yield Problem(path, "it has the flag APPCONTAINER, with which it runs with no full trust", "Link it without")
 
+    def rules(program):
+        yield from loading_rules.problems(path, program)
+        if (program.machine, program.is_64_bit) not in ((X64, True), (X86, False)):
+            yield Problem(path, f"it is built for machine {program.machine:#06x}", "Give a program for x64 or x86")
+        if program.subsystem not in (WINDOW_SUBSYSTEM, CONSOLE_SUBSYSTEM):
+            yield Problem(path, f"its subsystem is {program.subsystem}, no window's and no console's", _GIVE)
+        if program.characteristics & APP_CONTAINER:
+            yield Problem(path, "it has the flag APPCONTAINER, with which it has no full trust", "Link it without")
 
-def _is_32_bit(data):
-    header = int.from_bytes(data[0x3C:0x40], "little")
-    return data[:2] == b"MZ" and data[header : header + 6] == b"PE\0\0" + X86.to_bytes(2, "little")
+    yield from _guarded(path, data, rules, _GIVE)

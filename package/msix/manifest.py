@@ -74,6 +74,10 @@ class Manifest:
         return self._attribute(f".//{UAP}AppService", "Name")
 
     @property
+    def has_app_service(self):
+        return self.root.find(f".//{UAP}AppService") is not None
+
+    @property
     def description(self):
         return self._element(f"{FOUNDATION}Properties/{FOUNDATION}Description").text or ""
 
@@ -86,14 +90,15 @@ class Manifest:
         """The path of the full-trust executable."""
         return self._attribute(_FULL_TRUST, "Executable")
 
+    def parameter_groups(self):
+        """The ids of the full-trust executable's groups of parameters."""
+        return [group.get("GroupId") for group in self.root.iterfind(f"{_FULL_TRUST}//{DESKTOP}ParameterGroup")]
+
     def servers(self):
-        """The in-process servers of runtime classes: path -> names of its classes."""
-        return {
-            server.findtext(f"{FOUNDATION}Path", ""): [
-                element.get("ActivatableClassId", "") for element in server.findall(f"{FOUNDATION}ActivatableClass")
-            ]
-            for server in self.root.iter(f"{FOUNDATION}InProcessServer")
-        }
+        """The in-process servers of runtime classes: (path, names of its classes) of each."""
+        for server in self.root.iter(f"{FOUNDATION}InProcessServer"):
+            classes = server.findall(f"{FOUNDATION}ActivatableClass")
+            yield server.findtext(f"{FOUNDATION}Path", ""), [item.get("ActivatableClassId", "") for item in classes]
 
     def images(self):
         """The images that the package must have: path -> side in pixels."""

@@ -1,10 +1,13 @@
 """Checks a manifest against its schema and against what Windows asks beyond it."""
 
-from . import xml_text
+from . import part_names, xml_text
 from .manifest import DESKTOP, FOUNDATION, RESTRICTED, UAP
 from .manifest_schema import ELEMENTS, EXTENSIONS, Element, matches
 from .part_names import MANIFEST
-from .problem import Problem
+from .problem import Problem, brief
+
+# An element's name with its namespace.
+_LONG_TAG = 160
 
 _REMEDY = "Correct it in AppxManifest.xml"
 
@@ -34,10 +37,10 @@ def _attributes(element, rule):
             if attribute in rule.required:
                 yield _problem(f"<{name}> has no {attribute}")
         elif not matches(form, value):
-            yield _problem(f'<{name}> has {attribute}="{value}", which Windows does not take')
+            yield _problem(f'<{name}> has {attribute}="{brief(value)}", which Windows does not take')
     for attribute in element.attrib:
         if attribute not in rule.required and attribute not in rule.optional:
-            yield _problem(f"<{name}> has an attribute {attribute}, which is not known there")
+            yield _problem(f"<{name}> has an attribute {brief(attribute)}, which is not known there")
 
 
 def _text(element, rule):
@@ -45,7 +48,7 @@ def _text(element, rule):
     if rule.text is None and text.strip() or any((child.tail or "").strip() for child in element):
         yield _problem(f"<{name}> has text")
     if rule.text is not None and not matches(rule.text, text):
-        yield _problem(f'<{name}> has the text "{text}", which Windows does not take')
+        yield _problem(f'<{name}> has the text "{brief(text)}", which Windows does not take')
 
 
 def _children(element, rule):
@@ -60,7 +63,7 @@ def _children(element, rule):
         if child.tag in rule.children:
             yield from _element(child, ELEMENTS.get(child.tag), element.tag)
         else:
-            yield _problem(f"<{name}> has an element {child.tag}, which is not known there")
+            yield _problem(f"<{name}> has an element {brief(child.tag, _LONG_TAG)}, which is not known there")
 
 
 def _extensions(element, parent):
@@ -71,8 +74,8 @@ def _extensions(element, parent):
         category = child.get("Category")
         rule = EXTENSIONS.get((parent, child.tag, category))
         if rule is None:
-            what = f"<Extensions> has an element {child.tag} with Category={category!r}, which is not known there"
-            yield _problem(what)
+            what = f"<Extensions> has an element {brief(child.tag, _LONG_TAG)} with Category={category!r}"
+            yield _problem(f"{what}, which is not known there")
         else:
             yield from _element(child, Element({"Category": ".*", **rule.required}, rule.optional, rule.children))
 
@@ -94,13 +97,21 @@ def _schema(root):
         yield from _element(root, ELEMENTS[tag])
 
 
+def _servers(manifest):
+    seen = set()
+    for path, _ in manifest.servers():
+        if part_names.folded(path) in seen:
+            yield _problem(f"there are two servers of the path {path}")
+        seen.add(part_names.folded(path))
+
+
 def _unique(root):
     for tag, attribute in _UNIQUE:
         seen = set()
         for element in root.iter(tag):
             value = element.get(attribute)
-            if value in seen:
-                yield _problem(f'there are two <{xml_text.plain(tag)}> with {attribute}="{value}"')
+            if value is not None and value in seen:
+                yield _problem(f'there are two <{xml_text.plain(tag)}> with {attribute}="{brief(value)}"')
             seen.add(value)
     categories = [element.get("Category") for element in root.iter(f"{DESKTOP}Extension")]
     if categories.count("windows.fullTrustProcess") > 1:
@@ -132,3 +143,4 @@ def problems(manifest):
     """Everything that is wrong in a manifest by itself."""
     for rule in (_schema, _unique, _versions, _capabilities):
         yield from rule(manifest.root)
+    yield from _servers(manifest)

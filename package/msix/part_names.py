@@ -8,13 +8,14 @@ from .problem import PackageError
 MANIFEST = "AppxManifest.xml"
 BLOCK_MAP = "AppxBlockMap.xml"
 CONTENT_TYPES = "[Content_Types].xml"
+CODE_INTEGRITY = "AppxMetadata\\CodeIntegrity.cat"
 SIGNATURE = "AppxSignature.p7x"
 
-# The parts that follow the payload, in this order.
-FOOTPRINT = (MANIFEST, BLOCK_MAP, CONTENT_TYPES, SIGNATURE)
+# The parts that follow the payload, in this order. Windows' own tools add the catalogue when they sign.
+FOOTPRINT = (MANIFEST, BLOCK_MAP, CONTENT_TYPES, CODE_INTEGRITY, SIGNATURE)
 
 # What the block map tells nothing of.
-OUTSIDE_BLOCK_MAP = (BLOCK_MAP, CONTENT_TYPES, SIGNATURE)
+OUTSIDE_BLOCK_MAP = (BLOCK_MAP, CONTENT_TYPES, CODE_INTEGRITY, SIGNATURE)
 
 LONGEST_PATH = 256
 
@@ -44,17 +45,36 @@ def decode(name):
     return path
 
 
+def utf16_length(text):
+    """How long Windows says a text is."""
+    return len(text.encode("utf-16-le", "surrogatepass")) // 2
+
+
+def folded(path):
+    """The path as Windows compares it: each character in upper case by itself, none becoming two."""
+    return "".join(upper if len(upper := character.upper()) == 1 else character for character in path)
+
+
+_DESCRIBING = {folded(path): path for path in FOOTPRINT}
+
+
+def canonical(path):
+    """The path; of a part that describes the package the name that it goes by here, whatever its case."""
+    return _DESCRIBING.get(folded(path), path)
+
+
 def order(path):
     """The sort key of parts: the payload by upper-cased path, then the manifest and what describes the package."""
     place = FOOTPRINT.index(path) + 1 if path in FOOTPRINT else 0
-    return place, path.upper()
+    # Windows compares the units of UTF-16.
+    return place, folded(path).encode("utf-16-be", "surrogatepass")
 
 
 def objection(path):
     """What Windows has against a payload file of this path, or None."""
-    if len(path) > LONGEST_PATH:
+    if utf16_length(path) > LONGEST_PATH:
         return f"its path has more than {LONGEST_PATH} characters"
-    if path.upper() in _RESERVED or path.upper().startswith(_RESERVED_FOLDERS):
+    if folded(path) in _RESERVED or folded(path).startswith(_RESERVED_FOLDERS):
         return "this name is reserved for the package's own parts"
     for component in path.split("\\"):
         if not component or component.endswith((" ", ".")):

@@ -1,13 +1,22 @@
-"""Reads what this project checks of a Windows executable: header fields, imports, exports, resources, sections."""
+"""Reads what this project checks of a Windows executable: header fields, imports, exports, resources, sections.
+
+Every table is read up to a bound: a damaged file leads its reader in circles, or lets few bytes stand for many."""
 
 import struct
 from dataclasses import dataclass
 
-EXPORTS, IMPORTS, RESOURCES, DELAYED_IMPORTS = 0, 1, 2, 13
+EXPORTS, IMPORTS, RESOURCES, RELOCATIONS, DOT_NET, DELAYED_IMPORTS = 0, 1, 2, 5, 14, 13
 VERSION_RESOURCE, MANIFEST_RESOURCE = 16, 24
 
-# More of a table than this is no program that the project makes, but a file that leads its reader in circles.
-LONGEST_TABLE = 65536
+EXECUTABLE, WRITABLE = 0x20000000, 0x80000000
+
+# Windows loads no more sections.
+MOST_SECTIONS = 96
+# More names than this is no program that the project makes; nor is a longer name.
+_MOST_NAMES = 65536
+_LONGEST_NAME = 512
+
+_PE32, _PE32_PLUS = 0x10B, 0x20B
 
 
 @dataclass(frozen=True)
@@ -19,32 +28,46 @@ class Section:
     raw: int
     flags: int
 
+    @property
+    def end(self):
+        return self.address + max(self.size, self.raw_size)
+
     def holds(self, address):
-        return self.address <= address < self.address + max(self.size, self.raw_size)
+        return self.address <= address < self.end
 
 
 class PortableExecutable:
-    """The bytes of a PE32+ file. Raises ValueError for anything else, also where a table leads out of the file."""
+    """The bytes of a PE file. Raises ValueError for anything else, also where a table leads out of the file."""
 
     def __init__(self, data):
         self.data = data
+        self._names_left = _MOST_NAMES
         (header,) = self._unpack("<I", 0x3C)
         if data[:2] != b"MZ" or data[header : header + 4] != b"PE\0\0":
             raise ValueError("it is no Windows executable")
+        self.machine, section_count, _, _, self.symbol_count, optional_size, self.flags = self._unpack(
+            "<HHIIIHH", header + 4
+        )
         optional = header + 24
         (magic,) = self._unpack("<H", optional)
-        if magic != 0x20B:
-            raise ValueError("it is not PE32+ (64-bit)")
-        (self.machine, section_count) = self._unpack("<HH", header + 4)
-        (self.symbol_count,) = self._unpack("<I", header + 16)
-        (optional_size,) = self._unpack("<H", header + 20)
+        if magic not in (_PE32, _PE32_PLUS):
+            raise ValueError("it is neither PE32 nor PE32+")
+        self.is_64_bit = magic == _PE32_PLUS
+        (self.entry_point,) = self._unpack("<I", optional + 16)
         (self.section_alignment,) = self._unpack("<I", optional + 32)
         self.subsystem_version = self._unpack("<HH", optional + 48)
-        (self.subsystem, self.characteristics) = self._unpack("<HH", optional + 68)
-        (self._directory_count,) = self._unpack("<I", optional + 108)
-        self._directories = optional + 112
+        self.image_size, self.headers_size = self._unpack("<II", optional + 56)
+        self.subsystem, self.characteristics = self._unpack("<HH", optional + 68)
+        count_at = optional + (108 if self.is_64_bit else 92)
+        (self._directory_count,) = self._unpack("<I", count_at)
+        self._directories = count_at + 4
+        if section_count > MOST_SECTIONS:
+            raise ValueError(f"it has {section_count} sections; Windows loads {MOST_SECTIONS}")
         table = optional + optional_size
         self.sections = [self._section(table + 40 * i) for i in range(section_count)]
+        # Otherwise a few bytes would be looked through many times.
+        if sum(section.raw_size for section in self.sections) > len(data):
+            raise ValueError("its sections have more bytes than the file: it is cut off, or they overlap")
 
     def _unpack(self, layout, at):
         if at < 0 or at + struct.calcsize(layout) > len(self.data):
@@ -71,26 +94,35 @@ class PortableExecutable:
         """Address and size of a data directory; both zero when there is none."""
         return self._unpack("<II", self._directories + 8 * index) if index < self._directory_count else (0, 0)
 
+    def _count_name(self):
+        self._names_left -= 1
+        if self._names_left < 0:
+            raise ValueError("it has more names in its tables than a program has")
+
     def _text(self, address):
+        self._count_name()
         start = self._offset(address)
-        end = self.data.find(b"\0", start)
+        end = self.data.find(b"\0", start, start + _LONGEST_NAME)
         if end < 0:
             raise ValueError("a name in it has no end")
         return self.data[start:end].decode("latin-1")
 
     def _rows(self, layout, at):
-        """The rows of a table that ends with a row of zeros."""
-        for row in range(LONGEST_TABLE):
-            values = self._unpack(layout, at + row * struct.calcsize(layout))
-            if not any(values):
-                return
+        """The rows of a table that ends with a row of zeros. Each row has a name, of which there are not too many."""
+        size = struct.calcsize(layout)
+        while any(values := self._unpack(layout, at)):
             yield values
-        raise ValueError("a table in it has no end")
+            at += size
 
     def _functions(self, table):
         """The names in a table of imported functions; those imported by number as #number."""
-        for (value,) in self._rows("<Q", self._offset(table)):
-            yield f"#{value & 0xFFFF}" if value >> 63 else self._text((value & 0x7FFFFFFF) + 2)
+        layout, top = ("<Q", 63) if self.is_64_bit else ("<I", 31)
+        for (value,) in self._rows(layout, self._offset(table)):
+            if value >> top:
+                self._count_name()
+                yield f"#{value & 0xFFFF}"
+            else:
+                yield self._text((value & 0x7FFFFFFF) + 2)
 
     def imports(self):
         """DLL in lower case -> names of the functions, those loaded on first use included."""
@@ -112,9 +144,10 @@ class PortableExecutable:
         at = self._offset(address)
         (count,) = self._unpack("<I", at + 24)
         (names,) = self._unpack("<I", at + 32)
-        if count > LONGEST_TABLE:
+        if count > _MOST_NAMES:
             raise ValueError("it claims to export more functions than a program has")
-        return [self._text(self._unpack("<I", self._offset(names) + 4 * i)[0]) for i in range(count)]
+        table = self._offset(names) if count else 0
+        return [self._text(self._unpack("<I", table + 4 * i)[0]) for i in range(count)]
 
     def _resource_entries(self, at):
         named, numbered = self._unpack("<HH", at + 12)
@@ -143,11 +176,23 @@ class PortableExecutable:
         start = self._offset(data)
         return self.data[start : start + size]
 
-    def file_version(self):
-        """The version in the version resource as 1.2.3.4, or None."""
-        resource = self.resource(VERSION_RESOURCE) or b""
-        at = resource.find(struct.pack("<I", 0xFEEF04BD))
-        if at < 0 or at + 16 > len(resource):
-            return None
-        high, low = struct.unpack_from("<II", resource, at + 8)
-        return f"{high >> 16}.{high & 0xFFFF}.{low >> 16}.{low & 0xFFFF}"
+    def has_text(self, text):
+        """Whether a wide literal of exactly this text is in the data that the program only reads.
+
+        What two more wide characters stand before is the tail of a longer literal; of one alone that cannot be said,
+        since the end of a narrow literal looks the same."""
+        resources, _ = self.directory(RESOURCES)
+        return any(
+            self._has_literal(text, section)
+            for section in self.sections
+            if not section.flags & (EXECUTABLE | WRITABLE) and not section.holds(resources)
+        )
+
+    def _has_literal(self, text, section):
+        wanted = f"{text}\0".encode("utf-16-le")
+        at, end = section.raw - 1, section.raw + section.raw_size
+        while (at := self.data.find(wanted, at + 1, end)) >= 0:
+            before = self.data[max(at - 4, section.raw) : at]
+            if len(before) < 4 or before[1] or before[3] or not (before[0] and before[2]):
+                return True
+        return False

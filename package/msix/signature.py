@@ -17,7 +17,8 @@ _KEY_SIZE = 4
 _DIGEST_SIZE = hashlib.sha256().digest_size
 
 # The parts of which the digest is that of their content. The block map stands for all files that it lists.
-_PARTS = {b"AXBM": BLOCK_MAP, b"AXCT": CONTENT_TYPES}
+_KEYS = {BLOCK_MAP: b"AXBM", CONTENT_TYPES: b"AXCT"}
+PARTS = tuple(_KEYS)
 
 
 class Signature:
@@ -52,6 +53,6 @@ class Signature:
 
     def problems(self, contents):
         """What does not fit the content of the package's parts: name -> bytes."""
-        for key, part in _PARTS.items():
-            if part in contents and self._digests.get(key) != hashlib.sha256(contents[part]).digest():
+        for part, content in contents.items():
+            if self._digests.get(_KEYS[part]) != hashlib.sha256(content).digest():
                 yield Problem(SIGNATURE, f"it was made for a package with another {part}", "Sign the package anew")

@@ -5,7 +5,7 @@ import shutil
 import subprocess
 import tempfile
 
-from . import certificate
+from . import certificate, files
 from .problem import PackageError
 
 TOOL = "osslsigncode"
@@ -39,13 +39,6 @@ def obstacle():
     return None
 
 
-def _read(path):
-    try:
-        return path.read_bytes()
-    except OSError as error:
-        raise PackageError(path, f"it cannot be read: {error.strerror}", "Give the path of an existing file") from error
-
-
 def _run(what, where, arguments):
     try:
         done = _call(arguments)
@@ -58,14 +51,14 @@ def _run(what, where, arguments):
 
 def sign(package, publisher, certificate_file, key_file):
     """Signs a package file in its place. Raises PackageError; the file is then as it was."""
-    subject = certificate.subject(_read(certificate_file), certificate_file)
+    subject = certificate.subject(files.read(certificate_file), certificate_file)
     if subject != publisher:
         # The tool would sign all the same, and Windows refuse the package.
         raise PackageError(
             certificate_file, f"its subject is {subject}, the manifest's Publisher is {publisher}",
             "Sign with a certificate whose subject is the Publisher",
         )  # fmt: skip
-    _read(key_file)
+    files.read(key_file)
     signed = package.with_suffix(".signed")
     signed.unlink(missing_ok=True)
     try:
@@ -80,7 +73,7 @@ def sign(package, publisher, certificate_file, key_file):
 
 def check(package, certificate_file):
     """Verifies the signature of a package file against a certificate. Raises PackageError."""
-    trusted_text = certificate.armour(_read(certificate_file), certificate_file)
+    trusted_text = certificate.armour(files.read(certificate_file), certificate_file)
     # The tool reads PEM only, and the certificate may have come as DER.
     with tempfile.NamedTemporaryFile(suffix=".pem") as trusted:
         trusted.write(trusted_text)

@@ -11,7 +11,7 @@ def _check_names(paths):
         objection = part_names.objection(path)
         if objection:
             raise PackageError(path, f"it cannot be in a package: {objection}", "Give the file another name")
-        other = seen.setdefault(path.upper(), path)
+        other = seen.setdefault(part_names.folded(path), path)
         if other != path:
             raise PackageError(path, f"for Windows it has the same name as {other}", "Give one of them another name")
 

@@ -5,7 +5,7 @@ import hashlib
 import unittest
 
 import support
-from msix import certificate, writer, zip_reader, zip_writer
+from msix import blocks, certificate, part, writer, zip_reader, zip_writer
 from msix.problem import PackageError
 
 # Object ids of the parts of a name, and kinds of text.
@@ -17,7 +17,7 @@ UTF8, PRINTABLE, BMP = 0x0C, 0x13, 0x1E
 def der(tag, *contents):
     content = b"".join(contents)
     size = len(content)
-    length = bytes([size]) if size < 0x80 else b"\x82" + size.to_bytes(2, "big")
+    length = bytes([size]) if size < 0x80 else b"\x83" + size.to_bytes(3, "big")
     return bytes([tag]) + length + content
 
 
@@ -48,24 +48,24 @@ def signature(*certificates, digests=None):
     return b"PKCX" + der(0x30, der(6, b"\x2a"), der(0xA0, signed))
 
 
-def signed_package(part=None, certificates=(), files=None):
-    """The sample as a tool that signs leaves it: the signature last, and its type told. Without a part one that fits
-    is made, with these certificates."""
+def signed_package(signed=None, certificates=(), files=None):
+    """The sample as a tool that signs leaves it: the signature last, and its type told. Without a signature one that
+    fits is made, with these certificates."""
     entries = zip_reader.read(writer.write(files or support.files()), "sample")
     types, block_map = entries[-1], entries[-2]
-    data = support.verifier.blocks.inflate(types.stream, types.size).replace(
+    data = part.content(types, types.name, 1 << 20).replace(
         b"</Types>",
         b'<Override PartName="/AppxSignature.p7x" ContentType="application/vnd.ms-appx.signature"/></Types>',
     )
-    stream = support.verifier.blocks.deflate(data)[0]
-    mapped = support.verifier.blocks.inflate(block_map.stream, block_map.size)
+    stream = blocks.deflate(data)[0]
+    mapped = part.content(block_map, block_map.name, 1 << 20)
     digests = {
         b"AXPC": bytes(32), b"AXCD": bytes(32), b"AXCT": hashlib.sha256(data).digest(),
         b"AXBM": hashlib.sha256(mapped).digest(),
     }  # fmt: skip
     kept = [zip_writer.Entry(e.name, e.method, e.size, e.crc, e.stream) for e in entries[:-1]]
-    signed = zip_writer.stored("AppxSignature.p7x", part or signature(*certificates, digests=digests))
-    return zip_writer.write([*kept, zip_writer.deflated(types.name, data, stream), signed])
+    last = zip_writer.stored("AppxSignature.p7x", signed or signature(*certificates, digests=digests))
+    return zip_writer.write([*kept, zip_writer.deflated(types.name, data, stream), last])
 
 
 class Subject(unittest.TestCase):

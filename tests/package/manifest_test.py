@@ -2,10 +2,12 @@
 
 import struct
 import unittest
+import zlib
 
 import support
 from msix import logo, png
 from msix.manifest import publisher_id
+from msix.png_reader import Png
 
 # An edit of the manifest, and words of the message that it must lead to.
 REFUSED = {
@@ -64,9 +66,31 @@ REFUSED = {
     "an image that is not there": ("Assets\\StoreLogo.png", "Assets\\Other.png", "Assets\\Other.png: AppxM"),
     "a server that is not there": (
         "<Path>VelmoNotificationClient.exe", "<Path>Server.dll", "Server.dll: AppxM"),
-    "an entry point that the executable does not know": (
-        'EntryPoint="VelmoNotificationClient.App"', 'EntryPoint="VelmoNotificationClient.Ap"', "entry point's class"),
+    "an entry point that is not the executable's": (
+        'EntryPoint="VelmoNotificationClient.App"', 'EntryPoint="VelmoNotificationClient.Ap"',
+        "application object is VelmoNotificationClient.App"),
     "a class that the executable does not know": ("Client.MainPage", "Client.OtherPage", "Client.OtherPage"),
+    "an entry point that is another class of the executable": (
+        'EntryPoint="VelmoNotificationClient.App"', 'EntryPoint="VelmoNotificationClient.MainPage"',
+        "EntryPoint is VelmoNotificationClient.MainPage"),
+    "an entry point that is another text of the executable": (
+        'EntryPoint="VelmoNotificationClient.App"', 'EntryPoint="LaunchHOV"', "EntryPoint is LaunchHOV"),
+    "a class that is another text of the executable": (
+        'ActivatableClassId="VelmoNotificationClient.MainPage"', 'ActivatableClassId="VelmoNotificationClient.App"',
+        "class VelmoNotificationClient.App, which"),
+    "a missing parameter group": (
+        '<desktop:ParameterGroup GroupId="CURIUpdated" Parameters="/CURIUpdated"/>', "", "no ParameterGroup CURIUpdated"),
+    "a misspelt parameter group": ('GroupId="LaunchHOV"', 'GroupId="LaunchHov"', "no ParameterGroup LaunchHOV"),
+    "a parameter group by another name of the executable": (
+        'GroupId="NotificationReceived"', 'GroupId="ZEB"', "no ParameterGroup NotificationReceived"),
+    "a misspelt app service": ('"com.velmo.notification"', '"com.velmo.notifcation"', "com.velmo.notifcation; V"),
+    "an app service in another case": ('"com.velmo.notification"', '"com.velmo.Notification"', "com.velmo.Notification; V"),
+    "a second server of one path": (
+        "<Extension Category=\"windows.activatableClass.inProcessServer\">",
+        "<Extension Category=\"windows.activatableClass.inProcessServer\"><InProcessServer>"
+        "<Path>velmonotificationclient.EXE</Path><ActivatableClass ActivatableClassId=\"A.B\" ThreadingModel=\"both\"/>"
+        "</InProcessServer></Extension><Extension Category=\"windows.activatableClass.inProcessServer\">",
+        "two servers of the path"),
 }  # fmt: skip
 
 
@@ -82,10 +106,32 @@ class ManifestRules(unittest.TestCase):
             ("CN=Velmo", "CN=Velmo Software, O=&quot;Velmo, Ltd.&quot;, L=Pune, C=IN"),
             ("velmo-notification", "v2"),
             ('"transparent"', '"#1F3A5F"'),
+            ("<desktop:FullTrustProcess>", '<desktop:FullTrustProcess><desktop:ParameterGroup GroupId="x" Parameters="y"/>'),
             ('Language="en-US"/>', 'Language="en-US"/><Resource Language="de"/>'),
         ):
             with self.subTest(new):
                 self.assertEqual(support.problems_of_manifest(old, new), [])
+
+    def without(self, begin, end):
+        """What is said of the manifest without the text from one to the other."""
+        text = support.manifest_bytes().decode("utf-8")
+        start = text.index(begin)
+        return support.problems_of_manifest(text[start : text.index(end, start) + len(end)], "")
+
+    def test_an_extension_that_the_executable_needs_is_missed(self):
+        for category, begin, end in (
+            ("windows.fullTrustProcess", "<desktop:Extension", "</desktop:Extension>"),
+            ("windows.appService", '<uap:Extension Category="windows.appService">', "</uap:Extension>"),
+        ):
+            (found,) = self.without(begin, end)
+            self.assertIn(f"it has no {category}", found)
+
+    def test_extensions_that_the_executable_does_not_need_may_be_missing(self):
+        for begin, end in (
+            ('<uap:Extension Category="windows.protocol">', "</uap:Extension>"),
+            ("<Extensions>\n        <Extension ", "</Extension>\n    </Extensions>"),
+        ):
+            self.assertEqual(self.without(begin, end), [])
 
     def test_a_second_full_trust_component_is_refused(self):
         text = support.manifest_bytes().decode("utf-8")
@@ -109,6 +155,19 @@ class ManifestRules(unittest.TestCase):
         self.assertEqual(publisher_id("CN=Velmo"), "m7dy57p66fpam")
 
 
+def rows(count, size):
+    """Pixels of rows of that many bytes, each behind its filter."""
+    return bytes(count * (1 + size))
+
+
+def image(width, height, pixels, stream=None, bits=8, colour=6, interlaced=0, before=b""):
+    """A PNG with these pixels, or this in the place of their compressed data."""
+    header = struct.pack(">IIBBBBB", width, height, bits, colour, 0, 0, interlaced)
+    data = zlib.compress(pixels) if stream is None else stream
+    end = png.chunk(b"IDAT", data) + png.chunk(b"IEND", b"")
+    return png.SIGNATURE + png.chunk(b"IHDR", header) + before + end
+
+
 class Images(unittest.TestCase):
     def refused(self, data, words):
         found = support.problems_of({"Assets\\Square44x44Logo.png": data})
@@ -118,29 +177,63 @@ class Images(unittest.TestCase):
         self.refused(logo.draw(45), "45 x 45 pixels")
 
     def test_an_image_that_is_not_square_is_refused(self):
-        image = bytearray(png.write(44, lambda x, y: (0, 0, 0, 0)))
-        struct.pack_into(">I", image, 20, 43)
-        struct.pack_into(">I", image, 29, png.zlib.crc32(bytes(image[12:29])))
-        self.refused(bytes(image), "44 x 43 pixels")
+        self.refused(image(44, 43, rows(43, 44 * 4)), "44 x 43 pixels")
+
+    def test_an_image_whose_pixels_are_none_is_refused(self):
+        whole = rows(44, 44 * 4)
+        for what, (data, words) in {
+            "noise": (image(44, 44, b"", b"noise" * 50), "cannot be read"),
+            "nothing": (image(44, 44, b"", b""), "cannot be read"),
+            "too few": (image(44, 44, whole[:-1]), "not as many"),
+            "too many": (image(44, 44, whole + b"x"), "not as many"),
+            "a filter that is none": (image(44, 44, b"\5" + whole[1:]), "no pixels"),
+            "a compression without an end": (image(44, 44, b"", zlib.compress(whole)[:-4]), "cannot be read"),
+            "a bomb": (image(44, 44, bytes(50000000)), "not as many"),
+            "a palette without colours": (image(44, 44, rows(44, 44), colour=3), "no palette"),
+            "a colour type that is none": (image(44, 44, whole, colour=5), "combination"),
+            "bits that are none": (image(44, 44, whole, bits=5), "combination"),
+            "an interlacing that is none": (image(44, 44, whole, interlaced=2), "combination"),
+            "no size": (image(0, 44, whole), "0 x 44 pixels"),
+            "a size beyond all": (image(0xFFFFFFFF, 0xFFFFFFFF, whole), "4294967295 x"),
+        }.items():
+            with self.subTest(what):
+                self.refused(data, words)
+
+    def test_images_of_every_kind_are_accepted(self):
+        palette = png.chunk(b"PLTE", bytes(6))
+        for what, data in {
+            "grey": image(44, 44, rows(44, 44), colour=0),
+            "black and white": image(44, 44, rows(44, 6), bits=1, colour=0),
+            "colours of 16 bits": image(44, 44, rows(44, 44 * 6), bits=16, colour=2),
+            "grey and alpha": image(44, 44, rows(44, 88), colour=4),
+            "a palette": image(44, 44, rows(44, 11), bits=2, colour=3, before=palette),
+            "interlaced": image(
+                44, 44, b"".join(rows(high, wide) for wide, high in (
+                    (6, 6), (5, 6), (11, 5), (11, 11), (22, 11), (22, 22), (44, 22))), colour=0, interlaced=1),
+        }.items():  # fmt: skip
+            with self.subTest(what):
+                self.assertEqual(support.problems_of({"Assets\\Square44x44Logo.png": data}), [])
 
     def test_an_image_that_is_cut_or_damaged_is_refused(self):
         whole = logo.draw(44)
         for size in range(len(whole)):
             with self.subTest(size=size), self.assertRaises(ValueError):
-                png.read_size(whole[:size])
+                Png(whole[:size]).check_pixels()
         self.refused(whole[:-20], "damaged")
         self.refused(whole[:60] + bytes([whole[60] ^ 1]) + whole[61:], "damaged")
         self.refused(b"GIF89a", "no PNG")
 
     def test_an_image_that_is_too_large_is_refused(self):
         whole = logo.draw(44)
-        filler = png._chunk(b"tEXt", bytes(205000))
+        filler = png.chunk(b"tEXt", bytes(205000))
         self.refused(whole[:-12] + filler + whole[-12:], "Windows takes 204800")
 
     def test_the_logo_is_drawn_in_any_size_with_clear_corners(self):
         for side in (16, 44, 50, 150):
             image = logo.draw(side)
-            self.assertEqual(png.read_size(image), (side, side))
+            read = Png(image)
+            read.check_pixels()
+            self.assertEqual((read.width, read.height), (side, side))
             self.assertEqual(logo._pixel(side, 0, 0)[3], 0)
             self.assertEqual(logo._pixel(side, side // 2, side // 2), (255, 255, 255, 255))
 

@@ -9,6 +9,7 @@ import unittest
 import zipfile
 
 import support
+from msix import version_resource
 from msix.manifest import Manifest
 from msix.portable_executable import PortableExecutable
 
@@ -46,7 +47,7 @@ class Shipped(unittest.TestCase):
         version = Manifest(support.manifest_bytes()).version
         self.assertEqual(self.package.name, f"VelmoNotificationClient_{version}_x64.msix")
         program = PortableExecutable((self.dist / "VelmoNotificationClient.exe").read_bytes())
-        self.assertEqual(program.file_version(), version)
+        self.assertEqual(version_resource.file_version(program), version)
 
     def test_has_the_folder_of_the_build_in_it(self):
         with zipfile.ZipFile(self.package) as archive:

@@ -16,6 +16,15 @@ EXECUTABLE = "VelmoNotificationClient.exe"
 DESKTOP = "HOV\\Tessaline.exe"
 MANIFEST = "AppxManifest.xml"
 MARKUP = "MainPage.xaml"
+STRINGS = (
+    "VelmoNotificationClient.App",
+    "VelmoNotificationClient.MainPage",
+    "VelmoNotificationClient.VelmoNotificationClient_uwp_XamlTypeInfo.XamlMetaDataProvider",
+    "LaunchHOV",
+    "CURIUpdated",
+    "NotificationReceived",
+    f"ms-appx:///{MARKUP}",
+)
 
 
 def manifest_bytes():
@@ -25,10 +34,10 @@ def manifest_bytes():
 def app_program(**changes):
     """The application's executable as the manifest describes it, but for the changes."""
     manifest = Manifest(manifest_bytes())
-    classes = [name for names in manifest.servers().values() for name in names]
     wanted = {
         "exports": ["DllGetActivationFactory"],
-        "strings": [manifest.entry_point, *classes, f"ms-appx:///{MARKUP}"],
+        "strings": STRINGS,
+        "version_texts": {"CompanyName": "Velmo", "AppService": manifest.app_service},
         "file_version": tuple(int(part) for part in manifest.version.split(".")),
     }
     return make_program(**(wanted | changes))
