@@ -23,6 +23,8 @@ def problems(mapped, parts):
         yield Problem(BLOCK_MAP, "it lists the files in another order than the package", _ANEW)
     for file in listed.values():
         if parts.readable(file.path):
+            if file.digest is not None and parts.whole_digest(file.path) != file.digest:
+                yield Problem(file.path, "it has another hash than the block map says of the whole file", _ANEW)
             yield from _file_problems(file, parts.entry(file.path), parts.digests(file.path))
 
 

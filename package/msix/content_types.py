@@ -1,10 +1,12 @@
 """[Content_Types].xml: the type of every part, by extension or by name."""
 
+import re
 import xml.etree.ElementTree as ElementTree
+from urllib.parse import unquote
 
 from . import xml_text
-from .part_names import BLOCK_MAP, CONTENT_TYPES, MANIFEST, SIGNATURE, encode
-from .problem import PackageError, Problem
+from .part_names import BLOCK_MAP, CODE_INTEGRITY, CONTENT_TYPES, MANIFEST, SIGNATURE, encode, folded
+from .problem import PackageError, Problem, brief
 
 NAMESPACE = "http://schemas.openxmlformats.org/package/2006/content-types"
 
@@ -12,6 +14,7 @@ NAMESPACE = "http://schemas.openxmlformats.org/package/2006/content-types"
 REQUIRED = {
     MANIFEST: "application/vnd.ms-appx.manifest+xml",
     BLOCK_MAP: "application/vnd.ms-appx.blockmap+xml",
+    CODE_INTEGRITY: "application/vnd.ms-pkiseccat",
     SIGNATURE: "application/vnd.ms-appx.signature",
 }
 
@@ -27,6 +30,14 @@ BY_EXTENSION = {
     "xaml": "application/xaml+xml",
     "xml": "application/xml",
 }
+# What the standard of such parts allows: its characters of a segment, and tokens with parameters behind them.
+_SEGMENT = r"(%[0-9A-Fa-f]{2}|[-A-Za-z0-9._~!$&'()*+,;=:@])+"
+_FORMS = {"Extension": r"(%[0-9A-Fa-f]{2}|[-A-Za-z0-9_~!$&'()*+,:=@])+", "PartName": rf"(/{_SEGMENT})+"}
+_TOKEN = r"[-A-Za-z0-9!#$%&'*+.^_`|~]+"
+_MEDIA_TYPE = rf'{_TOKEN}/{_TOKEN}([ \t]*;[ \t]*{_TOKEN}=({_TOKEN}|"[^"\r\n]*"))*'
+
+_LONGEST = 4096
+
 UNKNOWN = "application/octet-stream"
 
 
@@ -60,29 +71,55 @@ def _fail(what):
     raise PackageError(CONTENT_TYPES, what, "Make the package anew")
 
 
+def _checked(element, key):
+    """The two attributes of an element that has nothing else. Raises PackageError."""
+    name = xml_text.plain(element.tag)
+    if set(element.attrib) != {key, "ContentType"} or len(element) or _is_text(element.text):
+        _fail(f"a <{name}> has something else than {key} and ContentType")
+    value, content_type = element.get(key), element.get("ContentType")
+    if len(value) + len(content_type) > _LONGEST:
+        _fail(f"a <{name}> has a {key} or a ContentType that is too long")
+    if not re.fullmatch(_FORMS[key], value):
+        _fail(f'a <{name}> has {key}="{brief(value)}", which Windows does not take')
+    if not re.fullmatch(_MEDIA_TYPE, content_type):
+        _fail(f'a <{name}> has ContentType="{brief(content_type)}", which is no media type')
+    return value, content_type
+
+
+def _is_text(text):
+    return bool((text or "").strip(xml_text.BLANKS))
+
+
 def read(data):
-    """Types by extension (lower case) and by encoded part name (with its leading slash, upper case)."""
+    """Types by extension (lower case) and by path (as Windows compares it)."""
     root = xml_text.parse(data, CONTENT_TYPES)
     if root.tag != f"{{{NAMESPACE}}}Types":
         _fail(f"its root is no <Types> of {NAMESPACE}")
+    if root.attrib or _is_text(root.text) or any(_is_text(element.tail) for element in root):
+        _fail("its root has attributes or text")
     defaults, overrides = {}, {}
     for element in root:
-        kind = xml_text.plain(element.tag)
-        table, key = (defaults, "Extension") if kind == "Default" else (overrides, "PartName")
-        if kind not in ("Default", "Override") or not element.get(key) or not element.get("ContentType"):
-            _fail("it has an element that is no <Default> with Extension or <Override> with PartName, and ContentType")
-        name = element.get(key).lower() if kind == "Default" else element.get(key).upper()
-        if name in table:
-            _fail(f"it tells the type of {element.get(key)} twice")
-        table[name] = element.get("ContentType")
+        if element.tag not in (f"{{{NAMESPACE}}}Default", f"{{{NAMESPACE}}}Override"):
+            name = brief(element.tag, 160)
+            _fail(f"it has an element {name}, which is no <Default> and no <Override> of {NAMESPACE}")
+        is_default = xml_text.plain(element.tag) == "Default"
+        value, content_type = _checked(element, "Extension" if is_default else "PartName")
+        table, key = (defaults, value.lower()) if is_default else (overrides, _key(value))
+        if key in table:
+            _fail(f"it tells the type of {brief(value)} twice")
+        table[key] = content_type
     return defaults, overrides
+
+
+def _key(part_name):
+    return folded(unquote(part_name[1:]).replace("/", "\\"))
 
 
 def problems(data, paths):
     """What is wrong with the types that the part gives these paths."""
     defaults, overrides = read(data)
     for path in paths:
-        found = overrides.get(f"/{encode(path)}".upper(), defaults.get(_extension(path)))
+        found = overrides.get(folded(path), defaults.get(_extension(path)))
         wanted = REQUIRED.get(path, PROGRAM if _extension(path) in ("exe", "dll") else None)
         if found is None:
             yield Problem(CONTENT_TYPES, f"it tells no type for {path}", "Make the package anew")

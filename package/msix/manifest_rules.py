@@ -2,7 +2,7 @@
 
 from . import part_names, xml_text
 from .manifest import DESKTOP, FOUNDATION, RESTRICTED, UAP
-from .manifest_schema import ELEMENTS, EXTENSIONS, Element, matches
+from .manifest_schema import CATEGORY, ELEMENTS, EXTENSIONS, Element, matches
 from .part_names import MANIFEST
 from .problem import Problem, brief
 
@@ -43,9 +43,13 @@ def _attributes(element, rule):
             yield _problem(f"<{name}> has an attribute {brief(attribute)}, which is not known there")
 
 
+def _is_text(text):
+    return bool((text or "").strip(xml_text.BLANKS))
+
+
 def _text(element, rule):
     name, text = xml_text.plain(element.tag), element.text or ""
-    if rule.text is None and text.strip() or any((child.tail or "").strip() for child in element):
+    if rule.text is None and _is_text(text) or any(_is_text(child.tail) for child in element):
         yield _problem(f"<{name}> has text")
     if rule.text is not None and not matches(rule.text, text):
         yield _problem(f'<{name}> has the text "{brief(text)}", which Windows does not take')
@@ -59,6 +63,11 @@ def _children(element, rule):
             yield _problem(f"<{name}> has no <{xml_text.plain(tag)}>")
         elif most is not None and count > most:
             yield _problem(f"<{name}> has {count} <{xml_text.plain(tag)}> where {most} is allowed")
+    if rule.ordered:
+        found, order = [child.tag for child in element if child.tag in rule.children], list(rule.children)
+        if found != sorted(found, key=order.index):
+            names = ", ".join(map(xml_text.plain, order))
+            yield _problem(f"<{name}> has its elements in another order than {names}")
     for child in element:
         if child.tag in rule.children:
             yield from _element(child, ELEMENTS.get(child.tag), element.tag)
@@ -70,6 +79,8 @@ def _extensions(element, parent):
     """<Extensions>, whose children are told apart by their category."""
     if not len(element):
         yield _problem("<Extensions> is empty")
+    yield from _attributes(element, Element())
+    yield from _text(element, Element())
     for child in element:
         category = child.get("Category")
         rule = EXTENSIONS.get((parent, child.tag, category))
@@ -77,7 +88,7 @@ def _extensions(element, parent):
             what = f"<Extensions> has an element {brief(child.tag, _LONG_TAG)} with Category={category!r}"
             yield _problem(f"{what}, which is not known there")
         else:
-            yield from _element(child, Element({"Category": ".*", **rule.required}, rule.optional, rule.children))
+            yield from _element(child, Element({"Category": CATEGORY, **rule.required}, rule.optional, rule.children))
 
 
 def _element(element, rule, parent=None):
@@ -95,6 +106,15 @@ def _schema(root):
         yield _problem(f"its root is {root.tag} instead of {tag}")
     else:
         yield from _element(root, ELEMENTS[tag])
+
+
+def _languages(root):
+    seen = set()
+    for resource in root.iter(f"{FOUNDATION}Resource"):
+        language = resource.get("Language", "").lower()
+        if language in seen:
+            yield _problem(f"there are two <Resource> of the language {brief(language)}")
+        seen.add(language)
 
 
 def _servers(manifest):
@@ -141,6 +161,6 @@ def _capabilities(root):
 
 def problems(manifest):
     """Everything that is wrong in a manifest by itself."""
-    for rule in (_schema, _unique, _versions, _capabilities):
+    for rule in (_schema, _unique, _languages, _versions, _capabilities):
         yield from rule(manifest.root)
     yield from _servers(manifest)

@@ -4,8 +4,17 @@ import re
 from dataclasses import dataclass, field
 
 from .manifest import DESKTOP, FOUNDATION, RESTRICTED, UAP
+from .part_names import utf16_length
 
 ONE, OPTIONAL, SOME = (1, 1), (0, 1), (1, None)
+
+
+@dataclass(frozen=True)
+class Form:
+    """What a value looks like: its pattern, of which digits and letters are ASCII's, and its length in UTF-16."""
+
+    pattern: str
+    longest: int
 
 
 @dataclass(frozen=True)
@@ -13,26 +22,49 @@ class Element:
     required: dict = field(default_factory=dict)  # attribute -> the form of its value
     optional: dict = field(default_factory=dict)
     children: dict = field(default_factory=dict)  # tag -> least and most times
-    text: str | None = None  # the form of its text; without one there is only white space
+    text: Form | None = None  # the form of its text; without one there is only white space
+    ordered: bool = False  # whether the children stand in the order of `children`
 
 
-def _name(longest):
-    """Text without blanks around it."""
-    return rf"\S(.{{0,{longest - 2}}}\S)?"
+def _token(pattern):
+    """A form whose pattern bounds its length."""
+    return Form(pattern, 32767)
 
 
-_EXECUTABLE = r'[^<>:"|?*/]{1,252}\.[eE][xX][eE]'
-_IMAGE = r'[^<>:"|?*/]{1,252}\.([pP][nN][gG]|[jJ][pP][eE]?[gG])'
-_CLASS = r"[A-Za-z_]\w*(\.[A-Za-z_]\w*)*"
-_PART_OF_VERSION = r"(0|[1-9]\d{0,3}|[1-5]\d{4}|6[0-4]\d{3}|65[0-4]\d\d|655[0-2]\d|6553[0-5])"
-_VERSION = rf"{_PART_OF_VERSION}(\.{_PART_OF_VERSION}){{3}}"
+def _text(longest):
+    """One line without blanks around it."""
+    return Form(r"[^ \t\r\n]([^\r\n]*[^ \t\r\n])?", longest)
+
+
+def _path(extension):
+    """A file of the package, without blanks around it or a folder without a name."""
+    name = r'[^\\<>:"|?*/\x00-\x1f]+'
+    return Form(rf"(?! ){name}(\\{name})*\.{extension}", 256)
+
+
+_EXECUTABLE = _path("[eE][xX][eE]")
+_SERVER = _path("([eE][xX][eE]|[dD][lL][lL])")
+_IMAGE = _path("(png|jpg|jpeg)")
+_CLASS = Form(r"[A-Za-z_][A-Za-z0-9_]*(\.[A-Za-z_][A-Za-z0-9_]*)*", 256)
+
+_RESERVED = "(con|prn|aux|nul|com[1-9]|lpt[1-9])"
+_IDENTITY = _token(rf"(?!(?i:{_RESERVED}(\.|$)|xn--|.*\.xn--))[-.A-Za-z0-9]{{2,49}}[-A-Za-z0-9]")
+
+_PART_OF_VERSION = "(0|[1-9][0-9]{0,3}|[1-5][0-9]{4}|6[0-4][0-9]{3}|65[0-4][0-9]{2}|655[0-2][0-9]|6553[0-5])"
+_VERSION = _token(rf"{_PART_OF_VERSION}(\.{_PART_OF_VERSION}){{3}}")
+
 # A distinguished name as Windows writes it: parts in the form KEY=value, ", " between them.
-_VALUE = r'([^,+="<>#;]+|"[^"]+")'
-_KEY = r"(CN|L|O|OU|E|C|S|STREET|T|G|I|SN|DC|SERIALNUMBER|(OID\.)?\d+(\.\d+)+)"
-_PUBLISHER = rf"{_KEY}={_VALUE}(, {_KEY}={_VALUE})*"
-_COLOUR = r"transparent|#[0-9A-Fa-f]{6}"
-_PROTOCOL = r"[a-z0-9][-a-z0-9.+]{1,38}"
-_SERVICE = r"[A-Za-z0-9][-_.A-Za-z0-9]{1,38}"
+_KEY = (
+    "(CN|L|O|OU|E|C|S|STREET|T|G|I|SN|DC|SERIALNUMBER|Description|PostalCode|POBox|Phone|X21Address|dnQualifier"
+    r"|OID\.(0|[1-9][0-9]*)(\.(0|[1-9][0-9]*))+)"
+)
+_PLAIN, _END = r'[^,+="<>#;\r\n]', r'[^,+="<>#;\r\n \t]'
+_PART = rf'{_KEY}=({_END}({_PLAIN}*{_END})?|"([^"\r\n]|"")+")'
+_PUBLISHER = Form(rf"{_PART}(, {_PART})*", 8192)
+
+_COLOUR = _token("transparent|#[0-9A-Fa-f]{6}")
+_PROTOCOL = _token("[a-z][-a-z0-9.+]{1,38}")
+_SERVICE = _token("[-A-Za-z0-9][-.A-Za-z0-9]{1,38}")
 
 # What an app of this kind may ask for; a name that Windows does not know is refused when the package is installed.
 GENERAL_CAPABILITIES = ("internetClient", "internetClientServer", "privateNetworkClientServer")
@@ -52,10 +84,10 @@ ELEMENTS = {
     ),
     f"{FOUNDATION}Identity": Element(
         required={
-            "Name": r"[-.A-Za-z0-9]{3,50}",
+            "Name": _IDENTITY,
             "Publisher": _PUBLISHER,
             "Version": _VERSION,
-            "ProcessorArchitecture": "x64",
+            "ProcessorArchitecture": _token("x64"),
         }
     ),
     f"{FOUNDATION}Properties": Element(
@@ -66,52 +98,54 @@ ELEMENTS = {
             f"{FOUNDATION}Logo": ONE,
         }
     ),
-    f"{FOUNDATION}DisplayName": Element(text=_name(256)),
-    f"{FOUNDATION}PublisherDisplayName": Element(text=_name(256)),
-    f"{FOUNDATION}Description": Element(text=_name(2048)),
+    f"{FOUNDATION}DisplayName": Element(text=_text(256)),
+    f"{FOUNDATION}PublisherDisplayName": Element(text=_text(256)),
+    f"{FOUNDATION}Description": Element(text=_text(2048)),
     f"{FOUNDATION}Logo": Element(text=_IMAGE),
     f"{FOUNDATION}Dependencies": Element(children={f"{FOUNDATION}TargetDeviceFamily": ONE}),
     f"{FOUNDATION}TargetDeviceFamily": Element(
-        required={"Name": r"Windows\.Desktop", "MinVersion": _VERSION, "MaxVersionTested": _VERSION}
+        required={"Name": _token(r"Windows\.Desktop"), "MinVersion": _VERSION, "MaxVersionTested": _VERSION}
     ),
     f"{FOUNDATION}Resources": Element(children={f"{FOUNDATION}Resource": SOME}),
-    f"{FOUNDATION}Resource": Element(required={"Language": r"[A-Za-z]{2,3}(-[A-Za-z0-9]{2,8})*"}),
+    f"{FOUNDATION}Resource": Element(required={"Language": _token("[A-Za-z]{2,3}(-[A-Za-z0-9]{1,8}){0,20}")}),
     # Windows takes more than one application; this package, its service and its protocol are made for one.
     f"{FOUNDATION}Applications": Element(children={f"{FOUNDATION}Application": ONE}),
     f"{FOUNDATION}Application": Element(
-        required={"Id": r"[A-Za-z][A-Za-z0-9]{0,63}", "Executable": _EXECUTABLE, "EntryPoint": _CLASS},
+        required={"Id": _token("[A-Za-z][A-Za-z0-9]{0,63}"), "Executable": _EXECUTABLE, "EntryPoint": _CLASS},
         children={f"{UAP}VisualElements": ONE, f"{FOUNDATION}Extensions": OPTIONAL},
     ),
     f"{UAP}VisualElements": Element(
         required={
-            "DisplayName": _name(256),
-            "Description": _name(2048),
+            "DisplayName": _text(256),
+            "Description": _text(2048),
             "BackgroundColor": _COLOUR,
             "Square150x150Logo": _IMAGE,
             "Square44x44Logo": _IMAGE,
         },
-        optional={"AppListEntry": "default|none"},
+        optional={"AppListEntry": _token("default|none")},
     ),
     f"{UAP}Protocol": Element(required={"Name": _PROTOCOL}),
     # Served by the application itself: an EntryPoint on the extension would name a background task of its own.
     f"{UAP}AppService": Element(required={"Name": _SERVICE}),
     f"{DESKTOP}FullTrustProcess": Element(children={f"{DESKTOP}ParameterGroup": SOME}),
     f"{DESKTOP}ParameterGroup": Element(
-        required={"GroupId": r"[A-Za-z0-9][-_.A-Za-z0-9]{0,254}", "Parameters": _name(32767)}
+        required={"GroupId": _text(32767), "Parameters": _text(32767)}
     ),
     f"{FOUNDATION}InProcessServer": Element(
-        children={f"{FOUNDATION}Path": ONE, f"{FOUNDATION}ActivatableClass": SOME}
+        children={f"{FOUNDATION}Path": ONE, f"{FOUNDATION}ActivatableClass": SOME}, ordered=True
     ),
-    f"{FOUNDATION}Path": Element(text=r'[^<>:"|?*/]{1,252}\.([eE][xX][eE]|[dD][lL][lL])'),
+    f"{FOUNDATION}Path": Element(text=_SERVER),
     f"{FOUNDATION}ActivatableClass": Element(
-        required={"ActivatableClassId": _CLASS, "ThreadingModel": "both|STA|MTA"}
+        required={"ActivatableClassId": _CLASS, "ThreadingModel": _token("both|STA|MTA")}
     ),
     f"{FOUNDATION}Capabilities": Element(
         children={f"{FOUNDATION}Capability": SOME, f"{RESTRICTED}Capability": SOME}
     ),
-    f"{FOUNDATION}Capability": Element(required={"Name": "|".join(GENERAL_CAPABILITIES)}),
-    f"{RESTRICTED}Capability": Element(required={"Name": "|".join(RESTRICTED_CAPABILITIES)}),
+    f"{FOUNDATION}Capability": Element(required={"Name": _token("|".join(GENERAL_CAPABILITIES))}),
+    f"{RESTRICTED}Capability": Element(required={"Name": _token("|".join(RESTRICTED_CAPABILITIES))}),
 }
+
+CATEGORY = _token(r"windows\.[A-Za-z.]+")
 
 # Extensions differ by their category: the parent that they stand in, their tag and category -> what they look like.
 _APPLICATION, _PACKAGE = f"{FOUNDATION}Application", f"{FOUNDATION}Package"
@@ -128,4 +162,4 @@ EXTENSIONS = {
 
 
 def matches(form, value):
-    return re.fullmatch(form, value) is not None
+    return utf16_length(value) <= form.longest and re.fullmatch(form.pattern, value) is not None

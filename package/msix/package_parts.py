@@ -50,6 +50,10 @@ class PackageParts:
     def digests(self, path):
         return self._digests[part_names.folded(path)]
 
+    def whole_digest(self, path):
+        """The digest of all of a readable part."""
+        return part.whole_digest(self.entry(path), path)
+
     def content(self, path, most):
         """The bytes of a readable part. Raises PackageError when it has more than `most`."""
         return part.content(self.entry(path), path, most)

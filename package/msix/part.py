@@ -1,5 +1,7 @@
 """What a part of a package holds, read piece by piece: what a header says of sizes is not believed before."""
 
+import base64
+import hashlib
 import zlib
 
 from . import blocks
@@ -60,6 +62,14 @@ def content(entry, path, most):
     if entry.size > most:
         _damaged(path, f"it has {entry.size} bytes; such a file is looked at up to {most}")
     return b"".join(_checked(entry, path))
+
+
+def whole_digest(entry, path):
+    """The digest of all of an entry, in the form of those of blocks. Raises PackageError."""
+    digest = hashlib.sha256()
+    for piece in _checked(entry, path):
+        digest.update(piece)
+    return base64.b64encode(digest.digest()).decode("ascii")
 
 
 def digests(entry, path):

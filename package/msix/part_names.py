@@ -18,6 +18,8 @@ FOOTPRINT = (MANIFEST, BLOCK_MAP, CONTENT_TYPES, CODE_INTEGRITY, SIGNATURE)
 OUTSIDE_BLOCK_MAP = (BLOCK_MAP, CONTENT_TYPES, CODE_INTEGRITY, SIGNATURE)
 
 LONGEST_PATH = 256
+# Of one unit of UTF-16 come three encoded bytes at most.
+_LONGEST_NAME = 9 * LONGEST_PATH
 
 _FORBIDDEN = re.compile(r'[\x00-\x1f<>:"|?*/]')
 _DEVICE = re.compile(r"(con|prn|aux|nul|com[1-9]|lpt[1-9])(\..*)?", re.IGNORECASE)
@@ -34,6 +36,8 @@ def decode(name):
     """The path of a part, from its name in the archive. Raises PackageError for a name that no path encodes to."""
     if name == CONTENT_TYPES:
         return name
+    if len(name) > _LONGEST_NAME:
+        raise PackageError(name, f"its name has more than {_LONGEST_NAME} characters", "Give it a shorter one")
     try:
         path = unquote_to_bytes(name).decode("utf-8").replace("/", "\\")
     except UnicodeDecodeError:
@@ -52,6 +56,8 @@ def utf16_length(text):
 
 def folded(path):
     """The path as Windows compares it: each character in upper case by itself, none becoming two."""
+    if path.isascii():
+        return path.upper()
     return "".join(upper if len(upper := character.upper()) == 1 else character for character in path)
 
 

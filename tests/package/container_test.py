@@ -65,6 +65,30 @@ def with_gap(package, at):
     return bytes(changed[:at]) + b"x" + bytes(changed[at:])
 
 
+def packed(package, version=45, descriptor=None, zip64=0, change=lambda descriptor: descriptor, names=None):
+    """The package as other packers write it: each entry needs a version of the format; with a descriptor ("<IQQ" or
+    "<III") behind its data instead of sizes in its header, which a function may change; with so many of ZIP64's values
+    in the directory; names spelt in another way."""
+    archive, directory = b"", b""
+    flags, unset = (8 if descriptor else 0), 0xFFFFFFFF
+    entries = zip_reader.read(package, "sample")
+    for entry in entries:
+        name = (names or {}).get(entry.name, entry.name).encode("ascii")
+        told = (entry.crc, len(entry.stream), entry.size)
+        offset = len(archive)
+        fixed = struct.pack("<HHHHH", version, flags, entry.method, 0, 0x21)
+        here = (0, 0, 0) if descriptor else told
+        archive += b"PK\3\4" + fixed + struct.pack("<IIIHH", *here, len(name), 0) + name + bytes(entry.stream)
+        archive += change(b"PK\7\x08" + struct.pack(descriptor, *told)) if descriptor else b""
+        values = (entry.size, len(entry.stream), offset)
+        wide = struct.pack(f"<HH{zip64}Q", 1, 8 * zip64, *values[:zip64]) if zip64 else b""
+        size, compressed, place = (unset if number < zip64 else value for number, value in enumerate(values))
+        directory += b"PK\1\2" + struct.pack("<H", 45) + fixed + struct.pack("<III", entry.crc, compressed, size)
+        directory += struct.pack("<HHHHHII", len(name), len(wide), 0, 0, 0, 0, place) + name + wide
+    end = zip_writer._end(len(entries), len(directory), len(archive))
+    return archive + directory + end
+
+
 class Container(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -219,6 +243,44 @@ class Container(unittest.TestCase):
 
         self.refused(map_changed(self.package, change), "One byte more.bin:", "block 2 is not where")
 
+    def test_a_size_of_the_last_block_that_is_too_large_is_refused(self):
+        for more in (1, 3, 1000, 1 << 40):
+
+            def change(files, more=more):
+                longer = [blocks.Block(files[0].blocks[-1].digest, files[0].blocks[-1].size + more)]
+                return [dataclasses.replace(files[0], blocks=[*files[0].blocks[:-1], *longer]), *files[1:]]
+
+            with self.subTest(more=more):
+                found = support.problems(map_changed(self.package, change))
+                self.assertTrue(any("behind the" in text for text in found), found)
+
+    def test_a_last_block_that_has_the_end_of_the_stream_is_accepted(self):
+        def change(file):
+            last = file.blocks[-1]
+            return dataclasses.replace(file, blocks=[*file.blocks[:-1], blocks.Block(last.digest, last.size + 2)])
+
+        package = map_changed(self.package, lambda files: [change(f) if f.blocks else f for f in files])
+        self.assertEqual(support.problems(package), [])
+
+    def test_a_block_map_with_anything_else_in_it_is_refused(self):
+        text = contents(self.package)["AppxBlockMap.xml"]
+        for old, new, words in (
+            (b"<File ", b'<File Mark="1" ', "a <File> has other attributes"),
+            (b"<Block ", b'<Block Mark="1" ', "a <Block> has other attributes"),
+            (b"<BlockMap ", b'<BlockMap Mark="1" ', "a <BlockMap> has other attributes"),
+            (b"</File>", b"x</File>", "a <File> has text"),
+            (b"</BlockMap>", b"x</BlockMap>", "a <BlockMap> has text"),
+            (b' LfhSize="', b' lfhSize="', "a <File> has other attributes"),
+            (b"xmlenc#sha256", b"xmlenc#sha512", "HashMethod"),
+            (b"MainPage.xaml", b"M" * 261, "too long"),
+        ):
+            with self.subTest(new):
+                self.assertIn(old, text)
+                self.refused(replaced(self.package, "AppxBlockMap.xml", text.replace(old, new)), words)
+
+    def test_a_file_that_is_listed_twice_is_refused(self):
+        self.refused(map_changed(self.package, lambda files: [files[0], *files]), "lists it twice")
+
     def test_a_block_without_size_in_a_deflated_file_is_refused(self):
         def change(files):
             return [dataclasses.replace(f, blocks=[blocks.Block(b.digest, None) for b in f.blocks]) for f in files]
@@ -269,6 +331,61 @@ class Container(unittest.TestCase):
                 package = replaced(self.package, "[Content_Types].xml", types.replace(old, new))
                 self.refused(package, "[Content_Types].xml:", *words)
 
+    def test_content_types_with_anything_else_in_them_are_refused(self):
+        types = contents(self.package)["[Content_Types].xml"]
+        for old, new, words in (
+            (b"<Types ", b'<Types Mark="1" ', "attributes or text"),
+            (b"</Types>", b"x</Types>", "attributes or text"),
+            (b"</Types>", "\u00a0</Types>".encode(), "attributes or text"),
+            (b"<Default ", b'<Default Mark="1" ', "something else than Extension"),
+            (b'<Default Extension="bin" ', b"<Default ", "something else than Extension"),
+            (b"</Types>", b'<Default Extension="x" ContentType="a/b">x</Default></Types>', "something else than"),
+            (b"</Types>", b'<n:Default xmlns:n="urn:n" Extension="x" ContentType="a/b"/></Types>', "urn:n"),
+            (b"</Types>", b'<Default xmlns="" Extension="x" ContentType="a/b"/></Types>', "element Default"),
+            (b"</Types>", b'<Default Extension=".x" ContentType="a/b"/></Types>', 'Extension=".x"'),
+            (b"</Types>", b'<Default Extension="" ContentType="a/b"/></Types>', 'Extension=""'),
+            (b"</Types>", b'<Default Extension="BIN" ContentType="a/b"/></Types>', "type of BIN twice"),
+            (b"</Types>", b'<Override PartName="x" ContentType="a/b"/></Types>', 'PartName="x"'),
+            (b"</Types>", b'<Override PartName="/x/" ContentType="a/b"/></Types>', 'PartName="/x/"'),
+            (b"</Types>", b'<Override PartName="/a b" ContentType="a/b"/></Types>', 'PartName="/a b"'),
+            (b"</Types>", b'<Override PartName="/appxmanifest.xml" ContentType="a/b"/></Types>', "xml twice"),
+            (b"text/plain", b"text", 'ContentType="text"'),
+            (b"text/plain", b"text/", 'ContentType="text/"'),
+            (b"text/plain", b" text/plain", 'ContentType=" text/plain"'),
+            (b"text/plain", b"text/plain;", 'ContentType="text/plain;"'),
+            (b"text/plain", b"text/plain/x", 'ContentType="text/plain/x"'),
+            (b"?>", b"?><!DOCTYPE Types>", "document type"),
+            (b"encoding='utf-8'", b"encoding='us-ascii'", "its encoding is us-ascii"),
+        ):
+            with self.subTest(new):
+                self.assertIn(old, types)
+                package = replaced(self.package, "[Content_Types].xml", types.replace(old, new, 1))
+                self.refused(package, "[Content_Types].xml:", words)
+
+    def test_content_types_in_other_words_are_accepted(self):
+        types = contents(self.package)["[Content_Types].xml"]
+        for old, new in (
+            (b"text/plain", b"text/plain; charset=utf-8"),
+            (b"text/plain", b'text/plain;charset=&quot;utf-8&quot;; a=b'),
+            (b"/AppxManifest.xml", b"/appxmanifest.XML"),
+            (b'Extension="bin"', b'Extension="BIN"'),
+            (b"><", b">\r\n\t <"),
+            (b"</Types>", b'<Default Extension="x-y_z" ContentType="x/y+z"/></Types>'),
+        ):
+            with self.subTest(new):
+                self.assertIn(old, types)
+                package = replaced(self.package, "[Content_Types].xml", types.replace(old, new))
+                self.assertEqual(support.problems(package), [])
+
+    def test_a_version_of_the_format_that_windows_does_not_take_is_refused(self):
+        for version in (0, 10, 21, 46, 63, 0x0314):
+            with self.subTest(version=version):
+                self.refused(packed(self.package, version=version), f"needs version {version}")
+
+    def test_the_two_versions_of_the_format_are_accepted(self):
+        for version in (20, 45):
+            self.assertEqual(support.problems(packed(self.package, version=version)), [])
+
     def test_a_file_cut_anywhere_is_refused_with_a_sentence(self):
         for size in [*range(0, len(self.package), 61), *range(len(self.package) - 120, len(self.package))]:
             with self.subTest(size=size):
@@ -318,6 +435,100 @@ class Container(unittest.TestCase):
                         self.assertTrue(support.problems(package))
                     else:
                         support.problems(package)  # a changed blank between elements means the same
+
+
+class OtherPackers(unittest.TestCase):
+    """Windows' own packer and the tool that signs there write the same in other ways."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.package = writer.write(support.files())
+
+    def refused(self, package, *words):
+        found = support.problems(package)
+        self.assertTrue(any(all(word in text for word in words) for text in found), f"{words} not in {found}")
+
+    def test_sizes_behind_the_data_are_read(self):
+        for descriptor in ("<IQQ", "<III"):
+            package = packed(self.package, descriptor=descriptor)
+            self.assertEqual(support.problems(package), [])
+            self.assertEqual(contents(package), contents(self.package))
+
+    def test_sizes_behind_the_data_that_contradict_the_directory_are_refused(self):
+        for what, change in {
+            "missing": lambda found: b"",
+            "without its mark": lambda found: found[4:],
+            "cut": lambda found: found[:-1],
+            "another checksum": lambda found: found[:4] + bytes([found[4] ^ 1]) + found[5:],
+            "another size": lambda found: found[:-8] + struct.pack("<Q", 1 << 40),
+        }.items():
+            for descriptor in ("<IQQ", "<III"):
+                with self.subTest(what, descriptor=descriptor):
+                    self.assertTrue(support.problems(packed(self.package, descriptor=descriptor, change=change)))
+
+    def test_values_of_zip64_in_the_directory_are_read(self):
+        for count in (1, 2, 3):
+            for descriptor in (None, "<IQQ"):
+                package = packed(self.package, zip64=count, descriptor=descriptor)
+                self.assertEqual(support.problems(package), [])
+                self.assertEqual(contents(package), contents(self.package))
+
+    def test_values_of_zip64_that_the_header_has_too_are_read_and_compared(self):
+        package = packed(self.package, zip64=1)
+        at = package.index(b"PK\1\2")
+        (name_size,) = struct.unpack_from("<H", package, at + 28)
+        place = at + zip_reader.CENTRAL_HEADER_SIZE + name_size + 4
+        (size,) = struct.unpack_from("<Q", package, place)
+        said = support.set_bytes(package, at + 24, "<I", size)
+        self.assertEqual(support.problems(said), [])
+        self.refused(support.set_bytes(said, place, "<Q", size + 1), "its ZIP64 field contradicts its header")
+        self.refused(support.set_bytes(said, place - 4, "<H", 2), "an extra field that is not ZIP64's")
+        self.refused(support.set_bytes(said, at + 20, "<I", 0xFFFFFFFF), "differ")
+
+    def test_names_in_another_case_are_the_same_parts(self):
+        names = {
+            "AppxManifest.xml": "appxmanifest.xml", "MainPage.xaml": "MAINPAGE.xaml",
+            "Assets/StoreLogo.png": "ASSETS/sTORElOGO.png",
+        }  # fmt: skip
+        package = packed(self.package, names=names)
+        self.assertEqual(set(names.values()) - set(contents(package)), set())
+        self.assertEqual(support.problems(package), [])
+
+    def test_parts_stand_as_windows_compares_names(self):
+        # In full case conversion the first would become SS, and by code points the last would be the last.
+        ordered = ["a.txt", "SZ.txt", "\u00df.txt", "\U0001f600.txt", "\uff01.txt"]
+        package = writer.write(support.files(**{path: b"x" for path in ordered}))
+        names = [part_names.decode(entry.name) for entry in zip_reader.read(package, "sample")]
+        self.assertEqual([name for name in names if name in ordered], ordered)
+        self.assertEqual(support.problems(package), [])
+
+    def test_the_hash_of_whole_files_is_compared(self):
+        text = contents(self.package)["AppxBlockMap.xml"].decode("utf-8")
+        digest = blocks.digest(b"<Page/>")
+        element = '<b4:FileHash xmlns:b4="http://schemas.microsoft.com/appx/2021/blockmap" Hash="{}"/></File>'
+        end = text.index("</File>", text.index('"MainPage.xaml"'))
+
+        def made(more):
+            changed = text[:end] + more + text[end + len("</File>") :]
+            changed = changed.replace("<BlockMap ", '<BlockMap IgnorableNamespaces="b4" ')
+            return replaced(self.package, "AppxBlockMap.xml", changed.encode("utf-8"))
+
+        self.assertEqual(support.problems(made(element.format(digest))), [])
+        self.refused(made(element.format(blocks.digest(b"x"))), "MainPage.xaml:", "another hash", "of the whole file")
+        self.refused(made(element.format(digest).replace("</File>", "") * 2 + "</File>"), "several <FileHash>")
+        self.refused(made(element.format(digest).replace("2021", "2022")), "no <File> with <Block>s")
+
+    def test_the_catalogue_of_the_tool_that_signs_is_a_part_of_its_own(self):
+        catalogue = zip_writer.stored("AppxMetadata/CodeIntegrity.cat", b"catalogue")
+        types = contents(self.package)["[Content_Types].xml"]
+        override = (
+            b'<Override PartName="/AppxMetadata/CodeIntegrity.cat" ContentType="application/vnd.ms-pkiseccat"/>'
+        )
+        told = types.replace(b"</Types>", override + b"</Types>")
+        package = replaced(self.package, "[Content_Types].xml", told)
+        self.assertEqual(support.problems(rewrite(package, lambda entries: [*entries, catalogue])), [])
+        self.refused(rewrite(package, lambda entries: [catalogue, *entries]), "in the order of packages")
+        self.refused(rewrite(self.package, lambda entries: [*entries, catalogue]), "no type for AppxMetadata")
 
 
 class Writing(unittest.TestCase):

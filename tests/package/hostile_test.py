@@ -113,6 +113,15 @@ PACKAGES = {
         "document type"),
     "more problems than anybody reads": (
         lambda: with_manifest(b"<Properties>", b"<Properties>" + b"<a/>" * 100000), "more problems than these"),
+    "a package of nothing but empty files": (
+        lambda: zip_writer.write([zip_writer.stored(f"{i:05}", b"") for i in range(limits.ENTRIES)]),
+        "AppxManifest.xml: the package has no such part"),
+    "a package of many files that nobody lists": (
+        lambda: rewrite(writer.write(support.files()), lambda entries: [
+            *(zip_writer.stored(f"{i:05}", b"") for i in range(50000)), *entries]), "more problems than these"),
+    "long names of many files": (
+        lambda: zip_writer.write([zip_writer.stored(f"{i:05}" + "%C3%BC" * 10000, b"") for i in range(400)]),
+        "more than 2304 characters"),
     "imports of imports": (lambda: with_program(many_imports(60000)), "more names in its tables"),
     "sections over sections": (lambda: with_program(overlapping(2 << 20)), "they overlap"),
     "a subject of numbers without end": (

@@ -9,6 +9,8 @@ from msix import logo, png
 from msix.manifest import publisher_id
 from msix.png_reader import Png
 
+FACE = "\U0001f600"  # two units of UTF-16
+
 # An edit of the manifest, and words of the message that it must lead to.
 REFUSED = {
     "a second application": ("</Applications>", '<Application Id="B"/></Applications>', "2 <Application> where 1"),
@@ -70,6 +72,54 @@ REFUSED = {
         'EntryPoint="VelmoNotificationClient.App"', 'EntryPoint="VelmoNotificationClient.Ap"',
         "application object is VelmoNotificationClient.App"),
     "a class that the executable does not know": ("Client.MainPage", "Client.OtherPage", "Client.OtherPage"),
+    "an app service with a mark that is not allowed": (
+        '"com.velmo.notification"', '"com.velmo_notification"', 'Name="com.velmo_notification"'),
+    "an app service that begins with a full stop": ('"com.velmo.notification"', '".velmo"', 'Name=".velmo"'),
+    "a protocol that begins with a digit": ('"velmo-notification"', '"2velmo"', 'Name="2velmo"'),
+    "a version in digits of another script": ('Version="1.0.0.0"', 'Version="1.0.0.1\u0663"', 'Version="1.0.0.1'),
+    "an oldest system in digits of another script": ('"10.0.17763.0"', '"10.0.1\uff17763.0"', 'MinVersion="10.0.'),
+    "a class in letters of another script": (
+        'ActivatableClassId="VelmoNotificationClient.MainPage"', 'ActivatableClassId="A\u0391.B"', 'ClassId="'),
+    "a publisher of a number without OID": ('"CN=Velmo"', '"CN=Velmo, 2.5.4.15=x"', "2.5.4.15=x"),
+    "a publisher of a number with leading zeros": ('"CN=Velmo"', '"OID.2.05.4=x"', "OID.2.05.4=x"),
+    "a publisher of one number": ('"CN=Velmo"', '"OID.2=x"', "OID.2=x"),
+    "a publisher of two lines": ('"CN=Velmo"', '"CN=Velmo&#10;Software"', "CN=Velmo\\u000aSoftware"),
+    "a publisher of two lines in quotes": ('"CN=Velmo"', '"CN=&quot;Velmo&#13;Software&quot;"', "Velmo\\u000dSoftware"),
+    "a publisher with blanks around it": ('"CN=Velmo"', '"CN= Velmo"', "CN= Velmo"),
+    "a publisher of 8,193 characters": ('"CN=Velmo"', f'"CN={"V" * 8190}"', "CN=VVVV"),
+    "a publisher of 4,096 characters of two units": ('"CN=Velmo"', f'"CN={FACE * 4095}"', "CN=" + FACE),
+    "a name that is a device's": ('Name="Velmo.NotificationClient"', 'Name="Com1"', 'Name="Com1"'),
+    "a name that begins as a device's": ('Name="Velmo.NotificationClient"', 'Name="nul.Velmo"', 'Name="nul.Velmo"'),
+    "a name that ends with a full stop": ('Name="Velmo.NotificationClient"', 'Name="Velmo."', 'Name="Velmo."'),
+    "a name in another encoding": ('Name="Velmo.NotificationClient"', 'Name="xn--Velmo"', 'Name="xn--Velmo"'),
+    "a name with a part in another encoding": ('Name="Velmo.NotificationClient"', 'Name="V.XN--x"', 'Name="V.XN--x"'),
+    "an image's extension in upper case": ("Square44x44Logo.png", "Square44x44Logo.PNG", "Square44x44Logo.PNG"),
+    "an image's path with a leading blank": ('"Assets\\Square44', '" Assets\\Square44', '=" Assets'),
+    "an image's path with a leading backslash": ('"Assets\\Square44', '"\\Assets\\Square44', '="\\Assets'),
+    "an image's path of two lines": ('"Assets\\Square44', '"Assets\\&#10;Square44', 'has Square44x44Logo="Assets'),
+    "an image's path of 257 units": ("Square44x44Logo.png", FACE * 123 + ".png", "which Windows does not take"),
+    "a description with a leading blank": ('Description="Push', 'Description=" Push', 'Description=" Push'),
+    "a description with a trailing tab": (' suite"', ' suite&#9;"', "which Windows does not take"),
+    "a description of 2,049 units": (
+        'Description="Push', f'Description="{FACE * 994}', "<VisualElements> has Description"),
+    "a description of two lines": ('Description="Push', 'Description="P&#10;ush', 'Description="P\\u000aush'),
+    "a display name of 257 units": (
+        '<uap:VisualElements DisplayName="Velmo Notification Client"',
+        f'<uap:VisualElements DisplayName="{FACE * 128}V"', "<VisualElements> has DisplayName"),
+    "a display name that is blank": (
+        "<DisplayName>Velmo Notification Client", "<DisplayName> ", "<DisplayName> has the text"),
+    "text among extensions": ("<Extensions>\n        <Extension ", "<Extensions>text<Extension ", "<Extensions> has text"),
+    "text behind an extension": ("</Extension>\n    </Extensions>", "</Extension>text</Extensions>", "<Extensions> has text"),
+    "an attribute of extensions": (
+        "<Extensions>\n        <Extension ", '<Extensions Mark="1"><Extension ', "<Extensions> has an attribute Mark"),
+    "white space that is none in XML": ("<Properties>", "<Properties>\u00a0", "<Properties> has text"),
+    "white space of another script": ("</Properties>", "\u3000</Properties>", "<Properties> has text"),
+    "a class before its server's path": (
+        "<InProcessServer>",
+        '<InProcessServer><ActivatableClass ActivatableClassId="A.B" ThreadingModel="both"/>', "another order than Path"),
+    "a language twice": ('Language="en-US"/>', 'Language="en-US"/><Resource Language="EN-us"/>', "two <Resource> of the"),
+    "another encoding than it has": ('encoding="utf-8"', 'encoding="iso-8859-1"', "its encoding is iso-8859-1"),
+    "an encoding of two bytes": ('encoding="utf-8"', "encoding='UTF-16'", "its encoding is UTF-16"),
     "an entry point that is another class of the executable": (
         'EntryPoint="VelmoNotificationClient.App"', 'EntryPoint="VelmoNotificationClient.MainPage"',
         "EntryPoint is VelmoNotificationClient.MainPage"),
@@ -104,7 +154,21 @@ class ManifestRules(unittest.TestCase):
     def test_takes_other_values_that_windows_takes(self):
         for old, new in (
             ("CN=Velmo", "CN=Velmo Software, O=&quot;Velmo, Ltd.&quot;, L=Pune, C=IN"),
+            ("CN=Velmo", "OID.2.5.4.15=Velmo, PostalCode=411001, CN=&quot;the &quot;&quot;V&quot;&quot;&quot;"),
+            ("CN=Velmo", "CN=" + "V" * 8189),
+            ("CN=Velmo", "CN=Gr\u00fc\u00dfe \U0001f600"),
+            ('Name="Velmo.NotificationClient"', 'Name="Console.Com10"'),
+            ('Name="Velmo.NotificationClient"', f'Name="{"V" * 50}"'),
             ("velmo-notification", "v2"),
+            ("velmo-notification", "v" * 39),
+            ('Parameters="/CURIUpdated"', f'Parameters="{"x" * 32767}"'),
+            ("<DisplayName>Velmo Notification Client", "<DisplayName>" + FACE * 102 + "x" * 52),
+            ("<DisplayName>Velmo Notification Client", "<DisplayName>\u00a0Velmo\tClient\u00a0"),
+            ('encoding="utf-8"', "encoding='UTF-8' standalone='yes'"),
+            ('<?xml version="1.0" encoding="utf-8"?>\n', ""),
+            ("<Properties>", "\r\n\t <Properties><!-- a comment -->"),
+            ("Assets\\StoreLogo.png", "assets\\storelogo.png"),
+            ("HOV\\Tessaline.exe", "hov\\tessaline.EXE"),
             ('"transparent"', '"#1F3A5F"'),
             ("<desktop:FullTrustProcess>", '<desktop:FullTrustProcess><desktop:ParameterGroup GroupId="x" Parameters="y"/>'),
             ('Language="en-US"/>', 'Language="en-US"/><Resource Language="de"/>'),
