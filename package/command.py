@@ -7,7 +7,7 @@ import pathlib
 import sys
 
 import contents
-from msix import manifest_rules, signing, verifier, writer, zip_reader
+from msix import manifest_rules, part_names, signing, verifier, writer, zip_reader
 from msix.manifest import Manifest
 from msix.part_names import MANIFEST, SIGNATURE
 from msix.problem import PackageError
@@ -66,7 +66,8 @@ def _verify(package, certificate_file):
 
 
 def _verify_signature(package, certificate_file):
-    if SIGNATURE not in (entry.name for entry in zip_reader.read(contents.read(package), package.name)):
+    names = (entry.name for entry in zip_reader.read(contents.read(package), package.name))
+    if SIGNATURE not in map(part_names.canonical, names):
         _tell("it is not signed: Windows installs it only after ./dev package --sign CERT KEY")
         return Outcome.DONE
     obstacle = signing.obstacle() if certificate_file else "give --cert CERT"

@@ -3,7 +3,7 @@
 import pathlib
 
 from msix import logo
-from msix.files import read, refuse, write
+from msix.files import read, refuse, remove, write
 from msix.manifest import Manifest
 from msix.part_names import MANIFEST
 from msix.problem import PackageError
@@ -47,7 +47,7 @@ def to_folder(files, folder):
     wanted = {root / path.replace("\\", "/"): data for path, data in files.items()}
     for file in _files_below(root):
         if file not in wanted:
-            file.unlink()
+            remove(file)
     for file, data in wanted.items():
         if not file.is_file() or read(file) != data:
             write(file, data)

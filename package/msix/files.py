@@ -34,3 +34,11 @@ def write(path, data):
         path.write_bytes(data)
     except OSError as error:
         refuse(path, "it cannot be written", error, "Give another folder, or make room there")
+
+
+def remove(path):
+    """Removes a file. Raises PackageError."""
+    try:
+        path.unlink()
+    except OSError as error:
+        refuse(path, "it cannot be removed", error, "Remove it by hand")

@@ -8,6 +8,9 @@ from .part_names import utf16_length
 
 ONE, OPTIONAL, SOME = (1, 1), (0, 1), (1, None)
 
+# Windows takes more; each is looked for in its server, and this package's has two.
+MOST_CLASSES = 100
+
 
 @dataclass(frozen=True)
 class Form:
@@ -132,7 +135,7 @@ ELEMENTS = {
         required={"GroupId": _text(32767), "Parameters": _text(32767)}
     ),
     f"{FOUNDATION}InProcessServer": Element(
-        children={f"{FOUNDATION}Path": ONE, f"{FOUNDATION}ActivatableClass": SOME}, ordered=True
+        children={f"{FOUNDATION}Path": ONE, f"{FOUNDATION}ActivatableClass": (1, MOST_CLASSES)}, ordered=True
     ),
     f"{FOUNDATION}Path": Element(text=_SERVER),
     f"{FOUNDATION}ActivatableClass": Element(

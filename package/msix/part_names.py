@@ -85,6 +85,8 @@ def objection(path):
     for component in path.split("\\"):
         if not component or component.endswith((" ", ".")):
             return "a folder or file name is empty or ends with a blank or a full stop"
+        if any("\ud800" <= character <= "\udfff" for character in component):
+            return "its name is no text"
         if _FORBIDDEN.search(component):
             return "it has a character that Windows does not allow in names"
         if _DEVICE.fullmatch(component):

@@ -16,6 +16,9 @@ MOST_SECTIONS = 96
 _MOST_NAMES = 65536
 _LONGEST_NAME = 512
 
+# A text is not looked for behind so many others that end like it.
+_MOST_TAILS = 10000
+
 _PE32, _PE32_PLUS = 0x10B, 0x20B
 
 
@@ -41,7 +44,7 @@ class PortableExecutable:
 
     def __init__(self, data):
         self.data = data
-        self._names_left = _MOST_NAMES
+        self._names_left = 0
         (header,) = self._unpack("<I", 0x3C)
         if data[:2] != b"MZ" or data[header : header + 4] != b"PE\0\0":
             raise ValueError("it is no Windows executable")
@@ -126,6 +129,7 @@ class PortableExecutable:
 
     def imports(self):
         """DLL in lower case -> names of the functions, those loaded on first use included."""
+        self._names_left = _MOST_NAMES
         found = {}
         for index, layout, names, dll in ((IMPORTS, "<5I", 0, 3), (DELAYED_IMPORTS, "<8I", 4, 1)):
             address, _ = self.directory(index)
@@ -138,6 +142,7 @@ class PortableExecutable:
 
     def exports(self):
         """The names of the exported functions."""
+        self._names_left = _MOST_NAMES
         address, _ = self.directory(EXPORTS)
         if not address:
             return []
@@ -191,7 +196,10 @@ class PortableExecutable:
     def _has_literal(self, text, section):
         wanted = f"{text}\0".encode("utf-16-le")
         at, end = section.raw - 1, section.raw + section.raw_size
-        while (at := self.data.find(wanted, at + 1, end)) >= 0:
+        for _ in range(_MOST_TAILS):
+            at = self.data.find(wanted, at + 1, end)
+            if at < 0:
+                return False
             before = self.data[max(at - 4, section.raw) : at]
             if len(before) < 4 or before[1] or before[3] or not (before[0] and before[2]):
                 return True

@@ -12,7 +12,7 @@ BLANKS = " \t\r\n"
 # A parser keeps many times the bytes of an element, and repeats the name of its namespace in each: both are bounded.
 _MOST_ELEMENTS = 300_000
 _MOST_ATTRIBUTES = 600_000
-_LONG_NAMESPACE = re.compile(r"""xmlns(:[^\s=]{1,99})?\s{0,99}=\s{0,99}("[^"]{200}|'[^']{200})""")
+_LONG_NAMESPACE = re.compile(r"""xmlns([^"'<>]{100}|[^"'<>]{0,99}("[^"]{200}|'[^']{200}))""")
 
 _DECLARATION = re.compile(r"""<\?xml\s[^>]{0,200}?\sencoding\s*=\s*["']([^"']{0,99})""")
 
@@ -40,7 +40,7 @@ def _bound(text, where):
     if text.count("<") > _MOST_ELEMENTS or text.count("=") > _MOST_ATTRIBUTES:
         _fail(where, "it has more elements or attributes than any package needs", "Make it smaller")
     if _LONG_NAMESPACE.search(text):
-        _fail(where, "it has a namespace of 200 characters or more", "Use the namespaces of packages")
+        _fail(where, "it has a namespace of 200 characters, or one whose prefix has 100", "Use the namespaces of packages")
 
 
 def parse(data, where):

@@ -167,6 +167,9 @@ class Command(Making):
         self.assertEqual(done.returncode, 3, done.stderr)
         self.assertIn("signed.msix carries a signature that was NOT checked: give --cert CERT", done.stderr)
         self.assertIn("in order, but for its signature, which nobody checked", done.stdout)
+        data = signed_package(certificates=(VELMO,)).replace(b"AppxSignature.p7x", b"APPXSIGNATURE.P7X")
+        self.write({"other-case.msix": data})
+        self.assertEqual(self.run_command("--verify", "other-case.msix").returncode, 3)
         for version, words in ((None, "is not installed"), ("2.5", "here is 2.5"), ("two", "of an unknown version")):
             done = self.run_command("--verify", "signed.msix", "--cert", "velmo.der", search=self.pretend_tool(version))
             self.assertEqual(done.returncode, 3, done.stderr)

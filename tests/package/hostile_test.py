@@ -70,6 +70,11 @@ def many_imports(count):
     return bytes(data)
 
 
+def ends_of_names(count):
+    """A program whose data is a name so many times, each the end of a longer one."""
+    return support.app_program(strings=["xxLaunchHOV\0" * count, *support.STRINGS[:3], *support.STRINGS[4:]])
+
+
 def twice_listed(count):
     """A block map that lists one file so many times."""
     package = writer.write(support.files(**{"large.bin": bytes(32 << 20)}))
@@ -108,6 +113,13 @@ PACKAGES = {
             b"<Properties>", b"<Properties " + b" ".join(b'a%d=""' % i for i in range(700000)) + b">"),
         "more elements or attributes"),
     "names that repeat a long namespace": (lambda: with_part(support.MANIFEST, NAMESPACE), "a namespace of 200"),
+    "a long namespace behind a long prefix": (
+        lambda: with_manifest(b"<Package", b"<Package xmlns:" + b"p" * 150 + b'="' + b"x" * 1000 + b'"'),
+        "whose prefix has 100"),
+    "a server of many classes": (
+        lambda: with_manifest(b"</Path>", b"</Path>" + b"".join(
+            b'<ActivatableClass ActivatableClassId="A%d" ThreadingModel="both"/>' % i for i in range(50000))),
+        "<InProcessServer> has 50002 <ActivatableClass> where 100 is allowed"),
     "entities of entities": (
         lambda: with_manifest(b"<Package", b'<!DOCTYPE a [<!ENTITY a "aa"><!ENTITY b "&a;&a;">]><Package'),
         "document type"),
@@ -123,6 +135,8 @@ PACKAGES = {
         lambda: zip_writer.write([zip_writer.stored(f"{i:05}" + "%C3%BC" * 10000, b"") for i in range(400)]),
         "more than 2304 characters"),
     "imports of imports": (lambda: with_program(many_imports(60000)), "more names in its tables"),
+    "nothing but the ends of a name": (
+        lambda: with_program(ends_of_names(1000000)), "does not have the name LaunchHOV"),
     "sections over sections": (lambda: with_program(overlapping(2 << 20)), "they overlap"),
     "a subject of numbers without end": (
         lambda: signed_package(certificates=(make_certificate(name((b"\xff" * 500000 + b"\1", UTF8, b"x"))),)),

@@ -101,7 +101,7 @@ REFUSED = {
     "a description with a leading blank": ('Description="Push', 'Description=" Push', 'Description=" Push'),
     "a description with a trailing tab": (' suite"', ' suite&#9;"', "which Windows does not take"),
     "a description of 2,049 units": (
-        'Description="Push', f'Description="{FACE * 994}', "<VisualElements> has Description"),
+        'Description="Push', f'Description="{FACE * 997}', "<VisualElements> has Description"),
     "a description of two lines": ('Description="Push', 'Description="P&#10;ush', 'Description="P\\u000aush'),
     "a display name of 257 units": (
         '<uap:VisualElements DisplayName="Velmo Notification Client"',

@@ -43,7 +43,7 @@ class PartNames(unittest.TestCase):
     def test_names_that_windows_has_not_are_refused_when_packing(self):
         for path in (
             "a:b", "a*", "a?b", 'a"b', "a|b", "<a>", "a\nb", "con", "Nul.txt", "x\\LPT1.log", "a.", "a ", "x \\a", "a\\\\b",
-            "AppxSignature.p7x", "appxblockmap.xml", "AppxMetadata\\x.cat", "a" * 257,
+            "\udcff.txt", "AppxSignature.p7x", "appxblockmap.xml", "AppxMetadata\\x.cat", "a" * 257,
         ):  # fmt: skip
             with self.subTest(path=path), self.assertRaises(PackageError):
                 writer.write(support.files(**{path: b"x"}))
