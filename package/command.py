@@ -139,8 +139,9 @@ def make(options):
 
 
 def main(arguments):
-    # What a file is called need not be text.
-    sys.stdout.reconfigure(errors="backslashreplace")
+    # What a file is called need not be text; there may be no output at all.
+    if sys.stdout:
+        sys.stdout.reconfigure(errors="backslashreplace")
     options = parse_arguments(arguments)
     try:
         return verify(options) if options.verify else make(options)

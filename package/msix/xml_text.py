@@ -40,7 +40,8 @@ def _bound(text, where):
     if text.count("<") > _MOST_ELEMENTS or text.count("=") > _MOST_ATTRIBUTES:
         _fail(where, "it has more elements or attributes than any package needs", "Make it smaller")
     if _LONG_NAMESPACE.search(text):
-        _fail(where, "it has a namespace of 200 characters, or one whose prefix has 100", "Use the namespaces of packages")
+        what = "it has a namespace of 200 characters, or one whose prefix has 100"
+        _fail(where, what, "Use the namespaces of packages")
 
 
 def parse(data, where):

@@ -40,6 +40,7 @@ class ShippedExecutable(unittest.TestCase):
         self.assertEqual(self.program.exports(), ["DllGetActivationFactory"])
 
     def test_is_a_64_bit_program_with_the_windows_10_window_subsystem(self):
+        self.assertTrue(self.program.is_64_bit)
         self.assertEqual(self.program.machine, 0x8664)
         self.assertEqual(self.program.subsystem, 2)
         self.assertEqual(self.program.subsystem_version, (10, 0))

@@ -250,6 +250,12 @@ class Hostile(unittest.TestCase):
         done = subprocess.run([sys.executable, COMMAND, "--verify", name], capture_output=True, check=False)
         self.assertEqual((done.returncode, done.stderr), (0, b""))
 
+    def test_no_output_at_all_is_no_failure(self):
+        (self.folder / "good.msix").write_bytes(writer.write(support.files()))
+        command = ["sh", "-c", '"$@" >&-', "sh", sys.executable, COMMAND, "--verify", "good.msix"]
+        done = subprocess.run(command, cwd=self.folder, stderr=subprocess.PIPE, check=False)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+
 
 if __name__ == "__main__":
     unittest.main()
