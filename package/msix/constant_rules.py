@@ -19,9 +19,12 @@ def _classes(path, manifest):
         what = f"its EntryPoint is {manifest.entry_point}; the class of the executable's application object is"
         yield Problem(MANIFEST, f"{what} {constants.APPLICATION}", _DECLARE)
     for server, classes in manifest.servers():
-        for name in classes if part_names.folded(server) == part_names.folded(path) else ():
-            if name not in constants.CLASSES:
+        if part_names.folded(server) == part_names.folded(path):
+            for name in sorted(set(classes) - set(constants.CLASSES)):
                 yield Problem(MANIFEST, f"it declares the class {name}, which {path} does not make", _DECLARE)
+        elif not server.lower().endswith(".dll"):
+            what = f"its server {server} is neither a library nor the application's own executable"
+            yield Problem(MANIFEST, what, "Name one of these")
 
 
 def _desktop_component(manifest):

@@ -49,12 +49,11 @@ def _read(program):
 
 def file_version(program):
     """The version as 1.2.3.4, or None. Raises ValueError where the program leads its reader out of the file."""
-    for _, value in _read(program):
-        if len(value) >= 16 and value[:4] == struct.pack("<I", _SIGNATURE):
-            high, low = struct.unpack_from("<II", value, 8)
-            return f"{high >> 16}.{high & 0xFFFF}.{low >> 16}.{low & 0xFFFF}"
+    _, value = next(_read(program), ("", b""))
+    if len(value) < 16 or value[:4] != struct.pack("<I", _SIGNATURE):
         return None
-    return None
+    high, low = struct.unpack_from("<II", value, 8)
+    return f"{high >> 16}.{high & 0xFFFF}.{low >> 16}.{low & 0xFFFF}"
 
 
 def text(program, name):

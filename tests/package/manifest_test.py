@@ -135,6 +135,8 @@ REFUSED = {
         'GroupId="NotificationReceived"', 'GroupId="ZEB"', "no ParameterGroup NotificationReceived"),
     "a misspelt app service": ('"com.velmo.notification"', '"com.velmo.notifcation"', "com.velmo.notifcation; V"),
     "an app service in another case": ('"com.velmo.notification"', '"com.velmo.Notification"', "com.velmo.Notification; V"),
+    "a server that is another program": (
+        "<Path>VelmoNotificationClient.exe", "<Path>HOV\\Tessaline.exe", "neither a library nor the application's own"),
     "a second server of one path": (
         "<Extension Category=\"windows.activatableClass.inProcessServer\">",
         "<Extension Category=\"windows.activatableClass.inProcessServer\"><InProcessServer>"
