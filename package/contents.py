@@ -10,9 +10,6 @@ from msix.problem import PackageError
 
 STAND_IN = "Its desktop component is a stand-in for development."
 
-_MARKUP = ".xaml"
-
-
 def _files_below(folder):
     try:
         return [file for file in sorted(folder.rglob("*")) if file.is_file()]

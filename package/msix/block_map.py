@@ -56,8 +56,7 @@ def _only(element, required, optional=()):
     name, found = xml_text.plain(element.tag), set(element.attrib)
     if not found >= set(required) or not found <= {*required, *optional}:
         _fail(f"a <{name}> has other attributes than {', '.join((*required, *optional))}")
-    texts = [element.text, *(child.tail for child in element)]
-    if any((text or "").strip(xml_text.BLANKS) for text in texts):
+    if any(map(xml_text.is_text, (element.text, *(child.tail for child in element)))):
         _fail(f"a <{name}> has text")
 
 

@@ -74,7 +74,7 @@ def _fail(what):
 def _checked(element, key):
     """The two attributes of an element that has nothing else. Raises PackageError."""
     name = xml_text.plain(element.tag)
-    if set(element.attrib) != {key, "ContentType"} or len(element) or _is_text(element.text):
+    if set(element.attrib) != {key, "ContentType"} or len(element) or xml_text.is_text(element.text):
         _fail(f"a <{name}> has something else than {key} and ContentType")
     value, content_type = element.get(key), element.get("ContentType")
     if len(value) + len(content_type) > _LONGEST:
@@ -86,16 +86,12 @@ def _checked(element, key):
     return value, content_type
 
 
-def _is_text(text):
-    return bool((text or "").strip(xml_text.BLANKS))
-
-
 def read(data):
     """Types by extension (lower case) and by path (as Windows compares it)."""
     root = xml_text.parse(data, CONTENT_TYPES)
     if root.tag != f"{{{NAMESPACE}}}Types":
         _fail(f"its root is no <Types> of {NAMESPACE}")
-    if root.attrib or _is_text(root.text) or any(_is_text(element.tail) for element in root):
+    if root.attrib or xml_text.is_text(root.text) or any(xml_text.is_text(element.tail) for element in root):
         _fail("its root has attributes or text")
     defaults, overrides = {}, {}
     for element in root:

@@ -43,13 +43,9 @@ def _attributes(element, rule):
             yield _problem(f"<{name}> has an attribute {brief(attribute)}, which is not known there")
 
 
-def _is_text(text):
-    return bool((text or "").strip(xml_text.BLANKS))
-
-
 def _text(element, rule):
     name, text = xml_text.plain(element.tag), element.text or ""
-    if rule.text is None and _is_text(text) or any(_is_text(child.tail) for child in element):
+    if rule.text is None and xml_text.is_text(text) or any(xml_text.is_text(child.tail) for child in element):
         yield _problem(f"<{name}> has text")
     if rule.text is not None and not matches(rule.text, text):
         yield _problem(f'<{name}> has the text "{brief(text)}", which Windows does not take')

@@ -7,7 +7,7 @@ from . import limits
 from .problem import PackageError
 
 # What XML calls white space; Python's own idea of it is wider.
-BLANKS = " \t\r\n"
+_BLANKS = " \t\r\n"
 
 # A parser keeps many times the bytes of an element, and repeats the name of its namespace in each: both are bounded.
 _MOST_ELEMENTS = 300_000
@@ -54,6 +54,11 @@ def parse(data, where):
         return ElementTree.fromstring(text)
     except (ElementTree.ParseError, ValueError) as error:
         raise PackageError(where, f"it is not well-formed XML: {error}", "Correct it there") from error
+
+
+def is_text(text):
+    """Whether there is more than white space in what stands between tags."""
+    return bool((text or "").strip(_BLANKS))
 
 
 def plain(tag):
