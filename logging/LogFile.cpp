@@ -58,8 +58,12 @@ bool ReadAt(HANDLE file, std::uint64_t place, std::span<char> bytes) noexcept
     LARGE_INTEGER position;
     position.QuadPart = static_cast<LONGLONG>(place);
     DWORD read = 0;
-    return SetFilePointerEx(file, position, nullptr, FILE_BEGIN) &&
-           ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) && read == bytes.size();
+    if (!SetFilePointerEx(file, position, nullptr, FILE_BEGIN) ||
+        !ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
+    {
+        return false;
+    }
+    return read == bytes.size();
 }
 
 // Nothing for a file that only has its mark, or begins with something else: text that was to be left as it stands.

@@ -24,7 +24,10 @@ using ReadFileCall = test::WrappedCall<&__real___imp_ReadFile>;
 
 } // namespace
 
-extern "C" decltype(&ReadFile) __wrap___imp_ReadFile = &ReadFileCall::Entry;
+extern "C"
+{
+    decltype(&ReadFile) __wrap___imp_ReadFile = &ReadFileCall::Entry;
+}
 
 namespace
 {
