@@ -38,6 +38,7 @@ AppFlow::~AppFlow()
     {
         m_main.join();
     }
+    PoolWatch::WaitUntilIdle();
 }
 
 void AppFlow::Start()

@@ -1,6 +1,7 @@
 #pragma once
 #include "app/App.h"
 #include "simulator/runtime/LocalHost.h"
+#include "tests/flow/PoolWatch.h"
 #include "tests/support/ExpectLines.h"
 #include "tests/support/LogTearDown.h"
 #include "tests/support/UserTemporaryFolder.h"
@@ -47,6 +48,7 @@ class AppFlow : public testing::Test
     std::wstring LogPath() const { return temporary / L"Tessaline\\HOV\\KZEB.log"; }
 
     UserTemporaryFolder temporary;
+    PoolWatch pool; // outlives what runs on it
     sim::LocalHost host;
     std::vector<DWORD> waits;     // what the app waited for, in milliseconds
     std::int32_t startResult = 0; // how Application::Start failed

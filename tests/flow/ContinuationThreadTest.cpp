@@ -13,16 +13,6 @@ using VelmoNotificationClient::NotificationAppService;
 using winrt::Windows::Foundation::AsyncStatus;
 using winrt::Windows::Foundation::IAsyncAction;
 
-extern "C"
-{
-    extern decltype(&TrySubmitThreadpoolCallback) __real___imp_TrySubmitThreadpoolCallback;
-}
-using SubmitCall = test::WrappedCall<&__real___imp_TrySubmitThreadpoolCallback>;
-extern "C"
-{
-    decltype(&TrySubmitThreadpoolCallback) __wrap___imp_TrySubmitThreadpoolCallback = &SubmitCall::Entry;
-}
-
 namespace
 {
 
@@ -80,7 +70,7 @@ IAsyncAction EndedAction()
 TEST(WhenEndedDeathTest, EndsTheProcessWhenThePoolTakesNoContinuation)
 {
     auto const whenEndedWithoutPool = [] {
-        SubmitCall const submit([](auto...) {
+        test::SubmitCall const submit([](auto...) {
             SetLastError(ERROR_NOT_ENOUGH_MEMORY);
             return FALSE;
         });

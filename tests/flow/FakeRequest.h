@@ -1,5 +1,10 @@
 #pragma once
+#include "service/NotificationAppService.h"
+
 #include <atomic>
+#include <cstdint>
+#include <optional>
+#include <thread>
 #include <utility>
 #include <winrt/Windows.ApplicationModel.AppService.h>
 #include <winrt/Windows.Foundation.Collections.h>
@@ -73,5 +78,23 @@ struct FakeRequestArgs
   private:
     winrt::Windows::ApplicationModel::AppService::AppServiceRequest m_request = nullptr;
 };
+
+// Has the request handled on a thread of its own, which faults strike. With what the handler failed.
+inline std::optional<std::int32_t> FailureOf(winrt::com_ptr<FakeRequestArgs> const& args)
+{
+    std::optional<std::int32_t> failure;
+    std::thread([&] {
+        try
+        {
+            VelmoNotificationClient::NotificationAppService::OnRequestReceived(
+                nullptr, args.as<winrt::Windows::ApplicationModel::AppService::AppServiceRequestReceivedEventArgs>());
+        }
+        catch (winrt::hresult_error const& error)
+        {
+            failure = error.code();
+        }
+    }).join();
+    return failure;
+}
 
 } // namespace test

@@ -1,3 +1,4 @@
+#include "tests/flow/FakeRequest.h"
 #include "tests/flow/RegisteredTask.h"
 #include "tests/flow/ServiceFlow.h"
 #include "tests/unit/utils/RecordingHook.h"
@@ -343,6 +344,14 @@ TEST_P(RegisterBackgroundTaskLeaving, StaysOpenWithoutAWord)
     EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
 }
 
+TEST_P(RegisterBackgroundTaskLeaving, FailsToThePlatform)
+{
+    auto const args = winrt::make_self<test::FakeRequestArgs>(winrt::box_value(L"RegisterBackgroundTask"));
+    host.SetFault(GetParam().fault);
+    EXPECT_EQ(test::FailureOf(args), E_FAIL);
+    log->WaitForMessage(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Failures, RegisterBackgroundTaskLeaving,
     testing::Values(LeavingFailure{L"ApplicationData.Current now 0x80004005 1 after 1", {done[0]}},
@@ -362,6 +371,15 @@ TEST_F(RegisterBackgroundTask, StaysOpenWithoutAWordWhenItsFailureCannotBeWritte
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
     ExpectLog(received + Lines{notStarted, timedOut[0]});
+}
+
+TEST_F(RegisterBackgroundTask, FailsToThePlatformWhenItsFailureCannotBeWritten)
+{
+    FailRegistrationWait();
+    auto const args = winrt::make_self<test::FakeRequestArgs>(winrt::box_value(L"RegisterBackgroundTask"));
+    host.SetFault(L"PushNotificationChannelManager now 0x80040154");
+    host.SetFault(L"ValueSet.Insert now 0x80004005 1");
+    EXPECT_EQ(test::FailureOf(args), E_FAIL);
 }
 
 TEST_F(RegisterBackgroundTask, SendsTheVeryObjectThatIsStored)

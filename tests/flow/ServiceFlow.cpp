@@ -63,6 +63,7 @@ ServiceFlow::~ServiceFlow()
     WaitForEnd();
     helper.reset();
     host.WaitUntilQuiet();
+    PoolWatch::WaitUntilIdle();
     log.reset(); // nobody logs any more
     // Class-wide, as the log is process-wide: a test program starts each test without them.
     NotificationAppService::appServiceConnection.Set(nullptr);

@@ -1,4 +1,5 @@
 #include "service/NotificationAppService.h"
+#include "tests/flow/FakeRequest.h"
 #include "tests/flow/RegisteredTask.h"
 #include "tests/flow/ServiceFlow.h"
 
@@ -127,6 +128,13 @@ TEST_P(UnregisterBackgroundTaskLeaving, StaysOpenWithoutAWord)
     ExpectLog(received + GetParam().lines);
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
+}
+
+TEST_P(UnregisterBackgroundTaskLeaving, FailsToThePlatform)
+{
+    auto const args = winrt::make_self<test::FakeRequestArgs>(winrt::box_value(L"UnregisterBackgroundTask"));
+    host.SetFault(GetParam().fault);
+    EXPECT_TRUE(test::FailureOf(args).has_value());
 }
 
 INSTANTIATE_TEST_SUITE_P(Failures, UnregisterBackgroundTaskLeaving,

@@ -92,6 +92,7 @@ TEST_F(UserLaunch, LogsThatTheLaunchIsDoneOnAnotherThreadAlsoWhenItIsDoneAtOnce)
     EndWait();
     EXPECT_NE(done, log.WaitForThreadOf(goingToExit));
     WaitForEnd();
+    test::PoolWatch::WaitUntilIdle(); // before the log goes
 }
 
 TEST_F(UserLaunch, KeepsTheAppAliveUntilTheLaunchHasCompleted)

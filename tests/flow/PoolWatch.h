@@ -1,0 +1,30 @@
+#pragma once
+#include "tests/support/WrappedCall.h"
+
+#include <windows.h>
+
+extern "C" decltype(&TrySubmitThreadpoolCallback) __real___imp_TrySubmitThreadpoolCallback;
+
+namespace test
+{
+
+using SubmitCall = WrappedCall<&__real___imp_TrySubmitThreadpoolCallback>;
+
+// While it lives, all that this process has run on the system's thread pool can be waited for: also the application's
+// continuations, which the platform does not know of.
+class PoolWatch
+{
+  public:
+    PoolWatch();
+    PoolWatch(PoolWatch const&) = delete;
+    PoolWatch& operator=(PoolWatch const&) = delete;
+    ~PoolWatch() { WaitUntilIdle(); }
+
+    // Until nothing runs there, or waits to run.
+    static void WaitUntilIdle();
+
+  private:
+    SubmitCall m_submit;
+};
+
+} // namespace test
