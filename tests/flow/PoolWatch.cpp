@@ -1,7 +1,8 @@
 #include "tests/flow/PoolWatch.h"
 
-#include <atomic>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 
 extern "C"
 {
@@ -20,13 +21,24 @@ struct Work
     void* context;
 };
 
-std::atomic<int> unfinished = 0; // outlives each watch, which the last work may find gone
+// They outlive each watch, which the last work may find gone. Not an atomic that is waited for: this library's wait may
+// miss the notification.
+std::mutex mutex; // over the count
+std::condition_variable idle;
+int unfinished = 0;
+
+void Begin()
+{
+    std::lock_guard const lock(mutex);
+    ++unfinished;
+}
 
 void Finish()
 {
+    std::lock_guard const lock(mutex);
     if (--unfinished == 0)
     {
-        unfinished.notify_all();
+        idle.notify_all();
     }
 }
 
@@ -42,7 +54,7 @@ void CALLBACK Run(PTP_CALLBACK_INSTANCE instance, void* context)
 PoolWatch::PoolWatch()
     : m_submit([](auto system, PTP_SIMPLE_CALLBACK callback, void* context, PTP_CALLBACK_ENVIRON environment) {
           auto work = std::make_unique<Work>(callback, context);
-          ++unfinished;
+          Begin();
           if (!system(Run, work.get(), environment))
           {
               Finish();
@@ -56,10 +68,8 @@ PoolWatch::PoolWatch()
 
 void PoolWatch::WaitUntilIdle()
 {
-    for (int count = unfinished; count != 0; count = unfinished)
-    {
-        unfinished.wait(count);
-    }
+    std::unique_lock lock(mutex);
+    idle.wait(lock, [] { return unfinished == 0; });
 }
 
 } // namespace test
