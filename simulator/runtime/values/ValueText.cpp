@@ -105,7 +105,7 @@ IInspectable ArrayFrom(std::wstring_view text)
         {
             std::ranges::replace_if(bytes, [](char byte) { return byte != 0; }, '\1'); // no other bool is one
         }
-        winrt::com_array<T> array(static_cast<std::uint32_t>(bytes.size() / sizeof(T)));
+        winrt::com_array<T> const array(static_cast<std::uint32_t>(bytes.size() / sizeof(T)));
         std::memcpy(array.data(), bytes.data(), bytes.size());
         return winrt::make<ArrayValue<T>>(winrt::array_view<T const>(array.data(), array.size()));
     }
