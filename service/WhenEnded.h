@@ -11,19 +11,11 @@ namespace impl
 {
 
 template <typename Continuation, typename Operation>
-// NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
-void Continue(Continuation const& continuation, Operation const& operation,
-              winrt::Windows::Foundation::AsyncStatus status) noexcept
-{
-    continuation(operation, status);
-}
-
-template <typename Continuation, typename Operation>
 winrt::fire_and_forget ContinueOnPool(Continuation continuation, Operation operation,
                                       winrt::Windows::Foundation::AsyncStatus status)
 {
-    co_await winrt::resume_background(); // its failure ends the process, too
-    Continue(continuation, operation, status);
+    co_await winrt::resume_background();
+    continuation(operation, status);
 }
 
 } // namespace impl
@@ -31,19 +23,20 @@ winrt::fire_and_forget ContinueOnPool(Continuation continuation, Operation opera
 // Calls continuation(operation, status) when the operation has ended, on the thread that ends it. The platform calls a
 // handler at once, on the thread that sets it, when the operation has ended by then; the continuation runs on the
 // thread pool in that case, so that it never runs on the calling thread. Throws hresult_error when the handler cannot
-// be set. An exception that leaves the continuation ends the process.
+// be set. An exception that leaves the continuation ends the process, as does a thread pool that takes no work.
 template <typename Operation, typename Continuation>
 void WhenEnded(Operation const& operation, Continuation continuation)
 {
+    // NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
     operation.Completed([continuation = std::move(continuation), starter = GetCurrentThreadId()](
-                            Operation const& ended, winrt::Windows::Foundation::AsyncStatus status) {
+                            Operation const& ended, winrt::Windows::Foundation::AsyncStatus status) noexcept {
         if (GetCurrentThreadId() == starter)
         {
             impl::ContinueOnPool(continuation, ended, status);
         }
         else
         {
-            impl::Continue(continuation, ended, status);
+            continuation(ended, status);
         }
     });
 }
