@@ -111,7 +111,8 @@ bool LogTargetDefault::CheckSizeAtOpening()
     {
         return false;
     }
-    if (!CheckSize())
+    CheckSize();
+    if (!file)
     {
         lastCheck = 0; // the first line checks again
     }
