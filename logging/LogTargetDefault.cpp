@@ -43,6 +43,7 @@ struct LogTargetDefault::Call
 LogTargetDefault::LogTargetDefault()
 {
     group = L"ZEB";
+    // cppcheck-suppress useInitializationList ; the header is built when everything else is set
     storedHeader = BuildLogHeader();
 }
 
