@@ -60,10 +60,11 @@ std::string PlaceOf(DWORD64 address)
     }
     wchar_t path[MAX_PATH] = L"";
     GetModuleFileNameW(static_cast<HMODULE>(memory.AllocationBase), path, MAX_PATH);
-    std::wstring_view name = path;
-    name.remove_prefix(name.find_last_of(L'\\') + 1);
-    auto const offset = static_cast<std::uint32_t>(address - reinterpret_cast<DWORD64>(memory.AllocationBase));
-    return ToUtf8(std::wstring(name) + L"+" + Hex(offset));
+    std::wstring place = path;
+    place.erase(0, place.find_last_of(L'\\') + 1);
+    place += L'+';
+    place += Hex(static_cast<std::uint32_t>(address - reinterpret_cast<DWORD64>(memory.AllocationBase)));
+    return ToUtf8(place);
 }
 
 // Only the first crash: a later one may be this function's own.
@@ -78,7 +79,8 @@ void Report(CONTEXT context, bool isCall)
     auto places = PlaceOf(context.Rip - (isCall ? 1 : 0));
     for (auto frames = 1; frames < mostFrames && Unwind(context); ++frames)
     {
-        places += " " + PlaceOf(context.Rip - 1);
+        places += ' ';
+        places += PlaceOf(context.Rip - 1);
     }
     Handle const file(CreateFileW(g_file, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
     DWORD written = 0;

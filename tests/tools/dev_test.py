@@ -9,11 +9,12 @@ import unittest
 
 import support
 
-COMMANDS = ["run", "test", "build", "package", "bench", "fuzz", "check", "coverage", "sim", "helper", "clean"]
+COMMANDS = ["run", "test", "build", "package", "bench", "fuzz", "check", "coverage", "sim", "helper",
+            "symbolize", "clean"]
 
 WRONG_CALLS = [
     *("nothing", "run it", "test --all", "test A B", "build release", "build product gcc", "bench walk"),
-    *("bench line start", "fuzz long", "fuzz 0", "check --mend", "coverage all", "clean --dry", "package --all"),
+    *("bench line start", "fuzz long", "fuzz 0", "check --mend", "coverage all", "clean --dry", "package --all", "symbolize main"),
 ]
 
 # What stands in for cmake: configures a folder, and builds as the test says in build-step.

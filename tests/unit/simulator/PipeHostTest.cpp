@@ -19,8 +19,7 @@ class PipeHosts : public testing::Test
     PipeHosts()
     {
         SetEnvironmentVariableW(L"VELMO_SIM_HOME", m_folder.Path().c_str());
-        static std::vector<sim::Handle> pipes;
-        pipe = pipes.emplace_back(sim::MakePipe(sim::Device::FromEnvironment().PipeName())).Get();
+        pipe = (new sim::Handle(sim::MakePipe(sim::Device::FromEnvironment().PipeName())))->Get();
         std::thread broker([this] {
             Hear();
             sim::Activation const launch = {L"1", sim::ActivationKind::Launch, L"", {}};
