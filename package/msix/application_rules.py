@@ -70,4 +70,4 @@ def _image_problems(path, data, size):
             return
         image.check_pixels()
     except ValueError as error:
-        yield Problem(path, str(error), "Draw it anew: package/command.py layout")
+        yield Problem(path, str(error), "Draw it again: package/command.py layout")

@@ -40,7 +40,7 @@ def write(files):
 
 
 def _fail(what):
-    raise PackageError(BLOCK_MAP, what, "Make the package anew")
+    raise PackageError(BLOCK_MAP, what, "Make the package again")
 
 
 def _number(element, name):

@@ -11,7 +11,7 @@ _DECLARE = "Declare it there as the executable has it"
 def _known(path, program):
     for text in (constants.APPLICATION, *constants.CLASSES, *constants.PARAMETER_GROUPS):
         if not program.has_text(text):
-            yield Problem(path, f"it does not have the name {text} in it, by which its code goes", "Build it anew")
+            yield Problem(path, f"it does not have the name {text} in it, by which its code goes", "Build it again")
 
 
 def _classes(path, manifest):

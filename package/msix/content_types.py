@@ -68,7 +68,7 @@ def write(paths):
 
 
 def _fail(what):
-    raise PackageError(CONTENT_TYPES, what, "Make the package anew")
+    raise PackageError(CONTENT_TYPES, what, "Make the package again")
 
 
 def _checked(element, key):
@@ -118,7 +118,7 @@ def problems(data, paths):
         found = overrides.get(folded(path), defaults.get(_extension(path)))
         wanted = REQUIRED.get(path, PROGRAM if _extension(path) in ("exe", "dll") else None)
         if found is None:
-            yield Problem(CONTENT_TYPES, f"it tells no type for {path}", "Make the package anew")
+            yield Problem(CONTENT_TYPES, f"it tells no type for {path}", "Make the package again")
         elif wanted and found != wanted:
             what = f"it gives {path} the type {found} instead of {wanted}"
-            yield Problem(CONTENT_TYPES, what, "Make the package anew")
+            yield Problem(CONTENT_TYPES, what, "Make the package again")

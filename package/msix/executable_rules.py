@@ -74,7 +74,7 @@ def _resources(path, program, version):
     found = version_resource.file_version(program)
     if found != version:
         yield Problem(
-            path, f"its version resource says {found}, the manifest {version}", "Build it anew from this manifest"
+            path, f"its version resource says {found}, the manifest {version}", "Build it again from this manifest"
         )
     manifest = program.resource(MANIFEST_RESOURCE)
     if manifest is None:

@@ -3,7 +3,7 @@
 from . import limits, part, part_names, zip_reader
 from .problem import PackageError
 
-_ANEW = "Make the package anew"
+_AGAIN = "Make the package again"
 
 
 class PackageParts:
@@ -26,11 +26,11 @@ class PackageParts:
         path = part_names.canonical(part_names.decode(entry.name))
         key = part_names.folded(path)
         if key in self._entries:
-            raise PackageError(path, "there are two parts of this name; Windows ignores case", _ANEW)
+            raise PackageError(path, "there are two parts of this name; Windows ignores case", _AGAIN)
         self._entries[key] = path, entry
         objection = None if path in part_names.FOOTPRINT else part_names.objection(path)
         if objection:
-            self._report.add(path, objection, "Give the file another name and make the package anew")
+            self._report.add(path, objection, "Give the file another name and make the package again")
         self._digests[key] = part.digests(entry, path)
 
     def paths(self):

@@ -12,7 +12,7 @@ _STEP = blocks.BLOCK
 
 
 def _damaged(path, what):
-    raise PackageError(path, what, "Make the package anew")
+    raise PackageError(path, what, "Make the package again")
 
 
 def _stored(stream):

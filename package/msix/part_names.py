@@ -44,7 +44,7 @@ def decode(name):
         path = None
     if path is None or encode(path) != name:
         raise PackageError(
-            name, "the name of this part is not percent-encoded as package names are", "Make the package anew"
+            name, "the name of this part is not percent-encoded as package names are", "Make the package again"
         )
     return path
 

@@ -34,7 +34,7 @@ class Signature:
             self.subjects = self._read_subjects()
             self._digests = self._read_digests()
         except (ValueError, IndexError) as error:
-            raise PackageError(SIGNATURE, f"the signature cannot be read: {error}", "Sign the package anew") from error
+            raise PackageError(SIGNATURE, f"the signature cannot be read: {error}", "Sign the package again") from error
 
     def _read_subjects(self):
         # The certificates stand one after the other in their own tag.
@@ -55,4 +55,4 @@ class Signature:
         """What does not fit the content of the package's parts: name -> bytes."""
         for part, content in contents.items():
             if self._digests.get(_KEYS[part]) != hashlib.sha256(content).digest():
-                yield Problem(SIGNATURE, f"it was made for a package with another {part}", "Sign the package anew")
+                yield Problem(SIGNATURE, f"it was made for a package with another {part}", "Sign the package again")

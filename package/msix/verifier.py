@@ -7,7 +7,7 @@ from .part_names import BLOCK_MAP, CONTENT_TYPES, MANIFEST, SIGNATURE
 from .problem import Enough, PackageError, Problem, Report
 from .zip_writer import DEFLATED
 
-_ANEW = "Make the package anew"
+_AGAIN = "Make the package again"
 
 
 class _Verifier:
@@ -20,7 +20,7 @@ class _Verifier:
         self._order()
         for name in (MANIFEST, BLOCK_MAP, CONTENT_TYPES):
             if name not in self._parts:
-                self._report.add(name, "the package has no such part", _ANEW)
+                self._report.add(name, "the package has no such part", _AGAIN)
         checks = (BLOCK_MAP, self._block_map), (CONTENT_TYPES, self._content_types), (MANIFEST, self._app)
         for name, check in checks:
             if self._parts.readable(name):
@@ -35,7 +35,7 @@ class _Verifier:
         found = self._parts.paths()
         for path, expected in zip(found, sorted(found, key=part_names.order)):
             if path != expected:
-                self._report.add(path, f"it stands where {expected} must, in the order of packages", _ANEW)
+                self._report.add(path, f"it stands where {expected} must, in the order of packages", _AGAIN)
                 return
 
     def _block_map(self):

@@ -48,7 +48,7 @@ class _Header:
 
 
 def _damaged(where, what):
-    raise PackageError(where, what, "The file is damaged or was not made as a package: get or make it anew")
+    raise PackageError(where, what, "The file is damaged or was not made as a package: get or make it again")
 
 
 class _Reader:

@@ -150,7 +150,7 @@ class Command(Making):
         whole = writer.write(support.files())
         for data in (b"", b"hello", whole[:100], whole[:-1], whole[: len(whole) // 2], bytes(100000)):
             self.write({"bad.msix": data})
-            self.assert_fails(self.run_command("--verify", "bad.msix"), "bad.msix: ", "get or make it anew")
+            self.assert_fails(self.run_command("--verify", "bad.msix"), "bad.msix: ", "get or make it again")
         self.assert_fails(self.run_command("--verify", "absent.msix"), "absent.msix: it cannot be read")
         self.assert_fails(self.run_command("--verify", self.folder), "it cannot be read: Is a directory")
 
