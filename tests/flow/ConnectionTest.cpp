@@ -153,27 +153,36 @@ TEST_F(Connection, LetsAReplyThatIsDueAfterItsEndFailAsASendThatCannotStart)
     EXPECT_EQ(helper->Messages(), Lines());
 }
 
+// A handler of an end, and the line that it writes first.
+struct EndHandler
+{
+    std::wstring line;
+    void (*call)();
+
+    friend void PrintTo(EndHandler const& handler, std::ostream* out) { *out << testing::PrintToString(handler.line); }
+};
+
 // What is there when the first line of an end has been written.
-class ConnectionEnd : public Connection, public testing::WithParamInterface<std::pair<wchar_t const*, void (*)()>>
+class ConnectionEnd : public Connection, public testing::WithParamInterface<EndHandler>
 {
 };
 
 TEST_P(ConnectionEnd, BeginsWithItsLine)
 {
     std::optional<bool> wasUntouched;
-    log->After(GetParam().first, [&] { wasUntouched = HasConnection() && HasDeferral(); });
-    GetParam().second();
+    log->After(GetParam().line, [&] { wasUntouched = HasConnection() && HasDeferral(); });
+    GetParam().call();
     EXPECT_EQ(wasUntouched, true);
     EXPECT_FALSE(HasConnection() || HasDeferral());
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Handlers, ConnectionEnd,
-    testing::Values(
-        std::pair(L"AppService Closed", [] { NotificationAppService::OnServiceClosed(nullptr, nullptr); }),
-        std::pair(L"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled "
-                  L"deferral complete",
-                  [] { NotificationAppService::OnTaskCanceled(nullptr, {}); })));
+    testing::Values(EndHandler{L"AppService Closed", [] { NotificationAppService::OnServiceClosed(nullptr, nullptr); }},
+                    EndHandler{
+                        L"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled "
+                        L"deferral complete",
+                        [] { NotificationAppService::OnTaskCanceled(nullptr, {}); }}));
 
 // A platform that fails while the connection is taken over: the app ends, as it does with any failing activation.
 class ConnectionNotTaken : public test::AppFlow
@@ -246,7 +255,7 @@ INSTANTIATE_TEST_SUITE_P(
         Takeover{L"AppServiceConnection.RequestReceived now 0x80004005", {received, inside, deferral}, true, true}));
 
 // A call, after how many others of the same, and another that comes later.
-using CallOrder = std::pair<std::pair<std::wstring, int>, wchar_t const*>;
+using CallOrder = std::pair<std::pair<std::wstring, int>, std::wstring>;
 
 class ConnectionTakeoverOrder : public ConnectionNotTaken, public testing::WithParamInterface<CallOrder>
 {
@@ -256,7 +265,7 @@ TEST_P(ConnectionTakeoverOrder, IsKept)
 {
     auto const [first, calls] = GetParam().first;
     host.SetFault(first + L" now 0x80004005 1000 after " + std::to_wstring(calls));
-    host.SetFault(std::wstring(GetParam().second) + L" now 0x80004001");
+    host.SetFault(GetParam().second + L" now 0x80004001");
     Fail();
     EXPECT_EQ(host.Failure(), E_FAIL);
 }

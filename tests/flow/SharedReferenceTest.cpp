@@ -97,7 +97,7 @@ struct Connection : winrt::implements<Connection, IAppServiceConnection, IClosab
 
 // A helper that connects again while the end of its earlier connection is being handled: between its completion or
 // closing and the clearing of the field.
-class ConnectionReplacedAtItsEnd : public testing::TestWithParam<void (*)()>
+class ConnectionReplacedAtItsEnd : public testing::Test
 {
   protected:
     ConnectionReplacedAtItsEnd()
@@ -114,19 +114,26 @@ class ConnectionReplacedAtItsEnd : public testing::TestWithParam<void (*)()>
         NotificationAppService::serviceDeferral.Set(nullptr);
     }
 
+    void ExpectTheNewer() const
+    {
+        EXPECT_EQ(NotificationAppService::serviceDeferral.Get(), newerDeferral);
+        EXPECT_EQ(NotificationAppService::appServiceConnection.Get(), newerConnection);
+    }
+
     BackgroundTaskDeferral newerDeferral = winrt::make<Deferral>();
     AppServiceConnection newerConnection = winrt::make<Connection>();
 };
 
-TEST_P(ConnectionReplacedAtItsEnd, LeavesTheNewerOneInItsPlace)
+TEST_F(ConnectionReplacedAtItsEnd, StaysWhenTheTaskOfTheOldOneIsCanceled)
 {
-    GetParam()();
-    EXPECT_EQ(NotificationAppService::serviceDeferral.Get(), newerDeferral);
-    EXPECT_EQ(NotificationAppService::appServiceConnection.Get(), newerConnection);
+    NotificationAppService::OnTaskCanceled(nullptr, {});
+    ExpectTheNewer();
 }
 
-INSTANTIATE_TEST_SUITE_P(Handlers, ConnectionReplacedAtItsEnd,
-                         testing::Values([] { NotificationAppService::OnTaskCanceled(nullptr, {}); },
-                                         [] { NotificationAppService::OnServiceClosed(nullptr, nullptr); }));
+TEST_F(ConnectionReplacedAtItsEnd, StaysWhenTheOldOneCloses)
+{
+    NotificationAppService::OnServiceClosed(nullptr, nullptr);
+    ExpectTheNewer();
+}
 
 } // namespace
