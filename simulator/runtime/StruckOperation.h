@@ -53,7 +53,7 @@ Operation Ended(Operation const& operation)
     }
     catch (...)
     {
-        // ignored: whoever asks for its result gets this, too
+        // ignored: GetResults gives it, too
     }
     return winrt::make<StruckOperation<Operation>>(operation, 0);
 }

@@ -21,7 +21,7 @@ std::string Encode(Message const& message);
 // megabyte or so).
 constexpr std::size_t largestMessage = 64u << 20;
 
-// The longest text, in units, that leaves room for other words in its message, whoever passes it on.
+// The longest text, in code units, that leaves room for the other words of any message that carries it.
 constexpr std::size_t longestText = (largestMessage - 65'536) / sizeof(wchar_t);
 
 bool Fits(Message const& message);

@@ -2,7 +2,7 @@
 #pragma once
 #include "winrt/base/imports.h"
 
-// Whoever includes <unknwn.h> first speaks classic COM, too: winrt::guid converts to GUID and back, and interfaces that
+// Code that includes <unknwn.h> first uses classic COM, too: winrt::guid converts to GUID and back, and interfaces that
 // derive from ::IUnknown have their id. Without it they are unknown here.
 #ifdef __IUnknown_INTERFACE_DEFINED__
 #define WINRT_IMPL_CLASSIC_COM
