@@ -172,16 +172,19 @@ try
         useLock = false;
         return;
     }
-    if (!useLock)
-    {
-        return; // another thread's wait has failed meanwhile
-    }
     if (scope.Outcome() == MutexWait::Abandoned)
     {
         CompleteLastLine();
     }
-    CheckSizeWhenDue();
-    WriteLine(call, detail, origin, format, arguments);
+    // Another thread's wait may fail while this one waits, and while it checks.
+    if (useLock)
+    {
+        CheckSizeWhenDue();
+    }
+    if (useLock)
+    {
+        WriteLine(call, detail, origin, format, arguments);
+    }
 }
 catch (std::bad_alloc const&)
 {

@@ -187,6 +187,34 @@ TEST_P(WaitingThreads, DoNotRotateOnceTheWaitOfOneHasFailed)
     EXPECT_FALSE(FileExists(folder / (Base() + L" 2024-1-5 09-30-12.log")));
 }
 
+// The rotation goes on to its end.
+TEST_P(WaitingThreads, WriteNothingBehindARotationDuringWhichTheWaitOfOneHasFailed)
+{
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    target.file.Reset();
+    WriteLogOfSize(LogPath(), limit);
+    target.lastLine = target.lastCheck + 900;
+    HANDLE mutex = nullptr;
+    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
+        auto const isFirst = mutex == nullptr;
+        mutex = isFirst ? handle : mutex;
+        return handle == mutex && !isFirst ? GetParam() : next(handle, milliseconds);
+    });
+    auto isFirst = true;
+    ReadFileCall const checking([&](auto next, auto... arguments) {
+        if (std::exchange(isFirst, false))
+        {
+            std::thread([&] { LogAt(target, 0, L"lost"); }).join();
+        }
+        return next(arguments...);
+    });
+    LogAt(target, 0, L"lost too");
+    EXPECT_FALSE(isFirst);
+    EXPECT_FALSE(target.useLock);
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+}
+
 // The line that waited has released the mutex.
 TEST_P(WaitingThreads, LeaveTheMutexToOthersOnceTheWaitOfOneHasFailed)
 {
