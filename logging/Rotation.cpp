@@ -95,10 +95,10 @@ void DeleteOldCopies(std::wstring const& logPath, SYSTEMTIME const& localNow)
     auto const folder = FolderOf(logPath);
     auto const liveName = FileNameOf(logPath);
     auto const base = WithoutExtension(liveName);
-    std::vector<std::wstring> dayPrefixes;
-    for (unsigned daysBack = 0; daysBack < 4; ++daysBack)
+    std::vector<std::wstring> dayPrefixes(4);
+    for (unsigned daysBack = 0; auto& prefix : dayPrefixes)
     {
-        dayPrefixes.push_back(std::wstring(base) + L' ' + DateText(localNow, daysBack));
+        prefix = std::wstring(base) + L' ' + DateText(localNow, daysBack++);
     }
     auto const remove = [&](std::wstring const& name) { DeleteFileW(InFolder(folder, name).c_str()); };
     OldCopies copies(base, liveName, std::move(dayPrefixes));
