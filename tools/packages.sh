@@ -4,7 +4,7 @@
 build_packages=(clang-19 lld-19 llvm-19 libclang-rt-19-dev libstdc++-12-dev cmake ninja-build python3 googletest
     g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 util-linux wine wine64)
 bench_packages=("${build_packages[@]}" libspdlog-dev libfmt-dev libpcre2-dev)
-check_packages=("${build_packages[@]}" clang-format-19 clang-tidy-19 cppcheck shellcheck)
+check_packages=("${build_packages[@]}" clang-format-19 clang-tidy-19 cppcheck git shellcheck)
 
 # need PACKAGES...: installs what is missing.
 need() {
