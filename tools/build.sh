@@ -48,7 +48,7 @@ build_quietly() {
 run_tests() {
     local preset=$1 result=0
     shift
-    [ "$preset" = native ] || prepare_prefix "$preset"
+    [ "$preset" = native ] || prepare_prefix "$preset" || return
     step "testing $preset"
     show_tests "build/logs/test-$preset.log" ctest --test-dir "build/$preset" --parallel "$(nproc)" \
         --output-on-failure --no-tests=error "$@" || result=$?

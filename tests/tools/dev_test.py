@@ -14,7 +14,7 @@ COMMANDS = ["run", "test", "build", "package", "bench", "fuzz", "check", "covera
 
 WRONG_CALLS = [
     *("nothing", "run it", "test --all", "test A B", "build release", "build product gcc", "bench walk"),
-    *("bench line start", "fuzz long", "fuzz 0", "check --mend", "coverage all", "clean --dry", "package --all", "symbolize main"),
+    *("bench line start", "fuzz long", "fuzz 0", "check --mend", "coverage all", "clean --dry", "package --all", "symbolize main", "help it"),
 ]
 
 # What stands in for cmake: configures a folder, and builds as the test says in build-step.
@@ -55,7 +55,7 @@ class DevTest(support.ScriptTest):
         self.tools = self.folder / "bin"
         self.tools.mkdir()
         self.make_clone(self.clone)
-        self.environment = os.environ | {"PATH": f"{self.tools}:{os.environ['PATH']}", "VELMO_PROGRESS_SECONDS": "0.05"}
+        self.environment = os.environ | {"PATH": f"{self.tools}:{os.environ['PATH']}"}
 
     def make_clone(self, clone):
         clone.mkdir()
@@ -218,6 +218,10 @@ class Folders(DevTest):
 
 
 class Watched(DevTest):
+    def setUp(self):
+        super().setUp()
+        self.environment["VELMO_PROGRESS_SECONDS"] = "0.05"
+
     def test_without_a_terminal_a_long_build_shows_how_far_it_is(self):
         os.mkfifo(self.folder / "gate")
         self.build_step(f"echo '[3/70] Building it'; read -r <{self.folder}/gate")
