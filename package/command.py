@@ -31,7 +31,7 @@ class Outcome(enum.IntEnum):
 
 
 def parse_arguments(arguments):
-    parser = argparse.ArgumentParser(prog="./dev package", usage=_TOP, description=__doc__, epilog=_CODES)
+    parser = argparse.ArgumentParser(prog="./dev package", allow_abbrev=False, usage=_TOP, description=__doc__, epilog=_CODES)
     parser.add_argument("--desktop", metavar="PATH", help="the suite's desktop component: its program or folder")
     parser.add_argument("--sign", nargs=2, type=pathlib.Path, metavar=("CERT", "KEY"), help="PEM files to sign with")
     parser.add_argument("--verify", metavar="FILE", type=pathlib.Path, help="checks a package and makes nothing")

@@ -74,10 +74,13 @@ def _read_file(element):
     if not 0 < utf16_length(element.get("Name")) <= LONGEST_NAME:
         _fail("a <File> has no Name, or one that is too long")
     blocks = [_read_block(child) for child in element.iterfind(_tag("Block"))]
-    hashes = [child.get("Hash") for child in element.iterfind(_FILE_HASH)]
+    hashes = []
+    for child in element.iterfind(_FILE_HASH):
+        _only(child, ("Hash",))
+        hashes.append(child.get("Hash"))
     if len(hashes) > 1 or hashes and element[0].tag != _FILE_HASH and element[-1].tag != _FILE_HASH:
         _fail("a <File> has several <FileHash>, or one between its blocks")
-    digest = hashes[0] or "" if hashes else None
+    digest = hashes[0] if hashes else None
     return MappedFile(element.get("Name"), _number(element, "Size"), _number(element, "LfhSize"), blocks, digest)
 
 

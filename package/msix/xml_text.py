@@ -14,7 +14,7 @@ _MOST_ELEMENTS = 300_000
 _MOST_ATTRIBUTES = 600_000
 _LONG_NAMESPACE = re.compile(r"""xmlns([^"'<>]{100}|[^"'<>]{0,99}("[^"]{200}|'[^']{200}))""")
 
-_DECLARATION = re.compile(r"""<\?xml\s[^>]{0,200}?\sencoding\s*=\s*["']([^"']{0,99})""")
+_DECLARATION = re.compile(r"""<\?xml\s[^>]*?\sencoding\s*=\s*["']([^"']{0,99})""")
 
 
 def _fail(where, what, remedy):

@@ -119,6 +119,7 @@ REFUSED = {
         '<InProcessServer><ActivatableClass ActivatableClassId="A.B" ThreadingModel="both"/>', "another order than Path"),
     "a language twice": ('Language="en-US"/>', 'Language="en-US"/><Resource Language="EN-us"/>', "two <Resource> of the"),
     "another encoding than it has": ('encoding="utf-8"', 'encoding="iso-8859-1"', "its encoding is iso-8859-1"),
+    "another encoding behind many blanks": (' encoding="utf-8"', " " * 300 + 'encoding="iso-8859-1"', "its encoding is iso-8859-1"),
     "an encoding of two bytes": ('encoding="utf-8"', "encoding='UTF-16'", "its encoding is UTF-16"),
     "an entry point that is another class of the executable": (
         'EntryPoint="VelmoNotificationClient.App"', 'EntryPoint="VelmoNotificationClient.MainPage"',
