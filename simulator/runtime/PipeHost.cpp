@@ -233,15 +233,18 @@ void PipeHost::SetFaults(Message const& message)
 // hang up.
 void PipeHost::Send(Message message, Answered answered)
 {
-    if (!Fits(message))
-    {
-        answered({L"error", L"the request is too large"});
-        return;
-    }
     {
         std::lock_guard const lock(m_mutex);
         message[1] = std::to_wstring(++m_lastRequest);
-        m_pending.emplace(message[1], std::move(answered));
+        if (Fits(message))
+        {
+            m_pending.emplace(message[1], std::exchange(answered, nullptr));
+        }
+    }
+    if (answered)
+    {
+        answered({L"error", L"the request is too large"});
+        return;
     }
     Say(message);
 }

@@ -100,7 +100,8 @@ TEST_F(PipeHosts, HaveSaidWhatHappenedWhenTheCallReturns)
 
 TEST_F(PipeHosts, AnswerARequestThatIsTooLargeThemselves)
 {
-    EXPECT_EQ(host->Ask({L"open-app-service", std::wstring(sim::largestMessage, L'x')}).front(), L"error");
+    EXPECT_EQ(host->Ask({L"open-app-service", std::wstring(sim::largestMessage / sizeof(wchar_t), L'x')}).front(),
+              L"error");
     EXPECT_EQ(Heard(), sim::Message()); // the device takes it for gibberish, and would hang up
     host->Tell({L"task-returned", L"1"});
     EXPECT_EQ(Heard(), (sim::Message{L"tell", L"task-returned", L"1"}));
