@@ -34,11 +34,16 @@ AppFlow::~AppFlow()
 {
     host.End();
     EndWait();
+    JoinMain();
+    PoolWatch::WaitUntilIdle();
+}
+
+void AppFlow::JoinMain()
+{
     if (m_main.joinable())
     {
         m_main.join();
     }
-    PoolWatch::WaitUntilIdle();
 }
 
 void AppFlow::Start()

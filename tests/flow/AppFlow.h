@@ -33,6 +33,9 @@ class AppFlow : public testing::Test
     // Waits until Application::Start has returned, or thrown. Throws std::runtime_error when it does neither.
     void WaitForEnd();
 
+    // The same without a limit, for destructors.
+    void JoinMain();
+
     // The process as a whole, for an app that waits for nothing.
     void RunToEnd();
 

@@ -36,7 +36,7 @@ TEST(RequestDeferral, FailsUntilACompletionHasSucceeded)
     EXPECT_EQ(platform->calls, 2);
 }
 
-// Completed once more by each call, in its middle, until it has failed that often.
+// Calls `during` when it is completed.
 struct NestedDeferral
     : winrt::implements<NestedDeferral, winrt::Windows::ApplicationModel::AppService::IAppServiceDeferral>
 {

@@ -60,7 +60,7 @@ ServiceFlow::~ServiceFlow()
     EndRegistrationWait();
     host.WaitUntilQuiet();
     host.End();
-    WaitForEnd();
+    JoinMain();
     helper.reset();
     host.WaitUntilQuiet();
     PoolWatch::WaitUntilIdle();
