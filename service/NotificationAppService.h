@@ -40,9 +40,9 @@ struct NotificationAppService : winrt::implements<NotificationAppService, winrt:
     // The connection of the helper that connected last, null without one, and what keeps its background task running.
     // The handlers of all connections share both without a lock. So a handler that comes late acts on what stands there
     // by then, even if that is another helper's; and of two that come together each may find the fields as they were.
-    // The platform takes a second completion or closing. A handler clears a field only if what it has completed or
-    // closed still stands there: a helper may have connected meanwhile. Neither is released when the process exits,
-    // since handlers may still run.
+    // The platform is assumed to take a second completion or closing. A handler clears a field only if what it has
+    // completed or closed still stands there: a helper may have connected meanwhile. Neither is released when the
+    // process exits, since handlers may still run.
     static SharedReference<AppServiceConnection> appServiceConnection;
     static SharedReference<BackgroundTaskDeferral> serviceDeferral;
 };
