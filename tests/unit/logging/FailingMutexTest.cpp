@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <thread>
+#include <utility>
 
 using namespace test;
 using namespace zant;
@@ -159,6 +160,16 @@ class WaitingThreads : public LogFixture, public testing::WithParamInterface<DWO
         EXPECT_TRUE(LogAt(target, 0, L"lost too"));
     }
 
+    // The next line rotates.
+    void OpenWithARotationDue()
+    {
+        Configure(target);
+        ASSERT_TRUE(target.Open());
+        target.file.Reset();
+        WriteLogOfSize(LogPath(), limit);
+        target.lastLine = target.lastCheck + 900;
+    }
+
     LogTargetDefault target;
 };
 
@@ -177,11 +188,7 @@ TEST_P(WaitingThreads, WriteNothingOnceTheWaitOfOneHasFailed)
 
 TEST_P(WaitingThreads, DoNotRotateOnceTheWaitOfOneHasFailed)
 {
-    Configure(target);
-    ASSERT_TRUE(target.Open());
-    target.file.Reset();
-    WriteLogOfSize(LogPath(), limit);
-    target.lastLine = target.lastCheck + 900;
+    ASSERT_NO_FATAL_FAILURE(OpenWithARotationDue());
     LogBehindAFailedWait();
     EXPECT_FALSE(target.file);
     EXPECT_FALSE(FileExists(folder / (Base() + L" 2024-1-5 09-30-12.log")));
@@ -190,11 +197,7 @@ TEST_P(WaitingThreads, DoNotRotateOnceTheWaitOfOneHasFailed)
 // The rotation goes on to its end.
 TEST_P(WaitingThreads, WriteNothingBehindARotationDuringWhichTheWaitOfOneHasFailed)
 {
-    Configure(target);
-    ASSERT_TRUE(target.Open());
-    target.file.Reset();
-    WriteLogOfSize(LogPath(), limit);
-    target.lastLine = target.lastCheck + 900;
+    ASSERT_NO_FATAL_FAILURE(OpenWithARotationDue());
     HANDLE mutex = nullptr;
     WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
         auto const isFirst = mutex == nullptr;
