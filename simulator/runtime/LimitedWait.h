@@ -12,7 +12,7 @@ namespace sim
 // How long a test waits for what does not come: longer than a busy machine takes, shorter than its watchdog.
 inline constexpr std::chrono::seconds waitLimit(30);
 
-// The failure of such a wait, as a test shows it. missing: what it waited for, and what there was instead.
+// The exception for a wait that reaches the limit. missing: what the wait was for, and what there was instead.
 inline std::runtime_error Missing(std::wstring const& missing)
 {
     return std::runtime_error(winrt::to_string(L"after 30 s still missing: " + missing));
