@@ -5,11 +5,8 @@
 namespace VelmoNotificationClient
 {
 
-// Failures of the platform come as hresult_error, but for E_OUTOFMEMORY, which is std::bad_alloc. Nothing else is
-// thrown in here, so who guards against them catches everything.
-
-// What the platform handed out. Throws hresult_error (E_POINTER) when that is null, where a call on it would end the
-// process: it counts as the failure of the call that handed it out.
+// An object that the platform handed out. Throws hresult_error (E_POINTER) when it is null: a call on it would end the
+// process, so null counts as a failure of the call that returned it.
 template <typename T>
 T NotNull(T object)
 {

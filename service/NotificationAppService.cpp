@@ -10,32 +10,6 @@ using namespace winrt::Windows::ApplicationModel::Background;
 namespace VelmoNotificationClient
 {
 
-namespace
-{
-
-void CompleteTask()
-{
-    if (auto const deferral = NotificationAppService::serviceDeferral.Get())
-    {
-        deferral.Complete();
-        NotificationAppService::serviceDeferral.Clear(deferral);
-    }
-}
-
-void CloseConnection()
-{
-    if (auto const connection = NotificationAppService::appServiceConnection.Get())
-    {
-        connection.Close();
-        NotificationAppService::appServiceConnection.Clear(connection);
-    }
-}
-
-} // namespace
-
-constinit SharedReference<AppServiceConnection> NotificationAppService::appServiceConnection;
-constinit SharedReference<BackgroundTaskDeferral> NotificationAppService::serviceDeferral;
-
 void NotificationAppService::ServiceNewConnection(BackgroundActivatedEventArgs const& args) const
 {
     appServiceLog.Info(L"Inside ServiceNewConnection .");

@@ -1,5 +1,5 @@
 #pragma once
-#include "service/SharedReference.h"
+#include "service/ActiveConnection.h"
 
 #include <winrt/Windows.ApplicationModel.Activation.h>
 #include <winrt/Windows.ApplicationModel.AppService.h>
@@ -9,42 +9,34 @@
 namespace VelmoNotificationClient
 {
 
-// The app's end of the app-service connection with the desktop helper. Objects of it carry nothing: the connection is
-// class-wide, one per process, and so are the handlers. Failures are hresult_error unless said otherwise.
-struct NotificationAppService : winrt::implements<NotificationAppService, winrt::Windows::Foundation::IInspectable>
+// The app's end of the app-service connection with the desktop helper. Instances hold no data: the connection is
+// class-wide, one per process (ActiveConnection), and so are the handlers.
+//
+// Platform failures are hresult_error, but for E_OUTOFMEMORY, which is std::bad_alloc. Nothing else is thrown in
+// service/, so its guards are catch (...). The functions below throw these unless stated otherwise.
+struct NotificationAppService : winrt::implements<NotificationAppService, winrt::Windows::Foundation::IInspectable>,
+                                ActiveConnection
 {
-    using AppServiceConnection = winrt::Windows::ApplicationModel::AppService::AppServiceConnection;
-    using BackgroundTaskDeferral = winrt::Windows::ApplicationModel::Background::BackgroundTaskDeferral;
-
     winrt::hstring GetRuntimeClassName() const override { return L"VelmoNotificationClient.NotificationAppService"; }
 
-    // Takes over the background task of an app-service activation: keeps it running, and serves its connection. An
-    // earlier connection is let go as it is, neither closed nor completed. Called on the main view's thread.
+    // Keeps the background task of an app-service activation running and serves its connection. The references to an
+    // earlier connection are released without closing or completing it. UI thread.
     void ServiceNewConnection(
         winrt::Windows::ApplicationModel::Activation::BackgroundActivatedEventArgs const& args) const;
 
-    // A request of the helper (service/OnRequestReceived.cpp). A thread of the platform's; "RegisterBackgroundTask"
-    // blocks it for up to a minute.
+    // Handles a request of the helper (service/OnRequestReceived.cpp). Platform thread; "RegisterBackgroundTask" blocks
+    // it for up to a minute.
     static void OnRequestReceived(
         AppServiceConnection const& sender,
         winrt::Windows::ApplicationModel::AppService::AppServiceRequestReceivedEventArgs const& args);
 
-    // The end of the background task, or of the other end of the connection: both complete the task and close the
-    // connection. They may come both, in either order, at the same time.
+    // The background task is cancelled, or the helper has closed its end. Both complete the task and close the
+    // connection. Platform threads; both may run, in either order, at the same time.
     static void OnTaskCanceled(
         winrt::Windows::ApplicationModel::Background::IBackgroundTaskInstance const& sender,
         winrt::Windows::ApplicationModel::Background::BackgroundTaskCancellationReason const& reason);
     static void OnServiceClosed(AppServiceConnection const& sender,
                                 winrt::Windows::ApplicationModel::AppService::AppServiceClosedEventArgs const& args);
-
-    // The connection of the helper that connected last, null without one, and what keeps its background task running.
-    // The handlers of all connections share both without a lock. So a handler that comes late acts on what stands there
-    // by then, even if that is another helper's; and of two that come together each may find the fields as they were.
-    // The platform is assumed to take a second completion or closing. A handler clears a field only if what it has
-    // completed or closed still stands there: a helper may have connected meanwhile. Neither is released when the
-    // process exits, since handlers may still run.
-    static SharedReference<AppServiceConnection> appServiceConnection;
-    static SharedReference<BackgroundTaskDeferral> serviceDeferral;
 };
 
 } // namespace VelmoNotificationClient

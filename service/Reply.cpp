@@ -1,9 +1,9 @@
 #include "service/Reply.h"
 
+#include "service/ActiveConnection.h"
 #include "service/AppServiceLog.h"
 #include "service/Messages.h"
 #include "service/NotNull.h"
-#include "service/NotificationAppService.h"
 #include "service/WhenEnded.h"
 
 using namespace winrt::Windows::Foundation;
@@ -41,7 +41,7 @@ void SendReply(ValueSet const& message, RequestDeferral const& requestDeferral, 
 {
     try
     {
-        auto const connection = NotNull(NotificationAppService::appServiceConnection.Get());
+        auto const connection = NotNull(ActiveConnection::appServiceConnection.Get());
         auto const send = NotNull(connection.SendMessageAsync(message));
         WhenEnded(send, [requestDeferral, sent = lines.sent](auto&&...) {
             Complete(requestDeferral, sent, &LogSite::Info<>);
