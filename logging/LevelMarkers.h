@@ -1,5 +1,5 @@
 #pragma once
-#include "logging/LogLevel.h"
+#include "utils/LogLevel.h"
 
 #include <string>
 #include <string_view>

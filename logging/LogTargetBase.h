@@ -1,6 +1,6 @@
 #pragma once
 #include "logging/LogHeaderText.h"
-#include "logging/LogLevel.h"
+#include "utils/LogLevel.h"
 #include "utils/UniqueHandle.h"
 
 #include <cstdarg>

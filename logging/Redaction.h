@@ -1,6 +1,6 @@
 #pragma once
-#include "logging/LogLevel.h"
 #include "logging/Utf16.h"
+#include "utils/LogLevel.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #pragma once
-#include "logging/LogLevel.h"
 #include "service/AppLogHook.h"
+#include "utils/LogLevel.h"
 
 // One log site of the application: component "ZEB", the category of its part of the program, and the two levels that
 // the application uses. A message is always a printf format.

@@ -1,5 +1,5 @@
 #pragma once
-#include "logging/AbstractLogger.h"
+#include "utils/AbstractLogger.h"
 #include "utils/LogFunction.h"
 
 namespace zant

@@ -1,10 +1,10 @@
 #include "tests/flow/LogRecorder.h"
 
 #include "app/AppLog.h"
-#include "logging/LogLevel.h"
 #include "service/AppLogHook.h"
 #include "simulator/runtime/LimitedWait.h"
 #include "tests/support/ExpectLines.h"
+#include "utils/LogLevel.h"
 
 #include <algorithm>
 #include <cstdarg>

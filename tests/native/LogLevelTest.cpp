@@ -1,4 +1,4 @@
-#include "logging/LogLevel.h"
+#include "utils/LogLevel.h"
 
 #include <gtest/gtest.h>
 #include <string>
