@@ -8,10 +8,7 @@
 
 using winrt::Windows::UI::Xaml::Application;
 
-extern "C"
-{
-    decltype(&Sleep) __wrap___imp_Sleep = &test::SleepCall::Entry;
-}
+WRAP(SleepCall, Sleep);
 
 namespace test
 {

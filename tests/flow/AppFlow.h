@@ -5,19 +5,15 @@
 #include "tests/support/ExpectLines.h"
 #include "tests/support/LogTearDown.h"
 #include "tests/support/UserTemporaryFolder.h"
-#include "tests/support/WrappedCall.h"
+#include "tests/support/WrappedSystem.h"
 #include "utils/UniqueHandle.h"
 
 #include <gtest/gtest.h>
 #include <thread>
 #include <windows.h>
 
-extern "C" decltype(&Sleep) __real___imp_Sleep;
-
 namespace test
 {
-
-using SleepCall = WrappedCall<&__real___imp_Sleep>;
 
 // The application in this process, against the simulator's runtime classes. Its waits are not slept through: each one
 // lasts until the test ends it.

@@ -5,7 +5,7 @@
 #include "service/WhenEnded.h"
 #include "tests/flow/FakeRequest.h"
 #include "tests/flow/ServiceFlow.h"
-#include "tests/unit/projection/Terminated.h"
+#include "tests/support/Terminated.h"
 
 #include <winrt/Windows.Foundation.h>
 

@@ -4,10 +4,7 @@
 #include <memory>
 #include <mutex>
 
-extern "C"
-{
-    decltype(&TrySubmitThreadpoolCallback) __wrap___imp_TrySubmitThreadpoolCallback = &test::SubmitCall::Entry;
-}
+WRAP(SubmitCall, TrySubmitThreadpoolCallback);
 
 namespace test
 {

@@ -1,14 +1,10 @@
 #pragma once
-#include "tests/support/WrappedCall.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <windows.h>
 
-extern "C" decltype(&TrySubmitThreadpoolCallback) __real___imp_TrySubmitThreadpoolCallback;
-
 namespace test
 {
-
-using SubmitCall = WrappedCall<&__real___imp_TrySubmitThreadpoolCallback>;
 
 // While it lives, all that this process has run on the system's thread pool can be waited for: also the application's
 // continuations, which the platform does not know of.

@@ -1,7 +1,7 @@
 #include "tests/flow/FakeRequest.h"
 #include "tests/flow/RegisteredTask.h"
 #include "tests/flow/ServiceFlow.h"
-#include "tests/unit/utils/RecordingHook.h"
+#include "tests/support/RecordingHook.h"
 
 #include <algorithm>
 

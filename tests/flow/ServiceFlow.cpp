@@ -14,11 +14,8 @@ using namespace winrt::Windows::Foundation;
 using namespace winrt::Windows::Storage;
 using VelmoNotificationClient::NotificationAppService;
 
-extern "C"
-{
-    decltype(&CreateEventW) __wrap___imp_CreateEventW = &test::CreateEventCall::Entry;
-    decltype(&WaitForSingleObject) __wrap___imp_WaitForSingleObject = &test::WaitCall::Entry;
-}
+WRAP(CreateEventCall, CreateEventW);
+WRAP(WaitCall, WaitForSingleObject);
 
 namespace test
 {

@@ -3,23 +3,14 @@
 #include "tests/flow/Lines.h"
 #include "tests/flow/LogRecorder.h"
 #include "tests/flow/TestHelper.h"
-#include "tests/support/WrappedCall.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <atomic>
 #include <memory>
 #include <winrt/Windows.Storage.h>
 
-extern "C"
-{
-    extern decltype(&CreateEventW) __real___imp_CreateEventW;
-    extern decltype(&WaitForSingleObject) __real___imp_WaitForSingleObject;
-}
-
 namespace test
 {
-
-using CreateEventCall = WrappedCall<&__real___imp_CreateEventW>;
-using WaitCall = WrappedCall<&__real___imp_WaitForSingleObject>;
 
 // The application with a desktop helper connected to its service. The lines of a test are those that come after that.
 class ServiceFlow : public AppFlow

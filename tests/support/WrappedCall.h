@@ -5,10 +5,8 @@
 namespace test
 {
 
-// A function of the system that tests replace for a while. The program is linked with --wrap=__imp_X, so that its calls
-// go through the variable __wrap___imp_X instead of the import; it defines that variable as &Call::Entry, where
-//
-//     using Call = WrappedCall<&__real___imp_X>;
+// A function of the system that tests replace for a while. The program is linked with --wrap=__imp_X: its calls then go
+// through the variable __wrap___imp_X, which the program defines with WRAP, instead of the import.
 //
 // Without a replacement a call goes on to the system. While an object of the class lives, calls go to its function,
 // which is given as first argument what it replaces: the system's function or another replacement made before. Make
@@ -60,3 +58,16 @@ class WrappedCall<Import>
 };
 
 } // namespace test
+
+// For a header, in namespace test: Call replaces the imported Function.
+#define REPLACEABLE(Call, Function) REPLACEABLE_AS(Call, Function, decltype(&Function))
+
+// The same for a function pointer of another type.
+#define REPLACEABLE_AS(Call, Function, Type)                                                                           \
+    extern "C" Type __real___imp_##Function;                                                                           \
+    using Call = WrappedCall<&__real___imp_##Function>
+
+// For one source of a program, outside namespaces: calls of Function go through Call.
+#define WRAP(Call, Function)                                                                                           \
+    extern "C" decltype(test::__real___imp_##Function) __wrap___imp_##Function;                                        \
+    decltype(test::__real___imp_##Function) __wrap___imp_##Function = &test::Call::Entry

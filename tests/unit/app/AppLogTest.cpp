@@ -9,28 +9,18 @@
 #include "tests/support/Files.h"
 #include "tests/support/LogTearDown.h"
 #include "tests/support/UserTemporaryFolder.h"
-#include "tests/support/WrappedCall.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
 #include <thread>
 
-extern "C"
-{
-    extern decltype(&DeleteCriticalSection) __real___imp_DeleteCriticalSection;
-    extern decltype(&InitializeCriticalSection) __real___imp_InitializeCriticalSection;
-    extern decltype(&MultiByteToWideChar) __real___imp_MultiByteToWideChar;
-}
-using DeleteCriticalSectionCall = test::WrappedCall<&__real___imp_DeleteCriticalSection>;
-using InitializeCriticalSectionCall = test::WrappedCall<&__real___imp_InitializeCriticalSection>;
-using MultiByteToWideCharCall = test::WrappedCall<&__real___imp_MultiByteToWideChar>;
-extern "C"
-{
-    decltype(&DeleteCriticalSection) __wrap___imp_DeleteCriticalSection = &DeleteCriticalSectionCall::Entry;
-    decltype(&InitializeCriticalSection) __wrap___imp_InitializeCriticalSection = &InitializeCriticalSectionCall::Entry;
-    decltype(&MultiByteToWideChar) __wrap___imp_MultiByteToWideChar = &MultiByteToWideCharCall::Entry;
-}
+using namespace test;
+
+WRAP(DeleteCriticalSectionCall, DeleteCriticalSection);
+WRAP(InitializeCriticalSectionCall, InitializeCriticalSection);
+WRAP(MultiByteToWideCharCall, MultiByteToWideChar);
 
 namespace
 {

@@ -1,7 +1,7 @@
 #include "logging/ApplicationLogFile.h"
 
+#include "tests/support/WrappedSystem.h"
 #include "tests/unit/logging/LogFixture.h"
-#include "tests/unit/logging/WrappedSystem.h"
 
 using namespace test;
 using namespace zant;

@@ -2,9 +2,9 @@
 
 #include "logging/LogTargetDefault.h"
 #include "tests/support/Failing.h"
+#include "tests/support/ShortMemory.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/WrappedCall.h"
-#include "tests/unit/logging/ShortMemory.h"
+#include "tests/support/WrappedSystem.h"
 #include "tests/unit/logging/SuiteProgram.h"
 #include "utils/Locale.h"
 
@@ -13,24 +13,11 @@
 #include <string_view>
 #include <tuple>
 
-extern "C"
-{
-    extern decltype(&GetVersionExW) __real___imp_GetVersionExW;
-    extern decltype(&GetProcAddress) __real___imp_GetProcAddress;
-    extern decltype(&RegGetValueW) __real___imp_RegGetValueW;
-    extern decltype(&VerifyVersionInfoW) __real___imp_VerifyVersionInfoW;
-}
-
 using namespace test;
 using namespace zant;
 
 namespace
 {
-
-using GetVersionCall = WrappedCall<&__real___imp_GetVersionExW>;
-using GetProcAddressCall = WrappedCall<&__real___imp_GetProcAddress>;
-using RegGetValueCall = WrappedCall<&__real___imp_RegGetValueW>;
-using VerifyVersionCall = WrappedCall<&__real___imp_VerifyVersionInfoW>;
 
 // While it lives, the system is Windows 10.0 of this build.
 class WindowsOfBuild
@@ -82,13 +69,10 @@ using Entries = std::map<std::wstring, std::wstring>;
 
 } // namespace
 
-extern "C"
-{
-    decltype(&GetVersionExW) __wrap___imp_GetVersionExW = &GetVersionCall::Entry;
-    decltype(&GetProcAddress) __wrap___imp_GetProcAddress = &GetProcAddressCall::Entry;
-    decltype(&RegGetValueW) __wrap___imp_RegGetValueW = &RegGetValueCall::Entry;
-    decltype(&VerifyVersionInfoW) __wrap___imp_VerifyVersionInfoW = &VerifyVersionCall::Entry;
-}
+WRAP(GetProcAddressCall, GetProcAddress);
+WRAP(GetVersionCall, GetVersionExW);
+WRAP(RegGetValueCall, RegGetValueW);
+WRAP(VerifyVersionCall, VerifyVersionInfoW);
 
 TEST(BuildLogHeader, TellsOfTheMachineBetweenLinesOfAsterisks)
 {

@@ -1,6 +1,6 @@
 #include "logging/DatedName.h"
 
-#include "tests/unit/logging/WrappedSystem.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "logging/LogTargetDefault.h"
 #include "logging/LogTargetRegistry.h"
 #include "logging/Logger.h"
-#include "tests/unit/logging/RecordingTarget.h"
+#include "tests/support/RecordingTarget.h"
 
 #include <algorithm>
 #include <cstring>

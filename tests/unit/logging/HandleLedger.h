@@ -1,5 +1,5 @@
 #pragma once
-#include "tests/unit/logging/WrappedSystem.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <gtest/gtest.h>
 #include <set>

@@ -1,5 +1,5 @@
+#include "tests/support/WrappedSystem.h"
 #include "tests/unit/logging/LogFixture.h"
-#include "tests/unit/logging/WrappedSystem.h"
 
 using namespace test;
 using namespace zant;

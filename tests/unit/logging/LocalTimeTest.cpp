@@ -1,6 +1,6 @@
 #include "logging/LocalTime.h"
 
-#include "tests/unit/logging/WrappedSystem.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <ctime>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "logging/LogTargetRegistry.h"
 
+#include "tests/support/RecordingTarget.h"
+#include "tests/support/WrappedSystem.h"
 #include "tests/unit/logging/LogFixture.h"
-#include "tests/unit/logging/RecordingTarget.h"
-#include "tests/unit/logging/WrappedSystem.h"
 
 #include <thread>
 

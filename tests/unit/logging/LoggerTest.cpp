@@ -1,7 +1,7 @@
 #include "logging/Logger.h"
 
 #include "logging/LogTargetRegistry.h"
-#include "tests/unit/logging/RecordingTarget.h"
+#include "tests/support/RecordingTarget.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "tests/unit/logging/RedactedLog.h"
 #include "logging/LogTargetRegistry.h"
 #include "logging/Logger.h"
-#include "tests/unit/logging/ShortMemory.h"
+#include "tests/support/ShortMemory.h"
 #include "utils/Utf8.h"
 
 #include <functional>

@@ -1,8 +1,8 @@
 #include "logging/Rotation.h"
 
 #include "logging/DatedName.h"
+#include "tests/support/WrappedSystem.h"
 #include "tests/unit/logging/LogFixture.h"
-#include "tests/unit/logging/WrappedSystem.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,8 +1,8 @@
 #include "utils/UtilsLog.h"
 #include "logging/LogTargetRegistry.h"
 #include "logging/Logger.h"
-#include "tests/unit/logging/RecordingTarget.h"
-#include "tests/unit/utils/RecordingHook.h"
+#include "tests/support/RecordingHook.h"
+#include "tests/support/RecordingTarget.h"
 
 #include <gtest/gtest.h>
 

@@ -9,25 +9,14 @@
 #include "logging/LogPath.h"
 #include "logging/LogTargetDefault.h"
 #include "logging/Rotation.h"
-#include "tests/support/WrappedCall.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <string>
 
+using namespace test;
 using namespace zant;
 
-extern "C" decltype(&ReadFile) __real___imp_ReadFile;
-
-namespace
-{
-
-using ReadFileCall = test::WrappedCall<&__real___imp_ReadFile>;
-
-} // namespace
-
-extern "C"
-{
-    decltype(&ReadFile) __wrap___imp_ReadFile = &ReadFileCall::Entry;
-}
+WRAP(ReadFileCall, ReadFile);
 
 namespace
 {

@@ -1,4 +1,4 @@
-#include "tests/unit/projection/Terminated.h"
+#include "tests/support/Terminated.h"
 #include "tests/unit/projection/TestOperation.h"
 #include "tests/unit/projection/WrappedRuntime.h"
 

@@ -1,4 +1,4 @@
-#include "tests/unit/projection/Terminated.h"
+#include "tests/support/Terminated.h"
 
 #include <windows.h>
 #include <winrt/base.h>

@@ -1,4 +1,4 @@
-#include "tests/unit/utils/WrappedFiles.h"
+#include "tests/support/WrappedSystem.h"
 #include "utils/NamedMutex.h"
 
 #include <gtest/gtest.h>

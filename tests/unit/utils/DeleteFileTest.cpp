@@ -1,9 +1,9 @@
 #include "utils/DeleteFile.h"
 
 #include "tests/support/Files.h"
+#include "tests/support/RecordingHook.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/unit/utils/RecordingHook.h"
-#include "tests/unit/utils/WrappedFiles.h"
+#include "tests/support/WrappedSystem.h"
 #include "utils/UniqueHandle.h"
 
 #include <gtest/gtest.h>

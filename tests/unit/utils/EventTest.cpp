@@ -1,22 +1,16 @@
 #include "utils/Event.h"
-#include "tests/support/WrappedCall.h"
-#include "tests/unit/utils/RecordingHook.h"
+#include "tests/support/RecordingHook.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
 
-extern "C"
-{
-    extern decltype(&CreateEventW) __real___imp_CreateEventW;
-    extern decltype(&WaitForSingleObject) __real___imp_WaitForSingleObject;
-}
+using namespace test;
 
 namespace
 {
 
-using CreateEventCall = test::WrappedCall<&__real___imp_CreateEventW>;
-using WaitCall = test::WrappedCall<&__real___imp_WaitForSingleObject>;
 using Lines = std::vector<test::RecordingHook::Line>;
 using zant::EventWaitResult;
 
@@ -169,8 +163,5 @@ TEST(NullEvent, IsReportedWhenWaitedForAndFailsAtOnce)
 
 } // namespace
 
-extern "C"
-{
-    decltype(&CreateEventW) __wrap___imp_CreateEventW = &CreateEventCall::Entry;
-    decltype(&WaitForSingleObject) __wrap___imp_WaitForSingleObject = &WaitCall::Entry;
-}
+WRAP(CreateEventCall, CreateEventW);
+WRAP(WaitCall, WaitForSingleObject);

@@ -1,8 +1,8 @@
 #include "utils/FileVersion.h"
 #include "tests/support/Files.h"
+#include "tests/support/ShortMemory.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/WrappedCall.h"
-#include "tests/unit/logging/ShortMemory.h"
 
 #include <bit>
 #include <cstddef>

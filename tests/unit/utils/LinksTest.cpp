@@ -2,9 +2,9 @@
 
 #include "tests/support/Files.h"
 #include "tests/support/MakeLink.h"
+#include "tests/support/ShortMemory.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/unit/logging/ShortMemory.h"
-#include "tests/unit/utils/WrappedFiles.h"
+#include "tests/support/WrappedSystem.h"
 #include "utils/UniqueHandle.h"
 
 #include <gtest/gtest.h>

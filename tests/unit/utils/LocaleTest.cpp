@@ -1,32 +1,18 @@
 #include "utils/Locale.h"
 #include "tests/support/Files.h"
+#include "tests/support/ShortMemory.h"
 #include "tests/support/UserRegistry.h"
-#include "tests/support/WrappedCall.h"
-#include "tests/unit/logging/ShortMemory.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <gtest/gtest.h>
 #include <vector>
 #include <windows.h>
 
-extern "C"
-{
-    extern decltype(&GetUserDefaultLangID) __real___imp_GetUserDefaultLangID;
-    extern decltype(&GetUserDefaultUILanguage) __real___imp_GetUserDefaultUILanguage;
-    extern decltype(&RegCloseKey) __real___imp_RegCloseKey;
-    extern decltype(&RegOpenKeyExW) __real___imp_RegOpenKeyExW;
-    extern decltype(&RegQueryValueExW) __real___imp_RegQueryValueExW;
-}
-
+using namespace test;
 using namespace zant;
 
 namespace
 {
-
-using GetLangIdCall = test::WrappedCall<&__real___imp_GetUserDefaultLangID>;
-using GetUiLanguageCall = test::WrappedCall<&__real___imp_GetUserDefaultUILanguage>;
-using CloseKeyCall = test::WrappedCall<&__real___imp_RegCloseKey>;
-using OpenKeyCall = test::WrappedCall<&__real___imp_RegOpenKeyExW>;
-using QueryValueCall = test::WrappedCall<&__real___imp_RegQueryValueExW>;
 
 // Zero-terminated, as programs store a text.
 std::string Terminated(std::wstring_view text)
@@ -283,11 +269,8 @@ TEST_F(Locale, IsThatOfTheUserInterfaceInTheRegionOfItsFormats)
 
 } // namespace
 
-extern "C"
-{
-    decltype(&GetUserDefaultLangID) __wrap___imp_GetUserDefaultLangID = &GetLangIdCall::Entry;
-    decltype(&GetUserDefaultUILanguage) __wrap___imp_GetUserDefaultUILanguage = &GetUiLanguageCall::Entry;
-    decltype(&RegCloseKey) __wrap___imp_RegCloseKey = &CloseKeyCall::Entry;
-    decltype(&RegOpenKeyExW) __wrap___imp_RegOpenKeyExW = &OpenKeyCall::Entry;
-    decltype(&RegQueryValueExW) __wrap___imp_RegQueryValueExW = &QueryValueCall::Entry;
-}
+WRAP(GetLangIdCall, GetUserDefaultLangID);
+WRAP(GetUiLanguageCall, GetUserDefaultUILanguage);
+WRAP(CloseKeyCall, RegCloseKey);
+WRAP(OpenKeyCall, RegOpenKeyExW);
+WRAP(QueryValueCall, RegQueryValueExW);

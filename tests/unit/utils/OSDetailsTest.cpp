@@ -1,7 +1,7 @@
 #include "utils/OSDetails.h"
-#include "tests/support/WrappedCall.h"
-#include "tests/unit/utils/RecordingHook.h"
-#include "tests/unit/utils/RecordingLogger.h"
+#include "tests/support/RecordingHook.h"
+#include "tests/support/RecordingLogger.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <algorithm>
 #include <bit>
@@ -11,19 +11,12 @@
 #include <string_view>
 #include <windows.h>
 
-extern "C"
-{
-    extern decltype(&GetModuleHandleW) __real___imp_GetModuleHandleW;
-    extern decltype(&GetProcAddress) __real___imp_GetProcAddress;
-}
-
+using namespace test;
 using namespace zant;
 
 namespace
 {
 
-using GetModuleCall = test::WrappedCall<&__real___imp_GetModuleHandleW>;
-using GetProcAddressCall = test::WrappedCall<&__real___imp_GetProcAddress>;
 using HookLines = std::vector<test::RecordingHook::Line>;
 using LoggerLines = std::vector<test::RecordingLogger::Line>;
 
@@ -277,8 +270,5 @@ TEST(OSDetailsErrors, ChangeNothingWhereNobodyLogs)
 
 } // namespace
 
-extern "C"
-{
-    decltype(&GetModuleHandleW) __wrap___imp_GetModuleHandleW = &GetModuleCall::Entry;
-    decltype(&GetProcAddress) __wrap___imp_GetProcAddress = &GetProcAddressCall::Entry;
-}
+WRAP(GetModuleCall, GetModuleHandleW);
+WRAP(GetProcAddressCall, GetProcAddress);

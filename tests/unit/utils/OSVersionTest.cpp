@@ -1,6 +1,6 @@
 #include "utils/OSVersion.h"
-#include "tests/support/WrappedCall.h"
-#include "tests/unit/logging/ShortMemory.h"
+#include "tests/support/ShortMemory.h"
+#include "tests/support/WrappedSystem.h"
 #include "utils/OSName.h"
 
 #include <cstring>
@@ -10,19 +10,11 @@
 #include <vector>
 #include <windows.h>
 
-extern "C"
-{
-    extern decltype(&GetVersionExW) __real___imp_GetVersionExW;
-    extern decltype(&VerifyVersionInfoW) __real___imp_VerifyVersionInfoW;
-}
-
+using namespace test;
 using namespace zant;
 
 namespace
 {
-
-using GetVersionCall = test::WrappedCall<&__real___imp_GetVersionExW>;
-using VerifyVersionCall = test::WrappedCall<&__real___imp_VerifyVersionInfoW>;
 
 // major, minor, service pack
 using Numbers = std::tuple<std::uint32_t, std::uint32_t, std::uint32_t>;
@@ -317,8 +309,5 @@ TEST(NameOfThisSystem, ReadsTheBuildTextAsTheRuntimeDoes)
 
 } // namespace
 
-extern "C"
-{
-    decltype(&GetVersionExW) __wrap___imp_GetVersionExW = &GetVersionCall::Entry;
-    decltype(&VerifyVersionInfoW) __wrap___imp_VerifyVersionInfoW = &VerifyVersionCall::Entry;
-}
+WRAP(GetVersionCall, GetVersionExW);
+WRAP(VerifyVersionCall, VerifyVersionInfoW);

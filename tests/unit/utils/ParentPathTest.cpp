@@ -1,6 +1,6 @@
 #include "utils/ParentPath.h"
 
-#include "tests/unit/logging/ShortMemory.h"
+#include "tests/support/ShortMemory.h"
 
 #include <gtest/gtest.h>
 

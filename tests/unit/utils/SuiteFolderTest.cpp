@@ -1,7 +1,7 @@
 #include "utils/SuiteFolder.h"
 
-#include "tests/unit/logging/ShortMemory.h"
-#include "tests/unit/utils/WrappedFiles.h"
+#include "tests/support/ShortMemory.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <bit>
 #include <gtest/gtest.h>

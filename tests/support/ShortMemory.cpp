@@ -1,4 +1,4 @@
-#include "tests/unit/logging/ShortMemory.h"
+#include "tests/support/ShortMemory.h"
 
 #include <cstdlib>
 #include <new>

@@ -1,7 +1,7 @@
 #pragma once
 #include "logging/LogTargetRegistry.h"
 #include "logging/Logger.h"
-#include "tests/unit/logging/RecordingTarget.h"
+#include "tests/support/RecordingTarget.h"
 #include "utils/UtilsLog.h"
 
 #include <tuple>

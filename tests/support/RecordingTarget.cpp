@@ -1,4 +1,4 @@
-#include "tests/unit/logging/RecordingTarget.h"
+#include "tests/support/RecordingTarget.h"
 
 #include "utils/Utf8.h"
 
