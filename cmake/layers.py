@@ -1,35 +1,164 @@
 #!/usr/bin/env python3
-"""Includes run downward only: app -> service -> logging -> utils; nothing of the product knows what stands beside it."""
+"""Includes and imports run downward only, as the table below says, and never in a circle.
 
+A folder without a row of its own belongs to the row of the nearest folder above it. A row lists what its files may
+include besides their own row: other rows, or single headers.
+"""
+
+import ast
+import graphlib
 import pathlib
 import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# Folder -> the folders of this project that its files may include (themselves always).
-ALLOWED = {
-    "utils": {"logging/AbstractLogger.h"},  # the outlet that the utilities log through
-    "logging": {"utils"},
-    "service": {"logging", "utils"},
-    "app": {"service", "logging", "utils"},
-    "projection": {"winrt"},  # its own headers, by the names that programs include
+TABLE = {
+    # The product.
+    "utils": [],
+    "logging": ["utils"],
+    "projection/generator": [],
+    "projection": ["projection/generator"],
+    "service": ["logging", "utils", "projection"],
+    "app": ["service", "logging", "utils", "projection"],
+    # What stands beside it.
+    "helper": ["service/Messages.h", "utils/Utf8.h", "projection"],
+    "simulator/model": ["projection"],
+    "simulator/desktop": ["simulator/model"],
+    "simulator/log": ["simulator/model"],
+    "simulator/transport": ["simulator/model"],
+    "simulator/client": ["simulator/model", "simulator/transport"],
+    "simulator/services": ["simulator/model", "simulator/transport"],
+    "simulator/broker": ["simulator/model", "simulator/services", "simulator/transport"],
+    "simulator/runtime": ["simulator/model", "simulator/services", "simulator/transport", "projection"],
+    "simulator/scenario": ["simulator/client", "simulator/log", "simulator/model", "simulator/services"],
+    "simulator/cli": [
+        "simulator/broker", "simulator/client", "simulator/log", "simulator/model", "simulator/runtime",
+        "simulator/scenario", "simulator/services",
+    ],
+    "package/msix": [],
+    "package": ["package/msix"],
+    "cmake": ["package/msix"],
+    # What tries them.
+    "tests/support": ["logging", "service", "utils", "simulator/model", "projection"],
+    "tests/native": ["logging", "utils"],
+    "tests/unit/app": ["app", "service", "logging", "projection", "simulator/runtime", "tests/support"],
+    "tests/unit/logging": ["logging", "utils", "tests/support"],
+    "tests/unit/projection": ["projection", "tests/support"],
+    "tests/unit/simulator": [
+        "helper", "projection", "simulator/broker", "simulator/cli", "simulator/client", "simulator/log",
+        "simulator/model", "simulator/runtime", "simulator/scenario", "simulator/services", "simulator/transport",
+        "tests/support",
+    ],
+    "tests/unit/utils": ["logging", "utils", "tests/support"],
+    "tests/flow": ["app", "service", "logging", "utils", "projection", "simulator/runtime", "tests/support"],
+    "tests/storm": ["service", "projection", "tests/flow"],
+    "tests/e2e": ["helper", "service", "projection", "simulator/model", "tests/support"],
+    "tests/executable": ["package/msix"],
+    "tests/package": ["package", "package/msix"],
+    "tests/tools": ["cmake"],
+    "fuzz": ["tests/native"],
+    "bench": [
+        "app", "service", "logging", "utils", "projection", "simulator/broker", "simulator/client", "simulator/model",
+        "simulator/runtime", "simulator/transport",
+    ],
+    "bench/bare_app": ["projection"],
+    "bench/redaction": ["logging", "bench", "tests/native"],
 }
 
-INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
+# (file, what it includes against the table): known, and to be mended.
+EXCEPTIONS = {
+    ("simulator/scenario/Player.cpp", "simulator/cli/Console.h"),
+}
+
+OUTPUT = {"build", "dist"}  # folders of the root that hold no sources
+IMPORTED_FROM = ("package", "cmake")  # folders that scripts put on Python's path
+
+INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<(winrt/[^>]+)>)', re.MULTILINE)
 
 
-def violations():
-    for folder, allowed in ALLOWED.items():
-        for path in sorted((ROOT / folder).rglob("*")):
-            if path.suffix not in (".h", ".cpp"):
-                continue
-            for included in INCLUDE.findall(path.read_text(encoding="utf-8")):
-                if "/" not in included:
-                    continue  # beside the file itself
-                top = included.split("/")[0]
-                if top != folder and top not in allowed and included not in allowed:
-                    yield f"{path.relative_to(ROOT)} includes {included}"
+def sources(root):
+    for path in sorted(root.rglob("*")):
+        place = path.relative_to(root)
+        if path.suffix in (".h", ".cpp", ".py") and place.parts[0] not in OUTPUT and not place.parts[0].startswith("."):
+            yield place
+
+
+def included(root, file):
+    for quoted, projected in INCLUDE.findall((root / file).read_text(encoding="utf-8")):
+        name = quoted or projected
+        if name.startswith("winrt/"):
+            yield f"projection/{name}"  # some of it is generated
+        else:
+            yield name if "/" in name else (file.parent / name).as_posix()
+
+
+def module(root, file, dotted, level):
+    """The file of a module of this project; None for one of Python's own."""
+    beside = file.parents[level - 1] if level else file.parent
+    for folder in [beside] if level else [beside, *map(pathlib.Path, IMPORTED_FROM)]:
+        path = folder.joinpath(*dotted.split(".")) if dotted else folder
+        for candidate in (path.with_suffix(".py"), path / "__init__.py"):
+            if (root / candidate).is_file():
+                return candidate.as_posix()
+    return None
+
+
+def imported(root, file):
+    for node in ast.walk(ast.parse((root / file).read_text(encoding="utf-8"))):
+        if isinstance(node, ast.Import):
+            yield from (module(root, file, name.name, 0) for name in node.names)
+        elif isinstance(node, ast.ImportFrom):
+            for name in node.names:  # a module of the package, or what a module holds
+                inner = f"{node.module}.{name.name}" if node.module else name.name
+                yield module(root, file, inner, node.level) or module(root, file, node.module or "", node.level)
+
+
+def uses(root, file):
+    found = imported(root, file) if file.suffix == ".py" else included(root, file)
+    return sorted(set(found) - {None})
+
+
+def row_of(file, table):
+    """The nearest folder above with a row."""
+    return next((str(folder) for folder in pathlib.PurePath(file).parents if str(folder) in table), None)
+
+
+def circle(graph):
+    try:
+        graphlib.TopologicalSorter(graph).prepare()
+        return None
+    except graphlib.CycleError as error:
+        return error.args[1][::-1]
+
+
+def violations(root=ROOT, table=None, exceptions=None):
+    table = TABLE if table is None else table
+    exceptions = EXCEPTIONS if exceptions is None else exceptions
+    files = {file.as_posix(): uses(root, file) for file in sources(root)}
+    met = set()
+    for file, used in files.items():
+        row = row_of(file, table)
+        if row is None:
+            yield f"{file}: its folder has no row in the table of cmake/layers.py"
+            continue
+        for name in used:
+            if (file, name) in exceptions:
+                met.add((file, name))
+            elif row_of(name, table) != row and row_of(name, table) not in table[row] and name not in table[row]:
+                yield f"{file} includes {name}, which {row} may not"
+    for file, name in sorted(exceptions - met):
+        yield f"{file} no longer includes {name}: remove the exception"
+    for row in sorted(set(table) - {row_of(file, table) for file in files}):
+        yield f"{row} has a row in the table and no sources"
+    for row, allowed in table.items():
+        yield from (f"{row} may include {entry}, which does not exist" for entry in allowed
+                    if entry not in table and entry not in files)
+    if ring := circle({row: [entry if entry in table else row_of(entry, table) for entry in allowed]
+                       for row, allowed in table.items()}):
+        yield f"the table lets folders include each other: {' -> '.join(map(str, ring))}"
+    if ring := circle({file: [name for name in used if name in files] for file, used in files.items()}):
+        yield f"files include each other: {' -> '.join(ring)}"
 
 
 if __name__ == "__main__":
