@@ -37,7 +37,7 @@ bool CopyBlocks(HANDLE from, HANDLE to) noexcept
 
 bool CopyContent(std::wstring const& source, std::wstring const& destination) noexcept
 {
-    if (!ClearOfLinks(destination))
+    if (!EnsureNoLinks(destination))
     {
         return false;
     }

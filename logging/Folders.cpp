@@ -59,4 +59,10 @@ bool CreateFolders(std::wstring const& path)
     return error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
 }
 
+std::optional<std::wstring> MakeTemporaryPath(std::wstring_view fileName)
+{
+    auto const folder = TemporaryFolderPath();
+    return folder && CreateFolders(*folder) ? Appended(*folder, fileName) : std::nullopt;
+}
+
 } // namespace zant

@@ -24,4 +24,7 @@ bool IsFolder(std::wstring const& path) noexcept;
 // creation: a file of that name passes for a folder.
 bool CreateFolders(std::wstring const& path);
 
+// The path of a file in the user's temporary folder, which is made if it is missing. Nothing when that fails.
+std::optional<std::wstring> MakeTemporaryPath(std::wstring_view fileName);
+
 } // namespace zant

@@ -1,5 +1,7 @@
 #include "logging/LogFile.h"
 
+#include "logging/DatedName.h"
+#include "logging/Folders.h"
 #include "logging/MissingEnd.h"
 #include "utils/DeleteFile.h"
 #include "utils/Links.h"
@@ -14,7 +16,7 @@ namespace
 
 constexpr DWORD shareReadWrite = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
-// A reparse point is opened as itself: whoever puts a link in the log's place must not choose what is written to.
+// A reparse point is opened as itself: a link in the log's place must not choose the file that is written to.
 constexpr DWORD plainFile = FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT;
 
 UniqueHandle OpenForReading(std::wstring const& path) noexcept
@@ -40,8 +42,8 @@ constexpr std::string_view MarkOf(bool wide) noexcept
     return wide ? "\xFF\xFE" : "\xEF\xBB\xBF";
 }
 
-// At any other place than the end a write would destroy what other processes have written. An empty file gets its mark:
-// two processes that find it empty at the same time write the same bytes to the same place.
+// A write at any other place than the end would overwrite lines of other processes. An empty file gets its mark: two
+// processes that find it empty at the same time write the same bytes to the same place.
 bool GoToEnd(HANDLE file, bool wide) noexcept
 {
     LARGE_INTEGER end;
@@ -52,7 +54,7 @@ bool GoToEnd(HANDLE file, bool wide) noexcept
     return end.QuadPart != 0 || Write(file, MarkOf(wide));
 }
 
-// False also when there are fewer bytes.
+// False also when the file has fewer bytes.
 bool ReadAt(HANDLE file, std::uint64_t place, std::span<char> bytes) noexcept
 {
     LARGE_INTEGER position;
@@ -66,7 +68,7 @@ bool ReadAt(HANDLE file, std::uint64_t place, std::span<char> bytes) noexcept
     return read == bytes.size();
 }
 
-// Nothing for a file that only has its mark, or begins with something else: text that was to be left as it stands.
+// Empty for a file that only has its mark, and for one without it: its text is left as it stands.
 std::string_view MissingEndOf(HANDLE file, std::uint64_t size, bool wide) noexcept
 {
     auto const mark = MarkOf(wide);
@@ -80,9 +82,68 @@ std::string_view MissingEndOf(HANDLE file, std::uint64_t size, bool wide) noexce
     return ReadAt(file, size - 2, last) ? MissingEnd(size, last[0], last[1], wide) : std::string_view();
 }
 
+// False for a file that can be read and does not begin with a byte-order mark of UTF-16, of either byte order.
+bool MayBeWideFile(std::wstring const& path) noexcept
+{
+    char bytes[2];
+    auto const count = ReadFirstBytes(path, bytes);
+    if (!count)
+    {
+        return true;
+    }
+    std::string_view const mark(bytes, *count);
+    return mark == "\xFF\xFE" || mark == "\xFE\xFF";
+}
+
+// Moves the log to its dated name, which it returns; replaces nothing and moves through no link. Empty when the log
+// stays in its place.
+std::wstring SetAside(std::wstring const& path)
+{
+    auto aside = DatedPath(path, LocalNow());
+    if (aside.empty() || path.empty() || Exists(aside) || CheckLinks(aside, false) != LinkCheck::NoLink ||
+        !MoveFileExW(path.c_str(), aside.c_str(), 0))
+    {
+        return {};
+    }
+    return aside;
+}
+
+UniqueHandle OpenOrCreateFile(std::wstring const& path, bool wide) noexcept
+{
+    auto file = OpenForWriting(path, OPEN_EXISTING);
+    if (!file)
+    {
+        file = OpenForWriting(path, CREATE_NEW);
+        if (!file && GetLastError() == ERROR_FILE_EXISTS) // another process has created it meanwhile
+        {
+            file = OpenForWriting(path, OPEN_EXISTING);
+        }
+    }
+    if (file)
+    {
+        GoToEnd(file.Get(), wide);
+    }
+    return file;
+}
+
+bool AppendBytes(HANDLE file, bool wide, std::string_view text, std::string_view end) noexcept
+{
+    if (!GoToEnd(file, wide))
+    {
+        return false;
+    }
+    Write(file, text);
+    return Write(file, end);
+}
+
+std::string_view BytesOf(std::wstring_view text) noexcept
+{
+    return {reinterpret_cast<char const*>(text.data()), text.size() * sizeof(wchar_t)};
+}
+
 } // namespace
 
-bool ClearOfLinks(std::wstring const& path) noexcept
+bool EnsureNoLinks(std::wstring const& path) noexcept
 {
     switch (CheckLinks(path, true))
     {
@@ -95,36 +156,36 @@ bool ClearOfLinks(std::wstring const& path) noexcept
     }
 }
 
-UniqueHandle OpenOrCreateFile(std::wstring const& path, bool wide) noexcept
+bool OpenLog(UniqueHandle& handle, std::wstring const& path, bool wide, std::wstring& setAsidePath)
 {
-    auto file = OpenForWriting(path, OPEN_EXISTING);
-    if (!file)
+    if (wide && !MayBeWideFile(path))
     {
-        file = OpenForWriting(path, CREATE_NEW);
-        if (!file && GetLastError() == ERROR_FILE_EXISTS) // another process was faster
+        handle.Reset();
+        if (auto aside = SetAside(path); !aside.empty())
         {
-            file = OpenForWriting(path, OPEN_EXISTING);
+            setAsidePath = std::move(aside);
         }
     }
-    if (file)
-    {
-        GoToEnd(file.Get(), wide);
-    }
-    return file;
-}
-
-bool AppendLine(HANDLE file, bool wide, std::string_view text, std::string_view end) noexcept
-{
-    if (!GoToEnd(file, wide))
+    if (!EnsureNoLinks(path))
     {
         return false;
     }
-    Write(file, text);
-    return Write(file, end);
+    handle = OpenOrCreateFile(path, wide);
+    return static_cast<bool>(handle);
 }
 
-// Not through the C runtime's files: in the mode that would be asked for here ("rb, ccs=UTF-8") Windows gives the bytes
-// as they are, but Wine's runtime swallows a byte-order mark.
+bool AppendLine(HANDLE file, bool wide, std::string_view text) noexcept
+{
+    return AppendBytes(file, wide, text, "\r\n");
+}
+
+bool AppendLine(HANDLE file, bool wide, std::wstring_view text) noexcept
+{
+    return AppendBytes(file, wide, BytesOf(text), BytesOf(L"\r\n"));
+}
+
+// Not with the C runtime's files: opened as "rb, ccs=UTF-8" they give the raw bytes on Windows, but Wine's runtime
+// skips a byte-order mark.
 std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<char> bytes) noexcept
 {
     auto const file = OpenForReading(path);
@@ -134,18 +195,6 @@ std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<ch
         return std::nullopt;
     }
     return read;
-}
-
-bool MayBeWideFile(std::wstring const& path) noexcept
-{
-    char bytes[2];
-    auto const count = ReadFirstBytes(path, bytes);
-    if (!count)
-    {
-        return true;
-    }
-    std::string_view const mark(bytes, *count);
-    return mark == "\xFF\xFE" || mark == "\xFE\xFF";
 }
 
 std::optional<FileState> StateOfFile(std::wstring const& path, bool wide) noexcept
@@ -172,7 +221,7 @@ void CompleteEnd(HANDLE file, FileState const& state) noexcept
 
 void EmptyFile(std::wstring const& path) noexcept
 {
-    if (ClearOfLinks(path))
+    if (EnsureNoLinks(path))
     {
         UniqueHandle(CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, TRUNCATE_EXISTING,
                                  FILE_ATTRIBUTE_NORMAL, nullptr));

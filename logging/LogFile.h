@@ -10,27 +10,28 @@
 namespace zant
 {
 
-// What the target does with files. Every function says how it fails by what it returns, and leaves no handle open then.
+// The operations on log files. A failing function leaves no handle open. std::bad_alloc leaves those that are not
+// noexcept.
 
-// Whether the log may be written to this path: not where a folder above is a link or the file has further hard links,
-// since what is written would land elsewhere, or be read elsewhere. A link at the path itself is deleted first, and
-// what it leads to left alone; where that fails the answer is no.
-bool ClearOfLinks(std::wstring const& path) noexcept;
+// Makes a path safe to write to. False where a folder above is a link or the file has further hard links: what is
+// written would reach another file, or be read through one. A link at the path itself is deleted, its target left
+// alone; false when that fails.
+bool EnsureNoLinks(std::wstring const& path) noexcept;
 
-// The file for writing, created when missing; others may read and write it meanwhile. An empty one gets the byte-order
-// mark of UTF-16 (`wide`) or of UTF-8, as far as it can be written. Null when the file can be neither opened nor
-// created.
-UniqueHandle OpenOrCreateFile(std::wstring const& path, bool wide) noexcept;
+// Opens the log for writing in UTF-16 (`wide`) or UTF-8, or creates it; other processes may read and write it
+// meanwhile. For wide output, a file of another encoding is set aside first, and `setAsidePath` receives its new path;
+// one that cannot be set aside is appended to as it stands. An empty file gets its byte-order mark, as far as it can be
+// written. False when the file can be neither opened nor created.
+bool OpenLog(UniqueHandle& handle, std::wstring const& path, bool wide, std::wstring& setAsidePath);
 
-// Appends the text and then its end; false when the last write failed. An empty file gets its mark first, and nothing
-// else where that fails. The caller keeps other writers away.
-bool AppendLine(HANDLE file, bool wide, std::string_view text, std::string_view end) noexcept;
+// Appends the text and a line end; false when the last write failed. An empty file gets its mark first, and nothing
+// else when that fails. `wide` is the encoding of the file, told by its mark; the text is written in its own. The
+// caller keeps other writers away.
+bool AppendLine(HANDLE file, bool wide, std::string_view text) noexcept;
+bool AppendLine(HANDLE file, bool wide, std::wstring_view text) noexcept;
 
-// Reads the first bytes of a file, at most as many as fit; how many there were, nothing when it cannot be read.
+// Reads the first bytes of a file, at most as many as fit. Returns their number, nothing when the file cannot be read.
 std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<char> bytes) noexcept;
-
-// False for a file that can be read and does not begin with a byte-order mark of UTF-16, of either order.
-bool MayBeWideFile(std::wstring const& path) noexcept;
 
 struct FileState
 {
@@ -38,13 +39,13 @@ struct FileState
     std::string_view missing; // at its end, as MissingEnd tells; empty for a file without the mark of its encoding
 };
 
-// Nothing when its size cannot be read; where its bytes cannot, nothing is missing.
+// Nothing when the file's size cannot be read. When its bytes cannot be read, nothing counts as missing.
 std::optional<FileState> StateOfFile(std::wstring const& path, bool wide) noexcept;
 
-// Appends what was missing, unless the file has another size by now. The caller keeps other writers away.
+// Appends what was missing, unless the file's size has changed meanwhile. The caller keeps other writers away.
 void CompleteEnd(HANDLE file, FileState const& state) noexcept;
 
-// Empties the file, which must be clear of links; failing leaves it as it was.
+// Empties the file, unless a link is in the way. A file that cannot be emptied stays as it is.
 void EmptyFile(std::wstring const& path) noexcept;
 
 } // namespace zant

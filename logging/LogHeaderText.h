@@ -15,6 +15,24 @@ struct LogHeaderText
 
     // Takes over what `other` has: its title and closing line where they are not empty, and all its entries.
     void Merge(LogHeaderText const& other);
+
+    // Calls write(std::wstring const&) for each line, in order.
+    template <typename Write>
+    void ForEachLine(Write write) const
+    {
+        if (!title.empty())
+        {
+            write(title);
+        }
+        for (auto const& [key, value] : entries)
+        {
+            write(key + value);
+        }
+        if (!closing.empty())
+        {
+            write(closing);
+        }
+    }
 };
 
 } // namespace zant

@@ -1,12 +1,10 @@
 #include "logging/LogTargetDefault.h"
 
 #include "logging/BuildLogHeader.h"
-#include "logging/DatedName.h"
 #include "logging/Folders.h"
 #include "logging/LineText.h"
 #include "logging/LogFile.h"
 #include "logging/MessageText.h"
-#include "logging/Rotation.h"
 #include "utils/Utf8.h"
 #include "utils/WideScan.h"
 
@@ -20,11 +18,6 @@ namespace
 {
 
 constexpr DWORD longestWait = 2'000; // milliseconds
-
-std::string_view BytesOf(std::wstring_view text) noexcept
-{
-    return {reinterpret_cast<char const*>(text.data()), text.size() * sizeof(wchar_t)};
-}
 
 } // namespace
 
@@ -54,20 +47,7 @@ LogTargetDefault::~LogTargetDefault()
 
 bool LogTargetDefault::OpenFile(UniqueHandle& handle)
 {
-    if (wideOutput && !MayBeWideFile(filePath))
-    {
-        handle.Reset();
-        if (auto aside = SetAside(filePath, LocalNow()); !aside.empty())
-        {
-            setAsidePath = std::move(aside);
-        }
-    }
-    if (!ClearOfLinks(filePath))
-    {
-        return false;
-    }
-    handle = OpenOrCreateFile(filePath, wideOutput);
-    return static_cast<bool>(handle);
+    return OpenLog(handle, filePath, wideOutput, setAsidePath);
 }
 
 bool LogTargetDefault::Open()
@@ -78,15 +58,9 @@ bool LogTargetDefault::Open()
     }
     if (filePath.empty())
     {
-        auto const folder = TemporaryFolderPath();
-        auto path = folder && CreateFolders(*folder) ? Appended(*folder, fileName) : std::nullopt;
-        if (!path)
-        {
-            return false;
-        }
-        filePath = std::move(*path);
+        filePath = MakeTemporaryPath(fileName).value_or(L"");
     }
-    if (!file && !OpenFile(file))
+    if (filePath.empty() || (!file && !OpenFile(file)))
     {
         return false;
     }
@@ -238,12 +212,12 @@ void LogTargetDefault::Compose(Call const& call, std::wstring_view detail, std::
 
 bool LogTargetDefault::WriteRaw(char const* text) noexcept
 {
-    return AppendLine(file.Get(), wideOutput, text, "\r\n");
+    return AppendLine(file.Get(), wideOutput, std::string_view(text));
 }
 
 bool LogTargetDefault::WriteRaw(wchar_t const* text) noexcept
 {
-    return AppendLine(file.Get(), wideOutput, BytesOf(ViewOf(text)), BytesOf(L"\r\n"));
+    return AppendLine(file.Get(), wideOutput, ViewOf(text));
 }
 
 void LogTargetDefault::LogHeader(LogLevel level, wchar_t const* reserved, wchar_t const* product,
@@ -256,21 +230,9 @@ void LogTargetDefault::LogHeader(LogLevel level, wchar_t const* reserved, wchar_
         storedHeader.Merge(*header);
     }
     auto const& shown = header == nullptr || header->merge ? storedHeader : *header;
-    auto const write = [&](std::wstring const& text) {
-        Log(level, reserved, product, component, category, L"", L"", text.c_str(), nullptr, 0, lockFlag);
-    };
-    if (!shown.title.empty())
-    {
-        write(shown.title);
-    }
-    for (auto const& [key, value] : shown.entries)
-    {
-        write(key + value);
-    }
-    if (!shown.closing.empty())
-    {
-        write(shown.closing);
-    }
+    shown.ForEachLine([&](std::wstring const& line) {
+        Log(level, reserved, product, component, category, L"", L"", line.c_str(), nullptr, 0, lockFlag);
+    });
 }
 
 } // namespace zant

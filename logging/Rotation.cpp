@@ -2,11 +2,9 @@
 
 #include "logging/CopyContent.h"
 #include "logging/DatedName.h"
-#include "logging/Folders.h"
 #include "logging/LogFile.h"
 #include "logging/LogPath.h"
 #include "logging/OldCopies.h"
-#include "utils/Links.h"
 
 #include <algorithm>
 #include <array>
@@ -69,17 +67,6 @@ bool KeepsCopies(std::wstring const& logPath)
     std::array<char, 9 + 1> text = {}; // with a terminator
     ReadFirstBytes(InFolder(FolderOf(logPath), L"pvq.trace"), std::span(text).first(9));
     return std::string_view(text.data()) == "keeplogs";
-}
-
-std::wstring SetAside(std::wstring const& logPath, SYSTEMTIME const& localNow)
-{
-    auto aside = DatedPath(logPath, localNow);
-    if (aside.empty() || logPath.empty() || Exists(aside) || CheckLinks(aside, false) != LinkCheck::NoLink ||
-        !MoveFileExW(logPath.c_str(), aside.c_str(), 0))
-    {
-        return {};
-    }
-    return aside;
 }
 
 void MoveContentToCopy(std::wstring const& logPath, SYSTEMTIME const& localNow)

@@ -56,3 +56,17 @@ TEST(LogHeaderText, EntriesStandInTheOrderOfTheirKeys)
     EXPECT_EQ(keys, (std::vector<std::wstring>{L"B", L"Bit: ", L"HOV Version: ", L"OS Build Version: ", L"OS Locale: ",
                                                L"OS Name: ", L"OS Version: ", L"a", L"\xE9"}));
 }
+
+TEST(LogHeaderText, LinesAreTheTitleTheEntriesAndTheClosing)
+{
+    std::vector<std::wstring> lines;
+    Stored().ForEachLine([&](std::wstring const& line) { lines.push_back(line); });
+    EXPECT_EQ(lines, (std::vector<std::wstring>{L"title", L"a: 1", L"b: 2", L"closing"}));
+}
+
+TEST(LogHeaderText, AnEmptyTitleOrClosingIsNoLine)
+{
+    std::vector<std::wstring> lines;
+    LogHeaderText{.entries = {{L"a: ", L"1"}}}.ForEachLine([&](std::wstring const& line) { lines.push_back(line); });
+    EXPECT_EQ(lines, std::vector<std::wstring>{L"a: 1"});
+}

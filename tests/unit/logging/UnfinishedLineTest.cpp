@@ -169,7 +169,9 @@ TEST_F(UnfinishedLine, IsNotCompletedOnceAnotherLineFollows)
     ASSERT_TRUE(state);
     EXPECT_EQ(state->missing, Utf16(L"\r\n"));
     Tear(Utf16(L", other\r\n"));
-    auto const file = OpenOrCreateFile(LogPath(), true);
+    UniqueHandle file;
+    std::wstring setAsidePath;
+    ASSERT_TRUE(OpenLog(file, LogPath(), true, setAsidePath));
     CompleteEnd(file.Get(), *state);
     EXPECT_EQ(ReadBytes(LogPath()), wideMark + Utf16(L"torn, other\r\n"));
 }
