@@ -37,7 +37,8 @@ bool SetFilePath(LogTargetDefault& target)
     return true;
 }
 
-bool CanOpen(LogTargetDefault& target)
+// Opens the log; creates it when missing.
+bool TryOpen(LogTargetDefault& target)
 {
     if (target.isOpen)
     {
@@ -61,7 +62,7 @@ bool UseApplicationLogFile()
     {
         target.file.Reset();
         target.fileName = FileNameOf(target.filePath);
-        target.enabled = CanOpen(target);
+        target.enabled = TryOpen(target);
     }
     return target.enabled;
 }

@@ -10,7 +10,7 @@ OldCopies::OldCopies(std::wstring_view base, std::wstring_view liveName, std::ve
 {
 }
 
-bool OldCopies::GoesAtOnce(std::wstring const& name)
+bool OldCopies::Judge(std::wstring const& name)
 {
     if (!name.starts_with(m_base))
     {
@@ -26,7 +26,7 @@ bool OldCopies::GoesAtOnce(std::wstring const& name)
     return false;
 }
 
-std::vector<std::wstring> OldCopies::Surplus()
+std::vector<std::wstring> OldCopies::TakeSurplus()
 {
     constexpr std::size_t mostKept = 5;
     std::ranges::sort(m_candidates);

@@ -6,20 +6,20 @@
 namespace zant
 {
 
-// Decides which files in a log's folder go when old copies are cleaned up. `base` is the live log's name without
-// extension; names that do not begin with it (the case counts) are not touched. Of the others stay: the live log and
-// the copies whose name begins with one of `dayPrefixes`, but no more than the five that sort highest as text. (Dates
-// are not padded with zeros, so that is not always the order of time.)
+// Decides which files in a log's folder are deleted when old copies are cleaned up. `base` is the live log's name
+// without extension; names that do not begin with it (case-sensitive) are left alone. Of the others, the live log and
+// the copies whose name begins with one of `dayPrefixes` may stay, of which the five that sort highest as text are
+// kept. (Dates are not padded with zeros, so that is not always the order of time.)
 class OldCopies
 {
   public:
     OldCopies(std::wstring_view base, std::wstring_view liveName, std::vector<std::wstring> dayPrefixes);
 
-    // Takes the next name found; whether its file goes at once.
-    bool GoesAtOnce(std::wstring const& name);
+    // Judges the next name found: true when its file is to be deleted at once. Remembers a name that may stay.
+    bool Judge(std::wstring const& name);
 
-    // Of the names found that may stay, those that are too many.
-    std::vector<std::wstring> Surplus();
+    // The names that may stay but exceed the number kept, in ascending order. Sorts the names remembered.
+    std::vector<std::wstring> TakeSurplus();
 
   private:
     std::wstring m_base;

@@ -90,12 +90,12 @@ void DeleteOldCopies(std::wstring const& logPath, SYSTEMTIME const& localNow)
     auto const remove = [&](std::wstring const& name) { DeleteFileW(InFolder(folder, name).c_str()); };
     OldCopies copies(base, liveName, std::move(dayPrefixes));
     ForEachName(InFolder(folder, std::wstring(base) + L'*'), [&](std::wstring const& name) {
-        if (copies.GoesAtOnce(name))
+        if (copies.Judge(name))
         {
             remove(name);
         }
     });
-    std::ranges::for_each(copies.Surplus(), remove);
+    std::ranges::for_each(copies.TakeSurplus(), remove);
 }
 
 } // namespace zant

@@ -27,8 +27,8 @@ Decided Decide(Names const& names,
     OldCopies copies(L"KZEB", L"KZEB.log", days);
     Decided decided;
     std::ranges::copy_if(names, std::back_inserter(decided.atOnce),
-                         [&](auto const& name) { return copies.GoesAtOnce(name); });
-    decided.surplus = copies.Surplus();
+                         [&](auto const& name) { return copies.Judge(name); });
+    decided.surplus = copies.TakeSurplus();
     return decided;
 }
 
