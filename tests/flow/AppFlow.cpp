@@ -39,8 +39,23 @@ void AppFlow::JoinMain()
 {
     if (m_main.joinable())
     {
-        m_main.join();
+        if (!TryWaitForEnd())
+        {
+            ADD_FAILURE() << EndIsMissing().what();
+        }
+        m_main.join(); // the watchdog ends a test that hangs here
     }
+}
+
+bool AppFlow::TryWaitForEnd() const
+{
+    auto const limit = std::chrono::milliseconds(sim::waitLimit).count();
+    return WaitForSingleObject(m_ended.Get(), static_cast<DWORD>(limit)) == WAIT_OBJECT_0;
+}
+
+std::runtime_error AppFlow::EndIsMissing() const
+{
+    return sim::Missing(L"the app's end, after" + Shown(Messages()));
 }
 
 void AppFlow::Start()
@@ -62,10 +77,9 @@ void AppFlow::WaitForEnd()
 {
     if (m_main.joinable())
     {
-        auto const limit = std::chrono::milliseconds(sim::waitLimit).count();
-        if (WaitForSingleObject(m_ended.Get(), static_cast<DWORD>(limit)) != WAIT_OBJECT_0)
+        if (!TryWaitForEnd())
         {
-            throw sim::Missing(L"the app's end, after" + Shown(Messages()));
+            throw EndIsMissing();
         }
         m_main.join();
     }

@@ -29,7 +29,7 @@ class AppFlow : public testing::Test
     // Waits until Application::Start has returned, or thrown. Throws std::runtime_error when it does neither.
     void WaitForEnd();
 
-    // The same without a limit, for destructors.
+    // The same for destructors: fails the test when that takes too long, and goes on waiting.
     void JoinMain();
 
     // The process as a whole, for an app that waits for nothing.
@@ -54,6 +54,10 @@ class AppFlow : public testing::Test
     winrt::weak_ref<VelmoNotificationClient::App> app;
 
   private:
+    // Whether Application::Start returns, or throws, in time.
+    bool TryWaitForEnd() const;
+    std::runtime_error EndIsMissing() const;
+
     LogTearDown m_logTearDown;
     zant::UniqueHandle m_ended; // signalled when Application::Start has returned, or thrown
     zant::UniqueHandle m_waitMayEnd;

@@ -3,11 +3,12 @@
 #include "app/AppLog.h"
 #include "service/AppLogHook.h"
 #include "simulator/runtime/LimitedWait.h"
-#include "tests/support/ExpectLines.h"
+#include "tests/flow/Lines.h"
 #include "utils/LogLevel.h"
 
 #include <algorithm>
 #include <cstdarg>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <windows.h>
 
@@ -26,7 +27,23 @@ LogRecorder::~LogRecorder()
     s_current = nullptr;
 }
 
+std::vector<std::wstring> LogRecorder::Lines() const
+{
+    std::lock_guard const lock(m_mutex);
+    return Texts();
+}
+
 std::vector<std::wstring> LogRecorder::WaitForLines(std::size_t count) const
+{
+    auto lines = TryWaitForLines(count);
+    if (lines.size() < count)
+    {
+        throw sim::Missing(L"line " + std::to_wstring(count) + L" of the log, after" + Shown(lines));
+    }
+    return lines;
+}
+
+std::vector<std::wstring> LogRecorder::TryWaitForLines(std::size_t count) const
 {
     std::unique_lock lock(m_mutex);
     m_changed.wait_for(lock, sim::waitLimit, [&] { return m_lines.size() >= count; });
@@ -60,7 +77,8 @@ LogRecorder::Line LogRecorder::WaitFor(std::wstring const& message, std::source_
     });
     if (!hasCome)
     {
-        ExpectLines(Texts(), {message}, where);
+        ADD_FAILURE_AT(where.file_name(), static_cast<int>(where.line()))
+            << sim::Missing(L"the log line \"" + message + L"\", among" + Shown(Texts())).what();
         return {};
     }
     return *line;

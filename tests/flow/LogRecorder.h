@@ -22,8 +22,14 @@ class LogRecorder
     LogRecorder& operator=(LogRecorder const&) = delete;
     ~LogRecorder();
 
-    // All lines so far, once there are so many, or once there can be no more hope of it: "[LEVEL] category message".
+    // All lines so far: "[LEVEL] category message".
+    std::vector<std::wstring> Lines() const;
+
+    // The same once there are so many. Throws std::runtime_error when they do not come.
     std::vector<std::wstring> WaitForLines(std::size_t count) const;
+
+    // The same once there are so many, or the time for it is over, for a caller that shows what is missing.
+    std::vector<std::wstring> TryWaitForLines(std::size_t count) const;
 
     // Waits for a line with this message, and gives what was counted when it was about to be written. A line that does
     // not come fails the test, at the place of the call.

@@ -1,6 +1,9 @@
 #include "tests/flow/PoolWatch.h"
 
+#include "simulator/runtime/LimitedWait.h"
+
 #include <condition_variable>
+#include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
 
@@ -20,13 +23,15 @@ struct Work
 
 // They outlive each watch, which the last work may find gone. Not an atomic that is waited for: this library's wait may
 // miss the notification.
-std::mutex mutex; // over the count
+std::mutex mutex; // over the counts
 std::condition_variable idle;
+int begun = 0;
 int unfinished = 0;
 
 void Begin()
 {
     std::lock_guard const lock(mutex);
+    ++begun;
     ++unfinished;
 }
 
@@ -66,7 +71,14 @@ PoolWatch::PoolWatch()
 void PoolWatch::WaitUntilIdle()
 {
     std::unique_lock lock(mutex);
-    idle.wait(lock, [] { return unfinished == 0; });
+    auto const isIdle = [] { return unfinished == 0; };
+    if (!idle.wait_for(lock, sim::waitLimit, isIdle))
+    {
+        ADD_FAILURE() << sim::Missing(L"the end of " + std::to_wstring(unfinished) + L" of " + std::to_wstring(begun) +
+                                      L" callbacks on the thread pool")
+                             .what();
+        idle.wait(lock, isIdle);
+    }
 }
 
 } // namespace test

@@ -16,7 +16,8 @@ class PoolWatch
     PoolWatch& operator=(PoolWatch const&) = delete;
     ~PoolWatch() { WaitUntilIdle(); }
 
-    // Until nothing runs there, or waits to run.
+    // Until nothing runs there, or waits to run. What takes too long fails the test, and is waited for all the same: it
+    // may use what the caller is about to destroy. The watchdog ends a program that hangs here.
     static void WaitUntilIdle();
 
   private:

@@ -258,7 +258,7 @@ TEST_F(RegisterBackgroundTask, MakesTheEventBeforeItSaysThatItWaits)
         CreateEventCall const create([&](auto system, auto attributes, BOOL manual, BOOL initial, auto name) {
             if (IsOfRegistration(manual))
             {
-                lastLine = log->WaitForLines(0).back();
+                lastLine = log->Lines().back();
             }
             return system(attributes, manual, initial, name);
         });

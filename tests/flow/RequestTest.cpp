@@ -27,7 +27,7 @@ class Request : public test::ServiceFlow
         auto const request = helper->Send(message);
         log->WaitForLines(RequestLines().size());
         host.WaitUntilQuiet();
-        ExpectLines(log->WaitForLines(0), RequestLines(), where);
+        ExpectLines(log->Lines(), RequestLines(), where);
         EXPECT_EQ(helper->Messages(), Lines());
         EXPECT_EQ(Completions(), std::vector<unsigned>{0});
         EXPECT_TRUE(request.IsOpen());
@@ -138,7 +138,7 @@ TEST_P(RequestWithoutDeferral, EndsWithItsHandlerWithoutAWord)
     EXPECT_EQ(response.Status(), AppServiceResponseStatus::Success);
     EXPECT_EQ(test::TestHelper::Text(response.Message()), L"");
     host.WaitUntilQuiet();
-    ExpectLines(log->WaitForLines(0), RequestLines());
+    ExpectLines(log->Lines(), RequestLines());
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>());
 }

@@ -32,7 +32,13 @@ std::wstring ValueText(IInspectable const& value)
 AppServiceResponse TestHelper::Request::get() const
 {
     m_operation.wait_for(sim::waitLimit);
-    return IsOpen() ? throw sim::Missing(L"the response to the helper's request") : m_operation.GetResults();
+    if (IsOpen())
+    {
+        std::lock_guard const lock(m_inbox->mutex);
+        throw sim::Missing(L"the response to the helper's request " + m_sent + L", after the messages" +
+                           Shown(m_inbox->messages));
+    }
+    return m_operation.GetResults();
 }
 
 TestHelper::TestHelper()
@@ -50,7 +56,10 @@ TestHelper::TestHelper()
         inbox->closed = args.Status();
         inbox->changed.notify_all();
     });
-    EXPECT_EQ(m_connection.OpenAsync().get(), AppServiceConnectionStatus::Success);
+    auto const opening = m_connection.OpenAsync();
+    opening.wait_for(sim::waitLimit);
+    EXPECT_EQ(opening.Status(), AsyncStatus::Completed) << sim::Missing(L"the helper's connection").what();
+    EXPECT_EQ(opening.GetResults(), AppServiceConnectionStatus::Success);
 }
 
 TestHelper::~TestHelper()
@@ -67,7 +76,7 @@ TestHelper::Request TestHelper::Ask(std::wstring_view command) const
 
 TestHelper::Request TestHelper::Send(ValueSet const& request) const
 {
-    return Request(m_connection.SendMessageAsync(request));
+    return Request(m_connection.SendMessageAsync(request), Text(request), m_inbox);
 }
 
 void TestHelper::Close() const
@@ -89,7 +98,7 @@ AppServiceClosedStatus TestHelper::WaitForClosed() const
     std::unique_lock lock(m_inbox->mutex);
     sim::WaitLimited(
         lock, m_inbox->changed, [&] { return m_inbox->closed.has_value(); },
-        [] { return std::wstring(L"the end of the helper's connection"); });
+        [&] { return L"the end of the helper's connection, after the messages" + Shown(m_inbox->messages); });
     return *m_inbox->closed;
 }
 

@@ -21,13 +21,21 @@ class TestHelper
     using AppServiceResponse = winrt::Windows::ApplicationModel::AppService::AppServiceResponse;
     using ValueSet = winrt::Windows::Foundation::Collections::ValueSet;
 
+  private:
+    struct Inbox;
+
+  public:
     // A request on its way.
     class Request
     {
       public:
         using Operation = winrt::Windows::Foundation::IAsyncOperation<AppServiceResponse>;
 
-        explicit Request(Operation operation) : m_operation(std::move(operation)) {}
+        // sent: the message, as text. inbox: of the helper that has sent it.
+        Request(Operation operation, std::wstring sent, std::shared_ptr<Inbox> inbox)
+            : m_operation(std::move(operation)), m_sent(std::move(sent)), m_inbox(std::move(inbox))
+        {
+        }
 
         // Waits for the response. Throws std::runtime_error when none comes.
         AppServiceResponse get() const;
@@ -36,6 +44,8 @@ class TestHelper
 
       private:
         Operation m_operation;
+        std::wstring m_sent;
+        std::shared_ptr<Inbox> m_inbox;
     };
 
     // Connects; the test fails when it cannot.
@@ -64,7 +74,7 @@ class TestHelper
     static std::wstring Text(ValueSet const& message);
 
   private:
-    // Shared with the handlers, which may run when the helper has gone.
+    // Shared with the handlers, which may run after the helper is destroyed.
     struct Inbox
     {
         std::mutex mutex;

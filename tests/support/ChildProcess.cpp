@@ -20,7 +20,8 @@ std::wstring OwnFolder()
 ChildProcess::ChildProcess(std::wstring const& program, std::wstring const& arguments)
 {
     auto const path = OwnFolder() + L"\\" + program;
-    auto commandLine = L"\"" + path + L"\" " + arguments;
+    m_commandLine = L"\"" + path + L"\" " + arguments;
+    auto commandLine = m_commandLine; // the system may write to it
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
@@ -39,6 +40,22 @@ ChildProcess::~ChildProcess()
     if (m_process)
     {
         Kill();
+    }
+}
+
+testing::AssertionResult ChildProcess::AwaitSignal(HANDLE event) const
+{
+    constexpr DWORD limit = 30'000; // shorter than the watchdog's
+    HANDLE const either[] = {event, m_process.Get()};
+    switch (WaitForMultipleObjects(2, either, FALSE, limit))
+    {
+    case WAIT_OBJECT_0:
+        return testing::AssertionSuccess();
+    case WAIT_OBJECT_0 + 1:
+        return testing::AssertionFailure() << "ended without signalling: " << testing::PrintToString(m_commandLine);
+    default:
+        return testing::AssertionFailure()
+               << "after 30 s still running without having signalled: " << testing::PrintToString(m_commandLine);
     }
 }
 

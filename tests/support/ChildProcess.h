@@ -1,6 +1,7 @@
 #pragma once
 #include "utils/UniqueHandle.h"
 
+#include <gtest/gtest.h>
 #include <string>
 
 namespace test
@@ -16,6 +17,9 @@ class ChildProcess
     ChildProcess& operator=(ChildProcess&&) = delete;
     ~ChildProcess();
 
+    // Waits until the process signals an event of the caller's. A process that ends before, or takes too long, is told.
+    testing::AssertionResult AwaitSignal(HANDLE event) const;
+
     // Ends the process at once, as a crash does, and waits until it is gone.
     void Kill();
 
@@ -23,6 +27,7 @@ class ChildProcess
     DWORD ExitCode();
 
   private:
+    std::wstring m_commandLine;
     zant::UniqueHandle m_process;
 };
 

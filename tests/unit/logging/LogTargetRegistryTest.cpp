@@ -97,7 +97,7 @@ TEST(LogTargetRegistry, CountsUnderTheTargetsLock)
         registry.Register(target);
         SetEvent(arrived.Get()); // also without having come to the lock
     });
-    WaitForSingleObject(arrived.Get(), INFINITE);
+    WaitForSingleObject(arrived.Get(), INFINITE); // the watchdog ends a test that hangs here
     EXPECT_EQ(target.refCount, 0u);
     LeaveCriticalSectionCall::Original(&target.refLock);
     registering.join();

@@ -116,7 +116,7 @@ TEST_F(ManyWriters, AProcessKilledWhileItHoldsTheMutexDoesNotStopTheOthers)
     auto const readyName = LogName() + L"-ready";
     UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
     ChildProcess holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
-    ASSERT_EQ(WaitForSingleObject(ready.Get(), INFINITE), WAIT_OBJECT_0);
+    ASSERT_TRUE(holder.AwaitSignal(ready.Get()));
     holder.Kill();
     LogAt(target, 0, L"first");
     LogAt(target, 0, L"second");
@@ -130,7 +130,7 @@ TEST_F(ManyWriters, AProcessKilledWhileItCopiesTheLogLeavesNoPartOfTheCopy)
     auto const readyName = LogName() + L"-ready";
     UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
     ChildProcess copying(L"logging_writer.exe", L"copy \"" + LogPath() + L"\" " + readyName);
-    ASSERT_EQ(WaitForSingleObject(ready.Get(), INFINITE), WAIT_OBJECT_0);
+    ASSERT_TRUE(copying.AwaitSignal(ready.Get()));
     EXPECT_EQ(NamesIn(folder.Path()).size(), 2u) << "the copy in the making";
     copying.Kill();
     EXPECT_EQ(NamesIn(folder.Path()), std::vector{LogName()});
@@ -147,7 +147,7 @@ TEST_F(ManyWriters, AMutexHeldForTwoSecondsSilencesTheTargetForGood)
         auto const readyName = LogName() + L"-ready";
         UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
         ChildProcess const holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
-        ASSERT_EQ(WaitForSingleObject(ready.Get(), INFINITE), WAIT_OBJECT_0);
+        ASSERT_TRUE(holder.AwaitSignal(ready.Get()));
         auto const before = GetTickCount64();
         EXPECT_TRUE(LogAt(target, 0, L"lost"));
         EXPECT_GE(GetTickCount64() - before, 1'990u); // the clock's ticks are some milliseconds apart

@@ -121,7 +121,7 @@ TEST_F(UnfinishedLine, OfAKilledProcessIsCompletedByTheNextLine)
     auto const readyName = LogName() + L"-ready";
     UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
     ChildProcess holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
-    ASSERT_EQ(WaitForSingleObject(ready.Get(), INFINITE), WAIT_OBJECT_0);
+    ASSERT_TRUE(holder.AwaitSignal(ready.Get()));
     Tear(Utf16(L"torn") + "x");
     holder.Kill();
     LogAt(target, 0, L"next");

@@ -1,6 +1,7 @@
 #pragma once
 #include "tests/unit/projection/TestPlatform.h"
 
+#include <gtest/gtest.h>
 #include <windows.h>
 #include <winrt/Windows.Foundation.h>
 
@@ -52,8 +53,15 @@ class Signal
 {
   public:
     void Set() { SetEvent(m_event.get()); }
-    // False after ten seconds.
-    bool Wait() const { return WaitForSingleObject(m_event.get(), 10'000) == WAIT_OBJECT_0; }
+
+    testing::AssertionResult Wait() const
+    {
+        constexpr DWORD limit = 30'000; // shorter than the watchdog's
+        return WaitForSingleObject(m_event.get(), limit) == WAIT_OBJECT_0
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure() << "not signalled after 30 s";
+    }
+
     bool IsSet() const { return WaitForSingleObject(m_event.get(), 0) == WAIT_OBJECT_0; }
 
   private:
