@@ -88,16 +88,15 @@ TEST(XamlMetaDataProvider, BuildsItsTableOnceForManyThreads)
     auto const before = winrt::get_module_lock().load();
     std::vector<std::thread> threads;
     std::vector<Markup::IXamlType> types(threadCount);
-    std::atomic<bool> mayAsk = false;
+    winrt::handle const mayAsk(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     for (auto& type : types)
     {
         threads.emplace_back([&] {
-            mayAsk.wait(false);
+            WaitForSingleObject(mayAsk.get(), INFINITE);
             type = provider.GetXamlType(typeNames[0]);
         });
     }
-    mayAsk = true;
-    mayAsk.notify_all();
+    SetEvent(mayAsk.get());
     for (auto& thread : threads)
     {
         thread.join();
