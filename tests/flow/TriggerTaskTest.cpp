@@ -60,8 +60,8 @@ class TriggerTaskFlow : public test::AppFlow
         }
     }
 
-    // All messages of the app, but for that of a last activation which ends it: by then the override before has
-    // returned, and what could go on has gone on.
+    // Ends the app by a last activation and compares all its messages, without that activation's. By then the override
+    // before has returned, and its continuations have run.
     void ExpectLinesAtTheEnd(Lines const& expected, std::source_location where = std::source_location::current())
     {
         host.Activate(sim::ActivationKind::Protocol);
