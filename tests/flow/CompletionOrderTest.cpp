@@ -76,11 +76,11 @@ TEST_F(CompletionOrder, OfTheExitNotAcknowledgedIsAfterItsLine)
 }
 
 // For a background task: the same with the tasks that the device has seen completed.
-class TaskCompletionOrder : public test::AppFlow
+class CompletionOrderOfTask : public test::AppFlow
 {
 };
 
-TEST_F(TaskCompletionOrder, OfATriggerTaskIsBetweenItsTwoLines)
+TEST_F(CompletionOrderOfTask, OfATriggerTaskIsBetweenItsTwoLines)
 {
     host.SpareThisThread();
     test::RegisterDailyTask(L"URITimerBGTask");
@@ -93,7 +93,7 @@ TEST_F(TaskCompletionOrder, OfATriggerTaskIsBetweenItsTwoLines)
     EXPECT_EQ(log.WaitForMessage(L"Service deferral complete"), 1u);
 }
 
-TEST_F(TaskCompletionOrder, IsCutShortForARunningTaskThatIsUnregistered)
+TEST_F(CompletionOrderOfTask, IsCutShortForARunningTaskThatIsUnregistered)
 {
     host.SpareThisThread();
     test::RegisterDailyTask(L"URITimerBGTask");

@@ -67,7 +67,7 @@ IAsyncAction EndedAction()
     co_return;
 }
 
-TEST(WhenEndedDeathTest, EndsTheProcessWhenThePoolTakesNoContinuation)
+TEST(ContinuationThreadDeathTest, EndsTheProcessWhenThePoolTakesNoContinuation)
 {
     auto const whenEndedWithoutPool = [] {
         test::SubmitCall const submit([](auto...) {
@@ -79,7 +79,7 @@ TEST(WhenEndedDeathTest, EndsTheProcessWhenThePoolTakesNoContinuation)
     EXPECT_EXIT(test::EndsWhenTerminated(whenEndedWithoutPool), testing::ExitedWithCode(test::terminatedCode), "");
 }
 
-TEST(WhenEndedDeathTest, EndsTheProcessWhenTheContinuationThrows)
+TEST(ContinuationThreadDeathTest, EndsTheProcessWhenTheContinuationThrows)
 {
     auto const whenEndedAndThrown = [] {
         VelmoNotificationClient::WhenEnded(EndedAction(), [](auto&&...) { throw winrt::hresult_error(E_FAIL); });

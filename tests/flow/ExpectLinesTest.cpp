@@ -11,7 +11,7 @@ using test::ExpectLines;
 using Lines = std::vector<std::wstring>;
 
 // What a comparison says that fails.
-class ExpectedLines : public testing::Test
+class ExpectLinesTest : public testing::Test
 {
   protected:
     static testing::TestPartResult FailureOf(std::function<void()> const& compare)
@@ -32,7 +32,7 @@ class ExpectedLines : public testing::Test
     }
 };
 
-TEST_F(ExpectedLines, MarkTheOneThatDiffersAmongItsNeighbours)
+TEST_F(ExpectLinesTest, MarkTheOneThatDiffersAmongItsNeighbours)
 {
     ExpectFailure(
         [] {
@@ -58,7 +58,7 @@ TEST_F(ExpectedLines, MarkTheOneThatDiffersAmongItsNeighbours)
         "    6  6");
 }
 
-TEST_F(ExpectedLines, MarkTheEndWhereOneIsMissing)
+TEST_F(ExpectLinesTest, MarkTheEndWhereOneIsMissing)
 {
     ExpectFailure([] { ExpectLines({L"1"}, {L"1", L"2"}); }, "expected:\n"
                                                              "    1  1\n"
@@ -68,7 +68,7 @@ TEST_F(ExpectedLines, MarkTheEndWhereOneIsMissing)
                                                              ">      (nothing more)");
 }
 
-TEST_F(ExpectedLines, MarkOneTooMany)
+TEST_F(ExpectLinesTest, MarkOneTooMany)
 {
     ExpectFailure([] { ExpectLines(Lines{L"1"}, Lines{}); }, "expected:\n"
                                                              ">      (nothing more)\n"
@@ -76,7 +76,7 @@ TEST_F(ExpectedLines, MarkOneTooMany)
                                                              ">   1  1");
 }
 
-TEST_F(ExpectedLines, OfTwoThreadsMarkWhatEachOfThemMightHaveSaid)
+TEST_F(ExpectLinesTest, OfTwoThreadsMarkWhatEachOfThemMightHaveSaid)
 {
     ExpectFailure([] { ExpectInterleaved({L"first", L"b", L"a", L"c"}, {{L"first"}, {L"a", L"a2"}, {L"b", L"b2"}}); },
                   "expected:\n"
@@ -95,7 +95,7 @@ TEST_F(ExpectedLines, OfTwoThreadsMarkWhatEachOfThemMightHaveSaid)
                   ">   4  c");
 }
 
-TEST_F(ExpectedLines, OfTwoThreadsMayComeInEachOrderOfTheirs)
+TEST_F(ExpectLinesTest, OfTwoThreadsMayComeInEachOrderOfTheirs)
 {
     test::InterleavedLines const expected = {{L"first"}, {L"same", L"a"}, {L"same", L"b"}};
     ExpectInterleaved({L"first", L"same", L"a", L"same", L"b"}, expected);
@@ -103,13 +103,13 @@ TEST_F(ExpectedLines, OfTwoThreadsMayComeInEachOrderOfTheirs)
     ExpectInterleaved({L"first", L"same", L"same", L"b", L"a"}, expected);
 }
 
-TEST_F(ExpectedLines, OfTwoThreadsDoNotComeBeforeTheCommonOnesAreOver)
+TEST_F(ExpectLinesTest, OfTwoThreadsDoNotComeBeforeTheCommonOnesAreOver)
 {
     auto const failure = FailureOf([] { ExpectInterleaved({L"a", L"first"}, {{L"first"}, {L"a"}, {}}); });
     EXPECT_NE(std::string(failure.message()).find("found:\n>   1  a"), std::string::npos);
 }
 
-TEST_F(ExpectedLines, NameThePlaceOfTheCallThatFails)
+TEST_F(ExpectLinesTest, NameThePlaceOfTheCallThatFails)
 {
     unsigned line = 0;
     auto const failure = FailureOf([&] {

@@ -360,11 +360,11 @@ void PrintTo(Moment const& moment, std::ostream* stream)
     *stream << testing::PrintToString(moment.command);
 }
 
-class ReplyToANewerConnection : public test::ServiceFlow, public testing::WithParamInterface<Moment>
+class GetChannelUriOnANewerConnection : public test::ServiceFlow, public testing::WithParamInterface<Moment>
 {
 };
 
-TEST_P(ReplyToANewerConnection, GoesOutOnTheOneOfTheMomentOfSending)
+TEST_P(GetChannelUriOnANewerConnection, GoesOutOnTheOneOfTheMomentOfSending)
 {
     std::optional<test::TestHelper> newer;
     log->After(GetParam().line, [&] { newer.emplace(); });
@@ -377,7 +377,7 @@ TEST_P(ReplyToANewerConnection, GoesOutOnTheOneOfTheMomentOfSending)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Commands, ReplyToANewerConnection,
+    Commands, GetChannelUriOnANewerConnection,
     testing::Values(Moment{L"GetChannelUri", L"Channel URI Received"},
                     Moment{L"RegisterBackgroundTask", L"Event Set Sucesfully for device registration"},
                     Moment{L"UnregisterBackgroundTask", L"ZEB From Appservice Unregister all the background tasks"}));

@@ -63,7 +63,7 @@ TEST(RequestDeferral, LeavesTheFailureToTheCompletionThatIsUnderWay)
     EXPECT_EQ(calls, 2);
 }
 
-class RequestCompletedOnce : public test::ServiceFlow
+class RequestDeferralCompletedOnce : public test::ServiceFlow
 {
   protected:
     // Asks for the channel, of which the platform takes one completion.
@@ -76,7 +76,7 @@ class RequestCompletedOnce : public test::ServiceFlow
     }
 };
 
-TEST_F(RequestCompletedOnce, GoesOnWhenThePlatformRefusesTheOthers)
+TEST_F(RequestDeferralCompletedOnce, GoesOnWhenThePlatformRefusesTheOthers)
 {
     auto const deferral = AskForTheChannel();
     log->WaitForMessage(L"Inside GetChannelUriStr, task executed no exception seen");
@@ -84,7 +84,7 @@ TEST_F(RequestCompletedOnce, GoesOnWhenThePlatformRefusesTheOthers)
     EXPECT_EQ(deferral->calls, 2);
 }
 
-TEST_F(RequestCompletedOnce, GoesOnAfterTwoMessages)
+TEST_F(RequestDeferralCompletedOnce, GoesOnAfterTwoMessages)
 {
     host.SetFault(L"ApplicationDataContainerSettings.Insert now 0x80073DC8 1");
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 2"); // they are completed at once

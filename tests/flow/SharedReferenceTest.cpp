@@ -97,10 +97,10 @@ struct Connection : winrt::implements<Connection, IAppServiceConnection, IClosab
 
 // A helper that connects again while the end of its earlier connection is being handled: between its completion or
 // closing and the clearing of the field.
-class ConnectionReplacedAtItsEnd : public testing::Test
+class SharedReferenceReplacedAtItsEnd : public testing::Test
 {
   protected:
-    ConnectionReplacedAtItsEnd()
+    SharedReferenceReplacedAtItsEnd()
     {
         NotificationAppService::serviceDeferral.Set(
             winrt::make<Deferral>([this] { NotificationAppService::serviceDeferral.Set(newerDeferral); }));
@@ -108,7 +108,7 @@ class ConnectionReplacedAtItsEnd : public testing::Test
             winrt::make<Connection>([this] { NotificationAppService::appServiceConnection.Set(newerConnection); }));
     }
 
-    ~ConnectionReplacedAtItsEnd() override
+    ~SharedReferenceReplacedAtItsEnd() override
     {
         NotificationAppService::appServiceConnection.Set(nullptr);
         NotificationAppService::serviceDeferral.Set(nullptr);
@@ -124,13 +124,13 @@ class ConnectionReplacedAtItsEnd : public testing::Test
     AppServiceConnection newerConnection = winrt::make<Connection>();
 };
 
-TEST_F(ConnectionReplacedAtItsEnd, StaysWhenTheTaskOfTheOldOneIsCanceled)
+TEST_F(SharedReferenceReplacedAtItsEnd, StaysWhenTheTaskOfTheOldOneIsCanceled)
 {
     NotificationAppService::OnTaskCanceled(nullptr, {});
     ExpectTheNewer();
 }
 
-TEST_F(ConnectionReplacedAtItsEnd, StaysWhenTheOldOneCloses)
+TEST_F(SharedReferenceReplacedAtItsEnd, StaysWhenTheOldOneCloses)
 {
     NotificationAppService::OnServiceClosed(nullptr, nullptr);
     ExpectTheNewer();

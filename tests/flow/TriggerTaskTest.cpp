@@ -132,11 +132,11 @@ INSTANTIATE_TEST_SUITE_P(Tasks, TriggerTask,
                          [](auto const& task) { return std::string(task.param.isPush ? "Push" : "Timer"); });
 
 // Told by their names alone, not by their triggers.
-class OtherTask : public TriggerTaskFlow, public testing::WithParamInterface<wchar_t const*>
+class TriggerTaskOfAnotherName : public TriggerTaskFlow, public testing::WithParamInterface<wchar_t const*>
 {
 };
 
-TEST_P(OtherTask, TakesADeferralAndDoesNothingMore)
+TEST_P(TriggerTaskOfAnotherName, TakesADeferralAndDoesNothingMore)
 {
     Register(GetParam(), true);
     Start();
@@ -147,7 +147,7 @@ TEST_P(OtherTask, TakesADeferralAndDoesNothingMore)
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, OtherTask,
+INSTANTIATE_TEST_SUITE_P(Names, TriggerTaskOfAnotherName,
                          testing::Values(L"uritimerbgtask", L"URITimerBGTask ", L"URITimerBGTas",
                                          L"PUSHNOTIFICATIONBGTASK", L"PushNotificationBGTask2", L"another"));
 

@@ -100,7 +100,7 @@ std::wstring ExpectedName(unsigned primary, unsigned sublanguage)
 
 } // namespace
 
-TEST(LocaleName, IsAsTheRulesSayForEveryIdentifier)
+TEST(LocaleNames, IsAsTheRulesSayForEveryIdentifier)
 {
     for (unsigned primary = 0; primary < 1024; ++primary)
     {
@@ -112,7 +112,7 @@ TEST(LocaleName, IsAsTheRulesSayForEveryIdentifier)
     }
 }
 
-TEST(LocaleName, TakesTheRegionOfTheFormatsInTheSameLanguage)
+TEST(LocaleNames, TakesTheRegionOfTheFormatsInTheSameLanguage)
 {
     for (unsigned primary = 0; primary < 128; ++primary)
     {
@@ -128,7 +128,7 @@ TEST(LocaleName, TakesTheRegionOfTheFormatsInTheSameLanguage)
     }
 }
 
-TEST(LocaleName, KeepsTheRegionOfTheUserInterfaceWhenTheFormatsAreOfAnotherLanguage)
+TEST(LocaleNames, KeepsTheRegionOfTheUserInterfaceWhenTheFormatsAreOfAnotherLanguage)
 {
     for (unsigned primary = 0; primary < 128; ++primary)
     {
@@ -144,7 +144,7 @@ TEST(LocaleName, KeepsTheRegionOfTheUserInterfaceWhenTheFormatsAreOfAnotherLangu
     }
 }
 
-TEST(LocaleName, IsOneOfTheSuitesLocalesAndEachOfThem)
+TEST(LocaleNames, IsOneOfTheSuitesLocalesAndEachOfThem)
 {
     std::set<std::wstring> const suite = {
         L"en_US", L"en_GB", L"en_AE", L"fr_MA", L"fr_FR", L"fr_CA", L"es_ES", L"es_MX", L"zh_TW", L"zh_CN",
@@ -160,27 +160,27 @@ TEST(LocaleName, IsOneOfTheSuitesLocalesAndEachOfThem)
     EXPECT_EQ(found, suite);
 }
 
-TEST(LocaleName, OfSwissGermanWithCanadianFormatsIsGerman)
+TEST(LocaleNames, OfSwissGermanWithCanadianFormatsIsGerman)
 {
     EXPECT_EQ(LocaleName(0x0807, 0x0C0C), L"de_DE");
 }
 
-TEST(LocaleName, OfAmericanEnglishWithBritishFormatsIsBritish)
+TEST(LocaleNames, OfAmericanEnglishWithBritishFormatsIsBritish)
 {
     EXPECT_EQ(LocaleName(0x0409, 0x0809), L"en_GB");
 }
 
-TEST(LocaleName, OfBritishEnglishWithGermanFormatsIsBritish)
+TEST(LocaleNames, OfBritishEnglishWithGermanFormatsIsBritish)
 {
     EXPECT_EQ(LocaleName(0x0809, 0x0407), L"en_GB");
 }
 
-TEST(LocaleName, OfPortugalIsThatOfBrazil)
+TEST(LocaleNames, OfPortugalIsThatOfBrazil)
 {
     EXPECT_EQ(LocaleName(0x0816, 0x0816), L"pt_BR");
 }
 
-TEST(LocaleName, OfALanguageThatTheSuiteLacksIsAmericanEnglish)
+TEST(LocaleNames, OfALanguageThatTheSuiteLacksIsAmericanEnglish)
 {
     EXPECT_EQ(LocaleName(0x0403, 0x0403), L"en_US") << "Catalan";
     EXPECT_EQ(LocaleName(0x0403, 0x0809), L"en_US") << "Catalan with British formats";

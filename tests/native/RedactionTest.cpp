@@ -43,17 +43,17 @@ Utf16String Element(Utf16View key, Utf16View content)
     return element.append("</"_utf16).append(key).append(">"_utf16);
 }
 
-class CredentialKey : public testing::TestWithParam<std::size_t>
+class RedactionOfOneKey : public testing::TestWithParam<std::size_t>
 {
   protected:
     Utf16String const key = CredentialKeys().at(GetParam());
 };
 
-INSTANTIATE_TEST_SUITE_P(All, CredentialKey, testing::Range<std::size_t>(0, 9));
+INSTANTIATE_TEST_SUITE_P(All, RedactionOfOneKey, testing::Range<std::size_t>(0, 9));
 
 } // namespace
 
-TEST(CredentialKeys, AreNineInTheirOrder)
+TEST(RedactionKeyList, AreNineInTheirOrder)
 {
     EXPECT_EQ(CredentialKeys(),
               (std::vector<Utf16String>{
@@ -64,26 +64,26 @@ TEST(CredentialKeys, AreNineInTheirOrder)
 
 // --- tokens
 
-TEST(ContainsToken, AHeaderBeforeAPayloadIsOne)
+TEST(RedactionOfTokens, AHeaderBeforeAPayloadIsOne)
 {
     EXPECT_TRUE(ContainsToken("x eyJhb.eyJzd"_utf16));
     EXPECT_TRUE(ContainsToken("eyJ.eyJ"_utf16));
     EXPECT_TRUE(ContainsToken(".eyJ.eyJ"_utf16));
 }
 
-TEST(ContainsToken, TheRestOfATokenDoesNotMatter)
+TEST(RedactionOfTokens, TheRestOfATokenDoesNotMatter)
 {
     EXPECT_TRUE(ContainsToken("eyJ and, much later, in another sentence.eyJ"_utf16));
     EXPECT_TRUE(ContainsToken("eyJ eyJ eyJ .eyJ"_utf16));
 }
 
-TEST(ContainsToken, APayloadWithoutAHeaderIsNone)
+TEST(RedactionOfTokens, APayloadWithoutAHeaderIsNone)
 {
     EXPECT_FALSE(ContainsToken("abc.eyJ"_utf16));
     EXPECT_FALSE(ContainsToken(".eyJ"_utf16));
 }
 
-TEST(ContainsToken, AHeaderWithoutAPayloadIsNone)
+TEST(RedactionOfTokens, AHeaderWithoutAPayloadIsNone)
 {
     EXPECT_FALSE(ContainsToken("eyJ"_utf16));
     EXPECT_FALSE(ContainsToken("eyJhb eyJzd"_utf16));
@@ -91,7 +91,7 @@ TEST(ContainsToken, AHeaderWithoutAPayloadIsNone)
     EXPECT_FALSE(ContainsToken("eyJhb.eyKzd.ey J"_utf16));
 }
 
-TEST(ContainsToken, NothingElseIsOne)
+TEST(RedactionOfTokens, NothingElseIsOne)
 {
     EXPECT_FALSE(ContainsToken(""_utf16));
     EXPECT_FALSE(ContainsToken("J"_utf16));
@@ -99,14 +99,14 @@ TEST(ContainsToken, NothingElseIsOne)
     EXPECT_FALSE(ContainsToken("JJJJJJJJJJJJJJJJJJJJJJJJJJJJJJJJJJ"_utf16));
 }
 
-TEST(ContainsToken, UpperAndLowerCaseAreTold)
+TEST(RedactionOfTokens, UpperAndLowerCaseAreTold)
 {
     EXPECT_FALSE(ContainsToken("EYJhb.EYJzd"_utf16));
     EXPECT_FALSE(ContainsToken("eyjhb.eyjzd"_utf16));
     EXPECT_FALSE(ContainsToken("eyJhb.EyJzd"_utf16));
 }
 
-TEST(ContainsToken, FindsItAtEveryPlaceOfAMessage)
+TEST(RedactionOfTokens, FindsItAtEveryPlaceOfAMessage)
 {
     for (std::size_t before = 0; before < 40; ++before)
     {
@@ -123,14 +123,14 @@ TEST(ContainsToken, FindsItAtEveryPlaceOfAMessage)
 
 // --- the mask
 
-TEST(MaskRange, PutsFourAsterisksBetweenAnOpeningAndAClosingElement)
+TEST(RedactionMaskRange, PutsFourAsterisksBetweenAnOpeningAndAClosingElement)
 {
     EXPECT_EQ(WithMaskedRange("a<b>secret</b>c"_utf16, 1, 3, 10), "a<b>****</b>c"_utf16);
     EXPECT_EQ(WithMaskedRange("<b>s</b>"_utf16, 0, 3, 4), "<b>****</b>"_utf16);
     EXPECT_EQ(WithMaskedRange("<b></b>"_utf16, 0, 3, 3), "<b>****</b>"_utf16);
 }
 
-TEST(MaskRange, RepeatsTheTextFromAClosingElementThatComesFirst)
+TEST(RedactionMaskRange, RepeatsTheTextFromAClosingElementThatComesFirst)
 {
     EXPECT_EQ(WithMaskedRange("</b>-<b>x"_utf16, 5, 3, 0), "</b>-<b>****</b>-<b>x"_utf16);
     EXPECT_EQ(WithMaskedRange("abc"_utf16, 1, 2, 3), "abc****"_utf16);
@@ -139,12 +139,12 @@ TEST(MaskRange, RepeatsTheTextFromAClosingElementThatComesFirst)
 
 // --- credentials
 
-TEST_P(CredentialKey, ItsContentIsMasked)
+TEST_P(RedactionOfOneKey, ItsContentIsMasked)
 {
     EXPECT_EQ(Masked(Element(key, "secret"_utf16)), Element(key, "****"_utf16));
 }
 
-TEST_P(CredentialKey, ItsNameIsFoundInAnyCaseAndKeepsIt)
+TEST_P(RedactionOfOneKey, ItsNameIsFoundInAnyCaseAndKeepsIt)
 {
     auto name = key;
     for (std::size_t at = 0; at < name.size(); at += 2)
@@ -154,12 +154,12 @@ TEST_P(CredentialKey, ItsNameIsFoundInAnyCaseAndKeepsIt)
     EXPECT_EQ(Masked(Element(name, "Secret"_utf16)), Element(name, "****"_utf16));
 }
 
-TEST_P(CredentialKey, AnEmptyElementStays)
+TEST_P(RedactionOfOneKey, AnEmptyElementStays)
 {
     EXPECT_EQ(Masked(Element(key, ""_utf16)), Element(key, ""_utf16));
 }
 
-TEST_P(CredentialKey, ALongerOrShorterNameIsAnother)
+TEST_P(RedactionOfOneKey, ALongerOrShorterNameIsAnother)
 {
     for (auto const& name : {key + Utf16String("x"_utf16), Utf16String("x"_utf16) + key, key.substr(0, 3),
                              key + Utf16String(" "_utf16), Utf16String(" "_utf16) + key})
@@ -168,7 +168,7 @@ TEST_P(CredentialKey, ALongerOrShorterNameIsAnother)
     }
 }
 
-TEST_P(CredentialKey, AnElementThatOnlyOpensOrOnlyClosesStays)
+TEST_P(RedactionOfOneKey, AnElementThatOnlyOpensOrOnlyClosesStays)
 {
     auto const element = Element(key, "content"_utf16);
     for (std::size_t length = 0; length < element.size(); ++length)
@@ -178,7 +178,7 @@ TEST_P(CredentialKey, AnElementThatOnlyOpensOrOnlyClosesStays)
     }
 }
 
-TEST_P(CredentialKey, ItIsMaskedAtEveryPlaceOfAMessage)
+TEST_P(RedactionOfOneKey, ItIsMaskedAtEveryPlaceOfAMessage)
 {
     for (std::size_t before = 0; before < 40; ++before)
     {
@@ -187,7 +187,7 @@ TEST_P(CredentialKey, ItIsMaskedAtEveryPlaceOfAMessage)
     }
 }
 
-TEST(MaskCredentials, KeepsTheCaseOfNamesAndMasksContentOfAnyLength)
+TEST(RedactionOfCredentials, KeepsTheCaseOfNamesAndMasksContentOfAnyLength)
 {
     EXPECT_EQ(Masked("<ProxyPassword>abc</ProxyPassword>"_utf16), "<ProxyPassword>****</ProxyPassword>"_utf16);
     EXPECT_EQ(Masked("<PASSWORD>x</PASSWORD>"_utf16), "<PASSWORD>****</PASSWORD>"_utf16);
@@ -195,7 +195,7 @@ TEST(MaskCredentials, KeepsTheCaseOfNamesAndMasksContentOfAnyLength)
     EXPECT_EQ(Masked(Element("user"_utf16, Utf16String(10'000, 'x'))), "<user>****</user>"_utf16);
 }
 
-TEST(MaskCredentials, MasksWhateverTheContentIs)
+TEST(RedactionOfCredentials, MasksWhateverTheContentIs)
 {
     EXPECT_EQ(Masked("<user>a\r\nb</user>"_utf16), "<user>****</user>"_utf16);
     EXPECT_EQ(Masked("<user><b>a</b></user>"_utf16), "<user>****</user>"_utf16);
@@ -204,7 +204,7 @@ TEST(MaskCredentials, MasksWhateverTheContentIs)
     EXPECT_EQ(Masked("<user>\0</user>"_utf16), "<user>****</user>"_utf16);
 }
 
-TEST(MaskCredentials, LeavesOtherTextAsItIs)
+TEST(RedactionOfCredentials, LeavesOtherTextAsItIs)
 {
     for (auto const text : {""_utf16, "<"_utf16, "<u"_utf16, "</"_utf16, "</u"_utf16, "plain"_utf16, "<b>a</b>"_utf16,
                             "<user>"_utf16, "< user>a</ user>"_utf16, "<user/>"_utf16, "<<user>a<//user>"_utf16})
@@ -213,18 +213,18 @@ TEST(MaskCredentials, LeavesOtherTextAsItIs)
     }
 }
 
-TEST(MaskCredentials, MasksEachOfSeveralKeys)
+TEST(RedactionOfCredentials, MasksEachOfSeveralKeys)
 {
     EXPECT_EQ(Masked("1<password>a</password>2<ProxyUser>bcdefg</ProxyUser>3<username>h</username>4"_utf16),
               "1<password>****</password>2<ProxyUser>****</ProxyUser>3<username>****</username>4"_utf16);
 }
 
-TEST(MaskCredentials, MasksTheFirstElementOfAKeyAlone)
+TEST(RedactionOfCredentials, MasksTheFirstElementOfAKeyAlone)
 {
     EXPECT_EQ(Masked("<user>a</user><user>b</user>"_utf16), "<user>****</user><user>b</user>"_utf16);
 }
 
-TEST(MaskCredentials, AnElementThatClosesFirstIsRepeatedBehindTheMask)
+TEST(RedactionOfCredentials, AnElementThatClosesFirstIsRepeatedBehindTheMask)
 {
     EXPECT_EQ(Masked("</user> then <user>x"_utf16), "</user> then <user>****</user> then <user>x"_utf16);
     EXPECT_EQ(Masked("</password></user><user>x<password>y"_utf16),
@@ -232,13 +232,13 @@ TEST(MaskCredentials, AnElementThatClosesFirstIsRepeatedBehindTheMask)
               "<password>y"_utf16);
 }
 
-TEST(MaskCredentials, AKeyWithinAnotherIsGoneWithIt)
+TEST(RedactionOfCredentials, AKeyWithinAnotherIsGoneWithIt)
 {
     EXPECT_EQ(Masked("<user><password>a</password></user>"_utf16), "<user>****</user>"_utf16);
     EXPECT_EQ(Masked("<password><user>a</user></password>"_utf16), "<password>****</password>"_utf16);
 }
 
-TEST(MaskCredentials, WhatAMaskHasSwallowedIsLookedForBehindIt)
+TEST(RedactionOfCredentials, WhatAMaskHasSwallowedIsLookedForBehindIt)
 {
     EXPECT_EQ(Masked("<user>a<password>b</password></user> <password>c</password>"_utf16),
               "<user>****</user> <password>****</password>"_utf16);
@@ -247,7 +247,7 @@ TEST(MaskCredentials, WhatAMaskHasSwallowedIsLookedForBehindIt)
     EXPECT_EQ(Masked("<password><user></password></user>c</password>"_utf16), "<password>****</password>"_utf16);
 }
 
-TEST(MaskCredentials, KeysAreMaskedInTheOrderOfTheList)
+TEST(RedactionOfCredentials, KeysAreMaskedInTheOrderOfTheList)
 {
     auto const text = "<user>a<password>b</user>c</password>"_utf16;
     EXPECT_EQ(Masked(text), "<user>****</user>c</password>"_utf16);
@@ -256,7 +256,7 @@ TEST(MaskCredentials, KeysAreMaskedInTheOrderOfTheList)
     EXPECT_EQ(output, "<user>a<password>****</password>"_utf16);
 }
 
-TEST(MaskCredentials, WithoutKeysNothingIsMasked)
+TEST(RedactionOfCredentials, WithoutKeysNothingIsMasked)
 {
     auto const text = "<user>a</user>"_utf16;
     Utf16String output(text);
@@ -265,7 +265,7 @@ TEST(MaskCredentials, WithoutKeysNothingIsMasked)
 }
 
 // Each unit there is in the place of a letter and of the hyphen of a name.
-TEST(MaskCredentials, OfAllUnitsOnlyAToZHaveAnUpperCase)
+TEST(RedactionOfCredentials, OfAllUnitsOnlyAToZHaveAnUpperCase)
 {
     auto const element = Element("proxy-user"_utf16, "secret"_utf16);
     for (std::size_t const place : {1u, 6u})
@@ -281,7 +281,7 @@ TEST(MaskCredentials, OfAllUnitsOnlyAToZHaveAnUpperCase)
 }
 
 #ifdef _WIN32
-TEST(MaskCredentials, TheRuntimesLowerCasingChangesTheSameUnits)
+TEST(RedactionOfCredentials, TheRuntimesLowerCasingChangesTheSameUnits)
 {
     for (std::uint32_t unit = 0; unit <= 0xFFFF; ++unit)
     {
@@ -293,7 +293,7 @@ TEST(MaskCredentials, TheRuntimesLowerCasingChangesTheSameUnits)
 
 // --- both
 
-TEST(Redact, AMessageWithATokenIsReplacedByANoticeAtWarn)
+TEST(Redaction, AMessageWithATokenIsReplacedByANoticeAtWarn)
 {
     Utf16String const message("sent eyJhb.eyJzd.c2ln"_utf16);
     for (auto const level : {10, 20, 30, 40, 50, 60, 70, 35})
@@ -302,7 +302,7 @@ TEST(Redact, AMessageWithATokenIsReplacedByANoticeAtWarn)
     }
 }
 
-TEST(Redact, AMessageWithCredentialsKeepsItsLevel)
+TEST(Redaction, AMessageWithCredentialsKeepsItsLevel)
 {
     for (auto const level : {10, 20, 30, 40, 50, 60, 70, 35})
     {
@@ -311,20 +311,20 @@ TEST(Redact, AMessageWithCredentialsKeepsItsLevel)
     }
 }
 
-TEST(Redact, ATokenComesBeforeCredentials)
+TEST(Redaction, ATokenComesBeforeCredentials)
 {
     EXPECT_EQ(RedactedNow(Utf16String("<user>b</user> eyJhb.eyJzd"_utf16)).message, notice);
     EXPECT_EQ(RedactedNow(Utf16String("<user>eyJhb.eyJzd</user>"_utf16)).message, notice);
 }
 
-TEST(Redact, HalfATokenIsWrittenAndItsMessageMasked)
+TEST(Redaction, HalfATokenIsWrittenAndItsMessageMasked)
 {
     EXPECT_EQ(RedactedNow(Utf16String("eyJhb <user>b</user>"_utf16)),
               (test::Redacted{Utf16String("eyJhb <user>****</user>"_utf16), LogLevel::Info}));
     EXPECT_EQ(RedactedNow(Utf16String("abc.eyJ"_utf16)).message, "abc.eyJ"_utf16);
 }
 
-TEST(Redact, NothingOfAFormerMessageComesBack)
+TEST(Redaction, NothingOfAFormerMessageComesBack)
 {
     auto const keys = CredentialKeys();
     auto level = LogLevel::Info;
@@ -337,7 +337,7 @@ TEST(Redact, NothingOfAFormerMessageComesBack)
 }
 
 // The same messages at each run.
-TEST(Redact, AgreesWithTheRulesWorkedOutOneByOne)
+TEST(Redaction, AgreesWithTheRulesWorkedOutOneByOne)
 {
     test::MessagePieces const pieces;
     std::mt19937 random(4'094);

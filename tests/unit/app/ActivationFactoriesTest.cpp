@@ -33,7 +33,7 @@ TEST_F(ActivationFactories, MakeThePageByItsName)
     });
 }
 
-TEST(ActivationFactory, MakesTheTypeInformationProviderByItsName)
+TEST(ActivationFactoriesByName, MakesTheTypeInformationProviderByItsName)
 {
     auto const factory = FactoryOf(providerName);
     auto const provider = factory.ActivateInstance<winrt::Windows::UI::Xaml::Markup::IXamlMetadataProvider>();
@@ -42,7 +42,7 @@ TEST(ActivationFactory, MakesTheTypeInformationProviderByItsName)
     EXPECT_NE(factory.ActivateInstance<IInspectable>(), provider);
 }
 
-TEST(ActivationFactory, IsThereForNoOtherClass)
+TEST(ActivationFactoriesByName, IsThereForNoOtherClass)
 {
     for (auto const* name : {L"", L"VelmoNotificationClient.App", L"VelmoNotificationClient.OtherPage",
                              L"velmonotificationclient.mainpage", L"Windows.UI.Xaml.Controls.Page"})

@@ -191,7 +191,7 @@ TEST_F(AppLogging, ThreadsWithCategoriesOfTheirOwnEachGetTheirOwn)
     }
 }
 
-TEST(LoggingLock, KeepsItsNameAndMakesNoNamedObjectOfIt)
+TEST(AppLogLock, KeepsItsNameAndMakesNoNamedObjectOfIt)
 {
     LoggingLock const lock;
     EXPECT_EQ(lock.name, L"VelmoNotificationClientLock");
@@ -200,14 +200,14 @@ TEST(LoggingLock, KeepsItsNameAndMakesNoNamedObjectOfIt)
     EXPECT_EQ(OpenEventW(SYNCHRONIZE, FALSE, lock.name.c_str()), nullptr);
 }
 
-TEST(LoggingLock, HoldsItsNameBeforeItsSection)
+TEST(AppLogLock, HoldsItsNameBeforeItsSection)
 {
     LoggingLock const lock;
     EXPECT_EQ(static_cast<void const*>(&lock), static_cast<void const*>(&lock.name));
     EXPECT_LT(static_cast<void const*>(&lock.name), static_cast<void const*>(&lock.section));
 }
 
-TEST(LoggingLock, DeletesItsSectionWhileItStillHasItsName)
+TEST(AppLogLock, DeletesItsSectionWhileItStillHasItsName)
 {
     auto lock = std::make_unique<LoggingLock>();
     std::wstring nameAtDeletion;

@@ -148,9 +148,9 @@ TEST(XamlMetaDataProvider, TellsOfNothingElse)
     EXPECT_EQ(provider.GetXmlnsDefinitions().size(), 0u);
 }
 
-using XamlTypes = test::PageFixture;
+using XamlMetaDataProviderTypes = test::PageFixture;
 
-TEST_F(XamlTypes, MakeANewPageEachTime)
+TEST_F(XamlMetaDataProviderTypes, MakeANewPageEachTime)
 {
     OnView([&](App&) {
         auto const type = Provider().GetXamlType(typeNames[0]);
@@ -162,7 +162,7 @@ TEST_F(XamlTypes, MakeANewPageEachTime)
     });
 }
 
-TEST_F(XamlTypes, AreToldByTheApplicationFromOneProvider)
+TEST_F(XamlMetaDataProviderTypes, AreToldByTheApplicationFromOneProvider)
 {
     OnView([](App& app) {
         IInspectable const object = *app.get_strong();
@@ -181,7 +181,7 @@ TEST_F(XamlTypes, AreToldByTheApplicationFromOneProvider)
     });
 }
 
-TEST(App, HoldsNothingOfItsOwn)
+TEST(XamlMetaDataProviderOfApp, HoldsNothingOfItsOwn)
 {
     EXPECT_EQ(sizeof(App), sizeof(ApplicationT<App, Markup::IXamlMetadataProvider>));
 }

@@ -7,7 +7,9 @@
 using namespace test;
 using namespace zant;
 
-TEST_F(FailingSystem, WithoutAMutexTheTargetOpensButWritesNothing)
+using FailingMutex = FailingSystem;
+
+TEST_F(FailingMutex, WithoutAMutexTheTargetOpensButWritesNothing)
 {
     CreateMutexCall const fault(Failing(HANDLE(nullptr), ERROR_INVALID_HANDLE));
     EXPECT_TRUE(target.Open());
@@ -17,7 +19,7 @@ TEST_F(FailingSystem, WithoutAMutexTheTargetOpensButWritesNothing)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
-TEST_F(FailingSystem, AMutexThatMayNotBeCreatedIsOpenedWithoutAnyRight)
+TEST_F(FailingMutex, AMutexThatMayNotBeCreatedIsOpenedWithoutAnyRight)
 {
     std::optional<DWORD> access;
     std::wstring name;
@@ -37,7 +39,7 @@ TEST_F(FailingSystem, AMutexThatMayNotBeCreatedIsOpenedWithoutAnyRight)
     EXPECT_TRUE(target.Close());
 }
 
-TEST_F(FailingSystem, AMutexThatMayNotBeOpenedEitherIsDoneWithout)
+TEST_F(FailingMutex, AMutexThatMayNotBeOpenedEitherIsDoneWithout)
 {
     CreateMutexCall const create(Failing(HANDLE(nullptr), ERROR_ACCESS_DENIED));
     OpenMutexCall const open(Failing(HANDLE(nullptr), ERROR_ACCESS_DENIED));
@@ -45,7 +47,7 @@ TEST_F(FailingSystem, AMutexThatMayNotBeOpenedEitherIsDoneWithout)
     EXPECT_FALSE(target.useLock);
 }
 
-TEST_F(FailingSystem, OtherErrorsOfTheCreationDoNotLeadToAnOpening)
+TEST_F(FailingMutex, OtherErrorsOfTheCreationDoNotLeadToAnOpening)
 {
     bool opened = false;
     CreateMutexCall const create(Failing(HANDLE(nullptr), ERROR_INVALID_HANDLE));
@@ -60,15 +62,15 @@ TEST_F(FailingSystem, OtherErrorsOfTheCreationDoNotLeadToAnOpening)
 namespace
 {
 
-class FailingWait : public FailingSystem, public testing::WithParamInterface<DWORD>
+class FailingMutexWait : public FailingSystem, public testing::WithParamInterface<DWORD>
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(Outcomes, FailingWait, testing::Values(DWORD{WAIT_TIMEOUT}, DWORD{WAIT_FAILED}));
+INSTANTIATE_TEST_SUITE_P(Outcomes, FailingMutexWait, testing::Values(DWORD{WAIT_TIMEOUT}, DWORD{WAIT_FAILED}));
 
 } // namespace
 
-TEST_P(FailingWait, WhileOpeningSilencesTheTarget)
+TEST_P(FailingMutexWait, WhileOpeningSilencesTheTarget)
 {
     {
         WaitCall const fault(Failing(GetParam(), ERROR_INVALID_HANDLE));
@@ -80,7 +82,7 @@ TEST_P(FailingWait, WhileOpeningSilencesTheTarget)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
-TEST_P(FailingWait, WhileOpeningLeavesOutTheSizeCheck)
+TEST_P(FailingMutexWait, WhileOpeningLeavesOutTheSizeCheck)
 {
     WriteLogOfSize(LogPath(), limit);
     WaitCall const fault(Failing(GetParam(), ERROR_INVALID_HANDLE));
@@ -88,7 +90,7 @@ TEST_P(FailingWait, WhileOpeningLeavesOutTheSizeCheck)
     EXPECT_TRUE(Copies().empty());
 }
 
-TEST_P(FailingWait, OnceMeansThatNoFurtherLineReachesTheFile)
+TEST_P(FailingMutexWait, OnceMeansThatNoFurtherLineReachesTheFile)
 {
     ASSERT_TRUE(target.Open());
     LogAt(target, 0, L"before");
@@ -100,7 +102,7 @@ TEST_P(FailingWait, OnceMeansThatNoFurtherLineReachesTheFile)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"before"});
 }
 
-TEST_P(FailingWait, OnceIsNotForgottenByCloseAndOpen)
+TEST_P(FailingMutexWait, OnceIsNotForgottenByCloseAndOpen)
 {
     ASSERT_TRUE(target.Open());
     {
@@ -122,7 +124,7 @@ TEST_P(FailingWait, OnceIsNotForgottenByCloseAndOpen)
     EXPECT_EQ(MessagesIn(LogPath()).size(), 1u) << "more than the line that the log was made with";
 }
 
-TEST_P(FailingWait, OnceMeansThatLinesWithoutTheLockFlagAreNotWrittenEither)
+TEST_P(FailingMutexWait, OnceMeansThatLinesWithoutTheLockFlagAreNotWrittenEither)
 {
     ASSERT_TRUE(target.Open());
     target.storedHeader.title = L"header";
@@ -140,7 +142,7 @@ namespace
 {
 
 // Two threads wait for the mutex; a ledger of handles would stumble over those of threads.
-class WaitingThreads : public LogFixture, public testing::WithParamInterface<DWORD>
+class FailingMutexThreads : public LogFixture, public testing::WithParamInterface<DWORD>
 {
   protected:
     // A line whose wait succeeds, but only after that of another thread's line has failed.
@@ -173,11 +175,11 @@ class WaitingThreads : public LogFixture, public testing::WithParamInterface<DWO
     LogTargetDefault target;
 };
 
-INSTANTIATE_TEST_SUITE_P(Outcomes, WaitingThreads, testing::Values(DWORD{WAIT_TIMEOUT}, DWORD{WAIT_FAILED}));
+INSTANTIATE_TEST_SUITE_P(Outcomes, FailingMutexThreads, testing::Values(DWORD{WAIT_TIMEOUT}, DWORD{WAIT_FAILED}));
 
 } // namespace
 
-TEST_P(WaitingThreads, WriteNothingOnceTheWaitOfOneHasFailed)
+TEST_P(FailingMutexThreads, WriteNothingOnceTheWaitOfOneHasFailed)
 {
     Configure(target);
     ASSERT_TRUE(target.Open());
@@ -186,7 +188,7 @@ TEST_P(WaitingThreads, WriteNothingOnceTheWaitOfOneHasFailed)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
-TEST_P(WaitingThreads, DoNotRotateOnceTheWaitOfOneHasFailed)
+TEST_P(FailingMutexThreads, DoNotRotateOnceTheWaitOfOneHasFailed)
 {
     ASSERT_NO_FATAL_FAILURE(OpenWithARotationDue());
     LogBehindAFailedWait();
@@ -195,7 +197,7 @@ TEST_P(WaitingThreads, DoNotRotateOnceTheWaitOfOneHasFailed)
 }
 
 // The rotation goes on to its end.
-TEST_P(WaitingThreads, WriteNothingBehindARotationDuringWhichTheWaitOfOneHasFailed)
+TEST_P(FailingMutexThreads, WriteNothingBehindARotationDuringWhichTheWaitOfOneHasFailed)
 {
     ASSERT_NO_FATAL_FAILURE(OpenWithARotationDue());
     HANDLE mutex = nullptr;
@@ -219,7 +221,7 @@ TEST_P(WaitingThreads, WriteNothingBehindARotationDuringWhichTheWaitOfOneHasFail
 }
 
 // The line that waited has released the mutex.
-TEST_P(WaitingThreads, LeaveTheMutexToOthersOnceTheWaitOfOneHasFailed)
+TEST_P(FailingMutexThreads, LeaveTheMutexToOthersOnceTheWaitOfOneHasFailed)
 {
     Configure(target);
     ASSERT_TRUE(target.Open());
@@ -231,7 +233,7 @@ TEST_P(WaitingThreads, LeaveTheMutexToOthersOnceTheWaitOfOneHasFailed)
     EXPECT_EQ(outcome, MutexWait::Acquired);
 }
 
-TEST_F(FailingSystem, TheWaitLastsAtMostTwoSeconds)
+TEST_F(FailingMutex, TheWaitLastsAtMostTwoSeconds)
 {
     std::vector<DWORD> waits;
     WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
@@ -243,7 +245,7 @@ TEST_F(FailingSystem, TheWaitLastsAtMostTwoSeconds)
     EXPECT_EQ(waits, (std::vector<DWORD>{2'000, 2'000}));
 }
 
-TEST_F(FailingSystem, TheLockIsUsedAgainAfterCloseAndOpen)
+TEST_F(FailingMutex, TheLockIsUsedAgainAfterCloseAndOpen)
 {
     ASSERT_TRUE(target.Open());
     target.Close();
@@ -255,7 +257,7 @@ TEST_F(FailingSystem, TheLockIsUsedAgainAfterCloseAndOpen)
 namespace
 {
 
-class AbandonedMutex : public FailingSystem
+class FailingMutexAbandoned : public FailingSystem
 {
   protected:
     int released = 0;
@@ -273,7 +275,7 @@ class AbandonedMutex : public FailingSystem
 
 } // namespace
 
-TEST_F(AbandonedMutex, IsOwnedAndReleasedByALine)
+TEST_F(FailingMutexAbandoned, IsOwnedAndReleasedByALine)
 {
     ASSERT_TRUE(target.Open());
     released = 0;
@@ -283,7 +285,7 @@ TEST_F(AbandonedMutex, IsOwnedAndReleasedByALine)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"m"});
 }
 
-TEST_F(AbandonedMutex, IsOwnedAndReleasedByOpen)
+TEST_F(FailingMutexAbandoned, IsOwnedAndReleasedByOpen)
 {
     WriteLogOfSize(LogPath(), limit);
     EXPECT_TRUE(target.Open());

@@ -3,7 +3,9 @@
 using namespace test;
 using namespace zant;
 
-TEST_F(FailingSystem, AFileWhoseSizeIsUnknownIsNotRotated)
+using FailingRotation = FailingSystem;
+
+TEST_F(FailingRotation, AFileWhoseSizeIsUnknownIsNotRotated)
 {
     OpenAtTheLimit();
     GetFileSizeCall const fault(Failing(FALSE, ERROR_IO_DEVICE));
@@ -16,10 +18,10 @@ namespace
 {
 
 // The copying fails: the log stays as it is and goes on, with the header now pending.
-class FailingCopy : public FailingSystem
+class FailingRotationCopy : public FailingSystem
 {
   protected:
-    FailingCopy()
+    FailingRotationCopy()
     {
         target.storedHeader.title = L"header";
         OpenAtTheLimit();
@@ -42,7 +44,7 @@ class FailingCopy : public FailingSystem
 
 } // namespace
 
-TEST_F(FailingCopy, ByTheOpeningOfTheSource)
+TEST_F(FailingRotationCopy, ByTheOpeningOfTheSource)
 {
     CreateFileCall const fault(
         FailingToOpen([](DWORD access, DWORD, DWORD) { return access == (GENERIC_READ | GENERIC_WRITE); }));
@@ -50,7 +52,7 @@ TEST_F(FailingCopy, ByTheOpeningOfTheSource)
     EXPECT_TRUE(Copies().empty());
 }
 
-TEST_F(FailingCopy, ByTheOpeningOfTheDestination)
+TEST_F(FailingRotationCopy, ByTheOpeningOfTheDestination)
 {
     CreateFileCall const fault(
         FailingToOpen([](DWORD, DWORD, DWORD disposition) { return disposition == OPEN_ALWAYS; }));
@@ -77,14 +79,14 @@ ReadFileCall::Function FailingInTheMiddle()
 
 } // namespace
 
-TEST_F(FailingCopy, ByAReadInItsMiddleLeavesNoPartOfIt)
+TEST_F(FailingRotationCopy, ByAReadInItsMiddleLeavesNoPartOfIt)
 {
     ReadFileCall const fault(FailingInTheMiddle());
     ExpectTheLogToGoOn();
     EXPECT_TRUE(Copies().empty());
 }
 
-TEST_F(FailingCopy, ByAReadInItsMiddleLeavesNoPartOfItThoughNothingIsDeletedOnClose)
+TEST_F(FailingRotationCopy, ByAReadInItsMiddleLeavesNoPartOfItThoughNothingIsDeletedOnClose)
 {
     ReadFileCall const fault(FailingInTheMiddle());
     SetFileInformationCall const unknown(Failing(FALSE, ERROR_INVALID_PARAMETER));
@@ -93,7 +95,7 @@ TEST_F(FailingCopy, ByAReadInItsMiddleLeavesNoPartOfItThoughNothingIsDeletedOnCl
 }
 
 // It would be deleted when it is closed, so the log may not be emptied.
-TEST_F(FailingCopy, ByADeletionThatCannotBeTakenBack)
+TEST_F(FailingRotationCopy, ByADeletionThatCannotBeTakenBack)
 {
     int skipped = 1;
     SetFileInformationCall const fault(FailingAfter(skipped, FALSE, ERROR_INVALID_FUNCTION));
@@ -101,7 +103,7 @@ TEST_F(FailingCopy, ByADeletionThatCannotBeTakenBack)
     EXPECT_TRUE(Copies().empty());
 }
 
-TEST_F(FailingCopy, ByANameThatCannotBeMade)
+TEST_F(FailingRotationCopy, ByANameThatCannotBeMade)
 {
     GetDateFormatCall const noDate(Failing(0, ERROR_INVALID_PARAMETER));
     GetTimeFormatCall const noTime(Failing(0, ERROR_INVALID_PARAMETER));
@@ -110,7 +112,7 @@ TEST_F(FailingCopy, ByANameThatCannotBeMade)
 }
 
 // Only reads decide whether a copy has succeeded.
-TEST_F(FailingSystem, ACopyThatCannotBeWrittenCountsAsMade)
+TEST_F(FailingRotation, ACopyThatCannotBeWrittenCountsAsMade)
 {
     OpenAtTheLimit();
     {
@@ -128,7 +130,7 @@ TEST_F(FailingSystem, ACopyThatCannotBeWrittenCountsAsMade)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"3"});
 }
 
-TEST_F(FailingSystem, AFileThatCannotBeEmptiedIsWrittenOn)
+TEST_F(FailingRotation, AFileThatCannotBeEmptiedIsWrittenOn)
 {
     OpenAtTheLimit();
     CreateFileCall const fault(
@@ -149,17 +151,17 @@ bool ReopeningTheLog(DWORD access, DWORD, DWORD disposition)
 }
 
 // Clean-up follows a rotation whatever became of it.
-class CleanUp : public FailingSystem
+class FailingRotationCleanUp : public FailingSystem
 {
   protected:
-    CleanUp() { WriteBytes(oldCopy, ""); }
+    FailingRotationCleanUp() { WriteBytes(oldCopy, ""); }
 
     std::wstring const oldCopy = folder / (Base() + L" 2001-1-1 01-01-01.log");
 };
 
 } // namespace
 
-TEST_F(CleanUp, IsDoneThoughTheCopyFailed)
+TEST_F(FailingRotationCleanUp, IsDoneThoughTheCopyFailed)
 {
     OpenAtTheLimit();
     CreateFileCall const fault(
@@ -168,7 +170,7 @@ TEST_F(CleanUp, IsDoneThoughTheCopyFailed)
     EXPECT_TRUE(Copies().empty()); // neither the old one nor a new one
 }
 
-TEST_F(CleanUp, IsDoneThoughTheFileCannotBeReopened)
+TEST_F(FailingRotationCleanUp, IsDoneThoughTheFileCannotBeReopened)
 {
     OpenAtTheLimit();
     CreateFileCall const fault(FailingToOpen(ReopeningTheLog));
@@ -181,7 +183,7 @@ namespace
 {
 
 // The rotation empties the log, and for a while nobody can open it.
-class FailingReopening : public FailingSystem
+class FailingRotationReopening : public FailingSystem
 {
   protected:
     void RotateWithoutReopening()
@@ -208,7 +210,7 @@ class FailingReopening : public FailingSystem
 
 } // namespace
 
-TEST_F(FailingReopening, LosesLinesUntilTheNextCheckOpensTheLog)
+TEST_F(FailingRotationReopening, LosesLinesUntilTheNextCheckOpensTheLog)
 {
     RotateWithoutReopening();
     auto const due = target.lastLine;
@@ -219,7 +221,7 @@ TEST_F(FailingReopening, LosesLinesUntilTheNextCheckOpensTheLog)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"again"});
 }
 
-TEST_F(FailingReopening, IsTriedByEachLine)
+TEST_F(FailingRotationReopening, IsTriedByEachLine)
 {
     RotateWithoutReopening();
     auto const due = static_cast<std::uint64_t>(target.lastLine) * 1'000;
@@ -245,7 +247,7 @@ TEST_F(FailingReopening, IsTriedByEachLine)
 }
 
 // The target is open all the same: its result does not depend on the check.
-TEST_F(FailingReopening, AtOpenIsRepeatedByTheFirstLine)
+TEST_F(FailingRotationReopening, AtOpenIsRepeatedByTheFirstLine)
 {
     OpenWithoutReopening();
     EXPECT_TRUE(target.isOpen);
@@ -257,7 +259,7 @@ TEST_F(FailingReopening, AtOpenIsRepeatedByTheFirstLine)
     EXPECT_EQ(target.lastCheck, opened);
 }
 
-TEST_F(FailingReopening, AtOpenIsRepeatedByAnotherOpen)
+TEST_F(FailingRotationReopening, AtOpenIsRepeatedByAnotherOpen)
 {
     OpenWithoutReopening();
     EXPECT_TRUE(target.Open());
@@ -265,7 +267,7 @@ TEST_F(FailingReopening, AtOpenIsRepeatedByAnotherOpen)
 }
 
 // Its size cannot be read then; the opening, which creates it, is the check's result.
-TEST_F(FailingReopening, CreatesALogThatIsGone)
+TEST_F(FailingRotationReopening, CreatesALogThatIsGone)
 {
     ASSERT_TRUE(target.Open());
     target.file.Reset();
@@ -277,7 +279,7 @@ TEST_F(FailingReopening, CreatesALogThatIsGone)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"again"});
 }
 
-TEST_F(CleanUp, LeavesOldCopiesThatCannotBeListedOrDeleted)
+TEST_F(FailingRotationCleanUp, LeavesOldCopiesThatCannotBeListedOrDeleted)
 {
     OpenAtTheLimit();
     {

@@ -3,7 +3,9 @@
 using namespace test;
 using namespace zant;
 
-TEST_F(FailingSystem, ALineIsLostWhenTheEndOfTheFileCannotBeFound)
+using FailingWrite = FailingSystem;
+
+TEST_F(FailingWrite, ALineIsLostWhenTheEndOfTheFileCannotBeFound)
 {
     ASSERT_TRUE(target.Open());
     {
@@ -14,7 +16,7 @@ TEST_F(FailingSystem, ALineIsLostWhenTheEndOfTheFileCannotBeFound)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"after"});
 }
 
-TEST_F(FailingSystem, ALineIsLostWhenTheDiskIsFull)
+TEST_F(FailingWrite, ALineIsLostWhenTheDiskIsFull)
 {
     ASSERT_TRUE(target.Open());
     {
@@ -28,7 +30,7 @@ TEST_F(FailingSystem, ALineIsLostWhenTheDiskIsFull)
 }
 
 // The line end is written all the same, so that the next line begins on its own; its result is the operation's.
-TEST_F(FailingSystem, ATextThatCannotBeWrittenLeavesItsLineEnd)
+TEST_F(FailingWrite, ATextThatCannotBeWrittenLeavesItsLineEnd)
 {
     ASSERT_TRUE(target.Open());
     int skipped = 0;
@@ -37,7 +39,7 @@ TEST_F(FailingSystem, ATextThatCannotBeWrittenLeavesItsLineEnd)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark + Utf16(L"\r\n"));
 }
 
-TEST_F(FailingSystem, ALineEndThatCannotBeWrittenIsReported)
+TEST_F(FailingWrite, ALineEndThatCannotBeWrittenIsReported)
 {
     ASSERT_TRUE(target.Open());
     int skipped = 1;
@@ -46,7 +48,7 @@ TEST_F(FailingSystem, ALineEndThatCannotBeWrittenIsReported)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark + Utf16(L"text"));
 }
 
-TEST_F(FailingSystem, WithoutAFileLinesAreLost)
+TEST_F(FailingWrite, WithoutAFileLinesAreLost)
 {
     ASSERT_TRUE(target.Open());
     target.file.Reset();
@@ -54,7 +56,7 @@ TEST_F(FailingSystem, WithoutAFileLinesAreLost)
     EXPECT_TRUE(target.useLock);
 }
 
-TEST_F(FailingSystem, ALineInUtf8IsLostWhenItCannotBeConverted)
+TEST_F(FailingWrite, ALineInUtf8IsLostWhenItCannotBeConverted)
 {
     target.wideOutput = false;
     ASSERT_TRUE(target.Open());

@@ -3,27 +3,29 @@
 using namespace test;
 using namespace zant;
 
-TEST_F(LogTargetDefaultTest, WritesUtf8WhenAsked)
+using LineEncoding = LogTargetDefaultTest;
+
+TEST_F(LineEncoding, WritesUtf8WhenAsked)
 {
     target.wideOutput = false;
     LogAt(Opened(), 0, L"\u00E4\u20AC\xD83D\xDE00");
     EXPECT_TRUE(ReadBytes(LogPath()).ends_with(" | \xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\r\n"));
 }
 
-TEST_F(LogTargetDefaultTest, UnpairedSurrogatesAreWrittenAsTheyAre)
+TEST_F(LineEncoding, UnpairedSurrogatesAreWrittenAsTheyAre)
 {
     LogWide(Opened(), LogLevel::Info, L"%ls", L"a\xD800z\xDC00");
     EXPECT_TRUE(ReadBytes(LogPath()).ends_with(Utf16(L" | a\xD800z\xDC00\r\n")));
 }
 
-TEST_F(LogTargetDefaultTest, UnpairedSurrogatesBecomeReplacementCharactersInUtf8)
+TEST_F(LineEncoding, UnpairedSurrogatesBecomeReplacementCharactersInUtf8)
 {
     target.wideOutput = false;
     LogWide(Opened(), LogLevel::Info, L"%ls", L"a\xD800z");
     EXPECT_TRUE(ReadBytes(LogPath()).ends_with(" | a\xEF\xBF\xBDz\r\n"));
 }
 
-TEST_F(LogTargetDefaultTest, ANarrowLineIsConvertedThroughout)
+TEST_F(LineEncoding, ANarrowLineIsConvertedThroughout)
 {
     Opened().Log(LogLevel::Warn, L"", L"", L"", L"\u00FC", "d\xC3\xA9", "\xE2\x82\xAC", "\xC3\xA4", nullptr, 0, true);
     auto const lines = ReadLines(LogPath());
@@ -32,7 +34,7 @@ TEST_F(LogTargetDefaultTest, ANarrowLineIsConvertedThroughout)
     EXPECT_EQ(MessageOf(lines[0]), L"\u00E4");
 }
 
-TEST_F(LogTargetDefaultTest, NarrowNullFieldsAreWrittenAsNothing)
+TEST_F(LineEncoding, NarrowNullFieldsAreWrittenAsNothing)
 {
     Opened().Log(LogLevel::Info, nullptr, nullptr, nullptr, nullptr, static_cast<char const*>(nullptr), nullptr, "m",
                  nullptr, 0, true);
@@ -42,7 +44,7 @@ TEST_F(LogTargetDefaultTest, NarrowNullFieldsAreWrittenAsNothing)
 }
 
 // Each text of a narrow line that is not UTF-8 in turn; the line is lost and the next one is written.
-TEST_F(LogTargetDefaultTest, ANarrowLineWithInvalidUtf8IsNotWritten)
+TEST_F(LineEncoding, ANarrowLineWithInvalidUtf8IsNotWritten)
 {
     Opened();
     EXPECT_TRUE(LogNarrow(target, LogLevel::Info, "\xC3("));
@@ -53,14 +55,14 @@ TEST_F(LogTargetDefaultTest, ANarrowLineWithInvalidUtf8IsNotWritten)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"good"});
 }
 
-TEST_F(LogTargetDefaultTest, RawNarrowTextIsWrittenWithALineEndOfTwoBytes)
+TEST_F(LineEncoding, RawNarrowTextIsWrittenWithALineEndOfTwoBytes)
 {
     Opened();
     EXPECT_TRUE(target.WriteRaw("raw"));
     EXPECT_EQ(ReadBytes(LogPath()), wideMark + "raw\r\n");
 }
 
-TEST_F(LogTargetDefaultTest, RawWideTextIsWrittenWithALineEndOfFourBytes)
+TEST_F(LineEncoding, RawWideTextIsWrittenWithALineEndOfFourBytes)
 {
     Opened();
     EXPECT_TRUE(target.WriteRaw(L"raw"));

@@ -260,7 +260,7 @@ namespace
 {
 
 // The folder has become a link while the log was open.
-class MovedLog : public LinkedLog
+class LinkedLogMoved : public LinkedLog
 {
   protected:
     void SetUp() override
@@ -282,7 +282,7 @@ class MovedLog : public LinkedLog
 
 } // namespace
 
-TEST_F(MovedLog, IsNeitherCopiedNorEmptiedNorWrittenOn)
+TEST_F(LinkedLogMoved, IsNeitherCopiedNorEmptiedNorWrittenOn)
 {
     auto const bytes = ReadBytes(realFolder + L"\\" + LogName());
     LogAt(target, 0, L"after");

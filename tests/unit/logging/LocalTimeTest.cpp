@@ -36,13 +36,13 @@ TEST(LocalTime, NowKeepsItsMilliseconds)
     EXPECT_EQ(NowInMilliseconds(), 1'704'447'012'045u);
 }
 
-TEST(SecondText, IsTheLocalDateAndTime)
+TEST(LocalTimeOfASecond, IsTheLocalDateAndTime)
 {
     SecondText text;
     EXPECT_EQ(text.Of(1'704'447'012), Expected(1'704'447'012));
 }
 
-TEST(SecondText, FollowsTheSecondInBothDirections)
+TEST(LocalTimeOfASecond, FollowsTheSecondInBothDirections)
 {
     SecondText text;
     for (auto const seconds : {1'704'447'012, 1'704'447'013, 1'704'447'012, 1'719'999'999, 0})
@@ -52,7 +52,7 @@ TEST(SecondText, FollowsTheSecondInBothDirections)
     }
 }
 
-TEST(SecondText, IsEmptyWhereThereIsNoLocalTime)
+TEST(LocalTimeOfASecond, IsEmptyWhereThereIsNoLocalTime)
 {
     SecondText text;
     EXPECT_EQ(text.Of(INT64_MAX), L"");

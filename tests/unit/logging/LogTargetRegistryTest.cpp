@@ -34,7 +34,7 @@ class DefaultTarget
     ~DefaultTarget() { g_defaultLogTarget = nullptr; }
 };
 
-class RegisterDefaultTargetTest : public LogFixture
+class LogTargetRegistryDefault : public LogFixture
 {
   protected:
     LogTargetRegistry registry;
@@ -104,7 +104,7 @@ TEST(LogTargetRegistry, CountsUnderTheTargetsLock)
     EXPECT_EQ(countBeforeLeaving, 1u);
 }
 
-TEST(Dispatch, DoesNothingForANullGroup)
+TEST(LogTargetRegistryDispatch, DoesNothingForANullGroup)
 {
     RecordingTarget target(L"");
     LogTargetRegistry registry;
@@ -113,7 +113,7 @@ TEST(Dispatch, DoesNothingForANullGroup)
     EXPECT_TRUE(target.calls.empty());
 }
 
-TEST(Dispatch, DoesNothingForAnUnknownGroup)
+TEST(LogTargetRegistryDispatch, DoesNothingForAnUnknownGroup)
 {
     RecordingTarget target(L"G");
     LogTargetRegistry registry;
@@ -122,7 +122,7 @@ TEST(Dispatch, DoesNothingForAnUnknownGroup)
     EXPECT_TRUE(target.calls.empty());
 }
 
-TEST(Dispatch, GivesEveryTargetTheWholeCall)
+TEST(LogTargetRegistryDispatch, GivesEveryTargetTheWholeCall)
 {
     RecordingTarget first(L"G"), second(L"G");
     LogTargetRegistry registry;
@@ -138,7 +138,7 @@ TEST(Dispatch, GivesEveryTargetTheWholeCall)
     EXPECT_EQ(second.calls, std::vector{expected});
 }
 
-TEST(Dispatch, ReturnsWhatTheLastTargetReturned)
+TEST(LogTargetRegistryDispatch, ReturnsWhatTheLastTargetReturned)
 {
     RecordingTarget first(L"G"), second(L"G");
     LogTargetRegistry registry;
@@ -151,12 +151,12 @@ TEST(Dispatch, ReturnsWhatTheLastTargetReturned)
     EXPECT_EQ(DispatchWide(registry, L"G", L"m"), 1u);
 }
 
-TEST_F(RegisterDefaultTargetTest, FailsWithoutADefaultTarget)
+TEST_F(LogTargetRegistryDefault, FailsWithoutADefaultTarget)
 {
     EXPECT_FALSE(RegisterDefaultTarget(registry));
 }
 
-TEST_F(RegisterDefaultTargetTest, RegistersNothingWhenTheTargetCannotBeOpened)
+TEST_F(LogTargetRegistryDefault, RegistersNothingWhenTheTargetCannotBeOpened)
 {
     LogTargetDefault target;
     DefaultTarget const installed(&target);
@@ -166,7 +166,7 @@ TEST_F(RegisterDefaultTargetTest, RegistersNothingWhenTheTargetCannotBeOpened)
     EXPECT_EQ(target.refCount, 0u);
 }
 
-TEST_F(RegisterDefaultTargetTest, OpensAndRegistersTheTargetUnderItsGroup)
+TEST_F(LogTargetRegistryDefault, OpensAndRegistersTheTargetUnderItsGroup)
 {
     LogTargetDefault target;
     DefaultTarget const installed(&target);
@@ -178,7 +178,7 @@ TEST_F(RegisterDefaultTargetTest, OpensAndRegistersTheTargetUnderItsGroup)
     EXPECT_EQ(*registry.Find(L"ZEB"), LogTargetRegistry::Targets{&target});
 }
 
-TEST_F(RegisterDefaultTargetTest, SucceedsAgainWithoutRegisteringTwice)
+TEST_F(LogTargetRegistryDefault, SucceedsAgainWithoutRegisteringTwice)
 {
     LogTargetDefault target;
     DefaultTarget const installed(&target);

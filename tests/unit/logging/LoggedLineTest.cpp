@@ -3,7 +3,9 @@
 using namespace test;
 using namespace zant;
 
-TEST_F(LogTargetDefaultTest, WritesTheWholeLineInUtf16WithALineEnd)
+using LoggedLine = LogTargetDefaultTest;
+
+TEST_F(LoggedLine, WritesTheWholeLineInUtf16WithALineEnd)
 {
     Opened();
     auto const time = 1'704'447'012'045u; // seconds and 45 ms
@@ -16,7 +18,7 @@ TEST_F(LogTargetDefaultTest, WritesTheWholeLineInUtf16WithALineEnd)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark + Utf16(expected));
 }
 
-TEST_F(LogTargetDefaultTest, TheTimeIsNowWhenNoneIsGiven)
+TEST_F(LoggedLine, TheTimeIsNowWhenNoneIsGiven)
 {
     GetSystemTimeCall const clock([](auto, FILETIME* now) {
         auto const ticks = 116'444'736'000'000'000ull + 1'704'447'012'345ull * 10'000;
@@ -31,7 +33,7 @@ TEST_F(LogTargetDefaultTest, TheTimeIsNowWhenNoneIsGiven)
     EXPECT_EQ(target.lastLine, 1'704'447'012);
 }
 
-TEST_F(LogTargetDefaultTest, ALineBelowTheThresholdTakesNeitherTimeNorLock)
+TEST_F(LoggedLine, ALineBelowTheThresholdTakesNeitherTimeNorLock)
 {
     Opened();
     bool called = false;
@@ -49,7 +51,7 @@ TEST_F(LogTargetDefaultTest, ALineBelowTheThresholdTakesNeitherTimeNorLock)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
-TEST_F(LogTargetDefaultTest, EveryLevelHasItsNameInTheBrackets)
+TEST_F(LoggedLine, EveryLevelHasItsNameInTheBrackets)
 {
     Opened();
     target.threshold = LogLevel::Trace;
@@ -66,7 +68,7 @@ TEST_F(LogTargetDefaultTest, EveryLevelHasItsNameInTheBrackets)
                                                 L"[NONE]", L"[ALL]", L"[ALL]"}));
 }
 
-TEST_F(LogTargetDefaultTest, LevelNumbersBelowTheTableAreBelowEveryThreshold)
+TEST_F(LoggedLine, LevelNumbersBelowTheTableAreBelowEveryThreshold)
 {
     Opened();
     target.threshold = LogLevel::Trace;
@@ -76,7 +78,7 @@ TEST_F(LogTargetDefaultTest, LevelNumbersBelowTheTableAreBelowEveryThreshold)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
-TEST_F(LogTargetDefaultTest, TheThresholdNoneSilencesEveryLevel)
+TEST_F(LoggedLine, TheThresholdNoneSilencesEveryLevel)
 {
     Opened();
     target.threshold = LogLevel::None;
@@ -84,7 +86,7 @@ TEST_F(LogTargetDefaultTest, TheThresholdNoneSilencesEveryLevel)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
-TEST_F(LogTargetDefaultTest, ANullFormatWritesNothing)
+TEST_F(LoggedLine, ANullFormatWritesNothing)
 {
     Opened();
     EXPECT_TRUE(LogWide(target, LogLevel::Fatal, nullptr));
@@ -92,7 +94,7 @@ TEST_F(LogTargetDefaultTest, ANullFormatWritesNothing)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
-TEST_F(LogTargetDefaultTest, NullFieldsAreWrittenAsNothing)
+TEST_F(LoggedLine, NullFieldsAreWrittenAsNothing)
 {
     Opened().Log(LogLevel::Info, nullptr, nullptr, nullptr, nullptr, static_cast<wchar_t const*>(nullptr), nullptr,
                  L"m", nullptr, 0, true);
@@ -101,19 +103,19 @@ TEST_F(LogTargetDefaultTest, NullFieldsAreWrittenAsNothing)
     EXPECT_TRUE(lines[0].substr(21).starts_with(L" | [INFO] |  |  |  |  |  |  | "));
 }
 
-TEST_F(LogTargetDefaultTest, AnEmptyMessageStillMakesALine)
+TEST_F(LoggedLine, AnEmptyMessageStillMakesALine)
 {
     LogWide(Opened(), LogLevel::Info, L"");
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L""});
 }
 
-TEST_F(LogTargetDefaultTest, LineEndsWithinAMessageAreWrittenAsTheyAre)
+TEST_F(LoggedLine, LineEndsWithinAMessageAreWrittenAsTheyAre)
 {
     LogWide(Opened(), LogLevel::Info, L"one\r\ntwo\n");
     EXPECT_TRUE(ReadBytes(LogPath()).ends_with(Utf16(L" | one\r\ntwo\n\r\n")));
 }
 
-TEST_F(LogTargetDefaultTest, EachLineIsTwoWritesAtTheEndOfTheFile)
+TEST_F(LoggedLine, EachLineIsTwoWritesAtTheEndOfTheFile)
 {
     Opened();
     std::vector<DWORD> methods, sizes;
@@ -138,7 +140,7 @@ TEST_F(LogTargetDefaultTest, EachLineIsTwoWritesAtTheEndOfTheFile)
     EXPECT_EQ(sizes[1], 4u);
 }
 
-TEST_F(LogTargetDefaultTest, AppendsBehindWhatOthersHaveWritten)
+TEST_F(LoggedLine, AppendsBehindWhatOthersHaveWritten)
 {
     LogTargetDefault other;
     Configure(other);
@@ -150,7 +152,7 @@ TEST_F(LogTargetDefaultTest, AppendsBehindWhatOthersHaveWritten)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"1", L"a longer second line", L"3"}));
 }
 
-TEST_F(LogTargetDefaultTest, WithoutTheLockFlagALineNeedsNoMutex)
+TEST_F(LoggedLine, WithoutTheLockFlagALineNeedsNoMutex)
 {
     Opened().lock.reset();
     EXPECT_TRUE(LogUnlocked(target, L"m"));
@@ -158,7 +160,7 @@ TEST_F(LogTargetDefaultTest, WithoutTheLockFlagALineNeedsNoMutex)
     EXPECT_TRUE(target.useLock);
 }
 
-TEST_F(LogTargetDefaultTest, ALineBeforeOpenIsLostAndSilencesTheTarget)
+TEST_F(LoggedLine, ALineBeforeOpenIsLostAndSilencesTheTarget)
 {
     Configure(target);
     EXPECT_TRUE(LogWide(target, LogLevel::Info, L"early"));

@@ -45,13 +45,14 @@ Way const ways[] = {
      }},
 };
 
-class RedactedWay : public RedactedLog, public testing::WithParamInterface<Way>
+class RedactedLogWay : public RedactedLog, public testing::WithParamInterface<Way>
 {
   protected:
     void Log(std::wstring const& text, LogLevel level = LogLevel::Info) { GetParam().log(target, level, text); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Every, RedactedWay, testing::ValuesIn(ways), [](auto const& way) { return way.param.name; });
+INSTANTIATE_TEST_SUITE_P(Every, RedactedLogWay, testing::ValuesIn(ways),
+                         [](auto const& way) { return way.param.name; });
 
 // A message of the most characters that has the text at a place.
 std::wstring LongMessage(std::wstring const& text, std::size_t place)
@@ -75,7 +76,7 @@ TEST_F(RedactedLog, ATargetHasTheNineKeysInTheirOrder)
                                          L"proxy-password", L"proxypassword", L"password", L"proxypass"}));
 }
 
-TEST_P(RedactedWay, ATokenIsKeptOutAtEveryPlaceOfAMessage)
+TEST_P(RedactedLogWay, ATokenIsKeptOutAtEveryPlaceOfAMessage)
 {
     Opened();
     auto const places = PlacesFor(token);
@@ -88,7 +89,7 @@ TEST_P(RedactedWay, ATokenIsKeptOutAtEveryPlaceOfAMessage)
     EXPECT_FALSE(AnyFileHolds(L"eyJ"));
 }
 
-TEST_P(RedactedWay, ACredentialIsMaskedAtEveryPlaceOfAMessage)
+TEST_P(RedactedLogWay, ACredentialIsMaskedAtEveryPlaceOfAMessage)
 {
     Opened();
     std::vector<std::wstring> expected;
@@ -102,7 +103,7 @@ TEST_P(RedactedWay, ACredentialIsMaskedAtEveryPlaceOfAMessage)
     EXPECT_FALSE(AnyFileHolds(secret));
 }
 
-TEST_P(RedactedWay, EveryKeyIsMasked)
+TEST_P(RedactedLogWay, EveryKeyIsMasked)
 {
     Opened();
     std::vector<std::wstring> expected;
@@ -115,7 +116,7 @@ TEST_P(RedactedWay, EveryKeyIsMasked)
     EXPECT_FALSE(AnyFileHolds(secret));
 }
 
-TEST_P(RedactedWay, ATokenTurnsEveryLevelIntoWarnAndACredentialNone)
+TEST_P(RedactedLogWay, ATokenTurnsEveryLevelIntoWarnAndACredentialNone)
 {
     Opened();
     target.threshold = LogLevel::Trace;

@@ -296,11 +296,11 @@ TEST_F(RotationTest, ALineWithoutTheLockFlagIsLedByThePendingHeaderToo)
 
 // --- the control file ---
 
-class KeepLogs : public RotationTest, public testing::WithParamInterface<std::pair<std::string, bool>>
+class RotationKeepLogs : public RotationTest, public testing::WithParamInterface<std::pair<std::string, bool>>
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(Contents, KeepLogs,
+INSTANTIATE_TEST_SUITE_P(Contents, RotationKeepLogs,
                          testing::Values(std::pair("keeplogs", true), std::pair(std::string("keeplogs\0", 9), true),
                                          std::pair(std::string("keeplogs\0more", 13), true),
                                          std::pair("keeplog", false), std::pair("keeplogs\n", false),
@@ -309,7 +309,7 @@ INSTANTIATE_TEST_SUITE_P(Contents, KeepLogs,
                                          std::pair("KEEPLOGS", false), std::pair(" keeplogs", false),
                                          std::pair("\xEF\xBB\xBFkeeplogs", false), std::pair("", false)));
 
-TEST_P(KeepLogs, OldCopiesStayOnlyForExactlyTheWord)
+TEST_P(RotationKeepLogs, OldCopiesStayOnlyForExactlyTheWord)
 {
     WriteBytes(folder / L"pvq.trace", GetParam().first);
     WriteCopies({L"2023-12-31 10-00-00"});

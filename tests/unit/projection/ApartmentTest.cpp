@@ -96,11 +96,11 @@ fire_and_forget LeaveAndReturn(TestContext& context, Seen& seen)
 }
 
 // The thread of the test is a single-threaded apartment with a context of its own; other threads have none.
-class SingleThreadedApartment : public testing::Test
+class ApartmentSingleThreaded : public testing::Test
 {
   protected:
-    SingleThreadedApartment() { init_apartment(apartment_type::single_threaded); }
-    ~SingleThreadedApartment() override { uninit_apartment(); }
+    ApartmentSingleThreaded() { init_apartment(apartment_type::single_threaded); }
+    ~ApartmentSingleThreaded() override { uninit_apartment(); }
 
     void EndOnAnotherThread(DWORD* thread = nullptr)
     {
@@ -129,7 +129,7 @@ class SingleThreadedApartment : public testing::Test
 
 } // namespace
 
-TEST_F(SingleThreadedApartment, WaitingReturnsToIt)
+TEST_F(ApartmentSingleThreaded, WaitingReturnsToIt)
 {
     Await(*operation, context, seen);
     EndOnAnotherThread();
@@ -139,14 +139,14 @@ TEST_F(SingleThreadedApartment, WaitingReturnsToIt)
     EXPECT_EQ(seen.code, S_OK);
 }
 
-TEST_F(SingleThreadedApartment, ItIsNotReenteredMeanwhile)
+TEST_F(ApartmentSingleThreaded, ItIsNotReenteredMeanwhile)
 {
     Await(*operation, context, seen);
     EndOnAnotherThread();
     EXPECT_EQ(context.asked, guid("0A299774-3E4E-FC42-1D9D-72CEE105CA57"));
 }
 
-TEST_F(SingleThreadedApartment, AnEndOnItsOwnThreadNeedsNoReturn)
+TEST_F(ApartmentSingleThreaded, AnEndOnItsOwnThreadNeedsNoReturn)
 {
     Await(*operation, context, seen);
     operation->End(AsyncStatus::Completed);
@@ -155,7 +155,7 @@ TEST_F(SingleThreadedApartment, AnEndOnItsOwnThreadNeedsNoReturn)
     EXPECT_EQ(seen.thread, home);
 }
 
-TEST_F(SingleThreadedApartment, OneThatCannotBeReachedIsRaisedWhereTheOperationEnded)
+TEST_F(ApartmentSingleThreaded, OneThatCannotBeReachedIsRaisedWhereTheOperationEnded)
 {
     context.failure = RPC_E_DISCONNECTED;
     Await(*operation, context, seen);
@@ -165,7 +165,7 @@ TEST_F(SingleThreadedApartment, OneThatCannotBeReachedIsRaisedWhereTheOperationE
     EXPECT_EQ(seen.code, RPC_E_DISCONNECTED);
 }
 
-TEST_F(SingleThreadedApartment, AgileWaitingGoesOnWhereTheOperationEndedWhileTheApartmentIsBlocked)
+TEST_F(ApartmentSingleThreaded, AgileWaitingGoesOnWhereTheOperationEndedWhileTheApartmentIsBlocked)
 {
     DWORD ended = 0;
     AwaitAgile(*operation, context, seen);
@@ -176,7 +176,7 @@ TEST_F(SingleThreadedApartment, AgileWaitingGoesOnWhereTheOperationEndedWhileThe
     EXPECT_FALSE(seen.inside);
 }
 
-TEST_F(SingleThreadedApartment, AContextMadeInItLeadsBackToIt)
+TEST_F(ApartmentSingleThreaded, AContextMadeInItLeadsBackToIt)
 {
     LeaveAndReturn(context, seen);
     ASSERT_TRUE(seen.resumed.Wait());
@@ -184,7 +184,7 @@ TEST_F(SingleThreadedApartment, AContextMadeInItLeadsBackToIt)
     EXPECT_EQ(context.entered, 1);
 }
 
-TEST_F(SingleThreadedApartment, AContextThatCannotBeReachedIsRaised)
+TEST_F(ApartmentSingleThreaded, AContextThatCannotBeReachedIsRaised)
 {
     context.failure = RPC_E_SERVER_DIED;
     LeaveAndReturn(context, seen);
@@ -192,7 +192,7 @@ TEST_F(SingleThreadedApartment, AContextThatCannotBeReachedIsRaised)
     EXPECT_EQ(seen.code, RPC_E_SERVER_DIED);
 }
 
-TEST(MultiThreadedApartment, WaitingGoesOnWhereTheOperationEnded)
+TEST(ApartmentMultiThreaded, WaitingGoesOnWhereTheOperationEnded)
 {
     std::thread([] {
         init_apartment();
@@ -213,7 +213,7 @@ TEST(MultiThreadedApartment, WaitingGoesOnWhereTheOperationEnded)
     }).join();
 }
 
-TEST(MultiThreadedApartment, WaitingLeavesASingleThreadedApartmentThatEndedTheOperation)
+TEST(ApartmentMultiThreaded, WaitingLeavesASingleThreadedApartmentThatEndedTheOperation)
 {
     std::thread([] {
         init_apartment();
@@ -234,7 +234,7 @@ TEST(MultiThreadedApartment, WaitingLeavesASingleThreadedApartmentThatEndedTheOp
     }).join();
 }
 
-TEST(MultiThreadedApartment, WithoutAPoolWaitingRaisesWhereTheOperationEnded)
+TEST(ApartmentMultiThreaded, WithoutAPoolWaitingRaisesWhereTheOperationEnded)
 {
     std::thread([] {
         init_apartment();

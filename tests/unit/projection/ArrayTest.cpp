@@ -51,7 +51,7 @@ struct Fragile
 
 } // namespace
 
-TEST(ComArray, HoldsItsElements)
+TEST(ArrayOwned, HoldsItsElements)
 {
     com_array<hstring> const values{L"a", L"b"};
     EXPECT_EQ(values.size(), 2u);
@@ -61,7 +61,7 @@ TEST(ComArray, HoldsItsElements)
     EXPECT_EQ(com_array<int>(std::vector{1, 2}).size(), 2u);
 }
 
-TEST(ComArray, MovesAndDetaches)
+TEST(ArrayOwned, MovesAndDetaches)
 {
     com_array<hstring> values{L"a"};
     com_array<hstring> moved(std::move(values));
@@ -74,7 +74,7 @@ TEST(ComArray, MovesAndDetaches)
     EXPECT_EQ(back[0], L"a");
 }
 
-TEST(ComArray, DestroysItsElements)
+TEST(ArrayOwned, DestroysItsElements)
 {
     auto const before = Alive::Count();
     {
@@ -84,7 +84,7 @@ TEST(ComArray, DestroysItsElements)
     EXPECT_EQ(Alive::Count(), before);
 }
 
-TEST(ComArray, FailureToFillItLeavesNothing)
+TEST(ArrayOwned, FailureToFillItLeavesNothing)
 {
     auto const before = Alive::Count();
     Fragile::s_copiesLeft = 2;

@@ -217,7 +217,7 @@ TEST(Await, ManyOperationsThatHaveEndedDoNotGrowTheStack)
     EXPECT_EQ(done, 200'000);
 }
 
-TEST(ResumeBackground, GoesOnOnThePool)
+TEST(AwaitResumeBackground, GoesOnOnThePool)
 {
     Seen seen;
     Signal signal;
@@ -226,7 +226,7 @@ TEST(ResumeBackground, GoesOnOnThePool)
     EXPECT_NE(seen.thread, GetCurrentThreadId());
 }
 
-TEST(ResumeBackground, APoolThatIsNotThereIsRaised)
+TEST(AwaitResumeBackground, APoolThatIsNotThereIsRaised)
 {
     SubmitCall const fails([](auto, auto, auto, auto) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
@@ -239,7 +239,7 @@ TEST(ResumeBackground, APoolThatIsNotThereIsRaised)
     EXPECT_EQ(seen.code, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY));
 }
 
-TEST(FireAndForgetDeathTest, AnExceptionThatLeavesItEndsTheProcess)
+TEST(AwaitFireAndForgetDeathTest, AnExceptionThatLeavesItEndsTheProcess)
 {
     EXPECT_EXIT(EndsWhenTerminated([] { Throws(); }), testing::ExitedWithCode(terminatedCode), "");
 }

@@ -132,10 +132,10 @@ struct TestVector : implements<TestVector, IVector<int32_t>>
     std::vector<int32_t> m_values;
 };
 
-class ValueSets : public testing::Test
+class CollectionsValueSet : public testing::Test
 {
   protected:
-    ValueSets()
+    CollectionsValueSet()
     {
         platform.Provide(L"Windows.Foundation.PropertyValue", [] { return make<PropertyValues>(); });
         platform.Provide(L"Windows.Foundation.Collections.ValueSet", [] { return make<ValueSetFactory>(); });
@@ -146,7 +146,7 @@ class ValueSets : public testing::Test
 
 } // namespace
 
-TEST_F(ValueSets, HaveTheMethodsOfTheirInterfaces)
+TEST_F(CollectionsValueSet, HaveTheMethodsOfTheirInterfaces)
 {
     ValueSet const set;
     EXPECT_FALSE(set.Insert(L"Command", box_value(L"GetChannelUri")));
@@ -159,7 +159,7 @@ TEST_F(ValueSets, HaveTheMethodsOfTheirInterfaces)
     EXPECT_EQ(set.Size(), 0u);
 }
 
-TEST_F(ValueSets, AreWalkedThrough)
+TEST_F(CollectionsValueSet, AreWalkedThrough)
 {
     ValueSet const set;
     for (auto const& pair : set)
@@ -179,7 +179,7 @@ TEST_F(ValueSets, AreWalkedThrough)
     EXPECT_EQ(sum, 3);
 }
 
-TEST_F(ValueSets, GiveSeveralPairsAtOnce)
+TEST_F(CollectionsValueSet, GiveSeveralPairsAtOnce)
 {
     ValueSet const set;
     set.Insert(L"a", box_value(1));
@@ -190,7 +190,7 @@ TEST_F(ValueSets, GiveSeveralPairsAtOnce)
     EXPECT_FALSE(pairs[2]);
 }
 
-TEST_F(ValueSets, TellTheirChanges)
+TEST_F(CollectionsValueSet, TellTheirChanges)
 {
     ValueSet const set;
     int changes = 0;
@@ -201,7 +201,7 @@ TEST_F(ValueSets, TellTheirChanges)
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(ValueSets, ConvertToTheirInterfaces)
+TEST_F(CollectionsValueSet, ConvertToTheirInterfaces)
 {
     ValueSet const set;
     IMap<hstring, Object> const map = set;
@@ -211,7 +211,7 @@ TEST_F(ValueSets, ConvertToTheirInterfaces)
     EXPECT_EQ(map, set);
 }
 
-TEST(Vector, HasItsMethods)
+TEST(CollectionsVector, HasItsMethods)
 {
     IVector<int32_t> const vector = make<TestVector>();
     vector.Append(1);

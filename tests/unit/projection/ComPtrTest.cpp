@@ -102,7 +102,7 @@ TEST(ComPtr, CapturesFromFunctionsOfTheSystem)
     EXPECT_TRUE(result);
 }
 
-TEST(ProjectedInterface, SelfAssignmentKeepsTheObject)
+TEST(ComPtrOfProjectedInterface, SelfAssignmentKeepsTheObject)
 {
     IStringable thing = make<Thing>();
     auto& same = thing;
@@ -113,7 +113,7 @@ TEST(ProjectedInterface, SelfAssignmentKeepsTheObject)
     EXPECT_EQ(References(thing), 1u);
 }
 
-TEST(ProjectedInterface, NullGivesNull)
+TEST(ComPtrOfProjectedInterface, NullGivesNull)
 {
     IStringable const nothing;
     EXPECT_FALSE(nothing);
@@ -122,7 +122,7 @@ TEST(ProjectedInterface, NullGivesNull)
     EXPECT_EQ(nothing, nullptr);
 }
 
-TEST(ProjectedInterface, EqualsAnotherInterfaceOfItsObject)
+TEST(ComPtrOfProjectedInterface, EqualsAnotherInterfaceOfItsObject)
 {
     auto const thing = make<Thing>();
     EXPECT_EQ(thing, thing.as<IClosable>());
@@ -130,7 +130,7 @@ TEST(ProjectedInterface, EqualsAnotherInterfaceOfItsObject)
     EXPECT_NE(thing, nullptr);
 }
 
-TEST(ProjectedInterface, PassesInAndOutOfTheBinaryInterface)
+TEST(ComPtrOfProjectedInterface, PassesInAndOutOfTheBinaryInterface)
 {
     auto thing = make<Thing>();
     void* copy = nullptr;

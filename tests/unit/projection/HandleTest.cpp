@@ -64,7 +64,7 @@ TEST(Handle, InvalidValuesOfTheSystemAreFalse)
     EXPECT_TRUE(winrt::handle(check_pointer(CreateEventW(nullptr, FALSE, FALSE, nullptr))));
 }
 
-TEST(SlimMutex, HoldsOneWriterOrManyReaders)
+TEST(HandleSlimMutex, HoldsOneWriterOrManyReaders)
 {
     slim_mutex mutex;
     {

@@ -16,7 +16,7 @@ std::wstring_view Passed(winrt::param::hstring const& text)
 
 } // namespace
 
-TEST(HString, EmptyTextHasNoHandle)
+TEST(StringTest, EmptyTextHasNoHandle)
 {
     EXPECT_EQ(winrt::get_abi(hstring()), nullptr);
     EXPECT_EQ(winrt::get_abi(hstring(L"")), nullptr);
@@ -25,7 +25,7 @@ TEST(HString, EmptyTextHasNoHandle)
     EXPECT_EQ(hstring().size(), 0u);
 }
 
-TEST(HString, KeepsEveryCharacter)
+TEST(StringTest, KeepsEveryCharacter)
 {
     std::wstring const text(L"a\0b\xD800", 4); // a null inside, an unpaired surrogate
     hstring const value(text);
@@ -35,14 +35,14 @@ TEST(HString, KeepsEveryCharacter)
     EXPECT_EQ(std::wstring(value.begin(), value.end()), text);
 }
 
-TEST(HString, CopiesShareTheText)
+TEST(StringTest, CopiesShareTheText)
 {
     hstring const value(L"shared");
     auto const copy = value;
     EXPECT_EQ(copy.c_str(), value.c_str());
 }
 
-TEST(HString, MovesLeaveNothingBehind)
+TEST(StringTest, MovesLeaveNothingBehind)
 {
     hstring value(L"moved");
     auto const* const text = value.c_str();
@@ -52,7 +52,7 @@ TEST(HString, MovesLeaveNothingBehind)
     EXPECT_TRUE(value.empty());
 }
 
-TEST(HString, SelfAssignmentKeepsTheText)
+TEST(StringTest, SelfAssignmentKeepsTheText)
 {
     hstring value(L"self");
     auto& same = value;
@@ -62,7 +62,7 @@ TEST(HString, SelfAssignmentKeepsTheText)
     EXPECT_EQ(value, L"self");
 }
 
-TEST(HString, ComparesOrdinallyWithEveryKindOfText)
+TEST(StringTest, ComparesOrdinallyWithEveryKindOfText)
 {
     hstring const value(L"URITimerBGTask");
     EXPECT_EQ(value, hstring(L"URITimerBGTask"));
@@ -75,7 +75,7 @@ TEST(HString, ComparesOrdinallyWithEveryKindOfText)
     EXPECT_GT(value, L"A");
 }
 
-TEST(HString, JoinsWithEveryKindOfText)
+TEST(StringTest, JoinsWithEveryKindOfText)
 {
     hstring const value(L"b");
     EXPECT_EQ(value + value, L"bb");
@@ -85,13 +85,13 @@ TEST(HString, JoinsWithEveryKindOfText)
     EXPECT_EQ(hstring() + hstring(), L"");
 }
 
-TEST(HString, ServesAsAKey)
+TEST(StringTest, ServesAsAKey)
 {
     EXPECT_EQ(std::hash<hstring>{}(hstring(L"key")), std::hash<hstring>{}(hstring(L"key")));
     EXPECT_NE(std::hash<hstring>{}(hstring(L"key")), std::hash<hstring>{}(hstring(L"other")));
 }
 
-TEST(HString, HandlesPassInAndOut)
+TEST(StringTest, HandlesPassInAndOut)
 {
     hstring value(L"out");
     auto* const handle = winrt::detach_abi(value);
@@ -100,20 +100,20 @@ TEST(HString, HandlesPassInAndOut)
     EXPECT_EQ(back, L"out");
 }
 
-TEST(HString, FailureToCreateIsRaised)
+TEST(StringTest, FailureToCreateIsRaised)
 {
     CreateStringCall const fails([](auto, auto, auto, auto) { return E_OUTOFMEMORY; });
     EXPECT_THROW(hstring(L"text"), std::bad_alloc);
 }
 
-TEST(HString, FailureToCopyIsRaised)
+TEST(StringTest, FailureToCopyIsRaised)
 {
     hstring const value(L"text");
     DuplicateStringCall const fails([](auto, auto, auto) { return E_OUTOFMEMORY; });
     EXPECT_THROW(hstring copy(value), std::bad_alloc);
 }
 
-TEST(HString, FailureToJoinIsRaised)
+TEST(StringTest, FailureToJoinIsRaised)
 {
     hstring const value(L"text");
     {
@@ -124,7 +124,7 @@ TEST(HString, FailureToJoinIsRaised)
     EXPECT_THROW(value + value, winrt::hresult_invalid_argument);
 }
 
-TEST(ParamHString, LendsLiteralsWithoutCopying)
+TEST(StringParam, LendsLiteralsWithoutCopying)
 {
     CreateStringCall const copies([](auto, auto, auto, auto) { return E_UNEXPECTED; });
     auto const* const literal = L"LaunchHOV";
@@ -133,14 +133,14 @@ TEST(ParamHString, LendsLiteralsWithoutCopying)
     EXPECT_EQ(Passed(text).data(), text.data());
 }
 
-TEST(ParamHString, PassesAStringAsItIs)
+TEST(StringParam, PassesAStringAsItIs)
 {
     hstring const value(L"value");
     winrt::param::hstring const passed(value);
     EXPECT_EQ(winrt::get_abi(passed), winrt::get_abi(value));
 }
 
-TEST(ParamHString, CopiesOfLentTextOutliveIt)
+TEST(StringParam, CopiesOfLentTextOutliveIt)
 {
     hstring kept;
     {
@@ -152,7 +152,7 @@ TEST(ParamHString, CopiesOfLentTextOutliveIt)
     EXPECT_EQ(kept, L"short-lived");
 }
 
-TEST(ParamHString, NamesOfClassesEndWithTheZeroThatTheSystemAsksFor)
+TEST(StringParam, NamesOfClassesEndWithTheZeroThatTheSystemAsksFor)
 {
     constexpr auto name = winrt::name_of<winrt::Windows::Foundation::IInspectable>();
     EXPECT_EQ(name, L"Object");
@@ -160,13 +160,13 @@ TEST(ParamHString, NamesOfClassesEndWithTheZeroThatTheSystemAsksFor)
     EXPECT_EQ(Passed(name), name);
 }
 
-TEST(ParamHString, FailureToLendIsRaised)
+TEST(StringParam, FailureToLendIsRaised)
 {
     CreateStringReferenceCall const fails([](auto, auto, auto, auto, auto) { return E_OUTOFMEMORY; });
     EXPECT_THROW(Passed(L"LaunchHOV"), std::bad_alloc);
 }
 
-TEST(TextConversion, Utf8ComesAndGoes)
+TEST(StringConversion, Utf8ComesAndGoes)
 {
     EXPECT_EQ(winrt::to_hstring("gr\xC3\xBC\xC3\x9F"), L"gr\x00FC\x00DF");
     EXPECT_EQ(winrt::to_string(L"gr\x00FC\x00DF"), "gr\xC3\xBC\xC3\x9F");
@@ -174,12 +174,12 @@ TEST(TextConversion, Utf8ComesAndGoes)
     EXPECT_EQ(winrt::to_string(std::wstring_view()), "");
 }
 
-TEST(TextConversion, InvalidUtf8IsRaised)
+TEST(StringConversion, InvalidUtf8IsRaised)
 {
     EXPECT_THROW(winrt::to_hstring("\xFF"), winrt::hresult_error);
 }
 
-TEST(TextConversion, NumbersAreDecimal)
+TEST(StringConversion, NumbersAreDecimal)
 {
     EXPECT_EQ(winrt::to_hstring(0), L"0");
     EXPECT_EQ(winrt::to_hstring(-42), L"-42");

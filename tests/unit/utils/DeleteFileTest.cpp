@@ -14,10 +14,10 @@ using namespace zant;
 namespace
 {
 
-class DeletedFile : public testing::Test
+class DeleteFileTest : public testing::Test
 {
   protected:
-    DeletedFile() { WriteBytes(file, "text"); }
+    DeleteFileTest() { WriteBytes(file, "text"); }
 
     void SetReadOnly()
     {
@@ -54,21 +54,21 @@ using Lines = std::vector<RecordingHook::Line>;
 
 } // namespace
 
-TEST_F(DeletedFile, IsGoneWithoutAWord)
+TEST_F(DeleteFileTest, IsGoneWithoutAWord)
 {
     EXPECT_TRUE(DeleteFileWithRetry(file));
     EXPECT_FALSE(FileExists(file));
     EXPECT_EQ(hook.Lines(), Lines());
 }
 
-TEST_F(DeletedFile, MayBeMissing)
+TEST_F(DeleteFileTest, MayBeMissing)
 {
     EXPECT_TRUE(DeleteFileWithRetry(folder / L"missing"));
     EXPECT_TRUE(DeleteFileWithRetry(folder / L"missing\\missing"));
     EXPECT_EQ(hook.Lines(), Lines());
 }
 
-TEST_F(DeletedFile, MayBeReadOnly)
+TEST_F(DeleteFileTest, MayBeReadOnly)
 {
     SetReadOnly();
     EXPECT_TRUE(DeleteFileWithRetry(file));
@@ -76,7 +76,7 @@ TEST_F(DeletedFile, MayBeReadOnly)
     EXPECT_EQ(hook.Lines(), Lines{SecondAttempt()});
 }
 
-TEST_F(DeletedFile, HasAllItsAttributesInTheMessage)
+TEST_F(DeleteFileTest, HasAllItsAttributesInTheMessage)
 {
     GetFileAttributesCall const call(
         [](auto...) -> DWORD { return FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE; });
@@ -86,7 +86,7 @@ TEST_F(DeletedFile, HasAllItsAttributesInTheMessage)
     EXPECT_NE(std::get<5>(hook.Lines()[0]).find(L"Its attribute is: '35'."), std::wstring::npos);
 }
 
-TEST_F(DeletedFile, LosesAllItsAttributesForTheSecondAttempt)
+TEST_F(DeleteFileTest, LosesAllItsAttributesForTheSecondAttempt)
 {
     ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN));
     DWORD given = 0;
@@ -98,7 +98,7 @@ TEST_F(DeletedFile, LosesAllItsAttributesForTheSecondAttempt)
     EXPECT_EQ(given, DWORD{FILE_ATTRIBUTE_NORMAL});
 }
 
-TEST_F(DeletedFile, StaysWhenItIsLocked)
+TEST_F(DeleteFileTest, StaysWhenItIsLocked)
 {
     UniqueHandle const lock(CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                         OPEN_EXISTING, 0, nullptr));
@@ -107,7 +107,7 @@ TEST_F(DeletedFile, StaysWhenItIsLocked)
     EXPECT_EQ(hook.Lines(), Lines{Failure(file, ERROR_SHARING_VIOLATION)});
 }
 
-TEST_F(DeletedFile, StaysWhenTheSecondAttemptFails)
+TEST_F(DeleteFileTest, StaysWhenTheSecondAttemptFails)
 {
     SetReadOnly();
     {
@@ -118,7 +118,7 @@ TEST_F(DeletedFile, StaysWhenTheSecondAttemptFails)
     EXPECT_EQ(hook.Lines(), (Lines{SecondAttempt(), Failure(file, ERROR_ACCESS_DENIED)}));
 }
 
-TEST_F(DeletedFile, StaysWhenItsAttributesCannotBeSet)
+TEST_F(DeleteFileTest, StaysWhenItsAttributesCannotBeSet)
 {
     SetReadOnly();
     {
@@ -129,7 +129,7 @@ TEST_F(DeletedFile, StaysWhenItsAttributesCannotBeSet)
     EXPECT_EQ(hook.Lines(), (Lines{SecondAttempt(), Failure(file, ERROR_ACCESS_DENIED)}));
 }
 
-TEST_F(DeletedFile, IsTriedOnceWhenItIsNotReadOnly)
+TEST_F(DeleteFileTest, IsTriedOnceWhenItIsNotReadOnly)
 {
     int attempts = 0;
     DeleteFileCall const denied([&](auto...) {
@@ -142,7 +142,7 @@ TEST_F(DeletedFile, IsTriedOnceWhenItIsNotReadOnly)
     EXPECT_EQ(hook.Lines(), Lines{Failure(file, ERROR_ACCESS_DENIED)});
 }
 
-TEST_F(DeletedFile, IsTriedOnceWhenAccessIsNotWhatIsDenied)
+TEST_F(DeleteFileTest, IsTriedOnceWhenAccessIsNotWhatIsDenied)
 {
     SetReadOnly();
     int attempts = 0;
@@ -157,7 +157,7 @@ TEST_F(DeletedFile, IsTriedOnceWhenAccessIsNotWhatIsDenied)
 }
 
 // Attributes that cannot be read have all bits set, that of read-only as well.
-TEST_F(DeletedFile, IsNotTakenForReadOnlyWhenItsAttributesCannotBeRead)
+TEST_F(DeleteFileTest, IsNotTakenForReadOnlyWhenItsAttributesCannotBeRead)
 {
     int calls = 0;
     GetFileAttributesCall const attributes(
@@ -167,7 +167,7 @@ TEST_F(DeletedFile, IsNotTakenForReadOnlyWhenItsAttributesCannotBeRead)
     EXPECT_EQ(hook.Lines(), Lines{Failure(file, ERROR_ACCESS_DENIED)});
 }
 
-TEST_F(DeletedFile, IsNoFolder)
+TEST_F(DeleteFileTest, IsNoFolder)
 {
     EXPECT_FALSE(DeleteFileWithRetry(folder.Path()));
     EXPECT_TRUE(FileExists(folder.Path()));

@@ -145,7 +145,7 @@ TEST(EventRecord, IsNotFilledWhenTheSystemHasNoEvent)
     EXPECT_EQ(record.handle, nullptr);
 }
 
-TEST(NullEvent, IsReportedWhenSet)
+TEST(EventNull, IsReportedWhenSet)
 {
     test::RecordingHook const log;
     zant::SetEvnt(nullptr);
@@ -153,7 +153,7 @@ TEST(NullEvent, IsReportedWhenSet)
               (Lines{{50, L"ZANTUtils", L"ZANTEvents", L"", L"", L"NULL ZANT_Event_t object passed in SetEvnt "}}));
 }
 
-TEST(NullEvent, IsReportedWhenWaitedForAndFailsAtOnce)
+TEST(EventNull, IsReportedWhenWaitedForAndFailsAtOnce)
 {
     test::RecordingHook const log;
     EXPECT_EQ(zant::WaitforEvent(nullptr, INFINITE), EventWaitResult::Failed);

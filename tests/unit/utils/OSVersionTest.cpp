@@ -215,7 +215,7 @@ TEST(OSVersionText, IsNotGivenWhenMemoryIsShort)
     EXPECT_EQ(text, L"former");
 }
 
-TEST(OSBuildText, IsTheNumberInDecimal)
+TEST(OSVersionBuildText, IsTheNumberInDecimal)
 {
     for (auto const& [build, expected] : {std::pair<DWORD, std::wstring>{0, L"0"},
                                           {7601, L"7601"},
@@ -231,7 +231,7 @@ TEST(OSBuildText, IsTheNumberInDecimal)
     }
 }
 
-TEST(OSBuildText, StaysAsItWasWhenTheSystemDoesNotTell)
+TEST(OSVersionBuildText, StaysAsItWasWhenTheSystemDoesNotTell)
 {
     GetVersionCall const failing(FailingGetVersion());
     std::wstring text = L"former";
@@ -239,7 +239,7 @@ TEST(OSBuildText, StaysAsItWasWhenTheSystemDoesNotTell)
     EXPECT_EQ(text, L"former");
 }
 
-TEST(OSBuildText, StaysAsItWasWhenMemoryIsShort)
+TEST(OSVersionBuildText, StaysAsItWasWhenMemoryIsShort)
 {
     SimulatedSystem const system({10, 0, 0}, 2147483648);
     std::wstring text = L"former";
@@ -252,7 +252,7 @@ TEST(OSBuildText, StaysAsItWasWhenMemoryIsShort)
     EXPECT_EQ(text, L"former");
 }
 
-TEST(NameOfThisSystem, IsThatOfTheEarliestBuildWhenTheSystemDoesNotTell)
+TEST(OSVersionName, IsThatOfTheEarliestBuildWhenTheSystemDoesNotTell)
 {
     GetVersionCall const failing(FailingGetVersion());
     std::wstring name;
@@ -260,7 +260,7 @@ TEST(NameOfThisSystem, IsThatOfTheEarliestBuildWhenTheSystemDoesNotTell)
     EXPECT_EQ(name, L"Windows 10");
 }
 
-TEST(NameOfThisSystem, StaysAsItWasWhenMemoryIsShort)
+TEST(OSVersionName, StaysAsItWasWhenMemoryIsShort)
 {
     SimulatedSystem const system({6, 0, 2}, 6002);
     std::wstring name = L"former";
@@ -274,7 +274,7 @@ TEST(NameOfThisSystem, StaysAsItWasWhenMemoryIsShort)
 }
 
 // Without numbers beyond 64 bits, for which Wine's _wtoi64 is not like that of Windows.
-TEST(NameOfThisSystem, ReadsTheBuildTextAsTheRuntimeDoes)
+TEST(OSVersionName, ReadsTheBuildTextAsTheRuntimeDoes)
 {
     for (auto const* const text : {L"",
                                    L" ",

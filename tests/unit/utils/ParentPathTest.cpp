@@ -20,11 +20,11 @@ void PrintTo(Step const& step, std::ostream* stream)
     *stream << testing::PrintToString(step.from);
 }
 
-class Parent : public testing::TestWithParam<Step>
+class ParentPathOf : public testing::TestWithParam<Step>
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(Paths, Parent,
+INSTANTIATE_TEST_SUITE_P(Paths, ParentPathOf,
                          testing::Values(Step{L"C:\\a\\b.log", L"C:\\a"}, Step{L"C:\\a", L"C:\\"},
                                          Step{L"C:\\a\\b\\", L"C:\\a"}, Step{L"C:\\a\\b\\\\\\", L"C:\\a"},
                                          Step{L"C:\\a\\", L"C:\\"}, Step{L"a\\b", L"a"}, Step{L"a", L""},
@@ -33,16 +33,16 @@ INSTANTIATE_TEST_SUITE_P(Paths, Parent,
                                          Step{L"\\\\server\\share\\a\\", L"\\\\server\\share"},
                                          Step{L"\\\\?\\C:\\a\\b", L"\\\\?\\C:\\a"}));
 
-class NoParent : public testing::TestWithParam<std::wstring>
+class ParentPathMissing : public testing::TestWithParam<std::wstring>
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(Paths, NoParent,
+INSTANTIATE_TEST_SUITE_P(Paths, ParentPathMissing,
                          testing::Values(L"", L"C:", L"C:\\", L"C:\\\\\\", L"\\", L"\\\\", L"\\\\\\\\"));
 
 } // namespace
 
-TEST_P(Parent, TakesThePathsPlace)
+TEST_P(ParentPathOf, TakesThePathsPlace)
 {
     auto path = GetParam().from;
     EXPECT_TRUE(RemoveLastComponent(path));
@@ -50,7 +50,7 @@ TEST_P(Parent, TakesThePathsPlace)
     EXPECT_EQ(path.find(L'\0'), path.npos);
 }
 
-TEST_P(NoParent, LeavesThePathAsItIs)
+TEST_P(ParentPathMissing, LeavesThePathAsItIs)
 {
     auto path = GetParam();
     EXPECT_FALSE(RemoveLastComponent(path));
@@ -69,7 +69,7 @@ TEST(ParentPath, IsNotToldOfAPathThatIsTooLong)
 }
 
 // What the system takes for a share's root differs; every path comes to an end.
-TEST(ParentOfAShare, EndsTheWay)
+TEST(ParentPathOfAShare, EndsTheWay)
 {
     std::wstring path = L"\\\\server\\share\\a\\b";
     auto steps = 0;
