@@ -27,7 +27,7 @@ namespace VelmoNotificationClient
 namespace
 {
 
-// No page is shown. The window's content is looked at as the framework's own start-up code does, and left as it is.
+// No page is shown. The window's content is read as by the framework's own start-up code, and not changed.
 void LookAtWindowContent()
 {
     if (auto const window = Window::Current())
@@ -55,7 +55,7 @@ void App::OnLaunched(LaunchActivatedEventArgs const&)
     LookAtWindowContent();
     shellLog.Info(L"Going to launch full trust app to launch HOV");
     LaunchDesktopComponent(get_strong(), L"LaunchHOV");
-    // In full, even when the launch is done earlier.
+    // The whole time, even if the launch completes earlier.
     Sleep(waitMilliseconds);
     shellLog.Info(L"Going to exit");
     Core::CoreApplication::Exit();
@@ -66,7 +66,7 @@ void App::OnActivated(IActivatedEventArgs const& args)
     shellLog.Info(L"Inside OnActivated App activated by URI protocol");
     if (args)
     {
-        // Read for its failure alone: whatever the kind, the app ends.
+        // Called for its failure only: the app ends whatever the kind.
         static_cast<void>(args.Kind());
     }
     Core::CoreApplication::Exit();
@@ -101,7 +101,7 @@ void App::RunTriggerTask(IBackgroundTaskInstance const& task)
         shellLog.Info(L"Going to launch full trust app for new notification invocation ");
         LaunchDesktopComponent(get_strong(), L"NotificationReceived", deferral);
     }
-    // Any other task: nobody completes its deferral, and the platform ends it in time.
+    // Any other task: its deferral is never completed, and the platform ends it at its time limit.
 }
 
 void App::OnSuspending(IInspectable const&, SuspendingEventArgs const&) {}

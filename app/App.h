@@ -9,30 +9,30 @@
 namespace VelmoNotificationClient
 {
 
-// The application object, composed over the platform's Application. Constructing it sets up logging, before anything
-// else can log. It shows no page; each override is one way in which the platform starts or wakes the app.
+// The application object, composed over the platform's Application. Its constructor sets up logging before other code
+// can log. It shows no page; each override handles one way in which the platform starts or wakes the app.
 struct App : winrt::Windows::UI::Xaml::ApplicationT<App, winrt::Windows::UI::Xaml::Markup::IXamlMetadataProvider>,
              AppTypes
 {
     static constexpr wchar_t className[] = L"VelmoNotificationClient.App";
 
-    // Throws hresult_error when the platform's base or its Suspending event cannot be had.
+    // Throws hresult_error when the platform's base or its Suspending event is not available.
     App();
 
     winrt::hstring GetRuntimeClassName() const override { return className; }
 
-    // A user launch: starts the desktop component, waits 3 s on the calling thread, ends the app.
+    // A user launch: starts the desktop component, blocks the calling thread for 3 s, ends the app.
     void OnLaunched(winrt::Windows::ApplicationModel::Activation::LaunchActivatedEventArgs const& args);
 
     // Any other foreground activation: ends the app.
     void OnActivated(winrt::Windows::ApplicationModel::Activation::IActivatedEventArgs const& args);
 
-    // A background activation: a connection of the desktop helper goes to NotificationAppService; one of the app's two
-    // trigger tasks starts the desktop component and is completed when that has been started. Ends nothing: the
-    // platform ends the process when it is not needed any more.
+    // A background activation. A connection of the desktop helper is passed to NotificationAppService; for the app's
+    // two trigger tasks the desktop component is started, and the task completed when it has started. The platform ends
+    // the process when it is idle.
     void OnBackgroundActivated(winrt::Windows::ApplicationModel::Activation::BackgroundActivatedEventArgs const& args);
 
-    // There is nothing to save: the app ends by itself after each foreground activation.
+    // No state to save: the app ends after each foreground activation.
     void OnSuspending(winrt::Windows::Foundation::IInspectable const& sender,
                       winrt::Windows::ApplicationModel::SuspendingEventArgs const& args);
 

@@ -8,7 +8,7 @@
 namespace
 {
 
-// Built before main, so that it is there for the first line whatever thread writes it.
+// Constructed before main, so that it exists for the first line of any thread.
 LoggingLock loggingLock;
 
 } // namespace

@@ -4,8 +4,8 @@
 namespace VelmoNotificationClient
 {
 
-// The part of App that the XAML framework asks for types: every question goes to the process's one provider, made for
-// the first one and never released. App itself holds nothing.
+// The part of App that answers the XAML framework's questions about types. It passes each one to the provider of the
+// process, which the first one creates and which is never released. App itself holds no data.
 class AppTypes
 {
   public:

@@ -10,10 +10,9 @@ namespace VelmoNotificationClient
 // Starts the suite's desktop component with one of the parameter groups that the package declares. Throws hresult_error
 // when the launch fails at once.
 //
-// When it has been started, logs so and completes the background task that the launch was for, if it was for one; never
-// on the calling thread, which may be blocked. A launch that fails is not observed:
-// no line, no retry, and its task is never completed. The App stays alive until then. When the task cannot be
-// completed, the process ends.
+// When the launch has completed, logs it and completes the background task that it is for, if any; never on the calling
+// thread, which may be blocked. A launch that fails later is not observed: no line, no retry, and its task is never
+// completed. The App stays alive until then. If the task cannot be completed, the process ends.
 void LaunchDesktopComponent(
     winrt::com_ptr<App> const& app, wchar_t const* parameterGroup,
     winrt::Windows::ApplicationModel::Background::BackgroundTaskDeferral const& deferral = nullptr);

@@ -2,8 +2,8 @@
 #include <string>
 #include <windows.h>
 
-// Serialises the calls into the logger, whose component and category fields are shared. A lock of this process only:
-// the name is kept and nothing else, no named object of the system is made from it.
+// Serialises the calls into the logger, whose component and category fields are shared. Valid within this process only:
+// the name is stored, and no named object is created from it.
 struct LoggingLock
 {
     LoggingLock() : name(L"VelmoNotificationClientLock") { InitializeCriticalSection(&section); }
@@ -17,7 +17,7 @@ struct LoggingLock
     CRITICAL_SECTION section;
 };
 
-// Holds a LoggingLock for the length of a scope.
+// Holds a LoggingLock until the end of a scope.
 class LoggingScope
 {
   public:

@@ -1,6 +1,6 @@
 #pragma once
 
-// Makes the process's log target and logger, installs the application's log function and writes the start-up banner.
-// Called once, on the start-up thread. A folder or file that cannot be had is the library's to handle: start-up goes
-// on. What is made here lives as long as the process. Throws only when memory is exhausted.
+// Creates the log target and the logger of the process, installs the application's log function and writes the start-up
+// banner. Called once, on the start-up thread. When the folder or file is not available, start-up continues without a
+// log. The objects live until the process ends. Throws only when memory is exhausted.
 void SetUpLogging();

@@ -4,7 +4,7 @@
 namespace VelmoNotificationClient
 {
 
-// The log site of start-up and activations.
+// The log site of start-up and activation.
 inline constexpr LogSite shellLog(L"ZEBMain");
 
 } // namespace VelmoNotificationClient

@@ -19,7 +19,7 @@ struct XamlMetaDataProvider
 
     winrt::hstring GetRuntimeClassName() const override { return className; }
 
-    // Null for a type that is not the app's; of the type only its name is looked at.
+    // Null for a type that is not the app's. Only the name of the type counts.
     IXamlType GetXamlType(winrt::Windows::UI::Xaml::Interop::TypeName const& type);
     IXamlType GetXamlType(winrt::hstring const& fullName);
 
@@ -29,8 +29,8 @@ struct XamlMetaDataProvider
   private:
     XamlTypeInfoProvider const& TypeInfo();
 
-    winrt::slim_mutex m_lock;                       // while the table is built
-    std::optional<XamlTypeInfoProvider> m_typeInfo; // from the first question on
+    winrt::slim_mutex m_lock;                       // held while the table is built
+    std::optional<XamlTypeInfoProvider> m_typeInfo; // built by the first question
 };
 
 } // namespace VelmoNotificationClient

@@ -5,15 +5,15 @@
 namespace VelmoNotificationClient
 {
 
-// What the XAML framework is told of one type. None of the app's types has members that markup could name, is a
-// collection or is written as text.
+// A type as the XAML framework sees it. None of the app's types has members that markup can name, is a collection or
+// has a string form.
 struct XamlType : winrt::implements<XamlType, winrt::Windows::UI::Xaml::Markup::IXamlType>
 {
     using IXamlMember = winrt::Windows::UI::Xaml::Markup::IXamlMember;
     using IXamlType = winrt::Windows::UI::Xaml::Markup::IXamlType;
     using Activate = IInspectable (*)();
 
-    // baseType: null for a type whose base the framework knows itself. activate: null for one that it must not make.
+    // baseType: null when the framework knows the base itself. activate: null for a type that it must not create.
     XamlType(winrt::hstring fullName, IXamlType baseType, Activate activate);
 
     IXamlType BaseType() const { return m_baseType; }
@@ -24,7 +24,7 @@ struct XamlType : winrt::implements<XamlType, winrt::Windows::UI::Xaml::Markup::
 
     bool IsConstructible() const noexcept { return m_activate != nullptr; }
 
-    // A new instance; throws what its constructor throws, and E_NOTIMPL for a type that is not constructible.
+    // Creates an instance. Throws what its constructor throws, and E_NOTIMPL for a type that is not constructible.
     IInspectable ActivateInstance() const;
 
     bool IsArray() const noexcept { return false; }
@@ -45,7 +45,7 @@ struct XamlType : winrt::implements<XamlType, winrt::Windows::UI::Xaml::Markup::
 
     IXamlType KeyType() const noexcept { return nullptr; }
 
-    // There is nothing to run before the first instance.
+    // Nothing to initialise.
     void RunInitializer() const noexcept {}
 
     // These throw E_NOTIMPL.

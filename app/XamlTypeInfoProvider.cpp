@@ -31,7 +31,7 @@ XamlTypeInfoProvider::XamlTypeInfoProvider()
     };
     auto const userControl = add(userControlName, nullptr, nullptr);
     auto const page = add(pageName, userControl.type, nullptr);
-    // There is one App, which the entry makes.
+    // There is one App, created by main.
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the entries own them
     m_types = {add(MainPage::className, page.type, MakeMainPage), add(App::className, nullptr, nullptr), page,
                userControl};

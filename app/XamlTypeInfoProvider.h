@@ -6,8 +6,8 @@
 namespace VelmoNotificationClient
 {
 
-// The table of the types that the XAML framework may ask the app for: its page, itself, and what the page derives from.
-// Does not change once it is built.
+// The types that the XAML framework may ask the app for: its page, the app itself, and the bases of the page.
+// Immutable.
 class XamlTypeInfoProvider
 {
   public:

@@ -6,8 +6,8 @@
 namespace
 {
 
-// Without it an exception that leaves main ends in the runtime's abort, which in a program without a console may put
-// up a message box and wait. Nobody is there to close it.
+// By default, an exception that leaves main ends in the C runtime's abort, which in a program without a console may
+// show a message box that no one closes.
 [[noreturn]] void EndAtOnce() noexcept
 {
     RaiseFailFastException(nullptr, nullptr, FAIL_FAST_GENERATE_EXCEPTION_ADDRESS);
@@ -17,11 +17,11 @@ namespace
 
 } // namespace
 
-// The platform passes only its server name in the arguments. What it throws is handled nowhere: the process ends.
+// The platform passes only its server name in the arguments. Uncaught exceptions end the process.
 int main(int /*argc*/, char** /*argv*/) // NOLINT(bugprone-exception-escape)
 {
     std::set_terminate(EndAtOnce);
-    // The framework keeps the application object alive; the reference made here goes at once.
+    // The framework keeps the application object alive; the reference returned here is released at once.
     winrt::Windows::UI::Xaml::Application::Start([](auto&&) { winrt::make<VelmoNotificationClient::App>(); });
     return 0;
 }

@@ -14,7 +14,7 @@ constexpr std::wstring_view folderName = L"Tessaline\\HOV";
 constexpr std::wstring_view logName = L"KZEB.log";
 static_assert(IsBareFileName(logName));
 
-// Leaves in the target the path as far as it could be built.
+// On failure the target keeps the part of the path that could be built.
 bool SetFilePath(LogTargetDefault& target)
 {
     auto const temporary = TemporaryFolderPath();

@@ -22,7 +22,7 @@ constexpr std::wstring_view asterisks =
     L"******************************************************************************";
 static_assert(asterisks.size() == 78);
 
-// Empty when they do not make a path together or memory is short.
+// Empty when the parts do not form a path or memory is short.
 std::wstring Joined(std::wstring const& folder, std::wstring const& relative) noexcept
 try
 {
@@ -31,7 +31,7 @@ try
         return {};
     }
     auto path = folder;
-    path.resize(folder.size() + 11 + relative.size()); // where PathAppendW writes, which is not told the size
+    path.resize(folder.size() + 11 + relative.size()); // the buffer of PathAppendW, which takes no size
     if (!PathAppendW(path.data(), relative.c_str()))
     {
         return {};
@@ -44,11 +44,11 @@ catch (std::bad_alloc const&)
     return {};
 }
 
-// False without the suite, and when its program tells no version.
+// False when the suite is not installed or its program has no version.
 bool GetSuiteVersion(std::wstring& version)
 {
     std::wstring folder;
-    GetSuiteInstallFolder(folder); // leaves it empty when it fails
+    GetSuiteInstallFolder(folder); // empty on failure
     auto const program = Joined(folder, L"HOV\\Tessaline.exe");
     return PathFileExistsW(program.c_str()) != FALSE && GetFileVersionText(program, version);
 }
@@ -75,7 +75,7 @@ LogHeaderText BuildLogHeader()
     header.entries[L"OS Name: "] = std::move(name);
     header.entries[L"OS Version: "] = std::move(versionText);
     header.entries[L"OS Locale: "] = std::move(locale);
-    header.entries[L"Bit: "] = L"64"; // on every machine: it is not measured
+    header.entries[L"Bit: "] = L"64"; // fixed: not measured
     GetOSBuildText(header.entries[L"OS Build Version: "]);
     header.closing = asterisks;
     return header;

@@ -4,9 +4,9 @@
 namespace zant
 {
 
-// The header that a target keeps, from what the machine tells now: the system, the user's locale, and the desktop suite
-// where it is installed. What cannot be found out is empty, an unknown system "UNKNOWN", a suite that is not there left
-// out. Throws std::bad_alloc only.
+// Builds the header that a target keeps: the system, the user's locale and, where it is installed, the desktop suite. A
+// value that the system does not give is empty, an unknown system is "UNKNOWN", and a suite that is not installed has
+// no entry. Throws std::bad_alloc only.
 LogHeaderText BuildLogHeader();
 
 } // namespace zant

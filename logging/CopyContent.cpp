@@ -8,14 +8,14 @@ namespace zant
 namespace
 {
 
-// A file that is deleted when its handle is closed is also deleted when the process ends.
+// The system deletes such a file also when the process ends.
 bool DeleteOnClose(HANDLE file, bool isDeleted) noexcept
 {
     FILE_DISPOSITION_INFO disposition = {static_cast<BOOLEAN>(isDeleted)};
     return SetFileInformationByHandle(file, FileDispositionInfo, &disposition, sizeof disposition) != FALSE;
 }
 
-// False when a read fails. The writing goes on whatever becomes of it.
+// False when a read fails. Failed writes are ignored.
 bool CopyBlocks(HANDLE from, HANDLE to) noexcept
 {
     char block[4096];
@@ -29,7 +29,7 @@ bool CopyBlocks(HANDLE from, HANDLE to) noexcept
         DWORD written = 0;
         WriteFile(to, block, read, &written, nullptr);
     } while (read == sizeof block);
-    SetEndOfFile(to); // behind it may be the rest of an earlier copy
+    SetEndOfFile(to); // cuts off the rest of an earlier copy
     return true;
 }
 
@@ -60,7 +60,7 @@ bool CopyContent(std::wstring const& source, std::wstring const& destination) no
         return !isGuarded || DeleteOnClose(to.Get(), false);
     }
     to.Reset();
-    DeleteFileW(destination.c_str()); // where the file system knows no deletion on close
+    DeleteFileW(destination.c_str()); // for file systems without deletion on close
     return false;
 }
 

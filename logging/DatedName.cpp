@@ -10,7 +10,7 @@ namespace zant
 namespace
 {
 
-constexpr int mostCharacters = 80; // a date or a time of any locale is shorter
+constexpr int mostCharacters = 80; // longer than a date or time of any locale
 
 std::wstring TimeText(SYSTEMTIME const& local)
 {

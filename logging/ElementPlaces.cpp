@@ -13,13 +13,13 @@ constexpr Utf16Unit Lowered(Utf16Unit unit) noexcept
     return unit >= 'A' && unit <= 'Z' ? static_cast<Utf16Unit>(unit + ('a' - 'A')) : unit;
 }
 
-// A bit for a unit, the same one in upper and lower case.
+// A bit for a code unit, the same for both cases of a letter.
 constexpr std::uint32_t BitOf(Utf16Unit unit) noexcept
 {
     return 1u << (unit % 32);
 }
 
-// Whether a text begins with a key and the end of an element.
+// Whether a string begins with a key and the end of an element.
 bool BeginsWith(Utf16View text, Utf16View key) noexcept
 {
     return text.size() > key.size() && text[key.size()] == '>' &&
@@ -52,7 +52,7 @@ void ElementPlaces::Follow(std::size_t key, Utf16View text, std::size_t end, std
     };
     for (++key; key < m_elements.size(); ++key)
     {
-        // Of an element that only opens or only closes nobody will ask.
+        // Unpaired elements are never looked up.
         auto& [open, close] = m_elements[key];
         if (open != nowhere && close != nowhere)
         {
@@ -66,7 +66,7 @@ void ElementPlaces::Follow(std::size_t key, Utf16View text, std::size_t end, std
     }
 }
 
-// Places that are known stay.
+// Known places stay.
 void ElementPlaces::Find(Utf16View text, std::size_t from) noexcept
 {
     FindUnit(text, '<', from, [&](std::size_t at) {

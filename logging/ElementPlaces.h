@@ -7,28 +7,28 @@
 namespace zant
 {
 
-// Where the first elements of some keys open and close in a text: "<key>" and "</key>", upper-case letters A to Z of
-// the text counting as lower-case ones. The text is walked through once for all keys.
+// The places in a string where the first element of each of several keys opens and closes: "<key>" and "</key>", the
+// letters A to Z in the string matching in either case. One pass over the string serves all keys.
 class ElementPlaces
 {
   public:
     static constexpr auto nowhere = Utf16View::npos;
 
-    // The places of "<" in both; each for itself, the closing one may stand before the opening one.
+    // The places of "<" in both. They are independent: the closing element may precede the opening one.
     struct Element
     {
         std::size_t open = nowhere;
         std::size_t close = nowhere;
     };
 
-    // The keys are lower-case and not empty; they must outlive this object.
+    // The keys are in lower case and not empty; they must outlive this object.
     ElementPlaces(std::vector<Utf16String> const& keys, Utf16View text);
 
-    // Of the key of that number: exact where the element both opens and closes somewhere.
+    // The places for the key with this index. Meaningful only if the element both opens and closes.
     Element const& operator[](std::size_t key) const noexcept { return m_elements[key]; }
 
-    // Brings the places of all keys behind that number up to date when `text` has become what it was up to `end`,
-    // something without elements, and then, from `newStart` on, what it was from `start` on.
+    // Updates the places of all keys after that index for a change of `text`: it is unchanged up to `end`, contains no
+    // element from there on, and continues at `newStart` with what was at `start`.
     void Follow(std::size_t key, Utf16View text, std::size_t end, std::size_t start, std::size_t newStart) noexcept;
 
   private:
@@ -36,7 +36,7 @@ class ElementPlaces
 
     std::vector<Utf16String> const& m_keys;
     std::vector<Element> m_elements;
-    // Of all keys, a bit for each: they tell most other names from the keys at one look.
+    // One bit for each key: rules out most other names by a single test.
     std::uint32_t m_firstUnits = 0;
     std::uint32_t m_secondUnits = 0;
 };

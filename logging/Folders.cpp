@@ -7,7 +7,7 @@ namespace zant
 
 std::optional<std::wstring> TemporaryFolderPath()
 {
-    wchar_t path[MAX_PATH + 1]; // the longest that the system answers with
+    wchar_t path[MAX_PATH + 1]; // the maximum of GetTempPathW
     auto const length = GetTempPathW(static_cast<DWORD>(std::size(path)), path);
     if (length == 0 || length >= std::size(path))
     {
@@ -36,8 +36,8 @@ bool Exists(std::wstring const& path) noexcept
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-// PathIsDirectoryW gives the same answer, but would have start-up load the shell's libraries, which takes longer than
-// all of the logging.
+// PathIsDirectoryW gives the same answer, but loads the shell's libraries at start-up, which takes longer than all of
+// the logging.
 bool IsFolder(std::wstring const& path) noexcept
 {
     auto const attributes = GetFileAttributesW(path.c_str());
@@ -46,7 +46,7 @@ bool IsFolder(std::wstring const& path) noexcept
 
 bool CreateFolders(std::wstring const& path)
 {
-    // Parents first, their outcome ignored: a drive's root and a folder without rights refuse although they are there.
+    // Parents first, ignoring failures: creating a drive's root or a folder without access fails although it exists.
     for (auto end = path.find(L'\\'); end != path.npos; end = path.find(L'\\', end + 1))
     {
         CreateDirectoryW(path.substr(0, end).c_str(), nullptr);

@@ -6,25 +6,25 @@
 namespace zant
 {
 
-// The functions that give a string throw std::bad_alloc only.
+// The functions that return a string throw std::bad_alloc only.
 
-// The user's temporary folder with a backslash at its end; nothing when the system does not know one.
+// The user's temporary folder, with a trailing backslash. Nothing when the system does not return one.
 std::optional<std::wstring> TemporaryFolderPath();
 
-// The folder, one backslash and `more`; nothing when the result is too long for a path of classic length, 259
-// characters: beyond that the opening of a file fails on systems that were not told otherwise.
+// The folder, one backslash and `more`. Nothing when the result has more than 259 characters: by default, the system
+// opens no file by a longer path.
 std::optional<std::wstring> Appended(std::wstring_view folder, std::wstring_view more);
 
-// Whether anything, file or folder, is at the path.
+// Whether a file or folder exists at the path.
 bool Exists(std::wstring const& path) noexcept;
 
 bool IsFolder(std::wstring const& path) noexcept;
 
-// Makes the folder and every parent that is missing. True when it is there afterwards as far as the system tells at
-// creation: a file of that name passes for a folder.
+// Creates the folder and its missing parents. True when it exists afterwards, as far as its creation tells: a file of
+// that name counts as a folder.
 bool CreateFolders(std::wstring const& path);
 
-// The path of a file in the user's temporary folder, which is made if it is missing. Nothing when that fails.
+// The path of a file in the user's temporary folder, which is created when missing. Nothing when that fails.
 std::optional<std::wstring> MakeTemporaryPath(std::wstring_view fileName);
 
 } // namespace zant

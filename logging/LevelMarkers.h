@@ -7,9 +7,9 @@
 namespace zant
 {
 
-// The threshold that the marker files in `folder` ask for; their content does not matter. In this order: `fileName`
-// with the extension ".trace", then ".debug", then "pvq.trace", then "pvq.debug"; without any it is Info.
-// Throws std::bad_alloc only.
+// The threshold that the marker files in `folder` select; their content does not matter. The first one that exists
+// counts: `fileName` with the extension ".trace", then ".debug", then "pvq.trace", then "pvq.debug". Info when none
+// exists. Throws std::bad_alloc only.
 LogLevel LevelFromMarkers(std::wstring const& folder, std::wstring_view fileName);
 
 } // namespace zant

@@ -12,7 +12,7 @@ namespace
 
 using namespace std::string_view_literals;
 
-// A number with at least so many digits.
+// A decimal number, padded with zeros to a minimum of digits.
 class Decimal
 {
   public:
@@ -28,11 +28,11 @@ class Decimal
     std::wstring_view View() const noexcept { return {m_digits.begin() + m_first, m_digits.end()}; }
 
   private:
-    std::array<wchar_t, 10> m_digits; // as many as the greatest 32-bit number has, the last ones in use
+    std::array<wchar_t, 10> m_digits; // enough for 32 bits; filled from the end
     std::size_t m_first = 10;
 };
 
-// Most pieces of a line are a few characters long: a loop is faster than calling a function that copies memory.
+// Most pieces of a line have a few characters: copying them in a loop is faster than a function call.
 wchar_t* Put(wchar_t* to, std::wstring_view piece) noexcept
 {
     constexpr std::size_t fewCharacters = 16;

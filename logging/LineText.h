@@ -10,7 +10,7 @@
 namespace zant
 {
 
-// What one line is made of. Nothing here is owned.
+// The parts of one line. Nothing here is owned.
 struct LineParts
 {
     std::wstring_view dateAndTime; // local, to the second
@@ -21,12 +21,11 @@ struct LineParts
     std::wstring_view message;
 };
 
-// The date and the time of a local moment as the C runtime's locale writes them; the program keeps the "C" locale,
-// where it is "01/05/24 09:30:12".
+// A local date and time as the C runtime's locale formats them. The program keeps the "C" locale: "01/05/24 09:30:12".
 std::wstring DateAndTimeText(std::tm const& local);
 
-// Replaces the content of `line` by the text of a line, without a line end. A line's buffer that is used again keeps
-// its memory, so that a line costs no allocation.
+// Replaces the content of `line` by the composed line, without a line end. A string that is reused keeps its memory, so
+// most lines allocate nothing.
 void ComposeLine(std::wstring& line, std::wstring_view separator, LineParts const& parts);
 
 } // namespace zant

@@ -6,16 +6,17 @@
 namespace zant
 {
 
-// Milliseconds since 1970, UTC. From the system's precise time: on Windows the plain one stands still for up to 16 ms,
-// and under Wine it costs three times as much (the C runtime's time() sixty times), a fifth of what a line computes.
+// Milliseconds since 1970, UTC. Reads the system's precise time: on Windows the plain one advances in steps of up to 16
+// ms, and under Wine it costs three times as much (the C runtime's time() sixty times), a fifth of the computation of a
+// line.
 std::uint64_t NowInMilliseconds() noexcept;
 
-// The text of a local second, kept until another second is asked for: most lines of a busy moment share theirs, and
-// making it costs several times what the rest of a line does. For one thread at a time.
+// The formatted date and time of a second, cached until another second is requested: consecutive lines mostly share
+// theirs, and formatting costs several times the rest of a line. For one thread at a time.
 class SecondText
 {
   public:
-    // `seconds` since 1970, UTC. Empty for a moment that the C runtime has no local time for.
+    // `seconds` since 1970, UTC. Empty when the C runtime cannot convert the time to local time.
     std::wstring const& Of(std::int64_t seconds);
 
   private:

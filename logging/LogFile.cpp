@@ -95,8 +95,8 @@ bool MayBeWideFile(std::wstring const& path) noexcept
     return mark == "\xFF\xFE" || mark == "\xFE\xFF";
 }
 
-// Moves the log to its dated name, which it returns; replaces nothing and moves through no link. Empty when the log
-// stays in its place.
+// Renames the log to its dated name, which it returns; replaces no file and follows no link. Empty on failure: the log
+// keeps its name.
 std::wstring SetAside(std::wstring const& path)
 {
     auto aside = DatedPath(path, LocalNow());

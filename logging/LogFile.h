@@ -36,7 +36,7 @@ std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<ch
 struct FileState
 {
     std::uint64_t size;
-    std::string_view missing; // at its end, as MissingEnd tells; empty for a file without the mark of its encoding
+    std::string_view missing; // from its end, see MissingEnd; empty for a file without the mark of its encoding
 };
 
 // Nothing when the file's size cannot be read. When its bytes cannot be read, nothing counts as missing.

@@ -5,15 +5,16 @@
 namespace zant
 {
 
-// The block of lines that describes the machine at the top of a file begun after a rotation.
+// The lines at the top of a file begun after a rotation, which describe the machine.
 struct LogHeaderText
 {
     std::wstring title = {};                           // not written when empty
-    std::map<std::wstring, std::wstring> entries = {}; // one line each: the key, then the value; in key order
+    std::map<std::wstring, std::wstring> entries = {}; // one line each, key and value, in key order
     std::wstring closing = {};                         // not written when empty
-    bool merge = false;                                // given to a target: becomes part of the target's own header
+    bool merge = false;                                // whether LogHeader merges it into the target's stored header
 
-    // Takes over what `other` has: its title and closing line where they are not empty, and all its entries.
+    // Merges `other` into this header: a title or closing line that is not empty replaces the present one, and each
+    // entry is inserted or overwrites that of the same key.
     void Merge(LogHeaderText const& other);
 
     // Calls write(std::wstring const&) for each line, in order.

@@ -4,7 +4,7 @@
 namespace zant
 {
 
-// Parts of a Windows path, by its text alone. The views point into the path given.
+// Parts of a Windows path, found in its text alone. The views point into the given path.
 
 // "C:\logs\KZEB.log": "C:\logs"; empty without a backslash.
 constexpr std::wstring_view FolderOf(std::wstring_view path) noexcept
@@ -16,7 +16,7 @@ constexpr std::wstring_view FolderOf(std::wstring_view path) noexcept
 // "C:\logs\KZEB.log": "KZEB.log".
 constexpr std::wstring_view FileNameOf(std::wstring_view path) noexcept
 {
-    return path.substr(path.rfind(L'\\') + 1); // without a backslash the sum wraps round to 0
+    return path.substr(path.rfind(L'\\') + 1); // without a backslash: npos + 1 is 0
 }
 
 // "C:\logs\KZEB.log": ".log"; empty when the file's name has no dot.
@@ -33,7 +33,7 @@ constexpr std::wstring_view WithoutExtension(std::wstring_view path) noexcept
     return path.substr(0, path.size() - ExtensionOf(path).size());
 }
 
-// Whether the name could stand in a folder as it is: no folder and no drive in it.
+// Whether the name contains neither folder nor drive.
 constexpr bool IsBareFileName(std::wstring_view name) noexcept
 {
     return name.find_first_of(L"\\/:") == name.npos;

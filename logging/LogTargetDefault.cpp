@@ -21,7 +21,7 @@ constexpr DWORD longestWait = 2'000; // milliseconds
 
 } // namespace
 
-// What the two forms of Log have in common.
+// The common arguments of both forms of Log.
 struct LogTargetDefault::Call
 {
     LogLevel level;
@@ -36,7 +36,7 @@ struct LogTargetDefault::Call
 LogTargetDefault::LogTargetDefault()
 {
     group = L"ZEB";
-    // cppcheck-suppress useInitializationList ; the header is built when everything else is set
+    // cppcheck-suppress useInitializationList ; the header is built last
     storedHeader = BuildLogHeader();
 }
 
@@ -150,7 +150,7 @@ try
     {
         CompleteLastLine();
     }
-    // Another thread's wait may fail while this one waits, and while it checks.
+    // Another thread's failed wait may clear useLock during this wait, and during the check.
     if (useLock)
     {
         CheckSizeWhenDue();
@@ -162,7 +162,7 @@ try
 }
 catch (std::bad_alloc const&)
 {
-    // The line is lost; the mutex is free again.
+    // The line is lost; the mutex is released.
 }
 
 template <typename Char>

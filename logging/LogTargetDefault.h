@@ -11,14 +11,14 @@
 namespace zant
 {
 
-// The target that writes to a text file which several processes may share. They meet at a mutex named as the file: each
-// line waits for it, and under it the file is also looked after: rotated when it has grown too large, old copies
-// deleted. A process that cannot have the mutex in time writes no further line at all, for good: losing lines is
-// better than holding up what the app does.
+// The target that writes to a text file, which several processes may share. Each line waits for the mutex named after
+// the file; under the same mutex the file is rotated when it has reached its limit, and old copies are deleted. A
+// process whose wait fails or times out writes no further line until it ends: losing lines is better than delaying the
+// app.
 //
-// Log may be called from any thread; the mutex serialises the lines. Everything else is for start-up, one thread.
-// Failures are told by the results alone. Memory running out loses the line at hand in Log and is thrown as
-// std::bad_alloc by the other operations.
+// Log may be called from any thread; the mutex serialises the lines. All other operations are for the start-up thread.
+// Failures are reported by the results alone. When memory is exhausted, Log loses its line; the other operations throw
+// std::bad_alloc.
 class LogTargetDefault : public LogTargetBase
 {
   public:
@@ -27,7 +27,7 @@ class LogTargetDefault : public LogTargetBase
     LogTargetDefault(LogTargetDefault const&) = delete;
     LogTargetDefault& operator=(LogTargetDefault const&) = delete;
 
-    // Also moves an existing file of another encoding to a dated name first, where that can be done.
+    // Also renames an existing file of another encoding to its dated name, if possible.
     bool OpenFile(UniqueHandle& handle) override;
     ~LogTargetDefault() override;
     bool Open() override;
@@ -47,11 +47,11 @@ class LogTargetDefault : public LogTargetBase
 
     std::unique_ptr<NamedMutex> lock; // null until Open
     LogHeaderText storedHeader;
-    bool headerPending = false;       // the file was rotated, its header is not written yet
-    std::atomic<bool> useLock = true; // cleared for good when the mutex cannot be had
-    std::wstring setAsidePath;        // where the last file of another encoding went
-    std::int64_t lastCheck = 0;       // of the file's size; seconds since 1970, 0 when the next line checks it
-    std::int64_t lastLine = 0;        // composed; seconds since 1970
+    bool headerPending = false;       // the file was rotated and its header is not yet written
+    std::atomic<bool> useLock = true; // cleared for good when a wait for the mutex fails
+    std::wstring setAsidePath;        // of the last file of another encoding
+    std::int64_t lastCheck = 0;       // of the file's size, in seconds since 1970; 0: the next line checks it
+    std::int64_t lastLine = 0;        // composed, in seconds since 1970
     std::vector<std::wstring> maskedKeys = CredentialKeys();
 
   private:
@@ -68,14 +68,14 @@ class LogTargetDefault : public LogTargetBase
     bool CheckSize();
     bool Rotate(bool keepsCopies);
 
-    // Kept from line to line: the time for its text, the others for their memory.
+    // Reused from line to line: the time for its cached text, the strings for their memory.
     SecondText m_second;
     std::wstring m_message;
     std::wstring m_redacted;
     std::wstring m_line;
 };
 
-// The target that start-up configures and registers, null until it has made it; never destroyed.
+// The target that start-up creates, configures and registers. Null before; never destroyed.
 inline LogTargetDefault* g_defaultLogTarget = nullptr;
 
 } // namespace zant

@@ -24,8 +24,8 @@ std::uint64_t DispatchTo(LogTargetRegistry const& registry, wchar_t const* group
     std::uint64_t result = 0;
     for (auto* const target : *targets)
     {
-        // Each target reads the arguments from the start: by the calling convention of Windows x64 a list is a pointer
-        // that is passed by value.
+        // Each target reads the arguments from the first one on: in the calling convention of Windows x64 a va_list is
+        // a pointer, passed by value.
         result = target->Log(level, f1, f2, f3, f4, detail, origin, format, arguments, now, true);
     }
     return result;

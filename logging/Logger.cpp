@@ -9,8 +9,8 @@ namespace zant
 namespace
 {
 
-// The variable arguments of one operation. Each operation starts the list itself, since nobody else can; ending it here
-// spares each a second statement (for the calling convention of Windows x64 it is a formality).
+// The variable arguments of one operation. Only the operation itself can call va_start; the destructor calls va_end for
+// it.
 struct ArgumentList
 {
     ArgumentList() = default;

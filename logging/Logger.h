@@ -8,9 +8,9 @@ namespace zant
 
 class LogTargetRegistry;
 
-// The front of the library: hands every call to the targets that are registered under its group. It holds no lock. Its
-// fields are shared by all who use it, so whoever sets a field before logging guards both with a lock of his own; the
-// scoped operations change no field and need none.
+// The front of the library: passes each call to the targets registered under its group. It holds no lock. Callers that
+// set its shared fields before they log guard both with a lock of their own; the scoped operations change no field and
+// need none.
 class Logger : public AbstractLogger
 {
   public:
@@ -60,11 +60,11 @@ class Logger : public AbstractLogger
     std::uint64_t ForwardIn(Char const* scope, LogLevel level, Char const* detail, Char const* format,
                             va_list arguments);
 
-    // The order of the fields is part of the binary interface, as that of the operations is.
+    // The order of the fields is part of the binary interface, as is that of the operations.
     LogTargetRegistry* m_registry;
 
   public:
-    std::wstring reserved; // a column that nothing fills
+    std::wstring reserved; // never set
     std::wstring product;
     std::wstring component;
     std::wstring category;
@@ -73,7 +73,7 @@ class Logger : public AbstractLogger
     std::wstring m_group;
 };
 
-// The one logger of the process, null until start-up has made it; never destroyed.
+// The logger of the process. Null until start-up creates it; never destroyed.
 inline Logger* g_logger = nullptr;
 
 } // namespace zant

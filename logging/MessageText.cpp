@@ -17,8 +17,8 @@ constexpr std::size_t mostCharacters = 4094; // and a terminator
 
 } // namespace
 
-// The runtime's own bounded formatters in truncating mode end their output with a zero whatever happens. (The names
-// without the underscore would be MinGW's replacements, whose %s and %S mean other things.)
+// In truncating mode the C runtime's bounded formatters terminate their output even on failure. (Without the underscore
+// the names are MinGW's replacements, which give %s and %S other meanings.)
 
 std::optional<std::wstring_view> MessageText(wchar_t const* format, va_list arguments, std::wstring& storage)
 {
@@ -26,7 +26,7 @@ std::optional<std::wstring_view> MessageText(wchar_t const* format, va_list argu
     {
         return ViewOf(format);
     }
-    // Without a percent sign a format is its own result, as long as it need not be cut; that spares the formatter.
+    // A format without a percent sign that needs no cut is its own result; that saves the formatter.
     auto const* const end = FindOrEnd(format, L'%');
     if (*end == L'\0' && end - format <= static_cast<std::ptrdiff_t>(mostCharacters))
     {

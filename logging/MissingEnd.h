@@ -5,7 +5,7 @@
 namespace zant
 {
 
-// How many characters of a line end a text has that ends in this character.
+// The number of characters of a line end that a string ending in this character already has.
 constexpr std::size_t PresentOfLineEnd(char low, char high) noexcept
 {
     if (high != '\0')
@@ -19,10 +19,9 @@ constexpr std::size_t PresentOfLineEnd(char low, char high) noexcept
     return low == '\r' ? 1 : 0;
 }
 
-// What a file of lines lacks at its end so that the next line begins on its own: the second half of a code unit of
-// UTF-16 (a zero byte, as nearly all text here has it) and the rest of the line end, CR LF. A file that ends in LF
-// lacks nothing. Told by the size in bytes and the last two of them. In UTF-8 a halved character stays so: decoders go
-// on behind it by themselves.
+// The bytes that a file lacks at its end for the next line to begin on its own: the second byte of a UTF-16 code unit
+// (zero, as in nearly all text here) and the rest of the line end, CR LF. A file that ends in LF lacks nothing.
+// Determined by the size in bytes and the last two bytes. In UTF-8 a split character stays: decoders resume after it.
 constexpr std::string_view MissingEnd(std::uint64_t size, char lastButOne, char last, bool wide) noexcept
 {
     using namespace std::string_view_literals;

@@ -15,10 +15,11 @@ class OldCopies
   public:
     OldCopies(std::wstring_view base, std::wstring_view liveName, std::vector<std::wstring> dayPrefixes);
 
-    // Judges the next name found: true when its file is to be deleted at once. Remembers a name that may stay.
+    // Judges the next name found. True: the file is to be deleted at once. False: the name is not concerned, or is
+    // remembered since its file may stay.
     bool Judge(std::wstring const& name);
 
-    // The names that may stay but exceed the number kept, in ascending order. Sorts the names remembered.
+    // The remembered names beyond the number kept, in ascending order. Sorts the names remembered.
     std::vector<std::wstring> TakeSurplus();
 
   private:

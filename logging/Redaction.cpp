@@ -12,7 +12,7 @@ namespace
 constexpr auto mask = "****"_utf16;
 constexpr auto npos = Utf16View::npos;
 
-// Looks for the last unit of what is wanted: in "eyJ" that is by far the rarest one.
+// Searches for the last code unit of the pattern: in "eyJ" it is by far the rarest.
 std::size_t Find(Utf16View text, Utf16View wanted) noexcept
 {
     auto const before = wanted.size() - 1;
@@ -76,7 +76,7 @@ Utf16View Redact(Utf16View message, Utf16String& changed, LogLevel& printedLevel
     }
     if (FindUnit(message, '<', 0, [](std::size_t) { return true; }) == npos)
     {
-        return message; // no element, so nothing to mask and no copy to make
+        return message; // no element: nothing to mask, no copy needed
     }
     changed = message;
     MaskCredentials(maskedKeys, message, changed);

@@ -6,7 +6,7 @@
 namespace zant
 {
 
-// From this size in bytes on a log file is rotated: the more a target writes, the more it may hold.
+// The size in bytes from which a log is rotated: the more a target logs, the larger its file may grow.
 constexpr std::uint64_t RotationLimit(LogLevel threshold) noexcept
 {
     constexpr std::uint64_t mebibyte = 1'048'576;

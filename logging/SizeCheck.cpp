@@ -4,11 +4,11 @@
 #include "logging/Rotation.h"
 #include "logging/RotationLimit.h"
 
-// How the target looks after its file. All of it happens under the mutex.
+// The target's care for its file, all of it under the mutex.
 namespace zant
 {
 
-// The process that last owned the mutex may have ended in the middle of a line.
+// The previous owner of the mutex may have ended in the middle of a line.
 void LogTargetDefault::CompleteLastLine()
 {
     if (auto const state = StateOfFile(filePath, wideOutput))
@@ -26,7 +26,7 @@ void LogTargetDefault::CheckSizeWhenDue()
     }
 }
 
-// False when the check is to be repeated by the next line.
+// False when the next line must repeat the check.
 bool LogTargetDefault::CheckSize()
 {
     auto const keepsCopies = KeepsCopies(filePath);

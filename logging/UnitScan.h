@@ -7,8 +7,8 @@
 namespace zant
 {
 
-// The first place of a unit in a text, at `from` or behind it, that `accept` takes; npos when there is none. Sixteen
-// units at a time, since the standard library's search goes one by one.
+// The index of the first code unit from `from` on that `accept` takes; npos when there is none. Tests sixteen code
+// units at a time; the standard library's search tests them one by one.
 template <typename Accept>
 std::size_t FindUnit(Utf16View text, Utf16Unit wanted, std::size_t from, Accept accept)
 {
@@ -19,7 +19,7 @@ std::size_t FindUnit(Utf16View text, Utf16Unit wanted, std::size_t from, Accept 
         auto const* const block = reinterpret_cast<__m128i const*>(text.data() + from);
         auto const low = _mm_cmpeq_epi16(_mm_loadu_si128(block), wantedUnits);
         auto const high = _mm_cmpeq_epi16(_mm_loadu_si128(block + 1), wantedUnits);
-        // One bit for each unit.
+        // One bit for each code unit.
         for (auto hits = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(low, high))); hits != 0;
              hits &= hits - 1)
         {

@@ -7,7 +7,7 @@
 namespace zant
 {
 
-// A unit of UTF-16, for code that is also built elsewhere than on Windows, where wchar_t is twice as wide.
+// A UTF-16 code unit, for code that is also built where wchar_t has 32 bits.
 #ifdef _WIN32
 using Utf16Unit = wchar_t;
 #else
@@ -28,7 +28,7 @@ struct AsciiLiteral
     Utf16Unit units[size] = {};
 };
 
-// "text"_utf16: the units of an ASCII text.
+// "text"_utf16: an ASCII literal as UTF-16.
 template <AsciiLiteral literal>
 constexpr Utf16View operator""_utf16() noexcept
 {

@@ -4,7 +4,7 @@
 namespace zant
 {
 
-// The length in bytes of a character by its first byte; 1 for a byte that begins none.
+// The length in bytes of the character that begins with this byte; 1 for a byte that begins none.
 constexpr std::size_t LengthOfCharacter(unsigned char first) noexcept
 {
     if (first < 0xC0)
@@ -18,8 +18,7 @@ constexpr std::size_t LengthOfCharacter(unsigned char first) noexcept
     return first < 0xF0 ? 3 : 4;
 }
 
-// UTF-8 text that was cut at some byte, without the character at its end that the cut has halved, if any. Other
-// invalid bytes stay as they are.
+// UTF-8 text that was cut at an arbitrary byte, without an incomplete character at its end. Other invalid bytes stay.
 constexpr std::string_view WithoutHalvedCharacter(std::string_view text) noexcept
 {
     constexpr std::size_t longestCharacter = 4;
@@ -28,7 +27,7 @@ constexpr std::string_view WithoutHalvedCharacter(std::string_view text) noexcep
         auto const byte = static_cast<unsigned char>(text[text.size() - tail]);
         if ((byte & 0xC0) == 0x80)
         {
-            continue; // inside a character: its first byte is further to the left
+            continue; // continuation byte: the first byte is further left
         }
         return LengthOfCharacter(byte) > tail ? text.substr(0, text.size() - tail) : text;
     }

@@ -4,7 +4,7 @@
 namespace VelmoNotificationClient
 {
 
-// The log site of everything that serves the helper.
+// The log site of the code that serves the helper.
 inline constexpr LogSite appServiceLog(L"AppService");
 
 } // namespace VelmoNotificationClient

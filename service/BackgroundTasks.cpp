@@ -32,7 +32,7 @@ bool Register(BackgroundTaskBuilder const& task, wchar_t const* doneLine, wchar_
     }
 }
 
-// Neither task has an entry point: so they arrive in the app's own process.
+// Neither task has an entry point, so the platform activates them in the app's own process.
 
 bool RegisterPushTask()
 {
@@ -54,7 +54,7 @@ bool RegisterTimerTask()
                     L"Register background task: TimerTaskName failed");
 }
 
-void RegisterAnew(PushNotificationChannel const& channel, zant::ZANT_Event_t const* registered)
+void ReplaceRegistrations(PushNotificationChannel const& channel, zant::ZANT_Event_t const* registered)
 {
     if (!StoreChannelUri(channel, L"Appservice channel : uri is written to local setting",
                          L"Unregister all the background tasks"))
@@ -73,7 +73,7 @@ void RegisterWithChannel(ChannelRequest const& request, zant::ZANT_Event_t const
 {
     try
     {
-        RegisterAnew(request.GetResults(), registered);
+        ReplaceRegistrations(request.GetResults(), registered);
         appServiceLog.Info(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
     }
     catch (...)

@@ -22,7 +22,7 @@ namespace
 
 constexpr wchar_t uriKey[] = L"CURI";
 
-// For the log alone, with each percent sign twice.
+// The URI as part of a log message, with each percent sign doubled.
 std::wstring ForLog(std::wstring_view uri)
 {
     std::wstring text;
@@ -47,7 +47,7 @@ void Write(winrt::hstring const& uri, wchar_t const* writeLine)
     {
         return;
     }
-    // Read for its failure alone: the URI is written whether or not it has changed.
+    // Called for its failure only: the URI is written whether or not it has changed.
     static_cast<void>(values.Lookup(uriKey));
     appServiceLog.Info(writeLine);
     values.Insert(uriKey, winrt::box_value(uri));

@@ -25,8 +25,8 @@ void SendUpdate(ValueSet const& reply, RequestDeferral const& requestDeferral)
     SendReply(reply, requestDeferral, replyLines);
 }
 
-// The helper hears of an update also when no URI is stored: then the message lacks the URI. When the new one could not
-// be stored, it hears that first, and then of the older one that is.
+// The helper receives an update even if no URI is stored: the message then lacks it. If the new URI cannot be stored,
+// the helper receives such an update first, and then the URI stored before, if any.
 void SendStoredUri(PushNotificationChannel const& channel, ValueSet const& reply,
                    RequestDeferral const& requestDeferral)
 {

@@ -6,10 +6,10 @@
 namespace VelmoNotificationClient
 {
 
-// Gets the push channel, stores its URI, and sends it to the helper with what outgoingMessage holds already. Returns at
-// once; the rest happens on other threads. The request's deferral is completed once at the end of the chain and once
-// more for each message sent, in whichever order these end. Throws hresult_error when the channel request fails at
-// once: then nothing was sent and nothing completed.
+// Requests the push channel, stores its URI, and sends it to the helper with the present content of outgoingMessage.
+// Returns at once; the rest runs on other threads. The request's deferral is completed once at the end of the chain and
+// once for each message sent, in the order in which these end. Throws hresult_error when the channel request fails at
+// once: then nothing is sent or completed.
 void GetChannelUriStr(winrt::Windows::Foundation::Collections::ValueSet const& outgoingMessage,
                       RequestDeferral const& requestDeferral);
 

@@ -2,12 +2,12 @@
 #include "service/AppLogHook.h"
 #include "utils/LogLevel.h"
 
-// One log site of the application: component "ZEB", the category of its part of the program, and the two levels that
-// the application uses. A message is always a printf format.
+// A log site of the application: component "ZEB", the category of its part of the program, and the two levels that the
+// application uses. A message is always a printf format.
 class LogSite
 {
   public:
-    // category: a literal; it is kept, not copied.
+    // category: a literal; not copied.
     explicit constexpr LogSite(wchar_t const* category) noexcept : m_category(category) {}
 
     template <typename... Arguments>

@@ -1,7 +1,7 @@
 #pragma once
 
-// What crosses the connection between the app and the desktop helper: value sets whose keys and values are these texts,
-// compared and written exactly as they stand.
+// The messages between the app and the desktop helper: value sets with these strings as keys and values, compared and
+// written exactly.
 namespace VelmoNotificationClient::Messages
 {
 
@@ -13,16 +13,16 @@ inline constexpr wchar_t registerBackgroundTask[] = L"RegisterBackgroundTask";
 inline constexpr wchar_t unregisterBackgroundTask[] = L"UnregisterBackgroundTask";
 inline constexpr wchar_t exitZeb[] = L"ExitZEB";
 
-// App to helper, in a message of the app's own; the helper tells messages apart by this value alone.
+// App to helper, in a message; its value alone identifies the message.
 inline constexpr wchar_t newMessageKey[] = L"NewMessage";
 
-// The app has tried to get the channel; there is a URI if the next key is there.
+// The app has requested the channel; newCuriKey is present if there is a URI.
 inline constexpr wchar_t updatedChannelUriAvailable[] = L"UpdatedChannelURIAvailable";
 inline constexpr wchar_t registerBkgTaskDone[] = L"RegisterBkgTaskDone";
 inline constexpr wchar_t backgroundtaskRegistrationFailed[] = L"BackgroundtaskRegistrationFailed";
 inline constexpr wchar_t unregisterBackgroundTaskDone[] = L"UnregisterBackgroundTaskDone";
 
-// Beside it, after it: the stored channel URI.
+// Inserted after newMessageKey: the stored channel URI.
 inline constexpr wchar_t newCuriKey[] = L"NewCuri";
 
 // App to helper, in the response to the request to exit.

@@ -21,7 +21,7 @@ void NotificationAppService::ServiceNewConnection(BackgroundActivatedEventArgs c
     auto const connection = NotNull(NotNull(details).AppServiceConnection());
     appServiceConnection.Set(connection);
     connection.ServiceClosed(OnServiceClosed);
-    connection.RequestReceived(OnRequestReceived); // last: requests may come from here on
+    connection.RequestReceived(OnRequestReceived); // last: requests may arrive from here on
 }
 
 void NotificationAppService::OnTaskCanceled(IBackgroundTaskInstance const&, BackgroundTaskCancellationReason const&)

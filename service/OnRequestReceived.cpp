@@ -1,4 +1,4 @@
-// The way of a request: from the helper's message to the reply, one function for each command.
+// Handles the helper's requests, one function for each command.
 
 #include "service/AppServiceLog.h"
 #include "service/BackgroundTasks.h"
@@ -35,7 +35,7 @@ constexpr ReplyLines registrationFailedLines{
     {L"Msg sent to WIN32 for background task registration failed", L"RegisterBkgServices deferral complete"},
     {L"Error in sending response for appservice requset after timeout  in bkg task registration", nullptr}};
 
-// Also after the message that says that there is no URI.
+// Also for the reply to a registration without a stored URI.
 constexpr ReplyLines registrationDoneLines{
     {L"Msg sent to WIN32 for background task registration done", L"RegisterBkgServices deferral complete"},
     {L"Error in sending response for appservice requset after sucessful bkg task registration deferral complete",
@@ -50,7 +50,7 @@ void GetChannelUri(ValueSet const& outgoingMessage, RequestDeferral const& reque
     appServiceLog.Info(L"RequestReceived for channel URI");
     try
     {
-        GetChannelUriStr(outgoingMessage, requestDeferral); // replies later
+        GetChannelUriStr(outgoingMessage, requestDeferral); // replies asynchronously
     }
     catch (...)
     {
@@ -125,8 +125,8 @@ void ExitZeb(AppServiceRequest const& request, RequestDeferral const& requestDef
     }
 }
 
-// The command's value as text. Empty, which is no command, for other values that do not say themselves how they read:
-// as text they would be a number or the name of a class. Throws hresult_error when there is no value.
+// The command as a string. Empty, which is no command, for a value that is neither a string nor IStringable. Throws
+// hresult_error when there is no value.
 winrt::hstring CommandOf(AppServiceRequest const& request)
 {
     auto const value = NotNull(NotNull(request.Message()).Lookup(Messages::commandKey));
@@ -139,8 +139,8 @@ winrt::hstring CommandOf(AppServiceRequest const& request)
 
 } // namespace
 
-// What is not caught on the way leaves to the platform: no line, no reply, and the request stays open, as one with an
-// unknown command does.
+// Uncaught exceptions propagate to the platform: the request has no log line and no reply, and stays open, like one
+// with an unknown command.
 void NotificationAppService::OnRequestReceived(AppServiceConnection const&,
                                                AppServiceRequestReceivedEventArgs const& args)
 {

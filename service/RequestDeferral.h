@@ -7,7 +7,7 @@
 namespace VelmoNotificationClient
 {
 
-// The deferral of a request, which several continuations complete: copies share one deferral. Any thread.
+// The deferral of a request, which several continuations complete. Copies share the deferral. Any thread.
 class RequestDeferral
 {
   public:
@@ -15,19 +15,19 @@ class RequestDeferral
 
     explicit RequestDeferral(AppServiceDeferral deferral) : m_state(std::make_shared<State>(std::move(deferral))) {}
 
-    // Calls the platform each time. Throws hresult_error when that fails, unless another completion has succeeded: the
-    // platform may refuse to complete a request again. A completion that fails while another one is under way leaves
-    // the failure to that one; so of several that all fail the last one throws.
+    // Calls the platform each time. Throws hresult_error on failure, unless another completion has succeeded: the
+    // platform may refuse to complete a request again. A completion that fails while another one is in progress leaves
+    // the failure to that one; when all fail, the last one throws.
     void Complete() const
     {
-        ++m_state->doneOrUnderWay;
+        ++m_state->doneOrInProgress;
         try
         {
             m_state->deferral.Complete();
         }
         catch (...)
         {
-            if (--m_state->doneOrUnderWay == 0)
+            if (--m_state->doneOrInProgress == 0)
             {
                 throw;
             }
@@ -40,7 +40,7 @@ class RequestDeferral
         explicit State(AppServiceDeferral taken) : deferral(std::move(taken)) {}
 
         AppServiceDeferral deferral;
-        std::atomic<unsigned> doneOrUnderWay = 0; // completions that have not failed
+        std::atomic<unsigned> doneOrInProgress = 0; // completions that have not failed
     };
 
     std::shared_ptr<State> m_state;

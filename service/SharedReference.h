@@ -5,10 +5,10 @@
 namespace VelmoNotificationClient
 {
 
-// A reference to a platform object, read and replaced by any thread at any time. No lock orders the threads: whoever
-// reads gets what stands there at that moment, with a reference of its own, so that the object outlives the call made
-// on it even when the field is replaced meanwhile. For static fields: handlers may still use it while the process
-// exits, so its destruction releases nothing.
+// A reference to a platform object that any thread reads and replaces at any time. No lock orders the threads: Get
+// returns the current object with a reference of its own, so that the object outlives the call made on it even if the
+// field is replaced meanwhile. For static fields: handlers may use it during process exit, so its destruction releases
+// nothing.
 template <typename T>
 class SharedReference
 {
@@ -28,10 +28,10 @@ class SharedReference
         return value ? *value : T(nullptr);
     }
 
-    // What stood there before is released.
+    // Releases the previous object.
     void Set(T const& value) { m_value.store(value ? std::make_shared<T const>(value) : nullptr); }
 
-    // Null from here on, unless another object than this one stands there.
+    // Sets null if this object is the current one.
     void Clear(T const& object) noexcept
     {
         auto held = m_value.load();

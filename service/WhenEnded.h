@@ -20,14 +20,15 @@ winrt::fire_and_forget ContinueOnPool(Continuation continuation, Operation opera
 
 } // namespace impl
 
-// Calls continuation(operation, status) when the operation has ended, on the thread that ends it. The platform calls a
-// handler at once, on the thread that sets it, when the operation has ended by then; the continuation runs on the
-// thread pool in that case, so that it never runs on the calling thread. Throws hresult_error when the handler cannot
-// be set. An exception that leaves the continuation ends the process, as does a thread pool that takes no work.
+// Calls continuation(operation, status) when the operation has completed or failed, on the thread that completes it.
+// For an operation that has completed already, the platform calls a handler at once on the thread that sets it; the
+// continuation then runs on the thread pool, so that it never runs on the calling thread. Throws hresult_error when the
+// handler cannot be set. An exception that leaves the continuation ends the process, as does a thread pool that accepts
+// no work.
 template <typename Operation, typename Continuation>
 void WhenEnded(Operation const& operation, Continuation continuation)
 {
-    // NOLINTNEXTLINE(bugprone-exception-escape): nothing is left to hear of a failure in it, which ends the process
+    // NOLINTNEXTLINE(bugprone-exception-escape): a failure in it ends the process, on purpose
     operation.Completed([continuation = std::move(continuation), starter = GetCurrentThreadId()](
                             Operation const& ended, winrt::Windows::Foundation::AsyncStatus status) noexcept {
         if (GetCurrentThreadId() == starter)

@@ -12,8 +12,8 @@ namespace
 
 constexpr wchar_t category[] = L"FileUtils";
 
-// False when there is nothing to try again for.
-bool TakeReadOnlyAway(std::wstring const& path) noexcept
+// False when the file is not read-only: a second attempt would fail, too.
+bool ClearReadOnly(std::wstring const& path) noexcept
 {
     auto const attributes = GetFileAttributesW(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0)
@@ -24,7 +24,7 @@ bool TakeReadOnlyAway(std::wstring const& path) noexcept
         LogLevel::Debug, category,
         L"File '%s' is with read-only. Its attribute is: '%d'. UnSetting its read-only attr and retry deleting",
         path.c_str(), attributes);
-    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL); // where that fails, so does the second attempt
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL); // on failure the second attempt fails, too
     return true;
 }
 
@@ -37,7 +37,7 @@ bool DeleteFileWithRetry(std::wstring const& path) noexcept
         return true;
     }
     auto error = GetLastError();
-    if (error == ERROR_ACCESS_DENIED && TakeReadOnlyAway(path))
+    if (error == ERROR_ACCESS_DENIED && ClearReadOnly(path))
     {
         if (DeleteFileW(path.c_str()))
         {

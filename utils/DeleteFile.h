@@ -4,9 +4,9 @@
 namespace zant
 {
 
-// Deletes a file, also a read-only one: that attribute is taken away for a second attempt (logged at DEBUG). A link is
-// deleted itself, not what it leads to. True when nothing is at the path afterwards, as when nothing was there; else
-// false (logged at ERROR), as for a folder, which stays.
+// Deletes a file. On a read-only file it clears the attribute and tries again (logged at DEBUG). A link itself is
+// deleted, not its target. True when nothing exists at the path afterwards, including when nothing did before;
+// otherwise false (logged at ERROR), also for a folder, which stays.
 bool DeleteFileWithRetry(std::wstring const& path) noexcept;
 
 } // namespace zant

@@ -32,8 +32,7 @@ ZANT_Event_t* CreateEvnt() noexcept
     auto* const record = new (std::nothrow) ZANT_Event_t{nullptr};
     if (!record || CreateEvntIntl(record) != 0)
     {
-        // A record without an event is left behind: a few bytes, when the system is out of handles anyway.
-        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
+        // The record without an event leaks: a few bytes, when the system is out of handles.
         LogFromUtils(LogLevel::Warn, category, L"Failed in CreateEvnt");
         return nullptr;
     }

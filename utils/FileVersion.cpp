@@ -14,8 +14,8 @@ namespace zant
 namespace
 {
 
-// Copies no more than the resource says it has: one that was made too short is not read beyond its end, and one that is
-// empty has no signature.
+// Copies at most the size that the resource reports: a truncated resource is not read beyond its end, and an empty one
+// has no signature.
 std::optional<VS_FIXEDFILEINFO> FixedInformationOf(std::wstring const& path)
 {
     constexpr DWORD signature = 0xFEEF04BD;

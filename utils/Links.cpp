@@ -60,8 +60,8 @@ bool HasSeveralLinks(std::wstring const& path) noexcept
     BY_HANDLE_FILE_INFORMATION information;
     if (!GetFileInformationByHandle(file, &information))
     {
-        // The handle stays open, on purpose: until the process ends nobody can delete or rename a file about whose
-        // links nothing is known. That is why no UniqueHandle owns it.
+        // The handle stays open, on purpose, so no UniqueHandle owns it: until the process ends, no one can delete or
+        // rename a file whose links are unknown.
         return false;
     }
     CloseHandle(file);

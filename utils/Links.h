@@ -5,8 +5,8 @@
 namespace zant
 {
 
-// Whether a path leads where it seems to. Who can put a link in a file's way chooses what is written to or deleted.
-// The numbers are what callers of other modules compare with.
+// Whether a path can be redirected by a link. A link in a file's path determines which file is written to or deleted.
+// Callers in other modules compare with these numbers.
 enum class LinkCheck : std::int32_t
 {
     NoLink = 0,
@@ -15,13 +15,12 @@ enum class LinkCheck : std::int32_t
     SeveralLinks = 3  // the file has more than one hard link
 };
 
-// What does not exist, or cannot be asked, is no link; nor is anything above a path of more than 259 characters, where
-// the system's function ends, and where this app opens no file. Nothing is promised for what happens to the path
-// afterwards. When memory is too short to look at the folders above, the answer is ParentIsLink: a path that was not
-// looked at is not to be used.
+// A path that does not exist, or cannot be examined, is no link; nor are the folders of a path beyond 259 characters
+// examined, since the system's function stops there and this app opens no such file. The answer can be outdated at
+// once. When memory is too short to examine the folders, the answer is ParentIsLink, so that the path is not used.
 LinkCheck CheckLinks(std::wstring const& path, bool checkHardLinks) noexcept;
 
-// False also for a file that cannot be opened for reading and writing, or whose information cannot be read.
+// False also when the file cannot be opened for reading and writing, or its information cannot be read.
 bool HasSeveralLinks(std::wstring const& path) noexcept;
 
 } // namespace zant

@@ -41,8 +41,8 @@ try
     {
         return {};
     }
-    // A character for each byte: room for a value that grows in between. The text ends at its first zero, and the
-    // buffer has one more behind it, for a value stored without.
+    // One character for each byte: room for a value that grows between the two calls. The string ends at its first
+    // zero; the buffer has one more element, for a value stored without a terminator.
     std::wstring buffer(bytes, L'\0');
     auto capacity = static_cast<DWORD>(buffer.size() * sizeof(wchar_t));
     auto* const data = reinterpret_cast<BYTE*>(buffer.data());
@@ -63,7 +63,7 @@ bool GetUserLocale(std::wstring& result) noexcept
     result = ReadLocalePreference();
     if (result.empty())
     {
-        // Five characters, which a string holds without asking for memory.
+        // Five characters, which a string holds without allocating.
         result = LocaleName(GetUserDefaultUILanguage(), GetUserDefaultLangID());
     }
     return true;

@@ -29,13 +29,13 @@ struct Language
     std::wstring_view code;
 };
 
-// Where the region decides. Algeria, Morocco and Tunisia read French rather than English.
+// Languages whose region decides. Algeria, Morocco and Tunisia use French rather than English.
 constexpr Region regions[] = {
     {1, 5, L"fr_MA"}, {1, 6, L"fr_MA"}, {1, 7, L"fr_MA"},  {4, 2, L"zh_CN"},
     {4, 4, L"zh_CN"}, {9, 2, L"en_GB"}, {10, 2, L"es_MX"}, {12, 3, L"fr_CA"},
 };
 
-// For all other regions of a language. The suite has no Arabic and no Hebrew, but English for where they are spoken.
+// All other regions of a language. The suite has no Arabic and no Hebrew, but English for their regions.
 constexpr Language languages[] = {
     {1, L"en_AE"},  {2, L"bg_BG"},  {4, L"zh_TW"},  {5, L"cs_CZ"},  {6, L"da_DK"},  {7, L"de_DE"},  {8, L"el_GR"},
     {9, L"en_US"},  {10, L"es_ES"}, {11, L"fi_FI"}, {12, L"fr_FR"}, {13, L"en_IL"}, {14, L"hu_HU"}, {16, L"it_IT"},

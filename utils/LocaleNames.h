@@ -5,11 +5,10 @@
 namespace zant
 {
 
-// The locale of the desktop suite, such as "en_US", for a user whose Windows shows `uiLanguage` and whose formats are
-// those of `languageId`; both are language identifiers of Windows. One of the suite's 39 codes, "en_US" for languages
-// that it does not have.
+// The suite's locale, such as "en_US", for a user with these Windows language identifiers: `uiLanguage` of the user
+// interface, `languageId` of the formats. One of the suite's 39 codes; "en_US" for a language without one.
 //
-// The language is that of the user interface. Its region is that of the formats when they are of the same language.
+// The language is that of the user interface. The region is that of the formats if they have the same language.
 std::wstring_view LocaleName(std::uint16_t uiLanguage, std::uint16_t languageId) noexcept;
 
 } // namespace zant

@@ -5,8 +5,8 @@
 namespace zant
 {
 
-// How severe a line is; the greater, the more severe. The numbers are what callers of other languages pass and what is
-// compared. Any other number is allowed: it counts by its value.
+// The severity of a line: the greater, the more severe. Callers in other languages pass these numbers, and they are
+// what is compared. Any other number is valid and counts by its value.
 enum class LogLevel : std::int32_t
 {
     Trace = 10,
@@ -15,7 +15,7 @@ enum class LogLevel : std::int32_t
     Warn = 40,
     Error = 50,
     Fatal = 60,
-    None = 70 // as a threshold: nothing is written. No operation logs at it.
+    None = 70 // as a threshold: writes nothing. No operation logs at it.
 };
 
 // The name in the brackets of a line.

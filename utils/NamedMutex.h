@@ -7,12 +7,12 @@ namespace zant
 enum class MutexWait
 {
     Acquired,
-    Abandoned, // acquired; its last owner ended without releasing it
+    Abandoned, // acquired; its previous owner ended without releasing it
     TimedOut,
     Failed
 };
 
-// One wait for a mutex and, when it got it, the ownership until the end of the scope. A mutex belongs to the thread
+// One wait for a mutex and, if it succeeds, the ownership until the end of the scope. A mutex belongs to the thread
 // that waited, so a scope stays on its thread.
 class [[nodiscard]] MutexScope
 {
@@ -31,12 +31,12 @@ class [[nodiscard]] MutexScope
     MutexWait m_outcome;
 };
 
-// Gives the holder the mutex of that name, created (not owned) or joined where it exists; true when the holder has a
-// handle, at once when it already had one. Where access is denied (a process of other rights made it) the mutex is
-// opened without asking for any right: a wait on such a handle may fail, and the wait's outcome tells.
+// Creates the mutex of that name (not owned) or opens an existing one. True when the holder has a handle; returns at
+// once if it had one before. When access is denied (a process with other rights created it), the mutex is opened
+// without any access right: a wait on such a handle may fail, and reports that.
 bool CreateOrOpenMutex(UniqueHandle& holder, wchar_t const* name) noexcept;
 
-// A mutex that processes share by its name, or nothing yet.
+// A mutex that processes share by its name. Empty before CreateOrOpen.
 class NamedMutex
 {
   public:

@@ -13,7 +13,7 @@ namespace
 
 constexpr wchar_t category[] = L"OSUtils";
 
-// A function that not every system has; null where it is missing.
+// A function that some systems lack; null there.
 template <typename Function>
 Function FindInKernel(char const* name) noexcept
 {
@@ -34,7 +34,7 @@ std::uint32_t ArchitectureOf(USHORT nativeMachine) noexcept
     }
 }
 
-// Sets bits only when the system answers.
+// Sets bits only on success.
 bool AskIsWow64Process(std::uint32_t& bits) noexcept
 {
     auto const isWow64Process = FindInKernel<decltype(&IsWow64Process)>("IsWow64Process");

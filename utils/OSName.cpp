@@ -21,7 +21,7 @@ constexpr KnownSystem knownSystems[] = {
     {6, 2, L"Windows 8"},  {6, 3, L"Windows 8.1"},
 };
 
-// Of all C++ conversions wcstoll is the one that reads and saturates like _wtoi64; long long has 64 bits everywhere.
+// wcstoll is the C++ conversion that parses and saturates like _wtoi64; long long has 64 bits on all platforms.
 std::int32_t BuildNumber(wchar_t const* buildText) noexcept
 {
     return static_cast<std::int32_t>(std::wcstoll(buildText, nullptr, 10));

@@ -11,7 +11,7 @@ namespace zant
 namespace
 {
 
-// Compares the three numbers as one version; a later number counts where those before it are equal.
+// Compares the three numbers as one version: a later number counts when those before it are equal.
 bool IsAtLeast(std::uint32_t major, std::uint32_t minor, std::uint32_t servicePack) noexcept
 {
     OSVERSIONINFOEXW wanted = {};
@@ -26,7 +26,7 @@ bool IsAtLeast(std::uint32_t major, std::uint32_t minor, std::uint32_t servicePa
     return VerifyVersionInfoW(&wanted, compared, conditions) != FALSE;
 }
 
-// The number before the first one of `first` to `last` that is not reached; 0 when all are.
+// The number before the first one from `first` to `last` that is not reached; 0 when all are.
 template <typename IsReached>
 std::uint32_t LastReached(std::uint32_t first, std::uint32_t last, IsReached isReached) noexcept
 {
@@ -84,7 +84,7 @@ bool GetOSName(OSVersion const& version, std::wstring& name) noexcept
 try
 {
     std::wstring buildText;
-    GetOSBuildText(buildText); // without it the name is that of the earliest build
+    GetOSBuildText(buildText); // on failure the name is that of the earliest build
     name = OSName(version.major, version.minor, buildText.c_str());
     return true;
 }

@@ -9,12 +9,11 @@
 namespace zant
 {
 
-// In a buffer of the length that the shell's function is documented for: Wine's looks one character beyond the end of
-// "C:".
+// Uses a buffer of the documented length of the shell's function: Wine's reads one character beyond the end of "C:".
 bool RemoveLastComponent(std::wstring& path) noexcept
 {
     wchar_t buffer[MAX_PATH] = {};
-    auto const length = path.find_last_not_of(L'\\') + 1; // without any other character the sum wraps round to 0
+    auto const length = path.find_last_not_of(L'\\') + 1; // without any other character: npos + 1 is 0
     if (length >= std::size(buffer))
     {
         return false;

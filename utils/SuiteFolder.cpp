@@ -18,15 +18,14 @@ bool IsArm64Machine() noexcept
 {
     std::uint32_t bits = 0;
     std::uint32_t architecture = 0;
-    _GetOSDetails(bits, architecture); // gives an architecture also when it fails
+    _GetOSDetails(bits, architecture); // sets the architecture also on failure
     return architecture == arm64;
 }
 
 } // namespace
 
-// From where the shell itself has its special folders for programs. Asking the shell would load it with all that it
-// needs: 26 ms under Wine, about as much as everything else from the start of the process to the first line; and this
-// is asked at each start.
+// Reads the value that the shell itself uses. Asking the shell would load it and its dependencies: 26 ms under Wine,
+// about as much as the rest of the start up to the first line, at each start.
 bool GetSuiteInstallFolder(std::wstring& result) noexcept
 try
 {

@@ -5,8 +5,8 @@
 namespace zant
 {
 
-// Owns one kernel handle, or none. Windows says "none" with null in some calls and with INVALID_HANDLE_VALUE in others;
-// here it is always null.
+// Owns one kernel handle, or none. Some functions of Windows mark "none" by null, others by INVALID_HANDLE_VALUE; here
+// it is always null.
 class UniqueHandle
 {
   public:

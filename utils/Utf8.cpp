@@ -10,15 +10,15 @@ namespace zant
 namespace
 {
 
-// Both directions of the system's conversion work alike: asked for the size, then given a buffer of that size, each
-// time with the text's length as an int. No text in an app comes near that limit, so a longer one just fails.
+// The system's conversions work alike in both directions: called for the size, then with a buffer of that size, with
+// the length as an int each time. No string of this app comes near that limit; a longer one fails.
 template <typename To, typename From, typename Convert>
 std::optional<To> Converted(From text, Convert convert) noexcept
 try
 {
     if (text.empty())
     {
-        return To(); // the system takes a length of zero for an error
+        return To(); // for the system a length of zero is an error
     }
     if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
     {

@@ -5,13 +5,13 @@
 namespace zant
 {
 
-// Where the utilities' own lines go: to the hook when it is set, else to the logger, else nowhere. Both start null and
-// are not owned. Whoever sets them does so before other threads use the utilities. This application sets neither.
+// The outlets of the utilities' lines: the hook if it is set, else the logger, else none. Both start null and are not
+// owned. Set them before other threads use the utilities. This application sets neither.
 extern LogFunction g_utilsLogHook;
 extern AbstractLogger* g_utilsLogger;
 
-// Any thread. format: a wide printf format for the arguments. The hook gets component "ZANTUtils" and the category; the
-// logger gets the category as the line's origin.
+// Any thread. format: a wide printf format for the arguments. The hook receives the component "ZANTUtils" and the
+// category; the logger receives the category as the line's origin.
 template <typename... Arguments>
 void LogFromUtils(LogLevel level, wchar_t const* category, wchar_t const* format, Arguments... arguments) noexcept
 {

@@ -7,8 +7,8 @@
 namespace zant
 {
 
-// Reads whole aligned blocks. A block never spans two pages, so the bytes around the text that come with it can be read
-// as well; those in front of it are masked out.
+// Reads whole aligned blocks. A block never spans two pages, so its bytes around the string are readable, too; those
+// before the string are masked out.
 wchar_t const* FindOrEnd(wchar_t const* text, wchar_t wanted) noexcept
 {
     static_assert(sizeof(wchar_t) == 2);
@@ -16,7 +16,7 @@ wchar_t const* FindOrEnd(wchar_t const* text, wchar_t wanted) noexcept
     auto const wantedBlock = _mm_set1_epi16(static_cast<short>(wanted));
     auto const offset = reinterpret_cast<std::uintptr_t>(text) % blockSize;
     auto const* block = reinterpret_cast<__m128i const*>(reinterpret_cast<char const*>(text) - offset);
-    auto visible = 0xFFFFu << offset; // a bit for each byte of the block
+    auto visible = 0xFFFFu << offset; // one bit for each byte of the block
     for (;; ++block, visible = 0xFFFF)
     {
         auto const characters = _mm_load_si128(block);

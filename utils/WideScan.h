@@ -4,11 +4,12 @@
 namespace zant
 {
 
-// The first place of zero-terminated text that holds `wanted`, else its terminator. Eight characters at a time: these
-// scans are much of what a log line computes, and the C runtime's go character by character under Wine.
+// The first character of a zero-terminated string that equals `wanted`, else the terminator. Reads eight characters at
+// a time: these scans are much of the computation of a log line, and under Wine the C runtime's functions read one
+// character at a time.
 wchar_t const* FindOrEnd(wchar_t const* text, wchar_t wanted) noexcept;
 
-// The whole of zero-terminated text; null stands for an empty one.
+// A zero-terminated string as a view; null counts as empty.
 inline std::wstring_view ViewOf(wchar_t const* text) noexcept
 {
     if (text == nullptr)
