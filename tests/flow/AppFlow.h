@@ -15,8 +15,8 @@
 namespace test
 {
 
-// The application in this process, against the simulator's runtime classes. Its waits are not slept through: each one
-// lasts until the test ends it.
+// Runs the application in this process, against the simulator's runtime classes. A wait of the app (Sleep) lasts until
+// the test ends it.
 class AppFlow : public testing::Test
 {
   protected:
@@ -26,40 +26,41 @@ class AppFlow : public testing::Test
     // What main does, on a thread of its own.
     void Start();
 
-    // Waits until Application::Start has returned, or thrown. Throws std::runtime_error when it does neither.
+    // Waits until Application::Start has returned or thrown. Throws std::runtime_error when it does neither.
     void WaitForEnd();
 
-    // The same for destructors: fails the test when that takes too long, and goes on waiting.
+    // The same for destructors: fails the test at the time limit and continues to wait.
     void JoinMain();
 
-    // The process as a whole, for an app that waits for nothing.
+    // Start and WaitForEnd, for an app that does not wait.
     void RunToEnd();
 
-    // Ends the wait that the app is in, or is about to begin.
+    // Ends the current or next wait of the app.
     void EndWait() { ReleaseSemaphore(m_waitMayEnd.Get(), 1, nullptr); }
 
-    // The messages in the log, in order. What is not at INFO, or not of the shell's category, is shown with it.
+    // The messages in the log, in order. A level other than INFO and a category other than the shell's are shown with
+    // the message.
     std::vector<std::wstring> Messages() const;
 
-    // How often the device reported that.
+    // The number of reports of that kind from the device.
     std::size_t CountReports(std::wstring_view kind) const;
 
     std::wstring LogPath() const { return temporary / L"Tessaline\\HOV\\KZEB.log"; }
 
     UserTemporaryFolder temporary;
-    PoolWatch pool; // outlives what runs on it
+    PoolWatch pool; // outlives the work on it
     sim::LocalHost host;
     std::vector<DWORD> waits;     // what the app waited for, in milliseconds
-    std::int32_t startResult = 0; // how Application::Start failed
+    std::int32_t startResult = 0; // the HRESULT with which Application::Start failed
     winrt::weak_ref<VelmoNotificationClient::App> app;
 
   private:
-    // Whether Application::Start returns, or throws, in time.
+    // Waits until Application::Start has returned or thrown; false at the time limit.
     bool TryWaitForEnd() const;
     std::runtime_error EndIsMissing() const;
 
     LogTearDown m_logTearDown;
-    zant::UniqueHandle m_ended; // signalled when Application::Start has returned, or thrown
+    zant::UniqueHandle m_ended; // signalled when Application::Start has returned or thrown
     zant::UniqueHandle m_waitMayEnd;
     SleepCall m_sleep;
     std::thread m_main;

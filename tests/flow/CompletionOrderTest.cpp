@@ -1,4 +1,4 @@
-// Whether a line comes before or after the completion that it is about: log lines and completions, in one order.
+// The order of log lines and the completions that they are about.
 
 #include "service/BackgroundTasks.h"
 #include "tests/flow/RegisteredTask.h"
@@ -10,7 +10,7 @@ namespace
 class CompletionOrder : public test::ServiceFlow
 {
   protected:
-    // How often requests had been completed when the line was about to be written.
+    // The number of completed requests when the line was about to be written.
     unsigned CompletionsAt(wchar_t const* message) const { return log->WaitForMessage(message); }
 };
 
@@ -75,7 +75,7 @@ TEST_F(CompletionOrder, OfTheExitNotAcknowledgedIsAfterItsLine)
     EXPECT_EQ(CompletionsAt(L"Error in sending ack still closing"), 0u);
 }
 
-// For a background task: the same with the tasks that the device has seen completed.
+// The same for a background task, with the completions that the device reports.
 class CompletionOrderOfTask : public test::AppFlow
 {
 };

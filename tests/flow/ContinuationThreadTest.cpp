@@ -1,5 +1,5 @@
-// On which thread the application goes on when a platform's operation has ended: never on the one that started it, also
-// when it has ended before anybody asks to be told.
+// The thread on which the application continues after a platform operation: never the one that started it, also when
+// the operation has completed before the handler is set.
 
 #include "service/NotificationAppService.h"
 #include "service/WhenEnded.h"

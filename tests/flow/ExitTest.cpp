@@ -53,7 +53,7 @@ TEST_F(ExitRequest, RemovesTheTasksAcknowledgesAndEndsTheApp)
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
-// An acknowledgement that ends badly, or with another status than success, is not noticed.
+// The outcome of the acknowledgement is ignored, whether it fails or has another status than success.
 class ExitRequestAckFailing : public ExitRequest, public testing::WithParamInterface<wchar_t const*>
 {
 };

@@ -13,9 +13,9 @@
 namespace test
 {
 
-// A request that no connection brought, for tests that run its handler on a thread of their own.
+// A request without a connection, for tests that run its handler on a thread of their own.
 
-// Refuses to be completed when it is to, and counts how often it was asked.
+// Fails to complete after a number of completions, and counts the calls.
 struct FakeDeferral : winrt::implements<FakeDeferral, winrt::Windows::ApplicationModel::AppService::IAppServiceDeferral>
 {
     using class_type = winrt::Windows::ApplicationModel::AppService::AppServiceDeferral;
@@ -32,7 +32,7 @@ struct FakeDeferral : winrt::implements<FakeDeferral, winrt::Windows::Applicatio
     std::atomic<int> refusedAfter = 1000;
 };
 
-// The sending of its response has ended when it returns.
+// Its response has been sent when SendResponseAsync returns.
 struct FakeRequest : winrt::implements<FakeRequest, winrt::Windows::ApplicationModel::AppService::IAppServiceRequest>
 {
     using class_type = winrt::Windows::ApplicationModel::AppService::AppServiceRequest;
@@ -79,7 +79,7 @@ struct FakeRequestArgs
     winrt::Windows::ApplicationModel::AppService::AppServiceRequest m_request = nullptr;
 };
 
-// Has the request handled on a thread of its own, which faults strike. With what the handler failed.
+// Runs the handler on a thread of its own, to which faults apply. Returns the HRESULT that it failed with.
 inline std::optional<std::int32_t> FailureOf(winrt::com_ptr<FakeRequestArgs> const& args)
 {
     std::optional<std::int32_t> failure;

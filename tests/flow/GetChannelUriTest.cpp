@@ -220,7 +220,7 @@ TEST_F(GetChannelUri, LeavesNoTraceAndStaysOpenWhenTheChannelRequestIsCancelled)
     log->WaitForLines(received.size());
     host.WaitUntilQuiet();
     ExpectLines(log->Lines(), received);
-    helper->Close(); // ends the request, which nobody completes
+    helper->Close(); // ends the request, which is never completed
     EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
 }
@@ -294,7 +294,7 @@ TEST_F(GetChannelUri, SaysThatNoUriIsStoredAlsoWhenTheMessageCannotBeSent)
     ExpectLog(received + stored + Lines{notFound, notSent, notFoundAfterSend, noException});
 }
 
-// A send that ends badly, or with another status than success, is not noticed.
+// The outcome of a send is ignored, whether it fails or has another status than success.
 class GetChannelUriSendFailing : public GetChannelUri, public testing::WithParamInterface<wchar_t const*>
 {
 };
@@ -310,7 +310,7 @@ TEST_P(GetChannelUriSendFailing, LogsTheSameAsOneThatWorks)
 INSTANTIATE_TEST_SUITE_P(Outcomes, GetChannelUriSendFailing,
                          testing::Values(L"completion 0x800706BA", L"status 1", L"status 2", L"cancelled"));
 
-// Whatever the URI, it is logged with doubled percent signs, stored and sent as it is.
+// Each URI is logged with doubled percent signs, stored and sent unchanged.
 class GetChannelUriOf : public GetChannelUri, public testing::WithParamInterface<wchar_t const*>
 {
 };
@@ -348,7 +348,7 @@ TEST_F(GetChannelUri, GoesOutOnTheNewerConnection)
     EXPECT_EQ(helper->Messages(), Lines());
 }
 
-// A helper that connects while a request is under way, at this line of it.
+// A helper that connects during a request, at this line.
 struct Moment
 {
     wchar_t const* command;

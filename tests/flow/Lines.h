@@ -5,7 +5,7 @@
 namespace test
 {
 
-// Lines of a log, or whatever else comes in order and is compared as text.
+// Lines of a log, or other strings that are compared in order.
 struct Lines : std::vector<std::wstring>
 {
     using std::vector<std::wstring>::vector;
@@ -19,7 +19,7 @@ inline Lines operator+(Lines lines, Lines const& more)
     return lines;
 }
 
-// Each on a line of its own, for a failure's message.
+// For a failure's message, each on its own line.
 inline std::wstring Shown(std::vector<std::wstring> const& lines)
 {
     std::wstring text;

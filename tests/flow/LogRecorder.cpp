@@ -91,7 +91,7 @@ std::vector<std::wstring> LogRecorder::Texts() const
     return texts;
 }
 
-// No line of the application has more than one argument, and that one is text.
+// No line of the application has more than one argument, and that is a string.
 std::int32_t LogRecorder::Write(std::uint32_t level, wchar_t const* component, wchar_t const* category,
                                 wchar_t const* ignored, wchar_t const* location, wchar_t const* format, ...)
 {

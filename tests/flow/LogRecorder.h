@@ -11,36 +11,36 @@
 namespace test
 {
 
-// While it lives, it stands between the application's log sites and the log: each line goes on to AppLog, and is kept
-// here once it has been written, for tests to wait for. There may be one at a time.
+// Records the application's log lines while it exists: each line is passed on to AppLog and, once written, kept for
+// tests to wait for. At most one exists at a time.
 class LogRecorder
 {
   public:
-    // Of the application's log function, which must be set already. count: what is noted with each line.
+    // Replaces the application's log function, which must be set. count: a number to keep with each line.
     explicit LogRecorder(std::function<unsigned()> count);
     LogRecorder(LogRecorder const&) = delete;
     LogRecorder& operator=(LogRecorder const&) = delete;
     ~LogRecorder();
 
-    // All lines so far: "[LEVEL] category message".
+    // All lines so far, as "[LEVEL] category message".
     std::vector<std::wstring> Lines() const;
 
-    // The same once there are so many. Throws std::runtime_error when they do not come.
+    // Waits for that many lines; returns all lines so far. Throws std::runtime_error at the time limit.
     std::vector<std::wstring> WaitForLines(std::size_t count) const;
 
-    // The same once there are so many, or the time for it is over, for a caller that shows what is missing.
+    // The same without the exception, for a caller that shows what is missing.
     std::vector<std::wstring> TryWaitForLines(std::size_t count) const;
 
-    // Waits for a line with this message, and gives what was counted when it was about to be written. A line that does
-    // not come fails the test, at the place of the call.
+    // Waits for a line with this message and returns the count from before it was written. At the time limit the test
+    // fails at the place of the call.
     unsigned WaitForMessage(std::wstring const& message,
                             std::source_location where = std::source_location::current()) const;
 
-    // Waits for a line with this message, and gives the thread that wrote it.
+    // Waits for a line with this message and returns the thread that wrote it.
     std::uint32_t WaitForThreadOf(std::wstring const& message,
                                   std::source_location where = std::source_location::current()) const;
 
-    // The thread that writes the next line with this message does that, once, before it goes on.
+    // The thread that writes the next line with this message runs the action once before it continues.
     void After(std::wstring message, std::function<void()> action);
 
   private:

@@ -21,8 +21,8 @@ struct Work
     void* context;
 };
 
-// They outlive each watch, which the last work may find gone. Not an atomic that is waited for: this library's wait may
-// miss the notification.
+// Static, since the last work may finish after its watch is destroyed. No atomic wait: this library's may miss a
+// notification.
 std::mutex mutex; // over the counts
 std::condition_variable idle;
 int begun = 0;
@@ -62,7 +62,7 @@ PoolWatch::PoolWatch()
               Finish();
               return FALSE;
           }
-          static_cast<void>(work.release()); // Run has it from here
+          static_cast<void>(work.release()); // owned by Run
           return TRUE;
       })
 {

@@ -6,8 +6,8 @@
 namespace test
 {
 
-// While it lives, all that this process has run on the system's thread pool can be waited for: also the application's
-// continuations, which the platform does not know of.
+// Tracks all work of this process on the system's thread pool while it exists, also the application's continuations,
+// which the platform does not track, so that tests can wait for it.
 class PoolWatch
 {
   public:
@@ -16,8 +16,8 @@ class PoolWatch
     PoolWatch& operator=(PoolWatch const&) = delete;
     ~PoolWatch() { WaitUntilIdle(); }
 
-    // Until nothing runs there, or waits to run. What takes too long fails the test, and is waited for all the same: it
-    // may use what the caller is about to destroy. The watchdog ends a program that hangs here.
+    // Waits until no work runs or is queued there. Fails the test at the time limit and continues to wait, since the
+    // work may use what the caller is about to destroy. The watchdog ends a program that hangs here.
     static void WaitUntilIdle();
 
   private:

@@ -4,7 +4,7 @@
 namespace test
 {
 
-// Registers a background task of the app, on the platform as it is.
+// Registers a background task of the app with the platform.
 inline void RegisterTask(winrt::param::hstring const& name,
                          winrt::Windows::ApplicationModel::Background::IBackgroundTrigger const& trigger)
 {
@@ -19,7 +19,7 @@ inline void RegisterPushTask(winrt::param::hstring const& name)
     RegisterTask(name, winrt::Windows::ApplicationModel::Background::PushNotificationTrigger());
 }
 
-// Of a timer that fires once a day.
+// With a timer that fires once a day.
 inline void RegisterDailyTask(winrt::param::hstring const& name)
 {
     RegisterTask(name, winrt::Windows::ApplicationModel::Background::TimeTrigger(24 * 60, false));

@@ -1,4 +1,4 @@
-// A request's deferral that is completed more than once, and a platform that refuses all but the first completion.
+// Repeated completion of a request's deferral, and a platform that refuses all but the first.
 
 #include "service/RequestDeferral.h"
 #include "service/NotificationAppService.h"

@@ -147,7 +147,7 @@ INSTANTIATE_TEST_SUITE_P(Failures, RequestWithoutDeferral,
                          testing::Values(L"AppServiceRequestReceivedEventArgs.GetDeferral now 0x80004005",
                                          L"AppServiceRequestReceivedEventArgs.GetDeferral null"));
 
-// A value that says itself how it reads.
+// A value with a string form of its own.
 struct Stringable : winrt::implements<Stringable, winrt::Windows::Foundation::IStringable>
 {
     winrt::hstring ToString() const { return L"UnregisterBackgroundTask"; }

@@ -61,8 +61,8 @@ ServiceFlow::~ServiceFlow()
     helper.reset();
     host.WaitUntilQuiet();
     PoolWatch::WaitUntilIdle();
-    log.reset(); // nobody logs any more
-    // Class-wide, as the log is process-wide: a test program starts each test without them.
+    log.reset(); // no thread logs any more
+    // Class-wide: cleared so that each test starts without them.
     NotificationAppService::appServiceConnection.Set(nullptr);
     NotificationAppService::serviceDeferral.Set(nullptr);
 }

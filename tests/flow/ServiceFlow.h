@@ -12,34 +12,34 @@
 namespace test
 {
 
-// The application with a desktop helper connected to its service. The lines of a test are those that come after that.
+// The application with a desktop helper connected to its service. The recorded lines are those after the connection.
 class ServiceFlow : public AppFlow
 {
   protected:
     ServiceFlow();
     ~ServiceFlow() override;
 
-    // Runs until the log has as many lines as these threads write together, ends the app, and compares: first the
-    // common lines, then those of each thread in its own order, the threads in any.
+    // Waits until the log has all expected lines, ends the app, and compares: the common lines first, then those of
+    // each thread in its own order, the threads interleaved in any way.
     void ExpectLog(Lines const& common, Lines const& oneThread = {}, Lines const& otherThread = {},
                    std::source_location where = std::source_location::current());
 
-    // Of the events of this process only those of a registration reset automatically, without attributes.
+    // In this process only the events of a registration reset automatically and have no attributes.
     static bool IsOfRegistration(BOOL manualReset) { return !manualReset; }
 
-    // The waits for a registration of background tasks, in milliseconds, once there are so many.
+    // Waits for that many waits for a registration of background tasks; returns them, in milliseconds.
     std::vector<DWORD> RegistrationWaits(std::size_t count) const;
 
-    // Ends the wait for a registration of background tasks as its 60 s do, at once. They are over only by this.
+    // Ends the wait for a registration of background tasks at once, as after its 60 s, which do not elapse otherwise.
     void EndRegistrationWait() { SetEvent(m_registrationWaitOver.Get()); }
 
-    // Instead of that wait: one that fails.
+    // Makes that wait fail.
     void FailRegistrationWait() { m_registrationWaitFails = true; }
 
-    // How often the deferrals of requests were completed, in the order in which they were taken.
+    // The number of completions of each request's deferral, in the order in which the deferrals were taken.
     std::vector<unsigned> Completions() const { return host.Completions(); }
 
-    // The app's stored URI as a helper shows it; empty when there is none.
+    // The app's stored URI as a helper shows it; empty when none is stored.
     static std::wstring StoredUri();
     static void StoreUri(winrt::Windows::Foundation::IInspectable const& value);
 
@@ -56,16 +56,16 @@ class ServiceFlow : public AppFlow
 
     zant::UniqueHandle m_registrationWaitOver;
     std::atomic<bool> m_registrationWaitFails = false;
-    mutable winrt::slim_mutex m_eventsLock; // not a std::mutex, whose waits are calls that take this lock
+    mutable winrt::slim_mutex m_eventsLock; // not a std::mutex: its waits would take this lock
     std::vector<HANDLE> m_registrationEvents;
-    mutable std::mutex m_mutex; // over the next two
+    mutable std::mutex m_mutex; // guards the next two
     mutable std::condition_variable m_waitsChanged;
     std::vector<DWORD> m_registrationWaits; // in milliseconds
     CreateEventCall m_createEvent;
     WaitCall m_wait;
 };
 
-// The lines that each request begins with.
+// The first lines of each request.
 Lines RequestLines();
 
 } // namespace test

@@ -25,7 +25,7 @@ TEST_F(StartUp, TheBannerIsTheFirstLineAndIsWrittenOnceThoughSeveralActivationsF
     EXPECT_EQ(std::ranges::count(messages, banner), 1);
 }
 
-// What the utilities have to say goes nowhere: their outlets are for others who use the library.
+// The utilities' lines are not written: their outlets are for other users of the library.
 TEST_F(StartUp, LeavesTheUtilitiesLogUnconnected)
 {
     host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");

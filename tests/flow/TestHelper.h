@@ -25,7 +25,7 @@ class TestHelper
     struct Inbox;
 
   public:
-    // A request on its way.
+    // A request that has been sent.
     class Request
     {
       public:
@@ -37,7 +37,7 @@ class TestHelper
         {
         }
 
-        // Waits for the response. Throws std::runtime_error when none comes.
+        // Waits for the response. Throws std::runtime_error at the time limit.
         AppServiceResponse get() const;
 
         bool IsOpen() const { return m_operation.Status() == winrt::Windows::Foundation::AsyncStatus::Started; }
@@ -61,16 +61,16 @@ class TestHelper
     // Closes its end.
     void Close() const;
 
-    // All messages so far, once there are so many; each as KEY=VALUE KEY=VALUE, in its order. Throws std::runtime_error
-    // when they do not come.
+    // Waits for that many messages; returns all so far, each as KEY=VALUE KEY=VALUE, in order. Throws
+    // std::runtime_error at the time limit.
     std::vector<std::wstring> WaitForMessages(std::size_t count) const;
 
-    // Those that are there already.
+    // The messages so far.
     std::vector<std::wstring> Messages() const { return WaitForMessages(0); }
 
     AppServiceClosedStatus WaitForClosed() const;
 
-    // A message as WaitForMessages shows it. What is not text shows as its class name.
+    // A message as returned by WaitForMessages. A value that is no string is shown as its class name.
     static std::wstring Text(ValueSet const& message);
 
   private:

@@ -37,7 +37,7 @@ class TriggerTaskFlow : public test::AppFlow
   protected:
     TriggerTaskFlow()
     {
-        host.SpareThisThread(); // it is the world outside
+        host.SpareThisThread(); // it plays the outside world
     }
 
     void Register(wchar_t const* name, bool isPush)
@@ -60,8 +60,8 @@ class TriggerTaskFlow : public test::AppFlow
         }
     }
 
-    // Ends the app by a last activation and compares all its messages, without that activation's. By then the override
-    // before has returned, and its continuations have run.
+    // Ends the app by a last activation and compares all its messages, without that activation's. By then the previous
+    // override has returned, and each continuation that can run has run.
     void ExpectLinesAtTheEnd(Lines const& expected, std::source_location where = std::source_location::current())
     {
         host.Activate(sim::ActivationKind::Protocol);
@@ -131,7 +131,7 @@ INSTANTIATE_TEST_SUITE_P(Tasks, TriggerTask,
                                                L"Going to launch full trust app for new notification invocation "}}),
                          [](auto const& task) { return std::string(task.param.isPush ? "Push" : "Timer"); });
 
-// Told by their names alone, not by their triggers.
+// Only its name identifies a task, not its trigger.
 class TriggerTaskOfAnotherName : public TriggerTaskFlow, public testing::WithParamInterface<wchar_t const*>
 {
 };
@@ -159,7 +159,7 @@ TEST_F(TriggerTaskFlow, IsToldByItsNameWhateverItsTrigger)
     EXPECT_EQ(host.WaitForLaunch().group, L"CURIUpdated");
 }
 
-// What fails in the activation itself ends the process.
+// A failure in the activation itself ends the process.
 struct Failure
 {
     wchar_t const* fault;

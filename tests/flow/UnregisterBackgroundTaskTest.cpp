@@ -86,7 +86,7 @@ TEST_F(UnregisterBackgroundTask, LeavesTheHandlerWhenTheFailedSendCannotBeComple
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
 }
 
-// A send that ends badly, or with another status than success, is not noticed.
+// The outcome of a send is ignored, whether it fails or has another status than success.
 class UnregisterBackgroundTaskSendFailing : public UnregisterBackgroundTask,
                                             public testing::WithParamInterface<wchar_t const*>
 {

@@ -92,7 +92,7 @@ TEST_F(UserLaunch, LogsThatTheLaunchIsDoneOnAnotherThreadAlsoWhenItIsDoneAtOnce)
     EndWait();
     EXPECT_NE(done, log.WaitForThreadOf(goingToExit));
     WaitForEnd();
-    test::PoolWatch::WaitUntilIdle(); // before the log goes
+    test::PoolWatch::WaitUntilIdle(); // before the log is closed
 }
 
 TEST_F(UserLaunch, KeepsTheAppAliveUntilTheLaunchHasCompleted)

@@ -20,8 +20,8 @@ ValueSet Command(wchar_t const* command)
     return request;
 }
 
-// A helper that comes, asks, and goes, with or without waiting for what it asked. What it asks for may fail: others
-// come and go, and share the app's one connection.
+// A helper that connects, sends a request, and closes its connection, with or without waiting for the response. The
+// request may fail: other helpers connect and close, and share the app's one connection.
 void ComeAskAndGo(unsigned round)
 try
 {
@@ -90,7 +90,7 @@ TEST_F(Storm, OfConnectionsThatComeGoAndAreCanceledIsSurvived)
     host.WaitUntilQuiet();
     EXPECT_FALSE(host.Failure().has_value());
     EXPECT_FALSE(host.HasExited());
-    // It serves the next one as if nothing had been.
+    // The app serves the next helper as usual.
     AppServiceConnection const connection;
     connection.AppServiceName(sim::LocalPlatform::appServiceName);
     connection.PackageFamilyName(sim::LocalPlatform::familyName);

@@ -7,23 +7,23 @@
 namespace test
 {
 
-// Another program of the test, started from the folder of the test program; ended with the object if it still runs.
+// A program of the tests, started from the folder of this program. Ended with the object if it still runs.
 class ChildProcess
 {
   public:
-    // `arguments` follow the program's name in its command line.
+    // `arguments` follow the program in its command line.
     ChildProcess(std::wstring const& program, std::wstring const& arguments);
     ChildProcess(ChildProcess&&) noexcept = default;
     ChildProcess& operator=(ChildProcess&&) = delete;
     ~ChildProcess();
 
-    // Waits until the process signals an event of the caller's. A process that ends before, or takes too long, is told.
+    // Waits until the process signals the event. Fails when the process ends before, and at the time limit.
     testing::AssertionResult AwaitSignal(HANDLE event) const;
 
-    // Ends the process at once, as a crash does, and waits until it is gone.
+    // Ends the process at once, as a crash does, and waits until it has ended.
     void Kill();
 
-    // Waits until the process ends by itself; its exit code.
+    // Waits until the process ends by itself; returns its exit code.
     DWORD ExitCode();
 
   private:

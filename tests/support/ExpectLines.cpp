@@ -14,7 +14,7 @@ namespace
 
 using Lines = std::vector<std::wstring>;
 
-// How many of the expected lines have been met.
+// The number of expected lines matched so far.
 struct Place
 {
     std::size_t common = 0;
@@ -31,7 +31,7 @@ bool IsNext(std::wstring const& line, Lines const& expected, std::size_t at)
     return at < expected.size() && expected[at] == line;
 }
 
-// The places behind one more line: several where it may be of either thread.
+// The places after one more line: several when it may be of either thread.
 std::set<Place> Behind(std::set<Place> const& places, std::wstring const& line, InterleavedLines const& expected)
 {
     std::set<Place> next;
@@ -54,7 +54,7 @@ std::set<Place> Behind(std::set<Place> const& places, std::wstring const& line, 
     return next;
 }
 
-// Where the lines differ first; nullopt: nowhere.
+// The first difference; nullopt: none.
 std::optional<Place> FirstDifference(Lines const& lines, InterleavedLines const& expected)
 {
     std::set<Place> places = {Place{}};
@@ -71,7 +71,7 @@ std::optional<Place> FirstDifference(Lines const& lines, InterleavedLines const&
     return places.contains(all) ? std::nullopt : std::optional(*places.begin());
 }
 
-// The lines around the one that is marked; behind the last one there is an end to mark.
+// Shows the lines around the marked one; after the last one, the end is marked.
 void Show(testing::Message& text, char const* title, Lines const& lines, std::size_t marked)
 {
     constexpr std::size_t neighbours = 3;

@@ -4,7 +4,7 @@
 namespace test
 {
 
-// A replacement that fails with the system's error.
+// A replacement that fails with this error of the system.
 template <typename Result>
 auto Failing(Result result, DWORD error)
 {
@@ -14,7 +14,7 @@ auto Failing(Result result, DWORD error)
     };
 }
 
-// Calls through while `skipped` calls last, then fails once, then calls through again.
+// Calls the system's function `skipped` times, fails once, then calls it again.
 template <typename Result>
 auto FailingAfter(int& skipped, Result result, DWORD error)
 {

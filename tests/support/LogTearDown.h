@@ -6,8 +6,8 @@
 namespace test
 {
 
-// What SetUpLogging makes belongs to the process and is never freed in the application; a test program starts each test
-// without it. Declare this after the log's temporary folder, which cannot be removed while the log is open.
+// Undoes SetUpLogging, whose objects are never freed in the application, so that each test starts without them. Declare
+// it after the log's temporary folder, which cannot be removed while the log is open.
 class LogTearDown
 {
   public:

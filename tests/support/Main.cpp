@@ -16,14 +16,14 @@ DWORD WINAPI Watch(void*)
     return static_cast<DWORD>(TerminateProcess(GetCurrentProcess(), 99));
 }
 
-// Ends a hanging test program before ctest's own limit does, saying which test hung. The thread is a bare one: a
-// std::thread makes calls of its own while it starts, and could meet with functions that the test is just replacing.
+// Ends a hanging test program before ctest's own limit does, and names the test. A bare thread: a std::thread makes
+// calls while it starts, which might meet functions that the test is just replacing.
 void StartWatchdog()
 {
     CloseHandle(CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr));
 }
 
-// Wine's debugger, which would show the crash, may end the program with the code 0: a test that passed.
+// Wine's debugger, which would show the crash, may end the program with code 0, as a passed test.
 LONG WINAPI EndAfterCrash(EXCEPTION_POINTERS* exception)
 {
     auto const& record = *exception->ExceptionRecord;
@@ -45,6 +45,6 @@ int main(int argc, char** argv)
         return RUN_ALL_TESTS();
     }
     auto const result = RUN_ALL_TESTS();
-    std::printf("The list of tests is complete.\n"); // what cuts a list short would leave tests out unnoticed
+    std::printf("The list of tests is complete.\n"); // a truncated list would leave out tests unnoticed
     return result;
 }

@@ -28,7 +28,7 @@ std::wstring UnixPath(ToUnixPath convert, std::wstring const& path)
     return std::wstring(narrow.begin(), narrow.end()); // a test's folder has a plain name
 }
 
-// Wine gives no handle of such a process, so the link itself is waited for.
+// Wine returns no handle of such a process, so this waits for the link itself.
 void RunUntilThere(std::wstring commandLine, std::wstring const& link)
 {
     auto const folder = link.substr(0, link.rfind(L'\\'));

@@ -11,7 +11,7 @@
 namespace test
 {
 
-// While it lives, the utilities' lines come here through the hook.
+// Receives the utilities' lines through the hook while it exists.
 class RecordingHook
 {
   public:
@@ -29,7 +29,7 @@ class RecordingHook
 
     ~RecordingHook() { zant::g_utilsLogHook = nullptr; }
 
-    // Once nobody logs any more.
+    // Call when no thread logs any more.
     std::vector<Line> const& Lines() const { return s_lines; }
 
   private:
@@ -46,7 +46,7 @@ class RecordingHook
         return 0;
     }
 
-    static inline std::mutex s_mutex; // over the lines
+    static inline std::mutex s_mutex; // guards the lines
     static inline std::vector<Line> s_lines;
 };
 

@@ -9,8 +9,8 @@
 namespace test
 {
 
-// While it lives, the utilities' lines come here through the logger. The process-wide registry keeps its target for
-// good, so all objects of the class share one.
+// Receives the utilities' lines through the logger while it exists. The process-wide registry keeps its target, so all
+// objects of the class share one.
 class RecordingLogger
 {
   public:

@@ -9,7 +9,7 @@
 namespace test
 {
 
-// One call of a target's Log; narrow texts are shown wide, null ones as nothing.
+// One call of a target's Log. Narrow strings are converted; null ones are nullopt.
 struct RecordedCall
 {
     bool operator==(RecordedCall const&) const = default;
@@ -25,7 +25,7 @@ struct RecordedCall
     bool lockFlag = true;
 };
 
-// Remembers what is logged to it.
+// Records the calls of Log.
 class RecordingTarget : public zant::LogTargetBase
 {
   public:

@@ -7,7 +7,7 @@ namespace
 {
 
 thread_local bool isShort = false;
-thread_local int untilShortMoment = -1; // less than 0: none is to come
+thread_local int untilShortMoment = -1; // negative: none to come
 thread_local std::ptrdiff_t heldBlocks = 0;
 
 void Release(void* memory) noexcept

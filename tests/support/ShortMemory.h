@@ -4,7 +4,7 @@
 namespace test
 {
 
-// While it lives, memory is short for this thread: operator new throws.
+// Makes operator new fail on this thread while it exists.
 class ShortMemory
 {
   public:
@@ -14,7 +14,7 @@ class ShortMemory
     ~ShortMemory();
 };
 
-// While it lives, one allocation of this thread fails: the first after so many others.
+// Makes one allocation of this thread fail, after a number of others.
 class ShortMoment
 {
   public:
@@ -26,7 +26,7 @@ class ShortMoment
     bool HasPassed() const noexcept;
 };
 
-// The blocks of memory that this thread has got from operator new, less those that it has given back.
+// The number of blocks that this thread has allocated by operator new and not freed.
 std::ptrdiff_t HeldBlocks() noexcept;
 
 } // namespace test

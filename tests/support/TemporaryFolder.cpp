@@ -13,7 +13,7 @@ namespace test
 namespace
 {
 
-// The process id alone would repeat within a process, the counter alone between processes that run side by side.
+// The process id distinguishes processes that run side by side, the counter the folders of one process.
 std::wstring NewPath()
 {
     static std::atomic<int> counter = 0;
@@ -60,7 +60,7 @@ void RemoveTree(std::wstring const& folder)
 
 TemporaryFolder::TemporaryFolder() : m_path(NewPath())
 {
-    // One that an earlier process of the same id left may still be in use.
+    // A folder of an earlier process with the same id may still be in use.
     for (int others = 0; !CreateDirectoryW(m_path.c_str(), nullptr) && others < 1000; ++others)
     {
         m_path = NewPath();

@@ -4,8 +4,8 @@
 namespace test
 {
 
-// A folder of its own for one test, under the temporary folder: removed at the end of a test that passed, kept (and
-// named in the test's output) after one that failed.
+// A folder for one test, under the temporary folder. Removed after a test that passed; kept, and named in the test's
+// output, after one that failed.
 class TemporaryFolder
 {
   public:

@@ -7,8 +7,8 @@ namespace test
 
 inline constexpr int terminatedCode = 3;
 
-// For tests of what ends the process: the program ends with terminatedCode when std::terminate is called. The runtime's
-// own handler writes a message first, which hangs in a program that GCC links with two C runtimes.
+// Makes the program end with terminatedCode when std::terminate is called, for tests of that. The C runtime's handler
+// writes a message first, which hangs in a program that GCC links with two C runtimes.
 template <typename Function>
 void EndsWhenTerminated(Function function)
 {

@@ -6,8 +6,8 @@
 namespace test
 {
 
-// As long as this lives, the current user's part of the registry is for this process an empty one of its own, which
-// other tests do not see. It is kept in memory and goes with the object.
+// Gives this process an empty registry of the current user while it exists, invisible to other tests. Kept in memory;
+// deleted with the object.
 class UserRegistry
 {
   public:
@@ -16,7 +16,7 @@ class UserRegistry
     UserRegistry& operator=(UserRegistry const&) = delete;
     ~UserRegistry();
 
-    // Stores a value as it is, in a key that is made if need be. data: its bytes.
+    // Stores a value. Creates the key when missing. data: the bytes of the value.
     void Set(std::wstring const& key, std::wstring const& name, DWORD type, std::string_view data) const;
 
   private:

@@ -4,8 +4,8 @@
 namespace test
 {
 
-// A folder of the test's own which, as long as this lives, the system gives as the user's temporary folder to this
-// process and to those that it starts.
+// A folder that the system returns as the user's temporary folder to this process and its child processes while it
+// exists.
 class UserTemporaryFolder : public TemporaryFolder
 {
   public:

@@ -5,12 +5,12 @@
 namespace test
 {
 
-// A function of the system that tests replace for a while. The program is linked with --wrap=__imp_X: its calls then go
-// through the variable __wrap___imp_X, which the program defines with WRAP, instead of the import.
+// A function of the system that tests replace temporarily. The program is linked with --wrap=__imp_X: its calls then
+// use the variable __wrap___imp_X, which the program defines with WRAP, instead of the import.
 //
-// Without a replacement a call goes on to the system. While an object of the class lives, calls go to its function,
-// which is given as first argument what it replaces: the system's function or another replacement made before. Make
-// and end replacements while no other thread calls.
+// Without a replacement a call reaches the system. While an object of the class exists, its function is called instead;
+// its first argument is what it replaces, the system's function or an earlier replacement. Create and destroy
+// replacements only while no other thread calls.
 template <auto* Import>
 class WrappedCall;
 
@@ -18,7 +18,7 @@ template <typename Result, typename... Arguments, Result (**Import)(Arguments...
 class WrappedCall<Import>
 {
   public:
-    // What a replacement stands in for.
+    // The function that a replacement replaces.
     class Next
     {
       public:

@@ -107,7 +107,7 @@ factory_cache_entry& cache_entry_of() noexcept
 
 } // namespace impl
 
-// Lets go of every kept factory; the next call of each class asks for its factory again. Not to be called while other
+// Releases every cached factory; the next call of each class asks for its factory again. Not to be called while other
 // threads use factories.
 inline void clear_factory_cache() noexcept
 {

@@ -4,7 +4,7 @@
 namespace winrt::impl
 {
 
-// Shared between the waiting thread and the operation, whichever lets go last.
+// Shared between the waiting thread and the operation, and destroyed by the last of them.
 struct completion
 {
     handle finished{check_pointer(os::CreateEventW(nullptr, true, false, nullptr))};
@@ -28,7 +28,7 @@ auto wait_get(Async const& async)
     return async.GetResults();
 }
 
-// Started when the time was too short; the operation goes on, and cannot be waited for once more.
+// Started at the time limit; the operation continues, and cannot be waited for a second time.
 template <typename Async>
 Windows::Foundation::AsyncStatus wait_status(Async const& async, Windows::Foundation::TimeSpan timeout)
 {

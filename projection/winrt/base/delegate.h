@@ -57,7 +57,7 @@ struct delegate_object final : delegate_abi<Parameters...>
 };
 
 // Made from a lambda or a function, from an object and its method (the object must outlive the delegate), or from a
-// strong or weak reference and a method. A method whose object is gone is not called.
+// strong or weak reference and a method. A method whose object has been destroyed is not called.
 template <typename T, typename... Parameters>
 struct delegate_base : Windows::Foundation::IUnknown
 {

@@ -30,7 +30,7 @@ struct no_module_lock : impl::marker // does not keep its DLL loaded
 {
 };
 
-// Implemented, but not told by GetIids.
+// Implemented, but not returned by GetIids.
 template <typename I>
 struct cloaked : I
 {

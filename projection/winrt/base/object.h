@@ -238,7 +238,7 @@ inline bool operator==(IUnknown const& left, IUnknown const& right) noexcept
 
 } // namespace Windows::Foundation
 
-// Names and ids as the object itself tells them.
+// Names and ids as the object itself returns them.
 inline hstring get_class_name(Windows::Foundation::IInspectable const& object)
 {
     void* name = nullptr;

@@ -11,7 +11,7 @@ inline uint32_t add_one(std::atomic<uint32_t>& count) noexcept
     return count.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
-// Whoever takes the last reference sees everything that the other owners did before.
+// The owner of the last reference sees all that the other owners did before.
 inline uint32_t subtract_one(std::atomic<uint32_t>& count) noexcept
 {
     return count.fetch_sub(1, std::memory_order_acq_rel) - 1;
@@ -47,7 +47,7 @@ class weak_block final : public IWeakReference
         return remaining;
     }
 
-    // An object whose last strong reference is gone stays gone: the count never leaves zero.
+    // An object without a strong reference is not revived: the count never leaves zero.
     int32_t __stdcall Resolve(guid const& id, void** object) noexcept final
     {
         *object = nullptr;

@@ -1,4 +1,4 @@
-// Where coroutines go on: on the thread pool, or in the apartment they came from.
+// Where coroutines resume: on the thread pool, or in the apartment they came from.
 #pragma once
 #include "winrt/base/events.h"
 
@@ -111,7 +111,7 @@ class calling_apartment
 
 } // namespace impl
 
-// co_await resume_background(): goes on on the thread pool.
+// co_await resume_background(): resumes on the thread pool.
 [[nodiscard]] inline auto resume_background() noexcept
 {
     struct awaiter
@@ -139,7 +139,7 @@ struct apartment_context
     int32_t m_failure{};
 };
 
-// A coroutine that nobody waits for. An exception that leaves it ends the process.
+// A coroutine without a result to wait for. An exception that leaves it ends the process.
 struct fire_and_forget
 {
     struct promise_type

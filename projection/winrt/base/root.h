@@ -60,7 +60,7 @@ struct outer_part<true>
     Windows::Foundation::IInspectable m_inner;
 };
 
-// Whom the interfaces belong to: the object itself.
+// The owner of the interfaces: the object itself.
 template <typename D, bool Composable>
 struct identity_part
 {
@@ -90,8 +90,8 @@ struct identity_part
     D& self() noexcept { return static_cast<D&>(*this); }
 };
 
-// Whom the interfaces of the inner object of an aggregation belong to: its outer object, which it knows without
-// holding it. Without an outer object it is its own.
+// The owner of the interfaces of the inner object of an aggregation: its outer object, to which it holds no reference.
+// Without an outer object it is the object itself.
 template <typename D>
 struct identity_part<D, true> : producer<D, INonDelegatingInspectable>
 {

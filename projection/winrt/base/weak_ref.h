@@ -30,7 +30,7 @@ struct weak_ref
         }
     }
 
-    // Null when the object is gone.
+    // Null when the object has been destroyed.
     auto get() const noexcept
     {
         if constexpr (impl::implementation<T>)

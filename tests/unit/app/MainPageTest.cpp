@@ -219,7 +219,7 @@ TEST_P(MainPagesThatFail, GiveTheFailureToTheCallerOfTheConstructor)
     OnView([](App&) { EXPECT_EQ(ResultOf(Construct), GetParam().result); });
 }
 
-TEST_P(MainPagesThatFail, GiveItToWhoeverActivatesTheClass)
+TEST_P(MainPagesThatFail, PassTheFailureToTheCallerOfTheFactory)
 {
     OnView([](App&) {
         auto const factory = Factory();

@@ -10,20 +10,19 @@
 namespace test
 {
 
-// The app in this process, against the simulator's runtime classes, with the page's markup as it ships in the package's
-// folder.
+// The app in this process, against the simulator's runtime classes, with the page's markup as in the package's folder.
 class PageFixture : public testing::Test
 {
   protected:
     PageFixture();
 
-    // Runs the test's body where the framework makes pages: on the main view's thread, while the app lives.
+    // Runs the test's body on the UI thread, where the framework creates pages, while the app runs.
     void OnView(std::function<void(VelmoNotificationClient::App& app)> const& body);
 
-    // What the device reported of that kind.
+    // The device's reports of that kind.
     std::vector<std::wstring> Reported(std::wstring_view kind) const;
 
-    // How often markup was loaded.
+    // The number of times that markup was loaded.
     std::size_t Loads() const { return Reported(L"markup-loaded").size(); }
 
     TemporaryFolder package;
@@ -34,7 +33,7 @@ class PageFixture : public testing::Test
     LogTearDown m_logTearDown;
 };
 
-// What a call throws, or 0.
+// The HRESULT that a call throws, or 0.
 template <typename Call>
 std::int32_t ResultOf(Call const& call)
 {

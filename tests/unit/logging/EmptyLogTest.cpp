@@ -40,7 +40,7 @@ TEST_F(EmptyLog, InUtf8BeginsWithItsMark)
     EXPECT_EQ(ReadBytes(LogPath()), narrowMark + "line\r\n");
 }
 
-// The mark is the file's, whatever is written to it.
+// The mark is that of the file's encoding, not of the text written.
 TEST_F(EmptyLog, BeginsWithItsMarkAlsoBeforeRawNarrowText)
 {
     Opened();

@@ -196,7 +196,7 @@ TEST_P(FailingMutexThreads, DoNotRotateOnceTheWaitOfOneHasFailed)
     EXPECT_FALSE(FileExists(folder / (Base() + L" 2024-1-5 09-30-12.log")));
 }
 
-// The rotation goes on to its end.
+// The rotation is completed.
 TEST_P(FailingMutexThreads, WriteNothingBehindARotationDuringWhichTheWaitOfOneHasFailed)
 {
     ASSERT_NO_FATAL_FAILURE(OpenWithARotationDue());

@@ -17,7 +17,7 @@ TEST_F(FailingRotation, AFileWhoseSizeIsUnknownIsNotRotated)
 namespace
 {
 
-// The copying fails: the log stays as it is and goes on, with the header now pending.
+// The copying fails: the log is continued unchanged, with the header pending.
 class FailingRotationCopy : public FailingSystem
 {
   protected:
@@ -150,7 +150,7 @@ bool ReopeningTheLog(DWORD access, DWORD, DWORD disposition)
     return (access == GENERIC_WRITE && disposition == OPEN_EXISTING) || disposition == CREATE_NEW;
 }
 
-// Clean-up follows a rotation whatever became of it.
+// Clean-up follows each rotation, also a failed one.
 class FailingRotationCleanUp : public FailingSystem
 {
   protected:
@@ -182,7 +182,7 @@ TEST_F(FailingRotationCleanUp, IsDoneThoughTheFileCannotBeReopened)
 namespace
 {
 
-// The rotation empties the log, and for a while nobody can open it.
+// The rotation empties the log, which then cannot be opened for a while.
 class FailingRotationReopening : public FailingSystem
 {
   protected:

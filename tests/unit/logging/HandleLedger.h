@@ -7,7 +7,7 @@
 namespace test
 {
 
-// The handles that are open since it was made, told by the calls that make and close them: Wine's own count of a
+// The handles opened since its creation and not closed, counted by the calls that do so: Wine's own count of a
 // process's handles is always zero. Closing what is not open, as by closing a handle twice, is a failure of the test:
 // the number may be another file's by then. Faults are made on top of it.
 class HandleLedger

@@ -293,7 +293,7 @@ TEST_F(LinkedLogMoved, IsNeitherCopiedNorEmptiedNorWrittenOn)
 
 // --- emptying ---
 
-// It has been copied, and goes on as soon as the other link is gone; until then its lines are lost.
+// The log has been copied, and is continued once the other link is deleted; until then its lines are lost.
 TEST_F(LinkedLog, IsNeitherEmptiedNorWrittenOnWithAnotherHardLink)
 {
     PrepareRotation();
@@ -368,7 +368,7 @@ TEST_F(LinkedLog, IsBegunAnewAtItsRotationWhereItHasBecomeALinkItself)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"header", L"after"}));
 }
 
-// Without information about the file nothing is known of links, and the log goes on.
+// Without information about the file its links are unknown, and the log is continued.
 TEST_F(LinkedLog, IsOpenedWhenItsLinksCannotBeCounted)
 {
     WriteBytes(LogPath(), wideMark);

@@ -82,7 +82,7 @@ TEST_F(ManyWriters, FourProcessesLoseNoLineAndKeepTheirOrders)
     }
 }
 
-// Every line is in the copy or in the log that goes on, once.
+// Every line is in the copy or in the new log, once.
 TEST_F(ManyWriters, ARotationByOneOfFourProcessesLosesNoLine)
 {
     WriteLogOfSize(LogPath(), limit - 2'000);

@@ -371,7 +371,7 @@ TEST_F(RotationTest, OfSevenCopiesOfTodayTheThreeEarliestGo)
                                        CopyName(L"2024-1-5 06-00-00"), CopyName(L"2024-1-5 07-00-00"), LogName()}));
 }
 
-// The listing breaks off behind the first name: what was found by then is gone.
+// The listing fails after the first name: the files found until then are deleted.
 TEST_F(RotationTest, ACopyThatIsTooOldGoesAsSoonAsItIsFound)
 {
     WriteCopies({L"2023-12-30 10-00-00", L"2023-12-31 10-00-00"});

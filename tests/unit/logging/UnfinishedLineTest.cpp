@@ -139,7 +139,7 @@ TEST_F(UnfinishedLine, IsCompletedWhenTheLogIsReopened)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"torn", L"next"}));
 }
 
-// The log goes on as it is.
+// The log is continued unchanged.
 TEST_F(UnfinishedLine, IsCompletedThoughTheRotationFails)
 {
     WriteLogOfSize(LogPath(), limit);

@@ -2,7 +2,7 @@
 //   logging_writer write PATH TAG COUNT          COUNT lines "TAG 1", "TAG 2", …
 //   logging_writer rotate PATH TAG COUNT         the same; its middle line looks 900 seconds old to the next one,
 //                                                which therefore checks the file's size
-//   logging_writer hold NAME READY               owns the mutex NAME, sets the event READY and never lets go
+//   logging_writer hold NAME READY               owns the mutex NAME, sets the event READY and never releases it
 //   logging_writer copy PATH READY               copies the log, sets the event READY in the middle and never ends
 // The first two wait, before the first line, until the event that PATH's file name plus "-start" names is set.
 #include "logging/DatedName.h"

@@ -49,7 +49,7 @@ IAsyncAction TellsItsCancellation(IAsyncAction other, bool& told)
     co_await resume_agile(other);
     EXPECT_TRUE(token());
     co_await std::suspend_never{}; // ends here
-    ADD_FAILURE() << "goes on although it was canceled";
+    ADD_FAILURE() << "continues although it was canceled";
 }
 
 struct Recorder

@@ -155,7 +155,7 @@ TEST_P(AwaitBothWays, AnOperationThatIsGivenUpDoesNotHoldTheCoroutineForEver)
         auto const operation = make_self<TestAction>();
         Seen seen;
         GetParam()(*operation, seen, {});
-        operation->handler = nullptr; // as when its process is gone
+        operation->handler = nullptr; // as when its process has ended
         EXPECT_TRUE(seen.resumed);
         EXPECT_EQ(seen.code, RPC_E_DISCONNECTED);
     }

@@ -174,7 +174,7 @@ TEST(Event, ReleasesRemovedHandlersOutsideItsLock)
         {
             if (target)
             {
-                target->remove(event_token{1'000}); // would wait for ever inside the lock
+                target->remove(event_token{1'000}); // would deadlock inside the lock
             }
         }
     };

@@ -7,7 +7,7 @@
 namespace test
 {
 
-// The type of a function of the system, which is not told that it throws nothing.
+// The type of a function of the system, without noexcept.
 template <typename Result, typename... Arguments>
 auto Import(Result (*)(Arguments...) noexcept) -> Result (*)(Arguments...);
 

@@ -103,7 +103,7 @@ TEST_F(Links, AreToldOfAFolderHighAbove)
     EXPECT_EQ(CheckLinks(folder / L"link\\a\\b\\file", true), LinkCheck::ParentIsLink);
 }
 
-// The walk goes on above what cannot be asked, up to and with the root, and no further.
+// The walk continues above a folder that cannot be examined, up to and including the root.
 TEST_F(Links, AreLookedForUpToTheRoot)
 {
     std::vector<std::wstring> asked;
@@ -132,7 +132,7 @@ TEST_F(Links, OfAFileWithSeveralAreTold)
     EXPECT_FALSE(HasSeveralLinks(file));
 }
 
-// That the file itself is a link is the first to be told, that it has several the second.
+// A link at the path itself takes precedence over several hard links.
 TEST_F(Links, AreToldInOrder)
 {
     MakeHardLink(folder / L"other", file);

@@ -35,7 +35,7 @@ HookLines HookErrors(std::initializer_list<wchar_t const*> messages)
     return lines;
 }
 
-// While it lives, the system's two functions answer as told. At first both are there and fail.
+// Sets the answers of the system's two functions while it exists. Initially both exist and fail.
 class SimulatedKernel
 {
   public:
@@ -48,7 +48,7 @@ class SimulatedKernel
 
     void Lacks(std::string_view name) { m_lacking.push_back(name); }
 
-    std::optional<BOOL> isEmulated = std::nullopt;                    // what the old function tells; nothing: it fails
+    std::optional<BOOL> isEmulated = std::nullopt; // the answer of the old function; nullopt: it fails
     std::optional<std::pair<USHORT, USHORT>> machines = std::nullopt; // of the process and native, the new one's
 
   private:
