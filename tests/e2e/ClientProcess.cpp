@@ -1,5 +1,7 @@
 #include "tests/e2e/ClientProcess.h"
 
+#include "tests/support/ChildProcess.h"
+
 #include <gtest/gtest.h>
 
 namespace test
@@ -87,10 +89,7 @@ std::string ClientProcess::Answer() const
 
 DWORD ClientProcess::ExitCode() const
 {
-    WaitForSingleObject(m_process.Get(), INFINITE); // the watchdog ends a test that hangs here
-    DWORD code = 0;
-    GetExitCodeProcess(m_process.Get(), &code);
-    return code;
+    return AwaitExitCode(m_process.Get(), L"service_client.exe");
 }
 
 } // namespace test

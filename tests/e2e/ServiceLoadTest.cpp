@@ -78,9 +78,11 @@ class ServiceLoad : public test::SimulatorDevice
     // Those of all clients together.
     void WaitForMessages(int count) const
     {
+        constexpr DWORD limit = 30'000; // shorter than the watchdog's
         for (auto message = 0; message < count; ++message)
         {
-            WaitForSingleObject(m_messages.Get(), INFINITE);
+            ASSERT_EQ(WaitForSingleObject(m_messages.Get(), limit), static_cast<DWORD>(WAIT_OBJECT_0))
+                << "after 30 s still missing: another message to the clients, after " << message << " of " << count;
         }
     }
 

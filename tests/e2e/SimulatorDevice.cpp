@@ -1,6 +1,7 @@
 #include "tests/e2e/SimulatorDevice.h"
 
 #include "simulator/model/Text.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Files.h"
 
 namespace test
@@ -35,14 +36,14 @@ SimulatorDevice::Running SimulatorDevice::Start(std::wstring const& arguments)
                                &started));
     CloseHandle(started.hThread);
     running.process = sim::Handle(started.hProcess);
+    running.commandLine = L"sim.exe " + arguments;
     return running;
 }
 
 SimulatorDevice::Outcome SimulatorDevice::Wait(Running const& running)
 {
-    WaitForSingleObject(running.process.Get(), INFINITE);
     Outcome outcome{};
-    GetExitCodeProcess(running.process.Get(), &outcome.exitCode);
+    outcome.exitCode = AwaitExitCode(running.process.Get(), running.commandLine);
     outcome.output = sim::FromUtf8(ReadBytes(running.outputFile));
     return outcome;
 }

@@ -23,6 +23,7 @@ class SimulatorDevice : public testing::Test
     {
         sim::Handle process;
         std::wstring outputFile;
+        std::wstring commandLine;
     };
 
     SimulatorDevice();

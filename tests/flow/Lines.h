@@ -27,7 +27,7 @@ inline std::wstring Shown(std::vector<std::wstring> const& lines)
     {
         text += L"\n  " + line;
     }
-    return text;
+    return text.empty() ? L"\n  (nothing)" : text;
 }
 
 } // namespace test

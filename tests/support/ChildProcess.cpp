@@ -17,6 +17,19 @@ std::wstring OwnFolder()
 
 } // namespace
 
+DWORD AwaitExitCode(HANDLE process, std::wstring const& commandLine)
+{
+    constexpr DWORD limit = 60'000; // shorter than the watchdog's
+    if (WaitForSingleObject(process, limit) == WAIT_TIMEOUT)
+    {
+        ADD_FAILURE() << "after 60 s still running: " << testing::PrintToString(commandLine);
+        WaitForSingleObject(process, INFINITE);
+    }
+    DWORD code = 0;
+    GetExitCodeProcess(process, &code);
+    return code;
+}
+
 ChildProcess::ChildProcess(std::wstring const& program, std::wstring const& arguments)
 {
     auto const path = OwnFolder() + L"\\" + program;
@@ -67,10 +80,7 @@ void ChildProcess::Kill()
 
 DWORD ChildProcess::ExitCode()
 {
-    WaitForSingleObject(m_process.Get(), INFINITE); // the watchdog ends a test that hangs here
-    DWORD code = 0;
-    GetExitCodeProcess(m_process.Get(), &code);
-    return code;
+    return AwaitExitCode(m_process.Get(), m_commandLine);
 }
 
 } // namespace test

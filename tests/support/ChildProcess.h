@@ -7,6 +7,10 @@
 namespace test
 {
 
+// Waits until the process ends; returns its exit code. After a minute the test fails and names the process, and the
+// wait continues; the watchdog ends a program that hangs here.
+DWORD AwaitExitCode(HANDLE process, std::wstring const& commandLine);
+
 // A program of the tests, started from the folder of this program. Ended with the object if it still runs.
 class ChildProcess
 {
