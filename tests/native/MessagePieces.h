@@ -6,8 +6,8 @@
 namespace test
 {
 
-// Messages made of what redaction looks for, of what nearly is that, and of anything else, as given bytes say: any
-// bytes make a message, similar bytes similar ones.
+// Messages made of what redaction searches for, near misses of it, and anything else, as given bytes select: any bytes
+// make a message, and similar bytes similar ones.
 class MessagePieces
 {
   public:
@@ -16,7 +16,7 @@ class MessagePieces
     // One piece for each byte.
     zant::Utf16String Message(std::span<std::uint8_t const> choices) const;
 
-    // One unit for each two bytes.
+    // One code unit for each two bytes.
     static zant::Utf16String Units(std::span<std::uint8_t const> bytes);
 
   private:

@@ -11,7 +11,7 @@ namespace
 
 using Names = std::vector<std::wstring>;
 
-// What goes at once, and then what is too many.
+// The names to delete at once, and the surplus.
 struct Decided
 {
     bool operator==(Decided const&) const = default;

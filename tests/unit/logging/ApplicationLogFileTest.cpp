@@ -111,7 +111,7 @@ TEST_F(ApplicationLogFile, NoTemporaryFolderDisablesTheTarget)
 namespace
 {
 
-// The temporary folder's name (with its backslash) is as long as makes the log's path the given length.
+// Gives the temporary folder a name with which the path of the log has this length.
 GetTempPathCall::Function TemporaryFolderFor(std::size_t pathLength)
 {
     std::wstring const rest = L"Tessaline\\HOV\\KZEB.log";

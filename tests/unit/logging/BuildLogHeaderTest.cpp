@@ -19,7 +19,7 @@ using namespace zant;
 namespace
 {
 
-// While it lives, the system is Windows 10.0 of this build.
+// Makes the system Windows 10.0 of this build while it exists.
 class WindowsOfBuild
 {
   public:
@@ -39,7 +39,7 @@ class WindowsOfBuild
     GetVersionCall m_build;
 };
 
-// While it lives, relative paths start there.
+// Sets the current folder while it exists.
 class CurrentFolder
 {
   public:
@@ -88,7 +88,7 @@ TEST(BuildLogHeader, TellsOfTheMachineBetweenLinesOfAsterisks)
                                        {L"OS Version: ", L"10.0.0"}}));
 }
 
-// The target is looked at while it is made, in memory that was all zeros.
+// Examines the target during its construction, in zeroed memory.
 TEST(BuildLogHeader, IsTheLastThingThatATargetSets)
 {
     alignas(LogTargetDefault) std::byte memory[sizeof(LogTargetDefault)] = {};
@@ -111,7 +111,7 @@ TEST(BuildLogHeader, IsTheLastThingThatATargetSets)
 
 TEST(BuildLogHeader, Tells64BitsAlsoWhereTheSystemTells32)
 {
-    // What is left without the newer function takes a process without emulation for one of 32 bits.
+    // Without the newer function a process that is not emulated counts as 32-bit.
     GetProcAddressCall const older([](auto system, HMODULE library, char const* name) {
         return std::string_view(name) == "IsWow64Process2" ? nullptr : system(library, name);
     });
@@ -185,8 +185,7 @@ TEST(BuildLogHeader, CallsASystemThatTellsNothingUnknown)
     EXPECT_EQ(BuildLogHeader().entries.at(L"OS Name: "), L"UNKNOWN");
 }
 
-// Each allocation in turn fails: some of them cost the suite its entry, the other ones the whole header, and nothing is
-// lost beside what is missing.
+// Each allocation fails in turn: some failures lose the suite's entry, others the whole header; nothing else is lost.
 TEST(BuildLogHeader, LosesAnEntryOrIsNotMadeWhenMemoryIsShort)
 {
     SuiteProgram const suite;

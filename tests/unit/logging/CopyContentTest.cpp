@@ -28,7 +28,7 @@ class CopyContentTest : public testing::Test
         return CopyContent(source, destination);
     }
 
-    // How many bytes each read was asked for and got; the one of the given number gets no more than `atMost`.
+    // The bytes requested and received by each read; the read with the given number receives at most `atMost`.
     std::vector<std::pair<DWORD, DWORD>> ReadsOf(std::string const& bytes, std::size_t number = 0, DWORD atMost = 0)
     {
         std::vector<std::pair<DWORD, DWORD>> reads;
@@ -82,7 +82,7 @@ TEST_F(CopyContentTest, ReadsBlocksUntilOneIsNotFull)
     EXPECT_EQ(ReadsOf(""), (Reads{{4'096, 0}}));
 }
 
-// Though there is more behind it.
+// Although the file has more bytes.
 TEST_F(CopyContentTest, EndsAtAShortRead)
 {
     EXPECT_EQ(ReadsOf(Pattern(10'000), 2, 4'095), (Reads{{4'096, 4'096}, {4'096, 4'095}}));

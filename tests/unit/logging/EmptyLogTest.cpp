@@ -8,11 +8,11 @@ namespace
 
 std::string const narrowMark = "\xEF\xBB\xBF";
 
-// A log that is open and has become empty.
+// An open log that another program has emptied.
 class EmptyLog : public LogTargetDefaultTest
 {
   protected:
-    // As another program does that may write to the file.
+    // As any program does that may write to the file.
     void EmptyTheLog() const
     {
         UniqueHandle const file(CreateFileW(LogPath().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,

@@ -9,9 +9,9 @@ using namespace zant;
 namespace
 {
 
-// The whole life of the application's log, from the making of its folders on, with an old copy, a wrong encoding,
-// rotations, clean-up and both widths. Whatever fails in it: nothing is thrown, every line reports true, and after
-// Close no handle is open.
+// The whole life of the application's log, from the creation of its folders, with an old copy, a wrong encoding,
+// rotations, clean-up and both widths. Whichever call fails: nothing is thrown, each line reports true, and after Close
+// no handle is open.
 class EveryCallInTurn : public LogFixture
 {
   protected:
@@ -66,7 +66,7 @@ class EveryCallInTurn : public LogFixture
         g_defaultLogTarget = nullptr;
     }
 
-    // Makes a small file pass for one at its limit.
+    // Reports a small file as being at its limit.
     GetFileSizeCall const m_limitReached{[](auto next, HANDLE file, LARGE_INTEGER* size) {
         auto const result = next(file, size);
         size->QuadPart = static_cast<LONGLONG>(limit);
@@ -155,7 +155,7 @@ TEST_F(EveryCallInTurn, CreateMutex)
     FailEach<CreateMutexCall>(HANDLE(nullptr), ERROR_INVALID_HANDLE);
 }
 
-// Another process has made the mutex, and this one may not ask for all rights.
+// Another process has created the mutex, and denies this one full access.
 TEST_F(EveryCallInTurn, OpenMutex)
 {
     NamedMutex others;

@@ -141,7 +141,7 @@ TEST_P(FailingMutexWait, OnceMeansThatLinesWithoutTheLockFlagAreNotWrittenEither
 namespace
 {
 
-// Two threads wait for the mutex; a ledger of handles would stumble over those of threads.
+// Two threads wait for the mutex. Without a ledger of handles, which would count those of the threads.
 class FailingMutexThreads : public LogFixture, public testing::WithParamInterface<DWORD>
 {
   protected:
@@ -220,7 +220,7 @@ TEST_P(FailingMutexThreads, WriteNothingBehindARotationDuringWhichTheWaitOfOneHa
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
-// The line that waited has released the mutex.
+// The line has released the mutex.
 TEST_P(FailingMutexThreads, LeaveTheMutexToOthersOnceTheWaitOfOneHasFailed)
 {
     Configure(target);

@@ -94,7 +94,7 @@ TEST_F(FailingRotationCopy, ByAReadInItsMiddleLeavesNoPartOfItThoughNothingIsDel
     EXPECT_TRUE(Copies().empty());
 }
 
-// It would be deleted when it is closed, so the log may not be emptied.
+// The copy would be deleted when closed, so the log may not be emptied.
 TEST_F(FailingRotationCopy, ByADeletionThatCannotBeTakenBack)
 {
     int skipped = 1;
@@ -246,7 +246,7 @@ TEST_F(FailingRotationReopening, IsTriedByEachLine)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"again", L"and again"}));
 }
 
-// The target is open all the same: its result does not depend on the check.
+// The target is open nevertheless: its result does not depend on the check.
 TEST_F(FailingRotationReopening, AtOpenIsRepeatedByTheFirstLine)
 {
     OpenWithoutReopening();

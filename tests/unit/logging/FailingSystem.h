@@ -5,7 +5,7 @@
 namespace test
 {
 
-// A target whose system fails it.
+// A target and a system whose functions fail.
 class FailingSystem : public LogFixture
 {
   protected:
@@ -39,7 +39,7 @@ class FailingSystem : public LogFixture
     zant::LogTargetDefault target;
 };
 
-// Fails the opening of files that are opened in a certain way.
+// Fails the opening of files with a certain access.
 template <typename Predicate>
 auto FailingToOpen(Predicate fails)
 {

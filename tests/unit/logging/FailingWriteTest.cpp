@@ -29,7 +29,7 @@ TEST_F(FailingWrite, ALineIsLostWhenTheDiskIsFull)
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"after"});
 }
 
-// The line end is written all the same, so that the next line begins on its own; its result is the operation's.
+// The line end is written nevertheless, so that the next line begins on its own; its result is that of the operation.
 TEST_F(FailingWrite, ATextThatCannotBeWrittenLeavesItsLineEnd)
 {
     ASSERT_TRUE(target.Open());

@@ -15,7 +15,7 @@ constexpr DWORD nobody = 0;
 constexpr DWORD plain = FILE_ATTRIBUTE_NORMAL;
 constexpr DWORD notThroughLinks = FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT;
 
-// How a file was asked for, successfully or not.
+// The arguments of an attempt to open a file, successful or not.
 struct Opening
 {
     bool operator==(Opening const&) const = default;

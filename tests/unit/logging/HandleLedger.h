@@ -7,9 +7,9 @@
 namespace test
 {
 
-// The handles opened since its creation and not closed, counted by the calls that do so: Wine's own count of a
-// process's handles is always zero. Closing what is not open, as by closing a handle twice, is a failure of the test:
-// the number may be another file's by then. Faults are made on top of it.
+// Counts the handles opened since its creation and not closed, through the calls that do so: Wine's own count of a
+// process's handles is always zero. Closing a handle that is not open, or twice, fails the test: its value may denote
+// another file by then. Create faults after the ledger.
 class HandleLedger
 {
   public:

@@ -43,7 +43,7 @@ TEST_F(LineEncoding, NarrowNullFieldsAreWrittenAsNothing)
     EXPECT_TRUE(lines[0].substr(21).starts_with(L" | [INFO] |  |  |  |  |  |  | "));
 }
 
-// Each text of a narrow line that is not UTF-8 in turn; the line is lost and the next one is written.
+// Each narrow string of a line in turn is not UTF-8: the line is lost, and the next one written.
 TEST_F(LineEncoding, ANarrowLineWithInvalidUtf8IsNotWritten)
 {
     Opened();

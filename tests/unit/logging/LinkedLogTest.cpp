@@ -11,8 +11,8 @@ using namespace zant;
 namespace
 {
 
-// While it lives, what is at the path, if anything is, shows as a reparse point: Wine makes no links to files that show
-// so.
+// Reports the path as a reparse point while it exists, if there is a file: Wine creates no links to files that appear
+// as such.
 class ShownAsLink
 {
   public:
@@ -27,7 +27,7 @@ class ShownAsLink
     }};
 };
 
-// A log on whose way there are links.
+// A log with links in its path.
 class LinkedLog : public FailingSystem
 {
   protected:
@@ -44,7 +44,7 @@ class LinkedLog : public FailingSystem
         target.filePath = folder / L"link\\" + LogName();
     }
 
-    // The log at its limit and open, with a line that makes the next one look at it.
+    // Opens the log at its limit and logs a line after which the next one checks it.
     void PrepareRotation()
     {
         target.storedHeader.title = L"header";
@@ -150,7 +150,7 @@ TEST_F(LinkedLog, DisablesTheApplicationsTarget)
     g_defaultLogTarget = nullptr;
 }
 
-// What it has open is another file, which is not to be written on.
+// Its open handle is of another file, which must not be written to.
 TEST_F(LinkedLog, ClosesTheFileOfAnOpenTargetThatMayNotHaveAnother)
 {
     ASSERT_TRUE(target.Open());
@@ -310,7 +310,7 @@ TEST_F(LinkedLog, IsNeitherEmptiedNorWrittenOnWithAnotherHardLink)
     EXPECT_EQ(LastMessages(LogPath(), 1), std::vector<std::wstring>{L"after"});
 }
 
-// The link is deleted first, and so what it leads to keeps its content.
+// The link is deleted first, so its target keeps its content.
 TEST_F(LinkedLog, IsNotEmptiedThroughALink)
 {
     WriteBytes(LogPath(), wideMark + "content");

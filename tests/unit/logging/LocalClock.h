@@ -4,7 +4,7 @@
 namespace test
 {
 
-// While it lives, the system's local time stands still: at 09:30:12 on 5 January 2024 until a test sets it.
+// Stops the local time of the system while it exists: at 09:30:12 on 5 January 2024, until a test sets it.
 class LocalClock
 {
   public:

@@ -12,12 +12,12 @@ namespace test
 // The byte-order mark of UTF-16, little-endian.
 inline std::string const wideMark = "\xFF\xFE";
 
-// From this size in bytes on a log is rotated at the threshold INFO.
+// The size in bytes from which a log is rotated at the threshold INFO.
 inline constexpr std::uint64_t limit = 15'728'640;
 
-// A folder of the test's own for the log, and another one as the user's temporary folder, so that no marker file of the
-// machine has a say. The log's name, and so the mutex's, belongs to the test alone: tests run side by side. The local
-// clock, which copies are named after, stands still.
+// A folder for the log and another one as the user's temporary folder, so that marker files of the machine have no
+// effect. The name of the log, and so of the mutex, is unique: tests run side by side. The local clock, which
+// determines the names of copies, stands still.
 class LogFixture : public testing::Test
 {
   protected:
@@ -30,7 +30,7 @@ class LogFixture : public testing::Test
 
     std::wstring LogPath() const { return folder / LogName(); }
 
-    // Points the target at the test's log and takes its header away.
+    // Points the target at the test's log and removes its header.
     void Configure(zant::LogTargetDefault& target) const;
 
     TemporaryFolder folder;
@@ -41,17 +41,17 @@ class LogFixture : public testing::Test
     std::wstring m_base;
 };
 
-// Log with arguments as a caller passes them; everything that a test does not care about is empty.
+// Calls Log with these arguments and empty ones for the rest.
 bool LogWide(zant::LogTargetDefault& target, zant::LogLevel level, wchar_t const* format, ...);
 bool LogNarrow(zant::LogTargetDefault& target, zant::LogLevel level, char const* format, ...);
 
-// A line at INFO of a message as it stands, at a time in milliseconds since 1970 (0 means now).
+// Logs a line at INFO without arguments, at a time in milliseconds since 1970 (0 means now).
 bool LogAt(zant::LogTargetDefault& target, std::uint64_t time, wchar_t const* message);
 
 // The same without the lock flag, now.
 bool LogUnlocked(zant::LogTargetDefault& target, wchar_t const* message);
 
-// What stands after the last separator of a line.
+// The message of a line: what follows its last separator.
 std::wstring MessageOf(std::wstring const& line);
 std::vector<std::wstring> MessagesIn(std::wstring const& path);
 

@@ -22,7 +22,7 @@ std::uint64_t DispatchWide(LogTargetRegistry const& registry, wchar_t const* gro
     return result;
 }
 
-// Makes a target the default one of the process for a while.
+// Makes a target the default target of the process while it exists.
 class DefaultTarget
 {
   public:

@@ -338,7 +338,7 @@ TEST_F(LoggerTest, ANarrowNullScopeDetailOrFormatOfAScopedOperationLogsNothing)
 namespace
 {
 
-// What comes to LogV goes no further.
+// LogV passes nothing on.
 class LoggerWithOwnLogV : public Logger
 {
   public:
@@ -389,7 +389,7 @@ TEST_F(LoggerTest, TheUnscopedOperationsForwardToLogV)
     EXPECT_TRUE(target.calls.empty());
 }
 
-// They go to the targets themselves, with the scope in the category's place.
+// The calls reach the targets themselves, with the scope in place of the category.
 TEST_F(LoggerTest, TheScopedOperationsDoNotForwardToLogV)
 {
     LoggerWithOwnLogV own;

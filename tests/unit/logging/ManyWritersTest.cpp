@@ -22,7 +22,7 @@ class ManyWriters : public LogFixture
                             what + L" \"" + LogPath() + L"\" " + tag + L' ' + std::to_wstring(linesEach));
     }
 
-    // Lets four writers, of which the first does `what`, start together and waits for their end.
+    // Starts four writers together, the first of which does `what`, and waits for their end.
     void RunFour(std::wstring const& what)
     {
         UniqueHandle const start(CreateEventW(nullptr, TRUE, FALSE, (LogName() + L"-start").c_str()));
@@ -123,7 +123,7 @@ TEST_F(ManyWriters, AProcessKilledWhileItHoldsTheMutexDoesNotStopTheOthers)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"first", L"second"}));
 }
 
-// A part would take the place of a whole copy, and hold a second time what the log still holds.
+// A partial copy would replace a whole one, and repeat what the log still has.
 TEST_F(ManyWriters, AProcessKilledWhileItCopiesTheLogLeavesNoPartOfTheCopy)
 {
     WriteLogOfSize(LogPath(), 1'000'000);
@@ -137,7 +137,7 @@ TEST_F(ManyWriters, AProcessKilledWhileItCopiesTheLogLeavesNoPartOfTheCopy)
     EXPECT_EQ(ReadBytes(LogPath()).size(), 1'000'000u);
 }
 
-// The one test that sits out the whole wait.
+// The only test with the whole wait.
 TEST_F(ManyWriters, AMutexHeldForTwoSecondsSilencesTheTargetForGood)
 {
     LogTargetDefault target;

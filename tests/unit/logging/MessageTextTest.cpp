@@ -43,7 +43,7 @@ TEST(MessageText, AFormatWithoutPercentSignsIsTheMessage)
     EXPECT_EQ(FormattedNarrow("plain \xC3\xA4"), L"plain \u00E4");
 }
 
-// As the universal C runtime has it in wide formats; others have %s narrow and %S wide there.
+// As in wide formats of the universal C runtime; elsewhere %s is narrow and %S wide.
 TEST(MessageText, InAWideFormatPlainStringsAreWide)
 {
     EXPECT_EQ(Formatted(L"%s %ls %ws", L"a\u00E4", L"b", L"c"), L"a\u00E4 b c");
@@ -77,9 +77,9 @@ TEST(MessageText, WithoutArgumentsPercentSignsStand)
     EXPECT_EQ(Shown("100 %d %s %n %", nullptr), L"100 %d %s %n %");
 }
 
-// The runtime refuses %n, a way to write to memory, as it refuses every bad format: by its handler for invalid
-// parameters, which on Windows ends the process. Here it is one that lets the test go on. The older runtime of
-// the coverage build never calls it.
+// The runtime rejects %n, which writes to memory, like every invalid format: through its handler for invalid
+// parameters, which ends the process on Windows. The handler here returns. The older runtime of the coverage build
+// never calls it.
 #ifdef _UCRT
 TEST(MessageText, ABadFormatIsTheRuntimesToRefuse)
 {
@@ -121,7 +121,7 @@ TEST(MessageText, TheCutTakesAHalvedCharacterOfUtf8Off)
     EXPECT_EQ(FormattedNarrow("%s", other.c_str()), std::wstring(4'092, L'x') + L"\u00E4");
 }
 
-// Nothing has been cut: the text itself ends in the middle of a character.
+// Nothing is cut: the string itself ends in the middle of a character.
 TEST(MessageText, AHalvedCharacterAtTheEndOfATextOfFullLengthIsRefused)
 {
     EXPECT_EQ(FormattedNarrow("%s", (std::string(4'093, 'x') + "\xC3").c_str()), L"not UTF-8");

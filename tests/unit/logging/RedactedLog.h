@@ -6,17 +6,17 @@ namespace test
 
 inline std::wstring const notice = L"Found access/device token. Log skipped.";
 
-// What has to stay out of the log, and messages that carry it.
+// A secret that must stay out of the log, and messages with it.
 inline std::wstring const secret = L"aSecretThatNobodyMaySee";
 inline std::wstring const token = L"eyJhbGciOiJub25lIn0.eyJ" + secret + L".c2ln";
 inline std::wstring const element = L"<ProxyPassword>" + secret + L"</ProxyPassword>";
 inline std::wstring const maskedElement = L"<ProxyPassword>****</ProxyPassword>";
 
-// Logs written to the end, whose files are then searched byte by byte.
+// Complete logs, whose files are searched byte by byte.
 class RedactedLog : public LogTargetDefaultTest
 {
   protected:
-    // Whether any file beside the log, or the log itself, holds a text, in UTF-16 or in UTF-8.
+    // Whether the log, or another file in its folder, contains a string in UTF-16 or UTF-8.
     bool AnyFileHolds(std::wstring const& text);
 
     // The messages of the log's lines, and their columns.

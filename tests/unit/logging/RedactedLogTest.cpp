@@ -14,7 +14,7 @@ namespace
 
 constexpr std::size_t mostCharacters = 4'094;
 
-// How a text comes into a message.
+// How a string gets into a message.
 struct Way
 {
     char const* name;
@@ -54,7 +54,7 @@ class RedactedLogWay : public RedactedLog, public testing::WithParamInterface<Wa
 INSTANTIATE_TEST_SUITE_P(Every, RedactedLogWay, testing::ValuesIn(ways),
                          [](auto const& way) { return way.param.name; });
 
-// A message of the most characters that has the text at a place.
+// A message of maximum length with the string at an index.
 std::wstring LongMessage(std::wstring const& text, std::size_t place)
 {
     std::wstring message(mostCharacters - text.size(), L'x');

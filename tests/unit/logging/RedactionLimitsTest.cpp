@@ -1,4 +1,4 @@
-// What redaction leaves in the log, as docs/log.md lists it: known and kept, not wished for.
+// What redaction leaves in the log, as listed in docs/log.md: known limits.
 #include "tests/unit/logging/RedactedLog.h"
 
 using namespace test;

@@ -9,7 +9,7 @@ using namespace zant;
 namespace
 {
 
-// Targets with the header that they make themselves.
+// Targets with the header of their constructor.
 class RotatedHeader : public LogFixture
 {
   protected:
@@ -90,7 +90,7 @@ TEST_F(RotatedHeader, IsWrittenAtInfoWithTheFieldsOfTheLineThatFollows)
     }
 }
 
-// The suite goes, the header stays as it was made.
+// The suite is removed; the header stays as built.
 TEST_F(RotatedHeader, TellsWhatWasThereWhenTheTargetWasMade)
 {
     auto suite = std::make_unique<SuiteProgram>();

@@ -26,7 +26,7 @@ class RotationTest : public LogFixture
 
     std::wstring CopyPath() const { return folder / CopyName(); }
 
-    // The names in the log's folder that begin as the log's.
+    // The names in the log's folder that begin with its base name.
     std::vector<std::wstring> LogNames() const
     {
         auto names = NamesIn(folder.Path());
@@ -107,7 +107,7 @@ TEST_F(RotationTest, TheCopyHoldsTheSameBytes)
     EXPECT_TRUE(ReadBytes(CopyPath()) == bytes);
 }
 
-// The emptied file is opened, not created, and gets its mark all the same.
+// The emptied file is opened, not created, and gets its mark nevertheless.
 TEST_F(RotationTest, LinesGoOnInTheEmptiedFile)
 {
     WriteLogOfSize(LogPath(), limit);
@@ -117,7 +117,7 @@ TEST_F(RotationTest, LinesGoOnInTheEmptiedFile)
     EXPECT_TRUE(ReadBytes(LogPath()).starts_with(wideMark));
 }
 
-// At its reopening it has no mark yet: when the clock has moved on, it can be set aside under a name of its own.
+// The reopened file has no mark yet: once the clock has advanced, it can be set aside under another name.
 TEST_F(RotationTest, TheEmptiedFileIsSetAsideWhenTheSecondHasPassed)
 {
     WriteLogOfSize(LogPath(), limit);
@@ -146,7 +146,7 @@ TEST_F(RotationTest, TheNextStartGoesOnInTheEmptiedFile)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"after", L"next"}));
 }
 
-// The size may only be looked at while no other process rotates the file or is about to.
+// The size is read only while no other process rotates the file or is about to.
 TEST_F(RotationTest, OpeningLooksAtTheSizeUnderTheMutex)
 {
     std::optional<MutexWait> othersWait;
@@ -162,7 +162,7 @@ TEST_F(RotationTest, OpeningLooksAtTheSizeUnderTheMutex)
     EXPECT_EQ(othersWait, MutexWait::TimedOut);
 }
 
-// Each step of the rotation, from the first look on.
+// Each step of the rotation, from the first check.
 TEST_F(RotationTest, ALineRotatesUnderTheMutex)
 {
     ASSERT_TRUE(target.Open());
@@ -209,7 +209,7 @@ TEST_F(RotationTest, TheSizeIsNotLookedAtFor900SecondsOfLoggingTime)
     EXPECT_EQ(LogNames(), std::vector{LogName()});
 }
 
-// The rule looks at the last line, not at the one about to be written.
+// The rule considers the last line, not the one about to be written.
 TEST_F(RotationTest, TheSizeIsLookedAtByTheLineAfterOneThatIs900SecondsLater)
 {
     ASSERT_TRUE(target.Open());
@@ -266,7 +266,7 @@ TEST_F(RotationTest, TheStoredHeaderIsWrittenOnceBeforeTheFirstLine)
               (std::vector<std::wstring>{L"[INFO]", L"r", L"p", L"co", L"ca", L"", L""}));
 }
 
-// They are written under the mutex that the line has taken.
+// They are written under the mutex that the line holds.
 TEST_F(RotationTest, LinesOfTheHeaderDoNotWaitForTheMutex)
 {
     target.storedHeader = {.title = L"title", .closing = L"closing"};

@@ -12,7 +12,7 @@ namespace
 class SimultaneousCreation : public FailingSystem
 {
   protected:
-    // How the log was asked for, to be written to.
+    // The arguments with which the log is opened for writing.
     std::vector<DWORD> dispositions;
     std::function<void()> beforeCreation = [] {};
     DWORD creationError = ERROR_SUCCESS;

@@ -7,8 +7,8 @@ namespace test
 // The version of the program that SuiteProgram installs.
 inline constexpr wchar_t suiteVersion[] = L"12.0.65535.32768";
 
-// While it lives, the desktop suite's program stands where the suite is installed: one with a version, or one without.
-// That place belongs to the machine, so tests that use this run one at a time.
+// Installs the desktop suite's program while it exists, with a version or without one. The install folder belongs to
+// the machine, so tests that use this run one at a time.
 class SuiteProgram
 {
   public:

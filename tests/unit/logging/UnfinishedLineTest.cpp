@@ -14,7 +14,7 @@ class UnfinishedLine : public LogFixture
   protected:
     UnfinishedLine() { Configure(target); }
 
-    // What the log holds behind its mark once it has been opened.
+    // The content of the log after its mark once it has been opened.
     std::string CompletedByOpen(std::string const& text)
     {
         WriteBytes(LogPath(), wideMark + text);
@@ -25,7 +25,7 @@ class UnfinishedLine : public LogFixture
         return bytes.substr(wideMark.size());
     }
 
-    // As a writer does that is killed then.
+    // As a writer that is killed at that point.
     void Tear(std::string const& text) const
     {
         UniqueHandle const file(CreateFileW(LogPath().c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
@@ -100,7 +100,7 @@ TEST_F(UnfinishedLine, IsCompletedByTheNextCheck)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"tornx", L"next"}));
 }
 
-// Another line costs no look at the file.
+// Another line does not read the file.
 TEST_F(UnfinishedLine, IsNotLookedForBetweenTheChecks)
 {
     ASSERT_TRUE(target.Open());

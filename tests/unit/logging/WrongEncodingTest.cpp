@@ -48,7 +48,7 @@ TEST_F(WrongEncoding, TheFileIsAppendedToAsItStandsWhenItsDatedNameIsTaken)
     EXPECT_EQ(target.setAsidePath, L"");
 }
 
-// It was not there when the name was looked for.
+// The file did not exist when the name was checked.
 TEST_F(WrongEncoding, TheFileReplacesNothingThatHasItsDatedNameByThen)
 {
     WriteBytes(LogPath(), "plain");

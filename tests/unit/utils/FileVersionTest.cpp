@@ -15,8 +15,8 @@ using namespace zant;
 namespace
 {
 
-// The system's header does not declare these functions as imported: it is the plain ones that are replaced, and by
-// their names the linker does not give the originals.
+// The system's header does not declare these functions as imported: the plain functions are wrapped, and the linker
+// does not provide the originals by name.
 template <typename Function>
 Function FromVersionLibrary(char const* name)
 {
@@ -51,7 +51,7 @@ std::wstring VersionOf(std::wstring const& path)
     return text;
 }
 
-// Changes what the system's query found.
+// Changes the result of the system's query.
 auto Changing(std::function<void(VS_FIXEDFILEINFO&, UINT&)> const& change)
 {
     return [change](auto next, void const* block, wchar_t const* name, void** found, UINT* length) {
@@ -171,7 +171,7 @@ TEST(FileVersion, GivesTheSystemABufferOfTheSizeThatItAskedFor)
     EXPECT_NE(asked, 0u);
 }
 
-// The blocks of memory that reading a file's version leaves behind.
+// The memory blocks that reading a file's version leaks.
 std::ptrdiff_t BlocksLeft(std::wstring const& path)
 {
     auto const before = test::HeldBlocks();

@@ -24,7 +24,7 @@ class Links : public testing::Test
     std::wstring const file = folder / L"file";
 };
 
-// Shows one path as a reparse point.
+// Reports one path as a reparse point.
 auto AsLink(std::wstring const& link)
 {
     return [=](auto next, wchar_t const* path) -> DWORD {

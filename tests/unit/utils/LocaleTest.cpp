@@ -14,13 +14,13 @@ using namespace zant;
 namespace
 {
 
-// Zero-terminated, as programs store a text.
+// Zero-terminated, as programs store a string.
 std::string Terminated(std::wstring_view text)
 {
     return test::Utf16(text) + std::string(2, '\0');
 }
 
-// A user of a French Canadian Windows, without a preference at first. What is opened of the registry must be closed.
+// A user of a French Canadian Windows, initially without a preference. Opened registry keys must be closed.
 class Locale : public testing::Test
 {
   protected:
@@ -28,7 +28,7 @@ class Locale : public testing::Test
 
     ~Locale() override { EXPECT_EQ(m_openKeys, std::vector<HKEY>()); }
 
-    // What REG_SZ stores is zero-terminated: the system looks behind the end of one that is not.
+    // A REG_SZ value is zero-terminated: the system reads beyond the end of one that is not.
     void Prefer(std::string_view data, DWORD type = REG_SZ) const
     {
         registry.Set(L"Software\\Velmo\\VLCID", L"QDLangPref", type, data);

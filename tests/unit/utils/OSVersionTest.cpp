@@ -24,7 +24,7 @@ Numbers NumbersOf(OSVersion const& version)
     return {version.major, version.minor, version.servicePack};
 }
 
-// While it lives, the system is one of that version and build.
+// Makes the system one of that version and build while it exists.
 class SimulatedSystem
 {
   public:
@@ -105,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(Unknown, OSVersionOfSystem,
                                          System{{9, 8, 8}, 22000, {9, 8, 8}, L"UNKNOWN"},
                                          System{{13, 2, 1}, 22000, {13, 2, 1}, L"UNKNOWN"}));
 
-// A minor number above 8 is not found, nor is then the service pack: any asked for lies below.
+// With a minor number above 8 neither it nor the service pack is found: each probe lies below.
 INSTANTIATE_TEST_SUITE_P(BeyondTheMinorNumbersProbed, OSVersionOfSystem,
                          testing::Values(System{{4, 10, 0}, 1998, {4, 0, 0}, L"Windows 95"},
                                          System{{4, 90, 0}, 3000, {4, 0, 0}, L"Windows 95"},
@@ -273,7 +273,7 @@ TEST(OSVersionName, StaysAsItWasWhenMemoryIsShort)
     EXPECT_EQ(name, L"former");
 }
 
-// Without numbers beyond 64 bits, for which Wine's _wtoi64 is not like that of Windows.
+// Without numbers beyond 64 bits, where Wine's _wtoi64 differs from that of Windows.
 TEST(OSVersionName, ReadsTheBuildTextAsTheRuntimeDoes)
 {
     for (auto const* const text : {L"",

@@ -68,7 +68,7 @@ TEST(ParentPath, IsNotToldOfAPathThatIsTooLong)
     EXPECT_EQ(unchanged, beyond);
 }
 
-// What the system takes for a share's root differs; every path comes to an end.
+// Systems differ in the root of a share; each walk ends.
 TEST(ParentPathOfAShare, EndsTheWay)
 {
     std::wstring path = L"\\\\server\\share\\a\\b";

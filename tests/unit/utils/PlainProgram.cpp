@@ -1,4 +1,4 @@
-// A program to be looked at, not run.
+// A program that is read, not run.
 int main()
 {
     return 0;

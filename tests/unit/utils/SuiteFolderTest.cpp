@@ -21,7 +21,7 @@ BOOL WINAPI TellNativeMachine(HANDLE, USHORT* process, USHORT* native)
     return TRUE;
 }
 
-// While it lives, the machine is another one.
+// Replaces the machine's architecture while it exists.
 class Machine
 {
   public:
@@ -42,7 +42,7 @@ std::wstring SuiteFolderOf(USHORT nativeMachine)
     return result;
 }
 
-// As the shell has it.
+// The value of an environment variable, as the shell uses it.
 std::wstring Variable(wchar_t const* name)
 {
     wchar_t value[MAX_PATH] = {};

@@ -6,7 +6,7 @@
 
 using namespace zant;
 
-// Every length, at every place within a block, with what is searched for before and behind the text.
+// Every length at every place in a block, with the wanted character before and after the string.
 TEST(WideScan, FindsTheFirstPlaceOrTheEnd)
 {
     for (std::size_t start = 1; start < 12; ++start)
@@ -38,7 +38,7 @@ TEST(WideScan, OfNullIsEmpty)
     EXPECT_EQ(ViewOf(nullptr), L"");
 }
 
-// The page behind may not be touched.
+// The next page must not be read.
 TEST(WideScan, StopsAtTheEndOfItsPage)
 {
     SYSTEM_INFO system = {};
