@@ -3,6 +3,10 @@
 #include "service/Messages.h"
 #include "utils/Utf8.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
 namespace helper
 {
 
@@ -13,7 +17,7 @@ namespace Messages = VelmoNotificationClient::Messages;
 
 struct Command
 {
-    wchar_t const* name;
+    std::wstring_view name;
     wchar_t const* value; // of the request's "Command"
     wchar_t const* expectedMessage;
     bool needsUri;
@@ -74,7 +78,7 @@ std::vector<std::wstring> TakeOptions(std::vector<std::wstring> const& words, Ar
         {
             if (++word == words.end())
             {
-                Refuse(L"--timeout takes seconds");
+                Refuse(L"--timeout takes seconds, 1 to 3600");
             }
             arguments.timeoutMilliseconds = 1000 * ParseSeconds(*word);
         }
@@ -88,25 +92,30 @@ std::vector<std::wstring> TakeOptions(std::vector<std::wstring> const& words, Ar
 
 void ParseCommand(std::vector<std::wstring> const& words, Arguments& arguments)
 {
-    if (words.front() == L"send" && words.size() > 1)
+    if (words.front() == L"send")
     {
+        if (words.size() == 1)
+        {
+            Refuse(L"send takes at least one KEY=VALUE");
+        }
         for (auto word = words.begin() + 1; word != words.end(); ++word)
         {
             arguments.request.push_back(ParseEntry(*word));
         }
         return;
     }
-    for (auto const& command : commands)
+    auto const* const command = std::ranges::find(commands, words.front(), &Command::name);
+    if (command == std::end(commands))
     {
-        if (words.size() == 1 && words.front() == command.name)
-        {
-            arguments.request = {{Messages::commandKey, command.value}};
-            arguments.expectedMessage = command.expectedMessage;
-            arguments.needsUri = command.needsUri;
-            return;
-        }
+        Refuse(L"there is no command " + words.front());
     }
-    Refuse(L"what is meant by " + words.front() + (words.size() > 1 ? L" " + words[1] : std::wstring()) + L"?");
+    if (words.size() > 1)
+    {
+        Refuse(words.front() + L" takes no arguments, and was given " + words[1]);
+    }
+    arguments.request = {{Messages::commandKey, command->value}};
+    arguments.expectedMessage = command->expectedMessage;
+    arguments.needsUri = command->needsUri;
 }
 
 } // namespace
@@ -124,22 +133,22 @@ std::optional<Arguments> ParseArguments(std::vector<std::wstring> const& words)
     }
     else if (!arguments.watch)
     {
-        Refuse(L"give a command, or --watch");
+        Refuse(L"give a command, --watch or both");
     }
     return arguments;
 }
 
 wchar_t const* const helpText =
     L"helper COMMAND [--watch] [--timeout SECONDS]\n"
-    L"  asks the notification client over its app service, and prints each message it "
-    L"receives\n\n"
+    L"  sends a request to the notification client's app service, and prints each message "
+    L"it receives\n\n"
     L"  get-channel-uri   get the push channel; its URI comes as NewCuri\n"
     L"  register          register the two background tasks\n"
     L"  unregister        remove them\n"
     L"  exit              remove them, and end the client\n"
     L"  send KEY=VALUE …  a request of your own\n\n"
     L"  --watch           stay connected until the client closes the connection; alone: "
-    L"only that\n"
+    L"connect only\n"
     L"  --timeout SECONDS how long to wait for the answer, and then for the message (90)\n\n"
     L"exit code: 0 done · 1 the client could not do it · 2 wrong call · 3 no connection · "
     L"4 no answer";
