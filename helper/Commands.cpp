@@ -1,6 +1,7 @@
 #include "helper/Commands.h"
 
 #include "helper/Console.h"
+#include "helper/FailureText.h"
 #include "helper/MessageText.h"
 #include "helper/PackageFacts.h"
 #include "helper/Session.h"
@@ -30,10 +31,11 @@ ValueSet RequestOf(Arguments const& arguments)
 // could not be done.
 Outcome WaitForMessage(Session& session, Arguments const& arguments)
 {
-    auto message = session.Wait(std::chrono::milliseconds(arguments.timeoutMilliseconds));
+    std::chrono::milliseconds const timeout(arguments.timeoutMilliseconds);
+    auto const message = session.Wait(timeout);
     if (!message)
     {
-        WriteErrorLine(L"helper: no message came");
+        WriteErrorLine(L"helper: " + NoMessageText(timeout, session.HowItEnded()));
         return Outcome::NoAnswer;
     }
     auto const isExpected = message->newMessage == arguments.expectedMessage;
@@ -42,12 +44,11 @@ Outcome WaitForMessage(Session& session, Arguments const& arguments)
 
 Outcome Ask(Session& session, Arguments const& arguments)
 {
-    auto const response = session.Send(RequestOf(arguments), std::chrono::milliseconds(arguments.timeoutMilliseconds));
+    std::chrono::milliseconds const timeout(arguments.timeoutMilliseconds);
+    auto const response = session.Send(RequestOf(arguments), timeout);
     if (!response || response.Status() != AppServiceResponseStatus::Success)
     {
-        WriteErrorLine(response ? L"helper: no answer, status " +
-                                      std::to_wstring(static_cast<std::int32_t>(response.Status()))
-                                : std::wstring(L"helper: no answer in time"));
+        WriteErrorLine(L"helper: " + (response ? FailureText(response.Status()) : NoAnswerText(timeout)));
         return Outcome::NoAnswer;
     }
     auto const content = response.Message();
@@ -66,9 +67,7 @@ Outcome Run(Arguments const& arguments)
     auto const status = session.Open(packageFamilyName, appServiceName);
     if (status != AppServiceConnectionStatus::Success)
     {
-        WriteErrorLine(
-            L"helper: no connection, status " + std::to_wstring(static_cast<std::int32_t>(status)) +
-            (status == AppServiceConnectionStatus::AppNotInstalled ? L": the package is not installed" : L""));
+        WriteErrorLine(L"helper: " + FailureText(status));
         return Outcome::NoConnection;
     }
     auto const outcome = arguments.request.empty() ? Outcome::Done : Ask(session, arguments);

@@ -1,10 +1,9 @@
 #include "helper/Arguments.h"
 #include "helper/Commands.h"
 #include "helper/Console.h"
+#include "helper/FailureText.h"
 #include "utils/Utf8.h"
 
-#include <cwchar>
-#include <iterator>
 #include <winrt/base.h>
 
 namespace
@@ -27,14 +26,12 @@ try
 catch (helper::WrongCall const& wrong)
 {
     helper::WriteErrorLine(L"helper: " + zant::ToWide(wrong.what()).value_or(L"wrong call") +
-                           L"\nhelper help tells how it is called");
+                           L"\nhelper help lists the commands");
     return Outcome::WrongCall;
 }
 catch (winrt::hresult_error const& error)
 {
-    wchar_t code[11];
-    static_cast<void>(std::swprintf(code, std::size(code), L"0x%08X", static_cast<unsigned>(error.code())));
-    helper::WriteErrorLine(L"helper: " + std::wstring(code) + L" " + std::wstring(error.message()));
+    helper::WriteErrorLine(L"helper: " + helper::FailureText(error));
     return Outcome::NoAnswer;
 }
 

@@ -88,6 +88,12 @@ std::optional<Session::Message> Session::Wait(std::chrono::milliseconds timeout)
     return hasMessage() ? std::optional(m_inbox->messages[m_inbox->taken++]) : std::nullopt;
 }
 
+std::optional<std::wstring> Session::HowItEnded()
+{
+    std::lock_guard const lock(m_inbox->mutex);
+    return m_inbox->closed ? std::optional<std::wstring>(NameOf(*m_inbox->closed)) : std::nullopt;
+}
+
 std::wstring Session::WaitForEnd()
 {
     std::unique_lock lock(m_inbox->mutex);

@@ -43,7 +43,10 @@ class Session
     // The next message, waited for. Nothing when none comes in time, or the connection closes before.
     std::optional<Message> Wait(std::chrono::milliseconds timeout);
 
-    // For as long as the connection lives. How it ended, in the platform's word.
+    // The name of the AppServiceClosedStatus; nothing while the connection lives.
+    std::optional<std::wstring> HowItEnded();
+
+    // Waits until the connection ends. The name of the AppServiceClosedStatus.
     std::wstring WaitForEnd();
 
   private:

@@ -20,6 +20,16 @@ SimulatorDevice::~SimulatorDevice()
 
 SimulatorDevice::Running SimulatorDevice::Start(std::wstring const& arguments)
 {
+    return StartProgram(SIM_PROGRAM, L"sim.exe " + arguments);
+}
+
+SimulatorDevice::Outcome SimulatorDevice::RunHelper(std::wstring const& arguments)
+{
+    return Wait(StartProgram(HELPER_PROGRAM, L"helper.exe " + arguments));
+}
+
+SimulatorDevice::Running SimulatorDevice::StartProgram(wchar_t const* program, std::wstring commandLine)
+{
     Running running;
     running.outputFile = m_folder / (L"output" + std::to_wstring(++m_count));
     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
@@ -31,9 +41,8 @@ SimulatorDevice::Running SimulatorDevice::Start(std::wstring const& arguments)
     startup.hStdOutput = output.Get();
     startup.hStdError = output.Get();
     PROCESS_INFORMATION started{};
-    auto commandLine = L"sim.exe " + arguments;
-    EXPECT_TRUE(CreateProcessW(SIM_PROGRAM, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                               &started));
+    EXPECT_TRUE(
+        CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started));
     CloseHandle(started.hThread);
     running.process = sim::Handle(started.hProcess);
     running.commandLine = L"sim.exe " + arguments;

@@ -8,8 +8,8 @@
 namespace test
 {
 
-// A device of the test's own, used through the simulator's command line; switched off at the end. What the test starts
-// finds it in the environment.
+// A device of the test's own, used through the simulator's command line and the helper; switched off at the end. What
+// the test starts finds it in the environment.
 class SimulatorDevice : public testing::Test
 {
   protected:
@@ -33,11 +33,14 @@ class SimulatorDevice : public testing::Test
     static Outcome Wait(Running const& running);
 
     Outcome Run(std::wstring const& arguments) { return Wait(Start(arguments)); }
+    Outcome RunHelper(std::wstring const& arguments);
 
     test::TemporaryFolder m_folder;
     std::wstring m_device = m_folder / L"device";
 
   private:
+    Running StartProgram(wchar_t const* program, std::wstring commandLine);
+
     int m_count = 0;
 };
 

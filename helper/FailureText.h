@@ -1,0 +1,28 @@
+#pragma once
+#include <chrono>
+#include <optional>
+#include <string>
+#include <winrt/Windows.ApplicationModel.AppService.h>
+
+namespace helper
+{
+
+// Sentences for the console: what happened; what to do; in parentheses the platform's name and number for it, for
+// those who look it up.
+
+// status: of an attempt to connect that was not a success.
+std::wstring FailureText(winrt::Windows::ApplicationModel::AppService::AppServiceConnectionStatus status);
+
+// status: of a request that was not a success.
+std::wstring FailureText(winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus status);
+
+// error: of a call that the platform refused. A code without a sentence of its own gets the error's message.
+std::wstring FailureText(winrt::hresult_error const& error);
+
+// The request was not completed in time.
+std::wstring NoAnswerText(std::chrono::milliseconds waited);
+
+// The request was completed, but the app's message did not come: in time, or before the connection closed so.
+std::wstring NoMessageText(std::chrono::milliseconds waited, std::optional<std::wstring> const& closed);
+
+} // namespace helper
