@@ -30,7 +30,8 @@ constexpr wchar_t authenticationError[] = L"the user's account is not verified; 
 constexpr wchar_t networkNotAvailable[] = L"there is no network; connect the device and try again";
 constexpr wchar_t disabledByPolicy[] = L"a policy forbids it; ask the administrator of the device";
 constexpr wchar_t webServiceUnavailable[] = L"a cloud service of the platform does not answer; try again later";
-constexpr wchar_t unknown[] = L"the platform gives no reason; try again, and look in its event log";
+constexpr wchar_t unknown[] =
+    L"the platform gives no reason; run the helper without elevation, and look in the platform's event log";
 
 constexpr Meaning<AppServiceConnectionStatus> connectionStatuses[] = {
     {AppServiceConnectionStatus::AppNotInstalled, L"AppNotInstalled",

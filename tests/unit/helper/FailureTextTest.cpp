@@ -30,9 +30,10 @@ TEST(FailureText, OfAConnectionSaysWhatHappenedWhatToDoAndTheStatus)
     EXPECT_EQ(FailureText(AppServiceUnavailable),
               L"no connection: the installed package has no such app service; install the version that this helper was "
               L"built with (AppServiceConnectionStatus.AppServiceUnavailable, 3)");
-    EXPECT_EQ(FailureText(Unknown),
-              L"no connection: the platform gives no reason; try again, and look in its event log "
-              L"(AppServiceConnectionStatus.Unknown, 4)");
+    EXPECT_EQ(
+        FailureText(Unknown),
+        L"no connection: the platform gives no reason; run the helper without elevation, and look in the platform's event log "
+        L"(AppServiceConnectionStatus.Unknown, 4)");
     EXPECT_EQ(FailureText(RemoteSystemUnavailable),
               L"no connection: the device that runs the app cannot be reached; run the helper on that device "
               L"(AppServiceConnectionStatus.RemoteSystemUnavailable, 5)");
@@ -63,8 +64,10 @@ TEST(FailureText, OfARequestSaysWhatHappenedWhatToDoAndTheStatus)
     EXPECT_EQ(FailureText(ResourceLimitsExceeded),
               L"no answer: the platform ended the app, which used more than a background task may; try again "
               L"(AppServiceResponseStatus.ResourceLimitsExceeded, 2)");
-    EXPECT_EQ(FailureText(Unknown), L"no answer: the platform gives no reason; try again, and look in its event log "
-                                    L"(AppServiceResponseStatus.Unknown, 3)");
+    EXPECT_EQ(
+        FailureText(Unknown),
+        L"no answer: the platform gives no reason; run the helper without elevation, and look in the platform's event log "
+        L"(AppServiceResponseStatus.Unknown, 3)");
     EXPECT_EQ(FailureText(RemoteSystemUnavailable),
               L"no answer: the device that runs the app cannot be reached; run the helper on that device "
               L"(AppServiceResponseStatus.RemoteSystemUnavailable, 4)");
