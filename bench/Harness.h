@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// Compares ways to do the same work. They take turns in short blocks, so that whatever disturbs the machine disturbs
+// Compares ways to do the same work. They take turns in short blocks, so that a disturbance of the machine disturbs
 // all of them; what counts is the ratio of neighbouring blocks to the first way, the floor. The floor runs twice: the
 // second time, under its own name, shows how far a ratio of 1 strays.
 namespace bench

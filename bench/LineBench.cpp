@@ -1,4 +1,4 @@
-// What a log line costs, against the five bare calls that it cannot do without.
+// What a log line costs, compared with the five system calls that it needs.
 #include "app/AppLog.h"
 #include "app/SetUpLogging.h"
 #include "bench/Harness.h"
@@ -11,7 +11,7 @@
 
 using namespace zant;
 
-// The five calls, so that they can be left out: what is left of a line is what it computes.
+// The five calls, so that they can be left out: what remains is what a line computes.
 extern "C"
 {
     extern decltype(&ReleaseMutex) __real___imp_ReleaseMutex;

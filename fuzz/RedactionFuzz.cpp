@@ -1,4 +1,4 @@
-// Redaction against the rules worked out one by one. The first byte of an input says how the rest is read.
+// Redaction against the rules applied one by one. The first byte of an input selects how the rest is read.
 #include "tests/native/MessagePieces.h"
 #include "tests/native/RedactionReference.h"
 
@@ -10,7 +10,7 @@ using namespace zant;
 namespace
 {
 
-// What the rules promise, for a message and a list of keys; ends the process where it is not kept.
+// Checks the rules for a message and a list of keys; ends the process where one is broken.
 void Expect(bool kept, char const* what)
 {
     if (!kept)

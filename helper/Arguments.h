@@ -21,17 +21,17 @@ struct Arguments
     unsigned timeoutMilliseconds = 90'000; // for the response, and once more for the message
 };
 
-// A call that makes no sense; what() is for the person who made it.
+// An invalid command line; what() is the sentence for its author.
 class WrongCall : public std::runtime_error
 {
   public:
     using std::runtime_error::runtime_error;
 };
 
-// words: those of the command line after the program's name. Nothing: the person asks for help. Throws WrongCall.
+// words: the command line without the program's name. Nothing: a call for help. Throws WrongCall.
 std::optional<Arguments> ParseArguments(std::vector<std::wstring> const& words);
 
-// How the helper is called, and its exit codes.
+// The commands, options and exit codes.
 extern wchar_t const* const helpText;
 
 } // namespace helper

@@ -27,8 +27,8 @@ ValueSet RequestOf(Arguments const& arguments)
     return request;
 }
 
-// The app tells its messages apart by "NewMessage" alone; the first one that this request does not expect says that it
-// could not be done.
+// Messages are distinguished by "NewMessage" alone: the first one that the request does not expect means that the app
+// could not do it.
 Outcome WaitForMessage(Session& session, Arguments const& arguments)
 {
     std::chrono::milliseconds const timeout(arguments.timeoutMilliseconds);

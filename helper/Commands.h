@@ -4,7 +4,7 @@
 namespace helper
 {
 
-// What the program's exit code says.
+// The program's exit code.
 enum class Outcome
 {
     Done = 0,
@@ -14,7 +14,7 @@ enum class Outcome
     NoAnswer = 4
 };
 
-// Connects, asks, waits for what the client has to say. Throws hresult_error.
+// Connects, sends the request and waits for the client's message. Throws hresult_error.
 Outcome Run(Arguments const& arguments);
 
 } // namespace helper

@@ -21,7 +21,7 @@ struct Meaning
     wchar_t const* text;
 };
 
-// Of both enumerations.
+// Statuses that both enumerations have.
 constexpr wchar_t appUnavailable[] = L"the app does not start, or is being updated; try again later, and look for its "
                                      L"crash in the event log (simulator: sim events)";
 constexpr wchar_t remoteSystemUnavailable[] =

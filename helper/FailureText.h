@@ -7,8 +7,7 @@
 namespace helper
 {
 
-// Sentences for the console: what happened; what to do; in parentheses the platform's name and number for it, for
-// those who look it up.
+// Sentences for the console: what happened; what to do; in parentheses the platform's name and number, to look it up.
 
 // status: of an attempt to connect that was not a success.
 std::wstring FailureText(winrt::Windows::ApplicationModel::AppService::AppServiceConnectionStatus status);
@@ -22,7 +21,7 @@ std::wstring FailureText(winrt::hresult_error const& error);
 // The request was not completed in time.
 std::wstring NoAnswerText(std::chrono::milliseconds waited);
 
-// The request was completed, but the app's message did not come: in time, or before the connection closed so.
+// The request was completed, but no message came: in time, or before the connection closed with that status.
 std::wstring NoMessageText(std::chrono::milliseconds waited, std::optional<std::wstring> const& closed);
 
 } // namespace helper

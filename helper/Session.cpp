@@ -98,7 +98,7 @@ std::wstring Session::WaitForEnd()
 {
     std::unique_lock lock(m_inbox->mutex);
     m_inbox->changed.wait(lock, [&] { return m_inbox->closed.has_value(); });
-    return NameOf(*m_inbox->closed); // NOLINT(bugprone-unchecked-optional-access): it was waited for
+    return NameOf(*m_inbox->closed); // NOLINT(bugprone-unchecked-optional-access): the wait ends with a value
 }
 
 void Session::Received(Inbox& inbox, ValueSet const& message)

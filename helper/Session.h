@@ -34,13 +34,13 @@ class Session
     Session& operator=(Session const&) = delete;
     ~Session();
 
-    // Anything but Success is the platform's reason for no connection.
+    // Any status but Success is the platform's reason for refusing the connection.
     AppServiceConnectionStatus Open(std::wstring const& packageFamilyName, std::wstring const& appServiceName);
 
     // Null when no response comes in time.
     AppServiceResponse Send(ValueSet const& request, std::chrono::milliseconds timeout);
 
-    // The next message, waited for. Nothing when none comes in time, or the connection closes before.
+    // Waits for the next message. Nothing if none comes in time, or the connection closes before.
     std::optional<Message> Wait(std::chrono::milliseconds timeout);
 
     // The name of the AppServiceClosedStatus; nothing while the connection lives.
@@ -50,7 +50,7 @@ class Session
     std::wstring WaitForEnd();
 
   private:
-    // Shared with the handlers, which the platform may call when this object has gone.
+    // Shared with the handlers, which the platform may call after this object is destroyed.
     struct Inbox
     {
         std::mutex mutex;

@@ -23,7 +23,7 @@ _CODES = """exit codes: 0 done, or the package is in order; 1 it has problems, o
 
 
 class Outcome(enum.IntEnum):
-    """What the exit code says; the help tells it, too."""
+    """The meaning of the exit code; the help lists it, too."""
 
     DONE = 0
     REFUSED = 1
@@ -56,7 +56,7 @@ def _warn(text):
 
 
 def _verify(package, certificate_file):
-    """Checks a package file and tells each problem on a line of its own; returns how many there are."""
+    """Checks a package file and prints each problem on a line; returns their number."""
     data = contents.read(package)
     given = contents.read(certificate_file) if certificate_file else None
     problems = verifier.verify(data, package.name, given)
@@ -139,7 +139,7 @@ def make(options):
 
 
 def main(arguments):
-    # What a file is called need not be text; there may be no output at all.
+    # The name of a file need not be text, and there may be no output at all.
     if sys.stdout:
         sys.stdout.reconfigure(errors="backslashreplace")
     options = parse_arguments(arguments)

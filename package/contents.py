@@ -39,7 +39,7 @@ def from_folder(folder):
 
 
 def to_folder(files, folder):
-    """Makes the folder hold these files and no other; a file that is right already is not touched."""
+    """Makes the folder contain exactly these files; a file that is up to date is not written."""
     root = pathlib.Path(folder)
     wanted = {root / path.replace("\\", "/"): data for path, data in files.items()}
     for file in _files_below(root):

@@ -8,8 +8,7 @@
 namespace
 {
 
-// The least that a packaged app of the product's kind does on its way to a line on disk: what starting one costs
-// anyhow.
+// The least that a packaged app of the product's kind does before a line is on disk: the cost of starting any.
 void WriteOneLine()
 {
     constexpr std::wstring_view line =

@@ -1,4 +1,4 @@
-// What the redaction of a message costs, against a bare scan of it for one unit.
+// What the redaction of a message costs, compared with a scan of it for one code unit.
 #include "bench/Harness.h"
 #include "bench/redaction/Texts.h"
 #include "logging/Redaction.h"
@@ -15,14 +15,14 @@ using namespace zant;
 namespace
 {
 
-// The compiler has to take a result for used.
+// Makes the compiler treat a result as used.
 template <typename Result>
 void Use(Result const& result)
 {
     asm volatile("" : : "g"(&result) : "memory");
 }
 
-// The floor: whether a unit is in a text, without a thought for anything else.
+// The floor: whether a text contains a code unit.
 bool Holds(Utf16View text, Utf16Unit wanted)
 {
     auto const wantedBlock = _mm_set1_epi16(static_cast<short>(wanted));

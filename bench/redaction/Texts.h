@@ -4,7 +4,7 @@
 namespace bench
 {
 
-// Messages of any length, cut from a text without end.
+// Messages of any length, cut from an endless text.
 zant::Utf16String English(std::size_t length);
 
 // An element or an attribute every few units, names that begin as those of credentials do among them.

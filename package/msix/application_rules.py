@@ -1,4 +1,4 @@
-"""Checks the files that the manifest names: that they are there, and fit for what it names them for."""
+"""Checks the files that the manifest names: that they exist, and suit their purpose."""
 
 import itertools
 import re
@@ -17,7 +17,7 @@ _RESOURCE = re.compile(re.escape("ms-appx:///".encode("utf-16-le")) + rb"((?:[\x
 
 
 def check(manifest, parts, report):
-    """Raises PackageError for a manifest in which something is missing that its rules ask for."""
+    """Raises PackageError for a manifest that lacks a value that its rules need."""
     _Application(manifest, parts, report).check()
 
 

@@ -85,7 +85,7 @@ def _read_file(element):
 
 
 def read(data):
-    """The files of a block map, in its order. Raises PackageError for what is none."""
+    """The files of a block map, in its order. Raises PackageError for anything else."""
     root = xml_text.parse(data, BLOCK_MAP)
     if root.tag != _tag("BlockMap"):
         _fail(f"its root is no <BlockMap> of {NAMESPACE}")

@@ -7,7 +7,7 @@ from dataclasses import dataclass
 
 BLOCK = 64 * 1024
 
-# What ends a deflated stream of which every block was flushed: an empty last block. It belongs to no block of the map.
+# The end of a deflated stream of flushed blocks: an empty last block. It belongs to no block of the map.
 END_OF_STREAM = b"\x03\x00"
 
 

@@ -1,4 +1,4 @@
-"""Whom a certificate names: as much of it as that takes."""
+"""Reads the subject of a certificate, and no more than that takes."""
 
 import base64
 import binascii
@@ -48,7 +48,7 @@ def name_of(body):
 
 
 def _armoured(data):
-    """What stands between the first armour's lines in a PEM file; None when there is no armour."""
+    """The text between the first armour lines of a PEM file; None without armour."""
     begin = data.find(_BEGIN)
     end = data.find(_END, begin)
     return data[begin + len(_BEGIN) : end] if 0 <= begin < end else None

@@ -1,4 +1,4 @@
-"""Checks that the manifest declares what the executable's code goes by."""
+"""Checks that the manifest declares the names that the executable's code uses."""
 
 from . import executable_constants as constants
 from . import part_names, version_resource

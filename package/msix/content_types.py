@@ -10,7 +10,7 @@ from .problem import PackageError, Problem, brief
 
 NAMESPACE = "http://schemas.openxmlformats.org/package/2006/content-types"
 
-# By the part's name, whatever its extension.
+# By the name of the part, without regard to its extension.
 REQUIRED = {
     MANIFEST: "application/vnd.ms-appx.manifest+xml",
     BLOCK_MAP: "application/vnd.ms-appx.blockmap+xml",
@@ -47,7 +47,7 @@ def _extension(path):
 
 
 def _by_name(path):
-    """Whether a default cannot tell the type: without an extension, or with one that is no plain word."""
+    """Whether a default cannot give the type: the path has no extension, or one that is not a plain word."""
     extension = _extension(path)
     return path in REQUIRED or not (extension.isascii() and extension.isalnum())
 
@@ -112,7 +112,7 @@ def _key(part_name):
 
 
 def problems(data, paths):
-    """What is wrong with the types that the part gives these paths."""
+    """The problems of the types that the part gives these paths."""
     defaults, overrides = read(data)
     for path in paths:
         found = overrides.get(folded(path), defaults.get(_extension(path)))

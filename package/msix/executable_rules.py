@@ -1,4 +1,4 @@
-"""Checks the programs of a package: what Windows asks of those in an app container, and of the others."""
+"""Checks the programs of a package by the rules of Windows, for those in an app container and for others."""
 
 from . import app_functions, constant_rules, loading_rules, version_resource, xml_text
 from .portable_executable import EXECUTABLE, IMPORTS, MANIFEST_RESOURCE, WRITABLE, PortableExecutable
@@ -87,7 +87,7 @@ def _resources(path, program, version):
 
 
 def _guarded(path, data, rules, remedy=_BUILD):
-    """The problems that the rules find, also when the file is no program or leads its reader astray."""
+    """The problems that the rules find, also if the file is damaged or not a program."""
     try:
         yield from rules(PortableExecutable(data))
     except ValueError as error:
@@ -97,7 +97,7 @@ def _guarded(path, data, rules, remedy=_BUILD):
 
 
 def app_problems(path, data, manifest):
-    """What is wrong with the application's own executable."""
+    """The problems of the application's own executable."""
 
     def rules(program):
         for rule in (loading_rules.problems, loading_rules.relocations, _header, _flags, _sections, _imports):
@@ -109,7 +109,7 @@ def app_problems(path, data, manifest):
 
 
 def server_problems(path, data, classes):
-    """What is wrong with a file that shall make runtime classes: the executable itself, or a library."""
+    """The problems of a file that serves runtime classes: the executable itself, or a library."""
 
     def rules(program):
         if path.lower().endswith(".dll"):
@@ -124,7 +124,7 @@ def server_problems(path, data, classes):
 
 
 def desktop_problems(path, data):
-    """What is wrong with the full-trust component. It may be an older program than the app, and of 32 bits."""
+    """The problems of the full-trust component. It may be an older program than the app, and of 32 bits."""
 
     def rules(program):
         yield from loading_rules.problems(path, program)

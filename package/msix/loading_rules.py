@@ -45,7 +45,7 @@ def _imports(program):
 
 
 def relocations(path, program):
-    """What keeps a program from being loaded at another address than its linker gave it."""
+    """What prevents loading a program at another address than its linker gave it."""
     address, size = program.directory(RELOCATIONS)
     if program.flags & _NO_RELOCATIONS or not address or not size:
         yield Problem(path, "it has no relocations, so that it can be loaded at one address only", "Link it with them")
@@ -54,10 +54,10 @@ def relocations(path, program):
 
 
 def problems(path, program, library=False):
-    """What keeps the loader from it. Raises ValueError where the program leads its reader out of the file."""
+    """What prevents the loader from starting it. Raises ValueError if a table lies outside the file."""
     for what in (*_kind(program, library), *_sections(program)):
         yield Problem(path, what, _REMEDY)
-    # Code for .NET is entered by the runtime, which finds what it needs by names of its own.
+    # Code for .NET is entered by the runtime, which uses its own names.
     if program.directory(DOT_NET)[0]:
         return
     address, _ = program.directory(IMPORTS)

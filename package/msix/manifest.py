@@ -1,4 +1,4 @@
-"""What AppxManifest.xml says, for what is built from it and checked against it."""
+"""Reads AppxManifest.xml, for what is built from it and checked against it."""
 
 import hashlib
 
@@ -27,7 +27,7 @@ def publisher_id(publisher):
 
 
 class Manifest:
-    """Raises PackageError where something is asked for that the manifest does not say."""
+    """Its properties raise PackageError for values that the manifest lacks."""
 
     def __init__(self, data, where=MANIFEST):
         self.root = xml_text.parse(data, where)

@@ -1,4 +1,4 @@
-"""Checks a manifest against its schema and against what Windows asks beyond it."""
+"""Checks a manifest against its schema and against the further rules of Windows."""
 
 from . import part_names, xml_text
 from .manifest import DESKTOP, FOUNDATION, RESTRICTED, UAP
@@ -72,7 +72,7 @@ def _children(element, rule):
 
 
 def _extensions(element, parent):
-    """<Extensions>, whose children are told apart by their category."""
+    """<Extensions>, whose children are distinguished by their category."""
     if not len(element):
         yield _problem("<Extensions> is empty")
     yield from _attributes(element, Element())
@@ -140,7 +140,7 @@ def _versions(root):
         try:
             least, most = (tuple(int(part) for part in text.split(".")) for text in texts)
         except ValueError:
-            continue  # its form is told of elsewhere
+            continue  # its form is checked elsewhere
         if least < LEAST_VERSION:
             yield _problem(f"its MinVersion is below {'.'.join(map(str, LEAST_VERSION))}, where the app does not run")
         if most < least:
@@ -156,7 +156,7 @@ def _capabilities(root):
 
 
 def problems(manifest):
-    """Everything that is wrong in a manifest by itself."""
+    """All problems of a manifest by itself."""
     for rule in (_schema, _unique, _languages, _versions, _capabilities):
         yield from rule(manifest.root)
     yield from _servers(manifest)

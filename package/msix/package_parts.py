@@ -1,4 +1,4 @@
-"""The parts of a package as its archive has them, found by their paths in any case, as Windows finds them."""
+"""The parts of a package in its archive, found by their paths without regard to case, as Windows does."""
 
 from . import limits, part, part_names, zip_reader
 from .problem import PackageError
@@ -10,7 +10,7 @@ class PackageParts:
     """Reports to `report` what is wrong with a part by itself; it is then among the parts, but not to be read."""
 
     def __init__(self, data, where, report):
-        """Raises PackageError for what is no archive."""
+        """Raises PackageError for a file that is not an archive."""
         self._report = report
         self._entries = {}  # the folded path -> path, entry
         self._digests = {}  # the folded path -> digests of the blocks, for parts in order
@@ -41,7 +41,7 @@ class PackageParts:
         return part_names.folded(path) in self._entries
 
     def readable(self, path):
-        """Whether the part is there and its data in order."""
+        """Whether the part exists and its data is valid."""
         return part_names.folded(path) in self._digests
 
     def entry(self, path):
@@ -51,7 +51,7 @@ class PackageParts:
         return self._digests[part_names.folded(path)]
 
     def whole_digest(self, path):
-        """The digest of all of a readable part."""
+        """The digest of a whole readable part."""
         return part.whole_digest(self.entry(path), path)
 
     def content(self, path, most):

@@ -1,4 +1,4 @@
-"""What a part of a package holds, read piece by piece: what a header says of sizes is not believed before."""
+"""The content of a part, read piece by piece: the sizes in its headers are not trusted until then."""
 
 import base64
 import hashlib
@@ -21,7 +21,7 @@ def _stored(stream):
 
 
 def _inflated(stream):
-    """The content of a deflated stream in pieces of bounded size. Raises zlib.error for what is none."""
+    """The content of a deflated stream in pieces of bounded size. Raises zlib.error for anything else."""
     decompressor = zlib.decompressobj(-zlib.MAX_WBITS)
     for at in range(0, len(stream), _STEP):
         if decompressor.eof:
@@ -41,7 +41,7 @@ def _inflated(stream):
 
 
 def _checked(entry, path):
-    """The content in pieces. Raises PackageError when it is not what it was when it was written."""
+    """The content in pieces. Raises PackageError if its size or checksum differs from the header."""
     size, crc = 0, 0
     try:
         for piece in _stored(entry.stream) if entry.method == STORED else _inflated(entry.stream):
@@ -58,14 +58,14 @@ def _checked(entry, path):
 
 
 def content(entry, path, most):
-    """The bytes of an entry, which may be so many at most. Raises PackageError."""
+    """The bytes of an entry of limited size. Raises PackageError."""
     if entry.size > most:
         _damaged(path, f"it has {entry.size} bytes; such a file is looked at up to {most}")
     return b"".join(_checked(entry, path))
 
 
 def whole_digest(entry, path):
-    """The digest of all of an entry, in the form of those of blocks. Raises PackageError."""
+    """The digest of a whole entry, in the form of the blocks' digests. Raises PackageError."""
     digest = hashlib.sha256()
     for piece in _checked(entry, path):
         digest.update(piece)

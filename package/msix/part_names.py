@@ -14,11 +14,11 @@ SIGNATURE = "AppxSignature.p7x"
 # The parts that follow the payload, in this order. Windows' own tools add the catalogue when they sign.
 FOOTPRINT = (MANIFEST, BLOCK_MAP, CONTENT_TYPES, CODE_INTEGRITY, SIGNATURE)
 
-# What the block map tells nothing of.
+# Parts that the block map does not list.
 OUTSIDE_BLOCK_MAP = (BLOCK_MAP, CONTENT_TYPES, CODE_INTEGRITY, SIGNATURE)
 
 LONGEST_PATH = 256
-# Of one unit of UTF-16 come three encoded bytes at most.
+# One code unit of UTF-16 becomes three encoded bytes at most.
 _LONGEST_NAME = 9 * LONGEST_PATH
 
 _FORBIDDEN = re.compile(r'[\x00-\x1f<>:"|?*/]')
@@ -50,7 +50,7 @@ def decode(name):
 
 
 def utf16_length(text):
-    """How long Windows says a text is."""
+    """The length of a text as Windows counts it."""
     return len(text.encode("utf-16-le", "surrogatepass")) // 2
 
 
@@ -65,19 +65,19 @@ _DESCRIBING = {folded(path): path for path in FOOTPRINT}
 
 
 def canonical(path):
-    """The path; of a part that describes the package the name that it goes by here, whatever its case."""
+    """The path; for a part that describes the package the name used here, without regard to case."""
     return _DESCRIBING.get(folded(path), path)
 
 
 def order(path):
     """The sort key of parts: the payload by upper-cased path, then the manifest and what describes the package."""
     place = FOOTPRINT.index(path) + 1 if path in FOOTPRINT else 0
-    # Windows compares the units of UTF-16.
+    # Windows compares code units of UTF-16.
     return place, folded(path).encode("utf-16-be", "surrogatepass")
 
 
 def objection(path):
-    """What Windows has against a payload file of this path, or None."""
+    """Why Windows refuses a payload file of this path, or None."""
     if utf16_length(path) > LONGEST_PATH:
         return f"its path has more than {LONGEST_PATH} characters"
     if folded(path) in _RESERVED or folded(path).startswith(_RESERVED_FOLDERS):

@@ -21,7 +21,7 @@ _HIGHEST_FILTER = 4
 
 
 class Png:
-    """The bytes of a PNG. Raises ValueError for what is no whole one."""
+    """The bytes of a PNG. Raises ValueError for an incomplete or different file."""
 
     def __init__(self, data):
         chunks = list(_chunks(data))
@@ -52,7 +52,7 @@ class Png:
             at += size
 
     def _row_sizes(self):
-        """Bytes of each row, with the one that tells its filter."""
+        """Bytes of each row, its filter byte included."""
         for left, top, across, down in _PASSES if self._interlaced else ((0, 0, 1, 1),):
             columns = math.ceil((self.width - left) / across)
             for _ in range(top, self.height, down) if columns > 0 else ():

@@ -1,6 +1,6 @@
 """Reads what this project checks of a Windows executable: header fields, imports, exports, resources, sections.
 
-Every table is read up to a bound: a damaged file leads its reader in circles, or lets few bytes stand for many."""
+Every table is read up to a limit: a damaged file may contain cycles, or a few bytes that describe many."""
 
 import struct
 from dataclasses import dataclass
@@ -12,11 +12,11 @@ EXECUTABLE, WRITABLE = 0x20000000, 0x80000000
 
 # Windows loads no more sections.
 MOST_SECTIONS = 96
-# More names than this is no program that the project makes; nor is a longer name.
+# No program of this project has more names than this, nor a longer one.
 _MOST_NAMES = 65536
 _LONGEST_NAME = 512
 
-# A text is not looked for behind so many others that end like it.
+# The search for a text stops after so many others with the same end.
 _MOST_TAILS = 10000
 
 _PE32, _PE32_PLUS = 0x10B, 0x20B
@@ -40,7 +40,7 @@ class Section:
 
 
 class PortableExecutable:
-    """The bytes of a PE file. Raises ValueError for anything else, also where a table leads out of the file."""
+    """The bytes of a PE file. Raises ValueError for anything else, also if a table lies outside the file."""
 
     def __init__(self, data):
         self.data = data
@@ -184,8 +184,8 @@ class PortableExecutable:
     def has_text(self, text):
         """Whether a wide literal of exactly this text is in the data that the program only reads.
 
-        What two more wide characters stand before is the tail of a longer literal; of one alone that cannot be said,
-        since the end of a narrow literal looks the same."""
+        A match behind two more wide characters is the tail of a longer literal. One character proves nothing: the end
+        of a narrow literal looks the same."""
         resources, _ = self.directory(RESOURCES)
         return any(
             self._has_literal(text, section)

@@ -1,4 +1,4 @@
-"""What is wrong with a package, told so that the reader knows where to look and what to do."""
+"""Problems of a package: what is wrong, where, and what to do."""
 
 from dataclasses import dataclass
 
@@ -8,7 +8,7 @@ _LONGEST_FIELD = 400
 
 
 def brief(text, longest=60):
-    """A text from a package for a message: on one line and of bounded length, whatever somebody put into it."""
+    """A text from a package for a message: on one line and of limited length, for any text."""
     line = "".join(character if character.isprintable() else f"\\u{ord(character):04x}" for character in text[:longest])
     return line if len(text) <= longest else line + "…"
 
@@ -33,7 +33,7 @@ class PackageError(Exception):
 
 
 class Enough(Exception):
-    """More problems than anybody reads were found."""
+    """More problems were found than are reported."""
 
 
 class Report:

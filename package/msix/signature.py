@@ -16,13 +16,13 @@ _DIGESTS = b"APPX"
 _KEY_SIZE = 4
 _DIGEST_SIZE = hashlib.sha256().digest_size
 
-# The parts of which the digest is that of their content. The block map stands for all files that it lists.
+# The parts whose content is hashed. The block map represents all files that it lists.
 _KEYS = {BLOCK_MAP: b"AXBM", CONTENT_TYPES: b"AXCT"}
 PARTS = tuple(_KEYS)
 
 
 class Signature:
-    """Raises PackageError for what is no signature part."""
+    """Raises PackageError for data that is not a signature part."""
 
     def __init__(self, data):
         try:
@@ -42,7 +42,7 @@ class Signature:
         return [certificate.name_of(content) for tag, content in found if tag == der.SEQUENCE]
 
     def _read_digests(self):
-        """Four letters -> the digest that goes by them."""
+        """Four letters -> the digest of that name."""
         told = der.child(der.child(der.child(self._signed, der.SEQUENCE), der.EXPLICIT_0), der.SEQUENCE)
         data = der.child(der.child(told, der.SEQUENCE, 1), der.OCTETS)
         step = _KEY_SIZE + _DIGEST_SIZE
@@ -52,7 +52,7 @@ class Signature:
         return {data[at : at + _KEY_SIZE]: data[at + _KEY_SIZE : at + step] for at in places}
 
     def problems(self, contents):
-        """What does not fit the content of the package's parts: name -> bytes."""
+        """The mismatches with the content of the package's parts: name -> bytes."""
         for part, content in contents.items():
             if self._digests.get(_KEYS[part]) != hashlib.sha256(content).digest():
                 yield Problem(SIGNATURE, f"it was made for a package with another {part}", "Sign the package again")

@@ -52,7 +52,7 @@ class _Verifier:
         manifest = Manifest(self._content(MANIFEST))
         before = len(self._report.problems)
         self._report.extend(manifest_rules.problems(manifest))
-        # What else is asked of the application relies on a manifest in order.
+        # The other checks of the application rely on a valid manifest.
         if len(self._report.problems) == before:
             application_rules.check(manifest, self._parts, self._report)
 
@@ -81,7 +81,7 @@ def _other_publisher(publisher, subject):
 
 
 def verify(data, where, given_certificate=None):
-    """Everything that is wrong with a package (its bytes), as problems in the order in which they were found."""
+    """All problems of a package (its bytes), in the order in which they were found."""
     report = Report()
     try:
         _Verifier(data, where, report).run(given_certificate)

@@ -1,4 +1,4 @@
-"""What the version resource of a program says: its version, and texts by their names."""
+"""Reads the version resource of a program: its version, and its texts by name."""
 
 import struct
 
@@ -48,7 +48,7 @@ def _read(program):
 
 
 def file_version(program):
-    """The version as 1.2.3.4, or None. Raises ValueError where the program leads its reader out of the file."""
+    """The version as 1.2.3.4, or None. Raises ValueError if a table of the program lies outside the file."""
     _, value = next(_read(program), ("", b""))
     if len(value) < 16 or value[:4] != struct.pack("<I", _SIGNATURE):
         return None

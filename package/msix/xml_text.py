@@ -6,7 +6,7 @@ import xml.etree.ElementTree as ElementTree
 from . import limits
 from .problem import PackageError
 
-# What XML calls white space; Python's own idea of it is wider.
+# White space in XML; Python's own definition is wider.
 _BLANKS = " \t\r\n"
 
 # A parser keeps many times the bytes of an element, and repeats the name of its namespace in each: both are bounded.
@@ -33,7 +33,7 @@ def _decode(data, where):
 
 
 def _bound(text, where):
-    """Refuses what would take a parser's memory or time without end."""
+    """Refuses what would take unlimited memory or time of a parser."""
     # Entities that a document type declares can grow without bound; none of the parts may have one.
     if "<!DOCTYPE" in text:
         _fail(where, "it has a document type, which Windows refuses", "Remove the document type")
@@ -45,7 +45,7 @@ def _bound(text, where):
 
 
 def parse(data, where):
-    """The root element of a part. Raises PackageError for what is no well-formed UTF-8 without document types."""
+    """The root element of a part. Raises PackageError for anything but well-formed UTF-8 without document types."""
     if len(data) > limits.XML:
         _fail(where, f"it has {len(data)} bytes; it is looked at up to {limits.XML}", "Make it smaller")
     text = _decode(data, where)

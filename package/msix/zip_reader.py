@@ -1,4 +1,4 @@
-"""Reads an archive strictly: nothing between, before or behind what packages have, both headers of an entry alike.
+"""Reads an archive strictly: no data between, before or after the parts, and equal headers of each entry.
 
 Windows' own packer leaves the sizes of an entry to a descriptor behind its data, and gives ZIP64's fields also where
 the sizes are small: both are read."""
@@ -129,7 +129,7 @@ class _Reader:
         return entry, next_at, next_place
 
     def _wide(self, name, at, length, short):
-        """Size, compressed size and offset of an entry; those that are unset in its header stand in ZIP64's field."""
+        """Size, compressed size and offset of an entry; those that are unset in its header are in ZIP64's field."""
         if not length:
             return short
         kind, field_size = self._unpack("<HH", at, "its central directory") if length >= 4 else (0, 0)
@@ -137,7 +137,7 @@ class _Reader:
             _damaged(name, "its entry in the central directory has an extra field that is not ZIP64's")
         values = list(self._unpack(f"<{field_size // 8}Q", at + 4, "its central directory"))
         if _UNSET not in short:
-            # All of it is said in the header already.
+            # The header contains all of it already.
             if values != list(short[: len(values)]):
                 _damaged(name, "its ZIP64 field contradicts its header")
             return short
@@ -184,7 +184,7 @@ class _Reader:
             _damaged(name, "its local header and its entry in the central directory differ")
 
     def _descriptor_size(self, name, local, told, at):
-        """Bytes of the descriptor at `at`, which says again what the central directory says."""
+        """Bytes of the descriptor at `at`, which repeats the central directory."""
         if not local.flags:
             return 0
         for layout in ("<IQQ", "<III"):
@@ -196,5 +196,5 @@ class _Reader:
 
 
 def read(data, where):
-    """The entries of an archive in their order. `where` is what messages call it. Raises PackageError."""
+    """The entries of an archive in their order. `where` names it in messages. Raises PackageError."""
     return _Reader(data, where).entries()
