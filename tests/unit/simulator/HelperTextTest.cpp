@@ -4,8 +4,8 @@
 using namespace test;
 using winrt::Windows::Foundation::PropertyValue;
 
-// The values that a helper may get, as the simulator makes them.
-TEST(HelpersMessageText, TellsTextsAndTheTypesOfAllElse)
+// Of the values that a helper may get, made by the simulator.
+TEST(HelperText, ShowsStringsAndTheTypesOfOtherValues)
 {
     sim::LocalHost const host;
     EXPECT_EQ(helper::MessageText(ValueSet()), L"(empty)");
