@@ -91,7 +91,8 @@ std::optional<Session::Message> Session::Wait(std::chrono::milliseconds timeout)
 std::optional<std::wstring> Session::HowItEnded()
 {
     std::lock_guard const lock(m_inbox->mutex);
-    return m_inbox->closed ? std::optional<std::wstring>(NameOf(*m_inbox->closed)) : std::nullopt;
+    auto const closed = m_inbox->closed;
+    return closed ? std::optional<std::wstring>(NameOf(*closed)) : std::nullopt;
 }
 
 std::wstring Session::WaitForEnd()
