@@ -18,21 +18,21 @@ if(NOT WIN32)
     add_library(test_support STATIC EXCLUDE_FROM_ALL /usr/src/googletest/googletest/src/gtest_main.cc)
     target_link_libraries(test_support PUBLIC googletest)
 endif()
-if(HOUSE_NATIVE_SANITIZERS)
+if(VELMO_NATIVE_SANITIZERS)
     target_compile_options(googletest PUBLIC -fsanitize=address,undefined)
 endif()
 
 include(GoogleTest)
 
-# house_test(NAME sources... LIBRARIES libs... [WRAP functions...] [LABELS labels...] [LOCK resource])
+# velmo_test(NAME sources... LIBRARIES libs... [WRAP functions...] [LABELS labels...] [LOCK resource])
 #   LIBRARIES  what is tested
 #   WRAP       imported functions that this program replaces: define __wrap___imp_X, call __real___imp_X
 #   LABELS     unit, flow, e2e, native
 #   LOCK       a resource that only one test at a time may use
-function(house_test name)
+function(velmo_test name)
     cmake_parse_arguments(arg "" "LOCK" "LIBRARIES;WRAP;LABELS" ${ARGN})
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
-    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test_support googletest house)
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test_support googletest velmo_options)
     foreach(function ${arg_WRAP})
         target_link_options(${name} PRIVATE -Wl,--wrap=__imp_${function})
     endforeach()

@@ -1,46 +1,47 @@
-# How every target of this project is compiled and linked: link to `house`.
-add_library(house INTERFACE)
-target_include_directories(house INTERFACE ${PROJECT_SOURCE_DIR})
-target_compile_options(house INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-unused-parameter -Werror)
+# How every target of this project is compiled and linked: link to `velmo_options`.
+add_library(velmo_options INTERFACE)
+target_include_directories(velmo_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(velmo_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-unused-parameter -Werror)
 
 if(WIN32)
     # The universal C runtime that Windows ships; but GCC's coverage counters are written by a library that was built for
     # the older one, and cannot open its files with this one.
-    if(NOT HOUSE_COVERAGE)
+    if(NOT VELMO_COVERAGE)
         add_compile_definitions(_UCRT)
         set(CMAKE_CXX_STANDARD_LIBRARIES "-lucrt ${CMAKE_CXX_STANDARD_LIBRARIES}")
     endif()
     # 0x0A000006 is Windows 10 1809, the oldest system served.
-    target_compile_definitions(house INTERFACE
+    target_compile_definitions(velmo_options INTERFACE
         UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 NTDDI_VERSION=0x0A000006)
-    target_compile_options(house INTERFACE -ffunction-sections -fdata-sections)
+    target_compile_options(velmo_options INTERFACE -ffunction-sections -fdata-sections)
     # windowsapp comes first, so that imports go to the API sets and not to the classic libraries.
-    target_link_libraries(house INTERFACE windowsapp)
-    target_link_options(house INTERFACE -static -Wl,--gc-sections)
+    target_link_libraries(velmo_options INTERFACE windowsapp)
+    target_link_options(velmo_options INTERFACE -static -Wl,--gc-sections)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         # CodeView in a .pdb beside the executable is what Windows debuggers read; the executable itself is stripped.
-        target_compile_options(house INTERFACE -gcodeview)
-        target_link_options(house INTERFACE -Wl,--pdb= -s)
+        target_compile_options(velmo_options INTERFACE -gcodeview)
+        target_link_options(velmo_options INTERFACE -Wl,--pdb= -s)
         # The same sources give the same bytes, wherever and whenever they are built: no folder of this machine in a
         # file, and a hash in the place of the time (symbol servers tell builds apart by it).
-        target_compile_options(house INTERFACE
+        target_compile_options(velmo_options INTERFACE
             -gno-codeview-command-line -ffile-compilation-dir=.
             -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
-        target_link_options(house INTERFACE
+        target_link_options(velmo_options INTERFACE
             -Wl,-Xlink=-Brepro
             -Wl,-Xlink=-pdbaltpath:%_PDB% -Wl,-Xlink=-pdbsourcepath:.)
         # The runtime's set-jump stub names a function that the universal C runtime exports under another name.
-        target_link_options(house INTERFACE -Wl,-Xlink=-alternatename:_setjmp=__intrinsic_setjmp)
+        target_link_options(velmo_options INTERFACE -Wl,-Xlink=-alternatename:_setjmp=__intrinsic_setjmp)
     endif()
     set(CMAKE_CXX_STANDARD_LIBRARIES "-lwinpthread ${CMAKE_CXX_STANDARD_LIBRARIES}")
 endif()
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 guesses which class a released object is of, and then warns of what such an object would do.
-    target_compile_options(house INTERFACE -Wno-free-nonheap-object)
+    target_compile_options(velmo_options INTERFACE -Wno-free-nonheap-object)
     if(WIN32)
         # A section for each function of each template: more than the 65,279 of an ordinary object file.
-        target_compile_options(house INTERFACE -Wa,-mbig-obj)
+        target_compile_options(velmo_options INTERFACE -Wa,-mbig-obj)
     endif()
 endif()
 
@@ -55,19 +56,19 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     set(packaged_app_options -Wl,--appcontainer -Wl,--major-subsystem-version=10,--minor-subsystem-version=0)
 endif()
 
-if(HOUSE_COVERAGE)
+if(VELMO_COVERAGE)
     # Only what ships is counted, wherever it is compiled; unoptimised, the rest would be most of the work.
     string(REGEX REPLACE "([][+.*()^$?|{}\\\\])" "\\\\\\1" root "${PROJECT_SOURCE_DIR}")
-    target_compile_options(house INTERFACE --coverage -O0
+    target_compile_options(velmo_options INTERFACE --coverage -O0
         "-fprofile-filter-files=^${root}/(app|service|logging|utils)/")
     # GNU's linker takes minutes for each program that is not optimised, and Debian's GCC for Windows starts no other.
     set(CMAKE_CXX_LINK_EXECUTABLE "clang++-19 --target=x86_64-w64-windows-gnu -fuse-ld=lld <LINK_FLAGS> <OBJECTS> \
 -o <TARGET> <LINK_LIBRARIES> -lgcov")
 endif()
-if(HOUSE_UBSAN_TRAP)
-    target_compile_options(house INTERFACE -fsanitize=undefined -fsanitize-trap=all)
+if(VELMO_UBSAN_TRAP)
+    target_compile_options(velmo_options INTERFACE -fsanitize=undefined -fsanitize-trap=all)
 endif()
-if(HOUSE_NATIVE_SANITIZERS)
-    target_compile_options(house INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -g)
-    target_link_options(house INTERFACE -fsanitize=address,undefined)
+if(VELMO_NATIVE_SANITIZERS)
+    target_compile_options(velmo_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -g)
+    target_link_options(velmo_options INTERFACE -fsanitize=address,undefined)
 endif()
