@@ -19,36 +19,44 @@ if(WIN32)
     target_link_libraries(velmo_options INTERFACE windowsapp)
     target_link_options(velmo_options INTERFACE -static -Wl,--gc-sections)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-        # CodeView in a .pdb beside the executable is what Windows debuggers read; the executable itself is stripped.
-        target_compile_options(velmo_options INTERFACE -gcodeview)
-        target_link_options(velmo_options INTERFACE -Wl,--pdb= -s)
+        # Stripped: symbols are in a .pdb, where there is one.
+        target_link_options(velmo_options INTERFACE -s)
         # The same sources give the same bytes, wherever and whenever they are built: no folder of this machine in a
         # file, and a hash in the place of the time (symbol servers tell builds apart by it).
         target_compile_options(velmo_options INTERFACE
-            -gno-codeview-command-line -ffile-compilation-dir=.
+            -ffile-compilation-dir=.
             -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
-        target_link_options(velmo_options INTERFACE
-            -Wl,-Xlink=-Brepro
-            -Wl,-Xlink=-pdbaltpath:%_PDB% -Wl,-Xlink=-pdbsourcepath:.)
-        # The runtime's set-jump stub names a function that the universal C runtime exports under another name.
-        target_link_options(velmo_options INTERFACE -Wl,-Xlink=-alternatename:_setjmp=__intrinsic_setjmp)
+        target_link_options(velmo_options INTERFACE -Wl,-Xlink=-Brepro)
     endif()
+    # The runtime's set-jump stub names a function that the universal C runtime exports under another name.
+    target_link_options(velmo_options INTERFACE -Wl,-Xlink=-alternatename:_setjmp=__intrinsic_setjmp)
     set(CMAKE_CXX_STANDARD_LIBRARIES "-lwinpthread ${CMAKE_CXX_STANDARD_LIBRARIES}")
 endif()
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 guesses which class a released object is of, and then warns of what such an object would do.
     target_compile_options(velmo_options INTERFACE -Wno-free-nonheap-object)
+    # Where sources share a compilation unit, it takes each for a header, whose unnamed types would differ from file to
+    # file; and a name for shadowed that only another source's headers declare. clang warns of shadowing in each source.
+    target_compile_options(velmo_options INTERFACE -Wno-subobject-linkage -Wno-shadow)
     if(WIN32)
         # A section for each function of each template: more than the 65,279 of an ordinary object file.
         target_compile_options(velmo_options INTERFACE -Wa,-mbig-obj)
+        # GNU's linker takes minutes for programs that are not optimised, and Debian's GCC for Windows starts no other.
+        set(CMAKE_CXX_LINK_EXECUTABLE "clang++-19 --target=x86_64-w64-windows-gnu -fuse-ld=lld <LINK_FLAGS> <OBJECTS> \
+-o <TARGET> <LINK_LIBRARIES>")
+        set(CMAKE_CXX_CREATE_SHARED_LIBRARY "clang++-19 --target=x86_64-w64-windows-gnu -fuse-ld=lld -shared \
+<LINK_FLAGS> <OBJECTS> -o <TARGET> -Wl,--out-implib,<TARGET_IMPLIB> <LINK_LIBRARIES>")
     endif()
 endif()
 
-# What ships has debug information; in tests and tools it would only cost time to build.
-add_library(shipped INTERFACE)
+# What ships has debug information, CodeView in a .pdb beside the executable, which Windows debuggers read; in tests and
+# tools it would only cost time to build. Sources link velmo_shipped, programs velmo_pdb.
+add_library(velmo_shipped INTERFACE)
+add_library(velmo_pdb INTERFACE)
 if(WIN32 AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    target_compile_options(shipped INTERFACE -g)
+    target_compile_options(velmo_shipped INTERFACE -g -gcodeview -gno-codeview-command-line)
+    target_link_options(velmo_pdb INTERFACE -Wl,--pdb= -Wl,-Xlink=-pdbaltpath:%_PDB% -Wl,-Xlink=-pdbsourcepath:.)
 endif()
 
 # What only the executable of a package is: it runs in an app container, on Windows 10.
@@ -57,13 +65,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
 endif()
 
 if(VELMO_COVERAGE)
-    # Only what ships is counted, wherever it is compiled; unoptimised, the rest would be most of the work.
+    # Only what ships is counted, wherever it is compiled.
     string(REGEX REPLACE "([][+.*()^$?|{}\\\\])" "\\\\\\1" root "${PROJECT_SOURCE_DIR}")
     target_compile_options(velmo_options INTERFACE --coverage -O0
         "-fprofile-filter-files=^${root}/(app|service|logging|utils)/")
-    # GNU's linker takes minutes for each program that is not optimised, and Debian's GCC for Windows starts no other.
-    set(CMAKE_CXX_LINK_EXECUTABLE "clang++-19 --target=x86_64-w64-windows-gnu -fuse-ld=lld <LINK_FLAGS> <OBJECTS> \
--o <TARGET> <LINK_LIBRARIES> -lgcov")
+    string(APPEND CMAKE_CXX_LINK_EXECUTABLE " -lgcov")
 endif()
 if(VELMO_UBSAN_TRAP)
     target_compile_options(velmo_options INTERFACE -fsanitize=undefined -fsanitize-trap=all)

@@ -2,6 +2,7 @@
 add_library(googletest STATIC EXCLUDE_FROM_ALL /usr/src/googletest/googletest/src/gtest-all.cc)
 target_include_directories(googletest SYSTEM PUBLIC /usr/src/googletest/googletest/include)
 target_include_directories(googletest PRIVATE /usr/src/googletest/googletest)
+target_compile_options(googletest PRIVATE -O0)
 if(WIN32)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         # A failure names its file as the person's shell does: with this machine's slashes, not with those of Windows.
