@@ -23,24 +23,35 @@ if(VELMO_NATIVE_SANITIZERS)
     target_compile_options(googletest PUBLIC -fsanitize=address,undefined)
 endif()
 
-include(GoogleTest)
-
-# velmo_test(NAME sources... LIBRARIES libs... [WRAP functions...] [LABELS labels...] [LOCK resource])
+# velmo_test(NAME sources... LIBRARIES libs... [WRAP functions...] [LABELS labels...] [LOCK resource] [COST seconds])
 #   LIBRARIES  what is tested
 #   WRAP       imported functions that this program replaces: define __wrap___imp_X, call __real___imp_X
 #   LABELS     unit, flow, e2e, native
-#   LOCK       a resource that only one test at a time may use
+#   LOCK       a resource that only one program at a time may use
+#   COST       what takes long starts first
+# The program is one test of ctest: a process for each of its tests would take longer to start than the test. It prints
+# what fails, and ends a test that hangs (tests/support/Main.cpp). `./dev test NAME` runs those of its tests that match.
 function(velmo_test name)
-    cmake_parse_arguments(arg "" "LOCK" "LIBRARIES;WRAP;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "" "LOCK;COST" "LIBRARIES;WRAP;LABELS" ${ARGN})
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test_support googletest velmo_options)
     foreach(function ${arg_WRAP})
         target_link_options(${name} PRIVATE -Wl,--wrap=__imp_${function})
     endforeach()
-    set(properties LABELS "${arg_LABELS}" TIMEOUT 120)
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT 900)
     if(arg_LOCK)
-        list(APPEND properties RESOURCE_LOCK ${arg_LOCK})
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK ${arg_LOCK})
     endif()
-    # Discovery may be the first to need the Wine prefix, and wait for it to be made.
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+    if(arg_COST)
+        set_tests_properties(${name} PROPERTIES COST ${arg_COST})
+    endif()
+    # For tools/select_tests.py.
+    set(sources)
+    foreach(source ${arg_UNPARSED_ARGUMENTS})
+        get_filename_component(source ${source} ABSOLUTE)
+        list(APPEND sources ${source})
+    endforeach()
+    list(JOIN sources "\n" sources)
+    file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/test-programs/${name} CONTENT "$<TARGET_FILE:${name}>\n${sources}\n")
 endfunction()

@@ -3,16 +3,21 @@
 
 presets=(product gcc coverage ubsan native native-release)
 
+# configure PRESET: the folder build/PRESET stays held.
+configure() {
+    local preset=$1
+    hold "$preset"
+    remove_foreign "build/$preset"
+    [ ! -e "build/$preset/build.ninja" ] || return 0
+    step "configuring build/$preset"
+    long "build/logs/configure-$preset.log" cmake --preset "$preset"
+}
+
 # build PRESET [--target TARGETS...]: the folder build/PRESET stays held.
 build() {
     local preset=$1
     shift
-    hold "$preset"
-    remove_foreign "build/$preset"
-    if [ ! -e "build/$preset/build.ninja" ]; then
-        step "configuring build/$preset"
-        long "build/logs/configure-$preset.log" cmake --preset "$preset"
-    fi
+    configure "$preset"
     step "building $preset"
     long "build/logs/build-$preset.log" cmake --build --preset "$preset" "$@"
 }
@@ -44,16 +49,60 @@ build_quietly() {
     release
 }
 
-# run_tests PRESET [CTEST ARGUMENTS...]
+# run_tests PRESET [CTEST ARGUMENTS...]: one more at a time than there are processors, since some of them mostly wait.
 run_tests() {
     local preset=$1 result=0
     shift
     [ "$preset" = native ] || prepare_prefix "$preset" || return
     step "testing $preset"
-    show_tests "build/logs/test-$preset.log" ctest --test-dir "build/$preset" --parallel "$(nproc)" \
+    show_tests "build/logs/test-$preset.log" ctest --test-dir "build/$preset" --parallel $(($(nproc) + 1)) \
         --output-on-failure --no-tests=error "$@" || result=$?
+    count_tests "build/$preset/Testing/Temporary/LastTest.log"
     [ "$preset" = native ] || stop_wine "$PWD/build/$preset/prefix"
     return $result
+}
+
+# A program is one test of ctest, and says itself how many it ran.
+count_tests() {
+    sed -nE 's/^\[==========\] ([0-9]+) tests? .* ran\..*/\1/p' "$1" 2>/dev/null |
+        awk '{ tests += $1 } END { if (NR) printf "    %d tests in %d programs of tests\n", tests, NR }'
+}
+
+# list_tests PRESET REGEX: those of ctest, one a line.
+list_tests() {
+    local shown
+    shown=$(ctest --test-dir "build/$1" --show-only --tests-regex "$2" 2>&1) || {
+        printf '%s\n' "$shown"
+        return 1
+    }
+    sed -nE 's/^ *Test +#[0-9]+: ([^ ]+).*/\1/p' <<<"$shown"
+}
+
+# test_filter PRESET REGEX PROGRAMS...: GoogleTest's filter of what matches in these programs. One that is named itself
+# runs whole.
+test_filter() {
+    local preset=$1 name=$2 program path filters=()
+    shift 2
+    for program in "$@"; do
+        if [ "$program" = "$name" ]; then
+            filters+=("*")
+            continue
+        fi
+        path=$(head -n 1 "build/$preset/test-programs/$program")
+        filters+=("$(cmake/wine-run --demand test "$PWD/build/$preset/prefix" "$path" --gtest_list_tests |
+            python3 tools/select_tests.py filter "$name")") || fail "$program does not list its tests"
+    done
+    (
+        IFS=:
+        printf '%s' "${filters[*]}"
+    )
+}
+
+# join_names NAMES...: as alternatives of a regular expression.
+join_names() {
+    local names
+    names=$(printf '|%s' "${@//./\\.}")
+    printf '%s' "${names:1}"
 }
 
 # Runs ctest: on a terminal with its own progress, elsewhere showing what did not pass and the sum.

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""What a failed test leaves is found by the path that it names. Usage: kept_files_test.py BUILD"""
+"""What a failed test leaves is found by the path that it names, and one that ends its program is named. Usage:
+kept_files_test.py BUILD"""
 
 import os
 import pathlib
@@ -16,8 +17,8 @@ SCENARIO = "register\nexpect event package-unregistered\n"
 BUILD = None
 
 
-def run(program, *arguments, **environment):
-    command = [ROOT / "cmake" / "wine-run", f"{BUILD}/prefix", f"{BUILD}/{program}", *arguments]
+def run(program, *arguments, demand=(), **environment):
+    command = [ROOT / "cmake" / "wine-run", *demand, f"{BUILD}/prefix", f"{BUILD}/{program}", *arguments]
     return subprocess.run(command, capture_output=True, text=True, env={**os.environ, **environment})
 
 
@@ -46,6 +47,26 @@ class KeptFiles(unittest.TestCase):
                          VELMO_SIM_PACKAGE=f"Z:{BUILD}/package/installed")
         self.assertEqual(failed.returncode, 1)
         self.assertTrue((self.kept(failed.stdout) / "events.log").exists())
+
+
+class EndOfTheProgram(unittest.TestCase):
+    def check_named(self, test, words):
+        ended = run("tests/e2e/failing_test.exe", "--gtest_brief=1", "--gtest_also_run_disabled_tests",
+                    f"--gtest_filter=Failing.DISABLED_{test}", demand=("--demand", "test"), VELMO_TEST_SECONDS="2")
+        self.assertNotEqual(0, ended.returncode)
+        self.assertIn(f"{words} in Failing.DISABLED_{test}", ended.stderr)
+
+    def test_by_a_crash_names_the_test(self):
+        self.check_named("Crashes", "crashed")
+
+    def test_by_an_exception_that_nobody_catches_names_the_test(self):
+        self.check_named("Terminates", "aborted")
+
+    def test_by_an_exit_in_its_middle_names_the_test(self):
+        self.check_named("Exits", "exited")
+
+    def test_by_its_limit_names_the_test(self):
+        self.check_named("Hangs", "watchdog: still running after 2 s")
 
 
 if __name__ == "__main__":

@@ -130,6 +130,56 @@ class Calls(DevTest):
         self.assertNotIn("wine-run", output)
 
 
+class OneTest(DevTest):
+    """Of a build with one program of tests and one test that is none."""
+
+    def setUp(self):
+        super().setUp()
+        programs = self.clone / "build" / "product" / "test-programs"
+        programs.mkdir(parents=True)
+        (programs.parent / "build.ninja").touch()
+        source = self.folder / "LineTest.cpp"
+        source.write_text("TEST(Line, IsShort)\nTEST(Line, IsLong)\n")
+        (programs / "line_test").write_text(f"line_test.exe\n{source}\n")
+        self.build_step('echo "of $*" >>calls')
+        self.script(self.clone / "cmake" / "wine-run",
+                    "#!/usr/bin/env bash\n[[ $* != *line_test.exe* ]] || printf 'Line.\\n  IsShort\\n  IsLong\\n'\n")
+        self.script(
+            self.tools / "ctest",
+            "#!/usr/bin/env bash\n"
+            "name=${*: -1}\n"
+            "case $* in\n"
+            "*--show-only*) for test in line_test Scenario.line; do [[ ! $test =~ $name ]] || echo \"  Test #1: $test\"; done ;;\n"
+            f"*) echo \"ran $name with '${{GTEST_FILTER-}}'\" >>{self.clone}/calls ;;\n"
+            "esac\n",
+        )
+
+    def test_of_a_program_builds_and_runs_only_that(self):
+        code, output = self.dev("test", "IsShort")
+        self.assertEqual(0, code, output)
+        self.assertEqual(["built product", "of --build --preset product --target line_test",
+                          "ran ^(line_test)$ with 'Line.IsShort'"], self.calls())
+
+    def test_that_is_no_program_is_run_after_a_whole_build(self):
+        code, output = self.dev("test", "Scenario.line")
+        self.assertEqual(0, code, output)
+        self.assertEqual(["built product", "of --build --preset product", r"ran ^(Scenario\.line)$ with ''"], self.calls())
+
+    def test_both_kinds_run_when_both_match(self):
+        code, output = self.dev("test", "[lL]ine")
+        self.assertEqual(0, code, output)
+        self.assertEqual(["built product", "of --build --preset product", "ran ^(line_test)$ with 'Line.*'",
+                          r"ran ^(Scenario\.line)$ with ''"], self.calls())
+
+    def test_the_program_s_own_name_runs_all_of_it(self):
+        self.assertEqual(0, self.dev("test", "line_test")[0])
+        self.assertEqual("ran ^(line_test)$ with '*'", self.calls()[-1])
+
+    def test_one_that_fails_makes_the_command_fail(self):
+        self.script(self.tools / "ctest", "#!/usr/bin/env bash\n[[ $* == *--show-only* ]]\n")
+        self.assertEqual(1, self.dev("test", "IsShort")[0])
+
+
 class Lock(DevTest):
     """A build that waits until the test lets it go on."""
 
@@ -235,7 +285,7 @@ class Watched(DevTest):
         self.script(
             self.tools / "ctest",
             "#!/usr/bin/env bash\n"
-            "case $* in *--show-only*) echo 'Total Tests: 9'; exit ;; esac\n"
+            "case $* in *--show-only*) echo '  Test  #4: One.OfThem'; exit ;; esac\n"
             "echo '  4/9 Test  #4: One.OfThem ...   Passed    0.10 sec'\n"
             f"read -r <{self.folder}/gate\n"
             "echo '100% tests passed, 0 tests failed out of 9'\n",
