@@ -1,0 +1,85 @@
+#!/usr/bin/env python3
+"""Runs clang-tidy over C++ sources and shows how far it is. Sources go into one file (see unity.py) as long as it has
+at most that many bytes: the headers they share, which are most of the work, are then looked at once.
+
+Usage: tidy.py BUILD MOST_BYTES <SOURCES   (BUILD: a configured folder, for the compiler's options)
+"""
+
+import concurrent.futures
+import json
+import os
+import pathlib
+import re
+import subprocess
+import sys
+
+import unity
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+COMMAND = re.compile(r"(?P<options>.*) -o (?P<output>\S+) -c \S+$")
+
+
+def options(build):
+    """Top folder -> how its files are compiled. Where libraries differ, the one that sees the most headers counts."""
+    found = {}
+    for entry in json.loads((build / "compile_commands.json").read_text()):
+        if command := COMMAND.match(entry["command"]):  # resources are compiled otherwise
+            top = pathlib.Path(command["output"]).parts[0]
+            found[top] = max(found.get(top, ""), command["options"], key=len)
+    return found
+
+
+class Unit:
+    """Sources one after the other, as the main file: some checks look at nothing else."""
+
+    def __init__(self, path, sources):
+        self.path = path
+        self.places = []  # of each line
+        lines, included = [], set()
+        for source in sources:
+            text = pathlib.Path(source).read_text(encoding="utf-8").splitlines()
+            # An include that an earlier source has would be a duplicate.
+            lines += ["" if line in included else line for line in text]
+            included.update(line for line in text if line.startswith("#include"))
+            self.places += [f"{source}:{number}" for number in range(1, len(text) + 1)]
+        path.write_text("\n".join(lines) + "\n", encoding="utf-8")
+
+    def lint(self):
+        """(exit code, what is to be told)"""
+        done = subprocess.run(["clang-tidy-19", "-p", self.path.parent, "--quiet", "--warnings-as-errors=*", self.path],
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        told = done.stdout or (done.stderr if done.returncode else "")
+        here = re.compile(rf"{re.escape(str(self.path))}:(\d+)")
+        return done.returncode, here.sub(lambda found: self.places[int(found[1]) - 1], told)
+
+
+def write_units(sources, most_bytes, found_options, folder):
+    """Writes the units, the largest first, and their compile_commands.json."""
+    folder.mkdir(exist_ok=True)
+    by_top = {}
+    for source in sources:
+        by_top.setdefault(pathlib.Path(source).parts[0], []).append(unity.read(source))
+    units, entries = [], []
+    for top, read in by_top.items():
+        for number, group in enumerate(unity.grouped(read, most_bytes)):
+            units.append(Unit(folder / f"{top}-{number}.cpp", [source.path for source in group]))
+            path = str(units[-1].path)
+            entries.append({"directory": str(folder), "file": path, "command": f"{found_options[top]} -c {path}"})
+    (folder / "compile_commands.json").write_text(json.dumps(entries, indent=1))
+    return sorted(units, key=lambda unit: -len(unit.places))
+
+
+def main(build, most_bytes, sources):
+    units = write_units(sources, most_bytes, options(build), build / "tidy")
+    failed = False
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        running = [pool.submit(unit.lint) for unit in units]
+        for done, future in enumerate(concurrent.futures.as_completed(running), 1):
+            code, told = future.result()
+            print(f"{told}    clang-tidy: {done} of {len(units)}", flush=True)
+            failed = failed or code != 0
+    return failed
+
+
+if __name__ == "__main__":
+    sys.exit(main(pathlib.Path(sys.argv[1]).resolve(), int(sys.argv[2]), sys.stdin.read().split()))
