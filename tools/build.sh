@@ -65,7 +65,7 @@ run_tests() {
 # A program is one test of ctest, and says itself how many it ran.
 count_tests() {
     sed -nE 's/^\[==========\] ([0-9]+) tests? .* ran\..*/\1/p' "$1" 2>/dev/null |
-        awk '{ tests += $1 } END { if (NR) printf "    %d tests in %d programs of tests\n", tests, NR }'
+        awk '{ tests += $1 } END { if (NR) printf "    tests run: %d\n", tests }'
 }
 
 # list_tests PRESET REGEX: those of ctest, one a line.
