@@ -1,10 +1,10 @@
 // How long a push takes from the push service's word until the app's background task is completed, which it is when the
 // desktop component has been started: real processes on a device of their own.
 #include "bench/Harness.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Text.h"
 #include "simulator/broker/WindowsProcessStarter.h"
 #include "simulator/client/BrokerClient.h"
-#include "simulator/model/Error.h"
-#include "simulator/model/Text.h"
 
 namespace
 {
@@ -16,11 +16,11 @@ void Run(std::wstring const& program, std::wstring const& arguments, std::wstrin
     unsigned long result = 0;
     sim::Handle const ended(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     sim::WindowsProcessStarter processes;
-    auto const started =
-        processes.Start({program, L"\"" + program + L"\" " + arguments, folder, {}}, [&](auto, unsigned long exitCode) {
-            result = exitCode;
-            SetEvent(ended.Get());
-        });
+    processes.Listen([&](auto, unsigned long exitCode) {
+        result = exitCode;
+        SetEvent(ended.Get());
+    });
+    auto const started = processes.Start({program, L"\"" + program + L"\" " + arguments, folder, {}});
     if (started.error == 0)
     {
         WaitForSingleObject(ended.Get(), INFINITE);
@@ -46,7 +46,7 @@ class Pushes
     double Push()
     {
         auto const start = Clock::now();
-        m_broker->Ask({L"push"});
+        m_broker->Ask(sim::Push{});
         WaitFor(L"task-completed");
         std::chrono::duration<double, std::micro> const taken = Clock::now() - start;
         return taken.count();
@@ -54,7 +54,7 @@ class Pushes
 
     double PushToNoProcess()
     {
-        m_broker->Ask({L"kill"});
+        m_broker->Ask(sim::KillApp{});
         WaitFor(L"app-crashed"); // as a process that is ended from outside is booked
         return Push();
     }

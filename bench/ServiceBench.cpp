@@ -6,7 +6,7 @@
 #include "bench/ServiceCaller.h"
 #include "service/AppLogHook.h"
 #include "service/NotificationAppService.h"
-#include "simulator/runtime/LocalHost.h"
+#include "simulator/testing/LocalDevice.h"
 
 #include <thread>
 #include <windows.h>
@@ -70,7 +70,7 @@ class Service
         g_appLogHook = log;
     }
 
-    sim::LocalHost m_host;
+    sim::LocalDevice m_host;
     std::thread m_main{[] { Application::Start([](auto&&) { winrt::make<bench::ServiceApp>(); }); }};
     bench::ServiceCaller m_callers[3]; // in the order of the services
 };

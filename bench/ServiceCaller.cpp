@@ -1,7 +1,7 @@
 #include "bench/ServiceCaller.h"
 
 #include "service/Messages.h"
-#include "simulator/runtime/LocalPlatform.h"
+#include "simulator/testing/LocalDevice.h"
 
 #include <chrono>
 #include <cstdio>
@@ -32,13 +32,21 @@ void Require(bool isSo, char const* what)
 ServiceCaller::ServiceCaller()
 {
     m_request.Insert(Messages::commandKey, winrt::box_value(Messages::getChannelUri));
-    m_connection.AppServiceName(sim::LocalPlatform::appServiceName);
-    m_connection.PackageFamilyName(sim::LocalPlatform::familyName);
     m_connection.RequestReceived([this](auto&&, AppServiceRequestReceivedEventArgs const& args) {
         Require(args.Request().Message().HasKey(Messages::newCuriKey), "a message lacks the URI");
         SetEvent(m_arrived.Get());
     });
     Require(m_connection.OpenAsync().get() == AppServiceConnectionStatus::Success, "no connection");
+}
+
+// Of another process than the app's.
+ServiceCaller::Connection ServiceCaller::NewConnection()
+{
+    sim::CallerScope const caller;
+    Connection connection;
+    connection.AppServiceName(sim::LocalDevice::appServiceName);
+    connection.PackageFamilyName(sim::LocalDevice::familyName);
+    return connection;
 }
 
 double ServiceCaller::RoundTrip() const

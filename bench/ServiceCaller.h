@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/model/Handle.h"
+#include "simulator/base/Handle.h"
 
 #include <winrt/Windows.ApplicationModel.AppService.h>
 #include <winrt/Windows.Foundation.Collections.h>
@@ -24,7 +24,11 @@ class ServiceCaller
   private:
     using ValueSet = winrt::Windows::Foundation::Collections::ValueSet;
 
-    winrt::Windows::ApplicationModel::AppService::AppServiceConnection m_connection;
+    using Connection = winrt::Windows::ApplicationModel::AppService::AppServiceConnection;
+
+    static Connection NewConnection();
+
+    Connection m_connection = NewConnection();
     ValueSet m_request;
     sim::Handle m_arrived{CreateEventW(nullptr, FALSE, FALSE, nullptr)};
 };

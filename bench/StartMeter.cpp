@@ -1,8 +1,10 @@
 #include "bench/StartMeter.h"
 
-#include "simulator/model/Activation.h"
-#include "simulator/transport/Pipe.h"
-#include "simulator/transport/PipeChannel.h"
+#include "simulator/broker/WindowsProcessStarter.h"
+#include "simulator/protocol/Encoding.h"
+#include "simulator/protocol/Messages.h"
+#include "simulator/protocol/Pipe.h"
+#include "simulator/protocol/PipeChannel.h"
 
 #include <chrono>
 #include <cstdio>
@@ -41,16 +43,15 @@ struct Run
 // folder: that of the app's package, for the app.
 void Serve(std::shared_ptr<sim::PipeChannel> const& channel, std::wstring const& folder, Run& run)
 {
-    channel->Start({[channel, folder, &run](sim::Message const& message) {
-                        if (message.front() == L"hello-app")
+    auto const answer = [channel](sim::ToProcess const& message) { channel->Send(sim::Encode(message)); };
+    channel->Start({[answer, folder, &run](std::string_view bytes) {
+                        auto const message = sim::Decode<sim::FromProcess>(bytes);
+                        if (std::holds_alternative<sim::Hello>(message))
                         {
-                            channel->Send({L"welcome", L"Bench_1", folder});
-                            sim::Message activate = {L"activate"};
-                            auto const words = sim::Activation{L"1", sim::ActivationKind::Protocol, L"bench:"}.Words();
-                            activate.insert(activate.end(), words.begin(), words.end());
-                            channel->Send(activate);
+                            answer(sim::Welcome{L"Bench_1", folder});
+                            answer(sim::Activate{{1, sim::ProtocolLaunch{L"bench:"}}});
                         }
-                        else if (message.front() == L"taken")
+                        else if (std::holds_alternative<sim::ActivationTaken>(message))
                         {
                             run.constructed = Clock::now();
                             run.wasConstructed = true;
@@ -81,17 +82,19 @@ double StartMeter::MeasureOne(std::wstring const& executable)
     connecting.hEvent = run.connected.Get();
     if (!pipe || ConnectNamedPipe(pipe.Get(), &connecting) || GetLastError() != ERROR_IO_PENDING)
     {
-        Fail("the pipe cannot be had");
+        Fail("the pipe cannot be made");
     }
     sim::ProcessRequest const request{executable,
                                       L"\"" + executable + L"\" -ServerName:App.Bench.mca",
                                       m_device.Home(),
                                       {{L"VELMO_SIM_HOME", m_device.Home()}, {L"TMP", m_device.Home()}}};
     auto const start = Clock::now();
-    auto const started = m_processes.Start(request, [&](auto, unsigned long exitCode) {
+    sim::WindowsProcessStarter processes;
+    processes.Listen([&](auto, unsigned long exitCode) {
         run.exitCode = exitCode;
         SetEvent(run.ended.Get());
     });
+    auto const started = processes.Start(request);
     if (started.error != 0)
     {
         Fail("an app does not start");

@@ -1,6 +1,5 @@
 #pragma once
-#include "simulator/broker/WindowsProcessStarter.h"
-#include "simulator/model/Device.h"
+#include "simulator/protocol/Device.h"
 
 #include <string>
 
@@ -23,7 +22,6 @@ class StartMeter
     double MeasureOne(std::wstring const& executable);
 
     sim::Device m_device;
-    sim::WindowsProcessStarter m_processes;
 };
 
 } // namespace bench

@@ -1,13 +1,16 @@
 #include "simulator/broker/Server.h"
 
-#include "simulator/broker/Broker.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/FolderWatch.h"
 #include "simulator/broker/WindowsProcessStarter.h"
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/FolderWatch.h"
-#include "simulator/transport/Pipe.h"
-#include "simulator/transport/PipeChannel.h"
+#include "simulator/platform/Platform.h"
+#include "simulator/platform/SystemTime.h"
+#include "simulator/protocol/Encoding.h"
+#include "simulator/protocol/Pipe.h"
+#include "simulator/protocol/PipeChannel.h"
 
+#include <thread>
 #include <windows.h>
 
 namespace sim
@@ -56,19 +59,41 @@ class Listener
     OVERLAPPED m_overlapped{};
 };
 
+// A process at the other end of a pipe.
+class PipePeer : public Peer
+{
+  public:
+    explicit PipePeer(std::shared_ptr<PipeChannel> channel) : m_channel(std::move(channel)) {}
+
+    void Send(ToProcess const& message) override { m_channel->Send(Encode(message)); }
+
+  private:
+    std::shared_ptr<PipeChannel> m_channel;
+};
+
 class Server
 {
   public:
     explicit Server(Device const& device)
         : m_device(device), m_listener(std::make_unique<Listener>(device.PipeName())),
           m_stop(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
-          m_broker(device, std::make_unique<WindowsProcessStarter>(), [this] { SetEvent(m_stop.Get()); }),
+          m_platform(device, m_time, std::make_unique<WindowsProcessStarter>(), [this] { SetEvent(m_stop.Get()); }),
           m_watch(ParentOf(device.Home()), FolderWatch::Folders)
     {
     }
 
     // Until the device is switched off or its folder goes.
     void Run()
+    {
+        std::thread work([this] { m_platform.Work().Run(); });
+        AcceptUntilStopped();
+        m_platform.Work().PostAndWait([this] { m_platform.EndProcesses(); });
+        m_platform.Work().Stop();
+        work.join();
+    }
+
+  private:
+    void AcceptUntilStopped()
     {
         while (FolderExists(m_device.Home()))
         {
@@ -82,27 +107,27 @@ class Server
                 m_watch.Next();
                 break;
             default:
-                m_broker.EndProcesses();
                 return;
             }
         }
-        m_broker.EndProcesses();
     }
 
-  private:
     void Accept()
     {
         auto const channel = PipeChannel::Open(m_listener->Take());
         m_listener = std::make_unique<Listener>(m_device.PipeName());
+        auto const peer = std::make_shared<PipePeer>(channel);
         // The channel keeps its handlers until it closes, and they keep the channel.
-        channel->Start({[this, channel](Message const& message) { m_broker.Received(channel, message); },
-                        [this, channel] { m_broker.Closed(channel); }});
+        channel->Start(
+            {[this, peer](std::string_view message) { m_platform.Received(peer, Decode<FromProcess>(message)); },
+             [this, peer] { m_platform.Closed(peer); }});
     }
 
     Device const& m_device;
     std::unique_ptr<Listener> m_listener;
     Handle m_stop;
-    Broker m_broker;
+    SystemTime m_time;
+    Platform m_platform;
     FolderWatch m_watch;
 };
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/model/Device.h"
+#include "simulator/protocol/Device.h"
 
 namespace sim
 {

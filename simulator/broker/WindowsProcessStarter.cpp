@@ -1,7 +1,7 @@
 #include "simulator/broker/WindowsProcessStarter.h"
 
-#include "simulator/model/Handle.h"
-#include "simulator/model/Text.h"
+#include "simulator/base/Handle.h"
+#include "simulator/base/Text.h"
 
 #include <algorithm>
 #include <atomic>
@@ -56,9 +56,8 @@ std::wstring EnvironmentBlock(ProcessRequest const& request)
 class WindowsProcessStarter::Watch
 {
   public:
-    Watch(Handle process, unsigned long id, Ended ended)
-        : m_process(std::move(process)), m_id(id), m_ended(std::move(ended)),
-          m_wait(CreateThreadpoolWait(OnEnd, this, nullptr))
+    Watch(Handle process, unsigned long id, Ended const& ended)
+        : m_process(std::move(process)), m_id(id), m_ended(ended), m_wait(CreateThreadpoolWait(OnEnd, this, nullptr))
     {
     }
 
@@ -96,7 +95,7 @@ class WindowsProcessStarter::Watch
 
     Handle m_process;
     unsigned long m_id;
-    Ended m_ended;
+    Ended const& m_ended;
     PTP_WAIT m_wait;
     std::atomic<bool> m_isOver = false;
 };
@@ -109,14 +108,14 @@ WindowsProcessStarter::WindowsProcessStarter()
 
 WindowsProcessStarter::~WindowsProcessStarter() = default;
 
-StartedProcess WindowsProcessStarter::Start(ProcessRequest const& request, Ended ended)
+StartedProcess WindowsProcessStarter::Start(ProcessRequest const& request)
 {
     auto commandLine = request.commandLine; // CreateProcess writes into it
     auto environment = EnvironmentBlock(request);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
-    // Detached: it has no part in the console of whoever started the broker.
+    // Detached: it does not share the console that the broker was started from.
     if (!CreateProcessW(request.executable.c_str(), commandLine.data(), nullptr, nullptr, FALSE,
                         CREATE_UNICODE_ENVIRONMENT | DETACHED_PROCESS, environment.data(), request.folder.c_str(),
                         &startup, &started))
@@ -124,7 +123,7 @@ StartedProcess WindowsProcessStarter::Start(ProcessRequest const& request, Ended
         return {GetLastError(), 0};
     }
     Handle const thread(started.hThread);
-    auto watch = std::make_unique<Watch>(Handle(started.hProcess), started.dwProcessId, std::move(ended));
+    auto watch = std::make_unique<Watch>(Handle(started.hProcess), started.dwProcessId, m_ended);
     watch->Begin();
     std::lock_guard const lock(m_mutex);
     m_watches.remove_if([](auto const& other) { return other->IsOver(); });

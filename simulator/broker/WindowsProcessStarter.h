@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/broker/ProcessStarter.h"
+#include "simulator/platform/ProcessStarter.h"
 
 #include <list>
 #include <memory>
@@ -15,13 +15,16 @@ class WindowsProcessStarter : public ProcessStarter
     WindowsProcessStarter();
     ~WindowsProcessStarter() override;
 
-    StartedProcess Start(ProcessRequest const& request, Ended ended) override;
+    void Listen(Ended ended) override { m_ended = std::move(ended); }
+
+    StartedProcess Start(ProcessRequest const& request) override;
     void Kill(unsigned long id, unsigned long exitCode) override;
 
   private:
     class Watch;
 
-    std::mutex m_mutex;
+    Ended m_ended;
+    std::mutex m_mutex; // over the next
     std::list<std::unique_ptr<Watch>> m_watches;
 };
 

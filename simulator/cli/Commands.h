@@ -1,4 +1,6 @@
 #pragma once
+#include "simulator/client/DeviceCommands.h"
+
 #include <span>
 #include <string>
 #include <string_view>
@@ -6,8 +8,6 @@
 
 namespace sim
 {
-
-using Words = std::vector<std::wstring>;
 
 // A command was called in a way that it does not have.
 class WrongCall
@@ -21,10 +21,11 @@ class WrongCall
     std::wstring m_message;
 };
 
+// What this program does itself; what a device does for it is in client/DeviceCommands.h.
 struct Command
 {
     std::wstring_view name;
-    std::wstring_view synopsis; // its arguments
+    std::wstring_view arguments;
     std::wstring_view summary;
     std::wstring_view help; // the rest, for those who ask
     std::size_t fewestWords;

@@ -1,7 +1,7 @@
 #include "simulator/cli/RuntimeClasses.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
 #include "simulator/runtime/ClassNames.h"
 
 #include <windows.h>

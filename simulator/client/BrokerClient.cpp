@@ -1,9 +1,10 @@
 #include "simulator/client/BrokerClient.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/Text.h"
-#include "simulator/transport/Pipe.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Text.h"
+#include "simulator/protocol/Encoding.h"
+#include "simulator/protocol/Pipe.h"
 
 namespace sim
 {
@@ -69,10 +70,10 @@ std::unique_ptr<BrokerClient> BrokerClient::ConnectToRunning(Device const& devic
 }
 
 BrokerClient::BrokerClient(Handle pipe)
-    : m_inbox(std::make_shared<Inbox<Message>>()), m_channel(PipeChannel::Open(std::move(pipe)))
+    : m_inbox(std::make_shared<Inbox<ToProcess>>()), m_channel(PipeChannel::Open(std::move(pipe)))
 {
-    m_channel->Start(
-        {[inbox = m_inbox](Message message) { inbox->Add(std::move(message)); }, [inbox = m_inbox] { inbox->End(); }});
+    m_channel->Start({[inbox = m_inbox](std::string_view message) { inbox->Add(Decode<ToProcess>(message)); },
+                      [inbox = m_inbox] { inbox->End(); }});
 }
 
 BrokerClient::~BrokerClient()
@@ -80,34 +81,33 @@ BrokerClient::~BrokerClient()
     m_channel->Close();
 }
 
-std::wstring BrokerClient::Ask(Message const& request)
+std::wstring BrokerClient::Ask(AnyRequest request)
 {
-    m_channel->Send(request);
+    Send(Request{0, std::move(request)}); // answered in their order
     while (m_answers.empty())
     {
         WaitForSingleObject(m_inbox->Arrived(), INFINITE);
         if (m_inbox->HasEnded())
         {
-            throw Error(L"the device's broker has gone");
+            throw Error(L"the device's broker has ended: the device is off");
         }
         if (auto message = m_inbox->Take())
         {
             Sort(std::move(*message));
         }
     }
-    auto const answer = std::move(m_answers.front());
+    auto const answer = std::move(m_answers.front().content);
     m_answers.pop_front();
-    auto const text = answer.size() > 1 ? answer[1] : std::wstring();
-    if (answer.front() != L"ok")
+    if (auto const* const refused = std::get_if<Refused>(&answer))
     {
-        throw Error(text);
+        throw Error(refused->reason);
     }
-    return text;
+    return std::get<Shown>(answer).text;
 }
 
 void BrokerClient::Follow()
 {
-    m_channel->Send({L"follow"});
+    Send(sim::Follow{});
 }
 
 std::optional<Event> BrokerClient::NextEvent()
@@ -120,7 +120,7 @@ std::optional<Event> BrokerClient::NextEvent()
     {
         if (m_inbox->HasEnded())
         {
-            throw Error(L"the device's broker has gone");
+            throw Error(L"the device's broker has ended: the device is off");
         }
         return std::nullopt;
     }
@@ -132,25 +132,29 @@ std::optional<Event> BrokerClient::NextEvent()
 void BrokerClient::Stop()
 {
     constexpr DWORD limitMilliseconds = 30'000;
-    auto const id = ParseNumber(Ask({L"process"}));
+    auto const id = ParseNumber(Ask(ShowProcess{}));
     Handle const broker(OpenProcess(SYNCHRONIZE, FALSE, id.value_or(0)));
-    m_channel->Send({L"stop"});
+    Send(SwitchOff{});
     if (broker && WaitForSingleObject(broker.Get(), limitMilliseconds) != WAIT_OBJECT_0)
     {
         throw Error(L"the device's broker does not end");
     }
 }
 
-void BrokerClient::Sort(Message message)
+void BrokerClient::Send(FromProcess const& message)
 {
-    if (message.front() != L"event")
+    m_channel->Send(Encode(message));
+}
+
+void BrokerClient::Sort(ToProcess message)
+{
+    if (auto* const answer = std::get_if<Answer>(&message))
     {
-        m_answers.push_back(std::move(message));
-        return;
+        m_answers.push_back(std::move(*answer));
     }
-    if (auto event = message.size() == 2 ? ParseEvent(message[1]) : std::nullopt)
+    else if (auto* const happened = std::get_if<EventHappened>(&message))
     {
-        m_events.push_back(std::move(*event));
+        m_events.push_back(std::move(happened->event));
     }
 }
 

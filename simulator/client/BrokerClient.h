@@ -1,8 +1,9 @@
 #pragma once
-#include "simulator/client/Inbox.h"
-#include "simulator/model/Device.h"
-#include "simulator/model/Event.h"
-#include "simulator/transport/PipeChannel.h"
+#include "simulator/base/Inbox.h"
+#include "simulator/protocol/Device.h"
+#include "simulator/protocol/Event.h"
+#include "simulator/protocol/Messages.h"
+#include "simulator/protocol/PipeChannel.h"
 
 #include <deque>
 #include <memory>
@@ -27,13 +28,13 @@ class BrokerClient
     BrokerClient& operator=(BrokerClient const&) = delete;
     ~BrokerClient();
 
-    // Waits for the answer and gives its text. Throws Error with the broker's refusal, or when it has gone.
-    std::wstring Ask(Message const& request);
+    // Waits for the answer and gives its text. Throws Error with the broker's refusal, or when the broker ends.
+    std::wstring Ask(AnyRequest request);
 
     // From now on all events of the device arrive, those of its past first.
     void Follow();
 
-    // Signalled when NextEvent may have something. Throws from NextEvent when the broker has gone.
+    // Signalled when NextEvent may have something. Throws from NextEvent when the broker has ended.
     HANDLE Arrived() const noexcept { return m_inbox->Arrived(); }
 
     // The next event that has arrived, if one has; those that came during Ask among them.
@@ -43,11 +44,12 @@ class BrokerClient
     void Stop();
 
   private:
-    void Sort(Message message);
+    void Send(FromProcess const& message);
+    void Sort(ToProcess message);
 
-    std::shared_ptr<Inbox<Message>> m_inbox; // shared with the channel's handlers
+    std::shared_ptr<Inbox<ToProcess>> m_inbox; // shared with the channel's handlers
     std::shared_ptr<PipeChannel> m_channel;
-    std::deque<Message> m_answers;
+    std::deque<Answer> m_answers;
     std::deque<Event> m_events;
 };
 

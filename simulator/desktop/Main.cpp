@@ -1,7 +1,7 @@
-#include "simulator/model/Device.h"
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/Text.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Text.h"
+#include "simulator/protocol/Device.h"
 
 #include <windows.h>
 

@@ -1,10 +1,10 @@
 #include "simulator/log/LogFile.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/Handle.h"
-#include "simulator/model/Package.h"
-#include "simulator/model/Text.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Handle.h"
+#include "simulator/base/Text.h"
+#include "simulator/package/Package.h"
 
 #include <algorithm>
 #include <cstring>
@@ -80,7 +80,7 @@ std::vector<std::wstring> LogFile::NewLines()
 }
 
 // Only what is behind the bytes read: the whole of a file that is emptied meanwhile would be read in part, as if it had
-// been begun anew with its old lines.
+// been begun again with its old lines.
 std::string LogFile::NewBytes()
 {
     Handle const file(CreateFileW(m_path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, 0, nullptr));

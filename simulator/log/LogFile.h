@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/model/Device.h"
+#include "simulator/protocol/Device.h"
 
 #include <cstdint>
 #include <string>
@@ -8,8 +8,7 @@
 namespace sim
 {
 
-// Reads the app's log file (UTF-16LE, lines ended by CR LF) while others write it. It begins with a mark, or
-// without one once it has been rotated.
+// Reads the app's log file (UTF-16LE, lines ended by CR LF) while others write it. It begins with a mark.
 class LogFile
 {
   public:
@@ -23,7 +22,7 @@ class LogFile
     static std::vector<std::wstring> Find(std::wstring const& path);
 
     // The lines completed since the last call; none while the file is missing. A file that has become shorter was begun
-    // anew and is read from its start.
+    // again and is read from its start.
     std::vector<std::wstring> NewLines();
 
     // Makes the file so many bytes long, as long use would, but without any line. Throws Error.

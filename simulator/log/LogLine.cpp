@@ -1,6 +1,6 @@
 #include "simulator/log/LogLine.h"
 
-#include "simulator/model/Text.h"
+#include "simulator/base/Text.h"
 
 #include <array>
 

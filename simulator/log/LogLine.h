@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/model/Moment.h"
+#include "simulator/base/Moment.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "simulator/log/LogWatch.h"
 
-#include "simulator/model/Files.h"
+#include "simulator/base/Files.h"
 
 namespace sim
 {

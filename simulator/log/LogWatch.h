@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/model/FolderWatch.h"
+#include "simulator/base/FolderWatch.h"
 
 #include <memory>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <string>
 #include <winrt/Windows.ApplicationModel.Activation.h>
@@ -34,9 +34,9 @@ struct LaunchActivatedEventArgs
 
     bool PrelaunchActivated() const noexcept { return false; }
 
-    Unserved SplashScreen() const { return {}; }
+    NotImplemented SplashScreen() const { return {}; }
 
-    Unserved TileId() const { return {}; }
+    NotImplemented TileId() const { return {}; }
 
   private:
     std::wstring m_arguments;
@@ -60,9 +60,9 @@ struct ProtocolActivatedEventArgs
 
     Activated::ApplicationExecutionState PreviousExecutionState() const noexcept { return m_before; }
 
-    Unserved SplashScreen() const { return {}; }
+    NotImplemented SplashScreen() const { return {}; }
 
-    Unserved Uri() const { return {}; }
+    NotImplemented Uri() const { return {}; }
 
   private:
     Activated::ApplicationExecutionState m_before;

@@ -1,6 +1,6 @@
 #pragma once
-#include "simulator/model/Activation.h"
-#include "simulator/model/Handle.h"
+#include "simulator/base/Handle.h"
+#include "simulator/protocol/Activation.h"
 
 #include <deque>
 #include <mutex>

@@ -1,6 +1,6 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/Unserved.h"
+#include "simulator/runtime/NotImplemented.h"
 
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.UI.Xaml.Controls.Primitives.h>
@@ -13,7 +13,7 @@ namespace sim
 struct ApplicationFactory
     : winrt::implements<ApplicationFactory, IActivationFactory, Xaml::IApplicationFactory, Xaml::IApplicationStatics>
 {
-    Unserved ActivateInstance() const
+    NotImplemented ActivateInstance() const
     {
         return {}; // it is made by composition alone
     }

@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.ApplicationModel.h>
 #include <winrt/Windows.Foundation.h>
@@ -96,49 +96,49 @@ struct ApplicationBase : winrt::implements<ApplicationBase, Xaml::IApplication, 
 
     // What no app without a page asks for.
     template <typename... T>
-    Unserved Resources(T const&...) const
+    NotImplemented Resources(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved DebugSettings(T const&...) const
+    NotImplemented DebugSettings(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved RequestedTheme(T const&...) const
+    NotImplemented RequestedTheme(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Resuming(T const&...) const
+    NotImplemented Resuming(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved FocusVisualKind(T const&...) const
+    NotImplemented FocusVisualKind(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved RequiresPointerMode(T const&...) const
+    NotImplemented RequiresPointerMode(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved LeavingBackground(T const&...) const
+    NotImplemented LeavingBackground(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved EnteredBackground(T const&...) const
+    NotImplemented EnteredBackground(T const&...) const
     {
         return {};
     }

@@ -1,6 +1,6 @@
 #include "simulator/runtime/AsyncFault.h"
 
-#include "simulator/runtime/PoolAwaiters.h"
+#include "simulator/runtime/Awaiters.h"
 #include "simulator/runtime/Runtime.h"
 
 using winrt::Windows::Foundation::IAsyncAction;

@@ -1,7 +1,7 @@
 #pragma once
-#include "simulator/model/Fault.h"
+#include "simulator/protocol/Fault.h"
 #include "simulator/runtime/CancellableOperation.h"
-#include "simulator/runtime/StruckOperation.h"
+#include "simulator/runtime/RejectingOperation.h"
 
 #include <cstdint>
 #include <optional>
@@ -33,7 +33,7 @@ class AsyncFault
     {
         if (m_fault && m_fault->kind == FaultKind::Unheard)
         {
-            return winrt::make<StruckOperation<Operation>>(std::move(operation), m_fault->Result());
+            return winrt::make<RejectingOperation<Operation>>(std::move(operation), m_fault->Result());
         }
         return m_fault && m_fault->kind == FaultKind::Ended ? Ended(operation)
                                                             : CancellableOperation<Operation>::Of(operation);

@@ -12,18 +12,18 @@ struct BackgroundActivatedEventArgs
 {
     using class_type = Activated::BackgroundActivatedEventArgs;
 
-    explicit BackgroundActivatedEventArgs(Platform::Background::IBackgroundTaskInstance instance)
+    explicit BackgroundActivatedEventArgs(AppModel::Background::IBackgroundTaskInstance instance)
         : m_instance(std::move(instance))
     {
     }
 
-    Platform::Background::IBackgroundTaskInstance TaskInstance() const
+    AppModel::Background::IBackgroundTaskInstance TaskInstance() const
     {
         return StruckByNull(L"BackgroundActivatedEventArgs.TaskInstance") ? nullptr : m_instance;
     }
 
   private:
-    Platform::Background::IBackgroundTaskInstance m_instance;
+    AppModel::Background::IBackgroundTaskInstance m_instance;
 };
 
 } // namespace sim

@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.ApplicationModel.Core.h>
 #include <winrt/Windows.Foundation.h>
@@ -11,8 +11,8 @@ namespace sim
 
 // The static members of Windows.ApplicationModel.Core.CoreApplication.
 struct CoreApplicationFactory
-    : winrt::implements<CoreApplicationFactory, IActivationFactory, Platform::Core::ICoreApplication,
-                        Platform::Core::ICoreApplicationExit>
+    : winrt::implements<CoreApplicationFactory, IActivationFactory, AppModel::Core::ICoreApplication,
+                        AppModel::Core::ICoreApplicationExit>
 {
     // Ends the app without Suspending. It returns: the app goes on until its main view's thread is free.
     void Exit() const
@@ -21,52 +21,52 @@ struct CoreApplicationFactory
         CurrentHost().Exit();
     }
 
-    Unserved ActivateInstance() const { return {}; }
+    NotImplemented ActivateInstance() const { return {}; }
 
     template <typename... T>
-    Unserved Id(T const&...) const
+    NotImplemented Id(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Suspending(T const&...) const
+    NotImplemented Suspending(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Resuming(T const&...) const
+    NotImplemented Resuming(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Properties(T const&...) const
+    NotImplemented Properties(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved GetCurrentView(T const&...) const
+    NotImplemented GetCurrentView(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Run(T const&...) const
+    NotImplemented Run(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved RunWithActivationFactories(T const&...) const
+    NotImplemented RunWithActivationFactories(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Exiting(T const&...) const
+    NotImplemented Exiting(T const&...) const
     {
         return {};
     }

@@ -1,7 +1,7 @@
 #include "simulator/runtime/CrashReport.h"
 
-#include "simulator/model/Handle.h"
-#include "simulator/model/Text.h"
+#include "simulator/base/Handle.h"
+#include "simulator/base/Text.h"
 #include "simulator/runtime/ReplaceImport.h"
 
 #include <atomic>

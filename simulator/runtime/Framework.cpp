@@ -1,7 +1,8 @@
 #include "simulator/runtime/Framework.h"
 
-#include "simulator/model/Event.h"
-#include "simulator/model/Text.h"
+#include "simulator/base/Overloaded.h"
+#include "simulator/base/Text.h"
+#include "simulator/protocol/Event.h"
 #include "simulator/runtime/ActivatedEventArgs.h"
 #include "simulator/runtime/BackgroundActivatedEventArgs.h"
 #include "simulator/runtime/xaml/PageMaker.h"
@@ -19,11 +20,6 @@ struct InitializationParams : winrt::implements<InitializationParams, Xaml::IApp
 {
     using class_type = Xaml::ApplicationInitializationCallbackParams;
 };
-
-bool IsBackground(Activation const& activation)
-{
-    return activation.kind == ActivationKind::AppService || activation.kind == ActivationKind::BackgroundTask;
-}
 
 std::vector<std::wstring> ResultDetail(std::int32_t result)
 {
@@ -113,67 +109,81 @@ void Framework::Construct(Xaml::ApplicationInitializationCallback const& callbac
 
 void Framework::Deliver(Activation const& activation)
 {
-    if (activation.kind == ActivationKind::Suspend)
-    {
-        m_base->RaiseSuspending(m_application);
-        return;
-    }
-    if (activation.kind == ActivationKind::Page)
-    {
-        MakePage(CurrentApplication(), activation.argument);
-        return;
-    }
-    try
-    {
-        IsBackground(activation) ? CallBackgroundOverride(activation) : CallOverride(activation);
-    }
-    catch (...)
-    {
-        auto const result = static_cast<std::int32_t>(winrt::to_hresult());
-        CurrentHost().Report(L"unhandled-exception", ResultDetail(result));
-        m_base->RaiseUnhandledException(m_application);
-        CurrentHost().Fail(result);
-    }
+    std::visit(Overloaded{
+                   [this](Suspension const&) { m_base->RaiseSuspending(m_application); },
+                   [this](PageRequest const& page) { MakePage(CurrentApplication(), page.className); },
+                   [this](auto const& content) { CallOverride(content); },
+               },
+               activation.content);
 }
 
-void Framework::CallBackgroundOverride(Activation const& activation) const
+template <typename Content>
+void Framework::CallOverride(Content const& content)
+try
 {
-    auto const instance = BackgroundTaskInstance::Start(activation);
+    Override(content);
+}
+catch (...)
+{
+    auto const result = static_cast<std::int32_t>(winrt::to_hresult());
+    CurrentHost().Report(L"unhandled-exception", ResultDetail(result));
+    m_base->RaiseUnhandledException(m_application);
+    CurrentHost().Fail(result);
+}
+
+void Framework::Override(ServiceStart const& start)
+{
+    Activate(*BackgroundTaskInstance::Start(start));
+}
+
+void Framework::Override(TaskStart const& start)
+{
+    Activate(*BackgroundTaskInstance::Start(start));
+}
+
+void Framework::Override(ProtocolLaunch const&)
+{
+    auto const before = ShowWindow();
+    Activated::IActivatedEventArgs args{nullptr};
+    if (!StruckByNull(L"ProtocolActivatedEventArgs"))
+    {
+        args = winrt::make<ProtocolActivatedEventArgs>(before).as<Activated::IActivatedEventArgs>();
+    }
+    m_application.as<Xaml::IApplicationOverrides>().OnActivated(args);
+}
+
+void Framework::Override(UserLaunch const& launch)
+{
+    auto const before = ShowWindow();
+    Activated::LaunchActivatedEventArgs args{nullptr};
+    if (!StruckByNull(L"LaunchActivatedEventArgs"))
+    {
+        args = winrt::make<LaunchActivatedEventArgs>(launch.arguments, before);
+    }
+    m_application.as<Xaml::IApplicationOverrides>().OnLaunched(args);
+}
+
+void Framework::Activate(BackgroundTaskInstance& instance) const
+{
     Activated::BackgroundActivatedEventArgs args{nullptr};
     if (!StruckByNull(L"BackgroundActivatedEventArgs"))
     {
-        args = winrt::make<BackgroundActivatedEventArgs>(instance.as<Platform::Background::IBackgroundTaskInstance>());
+        args = winrt::make<BackgroundActivatedEventArgs>(
+            instance.get_strong().as<AppModel::Background::IBackgroundTaskInstance>());
     }
     m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(args);
-    instance->Returned();
+    instance.Returned();
 }
 
-void Framework::CallOverride(Activation const& activation)
+Activated::ApplicationExecutionState Framework::ShowWindow()
 {
     if (!m_window)
     {
         m_window = winrt::make<sim::Window>(CurrentHost().WindowContent());
     }
     using Activated::ApplicationExecutionState;
-    auto const before = m_wasActivated ? ApplicationExecutionState::Running : ApplicationExecutionState::NotRunning;
-    m_wasActivated = true;
-    auto const overrides = m_application.as<Xaml::IApplicationOverrides>();
-    if (activation.kind == ActivationKind::Protocol)
-    {
-        Activated::IActivatedEventArgs args{nullptr};
-        if (!StruckByNull(L"ProtocolActivatedEventArgs"))
-        {
-            args = winrt::make<ProtocolActivatedEventArgs>(before).as<Activated::IActivatedEventArgs>();
-        }
-        overrides.OnActivated(args);
-        return;
-    }
-    Activated::LaunchActivatedEventArgs args{nullptr};
-    if (!StruckByNull(L"LaunchActivatedEventArgs"))
-    {
-        args = winrt::make<LaunchActivatedEventArgs>(activation.argument, before);
-    }
-    overrides.OnLaunched(args);
+    return std::exchange(m_wasActivated, true) ? ApplicationExecutionState::Running
+                                               : ApplicationExecutionState::NotRunning;
 }
 
 void Framework::End() noexcept

@@ -1,9 +1,12 @@
 #pragma once
+#include "simulator/protocol/Activation.h"
 #include "simulator/runtime/ApplicationBase.h"
 #include "simulator/runtime/Namespaces.h"
 #include "simulator/runtime/Window.h"
+#include "simulator/runtime/background/BackgroundTaskInstance.h"
 
 #include <atomic>
+#include <winrt/Windows.ApplicationModel.Activation.h>
 #include <winrt/Windows.UI.Xaml.h>
 
 namespace sim
@@ -38,8 +41,18 @@ class Framework
     std::int32_t RunView(Xaml::ApplicationInitializationCallback const& callback);
     void Construct(Xaml::ApplicationInitializationCallback const& callback);
     void Deliver(Activation const& activation);
-    void CallOverride(Activation const& activation);
-    void CallBackgroundOverride(Activation const& activation) const;
+
+    // Calls the override for it. What is thrown there ends the app.
+    template <typename Content>
+    void CallOverride(Content const& content);
+    void Override(UserLaunch const& launch);
+    void Override(ProtocolLaunch const& launch);
+    void Override(ServiceStart const& start);
+    void Override(TaskStart const& start);
+    void Activate(BackgroundTaskInstance& instance) const;
+
+    // The window is there from now on. Gives the state of the app before.
+    Activated::ApplicationExecutionState ShowWindow();
     void End() noexcept;
 
     IInspectable m_application;

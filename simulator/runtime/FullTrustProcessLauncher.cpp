@@ -1,7 +1,8 @@
 #include "simulator/runtime/FullTrustProcessLauncher.h"
 
 #include "simulator/runtime/AsyncFault.h"
-#include "simulator/runtime/PoolAwaiters.h"
+#include "simulator/runtime/Awaiters.h"
+#include "simulator/runtime/HostReference.h"
 
 using winrt::Windows::Foundation::IAsyncAction;
 
@@ -11,19 +12,24 @@ namespace sim
 namespace
 {
 
-IAsyncAction Run(AsyncFault fault, DesktopLaunch launch)
+IAsyncAction Run(AsyncFault fault, HostReference process, LaunchDesktop launch)
 {
     co_await winrt::resume_agile(fault.Begin());
-    auto const result = co_await launch;
+    auto const host = process.Get();
+    if (!host)
+    {
+        throw winrt::hresult_canceled();
+    }
+    auto const answer = co_await AnswerOf(*host, launch);
     co_await winrt::resume_agile(fault.End());
-    winrt::check_hresult(result);
+    winrt::check_hresult(answer.result);
 }
 
 IAsyncAction Launch(std::wstring_view call, std::wstring application, std::optional<std::wstring> group)
 {
     AsyncFault const fault(call);
     return fault.GivesNull() ? nullptr
-                             : fault.Handed(Run(fault, DesktopLaunch(std::move(application), std::move(group))));
+                             : fault.Handed(Run(fault, HostReference(), {std::move(application), std::move(group)}));
 }
 
 constexpr std::wstring_view forCurrentApp = L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync";

@@ -1,77 +1,165 @@
 #pragma once
-#include "simulator/model/Activation.h"
-#include "simulator/model/Fault.h"
+#include "simulator/protocol/Activation.h"
+#include "simulator/protocol/Device.h"
+#include "simulator/protocol/FaultTable.h"
+#include "simulator/protocol/Peer.h"
+#include "simulator/runtime/ActivationQueue.h"
+#include "simulator/runtime/MessageRouter.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/transport/Message.h"
+#include "simulator/runtime/PoolWork.h"
 
+#include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+#include <winrt/base.h>
 
 namespace sim
 {
 
-// What the runtime classes of one process have of the world outside: the device's broker, or a test.
-class Host
+// What the runtime classes of one process have of the world outside: their side of the protocol, whatever carries it.
+// Any thread, unless said otherwise.
+class Host : public std::enable_shared_from_this<Host>
 {
   public:
-    // Called with the outcome, 0 or a failing result code, once; on a thread of its own.
-    using Launched = std::function<void(std::int32_t result)>;
+    explicit Host(Device device) : m_device(std::move(device)) {}
 
+    Host(Host const&) = delete;
+    Host& operator=(Host const&) = delete;
     virtual ~Host() = default;
 
-    // Waits for what the platform has for the app; nothing when the app is to end. Called on the main view's thread,
-    // a single-threaded apartment, which serves its COM calls meanwhile.
-    virtual std::optional<Activation> NextActivation() = 0;
+    // Says which process this is and waits for what the platform takes it for. Once. Throws hresult_error
+    // APPMODEL_ERROR_NO_PACKAGE when the platform hangs up.
+    void Connect(std::shared_ptr<PlatformLink> link, std::uint32_t processId);
 
-    // The app ends: NextActivation gives nothing more. From any thread.
-    virtual void Exit() = 0;
+    // What the platform says, in its order; and that it says no more.
+    void Received(ToProcess const& message);
+    void Disconnected();
+
+    // Any other process is a desktop program: it has no package identity, gets no activations and is struck by no
+    // faults.
+    bool IsApp() const;
+
+    // Waits for what the platform has for the app; nothing when the app is to end. Called on the UI thread, a
+    // single-threaded apartment, which serves its COM calls meanwhile.
+    std::optional<Activation> NextActivation();
+
+    // The app asks for its end: NextActivation gives nothing more.
+    void Exit();
+
+    // The same, from outside.
+    void End() { m_activations.End(); }
+
+    // The fault that strikes this call, if one does.
+    virtual std::optional<Fault> TakeFault(std::wstring_view call);
+
+    // For the device's journal.
+    void Report(std::wstring kind, std::vector<std::wstring> details);
+
+    void Tell(FromProcess const& message) { m_link->Send(message); }
+
+    // Asks the platform and waits for its answer. Not on a thread that Received is called on. Throws hresult_error when
+    // the platform refuses.
+    template <typename Request>
+    typename Request::Answer Ask(Request const& request)
+    {
+        return AnswerIn<Request>(AskAny(request));
+    }
+
+    // The same; `answered` is called on a thread of the system's pool, with what AnswerIn reads.
+    void AskLater(AnyRequest request, std::function<void(AnyAnswer const&)> answered);
+
+    // Throws hresult_error for a refusal.
+    template <typename Request>
+    static typename Request::Answer AnswerIn(AnyAnswer const& answer)
+    {
+        ThrowIfRefused(answer);
+        return std::get<typename Request::Answer>(answer);
+    }
+
+    // The folder of the app's data (...\Packages\<family>), and where the app's package lies. Throw hresult_error
+    // APPMODEL_ERROR_NO_PACKAGE for a process without package identity.
+    std::wstring DataFolder() const;
+    virtual std::wstring PackageFolder() const;
+
+    // What the platform says to connections and task instances goes through it.
+    MessageRouter& Router() noexcept { return m_router; }
 
     // An override failed and nothing handled it. A real process ends in here, at once.
     virtual void Fail(std::int32_t result) = 0;
 
-    // The fault that strikes this call, if one does. From any thread.
-    virtual std::optional<Fault> TakeFault(std::wstring_view call) = 0;
-
-    // Starts the desktop component; application is empty for the package's own app. Returns at once.
-    virtual void LaunchDesktop(std::wstring const& application, std::optional<std::wstring> const& group,
-                               Launched launched) = 0;
-
-    // What the app's window holds when it is made, by its first foreground activation. Called on the main view's
-    // thread.
+    // What the app's window holds when it is made, by its first foreground activation. Called on the UI thread.
     virtual IInspectable WindowContent() { return nullptr; }
-
-    // For the device's journal.
-    virtual void Report(std::wstring kind, std::vector<std::wstring> details) = 0;
-
-    // The platform's answer to a request (simulator/services/Services.h). Blocks, on any thread but the one that reads
-    // for the host.
-    virtual Message Ask(Message const& request) = 0;
-
-    // The same; `answered` is called once, on a thread of the system's pool.
-    virtual void AskLater(Message const& request, std::function<void(Message)> answered) = 0;
-
-    virtual void Tell(Message const& words) = 0;
-
-    // Gets what the platform says on its own (request, service-closed, cancel), on pool threads, in order for each
-    // connection or instance and not serialised otherwise. One listener per process, set once before the first
-    // connection or instance exists.
-    virtual void Listen(std::function<void(Message const&)> listener) = 0;
-
-    // The folder of the app's data (...\Packages\<family>). Throws hresult_error 0x80073D54 for a process without
-    // package identity.
-    virtual std::wstring DataFolder() = 0;
-
-    // Where the app's package lies. Throws hresult_error 0x80073D54 for a process without package identity.
-    virtual std::wstring PackageFolder() = 0;
 
     // The app has taken a deferral of a request that it serves, or has completed one. Told each time, also when that
     // changes nothing: for tests.
-    virtual void DeferralTaken(std::wstring const& request) {}
-    virtual void DeferralCompleted(std::wstring const& request) {}
+    virtual void DeferralTaken(std::uint32_t request) {}
+    virtual void DeferralCompleted(std::uint32_t request) {}
+
+  protected:
+    // Runs what waits for the answer, here.
+    void Deliver(Answer const& answer);
+
+    // There is no next activation: the app's UI thread ends.
+    virtual void AppEnded() {}
+
+    // The platform is no longer there.
+    virtual void PlatformLost() {}
+
+    PoolWork& Work() noexcept { return m_work; }
+
+  private:
+    enum class Role
+    {
+        Unknown,
+        App,
+        DesktopProgram,
+        None // nobody serves the device
+    };
+
+    struct Waiter
+    {
+        std::function<void(AnyAnswer const&)> answered;
+        bool isOnPool; // else where the answer arrives
+    };
+
+    // One for each message of the platform.
+    void Handle(Welcome const& message);
+    void Handle(NotTheApp const& message);
+    void Handle(Activate const& message);
+    void Handle(FaultSet const& message);
+    void Handle(FaultsCleared const& message);
+    void Handle(TaskCancelled const& message);
+    void Handle(TaskEnded const& message);
+    void Handle(RequestArrived const& message);
+    void Handle(OtherEndClosed const& message);
+    void Handle(Answer const& message);
+    void Handle(EventHappened const& message);
+
+    void TakeRole(Role role);
+    void NeedApp() const;
+    AnyAnswer AskAny(AnyRequest request);
+    void Ask(AnyRequest request, Waiter waiter);
+    static void ThrowIfRefused(AnyAnswer const& answer);
+
+    Device const m_device;
+    std::shared_ptr<PlatformLink> m_link;
+    ActivationQueue m_activations;
+    PoolWork m_work;
+    MessageRouter m_router{*this, m_work};
+    mutable std::mutex m_mutex; // over all that follows
+    std::condition_variable m_changed;
+    Role m_role = Role::Unknown;
+    Welcome m_welcome; // does not change once it has come
+    FaultTable m_faults;
+    std::map<std::uint32_t, Waiter> m_waiters; // by the number of the request
+    std::uint32_t m_lastRequest = 0;
 };
 
 } // namespace sim

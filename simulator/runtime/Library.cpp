@@ -1,5 +1,5 @@
 #include "simulator/runtime/CrashReport.h"
-#include "simulator/runtime/PipeHost.h"
+#include "simulator/runtime/ProcessHost.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <windows.h>
@@ -11,11 +11,11 @@ namespace
 {
 
 // Made for the first class that is asked for; it stays until the process ends.
-sim::PipeHost& ProcessHost()
+sim::Host& ProcessHost()
 {
-    static auto* const host = [] {
-        auto* const made = new sim::PipeHost;
-        sim::SetCurrentHost(made);
+    static auto const host = [] {
+        auto made = sim::ProcessHost::Connected();
+        sim::SetProcessHost(made);
         if (made->IsApp())
         {
             sim::ReportCrashes(sim::Device::FromEnvironment().CrashFile(GetCurrentProcessId()));

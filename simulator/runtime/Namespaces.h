@@ -21,7 +21,7 @@ namespace sim
 {
 
 // The platform's own types, whose names the simulator's implementations share.
-namespace Platform = winrt::Windows::ApplicationModel;
+namespace AppModel = winrt::Windows::ApplicationModel;
 namespace Activated = winrt::Windows::ApplicationModel::Activation;
 namespace Pushes = winrt::Windows::Networking::PushNotifications;
 namespace Xaml = winrt::Windows::UI::Xaml;

@@ -1,7 +1,7 @@
 #include "simulator/runtime/PackagedClasses.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/Manifest.h"
+#include "simulator/base/Error.h"
+#include "simulator/package/Manifest.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <bit>

@@ -2,7 +2,6 @@
 #include "simulator/runtime/Application.h"
 #include "simulator/runtime/CoreApplication.h"
 #include "simulator/runtime/FullTrustProcessLauncher.h"
-#include "simulator/runtime/Receivers.h"
 #include "simulator/runtime/Uri.h"
 #include "simulator/runtime/Window.h"
 #include "simulator/runtime/appservice/AppServiceConnection.h"
@@ -19,17 +18,12 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <atomic>
-#include <combaseapi.h>
 
 namespace sim
 {
 
 namespace
 {
-
-std::atomic<Host*> currentHost = nullptr;
-std::atomic<unsigned> hostNumber = 0;
 
 struct KnownClass
 {
@@ -69,39 +63,6 @@ KnownClass const* Find(std::wstring_view name) noexcept
 }
 
 } // namespace
-
-Host& CurrentHost() noexcept
-{
-    return *currentHost;
-}
-
-void SetCurrentHost(Host* host)
-{
-    // Gives the process a multi-threaded apartment for good, which its pool threads belong to: completions arrive
-    // there.
-    static auto* const usage = [] {
-        CO_MTA_USAGE_COOKIE cookie = nullptr;
-        CoIncrementMTAUsage(&cookie);
-        return cookie;
-    }();
-    static_cast<void>(usage);
-    if (!host)
-    {
-        Receivers::Instance().Close();
-    }
-    currentHost = host;
-    ++hostNumber;
-    if (host)
-    {
-        Receivers::Instance().Open();
-        host->Listen([](Message const& message) { Receivers::Instance().Deliver(message); });
-    }
-}
-
-unsigned HostNumber() noexcept
-{
-    return hostNumber;
-}
 
 bool StruckByNull(std::wstring_view call)
 {

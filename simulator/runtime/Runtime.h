@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/runtime/Host.h"
+#include "simulator/runtime/CurrentHost.h"
 
 #include <optional>
 #include <string_view>
@@ -7,15 +7,6 @@
 
 namespace sim
 {
-
-// The host of this process's runtime classes. There must be one before a class is used.
-Host& CurrentHost() noexcept;
-
-// host: not owned; null takes it away.
-void SetCurrentHost(Host* host);
-
-// Another one for each host that the process has had.
-unsigned HostNumber() noexcept;
 
 // For a call that takes place at once: throws hresult_error when it is to fail. True: it is to hand out null.
 bool StruckByNull(std::wstring_view call);

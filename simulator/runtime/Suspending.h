@@ -9,18 +9,18 @@ namespace sim
 
 // What a handler of Suspending gets. The deadline is told and not enforced: nothing is suspended here.
 
-struct SuspendingDeferral : winrt::implements<SuspendingDeferral, Platform::ISuspendingDeferral>
+struct SuspendingDeferral : winrt::implements<SuspendingDeferral, AppModel::ISuspendingDeferral>
 {
-    using class_type = Platform::SuspendingDeferral;
+    using class_type = AppModel::SuspendingDeferral;
 
     void Complete() const noexcept {}
 };
 
-struct SuspendingOperation : winrt::implements<SuspendingOperation, Platform::ISuspendingOperation>
+struct SuspendingOperation : winrt::implements<SuspendingOperation, AppModel::ISuspendingOperation>
 {
-    using class_type = Platform::SuspendingOperation;
+    using class_type = AppModel::SuspendingOperation;
 
-    Platform::SuspendingDeferral GetDeferral() const { return winrt::make<SuspendingDeferral>(); }
+    AppModel::SuspendingDeferral GetDeferral() const { return winrt::make<SuspendingDeferral>(); }
 
     winrt::Windows::Foundation::DateTime Deadline() const noexcept
     {
@@ -28,11 +28,11 @@ struct SuspendingOperation : winrt::implements<SuspendingOperation, Platform::IS
     }
 };
 
-struct SuspendingEventArgs : winrt::implements<SuspendingEventArgs, Platform::ISuspendingEventArgs>
+struct SuspendingEventArgs : winrt::implements<SuspendingEventArgs, AppModel::ISuspendingEventArgs>
 {
-    using class_type = Platform::SuspendingEventArgs;
+    using class_type = AppModel::SuspendingEventArgs;
 
-    Platform::SuspendingOperation SuspendingOperation() const { return winrt::make<sim::SuspendingOperation>(); }
+    AppModel::SuspendingOperation SuspendingOperation() const { return winrt::make<sim::SuspendingOperation>(); }
 };
 
 } // namespace sim

@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.Foundation.h>
 
@@ -33,26 +33,26 @@ struct Uri : winrt::implements<Uri, Foundation::IUriRuntimeClass, Foundation::IS
 
     bool Equals(Foundation::Uri const& other) const { return other.AbsoluteUri() == m_text; }
 
-    Unserved Domain() const { return {}; }
+    NotImplemented Domain() const { return {}; }
 
-    Unserved Extension() const { return {}; }
+    NotImplemented Extension() const { return {}; }
 
-    Unserved Fragment() const { return {}; }
+    NotImplemented Fragment() const { return {}; }
 
-    Unserved Password() const { return {}; }
+    NotImplemented Password() const { return {}; }
 
-    Unserved Query() const { return {}; }
+    NotImplemented Query() const { return {}; }
 
-    Unserved QueryParsed() const { return {}; }
+    NotImplemented QueryParsed() const { return {}; }
 
-    Unserved UserName() const { return {}; }
+    NotImplemented UserName() const { return {}; }
 
-    Unserved Port() const { return {}; }
+    NotImplemented Port() const { return {}; }
 
-    Unserved Suspicious() const { return {}; }
+    NotImplemented Suspicious() const { return {}; }
 
     template <typename T>
-    Unserved CombineUri(T const&) const
+    NotImplemented CombineUri(T const&) const
     {
         return {};
     }
@@ -66,7 +66,7 @@ struct Uri : winrt::implements<Uri, Foundation::IUriRuntimeClass, Foundation::IS
 
 struct UriFactory : winrt::implements<UriFactory, IActivationFactory, Foundation::IUriRuntimeClassFactory>
 {
-    Unserved ActivateInstance() const { return {}; }
+    NotImplemented ActivateInstance() const { return {}; }
 
     Foundation::Uri CreateUri(winrt::hstring const& text) const
     {
@@ -74,7 +74,7 @@ struct UriFactory : winrt::implements<UriFactory, IActivationFactory, Foundation
     }
 
     template <typename T>
-    Unserved CreateWithRelativeUri(T const&, T const&) const
+    NotImplemented CreateWithRelativeUri(T const&, T const&) const
     {
         return {};
     }

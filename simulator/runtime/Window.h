@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.UI.Core.h>
@@ -32,50 +32,50 @@ struct Window : winrt::implements<Window, Xaml::IWindow>
     }
 
     template <typename... T>
-    Unserved Bounds(T const&...) const
+    NotImplemented Bounds(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved CoreWindow(T const&...) const
+    NotImplemented CoreWindow(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Dispatcher(T const&...) const
+    NotImplemented Dispatcher(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Activated(T const&...) const
+    NotImplemented Activated(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Closed(T const&...) const
+    NotImplemented Closed(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved SizeChanged(T const&...) const
+    NotImplemented SizeChanged(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved VisibilityChanged(T const&...) const
+    NotImplemented VisibilityChanged(T const&...) const
     {
         return {};
     }
 
-    Unserved Activate() const { return {}; }
+    NotImplemented Activate() const { return {}; }
 
-    Unserved Close() const { return {}; }
+    NotImplemented Close() const { return {}; }
 
   private:
     Xaml::UIElement m_content{nullptr};
@@ -84,7 +84,7 @@ struct Window : winrt::implements<Window, Xaml::IWindow>
 // The static members of Windows.UI.Xaml.Window.
 struct WindowFactory : winrt::implements<WindowFactory, IActivationFactory, Xaml::IWindowStatics>
 {
-    Unserved ActivateInstance() const { return {}; }
+    NotImplemented ActivateInstance() const { return {}; }
 
     Xaml::Window Current() const;
 };

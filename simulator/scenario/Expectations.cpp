@@ -1,9 +1,9 @@
 #include "simulator/scenario/Expectations.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/Text.h"
-#include "simulator/model/Words.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Text.h"
+#include "simulator/base/Words.h"
 
 #include <algorithm>
 #include <deque>

@@ -1,8 +1,8 @@
 #include "simulator/scenario/Helpers.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/Text.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Text.h"
 
 #include <algorithm>
 #include <thread>

@@ -1,6 +1,6 @@
 #pragma once
-#include "simulator/client/Inbox.h"
-#include "simulator/model/Moment.h"
+#include "simulator/base/Inbox.h"
+#include "simulator/base/Moment.h"
 
 #include <map>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "simulator/scenario/Observer.h"
 
-#include "simulator/model/Text.h"
+#include "simulator/base/Text.h"
 
 #include <algorithm>
 

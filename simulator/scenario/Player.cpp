@@ -1,22 +1,21 @@
 #include "simulator/scenario/Player.h"
 
-#include "simulator/cli/Console.h"
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/Package.h"
-#include "simulator/model/Text.h"
-#include "simulator/model/UnixPath.h"
+#include "simulator/base/Console.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Text.h"
+#include "simulator/base/UnixPath.h"
+#include "simulator/base/WordFile.h"
+#include "simulator/client/DeviceCommands.h"
+#include "simulator/package/Package.h"
 #include "simulator/scenario/Expectations.h"
 #include "simulator/scenario/Scenario.h"
-#include "simulator/services/WordFile.h"
 
 namespace sim
 {
 
 namespace
 {
-
-using Words = std::vector<std::wstring>;
 
 class Player
 {
@@ -60,7 +59,7 @@ class Player
         {
             throw Difference{L"all helpers have ended", L"the helper " + running.front() + L" runs"};
         }
-        m_broker->Ask({L"status"}); // what the broker had to say has come before its answer
+        m_broker->Ask(ShowStatus{}); // what the broker had to say has come before its answer
         m_expectations.CheckNothingIsLeft();
     }
 
@@ -97,7 +96,7 @@ class Player
         {
             throw Error(L"register [without FILE]");
         }
-        m_broker->Ask({L"register", layout});
+        m_broker->Ask(RegisterPackage{layout});
         m_package = OpenPackage(layout);
         m_observer.WatchLog(LogFile::PathOn(m_device));
     }
@@ -127,7 +126,7 @@ class Player
         {
             if (words[0] == known)
             {
-                m_broker->Ask(words);
+                m_broker->Ask(RequestFor(words));
                 return;
             }
         }

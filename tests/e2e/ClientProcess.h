@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/model/Handle.h"
+#include "simulator/base/Handle.h"
 
 #include <string>
 #include <string_view>

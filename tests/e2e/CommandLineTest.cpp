@@ -1,8 +1,8 @@
 #include "tests/e2e/SimulatorDevice.h"
 
-#include "simulator/model/Device.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/Text.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Text.h"
+#include "simulator/protocol/Device.h"
 #include "tests/support/Files.h"
 
 namespace

@@ -1,4 +1,4 @@
-#include "simulator/model/Text.h"
+#include "simulator/base/Text.h"
 #include "tests/e2e/SimulatorDevice.h"
 
 namespace

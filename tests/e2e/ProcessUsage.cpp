@@ -1,6 +1,6 @@
 #include "tests/e2e/ProcessUsage.h"
 
-#include "simulator/model/Handle.h"
+#include "simulator/base/Handle.h"
 
 #include <algorithm>
 #include <cstdint>

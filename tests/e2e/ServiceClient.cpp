@@ -7,9 +7,9 @@
 // Ends with its input.
 #include "helper/PackageFacts.h"
 #include "service/Messages.h"
-#include "simulator/model/Handle.h"
-#include "simulator/model/Text.h"
-#include "simulator/model/Words.h"
+#include "simulator/base/Handle.h"
+#include "simulator/base/Text.h"
+#include "simulator/base/Words.h"
 
 #include <cstdio>
 #include <deque>

@@ -1,5 +1,5 @@
-#include "simulator/model/Device.h"
-#include "simulator/model/Journal.h"
+#include "simulator/platform/Journal.h"
+#include "simulator/protocol/Device.h"
 #include "tests/e2e/ClientProcess.h"
 #include "tests/e2e/ProcessUsage.h"
 #include "tests/e2e/SimulatorDevice.h"

@@ -1,6 +1,6 @@
 #include "tests/e2e/SimulatorDevice.h"
 
-#include "simulator/model/Text.h"
+#include "simulator/base/Text.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Files.h"
 
@@ -45,7 +45,7 @@ SimulatorDevice::Running SimulatorDevice::StartProgram(wchar_t const* program, s
         CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started));
     CloseHandle(started.hThread);
     running.process = sim::Handle(started.hProcess);
-    running.commandLine = L"sim.exe " + arguments;
+    running.commandLine = commandLine;
     return running;
 }
 

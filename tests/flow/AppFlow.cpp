@@ -1,6 +1,6 @@
 #include "tests/flow/AppFlow.h"
 
-#include "simulator/runtime/LimitedWait.h"
+#include "simulator/testing/LimitedWait.h"
 #include "tests/flow/Lines.h"
 #include "tests/support/Files.h"
 
@@ -91,7 +91,7 @@ void AppFlow::RunToEnd()
     WaitForEnd();
 }
 
-std::size_t AppFlow::CountReports(std::wstring_view kind) const
+std::size_t AppFlow::CountReports(std::wstring_view kind)
 {
     auto const reports = host.Reports();
     return static_cast<std::size_t>(std::ranges::count(reports, kind, &sim::Event::kind));

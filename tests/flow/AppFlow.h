@@ -1,6 +1,6 @@
 #pragma once
 #include "app/App.h"
-#include "simulator/runtime/LocalHost.h"
+#include "simulator/testing/LocalDevice.h"
 #include "tests/flow/PoolWatch.h"
 #include "tests/support/ExpectLines.h"
 #include "tests/support/LogTearDown.h"
@@ -43,13 +43,13 @@ class AppFlow : public testing::Test
     std::vector<std::wstring> Messages() const;
 
     // The number of reports of that kind from the device.
-    std::size_t CountReports(std::wstring_view kind) const;
+    std::size_t CountReports(std::wstring_view kind);
 
     std::wstring LogPath() const { return temporary / L"Tessaline\\HOV\\KZEB.log"; }
 
     UserTemporaryFolder temporary;
     PoolWatch pool; // outlives the work on it
-    sim::LocalHost host;
+    sim::LocalDevice host;
     std::vector<DWORD> waits;     // what the app waited for, in milliseconds
     std::int32_t startResult = 0; // the HRESULT with which Application::Start failed
     winrt::weak_ref<VelmoNotificationClient::App> app;

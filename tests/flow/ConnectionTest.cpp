@@ -199,9 +199,10 @@ class ConnectionNotTaken : public test::AppFlow
     {
         host.SpareThisThread();
         Start();
+        sim::CallerScope const caller;
         AppServiceConnection const connection;
-        connection.AppServiceName(sim::LocalPlatform::appServiceName);
-        connection.PackageFamilyName(sim::LocalPlatform::familyName);
+        connection.AppServiceName(sim::LocalDevice::appServiceName);
+        connection.PackageFamilyName(sim::LocalDevice::familyName);
         auto const opening = connection.OpenAsync();
         WaitForEnd();
     }

@@ -2,7 +2,7 @@
 
 #include "app/AppLog.h"
 #include "service/AppLogHook.h"
-#include "simulator/runtime/LimitedWait.h"
+#include "simulator/testing/LimitedWait.h"
 #include "tests/flow/Lines.h"
 #include "utils/LogLevel.h"
 

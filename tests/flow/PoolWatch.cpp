@@ -1,6 +1,6 @@
 #include "tests/flow/PoolWatch.h"
 
-#include "simulator/runtime/LimitedWait.h"
+#include "simulator/testing/LimitedWait.h"
 
 #include <condition_variable>
 #include <gtest/gtest.h>

@@ -12,7 +12,7 @@ constexpr wchar_t activated[] = L"Inside OnActivated App activated by URI protoc
 class ProtocolActivation : public test::AppFlow
 {
   protected:
-    ProtocolActivation() { host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:anything"); }
+    ProtocolActivation() { host.OpenUri(L"velmo-notification:anything"); }
 };
 
 TEST_F(ProtocolActivation, LogsItsOneLineAndExitsWithoutLaunchingAnything)

@@ -1,7 +1,7 @@
 #include "tests/flow/ServiceFlow.h"
 
 #include "service/NotificationAppService.h"
-#include "simulator/runtime/LimitedWait.h"
+#include "simulator/testing/LimitedWait.h"
 
 #include <algorithm>
 #include <numeric>
@@ -123,16 +123,6 @@ std::wstring ServiceFlow::StoredUri()
 void ServiceFlow::StoreUri(IInspectable const& value)
 {
     ApplicationData::Current().LocalSettings().Values().Insert(uriKey, value);
-}
-
-Lines ServiceFlow::TaskNames()
-{
-    Lines names;
-    for (auto const& entry : BackgroundTaskRegistration::AllTasks())
-    {
-        names.emplace_back(entry.Value().Name());
-    }
-    return names;
 }
 
 } // namespace test

@@ -44,7 +44,7 @@ class ServiceFlow : public AppFlow
     static void StoreUri(winrt::Windows::Foundation::IInspectable const& value);
 
     // The names of the registered background tasks, in the order of registration.
-    static Lines TaskNames();
+    Lines TaskNames() { return Lines(host.TaskNames()); }
 
     std::unique_ptr<LogRecorder> log;
     std::unique_ptr<TestHelper> helper;

@@ -1,6 +1,6 @@
 #include "service/SharedReference.h"
 #include "service/NotificationAppService.h"
-#include "simulator/runtime/Unserved.h"
+#include "simulator/runtime/NotImplemented.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -81,12 +81,12 @@ struct Connection : winrt::implements<Connection, IAppServiceConnection, IClosab
     explicit Connection(std::function<void()> onClose = [] {}) : m_onClose(std::move(onClose)) {}
 
     // clang-format off
-    template <typename... T> sim::Unserved AppServiceName(T const&...) const { return {}; }
-    template <typename... T> sim::Unserved PackageFamilyName(T const&...) const { return {}; }
-    template <typename... T> sim::Unserved OpenAsync(T const&...) const { return {}; }
-    template <typename... T> sim::Unserved SendMessageAsync(T const&...) const { return {}; }
-    template <typename... T> sim::Unserved RequestReceived(T const&...) const { return {}; }
-    template <typename... T> sim::Unserved ServiceClosed(T const&...) const { return {}; }
+    template <typename... T> sim::NotImplemented AppServiceName(T const&...) const { return {}; }
+    template <typename... T> sim::NotImplemented PackageFamilyName(T const&...) const { return {}; }
+    template <typename... T> sim::NotImplemented OpenAsync(T const&...) const { return {}; }
+    template <typename... T> sim::NotImplemented SendMessageAsync(T const&...) const { return {}; }
+    template <typename... T> sim::NotImplemented RequestReceived(T const&...) const { return {}; }
+    template <typename... T> sim::NotImplemented ServiceClosed(T const&...) const { return {}; }
     // clang-format on
 
     void Close() const { m_onClose(); }

@@ -17,8 +17,8 @@ class StartUp : public test::AppFlow
 
 TEST_F(StartUp, TheBannerIsTheFirstLineAndIsWrittenOnceThoughSeveralActivationsFollow)
 {
-    host.Activate(sim::ActivationKind::Suspend);
-    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    host.Suspend();
+    host.OpenUri(L"velmo-notification:");
     RunToEnd();
     auto const messages = Messages();
     EXPECT_EQ(messages.at(0), banner);
@@ -28,7 +28,7 @@ TEST_F(StartUp, TheBannerIsTheFirstLineAndIsWrittenOnceThoughSeveralActivationsF
 // The utilities' lines are not written: their outlets are for other users of the library.
 TEST_F(StartUp, LeavesTheUtilitiesLogUnconnected)
 {
-    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    host.OpenUri(L"velmo-notification:");
     RunToEnd();
     EXPECT_EQ(zant::g_utilsLogHook, nullptr);
     EXPECT_EQ(zant::g_utilsLogger, nullptr);
@@ -61,9 +61,9 @@ TEST_F(StartUp, AFailingSuspendingSubscriptionMakesStartFailAfterTheBanner)
 
 TEST_F(StartUp, SuspensionLogsNothingAndTheAppGoesOn)
 {
-    host.Activate(sim::ActivationKind::Suspend);
-    host.Activate(sim::ActivationKind::Suspend);
-    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    host.Suspend();
+    host.Suspend();
+    host.OpenUri(L"velmo-notification:");
     RunToEnd();
     ExpectLines(Messages(), {banner, L"Inside OnActivated App activated by URI protocol"});
     EXPECT_EQ(host.Failure(), std::nullopt);
@@ -86,7 +86,7 @@ struct SuspendingArgs : winrt::implements<SuspendingArgs, winrt::Windows::Applic
 TEST_F(StartUp, SuspensionTakesNoDeferral)
 {
     Start();
-    host.Activate(sim::ActivationKind::Launch);
+    host.Launch();
     auto const launch = host.WaitForLaunch();
     auto const args = winrt::make_self<SuspendingArgs>();
     app.get()->OnSuspending(nullptr, args.as<winrt::Windows::ApplicationModel::SuspendingEventArgs>());
@@ -97,7 +97,7 @@ TEST_F(StartUp, SuspensionTakesNoDeferral)
 TEST_F(StartUp, TheApplicationObjectTellsItsRuntimeClass)
 {
     Start();
-    host.Activate(sim::ActivationKind::Launch);
+    host.Launch();
     auto const launch = host.WaitForLaunch();
     auto const running = app.get();
     ASSERT_TRUE(running);
@@ -108,7 +108,7 @@ TEST_F(StartUp, TheApplicationObjectTellsItsRuntimeClass)
 
 TEST_F(StartUp, TheSuspendingHandlerDoesNotKeepTheAppAlive)
 {
-    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    host.OpenUri(L"velmo-notification:");
     RunToEnd();
     EXPECT_FALSE(app.get());
 }

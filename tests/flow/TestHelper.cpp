@@ -1,7 +1,7 @@
 #include "tests/flow/TestHelper.h"
 
-#include "simulator/runtime/LimitedWait.h"
-#include "simulator/runtime/LocalHost.h"
+#include "simulator/testing/LimitedWait.h"
+#include "simulator/testing/LocalDevice.h"
 #include "tests/flow/Lines.h"
 
 #include <gtest/gtest.h>
@@ -43,8 +43,6 @@ AppServiceResponse TestHelper::Request::get() const
 
 TestHelper::TestHelper()
 {
-    m_connection.AppServiceName(sim::LocalPlatform::appServiceName);
-    m_connection.PackageFamilyName(sim::LocalPlatform::familyName);
     m_connection.RequestReceived([inbox = m_inbox](auto&&, AppServiceRequestReceivedEventArgs const& args) {
         auto text = Text(args.Request().Message());
         std::lock_guard const lock(inbox->mutex);
@@ -65,6 +63,16 @@ TestHelper::TestHelper()
 TestHelper::~TestHelper()
 {
     Close();
+}
+
+// Of another process than the app's.
+TestHelper::AppServiceConnection TestHelper::NewConnection()
+{
+    sim::CallerScope const caller;
+    AppServiceConnection connection;
+    connection.AppServiceName(sim::LocalDevice::appServiceName);
+    connection.PackageFamilyName(sim::LocalDevice::familyName);
+    return connection;
 }
 
 TestHelper::Request TestHelper::Ask(std::wstring_view command) const

@@ -83,7 +83,9 @@ class TestHelper
         std::optional<AppServiceClosedStatus> closed;
     };
 
-    AppServiceConnection m_connection;
+    static AppServiceConnection NewConnection();
+
+    AppServiceConnection m_connection = NewConnection();
     std::shared_ptr<Inbox> m_inbox = std::make_shared<Inbox>();
 };
 

@@ -64,7 +64,7 @@ class TriggerTaskFlow : public test::AppFlow
     // override has returned, and each continuation that can run has run.
     void ExpectLinesAtTheEnd(Lines const& expected, std::source_location where = std::source_location::current())
     {
-        host.Activate(sim::ActivationKind::Protocol);
+        host.OpenUri(L"velmo-notification:");
         WaitForEnd();
         ExpectLines(Messages(), expected + Lines{L"Inside OnActivated App activated by URI protocol"}, where);
     }

@@ -35,7 +35,7 @@ struct Content : winrt::implements<Content, winrt::Windows::Foundation::IInspect
 class UserLaunch : public test::AppFlow
 {
   protected:
-    UserLaunch() { host.Activate(sim::ActivationKind::Launch); }
+    UserLaunch() { host.Launch(); }
 };
 
 TEST_F(UserLaunch, LogsItsFourLinesInOrderAndExits)

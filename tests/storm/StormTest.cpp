@@ -26,9 +26,10 @@ void ComeAskAndGo(unsigned round)
 try
 {
     constexpr wchar_t const* commands[] = {L"UnregisterBackgroundTask", L"GetChannelUri", L"unknown"};
+    sim::CallerScope const caller;
     AppServiceConnection const connection;
-    connection.AppServiceName(sim::LocalPlatform::appServiceName);
-    connection.PackageFamilyName(sim::LocalPlatform::familyName);
+    connection.AppServiceName(sim::LocalDevice::appServiceName);
+    connection.PackageFamilyName(sim::LocalDevice::familyName);
     connection.RequestReceived([](auto&&...) {});
     if (connection.OpenAsync().get() != AppServiceConnectionStatus::Success)
     {
@@ -91,9 +92,10 @@ TEST_F(Storm, OfConnectionsThatComeGoAndAreCanceledIsSurvived)
     EXPECT_FALSE(host.Failure().has_value());
     EXPECT_FALSE(host.HasExited());
     // The app serves the next helper as usual.
+    sim::CallerScope const caller;
     AppServiceConnection const connection;
-    connection.AppServiceName(sim::LocalPlatform::appServiceName);
-    connection.PackageFamilyName(sim::LocalPlatform::familyName);
+    connection.AppServiceName(sim::LocalDevice::appServiceName);
+    connection.PackageFamilyName(sim::LocalDevice::familyName);
     EXPECT_EQ(connection.OpenAsync().get(), AppServiceConnectionStatus::Success);
     EXPECT_EQ(connection.SendMessageAsync(Command(L"UnregisterBackgroundTask")).get().Status(),
               AppServiceResponseStatus::Success);

@@ -51,7 +51,7 @@ void StartWatchdog()
     CloseHandle(CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr));
 }
 
-// Wine's debugger, which would show the crash, may end the program with the code 0: a test that passed.
+// Wine's debugger, which would show the crash, may end the program with code 0, as a passed test.
 LONG WINAPI EndAfterCrash(EXCEPTION_POINTERS* exception)
 {
     auto const& record = *exception->ExceptionRecord;
@@ -89,6 +89,6 @@ int main(int argc, char** argv)
         return RUN_ALL_TESTS();
     }
     auto const result = RUN_ALL_TESTS();
-    std::printf("The list of tests is complete.\n"); // what cuts a list short would leave tests out unnoticed
+    std::printf("The list of tests is complete.\n"); // a truncated list would leave out tests unnoticed
     return result;
 }

@@ -1,6 +1,6 @@
 #include "tests/support/TemporaryFolder.h"
 
-#include "simulator/model/UnixPath.h"
+#include "simulator/base/UnixPath.h"
 
 #include <atomic>
 #include <cstdio>

@@ -8,16 +8,16 @@ namespace sim
 
 // What a handler of ServiceClosed gets.
 struct AppServiceClosedEventArgs
-    : winrt::implements<AppServiceClosedEventArgs, Platform::AppService::IAppServiceClosedEventArgs>
+    : winrt::implements<AppServiceClosedEventArgs, AppModel::AppService::IAppServiceClosedEventArgs>
 {
-    using class_type = Platform::AppService::AppServiceClosedEventArgs;
+    using class_type = AppModel::AppService::AppServiceClosedEventArgs;
 
-    explicit AppServiceClosedEventArgs(Platform::AppService::AppServiceClosedStatus status) : m_status(status) {}
+    explicit AppServiceClosedEventArgs(AppModel::AppService::AppServiceClosedStatus status) : m_status(status) {}
 
-    Platform::AppService::AppServiceClosedStatus Status() const noexcept { return m_status; }
+    AppModel::AppService::AppServiceClosedStatus Status() const noexcept { return m_status; }
 
   private:
-    Platform::AppService::AppServiceClosedStatus m_status;
+    AppModel::AppService::AppServiceClosedStatus m_status;
 };
 
 } // namespace sim

@@ -1,8 +1,9 @@
 #include "simulator/runtime/appservice/AppServiceConnection.h"
 
-#include "simulator/runtime/Address.h"
-#include "simulator/runtime/Deliveries.h"
-#include "simulator/runtime/PoolAwaiters.h"
+#include "simulator/base/Overloaded.h"
+#include "simulator/protocol/Frames.h"
+#include "simulator/runtime/Awaiters.h"
+#include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/appservice/AppServiceClosedEventArgs.h"
 #include "simulator/runtime/appservice/AppServiceRequestReceivedEventArgs.h"
 #include "simulator/runtime/appservice/AppServiceResponse.h"
@@ -11,19 +12,18 @@
 namespace sim
 {
 
-using Platform::AppService::AppServiceClosedStatus;
-using Platform::AppService::AppServiceConnectionStatus;
-using Platform::AppService::AppServiceResponseStatus;
+using AppModel::AppService::AppServiceClosedStatus;
+using AppModel::AppService::AppServiceConnectionStatus;
+using AppModel::AppService::AppServiceResponseStatus;
 
 namespace
 {
 
-constexpr wchar_t serviceEnd[] = L"service";
-constexpr auto closed = static_cast<std::int32_t>(0x80000013); // RO_E_CLOSED
+constexpr auto objectClosed = static_cast<std::int32_t>(0x80000013); // RO_E_CLOSED
 
-AppServiceConnection::Response ResponseOf(std::int32_t status, std::wstring const& set)
+AppServiceConnection::Response ResponseOf(AppServiceResponseStatus status, std::wstring const& set)
 {
-    return winrt::make<AppServiceResponse>(static_cast<AppServiceResponseStatus>(status), SetFrom(set));
+    return winrt::make<AppServiceResponse>(status, SetFrom(set));
 }
 
 } // namespace
@@ -41,11 +41,10 @@ class AppServiceConnection::UnopenedUnlessOpened
     winrt::com_ptr<AppServiceConnection> m_connection;
 };
 
-winrt::com_ptr<AppServiceConnection> AppServiceConnection::OfService(std::wstring const& connection,
-                                                                     std::wstring_view name)
+winrt::com_ptr<AppServiceConnection> AppServiceConnection::OfService(std::uint32_t connection, std::wstring_view name)
 {
     auto made = winrt::make_self<AppServiceConnection>();
-    made->m_end = serviceEnd;
+    made->m_end = ConnectionEnd::Service;
     made->m_name = name;
     made->m_state = State::Open;
     made->m_connection = connection;
@@ -105,16 +104,20 @@ Foundation::IAsyncOperation<AppServiceConnectionStatus> AppServiceConnection::Op
         co_await winrt::resume_background();
         co_return static_cast<AppServiceConnectionStatus>(*status);
     }
-    Receivers::Opening const opening;
-    Message question = {L"open-app-service", std::wstring(AppServiceName()), std::wstring(PackageFamilyName())};
-    auto const answer = co_await Asking(std::move(question));
-    auto const status = static_cast<AppServiceConnectionStatus>(NumberIn(answer));
-    if (status == AppServiceConnectionStatus::Success)
+    auto const host = m_host.Get();
+    if (!host)
     {
-        Opened(WordOf(answer, 2));
+        co_return AppServiceConnectionStatus::Unknown;
+    }
+    MessageRouter::OpeningScope const opening(host->Router());
+    OpenConnection const question{std::wstring(AppServiceName()), std::wstring(PackageFamilyName())};
+    auto const answer = co_await AnswerOf(*host, question);
+    if (answer.status == sim::OpenStatus::Success)
+    {
+        Opened(answer.connection);
     }
     co_await winrt::resume_agile(fault.End());
-    co_return status;
+    co_return static_cast<AppServiceConnectionStatus>(answer.status);
 }
 
 Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection::SendMessageAsync(
@@ -137,21 +140,22 @@ Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection
     if (auto const status = fault.Status())
     {
         co_await winrt::resume_background();
-        co_return ResponseOf(static_cast<std::int32_t>(*status), {});
+        co_return ResponseOf(static_cast<AppServiceResponseStatus>(*status), {});
     }
-    if (!m_host.IsCurrent())
+    auto const host = m_host.Get();
+    if (!host)
     {
-        co_return ResponseOf(static_cast<std::int32_t>(AppServiceResponseStatus::Failure), {});
+        co_return ResponseOf(AppServiceResponseStatus::Failure, {});
     }
     if (set.size() > longestText)
     {
         co_await winrt::resume_background();
-        co_return ResponseOf(static_cast<std::int32_t>(AppServiceResponseStatus::MessageSizeTooLarge), {});
+        co_return ResponseOf(AppServiceResponseStatus::MessageSizeTooLarge, {});
     }
-    Message question = {L"send", m_connection, m_end, std::move(set)};
-    auto const answer = co_await Asking(std::move(question));
+    SendRequest const question{m_connection, m_end, std::move(set)};
+    auto const answer = co_await AnswerOf(*host, question);
     co_await winrt::resume_agile(fault.End());
-    co_return ResponseOf(NumberIn(answer), WordOf(answer, 2));
+    co_return ResponseOf(static_cast<AppServiceResponseStatus>(answer.status), answer.set);
 }
 
 winrt::event_token AppServiceConnection::RequestReceived(RequestReceivedHandler const& handler)
@@ -177,7 +181,7 @@ winrt::event_token AppServiceConnection::ServiceClosed(ServiceClosedHandler cons
     // the one of the cancellation might, which closes the connection.
     return m_serviceClosed.Add(
         [handler](auto const& self, auto const& args) {
-            Deliveries::PassOn();
+            MessageRouter::ReleaseQueue();
             handler(self, args);
         },
         *this);
@@ -216,7 +220,7 @@ void AppServiceConnection::BeginOpening()
 }
 
 // It may have been closed meanwhile.
-void AppServiceConnection::Opened(std::wstring const& connection)
+void AppServiceConnection::Opened(std::uint32_t connection)
 {
     auto isClosed = false;
     {
@@ -252,62 +256,64 @@ void AppServiceConnection::CheckNotClosed() const
     std::lock_guard const lock(m_mutex);
     if (m_state == State::Closed)
     {
-        throw winrt::hresult_error(closed);
+        throw winrt::hresult_error(objectClosed);
     }
 }
 
 void AppServiceConnection::Attach()
 {
-    Receivers::Instance().Add(ConnectionAddress(m_connection, m_end), [weak = get_weak()](auto const& message) {
-        if (auto const self = weak.get())
-        {
-            self->Receive(message);
-        }
-    });
-}
-
-void AppServiceConnection::CloseOpen()
-{
-    if (m_host.IsCurrent())
+    if (auto const host = m_host.Get())
     {
-        Receivers::Instance().Remove(ConnectionAddress(m_connection, m_end));
-        m_host.Tell({L"close", m_connection, m_end});
-    }
-}
-
-// request CONNECTION END REQUEST SET, service-closed CONNECTION END STATUS.
-void AppServiceConnection::Receive(Message const& message)
-{
-    if (message.front() == L"request")
-    {
-        ReceiveRequest(WordOf(message, 3), WordOf(message, 4));
-    }
-    else if (message.front() == L"service-closed")
-    {
-        auto const status = static_cast<AppServiceClosedStatus>(std::stoi(WordOf(message, 3)));
-        m_serviceClosed.RaiseOrWait(*this, [status](AppServiceConnection& self) {
-            self.m_serviceClosed.Call(self.get_strong().as<class_type>(),
-                                      winrt::make<AppServiceClosedEventArgs>(status));
+        host->Router().AddReceiver(Address::Of(m_end, m_connection), [weak = get_weak()](auto const& message) {
+            if (auto const self = weak.get())
+            {
+                self->Receive(message);
+            }
         });
     }
 }
 
-// A service that has just been activated may need a while to listen; a caller that does not listen never will.
-void AppServiceConnection::ReceiveRequest(std::wstring const& request, std::wstring const& set)
+void AppServiceConnection::CloseOpen()
 {
-    if (m_end != serviceEnd && !m_requestReceived.HasHandlers())
+    if (auto const host = m_host.Get())
     {
-        m_host.Tell({L"request-refused", request});
-        return;
+        host->Router().RemoveReceiver(Address::Of(m_end, m_connection));
+        host->Tell(ConnectionClosed{m_connection, m_end});
     }
-    m_requestReceived.RaiseOrWait(*this, [=](AppServiceConnection& self) { self.RaiseRequest(request, set); });
 }
 
-void AppServiceConnection::RaiseRequest(std::wstring const& request, std::wstring const& set)
+void AppServiceConnection::Receive(MessageRouter::Message const& message)
 {
-    auto const pending = std::make_shared<PendingRequest>(request, m_end == serviceEnd);
+    std::visit(Overloaded{[this](RequestArrived const& arrived) { Receive(arrived); },
+                          [this](OtherEndClosed const& closed) { Receive(closed); },
+                          [](auto const&) {}}, // for instances
+               message);
+}
+
+void AppServiceConnection::Receive(OtherEndClosed const& closed)
+{
+    auto const status = static_cast<AppServiceClosedStatus>(closed.status);
+    m_serviceClosed.RaiseOrWait(*this, [status](AppServiceConnection& self) {
+        self.m_serviceClosed.Call(self.get_strong().as<class_type>(), winrt::make<AppServiceClosedEventArgs>(status));
+    });
+}
+
+// A service that has just been activated may need a while to listen; a caller that does not listen never will.
+void AppServiceConnection::Receive(RequestArrived const& arrived)
+{
+    if (m_end == ConnectionEnd::Caller && !m_requestReceived.HasHandlers())
+    {
+        m_host.Tell(RequestRefused{arrived.request});
+        return;
+    }
+    m_requestReceived.RaiseOrWait(*this, [arrived](AppServiceConnection& self) { self.RaiseRequest(arrived); });
+}
+
+void AppServiceConnection::RaiseRequest(RequestArrived const& arrived)
+{
+    auto const pending = std::make_shared<PendingRequest>(arrived.request, m_end == ConnectionEnd::Service);
     m_requestReceived.Call(get_strong().as<class_type>(),
-                           winrt::make<AppServiceRequestReceivedEventArgs>(pending, SetFrom(set)));
+                           winrt::make<AppServiceRequestReceivedEventArgs>(pending, SetFrom(arrived.set)));
     pending->HandlersReturned();
 }
 

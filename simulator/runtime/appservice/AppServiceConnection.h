@@ -1,9 +1,9 @@
 #pragma once
 #include "simulator/runtime/AsyncFault.h"
-#include "simulator/runtime/HostLink.h"
+#include "simulator/runtime/BufferedEvent.h"
+#include "simulator/runtime/HostReference.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/Unserved.h"
-#include "simulator/runtime/WaitingEvent.h"
+#include "simulator/runtime/NotImplemented.h"
 
 #include <mutex>
 #include <winrt/Windows.ApplicationModel.AppService.h>
@@ -15,16 +15,16 @@ namespace sim
 
 // One end of an app-service connection. The caller's end closes with its last reference; the service's end is kept by
 // its task.
-struct AppServiceConnection : winrt::implements<AppServiceConnection, Platform::AppService::IAppServiceConnection,
-                                                Platform::AppService::IAppServiceConnection2, Foundation::IClosable>
+struct AppServiceConnection : winrt::implements<AppServiceConnection, AppModel::AppService::IAppServiceConnection,
+                                                AppModel::AppService::IAppServiceConnection2, Foundation::IClosable>
 {
-    using class_type = Platform::AppService::AppServiceConnection;
-    using OpenStatus = Platform::AppService::AppServiceConnectionStatus;
-    using Response = Platform::AppService::AppServiceResponse;
+    using class_type = AppModel::AppService::AppServiceConnection;
+    using OpenStatus = AppModel::AppService::AppServiceConnectionStatus;
+    using Response = AppModel::AppService::AppServiceResponse;
     using RequestReceivedHandler =
-        Foundation::TypedEventHandler<class_type, Platform::AppService::AppServiceRequestReceivedEventArgs>;
+        Foundation::TypedEventHandler<class_type, AppModel::AppService::AppServiceRequestReceivedEventArgs>;
     using ServiceClosedHandler =
-        Foundation::TypedEventHandler<class_type, Platform::AppService::AppServiceClosedEventArgs>;
+        Foundation::TypedEventHandler<class_type, AppModel::AppService::AppServiceClosedEventArgs>;
 
     // A caller's end that is not open yet.
     AppServiceConnection() = default;
@@ -33,7 +33,7 @@ struct AppServiceConnection : winrt::implements<AppServiceConnection, Platform::
     ~AppServiceConnection() override;
 
     // The service's end of a connection that a caller opens.
-    static winrt::com_ptr<AppServiceConnection> OfService(std::wstring const& connection, std::wstring_view name);
+    static winrt::com_ptr<AppServiceConnection> OfService(std::uint32_t connection, std::wstring_view name);
 
     winrt::hstring AppServiceName() const;
     void AppServiceName(winrt::hstring const& value);
@@ -56,13 +56,13 @@ struct AppServiceConnection : winrt::implements<AppServiceConnection, Platform::
     void Close();
 
     template <typename... T>
-    Unserved OpenRemoteAsync(T const&...) const
+    NotImplemented OpenRemoteAsync(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved User(T const&...) const
+    NotImplemented User(T const&...) const
     {
         return {};
     }
@@ -81,25 +81,26 @@ struct AppServiceConnection : winrt::implements<AppServiceConnection, Platform::
     Foundation::IAsyncOperation<OpenStatus> Open(AsyncFault fault);
     Foundation::IAsyncOperation<Response> Send(AsyncFault fault, std::wstring set);
     void BeginOpening();
-    void Opened(std::wstring const& connection);
+    void Opened(std::uint32_t connection);
     void EndOpening();
     void CheckOpen() const;
     void CheckNotClosed() const;
     void Attach();
     void CloseOpen();
-    void Receive(Message const& message);
-    void ReceiveRequest(std::wstring const& request, std::wstring const& set);
-    void RaiseRequest(std::wstring const& request, std::wstring const& set);
+    void Receive(MessageRouter::Message const& message);
+    void Receive(RequestArrived const& arrived);
+    void Receive(OtherEndClosed const& closed);
+    void RaiseRequest(RequestArrived const& arrived);
 
-    HostLink m_host;
-    std::wstring m_end = L"caller";
+    HostReference m_host;
+    ConnectionEnd m_end = ConnectionEnd::Caller;
     mutable std::mutex m_mutex; // over all that follows but the events
     State m_state = State::Unopened;
-    std::wstring m_connection; // its id, once open; it stays
+    std::uint32_t m_connection = 0; // its number, once open; it stays
     winrt::hstring m_name;
     winrt::hstring m_family;
-    WaitingEvent<AppServiceConnection, RequestReceivedHandler> m_requestReceived;
-    WaitingEvent<AppServiceConnection, ServiceClosedHandler> m_serviceClosed;
+    BufferedEvent<AppServiceConnection, RequestReceivedHandler> m_requestReceived;
+    BufferedEvent<AppServiceConnection, ServiceClosedHandler> m_serviceClosed;
 };
 
 struct AppServiceConnectionFactory : winrt::implements<AppServiceConnectionFactory, IActivationFactory>

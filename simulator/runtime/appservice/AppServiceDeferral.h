@@ -1,5 +1,6 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/appservice/PendingRequest.h"
 
 #include <atomic>
@@ -8,10 +9,10 @@
 namespace sim
 {
 
-// Keeps a request open until it is completed. Released without that, it keeps it open for ever.
-struct AppServiceDeferral : winrt::implements<AppServiceDeferral, Platform::AppService::IAppServiceDeferral>
+// Keeps a request open until it is completed. Released without that, it never closes it.
+struct AppServiceDeferral : winrt::implements<AppServiceDeferral, AppModel::AppService::IAppServiceDeferral>
 {
-    using class_type = Platform::AppService::AppServiceDeferral;
+    using class_type = AppModel::AppService::AppServiceDeferral;
 
     explicit AppServiceDeferral(std::shared_ptr<PendingRequest> request) : m_request(std::move(request)) {}
 

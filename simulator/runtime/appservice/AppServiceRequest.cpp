@@ -1,7 +1,8 @@
 #include "simulator/runtime/appservice/AppServiceRequest.h"
 
+#include "simulator/protocol/Frames.h"
 #include "simulator/runtime/AsyncFault.h"
-#include "simulator/runtime/PoolAwaiters.h"
+#include "simulator/runtime/Awaiters.h"
 #include "simulator/runtime/values/ValueText.h"
 
 namespace sim
@@ -20,7 +21,8 @@ Foundation::IAsyncOperation<Status> Respond(std::shared_ptr<PendingRequest> requ
         co_await winrt::resume_background();
         co_return static_cast<Status>(*status);
     }
-    if (!request->Host().IsCurrent())
+    auto const host = request->ItsHost().Get();
+    if (!host)
     {
         co_return Status::Failure;
     }
@@ -29,10 +31,10 @@ Foundation::IAsyncOperation<Status> Respond(std::shared_ptr<PendingRequest> requ
         co_await winrt::resume_background();
         co_return Status::MessageSizeTooLarge;
     }
-    Message question = {L"respond", request->Id(), std::move(set)};
-    auto const answer = co_await Asking(std::move(question));
+    GiveResponse const question{request->Number(), std::move(set)};
+    auto const answer = co_await AnswerOf(*host, question);
     co_await winrt::resume_agile(fault.End());
-    co_return static_cast<Status>(NumberIn(answer));
+    co_return static_cast<Status>(answer.status);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/appservice/PendingRequest.h"
 
 #include <winrt/Windows.ApplicationModel.AppService.h>
@@ -10,10 +11,10 @@ namespace sim
 {
 
 // A message that arrived, with the way to answer it.
-struct AppServiceRequest : winrt::implements<AppServiceRequest, Platform::AppService::IAppServiceRequest>
+struct AppServiceRequest : winrt::implements<AppServiceRequest, AppModel::AppService::IAppServiceRequest>
 {
-    using class_type = Platform::AppService::AppServiceRequest;
-    using Status = Platform::AppService::AppServiceResponseStatus;
+    using class_type = AppModel::AppService::AppServiceRequest;
+    using Status = AppModel::AppService::AppServiceResponseStatus;
 
     AppServiceRequest(std::shared_ptr<PendingRequest> request, Collections::ValueSet message)
         : m_request(std::move(request)), m_message(std::move(message))

@@ -1,5 +1,6 @@
 #pragma once
-#include "simulator/runtime/Deliveries.h"
+#include "simulator/runtime/MessageRouter.h"
+#include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/appservice/AppServiceDeferral.h"
 #include "simulator/runtime/appservice/AppServiceRequest.h"
 
@@ -8,36 +9,36 @@ namespace sim
 
 // What a handler of RequestReceived gets.
 struct AppServiceRequestReceivedEventArgs
-    : winrt::implements<AppServiceRequestReceivedEventArgs, Platform::AppService::IAppServiceRequestReceivedEventArgs>
+    : winrt::implements<AppServiceRequestReceivedEventArgs, AppModel::AppService::IAppServiceRequestReceivedEventArgs>
 {
-    using class_type = Platform::AppService::AppServiceRequestReceivedEventArgs;
+    using class_type = AppModel::AppService::AppServiceRequestReceivedEventArgs;
 
     AppServiceRequestReceivedEventArgs(std::shared_ptr<PendingRequest> request, Collections::ValueSet const& message)
         : m_pending(std::move(request)), m_request(winrt::make<AppServiceRequest>(m_pending, message))
     {
     }
 
-    Platform::AppService::AppServiceRequest Request() const
+    AppModel::AppService::AppServiceRequest Request() const
     {
         constexpr std::wstring_view call = L"AppServiceRequestReceivedEventArgs.Request";
-        return StruckByNull(call) ? Platform::AppService::AppServiceRequest(nullptr) : m_request;
+        return StruckByNull(call) ? AppModel::AppService::AppServiceRequest(nullptr) : m_request;
     }
 
     // From here on the connection's next message does not wait for the handler's return.
-    Platform::AppService::AppServiceDeferral GetDeferral() const
+    AppModel::AppService::AppServiceDeferral GetDeferral() const
     {
         if (StruckByNull(L"AppServiceRequestReceivedEventArgs.GetDeferral"))
         {
             return nullptr;
         }
         m_pending->DeferralTaken();
-        Deliveries::PassOn();
+        MessageRouter::ReleaseQueue();
         return winrt::make<AppServiceDeferral>(m_pending);
     }
 
   private:
     std::shared_ptr<PendingRequest> m_pending;
-    Platform::AppService::AppServiceRequest m_request;
+    AppModel::AppService::AppServiceRequest m_request;
 };
 
 } // namespace sim

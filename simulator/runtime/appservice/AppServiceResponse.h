@@ -8,22 +8,22 @@ namespace sim
 {
 
 // What came of a message that was sent.
-struct AppServiceResponse : winrt::implements<AppServiceResponse, Platform::AppService::IAppServiceResponse>
+struct AppServiceResponse : winrt::implements<AppServiceResponse, AppModel::AppService::IAppServiceResponse>
 {
-    using class_type = Platform::AppService::AppServiceResponse;
+    using class_type = AppModel::AppService::AppServiceResponse;
 
     // message: empty when there was no response.
-    AppServiceResponse(Platform::AppService::AppServiceResponseStatus status, Collections::ValueSet message)
+    AppServiceResponse(AppModel::AppService::AppServiceResponseStatus status, Collections::ValueSet message)
         : m_status(status), m_message(std::move(message))
     {
     }
 
-    Platform::AppService::AppServiceResponseStatus Status() const noexcept { return m_status; }
+    AppModel::AppService::AppServiceResponseStatus Status() const noexcept { return m_status; }
 
     Collections::ValueSet Message() const { return m_message; }
 
   private:
-    Platform::AppService::AppServiceResponseStatus m_status;
+    AppModel::AppService::AppServiceResponseStatus m_status;
     Collections::ValueSet m_message;
 };
 

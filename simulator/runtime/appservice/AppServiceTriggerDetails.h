@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.ApplicationModel.AppService.h>
 #include <winrt/Windows.Foundation.h>
@@ -11,16 +11,16 @@ namespace sim
 
 // What an app gets that is activated for a new connection.
 struct AppServiceTriggerDetails
-    : winrt::implements<AppServiceTriggerDetails, Platform::AppService::IAppServiceTriggerDetails,
-                        Platform::AppService::IAppServiceTriggerDetails2,
-                        Platform::AppService::IAppServiceTriggerDetails3,
-                        Platform::AppService::IAppServiceTriggerDetails4>
+    : winrt::implements<AppServiceTriggerDetails, AppModel::AppService::IAppServiceTriggerDetails,
+                        AppModel::AppService::IAppServiceTriggerDetails2,
+                        AppModel::AppService::IAppServiceTriggerDetails3,
+                        AppModel::AppService::IAppServiceTriggerDetails4>
 {
-    using class_type = Platform::AppService::AppServiceTriggerDetails;
+    using class_type = AppModel::AppService::AppServiceTriggerDetails;
 
     // callerFamily: empty for a caller without a package.
     AppServiceTriggerDetails(std::wstring_view name, std::wstring_view callerFamily,
-                             Platform::AppService::AppServiceConnection connection)
+                             AppModel::AppService::AppServiceConnection connection)
         : m_name(name), m_callerFamily(callerFamily), m_connection(std::move(connection))
     {
     }
@@ -29,22 +29,22 @@ struct AppServiceTriggerDetails
 
     winrt::hstring CallerPackageFamilyName() const { return m_callerFamily; }
 
-    Platform::AppService::AppServiceConnection AppServiceConnection() const
+    AppModel::AppService::AppServiceConnection AppServiceConnection() const
     {
         constexpr std::wstring_view call = L"AppServiceTriggerDetails.AppServiceConnection";
-        return StruckByNull(call) ? Platform::AppService::AppServiceConnection(nullptr) : m_connection;
+        return StruckByNull(call) ? AppModel::AppService::AppServiceConnection(nullptr) : m_connection;
     }
 
     bool IsRemoteSystemConnection() const noexcept { return false; }
 
-    Unserved CheckCallerForCapabilityAsync(winrt::hstring const&) const { return {}; }
+    NotImplemented CheckCallerForCapabilityAsync(winrt::hstring const&) const { return {}; }
 
-    Unserved CallerRemoteConnectionToken() const { return {}; }
+    NotImplemented CallerRemoteConnectionToken() const { return {}; }
 
   private:
     winrt::hstring m_name;
     winrt::hstring m_callerFamily;
-    Platform::AppService::AppServiceConnection m_connection;
+    AppModel::AppService::AppServiceConnection m_connection;
 };
 
 } // namespace sim

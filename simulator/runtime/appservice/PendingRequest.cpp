@@ -3,9 +3,8 @@
 namespace sim
 {
 
-PendingRequest::PendingRequest(std::wstring id, bool isServed)
-    : m_id(std::move(id)), m_isServed(isServed),
-      m_end([host = m_host, request = m_id] { host.Tell({L"request-completed", request}); })
+PendingRequest::PendingRequest(std::uint32_t number, bool isServed)
+    : m_number(number), m_isServed(isServed), m_end([host = m_host, number] { host.Tell(RequestCompleted{number}); })
 {
 }
 
@@ -21,17 +20,17 @@ void PendingRequest::DeferralTaken()
 {
     m_end.Take();
     HandlersReturned(); // from here on they do not count
-    if (m_isServed && m_host.IsCurrent())
+    if (auto const host = m_isServed ? m_host.Get() : nullptr)
     {
-        CurrentHost().DeferralTaken(m_id);
+        host->DeferralTaken(m_number);
     }
 }
 
 void PendingRequest::DeferralCompleted(bool again)
 {
-    if (m_isServed && m_host.IsCurrent())
+    if (auto const host = m_isServed ? m_host.Get() : nullptr)
     {
-        CurrentHost().DeferralCompleted(m_id);
+        host->DeferralCompleted(m_number);
     }
     if (!again)
     {

@@ -1,9 +1,9 @@
 #pragma once
-#include "simulator/runtime/HostLink.h"
-#include "simulator/runtime/PendingEnd.h"
+#include "simulator/runtime/DeferralCounter.h"
+#include "simulator/runtime/HostReference.h"
 
 #include <atomic>
-#include <string>
+#include <cstdint>
 
 namespace sim
 {
@@ -14,11 +14,11 @@ class PendingRequest
 {
   public:
     // isServed: it came to the service's end.
-    PendingRequest(std::wstring id, bool isServed);
+    PendingRequest(std::uint32_t number, bool isServed);
 
-    std::wstring const& Id() const noexcept { return m_id; }
+    std::uint32_t Number() const noexcept { return m_number; }
 
-    HostLink const& Host() const noexcept { return m_host; }
+    HostReference const& ItsHost() const noexcept { return m_host; }
 
     void HandlersReturned();
 
@@ -28,11 +28,11 @@ class PendingRequest
     void DeferralCompleted(bool again);
 
   private:
-    std::wstring m_id;
+    std::uint32_t m_number;
     bool m_isServed;
-    HostLink m_host;
+    HostReference m_host;
     std::atomic<bool> m_waitsForHandlers = true;
-    PendingEnd m_end;
+    DeferralCounter m_end;
 };
 
 } // namespace sim

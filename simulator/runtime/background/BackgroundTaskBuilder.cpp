@@ -1,6 +1,6 @@
 #include "simulator/runtime/background/BackgroundTaskBuilder.h"
 
-#include "simulator/runtime/Answers.h"
+#include "simulator/runtime/CurrentHost.h"
 #include "simulator/runtime/background/BackgroundTaskRegistration.h"
 
 namespace sim
@@ -12,31 +12,33 @@ void BackgroundTaskBuilder::Name(winrt::hstring const& value)
     m_name = value;
 }
 
-void BackgroundTaskBuilder::SetTrigger(Platform::Background::IBackgroundTrigger const& trigger)
+void BackgroundTaskBuilder::SetTrigger(AppModel::Background::IBackgroundTrigger const& trigger)
 {
     ThrowIfStruck(L"BackgroundTaskBuilder.SetTrigger");
     m_trigger = trigger;
 }
 
-Platform::Background::BackgroundTaskRegistration BackgroundTaskBuilder::Register() const
+AppModel::Background::BackgroundTaskRegistration BackgroundTaskBuilder::Register() const
 {
     if (StruckByNull(L"BackgroundTaskBuilder.Register"))
     {
         return nullptr;
     }
-    Message request = {L"register-task", std::wstring(m_name), L"push", L"0", L"0"};
-    if (auto const timer = m_trigger.try_as<Platform::Background::ITimeTrigger>())
+    RegisterTask request{.name = std::wstring(m_name)};
+    if (auto const timer = m_trigger.try_as<AppModel::Background::ITimeTrigger>())
     {
-        request = {request[0], request[1], L"timer", std::to_wstring(timer.FreshnessTime()),
-                   timer.OneShot() ? L"1" : L"0"};
+        request.trigger = Trigger::Timer;
+        request.minutes = timer.FreshnessTime();
+        request.once = timer.OneShot();
     }
     else if (!m_trigger ||
-             winrt::get_class_name(m_trigger) != winrt::name_of<Platform::Background::PushNotificationTrigger>())
+             winrt::get_class_name(m_trigger) != winrt::name_of<AppModel::Background::PushNotificationTrigger>())
     {
         throw winrt::hresult_invalid_argument();
     }
-    auto const answer = AskForResult(request);
-    return winrt::make<BackgroundTaskRegistration>(WordOf(answer, 2), m_name);
+    auto const answer = CurrentHost().Ask(request);
+    winrt::check_hresult(answer.result);
+    return winrt::make<BackgroundTaskRegistration>(answer.id, m_name);
 }
 
 } // namespace sim

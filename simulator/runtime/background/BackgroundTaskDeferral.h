@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/DeferralCounter.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/PendingEnd.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <atomic>
@@ -10,11 +10,11 @@ namespace sim
 {
 
 // Keeps a task running until it is completed. Released without that, it keeps it running until the platform's limit.
-struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, Platform::Background::IBackgroundTaskDeferral>
+struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, AppModel::Background::IBackgroundTaskDeferral>
 {
-    using class_type = Platform::Background::BackgroundTaskDeferral;
+    using class_type = AppModel::Background::BackgroundTaskDeferral;
 
-    explicit BackgroundTaskDeferral(std::shared_ptr<PendingEnd> task) : m_task(std::move(task)) { m_task->Take(); }
+    explicit BackgroundTaskDeferral(std::shared_ptr<DeferralCounter> task) : m_task(std::move(task)) { m_task->Take(); }
 
     // Once is enough; more does nothing.
     void Complete()
@@ -27,7 +27,7 @@ struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, Platfo
     }
 
   private:
-    std::shared_ptr<PendingEnd> m_task;
+    std::shared_ptr<DeferralCounter> m_task;
     std::atomic<bool> m_isCompleted = false;
 };
 

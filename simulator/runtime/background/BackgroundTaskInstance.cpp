@@ -1,8 +1,5 @@
 #include "simulator/runtime/background/BackgroundTaskInstance.h"
 
-#include "simulator/model/Text.h"
-#include "simulator/runtime/Address.h"
-#include "simulator/runtime/Answers.h"
 #include "simulator/runtime/appservice/AppServiceConnection.h"
 #include "simulator/runtime/appservice/AppServiceTriggerDetails.h"
 #include "simulator/runtime/background/BackgroundTaskDeferral.h"
@@ -12,71 +9,61 @@
 namespace sim
 {
 
-using Platform::Background::BackgroundTaskCancellationReason;
+using AppModel::Background::BackgroundTaskCancellationReason;
 
 namespace
 {
 
-// What an activation carries; see ActivationKind.
-enum InAppService
+IInspectable DetailsOf(ServiceStart const& start)
 {
-    ServiceConnection = 1,
-    ServiceName,
-    CallerFamily
-};
-
-enum InTask
-{
-    TaskId = 1,
-    TaskName,
-    Trigger,
-    Payload
-};
-
-IInspectable ServiceDetails(std::vector<std::wstring> const& more)
-{
-    auto const connection = AppServiceConnection::OfService(more[ServiceConnection], more[ServiceName]);
-    return winrt::make<AppServiceTriggerDetails>(more[ServiceName], more[CallerFamily],
+    auto const connection = AppServiceConnection::OfService(start.connection, start.service);
+    return winrt::make<AppServiceTriggerDetails>(start.service, start.callerFamily,
                                                  connection.as<AppServiceConnection::class_type>());
 }
 
-IInspectable TaskDetails(std::vector<std::wstring> const& more)
+IInspectable DetailsOf(TaskStart const& start)
 {
-    return more[Trigger] == L"push" ? winrt::make<RawNotification>(more[Payload]).as<IInspectable>() : nullptr;
+    return start.trigger == Trigger::Push ? winrt::make<RawNotification>(start.payload).as<IInspectable>() : nullptr;
 }
 
 } // namespace
 
-winrt::com_ptr<BackgroundTaskInstance> BackgroundTaskInstance::Start(Activation const& activation)
+winrt::com_ptr<BackgroundTaskInstance> BackgroundTaskInstance::Start(ServiceStart const& start)
 {
-    auto const& more = activation.more;
-    auto const isService = activation.kind == ActivationKind::AppService;
-    auto const task = isService ? winrt::make<BackgroundTaskRegistration>(L"", more[ServiceName])
-                                : winrt::make<BackgroundTaskRegistration>(more[TaskId], more[TaskName]);
-    auto instance =
-        winrt::make_self<BackgroundTaskInstance>(more[0], task, isService ? ServiceDetails(more) : TaskDetails(more));
-    Receivers::Instance().Add(InstanceAddress(more[0]),
-                              [instance](auto const& message) { instance->Receive(message); });
+    return Start(start.instance, winrt::make<BackgroundTaskRegistration>(L"", start.service), DetailsOf(start));
+}
+
+winrt::com_ptr<BackgroundTaskInstance> BackgroundTaskInstance::Start(TaskStart const& start)
+{
+    return Start(start.instance, winrt::make<BackgroundTaskRegistration>(start.taskId, start.task), DetailsOf(start));
+}
+
+winrt::com_ptr<BackgroundTaskInstance> BackgroundTaskInstance::Start(std::uint32_t number, Registration const& task,
+                                                                     IInspectable const& triggerDetails)
+{
+    auto instance = winrt::make_self<BackgroundTaskInstance>(number, task, triggerDetails);
+    CurrentHost().Router().AddReceiver({Address::Kind::Instance, number},
+                                       [instance](auto const& message) { instance->Receive(message); });
     return instance;
 }
 
-BackgroundTaskInstance::BackgroundTaskInstance(std::wstring id, Registration task, IInspectable triggerDetails)
-    : m_id(std::move(id)),
-      m_end(std::make_shared<PendingEnd>([host = m_host, id = m_id] { host.Tell({L"task-completed", id}); })),
+BackgroundTaskInstance::BackgroundTaskInstance(std::uint32_t number, Registration task, IInspectable triggerDetails)
+    : m_number(number),
+      m_end(std::make_shared<DeferralCounter>([host = m_host, number] { host.Tell(TaskCompleted{number}); })),
       m_task(std::move(task)), m_triggerDetails(std::move(triggerDetails))
 {
 }
 
 void BackgroundTaskInstance::Returned()
 {
-    m_host.Tell({L"task-returned", m_id});
+    m_host.Tell(TaskReturned{m_number});
     m_end->Finish();
 }
 
 // Its own is not known here: the device's number for it.
 winrt::guid BackgroundTaskInstance::InstanceId() const noexcept
 {
-    return {ParseNumber(m_id).value_or(0), 0, 0, {}};
+    return {m_number, 0, 0, {}};
 }
 
 BackgroundTaskInstance::Registration BackgroundTaskInstance::Task() const
@@ -89,9 +76,9 @@ IInspectable BackgroundTaskInstance::TriggerDetails() const
     return StruckByNull(L"BackgroundTaskInstance.TriggerDetails") ? nullptr : m_triggerDetails;
 }
 
-Platform::Background::BackgroundTaskDeferral BackgroundTaskInstance::GetDeferral() const
+AppModel::Background::BackgroundTaskDeferral BackgroundTaskInstance::GetDeferral() const
 {
-    return StruckByNull(L"BackgroundTaskInstance.GetDeferral") ? Platform::Background::BackgroundTaskDeferral(nullptr)
+    return StruckByNull(L"BackgroundTaskInstance.GetDeferral") ? AppModel::Background::BackgroundTaskDeferral(nullptr)
                                                                : winrt::make<BackgroundTaskDeferral>(m_end);
 }
 
@@ -106,19 +93,21 @@ void BackgroundTaskInstance::Canceled(winrt::event_token token)
     m_canceled.Remove(token);
 }
 
-// cancel INSTANCE CONNECTION REASON, which a completion may cross: Canceled is raised all the same. Then ended INSTANCE
-// CONNECTION.
-void BackgroundTaskInstance::Receive(Message const& message)
+// A completion may cross the cancellation: Canceled is raised all the same.
+void BackgroundTaskInstance::Receive(MessageRouter::Message const& message)
 {
-    if (message.front() == L"ended")
+    if (auto const* const cancelled = std::get_if<TaskCancelled>(&message))
     {
-        Receivers::Instance().Remove(InstanceAddress(m_id));
+        auto const reason = static_cast<BackgroundTaskCancellationReason>(cancelled->reason);
+        m_canceled.RaiseOrWait(*this, [reason](BackgroundTaskInstance& self) {
+            self.m_canceled.Call(self.get_strong().as<AppModel::Background::IBackgroundTaskInstance>(), reason);
+        });
         return;
     }
-    auto const reason = static_cast<BackgroundTaskCancellationReason>(std::stoi(WordOf(message, 3)));
-    m_canceled.RaiseOrWait(*this, [reason](BackgroundTaskInstance& self) {
-        self.m_canceled.Call(self.get_strong().as<Platform::Background::IBackgroundTaskInstance>(), reason);
-    });
+    if (auto const host = m_host.Get()) // it has ended
+    {
+        host->Router().RemoveReceiver({Address::Kind::Instance, m_number});
+    }
 }
 
 } // namespace sim

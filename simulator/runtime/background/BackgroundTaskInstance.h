@@ -1,10 +1,10 @@
 #pragma once
-#include "simulator/model/Activation.h"
-#include "simulator/runtime/HostLink.h"
+#include "simulator/protocol/Activation.h"
+#include "simulator/runtime/BufferedEvent.h"
+#include "simulator/runtime/DeferralCounter.h"
+#include "simulator/runtime/HostReference.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/PendingEnd.h"
-#include "simulator/runtime/Unserved.h"
-#include "simulator/runtime/WaitingEvent.h"
+#include "simulator/runtime/NotImplemented.h"
 
 #include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.Foundation.h>
@@ -14,16 +14,16 @@ namespace sim
 
 // One run of a background task, which is kept until OnBackgroundActivated has returned and all deferrals are completed.
 struct BackgroundTaskInstance
-    : winrt::implements<BackgroundTaskInstance, Platform::Background::IBackgroundTaskInstance,
-                        Platform::Background::IBackgroundTaskInstance2, Platform::Background::IBackgroundTaskInstance4>
+    : winrt::implements<BackgroundTaskInstance, AppModel::Background::IBackgroundTaskInstance,
+                        AppModel::Background::IBackgroundTaskInstance2, AppModel::Background::IBackgroundTaskInstance4>
 {
-    using Registration = Platform::Background::BackgroundTaskRegistration;
-    using CanceledHandler = Platform::Background::BackgroundTaskCanceledEventHandler;
+    using Registration = AppModel::Background::BackgroundTaskRegistration;
+    using CanceledHandler = AppModel::Background::BackgroundTaskCanceledEventHandler;
 
-    // For an activation that is a background one.
-    static winrt::com_ptr<BackgroundTaskInstance> Start(Activation const& activation);
+    static winrt::com_ptr<BackgroundTaskInstance> Start(ServiceStart const& start);
+    static winrt::com_ptr<BackgroundTaskInstance> Start(TaskStart const& start);
 
-    BackgroundTaskInstance(std::wstring id, Registration task, IInspectable triggerDetails);
+    BackgroundTaskInstance(std::uint32_t number, Registration task, IInspectable triggerDetails);
 
     // OnBackgroundActivated has returned.
     void Returned();
@@ -31,7 +31,7 @@ struct BackgroundTaskInstance
     winrt::guid InstanceId() const noexcept;
     Registration Task() const;
     IInspectable TriggerDetails() const;
-    Platform::Background::BackgroundTaskDeferral GetDeferral() const;
+    AppModel::Background::BackgroundTaskDeferral GetDeferral() const;
 
     winrt::event_token Canceled(CanceledHandler const& handler);
     void Canceled(winrt::event_token token);
@@ -42,23 +42,25 @@ struct BackgroundTaskInstance
 
     std::uint32_t SuspendedCount() const noexcept { return 0; }
 
-    std::uint32_t GetThrottleCount(Platform::Background::BackgroundTaskThrottleCounter const&) const noexcept
+    std::uint32_t GetThrottleCount(AppModel::Background::BackgroundTaskThrottleCounter const&) const noexcept
     {
         return 0;
     }
 
-    Unserved User() const { return {}; }
+    NotImplemented User() const { return {}; }
 
   private:
-    void Receive(Message const& message);
+    static winrt::com_ptr<BackgroundTaskInstance> Start(std::uint32_t number, Registration const& task,
+                                                        IInspectable const& triggerDetails);
+    void Receive(MessageRouter::Message const& message);
 
-    std::wstring m_id;
-    HostLink m_host;
-    std::shared_ptr<PendingEnd> m_end;
+    std::uint32_t m_number;
+    HostReference m_host;
+    std::shared_ptr<DeferralCounter> m_end;
     Registration m_task;
     IInspectable m_triggerDetails;
     std::atomic<std::uint32_t> m_progress = 0;
-    WaitingEvent<BackgroundTaskInstance, CanceledHandler> m_canceled;
+    BufferedEvent<BackgroundTaskInstance, CanceledHandler> m_canceled;
 };
 
 } // namespace sim

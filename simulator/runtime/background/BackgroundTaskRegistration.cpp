@@ -1,6 +1,5 @@
 #include "simulator/runtime/background/BackgroundTaskRegistration.h"
 
-#include "simulator/runtime/Answers.h"
 #include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/values/MapView.h"
 
@@ -21,24 +20,23 @@ winrt::hstring BackgroundTaskRegistration::Name() const
 void BackgroundTaskRegistration::Unregister(bool cancelTask) const
 {
     ThrowIfStruck(L"BackgroundTaskRegistration.Unregister");
-    AskForResult({L"unregister-task", m_id, cancelTask ? L"1" : L"0"});
+    winrt::check_hresult(CurrentHost().Ask(UnregisterTask{m_id, cancelTask}).result);
 }
 
-Collections::IMapView<winrt::guid, Platform::Background::IBackgroundTaskRegistration>
+Collections::IMapView<winrt::guid, AppModel::Background::IBackgroundTaskRegistration>
 BackgroundTaskRegistrationFactory::AllTasks() const
 {
-    using Platform::Background::IBackgroundTaskRegistration;
+    using AppModel::Background::IBackgroundTaskRegistration;
     constexpr wchar_t call[] = L"BackgroundTaskRegistration.AllTasks";
     if (StruckByNull(call))
     {
         return nullptr;
     }
-    auto const answer = Answered(CurrentHost().Ask({L"tasks"}));
     auto tasks = std::make_shared<std::vector<std::pair<winrt::guid, IBackgroundTaskRegistration>>>();
-    for (std::size_t i = 1; i + 1 < answer.size(); i += 2) // ID NAME
+    for (auto const& task : CurrentHost().Ask(ListTasks{}).tasks)
     {
-        tasks->emplace_back(winrt::guid(std::wstring_view(answer[i])),
-                            winrt::make<BackgroundTaskRegistration>(answer[i], answer[i + 1]));
+        tasks->emplace_back(winrt::guid(std::wstring_view(task.id)),
+                            winrt::make<BackgroundTaskRegistration>(task.id, task.name));
     }
     return winrt::make<MapView<winrt::guid, IBackgroundTaskRegistration>>(std::move(tasks), call);
 }

@@ -1,6 +1,6 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/Unserved.h"
+#include "simulator/runtime/NotImplemented.h"
 
 #include <string>
 #include <winrt/Windows.ApplicationModel.Background.h>
@@ -12,11 +12,11 @@ namespace sim
 
 // A task that the app has registered, or an app service of it that runs.
 struct BackgroundTaskRegistration
-    : winrt::implements<BackgroundTaskRegistration, Platform::Background::IBackgroundTaskRegistration,
-                        Platform::Background::IBackgroundTaskRegistration2,
-                        Platform::Background::IBackgroundTaskRegistration3>
+    : winrt::implements<BackgroundTaskRegistration, AppModel::Background::IBackgroundTaskRegistration,
+                        AppModel::Background::IBackgroundTaskRegistration2,
+                        AppModel::Background::IBackgroundTaskRegistration3>
 {
-    using class_type = Platform::Background::BackgroundTaskRegistration;
+    using class_type = AppModel::Background::BackgroundTaskRegistration;
 
     // id: a GUID without braces; empty for an app service.
     BackgroundTaskRegistration(std::wstring id, std::wstring_view name) : m_id(std::move(id)), m_name(name) {}
@@ -28,20 +28,20 @@ struct BackgroundTaskRegistration
     void Unregister(bool cancelTask) const;
 
     template <typename... T>
-    Unserved Progress(T const&...) const
+    NotImplemented Progress(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved Completed(T const&...) const
+    NotImplemented Completed(T const&...) const
     {
         return {};
     }
 
-    Unserved Trigger() const { return {}; }
+    NotImplemented Trigger() const { return {}; }
 
-    Unserved TaskGroup() const { return {}; }
+    NotImplemented TaskGroup() const { return {}; }
 
   private:
     std::wstring m_id;
@@ -50,12 +50,12 @@ struct BackgroundTaskRegistration
 
 // Its static members.
 struct BackgroundTaskRegistrationFactory : winrt::implements<BackgroundTaskRegistrationFactory, IActivationFactory,
-                                                             Platform::Background::IBackgroundTaskRegistrationStatics>
+                                                             AppModel::Background::IBackgroundTaskRegistrationStatics>
 {
-    Unserved ActivateInstance() const { return {}; }
+    NotImplemented ActivateInstance() const { return {}; }
 
     // As they are now, in the order of their registration.
-    Collections::IMapView<winrt::guid, Platform::Background::IBackgroundTaskRegistration> AllTasks() const;
+    Collections::IMapView<winrt::guid, AppModel::Background::IBackgroundTaskRegistration> AllTasks() const;
 };
 
 } // namespace sim

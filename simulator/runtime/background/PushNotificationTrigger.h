@@ -8,18 +8,18 @@ namespace sim
 {
 
 // A raw notification of the app's own channel.
-struct PushNotificationTrigger : winrt::implements<PushNotificationTrigger, Platform::Background::IBackgroundTrigger>
+struct PushNotificationTrigger : winrt::implements<PushNotificationTrigger, AppModel::Background::IBackgroundTrigger>
 {
-    using class_type = Platform::Background::PushNotificationTrigger;
+    using class_type = AppModel::Background::PushNotificationTrigger;
 };
 
 struct PushNotificationTriggerFactory : winrt::implements<PushNotificationTriggerFactory, IActivationFactory,
-                                                          Platform::Background::IPushNotificationTriggerFactory>
+                                                          AppModel::Background::IPushNotificationTriggerFactory>
 {
     IInspectable ActivateInstance() const { return Create({}); }
 
     // applicationId: of another app of the package, of which there is none.
-    Platform::Background::PushNotificationTrigger Create(winrt::hstring const&) const
+    AppModel::Background::PushNotificationTrigger Create(winrt::hstring const&) const
     {
         ThrowIfStruck(L"PushNotificationTrigger.ActivateInstance");
         return winrt::make<PushNotificationTrigger>();

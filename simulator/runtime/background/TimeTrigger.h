@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.ApplicationModel.Background.h>
 
@@ -10,9 +10,9 @@ namespace sim
 
 // A time that has passed: once, or again and again.
 struct TimeTrigger
-    : winrt::implements<TimeTrigger, Platform::Background::ITimeTrigger, Platform::Background::IBackgroundTrigger>
+    : winrt::implements<TimeTrigger, AppModel::Background::ITimeTrigger, AppModel::Background::IBackgroundTrigger>
 {
-    using class_type = Platform::Background::TimeTrigger;
+    using class_type = AppModel::Background::TimeTrigger;
 
     // freshnessTime: minutes. Too few are not refused before a task is registered.
     TimeTrigger(std::uint32_t freshnessTime, bool oneShot) : m_freshnessTime(freshnessTime), m_oneShot(oneShot) {}
@@ -27,13 +27,13 @@ struct TimeTrigger
 };
 
 struct TimeTriggerFactory
-    : winrt::implements<TimeTriggerFactory, IActivationFactory, Platform::Background::ITimeTriggerFactory>
+    : winrt::implements<TimeTriggerFactory, IActivationFactory, AppModel::Background::ITimeTriggerFactory>
 {
-    Unserved ActivateInstance() const { return {}; }
+    NotImplemented ActivateInstance() const { return {}; }
 
-    Platform::Background::TimeTrigger Create(std::uint32_t freshnessTime, bool oneShot) const
+    AppModel::Background::TimeTrigger Create(std::uint32_t freshnessTime, bool oneShot) const
     {
-        return StruckByNull(L"TimeTrigger.Create") ? Platform::Background::TimeTrigger(nullptr)
+        return StruckByNull(L"TimeTrigger.Create") ? AppModel::Background::TimeTrigger(nullptr)
                                                    : winrt::make<TimeTrigger>(freshnessTime, oneShot);
     }
 };

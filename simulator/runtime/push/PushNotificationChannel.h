@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.Networking.PushNotifications.h>
@@ -27,11 +27,11 @@ struct PushNotificationChannel : winrt::implements<PushNotificationChannel, Push
 
     Foundation::DateTime ExpirationTime() const noexcept { return m_expiration; }
 
-    Unserved Close() const { return {}; }
+    NotImplemented Close() const { return {}; }
 
     // Pushes come to the background task alone.
     template <typename... T>
-    Unserved PushNotificationReceived(T const&...) const
+    NotImplemented PushNotificationReceived(T const&...) const
     {
         return {};
     }

@@ -1,10 +1,9 @@
 #include "simulator/runtime/push/PushNotificationChannelManager.h"
 
 #include "simulator/runtime/AsyncFault.h"
-#include "simulator/runtime/PoolAwaiters.h"
+#include "simulator/runtime/Awaiters.h"
+#include "simulator/runtime/HostReference.h"
 #include "simulator/runtime/push/PushNotificationChannel.h"
-
-#include <cwchar>
 
 namespace sim
 {
@@ -12,16 +11,20 @@ namespace sim
 namespace
 {
 
-Foundation::IAsyncOperation<Pushes::PushNotificationChannel> CreateChannel(AsyncFault fault)
+Foundation::IAsyncOperation<Pushes::PushNotificationChannel> Create(AsyncFault fault, HostReference process)
 {
     co_await winrt::resume_agile(fault.Begin());
-    Message question = {L"create-channel"};
-    auto const answer = co_await Asking(std::move(question));
-    winrt::check_hresult(NumberIn(answer));
+    auto const host = process.Get();
+    if (!host)
+    {
+        throw winrt::hresult_canceled();
+    }
+    CreateChannel const question;
+    auto const answer = co_await AnswerOf(*host, question);
+    winrt::check_hresult(answer.result);
     co_await winrt::resume_agile(fault.End());
-    auto const expiry = std::wcstoll(WordOf(answer, 3).c_str(), nullptr, 10);
-    co_return winrt::make<PushNotificationChannel>(WordOf(answer, 2),
-                                                   Foundation::DateTime(Foundation::TimeSpan(expiry)));
+    co_return winrt::make<PushNotificationChannel>(answer.uri,
+                                                   Foundation::DateTime(Foundation::TimeSpan(answer.expiry)));
 }
 
 } // namespace
@@ -30,7 +33,7 @@ Foundation::IAsyncOperation<Pushes::PushNotificationChannel> PushNotificationCha
     CreatePushNotificationChannelForApplicationAsync() const
 {
     AsyncFault const fault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync");
-    return fault.GivesNull() ? nullptr : fault.Handed(CreateChannel(fault));
+    return fault.GivesNull() ? nullptr : fault.Handed(Create(fault, HostReference()));
 }
 
 } // namespace sim

@@ -1,6 +1,6 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/Unserved.h"
+#include "simulator/runtime/NotImplemented.h"
 
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.Networking.PushNotifications.h>
@@ -13,15 +13,15 @@ struct PushNotificationChannelManagerFactory
     : winrt::implements<PushNotificationChannelManagerFactory, IActivationFactory,
                         Pushes::IPushNotificationChannelManagerStatics>
 {
-    Unserved ActivateInstance() const { return {}; }
+    NotImplemented ActivateInstance() const { return {}; }
 
     // The channel that there is, or a new one.
     Foundation::IAsyncOperation<Pushes::PushNotificationChannel> CreatePushNotificationChannelForApplicationAsync()
         const;
 
-    Unserved CreatePushNotificationChannelForApplicationAsync(winrt::hstring const&) const { return {}; }
+    NotImplemented CreatePushNotificationChannelForApplicationAsync(winrt::hstring const&) const { return {}; }
 
-    Unserved CreatePushNotificationChannelForSecondaryTileAsync(winrt::hstring const&) const { return {}; }
+    NotImplemented CreatePushNotificationChannelForSecondaryTileAsync(winrt::hstring const&) const { return {}; }
 };
 
 } // namespace sim

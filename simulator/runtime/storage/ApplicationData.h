@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 #include "simulator/runtime/storage/ApplicationDataContainer.h"
 
 namespace sim
@@ -24,34 +24,34 @@ struct ApplicationData : winrt::implements<ApplicationData, winrt::Windows::Stor
     std::uint32_t Version() const noexcept { return 0; }
 
     template <typename... T>
-    Unserved SetVersionAsync(T const&...) const
+    NotImplemented SetVersionAsync(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved ClearAsync(T const&...) const
+    NotImplemented ClearAsync(T const&...) const
     {
         return {};
     }
 
-    Unserved RoamingSettings() const { return {}; }
+    NotImplemented RoamingSettings() const { return {}; }
 
-    Unserved LocalFolder() const { return {}; }
+    NotImplemented LocalFolder() const { return {}; }
 
-    Unserved RoamingFolder() const { return {}; }
+    NotImplemented RoamingFolder() const { return {}; }
 
-    Unserved TemporaryFolder() const { return {}; }
+    NotImplemented TemporaryFolder() const { return {}; }
 
     template <typename... T>
-    Unserved DataChanged(T const&...) const
+    NotImplemented DataChanged(T const&...) const
     {
         return {};
     }
 
-    Unserved SignalDataChanged() const { return {}; }
+    NotImplemented SignalDataChanged() const { return {}; }
 
-    Unserved RoamingStorageQuota() const { return {}; }
+    NotImplemented RoamingStorageQuota() const { return {}; }
 
   private:
     std::shared_ptr<SettingsStore> m_store;
@@ -60,7 +60,7 @@ struct ApplicationData : winrt::implements<ApplicationData, winrt::Windows::Stor
 struct ApplicationDataFactory
     : winrt::implements<ApplicationDataFactory, IActivationFactory, winrt::Windows::Storage::IApplicationDataStatics>
 {
-    Unserved ActivateInstance() const { return {}; }
+    NotImplemented ActivateInstance() const { return {}; }
 
     // Fails with 0x80073D54 in a process without package identity.
     winrt::Windows::Storage::ApplicationData Current() const

@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 #include "simulator/runtime/storage/ApplicationDataContainerSettings.h"
 
 namespace sim
@@ -29,15 +29,15 @@ struct ApplicationDataContainer
                    : winrt::make<ApplicationDataContainerSettings>(m_store);
     }
 
-    Unserved Containers() const { return {}; }
+    NotImplemented Containers() const { return {}; }
 
     template <typename... T>
-    Unserved CreateContainer(T const&...) const
+    NotImplemented CreateContainer(T const&...) const
     {
         return {};
     }
 
-    Unserved DeleteContainer(winrt::hstring const&) const { return {}; }
+    NotImplemented DeleteContainer(winrt::hstring const&) const { return {}; }
 
   private:
     std::shared_ptr<SettingsStore> m_store;

@@ -1,6 +1,6 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/Unserved.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/storage/SettingsStore.h"
 
 #include <winrt/Windows.Foundation.Collections.h>
@@ -31,7 +31,7 @@ struct ApplicationDataContainerSettings
     Collections::IIterator<Collections::IKeyValuePair<winrt::hstring, IInspectable>> First() const;
 
     template <typename... T>
-    Unserved MapChanged(T const&...) const
+    NotImplemented MapChanged(T const&...) const
     {
         return {};
     }

@@ -1,8 +1,8 @@
 #include "simulator/runtime/storage/SettingsStore.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/SetText.h"
-#include "simulator/model/SettingsFile.h"
+#include "simulator/base/Error.h"
+#include "simulator/protocol/SetText.h"
+#include "simulator/protocol/SettingsFile.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <algorithm>
@@ -44,12 +44,12 @@ std::shared_ptr<SettingsStore> SettingsStore::OfThisProcess()
 {
     static std::mutex mutex;
     static std::shared_ptr<SettingsStore> store;
-    static unsigned host = 0; // whose store it is
+    static std::weak_ptr<Host> owner;
     std::lock_guard const lock(mutex);
-    if (!store || host != HostNumber())
+    if (!store || owner.lock().get() != &CurrentHost())
     {
         store = std::make_shared<SettingsStore>(SettingsFileIn(CurrentHost().DataFolder()));
-        host = HostNumber();
+        owner = CurrentHost().weak_from_this();
     }
     return store;
 }

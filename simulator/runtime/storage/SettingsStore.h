@@ -10,8 +10,8 @@
 namespace sim
 {
 
-// An app's local settings, on disk (model/SettingsFile.h). Read once in a process, which is the only one that writes
-// them; written at each change. Any thread.
+// An app's local settings, on disk (simulator/protocol/SettingsFile.h). Read once in a process, which is the only one
+// that writes them; written at each change. Any thread.
 class SettingsStore
 {
   public:

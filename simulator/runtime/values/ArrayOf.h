@@ -6,7 +6,7 @@
 namespace sim
 {
 
-// The array that a value holds, whoever made it.
+// The array that a value holds, from any maker.
 template <typename T>
 winrt::com_array<T> ArrayOf(Foundation::IPropertyValue const& value)
 {

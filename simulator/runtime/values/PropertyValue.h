@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 #include "simulator/runtime/values/ArrayValue.h"
 
 #include <winrt/Windows.Foundation.h>
@@ -16,7 +16,7 @@ struct PropertyValueFactory
     template <typename T>
     using Values = winrt::array_view<T const>;
 
-    Unserved ActivateInstance() const { return {}; }
+    NotImplemented ActivateInstance() const { return {}; }
 
     IInspectable CreateString(winrt::hstring const& value) const
     {

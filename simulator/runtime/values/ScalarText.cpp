@@ -1,6 +1,6 @@
 #include "simulator/runtime/values/ScalarText.h"
 
-#include "simulator/model/Text.h"
+#include "simulator/base/Text.h"
 
 #include <charconv>
 

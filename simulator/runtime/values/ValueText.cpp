@@ -1,7 +1,7 @@
 #include "simulator/runtime/values/ValueText.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/SetText.h"
+#include "simulator/base/Error.h"
+#include "simulator/protocol/SetText.h"
 #include "simulator/runtime/values/ArrayOf.h"
 #include "simulator/runtime/values/ArrayValue.h"
 #include "simulator/runtime/values/ScalarText.h"

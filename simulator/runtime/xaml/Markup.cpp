@@ -1,9 +1,9 @@
 #include "simulator/runtime/xaml/Markup.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/Event.h"
-#include "simulator/model/Files.h"
-#include "simulator/model/XmlElement.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/XmlElement.h"
+#include "simulator/protocol/Event.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Unserved.h"
 
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.UI.Xaml.Controls.h>
@@ -36,25 +36,25 @@ struct PageBase : winrt::implements<PageBase, Xaml::Controls::IPage, Xaml::Contr
     }
 
     template <typename... T>
-    Unserved Frame(T const&...) const
+    NotImplemented Frame(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved NavigationCacheMode(T const&...) const
+    NotImplemented NavigationCacheMode(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved TopAppBar(T const&...) const
+    NotImplemented TopAppBar(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    Unserved BottomAppBar(T const&...) const
+    NotImplemented BottomAppBar(T const&...) const
     {
         return {};
     }
@@ -65,7 +65,7 @@ struct PageBase : winrt::implements<PageBase, Xaml::Controls::IPage, Xaml::Contr
 
 struct PageFactory : winrt::implements<PageFactory, IActivationFactory, Xaml::Controls::IPageFactory>
 {
-    Unserved ActivateInstance() const
+    NotImplemented ActivateInstance() const
     {
         return {}; // it is made by composition alone
     }

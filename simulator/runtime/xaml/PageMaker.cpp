@@ -1,7 +1,7 @@
 #include "simulator/runtime/xaml/PageMaker.h"
 
-#include "simulator/model/Event.h"
-#include "simulator/model/Text.h"
+#include "simulator/base/Text.h"
+#include "simulator/protocol/Event.h"
 #include "simulator/runtime/PackagedClasses.h"
 #include "simulator/runtime/Runtime.h"
 
@@ -27,7 +27,7 @@ IInspectable ByProvider(Xaml::Application const& application, std::wstring const
     auto const type = application.as<Xaml::Markup::IXamlMetadataProvider>().GetXamlType(className);
     if (!type || !type.IsConstructible())
     {
-        throw winrt::hresult_error(parseFailed, L"the type " + className + L" is not to be had");
+        throw winrt::hresult_error(parseFailed, L"the type " + className + L" is not available");
     }
     return type.ActivateInstance();
 }

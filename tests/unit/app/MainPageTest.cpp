@@ -1,7 +1,7 @@
 #include "app/MainPage.h"
 #include "app/ActivationFactories.h"
 #include "app/XamlMetaDataProvider.h"
-#include "simulator/runtime/Unserved.h"
+#include "simulator/runtime/NotImplemented.h"
 #include "tests/support/Files.h"
 #include "tests/unit/app/PageFixture.h"
 
@@ -110,13 +110,13 @@ struct ReentrantLoader : winrt::implements<ReentrantLoader, IApplicationStatics>
     };
 
     template <typename... T>
-    sim::Unserved Current(T const&...) const
+    sim::NotImplemented Current(T const&...) const
     {
         return {};
     }
 
     template <typename... T>
-    sim::Unserved Start(T const&...) const
+    sim::NotImplemented Start(T const&...) const
     {
         return {};
     }
@@ -175,8 +175,8 @@ TEST_F(MainPages, LeaveNothingBehindWhenLoadingFails)
 
 TEST_F(MainPages, AreMadeByTheFrameworkThroughTheApplication)
 {
-    host.Activate(sim::ActivationKind::Page, MainPage::className);
-    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    host.RequestPage(MainPage::className);
+    host.OpenUri(L"velmo-notification:");
     Application::Start([](auto&&) { winrt::make<App>(); });
     EXPECT_EQ(Reported(L"page-made"),
               std::vector<std::wstring>{L"page-made by=provider class=VelmoNotificationClient.MainPage"});
@@ -186,8 +186,8 @@ TEST_F(MainPages, AreMadeByTheFrameworkThroughTheApplication)
 TEST_F(MainPages, GiveTheFrameworkTheFailureOfTheirConstructorAndTheAppGoesOn)
 {
     host.SetFault(L"Application.LoadComponent now 0x80070005");
-    host.Activate(sim::ActivationKind::Page, MainPage::className);
-    host.Activate(sim::ActivationKind::Protocol, L"velmo-notification:");
+    host.RequestPage(MainPage::className);
+    host.OpenUri(L"velmo-notification:");
     Application::Start([](auto&&) { winrt::make<App>(); });
     auto const failures = Reported(L"page-failed");
     ASSERT_FALSE(failures.empty());

@@ -19,7 +19,7 @@ void PageFixture::OnView(std::function<void(VelmoNotificationClient::App& app)> 
     Application::Start([&](auto&&) { body(*winrt::make_self<VelmoNotificationClient::App>()); });
 }
 
-std::vector<std::wstring> PageFixture::Reported(std::wstring_view kind) const
+std::vector<std::wstring> PageFixture::Reported(std::wstring_view kind)
 {
     std::vector<std::wstring> texts;
     for (auto const& event : host.Reports())

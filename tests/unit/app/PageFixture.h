@@ -1,6 +1,6 @@
 #pragma once
 #include "app/App.h"
-#include "simulator/runtime/LocalHost.h"
+#include "simulator/testing/LocalDevice.h"
 #include "tests/support/LogTearDown.h"
 #include "tests/support/UserTemporaryFolder.h"
 
@@ -20,13 +20,13 @@ class PageFixture : public testing::Test
     void OnView(std::function<void(VelmoNotificationClient::App& app)> const& body);
 
     // The device's reports of that kind.
-    std::vector<std::wstring> Reported(std::wstring_view kind) const;
+    std::vector<std::wstring> Reported(std::wstring_view kind);
 
     // The number of times that markup was loaded.
-    std::size_t Loads() const { return Reported(L"markup-loaded").size(); }
+    std::size_t Loads() { return Reported(L"markup-loaded").size(); }
 
     TemporaryFolder package;
-    sim::LocalHost host;
+    sim::LocalDevice host;
 
   private:
     UserTemporaryFolder m_temporary;

@@ -1,3 +1,4 @@
+#include "simulator/protocol/Frames.h"
 #include "tests/unit/simulator/BackgroundApp.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ constexpr auto illegalCall = static_cast<std::int32_t>(0x8000000E);
 constexpr auto illegalAssignment = static_cast<std::int32_t>(0x80000018);
 constexpr auto unsupported = static_cast<std::int32_t>(0x8007065E);
 
-class ConnectedApps : public ServiceApp
+class AppServiceTest : public ServiceApp
 {
   protected:
     // Answers each request with its own message.
@@ -41,12 +42,6 @@ class ConnectedApps : public ServiceApp
         std::vector<std::uint8_t> const bytes(sim::largestMessage);
         return SetOf({{L"Bytes", PropertyValue::CreateUInt8Array(bytes)}});
     }
-
-    std::size_t CountOf(std::wstring_view kind) const
-    {
-        auto const reports = host.Reports();
-        return static_cast<std::size_t>(std::ranges::count(reports, kind, &sim::Event::kind));
-    }
 };
 
 APTTYPE CurrentApartment()
@@ -59,7 +54,7 @@ APTTYPE CurrentApartment()
 
 } // namespace
 
-TEST_F(ConnectedApps, AreActivatedForEachConnection)
+TEST_F(AppServiceTest, AreActivatedForEachConnection)
 {
     std::vector<std::wstring> names;
     auto const activate = onActivated;
@@ -78,7 +73,7 @@ TEST_F(ConnectedApps, AreActivatedForEachConnection)
     EXPECT_NE(served[0], served[1]);
 }
 
-TEST_F(ConnectedApps, AnswerAMessageWithTheirResponse)
+TEST_F(AppServiceTest, AnswerAMessageWithTheirResponse)
 {
     Echo();
     auto const connection = Open();
@@ -89,20 +84,20 @@ TEST_F(ConnectedApps, AnswerAMessageWithTheirResponse)
     EXPECT_EQ(host.Completions(), std::vector<unsigned>{1});
 }
 
-TEST_F(ConnectedApps, GetMessagesInTheMultiThreadedApartment)
+TEST_F(AppServiceTest, GetMessagesInTheMultiThreadedApartment)
 {
     onRequest = [](auto&&, auto&&) { EXPECT_EQ(CurrentApartment(), APTTYPE_MTA); };
     Open().SendMessageAsync(ValueSet()).get();
 }
 
-TEST_F(ConnectedApps, MayAnswerNothing)
+TEST_F(AppServiceTest, MayAnswerNothing)
 {
     auto const response = Open().SendMessageAsync(SetOf(L"Text", L"hello")).get(); // no deferral: done at the return
     EXPECT_EQ(response.Status(), AppServiceResponseStatus::Success);
     EXPECT_EQ(response.Message().Size(), 0u);
 }
 
-TEST_F(ConnectedApps, AnswerWhenTheDeferralIsCompletedAndNotBefore)
+TEST_F(AppServiceTest, AnswerWhenTheDeferralIsCompletedAndNotBefore)
 {
     AppServiceDeferral deferral{nullptr};
     onRequest = [&](auto&&, Args const& args) {
@@ -117,7 +112,7 @@ TEST_F(ConnectedApps, AnswerWhenTheDeferralIsCompletedAndNotBefore)
     EXPECT_EQ(sending.get().Status(), AppServiceResponseStatus::Success);
 }
 
-TEST_F(ConnectedApps, MayCompleteADeferralAgain)
+TEST_F(AppServiceTest, MayCompleteADeferralAgain)
 {
     onRequest = [&](auto&&, Args const& args) {
         auto const deferral = args.GetDeferral();
@@ -131,7 +126,7 @@ TEST_F(ConnectedApps, MayCompleteADeferralAgain)
     EXPECT_EQ(host.Completions(), (std::vector<unsigned>{2, 2}));
 }
 
-TEST_F(ConnectedApps, DoNotCompleteADeferralThatIsReleased)
+TEST_F(AppServiceTest, DoNotCompleteADeferralThatIsReleased)
 {
     onRequest = [&](auto&&, Args const& args) { args.GetDeferral(); };
     auto const connection = Open();
@@ -142,7 +137,7 @@ TEST_F(ConnectedApps, DoNotCompleteADeferralThatIsReleased)
     EXPECT_EQ(sending.get().Status(), AppServiceResponseStatus::Failure);
 }
 
-TEST_F(ConnectedApps, KeepARequestOpenWhoseHandlerFails)
+TEST_F(AppServiceTest, KeepARequestOpenWhoseHandlerFails)
 {
     onRequest = [&](auto&&, Args const& args) {
         args.GetDeferral();
@@ -156,7 +151,7 @@ TEST_F(ConnectedApps, KeepARequestOpenWhoseHandlerFails)
     EXPECT_EQ(Sent(connection, L"next"), L"next");
 }
 
-TEST_F(ConnectedApps, MayRespondOnce)
+TEST_F(AppServiceTest, MayRespondOnce)
 {
     std::vector<AppServiceResponseStatus> statuses;
     onRequest = [&](auto&&, Args const& args) {
@@ -169,7 +164,7 @@ TEST_F(ConnectedApps, MayRespondOnce)
     EXPECT_EQ(statuses, (std::vector{AppServiceResponseStatus::Success, AppServiceResponseStatus::Failure}));
 }
 
-TEST_F(ConnectedApps, MaySendThemselves)
+TEST_F(AppServiceTest, MaySendThemselves)
 {
     auto const connection = Open();
     std::vector<std::wstring> got;
@@ -184,13 +179,13 @@ TEST_F(ConnectedApps, MaySendThemselves)
     EXPECT_EQ(got, std::vector<std::wstring>{L"news"});
 }
 
-TEST_F(ConnectedApps, FailToSendToACallerThatDoesNotListen)
+TEST_F(AppServiceTest, FailToSendToACallerThatDoesNotListen)
 {
     auto const connection = Open();
     EXPECT_EQ(served[0].SendMessageAsync(ValueSet()).get().Status(), AppServiceResponseStatus::Failure);
 }
 
-TEST_F(ConnectedApps, SendInOrder)
+TEST_F(AppServiceTest, SendInOrder)
 {
     auto const connection = Open();
     std::vector<std::wstring> got;
@@ -206,7 +201,7 @@ TEST_F(ConnectedApps, SendInOrder)
     EXPECT_EQ(got, sent);
 }
 
-TEST_F(ConnectedApps, SendBeforeTheCallerKnowsThatItIsConnected)
+TEST_F(AppServiceTest, SendBeforeTheCallerKnowsThatItIsConnected)
 {
     auto const activate = onActivated;
     winrt::Windows::Foundation::IAsyncOperation<AppServiceResponse> sending;
@@ -225,7 +220,7 @@ TEST_F(ConnectedApps, SendBeforeTheCallerKnowsThatItIsConnected)
     EXPECT_EQ(sending.get().Status(), AppServiceResponseStatus::Success);
 }
 
-TEST_F(ConnectedApps, GetWhatCameBeforeTheyListened)
+TEST_F(AppServiceTest, GetWhatCameBeforeTheyListened)
 {
     onActivated = [&](IBackgroundTaskInstance const& instance) {
         deferrals.push_back(instance.GetDeferral());
@@ -243,7 +238,7 @@ TEST_F(ConnectedApps, GetWhatCameBeforeTheyListened)
     EXPECT_EQ(got, (std::vector<std::wstring>{L"1", L"2"}));
 }
 
-TEST_F(ConnectedApps, GetCopies)
+TEST_F(AppServiceTest, GetCopies)
 {
     ValueSet got{nullptr};
     onRequest = [&](auto&&, Args const& args) { got = args.Request().Message(); };
@@ -255,14 +250,14 @@ TEST_F(ConnectedApps, GetCopies)
     EXPECT_EQ(TextIn(got, L"Text"), L"before");
 }
 
-TEST_F(ConnectedApps, CarryAMegabyte)
+TEST_F(AppServiceTest, CarryAMegabyte)
 {
     Echo();
     std::wstring const text(1'000'000, L'x');
     EXPECT_EQ(Sent(Open(), text.c_str()), text);
 }
 
-TEST_F(ConnectedApps, CarryAMegabyteOfBytes)
+TEST_F(AppServiceTest, CarryAMegabyteOfBytes)
 {
     Echo();
     std::vector<std::uint8_t> bytes(1 << 20);
@@ -273,7 +268,7 @@ TEST_F(ConnectedApps, CarryAMegabyteOfBytes)
     EXPECT_TRUE(std::ranges::equal(got, bytes));
 }
 
-TEST_F(ConnectedApps, GetNoMessageThatIsTooLarge)
+TEST_F(AppServiceTest, GetNoMessageThatIsTooLarge)
 {
     std::atomic<int> requests = 0;
     onRequest = [&](auto&&...) { ++requests; };
@@ -285,7 +280,7 @@ TEST_F(ConnectedApps, GetNoMessageThatIsTooLarge)
     EXPECT_EQ(requests, 1);
 }
 
-TEST_F(ConnectedApps, GiveNoResponseThatIsTooLarge)
+TEST_F(AppServiceTest, GiveNoResponseThatIsTooLarge)
 {
     std::vector<AppServiceResponseStatus> statuses;
     onRequest = [&](auto&&, Args const& args) {
@@ -299,7 +294,7 @@ TEST_F(ConnectedApps, GiveNoResponseThatIsTooLarge)
               (std::vector{AppServiceResponseStatus::MessageSizeTooLarge, AppServiceResponseStatus::Success}));
 }
 
-TEST_F(ConnectedApps, MayHaveTheirSendsCancelledAtOnce)
+TEST_F(AppServiceTest, MayHaveTheirSendsCancelledAtOnce)
 {
     AppServiceDeferral deferral{nullptr};
     onRequest = [&](auto&&, Args const& args) { deferral = args.GetDeferral(); };
@@ -332,7 +327,7 @@ TEST_F(ConnectedApps, MayHaveTheirSendsCancelledAtOnce)
     EXPECT_EQ(next.Status(), AsyncStatus::Completed);
 }
 
-TEST_F(ConnectedApps, CanBeCancelledEvenIfTheyWouldNeverComplete)
+TEST_F(AppServiceTest, CanBeCancelledEvenIfTheyWouldNeverComplete)
 {
     auto const connection = Open();
     host.SetFault(L"AppServiceConnection.SendMessageAsync never");
@@ -341,7 +336,7 @@ TEST_F(ConnectedApps, CanBeCancelledEvenIfTheyWouldNeverComplete)
     EXPECT_THROW(sending.get(), winrt::hresult_canceled);
 }
 
-TEST_F(ConnectedApps, LeaveNothingBehindOfManyRequests)
+TEST_F(AppServiceTest, LeaveNothingBehindOfManyRequests)
 {
     onRequest = [](AppServiceConnection const& connection, Args const& args) {
         auto const deferral = args.GetDeferral();
@@ -364,7 +359,7 @@ TEST_F(ConnectedApps, LeaveNothingBehindOfManyRequests)
     EXPECT_LT(send(500), before + 500);
 }
 
-TEST_F(ConnectedApps, LeaveNothingBehindOfManyConnections)
+TEST_F(AppServiceTest, LeaveNothingBehindOfManyConnections)
 {
     auto const activate = onActivated;
     onActivated = [&](IBackgroundTaskInstance const& instance) {
@@ -387,7 +382,7 @@ TEST_F(ConnectedApps, LeaveNothingBehindOfManyConnections)
     EXPECT_LT(connect(10, 100), before + 90);
 }
 
-TEST_F(ConnectedApps, AreNotHeldUpByABlockedHandlerOfAnotherConnection)
+TEST_F(AppServiceTest, AreNotHeldUpByABlockedHandlerOfAnotherConnection)
 {
     constexpr int count = 8;
     Signal release;
@@ -419,7 +414,7 @@ TEST_F(ConnectedApps, AreNotHeldUpByABlockedHandlerOfAnotherConnection)
     }
 }
 
-TEST_F(ConnectedApps, AreFoundByNameAndFamily)
+TEST_F(AppServiceTest, AreFoundByNameAndFamily)
 {
     auto const noService = NewConnection();
     noService.AppServiceName(L"com.velmo.nothing");
@@ -430,7 +425,7 @@ TEST_F(ConnectedApps, AreFoundByNameAndFamily)
     EXPECT_EQ(FailureOf([&] { noApp.SendMessageAsync(ValueSet()); }), illegalCall);
 }
 
-TEST_F(ConnectedApps, MayBeTriedAgainAfterAFailure)
+TEST_F(AppServiceTest, MayBeTriedAgainAfterAFailure)
 {
     Echo();
     auto const connection = NewConnection();
@@ -442,7 +437,7 @@ TEST_F(ConnectedApps, MayBeTriedAgainAfterAFailure)
     EXPECT_EQ(Sent(connection, L"hello"), L"hello");
 }
 
-TEST_F(ConnectedApps, TakeNoNullForAHandler)
+TEST_F(AppServiceTest, TakeNoNullForAHandler)
 {
     auto const connection = NewConnection();
     EXPECT_EQ(FailureOf([&] { connection.RequestReceived(nullptr); }), E_INVALIDARG);
@@ -453,7 +448,7 @@ TEST_F(ConnectedApps, TakeNoNullForAHandler)
     EXPECT_EQ(connection.OpenAsync().get(), AppServiceConnectionStatus::Success);
 }
 
-TEST_F(ConnectedApps, TakeNoMessageFromAConnectionThatIsNotOpen)
+TEST_F(AppServiceTest, TakeNoMessageFromAConnectionThatIsNotOpen)
 {
     auto const connection = NewConnection();
     EXPECT_EQ(FailureOf([&] { connection.SendMessageAsync(ValueSet()); }), illegalCall);
@@ -466,14 +461,14 @@ TEST_F(ConnectedApps, TakeNoMessageFromAConnectionThatIsNotOpen)
     connection.RequestReceived([](auto&&...) {}); // is not refused, and never called
 }
 
-TEST_F(ConnectedApps, GetNoValuesThatCannotTravel)
+TEST_F(AppServiceTest, GetNoValuesThatCannotTravel)
 {
     auto const connection = Open();
     EXPECT_EQ(FailureOf([&] { connection.SendMessageAsync(SetOf({{L"Object", connection}})); }), unsupported);
     EXPECT_EQ(FailureOf([&] { connection.SendMessageAsync(nullptr); }), E_INVALIDARG);
 }
 
-TEST_F(ConnectedApps, HearThatTheCallerHasClosedAndAreCancelled)
+TEST_F(AppServiceTest, HearThatTheCallerHasClosedAndAreCancelled)
 {
     Open().Close();
     EXPECT_EQ(closings.Next(), AppServiceClosedStatus::Completed);
@@ -482,7 +477,7 @@ TEST_F(ConnectedApps, HearThatTheCallerHasClosedAndAreCancelled)
 }
 
 // Many rounds: told side by side, the cancellation would be quicker in some.
-TEST_F(ConnectedApps, HearThatTheCallerHasClosedEvenIfTheyCloseWhenTheyAreCancelled)
+TEST_F(AppServiceTest, HearThatTheCallerHasClosedEvenIfTheyCloseWhenTheyAreCancelled)
 {
     onActivated = [this, activated = onActivated](IBackgroundTaskInstance const& instance) {
         activated(instance);
@@ -495,13 +490,13 @@ TEST_F(ConnectedApps, HearThatTheCallerHasClosedEvenIfTheyCloseWhenTheyAreCancel
     }
 }
 
-TEST_F(ConnectedApps, HearThatTheCallerHasLetGo)
+TEST_F(AppServiceTest, HearThatTheCallerHasLetGo)
 {
     Open();
     EXPECT_EQ(closings.Next(), AppServiceClosedStatus::Completed);
 }
 
-TEST_F(ConnectedApps, HearThatTheCallerWasKilled)
+TEST_F(AppServiceTest, HearThatTheCallerWasKilled)
 {
     Echo();
     auto const connection = Open();
@@ -511,7 +506,7 @@ TEST_F(ConnectedApps, HearThatTheCallerWasKilled)
     EXPECT_EQ(Sent(Open(), L"next"), L"next");
 }
 
-TEST_F(ConnectedApps, TellTheirCallersThatTheyEnd)
+TEST_F(AppServiceTest, TellTheirCallersThatTheyEnd)
 {
     Signal isClosed;
     auto const connection = Open();
@@ -525,7 +520,7 @@ TEST_F(ConnectedApps, TellTheirCallersThatTheyEnd)
     EXPECT_EQ(connection.SendMessageAsync(ValueSet()).get().Status(), AppServiceResponseStatus::Failure);
 }
 
-TEST_F(ConnectedApps, EndTheirConnectionWithTheirTask)
+TEST_F(AppServiceTest, EndTheirConnectionWithTheirTask)
 {
     Signal isClosed;
     auto const connection = Open();
@@ -538,17 +533,17 @@ TEST_F(ConnectedApps, EndTheirConnectionWithTheirTask)
     host.WaitForReport(L"task-completed");
 }
 
-TEST_F(ConnectedApps, HaveTheirConnectionKeptByTheirTask)
+TEST_F(AppServiceTest, HaveTheirConnectionKeptByTheirTask)
 {
     Echo();
     auto const connection = Open();
     served.clear();
     deferrals.clear(); // released, not completed
     EXPECT_EQ(Sent(connection, L"still there"), L"still there");
-    EXPECT_EQ(CountOf(L"task-completed"), 0u);
+    EXPECT_EQ(CountReports(L"task-completed"), 0u);
 }
 
-TEST_F(ConnectedApps, EndAtOnceWithoutADeferral)
+TEST_F(AppServiceTest, EndAtOnceWithoutADeferral)
 {
     onActivated = [](auto&&) {};
     auto const connection = NewConnection();
@@ -557,17 +552,17 @@ TEST_F(ConnectedApps, EndAtOnceWithoutADeferral)
     EXPECT_EQ(connection.SendMessageAsync(ValueSet()).get().Status(), AppServiceResponseStatus::Failure);
 }
 
-TEST_F(ConnectedApps, FailToOpenOnRequest)
+TEST_F(AppServiceTest, FailToOpenOnRequest)
 {
     host.SetFault(L"AppServiceConnection.OpenAsync now 0x80004005 1");
     auto const connection = NewConnection();
     EXPECT_EQ(FailureOf([&] { connection.OpenAsync(); }), fail);
     host.SetFault(L"AppServiceConnection.OpenAsync status 4 1");
     EXPECT_EQ(connection.OpenAsync().get(), AppServiceConnectionStatus::Unknown);
-    EXPECT_EQ(CountOf(L"task-started"), 0u);
+    EXPECT_EQ(CountReports(L"task-started"), 0u);
 }
 
-TEST_F(ConnectedApps, FailToSendOnRequest)
+TEST_F(AppServiceTest, FailToSendOnRequest)
 {
     auto const connection = Open();
     auto const send = [&] { return connection.SendMessageAsync(ValueSet()); };
@@ -594,7 +589,7 @@ TEST_F(ConnectedApps, FailToSendOnRequest)
     EXPECT_EQ(received, 1);
 }
 
-TEST_F(ConnectedApps, FailToRespondOnRequest)
+TEST_F(AppServiceTest, FailToRespondOnRequest)
 {
     onRequest = [&](auto&&, Args const& args) {
         auto const respond = [&] { return args.Request().SendResponseAsync(ValueSet()); };
@@ -609,7 +604,7 @@ TEST_F(ConnectedApps, FailToRespondOnRequest)
     Open().SendMessageAsync(ValueSet()).get();
 }
 
-TEST_F(ConnectedApps, FailInTheirHandlersOnRequest)
+TEST_F(AppServiceTest, FailInTheirHandlersOnRequest)
 {
     for (auto const* const call : {L"AppServiceRequestReceivedEventArgs.GetDeferral", L"AppServiceRequest.Message",
                                    L"AppServiceRequestReceivedEventArgs.Request", L"AppServiceDeferral.Complete"})
@@ -631,7 +626,7 @@ TEST_F(ConnectedApps, FailInTheirHandlersOnRequest)
     EXPECT_EQ(host.Completions(), std::vector<unsigned>{1});
 }
 
-TEST_F(ConnectedApps, FailToListenOnRequest)
+TEST_F(AppServiceTest, FailToListenOnRequest)
 {
     auto const connection = NewConnection();
     host.SetFault(L"AppServiceConnection.RequestReceived now 0x80004005");
@@ -642,7 +637,7 @@ TEST_F(ConnectedApps, FailToListenOnRequest)
     EXPECT_EQ(FailureOf([&] { connection.Close(); }), fail);
 }
 
-TEST_F(ConnectedApps, AreStruckByFaultsAndTheSparedThreadIsNot)
+TEST_F(AppServiceTest, AreStruckByFaultsAndTheSparedThreadIsNot)
 {
     onRequest = [&](auto&&, auto&&) { EXPECT_EQ(FailureOf([] { ValueSet().Insert(L"a", nullptr); }), fail); };
     auto const connection = Open();
@@ -651,7 +646,7 @@ TEST_F(ConnectedApps, AreStruckByFaultsAndTheSparedThreadIsNot)
     EXPECT_EQ(connection.SendMessageAsync(SetOf(L"Text", L"x")).get().Status(), AppServiceResponseStatus::Success);
 }
 
-TEST_F(ConnectedApps, CanBeActivatedForAConnectionOfNobody)
+TEST_F(AppServiceTest, CanBeActivatedForAConnectionOfNobody)
 {
     Signal isActivated;
     auto const activate = onActivated;
@@ -665,5 +660,5 @@ TEST_F(ConnectedApps, CanBeActivatedForAConnectionOfNobody)
     host.Cancel(instance, 1);
     EXPECT_EQ(cancellations.Next(), BackgroundTaskCancellationReason::Terminating);
     deferrals[0].Complete();
-    EXPECT_EQ(host.WaitForReport(L"task-completed").Detail(L"instance"), instance);
+    EXPECT_EQ(host.WaitForReport(L"task-completed").Detail(L"instance"), std::to_wstring(instance));
 }

@@ -1,5 +1,7 @@
 #include "tests/unit/simulator/BackgroundApp.h"
 
+#include <algorithm>
+
 namespace test
 {
 
@@ -36,6 +38,11 @@ void BackgroundApp::EndApp()
     }
 }
 
+std::size_t BackgroundApp::CountReports(std::wstring_view kind)
+{
+    return static_cast<std::size_t>(std::ranges::count(host.Reports(), kind, &sim::Event::kind));
+}
+
 ServiceApp::ServiceApp() : onRequest([](auto&&...) {})
 {
     onActivated = [this](IBackgroundTaskInstance const& instance) {
@@ -56,9 +63,10 @@ ServiceApp::~ServiceApp()
 
 AppServiceConnection ServiceApp::NewConnection()
 {
+    sim::CallerScope const caller;
     AppServiceConnection connection;
-    connection.AppServiceName(sim::LocalPlatform::appServiceName);
-    connection.PackageFamilyName(sim::LocalPlatform::familyName);
+    connection.AppServiceName(sim::LocalDevice::appServiceName);
+    connection.PackageFamilyName(sim::LocalDevice::familyName);
     return connection;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-#include "simulator/model/Handle.h"
-#include "simulator/runtime/LocalHost.h"
+#include "simulator/base/Handle.h"
+#include "simulator/testing/LocalDevice.h"
 
 #include <condition_variable>
 #include <deque>
@@ -77,10 +77,13 @@ class BackgroundApp : public testing::Test
     // Ends the app.
     void EndApp();
 
+    // How often the device reported that.
+    std::size_t CountReports(std::wstring_view kind);
+
     // Called on the main view's thread.
     std::function<void(IBackgroundTaskInstance const&)> onActivated;
 
-    sim::LocalHost host;
+    sim::LocalDevice host;
 
   private:
     struct App;

@@ -1,122 +1,132 @@
-#include "simulator/model/Error.h"
 #include "tests/unit/simulator/ServicesFixture.h"
+
+#include <windows.h>
 
 namespace
 {
 
-using Texts = std::vector<std::wstring>;
+constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
+constexpr auto invalidArgument = static_cast<std::int32_t>(0x80070057);
+constexpr std::uint32_t aborted = 0;
 
-constexpr unsigned day = 24 * 60;
-
-class Tasks : public ServicesFixture
+class BackgroundTasksTest : public ServicesFixture
 {
   protected:
-    void OpenChannel() { Ask(m_app, {L"create-channel"}); }
+    void OpenChannel() { EXPECT_EQ(Ask(m_app, sim::CreateChannel{}).result, 0); }
+
+    sim::TaskUnregistered Unregister(std::wstring const& id, bool cancel)
+    {
+        return Ask(m_app, sim::UnregisterTask{id, cancel});
+    }
+
+    static sim::TaskList const none;
 };
+
+sim::TaskList const BackgroundTasksTest::none;
 
 } // namespace
 
-TEST_F(Tasks, AreRegisteredInTheirOrderEachWithItsId)
+TEST_F(BackgroundTasksTest, RegistersThemInTheirOrderEachWithItsId)
 {
-    auto const push = Register(L"Push", L"push");
-    auto const timer = Register(L"Timer", L"timer", day);
+    auto const push = RegisterPush(L"Push");
+    auto const timer = RegisterTimer(L"Timer", day);
     EXPECT_EQ(push.size(), 36u);
     EXPECT_NE(push, timer);
-    EXPECT_EQ(Ask(m_app, {L"tasks"}), (Texts{L"tasks", push, L"Push", timer, L"Timer"}));
+    EXPECT_EQ(TasksOf(m_app), (sim::TaskList{{{push, L"Push"}, {timer, L"Timer"}}}));
     EXPECT_EQ(Reports(), (Texts{L"task-registered name=Push id=" + push + L" trigger=push",
                                 L"task-registered name=Timer id=" + timer + L" trigger=timer minutes=1440 once=no"}));
 }
 
-TEST_F(Tasks, MayHaveTheSameName)
+TEST_F(BackgroundTasksTest, RegistersTwoOfTheSameName)
 {
-    auto const first = Register(L"A Task", L"push");
-    auto const second = Register(L"A Task", L"push");
-    EXPECT_EQ(Ask(m_app, {L"tasks"}), (Texts{L"tasks", first, L"A Task", second, L"A Task"}));
+    auto const first = RegisterPush(L"A Task");
+    auto const second = RegisterPush(L"A Task");
+    EXPECT_EQ(TasksOf(m_app), (sim::TaskList{{{first, L"A Task"}, {second, L"A Task"}}}));
 }
 
-TEST_F(Tasks, OutliveTheDevicesRestart)
+TEST_F(BackgroundTasksTest, KeepsThemOverTheDevicesRestart)
 {
-    auto const id = Register(L"It's a \"task\"", L"timer", day, true);
+    auto const id = RegisterTimer(L"It's a \"task\"", day, true);
     Restart();
-    EXPECT_EQ(Ask(m_app, {L"tasks"}), (Texts{L"tasks", id, L"It's a \"task\""}));
+    EXPECT_EQ(TasksOf(m_app), (sim::TaskList{{{id, L"It's a \"task\""}}}));
     AdvanceClock(day);
     ASSERT_EQ(m_activations.size(), 1u);
-    EXPECT_EQ(m_activations[0].more[1], id);
+    EXPECT_EQ(TaskAt(0).taskId, id);
+    EXPECT_EQ(TasksOf(m_app), none);
 }
 
-TEST_F(Tasks, AreRegisteredByTheAppAlone)
+TEST_F(BackgroundTasksTest, RegistersForTheAppAlone)
 {
-    EXPECT_EQ(Ask(m_caller, {L"register-task", L"A Task", L"push", L"0", L"0"})[1], L"0x80070490");
-    Register(L"A Task", L"push");
-    EXPECT_EQ(Ask(m_caller, {L"tasks"}), (Texts{L"tasks"}));
+    EXPECT_EQ(Ask(m_caller, sim::RegisterTask{.name = L"A Task"}), sim::TaskRegistered{elementNotFound});
+    RegisterPush(L"A Task");
+    EXPECT_EQ(TasksOf(m_caller), none);
 }
 
-TEST_F(Tasks, TakeNoTimerUnder15Minutes)
+TEST_F(BackgroundTasksTest, TakesNoTimerUnder15Minutes)
 {
-    EXPECT_EQ(Ask(m_app, {L"register-task", L"A Task", L"timer", L"14", L"0"})[1], L"0x80070057");
-    Register(L"A Task", L"timer", 15);
-    EXPECT_EQ(Ask(m_app, {L"tasks"}).size(), 3u);
+    EXPECT_EQ(Ask(m_app, sim::RegisterTask{L"A Task", sim::Trigger::Timer, 14}), sim::TaskRegistered{invalidArgument});
+    RegisterTimer(L"A Task", 15);
+    EXPECT_EQ(TasksOf(m_app).tasks.size(), 1u);
 }
 
-TEST_F(Tasks, AreUnregisteredAndRunNoMore)
+TEST_F(BackgroundTasksTest, RunsNoneThatIsUnregistered)
 {
-    auto const id = Register(L"A Task", L"timer", day);
+    auto const id = RegisterTimer(L"A Task", day);
     Reports();
-    EXPECT_EQ(Ask(m_app, {L"unregister-task", id, L"1"}), (Texts{L"unregistered", L"0x00000000"}));
-    EXPECT_EQ(Ask(m_app, {L"tasks"}), (Texts{L"tasks"}));
+    EXPECT_EQ(Unregister(id, true).result, 0);
+    EXPECT_EQ(TasksOf(m_app), none);
     EXPECT_EQ(Reports(), (Texts{L"task-unregistered name='A Task' id=" + id}));
     Restart();
     AdvanceClock(day);
     EXPECT_TRUE(m_activations.empty());
 }
 
-TEST_F(Tasks, MayBeUnregisteredTwice)
+TEST_F(BackgroundTasksTest, UnregistersTwice)
 {
-    auto const id = Register(L"A Task", L"push");
-    Ask(m_app, {L"unregister-task", id, L"1"});
+    auto const id = RegisterPush(L"A Task");
+    Unregister(id, true);
     Reports();
-    EXPECT_EQ(Ask(m_app, {L"unregister-task", id, L"1"}), (Texts{L"unregistered", L"0x00000000"}));
+    EXPECT_EQ(Unregister(id, true).result, 0);
     EXPECT_TRUE(Reports().empty());
 }
 
-TEST_F(Tasks, AreCancelledWithTheirRegistrationOnRequest)
+TEST_F(BackgroundTasksTest, CancelsARunningOneWithItsRegistrationOnRequest)
 {
-    auto const id = Register(L"A Task", L"timer", day);
+    auto const id = RegisterTimer(L"A Task", day);
     AdvanceClock(day);
     Return(0);
-    Ask(m_app, {L"unregister-task", id, L"1"});
-    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"", L"0"}}));
+    Unregister(id, true);
+    EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{1, 0, aborted}));
 }
 
-TEST_F(Tasks, AreLeftToFinishWithoutThatRequest)
+TEST_F(BackgroundTasksTest, LeavesARunningOneToFinishWithoutThatRequest)
 {
-    auto const id = Register(L"A Task", L"timer", day);
+    auto const id = RegisterTimer(L"A Task", day);
     AdvanceClock(day);
     Return(0);
-    Ask(m_app, {L"unregister-task", id, L"0"});
+    Unregister(id, false);
     EXPECT_TRUE(m_app->received.empty());
     Complete(0);
     EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task'");
 }
 
-TEST_F(Tasks, RunWhenTheirTimeHasComeAndAgain)
+TEST_F(BackgroundTasksTest, RunsATimerWhenItsTimeHasComeAndAgain)
 {
-    auto const id = Register(L"Daily", L"timer", day);
+    auto const id = RegisterTimer(L"Daily", day);
     AdvanceClock(day - 1);
     EXPECT_TRUE(m_activations.empty());
     AdvanceClock(1);
     ASSERT_EQ(m_activations.size(), 1u);
-    EXPECT_EQ(m_activations[0].kind, sim::ActivationKind::BackgroundTask);
-    EXPECT_EQ(m_activations[0].more, (Texts{L"1", id, L"Daily", L"timer", L""}));
+    EXPECT_EQ(TaskAt(0), (sim::TaskStart{1, id, L"Daily", sim::Trigger::Timer, L""}));
     AdvanceClock(day - 1);
     EXPECT_EQ(m_activations.size(), 1u);
     AdvanceClock(1);
     EXPECT_EQ(m_activations.size(), 2u);
 }
 
-TEST_F(Tasks, RunOnceForAJumpOfSeveralPeriods)
+TEST_F(BackgroundTasksTest, RunsATimerOnceForAJumpOfSeveralPeriods)
 {
-    Register(L"Daily", L"timer", day);
+    RegisterTimer(L"Daily", day);
     AdvanceClock(3 * day + 60);
     EXPECT_EQ(m_activations.size(), 1u);
     AdvanceClock(day - 61);
@@ -125,146 +135,157 @@ TEST_F(Tasks, RunOnceForAJumpOfSeveralPeriods)
     EXPECT_EQ(m_activations.size(), 2u);
 }
 
-TEST_F(Tasks, OfASingleRunGoAfterIt)
+TEST_F(BackgroundTasksTest, ForgetsATimerOfASingleRunAfterIt)
 {
-    Register(L"Once", L"timer", 15, true);
+    RegisterTimer(L"Once", 15, true);
     AdvanceClock(15);
     EXPECT_EQ(m_activations.size(), 1u);
-    EXPECT_EQ(Ask(m_app, {L"tasks"}), (Texts{L"tasks"}));
+    EXPECT_EQ(TasksOf(m_app), none);
 }
 
-TEST_F(Tasks, AreStillDueAfterTheDevicesRestart)
+TEST_F(BackgroundTasksTest, RunsATimerThatIsDueAfterTheDevicesRestart)
 {
-    Register(L"Daily", L"timer", day);
+    RegisterTimer(L"Daily", day);
     AdvanceClock(day - 1);
     Restart();
     AdvanceClock(1);
     EXPECT_EQ(m_activations.size(), 1u);
 }
 
-TEST_F(Tasks, AreWokenByAPushWithItsPayload)
+TEST_F(BackgroundTasksTest, WakesATaskByAPushWithItsPayload)
 {
-    auto const id = Register(L"Push", L"push");
+    auto const id = RegisterPush(L"Push");
     OpenChannel();
     Reports();
     EXPECT_EQ(Push(L"a payload"), L"sent");
     ASSERT_EQ(m_activations.size(), 1u);
-    EXPECT_EQ(m_activations[0].more, (Texts{L"1", id, L"Push", L"push", L"a payload"}));
+    EXPECT_EQ(TaskAt(0), (sim::TaskStart{1, id, L"Push", sim::Trigger::Push, L"a payload"}));
     EXPECT_EQ(Reports(), (Texts{L"push-sent", L"task-started instance=1 name=Push"}));
 }
 
-TEST_F(Tasks, AreWokenByOnePushAfterTheOther)
+TEST_F(BackgroundTasksTest, WakesATaskByOnePushAfterTheOther)
 {
-    Register(L"Push", L"push");
+    RegisterPush(L"Push");
     OpenChannel();
     Push(L"one");
     Push(L"two");
     ASSERT_EQ(m_activations.size(), 1u);
     Return(0);
+    EXPECT_EQ(m_activations.size(), 1u);
     Complete(0);
     ASSERT_EQ(m_activations.size(), 2u);
-    EXPECT_EQ(m_activations[1].more.back(), L"two");
+    EXPECT_EQ(TaskAt(1).payload, L"two");
 }
 
-TEST_F(Tasks, AreWokenByTheNextPushWhenTheAppDiesOfOne)
+TEST_F(BackgroundTasksTest, WakesATaskByTheNextPushWhenTheAppDiesOfOne)
 {
-    Register(L"Push", L"push");
+    RegisterPush(L"Push");
     OpenChannel();
     Push(L"one");
     Push(L"two");
     Return(0);
     Reports();
-    Gone(*m_app);
-    ASSERT_EQ(m_activations.size(), 2u);
-    EXPECT_EQ(m_activations[1].more.back(), L"two");
+    Close(m_app);
     EXPECT_EQ(Reports(), (Texts{L"task-lost instance=1 name=Push", L"task-started instance=2 name=Push"}));
+    End(0, 3);
+    m_activations.clear(); // the dead process may have been sent it, too
+    ConnectNextApp();
+    ASSERT_EQ(m_activations.size(), 1u);
+    EXPECT_EQ(TaskAt(0).payload, L"two");
 }
 
-TEST_F(Tasks, LoseTheirPushesWhenTheAppDoesNotStart)
+TEST_F(BackgroundTasksTest, LosesPushesWhenTheAppDoesNotStart)
 {
-    Register(L"Push", L"push");
+    RegisterPush(L"Push");
     OpenChannel();
-    m_appStarts = false;
-    Push();
-    m_appStarts = true;
-    Push();
-    EXPECT_EQ(m_activations.size(), 2u);
+    ExitApp();
+    m_processes->error = ERROR_BAD_EXE_FORMAT;
+    Push(L"lost");
+    m_processes->error = 0;
+    Push(L"next");
+    ConnectNextApp();
+    ASSERT_EQ(m_activations.size(), 1u);
+    EXPECT_EQ(TaskAt(0).payload, L"next");
 }
 
-TEST_F(Tasks, BothRunForAPushWhenTwoAreRegistered)
+TEST_F(BackgroundTasksTest, RunsBothForAPushWhenTwoAreRegistered)
 {
-    Register(L"Push", L"push");
-    Register(L"Push", L"push");
+    auto const first = RegisterPush(L"Push");
+    auto const second = RegisterPush(L"Push");
     OpenChannel();
     Push();
     Return(0);
     Complete(0);
     Return(1);
     Complete(1);
-    EXPECT_EQ(m_activations.size(), 2u);
+    ASSERT_EQ(m_activations.size(), 2u);
+    EXPECT_EQ(TaskAt(0).taskId, first);
+    EXPECT_EQ(TaskAt(1).taskId, second);
 }
 
-TEST_F(Tasks, DoNotGetWaitingPushesOnceUnregistered)
+TEST_F(BackgroundTasksTest, GivesAnUnregisteredTaskNoWaitingPushes)
 {
-    auto const id = Register(L"Push", L"push");
+    auto const id = RegisterPush(L"Push");
     OpenChannel();
     Push();
     Push();
     Return(0);
-    Ask(m_app, {L"unregister-task", id, L"0"});
+    Unregister(id, false);
     Complete(0);
     EXPECT_EQ(m_activations.size(), 1u);
 }
 
-TEST_F(Tasks, DoNotGetPushesWithoutAChannel)
+TEST_F(BackgroundTasksTest, GivesNoPushesWithoutAChannel)
 {
-    Register(L"Push", L"push");
+    RegisterPush(L"Push");
     Reports();
     EXPECT_EQ(Push(), L"lost: the app has no open channel");
     EXPECT_EQ(Reports(), (Texts{L"push-lost reason=no-channel"}));
     EXPECT_TRUE(m_activations.empty());
 }
 
-TEST_F(Tasks, AreNeededForAPush)
+TEST_F(BackgroundTasksTest, NeedsATaskForAPush)
 {
     OpenChannel();
-    Register(L"Timer", L"timer", day);
+    RegisterTimer(L"Timer", day);
     Reports();
     EXPECT_EQ(Push(), L"lost: the app has no task that a push triggers");
     EXPECT_EQ(Reports(), (Texts{L"push-sent", L"push-lost reason=no-task"}));
 }
 
-TEST_F(Tasks, GetNoPayloadOf5KilobytesOrMore)
+TEST_F(BackgroundTasksTest, GivesNoPayloadOf5KilobytesOrMore)
 {
-    Register(L"Push", L"push");
+    RegisterPush(L"Push");
     OpenChannel();
-    EXPECT_THROW(Push(std::wstring(2'560, L'é')), sim::Error); // two bytes each
+    EXPECT_NE(RefusalOf(sim::Push{std::wstring(2'560, L'é')}), L""); // two bytes each
     EXPECT_TRUE(m_activations.empty());
     EXPECT_EQ(Push(std::wstring(5'119, L'x')), L"sent");
 }
 
-TEST_F(Tasks, GoWithThePackage)
+TEST_F(BackgroundTasksTest, RemovesThemWithThePackage)
 {
-    Register(L"Push", L"push");
+    RegisterPush(L"Push");
     OpenChannel();
-    Do([](sim::Services& services) { services.PackageRemoved(); });
+    ExitApp();
+    Ask(sim::UnregisterPackage{});
+    Register();
     Restart();
-    EXPECT_EQ(Ask(m_app, {L"tasks"}), (Texts{L"tasks"}));
+    EXPECT_EQ(TasksOf(m_app), none);
     EXPECT_EQ(Push(), L"lost: the app has no open channel");
 }
 
-TEST_F(Tasks, AreNotRegisteredWhenTheDiskDoesNotKeepThem)
+TEST_F(BackgroundTasksTest, RegistersNoneThatTheDiskDoesNotKeep)
 {
     ASSERT_TRUE(CreateDirectoryW((m_device.TasksFile() + L".new").c_str(), nullptr)); // nothing can be written there
-    EXPECT_EQ(Ask(m_app, {L"register-task", L"A Task", L"push", L"0", L"0"})[0], L"error");
-    EXPECT_EQ(Ask(m_app, {L"tasks"}), (Texts{L"tasks"}));
+    EXPECT_NE(AskLater(m_app, sim::RegisterTask{.name = L"A Task"}).TakeRefusal(), L"");
+    EXPECT_EQ(TasksOf(m_app), none);
 }
 
-TEST_F(Tasks, AreListedForPeople)
+TEST_F(BackgroundTasksTest, ListsThemForPeople)
 {
-    auto const id = Register(L"Push", L"push");
+    auto const id = RegisterPush(L"Push");
     OpenChannel();
     Push();
-    auto const text = Do([](sim::Services& services) { return services.Tasks(); });
-    EXPECT_EQ(text, L"registered:\n  Push, by a push, " + id + L"\nrunning:\n  1 Push, waits for the app");
+    EXPECT_EQ(Ask(sim::ShowTasks{}),
+              L"registered:\n  Push, by a push, " + id + L"\nrunning:\n  1 Push, waits for the app");
 }

@@ -1,6 +1,13 @@
 #include "simulator/cli/Commands.h"
+#include "simulator/base/Handle.h"
+#include "simulator/base/Text.h"
+#include "simulator/base/Words.h"
+#include "simulator/protocol/CancellationReason.h"
+#include "simulator/protocol/Fault.h"
+#include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -8,18 +15,62 @@ namespace
 {
 
 // No command here reaches a broker: a wrong call is refused before.
-class WrongCalls : public testing::TestWithParam<sim::Words>
+class CommandsCalledWronglyTest : public testing::TestWithParam<sim::Words>
 {
 };
 
+// What a command writes.
+std::wstring OutputOf(sim::Words const& words)
+{
+    test::TemporaryFolder const folder;
+    auto const path = folder / L"output.txt";
+    auto* const before = GetStdHandle(STD_OUTPUT_HANDLE);
+    {
+        sim::Handle const file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                           FILE_ATTRIBUTE_NORMAL, nullptr));
+        SetStdHandle(STD_OUTPUT_HANDLE, file.Get());
+        EXPECT_EQ(sim::RunCommand(words), 0);
+        SetStdHandle(STD_OUTPUT_HANDLE, before);
+    }
+    return sim::FromUtf8(test::ReadBytes(path));
+}
+
+// The first words of its lines.
+std::vector<std::wstring> LineStarts(std::wstring const& text)
+{
+    std::vector<std::wstring> starts;
+    for (auto const& line : test::Split(text, L"\n"))
+    {
+        auto const start = line.find_first_not_of(L' ');
+        starts.push_back(start == line.npos ? L"" : line.substr(start, line.find(L' ', start) - start));
+    }
+    return starts;
+}
+
+bool Has(std::vector<std::wstring> const& texts, std::wstring_view text)
+{
+    return std::ranges::find(texts, text) != texts.end();
+}
+
+template <typename AnyCommand>
+void ExpectHelpFor(AnyCommand const& command)
+{
+    auto const name = std::wstring(command.name);
+    auto const usage = L"sim " + name + (command.arguments.empty() ? L"" : L" ") + std::wstring(command.arguments);
+    auto const help = OutputOf({L"help", name});
+    EXPECT_EQ(help.find(usage + L"\n  " + std::wstring(command.summary) + L"\n"), 0u) << sim::ToUtf8(help);
+    EXPECT_NE(OutputOf({L"help"}).find(L"\n  " + usage + L" "), std::wstring::npos) << sim::ToUtf8(usage);
+    EXPECT_FALSE(command.summary.empty());
+}
+
 } // namespace
 
-TEST_P(WrongCalls, EndWith2)
+TEST_P(CommandsCalledWronglyTest, EndWith2)
 {
     EXPECT_EQ(sim::RunCommand(GetParam()), 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, WrongCalls,
+INSTANTIATE_TEST_SUITE_P(CommandsTest, CommandsCalledWronglyTest,
                          testing::Values(sim::Words{L"lunch"}, sim::Words{L"protocol"}, sim::Words{L"status", L"now"},
                                          sim::Words{L"launch", L"a", L"b"}, sim::Words{L"log", L"--folow"},
                                          sim::Words{L"events", L"all"}, sim::Words{L"help", L"lunch"},
@@ -31,23 +82,49 @@ INSTANTIATE_TEST_SUITE_P(Commands, WrongCalls,
                                          sim::Words{L"play", L"a", L"b"}, sim::Words{L"page"},
                                          sim::Words{L"page", L"a", L"b"}));
 
-TEST(Commands, HelpIsThereForEachOfThem)
+TEST(CommandsTest, HelpIsThereForEachOfThem)
 {
-    EXPECT_EQ(sim::RunCommand({}), 0);
+    for (auto const& command : sim::DeviceCommands())
+    {
+        ExpectHelpFor(command);
+    }
     for (auto const& command : sim::Commands())
     {
-        EXPECT_EQ(sim::RunCommand({L"help", std::wstring(command.name)}), 0);
-        EXPECT_FALSE(command.summary.empty());
+        ExpectHelpFor(command);
     }
 }
 
-TEST(Commands, NeedADevice)
+TEST(CommandsTest, WithoutAnyWordTheyAreListed)
+{
+    EXPECT_EQ(OutputOf({}), OutputOf({L"help"}));
+}
+
+TEST(CommandsTest, HelpNamesEachKindOfFault)
+{
+    auto const starts = LineStarts(OutputOf({L"help", L"fault"}));
+    EXPECT_EQ(sim::FaultKindNames().size(), static_cast<std::size_t>(LastOf(sim::FaultKind())) + 1);
+    for (auto const name : sim::FaultKindNames())
+    {
+        EXPECT_TRUE(Has(starts, name)) << sim::ToUtf8(name);
+    }
+}
+
+TEST(CommandsTest, HelpNamesEachReasonForACancellation)
+{
+    auto const help = OutputOf({L"help", L"cancel-tasks"});
+    for (auto const& name : sim::SplitWords(sim::CancellationReason::Names()))
+    {
+        EXPECT_NE(help.find(name), std::wstring::npos) << sim::ToUtf8(name);
+    }
+}
+
+TEST(CommandsTest, NeedADevice)
 {
     SetEnvironmentVariableW(L"VELMO_SIM_HOME", nullptr);
     EXPECT_EQ(sim::RunCommand({L"status"}), 1);
 }
 
-TEST(Commands, TheLogOfADeviceWithoutAPackageIsRefused)
+TEST(CommandsTest, TheLogOfADeviceWithoutAPackageIsRefused)
 {
     test::TemporaryFolder const folder;
     SetEnvironmentVariableW(L"VELMO_SIM_HOME", folder.Path().c_str());

@@ -1,6 +1,7 @@
-#include "simulator/model/Error.h"
-#include "simulator/model/FaultTable.h"
-#include "simulator/model/Words.h"
+#include "simulator/protocol/Fault.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Words.h"
+#include "simulator/protocol/FaultTable.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,7 @@ std::wstring Launch(std::wstring const& rest)
 
 } // namespace
 
-TEST(Fault, IsReadWithItsResultAndCount)
+TEST(FaultTest, IsReadWithItsResultAndCount)
 {
     auto const fault = Parse(Launch(L"completion 0x80070005 3"));
     EXPECT_EQ(fault.kind, sim::FaultKind::Completion);
@@ -46,7 +47,7 @@ TEST(Fault, IsReadWithItsResultAndCount)
     EXPECT_EQ(Parse(L"AppServiceConnection.SendMessageAsync status 2").value, 2u);
 }
 
-TEST(Fault, IsReadWithTheCallsBeforeIt)
+TEST(FaultTest, IsReadWithTheCallsBeforeIt)
 {
     auto const limited = Parse(L"BackgroundTaskBuilder.Register now 0x80070718 1 after 2");
     EXPECT_EQ(limited.times, 1u);
@@ -56,7 +57,7 @@ TEST(Fault, IsReadWithTheCallsBeforeIt)
     EXPECT_EQ(unlimited.after, 3u);
 }
 
-TEST(Fault, ComesBackFromItsWords)
+TEST(FaultTest, ComesBackFromItsWords)
 {
     for (auto const* words :
          {L"CoreApplication now 0x80040154 2", L"Window.Current null",
@@ -68,14 +69,14 @@ TEST(Fault, ComesBackFromItsWords)
     EXPECT_EQ(Parse(Launch(L"delay 250 1")).Words(), sim::SplitWords(Launch(L"delay 250 1")));
 }
 
-TEST(Fault, OfAnUnknownCallIsRefusedWithTheKnownOnes)
+TEST(FaultTest, OfAnUnknownCallIsRefusedWithTheKnownOnes)
 {
     auto const message = ErrorOf(L"CoreApplication.Exti now 0x80004005");
     EXPECT_EQ(message.find(L"there is no call CoreApplication.Exti."), 0u);
     EXPECT_NE(message.find(L"\n  CoreApplication.Exit\n"), std::wstring::npos);
 }
 
-TEST(Fault, ThatTheCallDoesNotKnowIsRefused)
+TEST(FaultTest, ThatTheCallDoesNotKnowIsRefused)
 {
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit never"),
               L"CoreApplication.Exit is not asynchronous: it has no completion; use now");
@@ -86,7 +87,7 @@ TEST(Fault, ThatTheCallDoesNotKnowIsRefused)
     EXPECT_EQ(ErrorOf(L"AppServiceConnection.OpenAsync status 0"), L"the status 0 is success");
 }
 
-TEST(Fault, ThatIsIncompleteOrOverfullIsRefused)
+TEST(FaultTest, ThatIsIncompleteOrOverfullIsRefused)
 {
     EXPECT_NE(ErrorOf(L"CoreApplication.Exit"), L"no error");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit later"),
@@ -97,54 +98,4 @@ TEST(Fault, ThatIsIncompleteOrOverfullIsRefused)
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 often"), L"often is no number (how many times)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 1 2"), L"what is meant by 2 after the fault?");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 after"), L"after needs a number: how many calls before it");
-}
-
-TEST(FaultTable, StrikesAsOftenAsWasAsked)
-{
-    sim::FaultTable table;
-    table.Set(Parse(L"CoreApplication.Exit now 0x80004005 2"));
-    EXPECT_FALSE(table.Take(L"CoreApplication"));
-    EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
-    EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
-    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
-}
-
-TEST(FaultTable, StrikesForEverWithoutACount)
-{
-    sim::FaultTable table;
-    table.Set(Parse(L"CoreApplication.Exit now 0x80004005"));
-    for (int i = 0; i < 100; ++i)
-    {
-        EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
-    }
-    table.Clear();
-    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
-}
-
-TEST(FaultTable, KeepsOnlyTheLatestFaultOfACall)
-{
-    sim::FaultTable table;
-    table.Set(Parse(L"CoreApplication.Exit now 0x80004005"));
-    table.Set(Parse(L"CoreApplication.Exit now 0x80070005 1"));
-    EXPECT_EQ(table.Take(L"CoreApplication.Exit")->value, 0x80070005u);
-    EXPECT_TRUE(table.All().empty());
-}
-
-TEST(FaultTable, LetsTheFirstCallsPass)
-{
-    sim::FaultTable table;
-    table.Set(Parse(L"CoreApplication.Exit now 0x80004005 1 after 2"));
-    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
-    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
-    EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
-    EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
-}
-
-TEST(FaultTable, IsUsedUpByAnotherThatLetCallsPass)
-{
-    sim::FaultTable table;
-    table.Set(Parse(L"CoreApplication.Exit now 0x80004005 2 after 2"));
-    EXPECT_TRUE(table.Use(L"CoreApplication.Exit"));
-    EXPECT_TRUE(table.Take(L"CoreApplication.Exit"));
-    EXPECT_FALSE(table.Use(L"CoreApplication.Exit"));
 }

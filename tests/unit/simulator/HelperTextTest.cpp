@@ -7,7 +7,7 @@ using winrt::Windows::Foundation::PropertyValue;
 // Of the values that a helper may get, made by the simulator.
 TEST(HelperText, ShowsStringsAndTheTypesOfOtherValues)
 {
-    sim::LocalHost const host;
+    sim::LocalDevice const host;
     EXPECT_EQ(helper::MessageText(ValueSet()), L"(empty)");
     EXPECT_EQ(helper::MessageText(SetOf({{L"NewMessage", winrt::box_value(L"done")},
                                          {L"NewCuri", winrt::box_value(L"")},

@@ -1,5 +1,5 @@
-#include "simulator/model/Handle.h"
-#include "simulator/runtime/LocalHost.h"
+#include "simulator/base/Handle.h"
+#include "simulator/testing/LocalDevice.h"
 
 #include <chrono>
 #include <gtest/gtest.h>
@@ -66,7 +66,7 @@ class Launcher : public testing::Test
         m_host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync " + rest);
     }
 
-    sim::LocalHost m_host;
+    sim::LocalDevice m_host;
 };
 
 } // namespace

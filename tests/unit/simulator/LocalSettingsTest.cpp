@@ -1,5 +1,5 @@
-#include "simulator/model/Files.h"
-#include "simulator/model/SettingsFile.h"
+#include "simulator/base/Files.h"
+#include "simulator/protocol/SettingsFile.h"
 #include "simulator/runtime/storage/SettingsStore.h"
 #include "tests/unit/simulator/BackgroundApp.h"
 
@@ -36,7 +36,7 @@ class LocalSettings : public testing::Test
 
     static IInspectable Text(std::size_t length) { return winrt::box_value(std::wstring(length, L'x')); }
 
-    sim::LocalHost host;
+    sim::LocalDevice host;
 };
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "simulator/log/LogFile.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
 #include "simulator/log/LogLine.h"
-#include "simulator/model/Error.h"
-#include "simulator/model/Files.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -14,7 +14,7 @@ using Lines = std::vector<std::wstring>;
 
 std::string const mark = "\xFF\xFE";
 
-class LogReading : public testing::Test
+class LogFileTest : public testing::Test
 {
   protected:
     void Write(std::string const& bytes) const { test::WriteBytes(m_path, bytes); }
@@ -26,7 +26,7 @@ class LogReading : public testing::Test
 
 } // namespace
 
-TEST_F(LogReading, GivesEachLineOnce)
+TEST_F(LogFileTest, GivesEachLineOnce)
 {
     EXPECT_EQ(m_file.NewLines(), Lines{}); // no file yet
     Write(mark);
@@ -37,7 +37,7 @@ TEST_F(LogReading, GivesEachLineOnce)
     EXPECT_EQ(m_file.NewLines(), Lines{L"three"});
 }
 
-TEST_F(LogReading, WaitsForTheEndOfALine)
+TEST_F(LogFileTest, WaitsForTheEndOfALine)
 {
     auto const whole = mark + test::Utf16(L"one\r\n");
     for (std::size_t length = 0; length < whole.size(); ++length)
@@ -49,7 +49,7 @@ TEST_F(LogReading, WaitsForTheEndOfALine)
     EXPECT_EQ(m_file.NewLines(), Lines{L"one"});
 }
 
-TEST_F(LogReading, BeginsAnewWithAShorterFile)
+TEST_F(LogFileTest, BeginsAnewWithAShorterFile)
 {
     Write(mark + test::Utf16(L"a long line\r\n"));
     m_file.NewLines();
@@ -58,7 +58,7 @@ TEST_F(LogReading, BeginsAnewWithAShorterFile)
 }
 
 // A rotated log is emptied and goes on without a mark.
-TEST_F(LogReading, ReadsAFileWithoutAMark)
+TEST_F(LogFileTest, ReadsAFileWithoutAMark)
 {
     Write(mark + test::Utf16(L"before the rotation\r\n"));
     m_file.NewLines();
@@ -70,33 +70,7 @@ TEST_F(LogReading, ReadsAFileWithoutAMark)
     EXPECT_EQ(m_file.NewLines(), Lines{L"two"});
 }
 
-TEST(LogLine, IsTakenApart)
-{
-    auto const line = sim::ParseLogLine(
-        L"01/05/24 09:30:12:045 | [WARN] |  | ZEB | Comp | ZEBMain | detail | ZEB | 4660 | a message | with this");
-    ASSERT_TRUE(line);
-    EXPECT_EQ(line->time, sim::MomentOf(2024, 1, 5, 9, 30, 12, 45));
-    EXPECT_EQ(line->level, L"WARN");
-    EXPECT_EQ(line->product, L"ZEB");
-    EXPECT_EQ(line->component, L"Comp");
-    EXPECT_EQ(line->category, L"ZEBMain");
-    EXPECT_EQ(line->detail, L"detail");
-    EXPECT_EQ(line->origin, L"ZEB");
-    EXPECT_EQ(line->thread, L"4660");
-    EXPECT_EQ(line->message, L"a message | with this");
-}
-
-TEST(LogLine, OfAnotherFormIsNone)
-{
-    for (auto const* line : {L"", L"text", L"01/05/24 09:30:12:045 | [INFO] |  | ZEB | ZEB | ZEBMain |  | ZEB",
-                             L"99/05/24 09:30:12:045 | [INFO] |  | ZEB | ZEB | ZEBMain |  | ZEB | 1 | x",
-                             L"01/05/24 09:30:12:045 | INFO |  | ZEB | ZEB | ZEBMain |  | ZEB | 1 | x"})
-    {
-        EXPECT_FALSE(sim::ParseLogLine(line)) << line;
-    }
-}
-
-TEST_F(LogReading, GivesNoLineOfAFileThatWasMadeLonger)
+TEST_F(LogFileTest, GivesNoLineOfAFileThatWasMadeLonger)
 {
     Write(mark + test::Utf16(L"one\r\n"));
     EXPECT_EQ(m_file.NewLines(), Lines{L"one"});
@@ -107,12 +81,12 @@ TEST_F(LogReading, GivesNoLineOfAFileThatWasMadeLonger)
     EXPECT_EQ(m_file.NewLines(), Lines{L"after"});
 }
 
-TEST_F(LogReading, CannotMakeAMissingFileLonger)
+TEST_F(LogFileTest, CannotMakeAMissingFileLonger)
 {
     EXPECT_THROW(m_file.GrowTo(1), sim::Error);
 }
 
-TEST_F(LogReading, FindsTheLogsOfAFolderAndBelow)
+TEST_F(LogFileTest, FindsTheLogsOfAFolderAndBelow)
 {
     EXPECT_THROW(sim::LogFile::Find(m_folder.Path()), sim::Error);
     Write(mark);

@@ -18,7 +18,7 @@ bool Tells(sim::LogWatch& watch)
 
 } // namespace
 
-TEST(LogWatch, MakesTheFolderThatTheAppFinds)
+TEST(LogWatchTest, MakesTheFolderThatTheAppFinds)
 {
     test::TemporaryFolder const folder;
     sim::LogWatch const watch(folder / L"Temp\\outer\\inner\\the.log");
@@ -26,7 +26,7 @@ TEST(LogWatch, MakesTheFolderThatTheAppFinds)
     EXPECT_FALSE(test::FileExists(folder / L"Temp\\outer"));
 }
 
-TEST(LogWatch, TellsOfWhatIsWrittenIntoFoldersMadeOneRightAfterTheOther)
+TEST(LogWatchTest, TellsOfWhatIsWrittenIntoFoldersMadeOneRightAfterTheOther)
 {
     // Many, as only those made in quick succession can be missed.
     for (int round = 0; round < 100; ++round)

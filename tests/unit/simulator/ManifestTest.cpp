@@ -1,6 +1,6 @@
-#include "simulator/model/Manifest.h"
-#include "simulator/model/Error.h"
-#include "simulator/model/Package.h"
+#include "simulator/package/Manifest.h"
+#include "simulator/base/Error.h"
+#include "simulator/package/Package.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -50,7 +50,7 @@ std::string const whole = R"(<?xml version="1.0" encoding="utf-8"?>
 </Package>
 )";
 
-class ManifestReading : public testing::Test
+class ManifestTest : public testing::Test
 {
   protected:
     sim::Manifest Read(std::string const& text) const
@@ -89,7 +89,7 @@ class ManifestReading : public testing::Test
 
 } // namespace
 
-TEST_F(ManifestReading, GivesWhatThePackageDeclares)
+TEST_F(ManifestTest, GivesWhatThePackageDeclares)
 {
     auto const manifest = Read(whole);
     EXPECT_EQ(manifest.name, L"A.Package");
@@ -109,7 +109,7 @@ TEST_F(ManifestReading, GivesWhatThePackageDeclares)
     EXPECT_EQ(manifest.desktopComponent->Group(L"first"), nullptr);
 }
 
-TEST_F(ManifestReading, TellsWhichModuleHasAClass)
+TEST_F(ManifestTest, TellsWhichModuleHasAClass)
 {
     auto const manifest = Read(whole);
     ASSERT_EQ(manifest.inProcessServers.size(), 2u);
@@ -122,7 +122,7 @@ TEST_F(ManifestReading, TellsWhichModuleHasAClass)
     EXPECT_EQ(manifest.InProcessServerOf(L"A.App"), nullptr);
 }
 
-TEST_F(ManifestReading, ReadsTheShippedManifest)
+TEST_F(ManifestTest, ReadsTheShippedManifest)
 {
     auto const manifest = sim::ReadManifest(PACKAGE_MANIFEST);
     EXPECT_EQ(manifest.executable, L"VelmoNotificationClient.exe");
@@ -138,7 +138,7 @@ TEST_F(ManifestReading, ReadsTheShippedManifest)
     }
 }
 
-TEST_F(ManifestReading, KnowsAPackageWithoutExtensionsAndCapabilities)
+TEST_F(ManifestTest, KnowsAPackageWithoutExtensionsAndCapabilities)
 {
     auto const manifest = Read(R"(<Package xmlns="http://schemas.microsoft.com/appx/manifest/foundation/windows10">
         <Identity Name="A.Package" Publisher="CN=Somebody" Version="1.0.0.0"/>
@@ -148,7 +148,7 @@ TEST_F(ManifestReading, KnowsAPackageWithoutExtensionsAndCapabilities)
     EXPECT_TRUE(manifest.protocols.empty());
 }
 
-TEST_F(ManifestReading, SaysThatTheFileIsMissing)
+TEST_F(ManifestTest, SaysThatTheFileIsMissing)
 {
     try
     {
@@ -161,23 +161,23 @@ TEST_F(ManifestReading, SaysThatTheFileIsMissing)
     }
 }
 
-TEST_F(ManifestReading, NamesTheLineOfBrokenXml)
+TEST_F(ManifestTest, NamesTheLineOfBrokenXml)
 {
     auto const message = ErrorWith("<Applications>", "<Applications");
     EXPECT_EQ(message.find(Path() + L" is not well-formed XML at line "), 0u);
 }
 
-TEST_F(ManifestReading, RefusesAnEmptyFile)
+TEST_F(ManifestTest, RefusesAnEmptyFile)
 {
     EXPECT_NE(ErrorOf("").find(L"is not well-formed XML"), std::wstring::npos);
 }
 
-TEST_F(ManifestReading, RefusesAFileCutInTheMiddle)
+TEST_F(ManifestTest, RefusesAFileCutInTheMiddle)
 {
     EXPECT_NE(ErrorOf(whole.substr(0, whole.size() / 2)).find(L"is not well-formed XML"), std::wstring::npos);
 }
 
-TEST_F(ManifestReading, RefusesAnotherRoot)
+TEST_F(ManifestTest, RefusesAnotherRoot)
 {
     EXPECT_NE(ErrorOf("<Package/>").find(L"its root is no <Package>"), std::wstring::npos);
 }
@@ -189,7 +189,7 @@ struct Lack
     std::wstring message; // after the file's name
 };
 
-TEST_F(ManifestReading, NamesWhatIsMissingOrWrong)
+TEST_F(ManifestTest, NamesWhatIsMissingOrWrong)
 {
     std::vector<Lack> const lacks = {
         {"<Identity Name=\"A.Package\" Publisher=\"CN=Somebody\" Version=\"1.2.3.4\"/>", "",
@@ -237,14 +237,14 @@ TEST_F(ManifestReading, NamesWhatIsMissingOrWrong)
     }
 }
 
-TEST_F(ManifestReading, RefusesAPackageWithoutApplications)
+TEST_F(ManifestTest, RefusesAPackageWithoutApplications)
 {
     EXPECT_EQ(ErrorOf(R"(<Package xmlns="http://schemas.microsoft.com/appx/manifest/foundation/windows10">
         <Identity Name="A.Package" Publisher="CN=Somebody" Version="1.0.0.0"/></Package>)"),
               Path() + L": <Package> has no <Applications>");
 }
 
-TEST_F(ManifestReading, APackageWithoutItsExecutableIsRefused)
+TEST_F(ManifestTest, APackageWithoutItsExecutableIsRefused)
 {
     test::WriteBytes(Path(), whole);
     try
@@ -258,7 +258,7 @@ TEST_F(ManifestReading, APackageWithoutItsExecutableIsRefused)
     }
 }
 
-TEST_F(ManifestReading, APackageWithoutItsDesktopComponentIsTaken)
+TEST_F(ManifestTest, APackageWithoutItsDesktopComponentIsTaken)
 {
     test::WriteBytes(Path(), whole);
     test::WriteBytes(m_folder / L"App.exe", "x");

@@ -1,26 +1,29 @@
 #include "tests/unit/simulator/ServicesFixture.h"
 
+#include <windows.h>
+
 namespace
 {
 
-constexpr std::int64_t day = 24 * 60;
+constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
 
-class Channels : public ServicesFixture
+class PushChannelTest : public ServicesFixture
 {
   protected:
-    sim::Message Create() { return Ask(m_app, {L"create-channel"}); }
+    static constexpr std::int64_t lifetime = 30 * day; // minutes
+
+    sim::ChannelCreated Create() { return Ask(m_app, sim::CreateChannel{}); }
 
     static bool Has(std::wstring const& text, std::wstring_view part) { return text.find(part) != text.npos; }
 };
 
 } // namespace
 
-TEST_F(Channels, HaveAUriThatIsEscaped)
+TEST_F(PushChannelTest, HasAUriThatIsEscaped)
 {
     auto const channel = Create();
-    ASSERT_EQ(channel.size(), 4u);
-    EXPECT_EQ(channel[1], L"0x00000000");
-    auto const& uri = channel[2];
+    EXPECT_EQ(channel.result, 0);
+    auto const& uri = channel.uri;
     EXPECT_EQ(uri.find(L"https://"), 0u);
     EXPECT_TRUE(Has(uri, L".notify.windows.com/?token="));
     EXPECT_TRUE(Has(uri, L"%2b") && Has(uri, L"%2f") && Has(uri, L"%3d"));
@@ -29,54 +32,82 @@ TEST_F(Channels, HaveAUriThatIsEscaped)
     EXPECT_LE(uri.size(), 300u);
 }
 
-TEST_F(Channels, StayTheSameForThirtyDays)
+TEST_F(PushChannelTest, StaysTheSameForThirtyDays)
 {
     auto const first = Create();
-    AdvanceClock(30 * day - 1);
+    AdvanceClock(lifetime - 1);
     EXPECT_EQ(Create(), first);
     Restart();
     EXPECT_EQ(Create(), first);
 }
 
-TEST_F(Channels, ExpireAfterThirtyDays)
+TEST_F(PushChannelTest, ExpiresAfterThirtyDays)
 {
     auto const first = Create();
     Reports();
-    AdvanceClock(30 * day);
+    AdvanceClock(lifetime);
     EXPECT_EQ(Reports().back(), L"channel-expired");
     auto const second = Create();
-    EXPECT_NE(second[2], first[2]);
-    EXPECT_GT(std::stoll(second[3]), std::stoll(first[3]));
+    EXPECT_NE(second.uri, first.uri);
+    EXPECT_EQ(second.expiry, first.expiry + lifetime * sim::Clock::minute);
 }
 
-TEST_F(Channels, AreRevoked)
+TEST_F(PushChannelTest, ExpiresWhileTheTimeGoesOn)
+{
+    AdvanceClock(0);
+    auto const first = Create();
+    AdvanceClock(lifetime - 1);
+    Reports();
+    m_time.Advance(60'000);
+    EXPECT_EQ(Push(), L"lost: the app has no open channel");
+    EXPECT_EQ(Reports(), (Texts{L"channel-expired", L"push-lost reason=no-channel"}));
+    EXPECT_NE(Create().uri, first.uri);
+}
+
+TEST_F(PushChannelTest, IsRevokedOnce)
 {
     auto const first = Create();
     Reports();
-    Do([](sim::Services& services) { services.RevokeChannel(); });
-    Do([](sim::Services& services) { services.RevokeChannel(); });
-    EXPECT_EQ(Reports(), (std::vector<std::wstring>{L"channel-revoked"}));
+    Ask(sim::RevokeChannel{});
+    Ask(sim::RevokeChannel{});
+    EXPECT_EQ(Reports(), (Texts{L"channel-revoked"}));
     EXPECT_EQ(Push(), L"lost: the app has no open channel");
-    EXPECT_NE(Create()[2], first[2]);
+    EXPECT_NE(Create().uri, first.uri);
 }
 
-TEST_F(Channels, AreForTheAppAlone)
+TEST_F(PushChannelTest, IsReplacedByOneOfTheCallersChoice)
 {
-    EXPECT_EQ(Ask(m_caller, {L"create-channel"}), (sim::Message{L"channel", L"0x80070490"}));
-}
-
-TEST_F(Channels, ExpireByTheDevicesClock)
-{
-    auto const expiry = std::stoll(Create()[3]);
-    auto const now = sim::VirtualClock(m_device.ClockFile()).Now();
-    EXPECT_LE(expiry, now + 30 * day * sim::VirtualClock::minute);
-    EXPECT_GT(expiry, now + (30 * day - 1) * sim::VirtualClock::minute);
-}
-
-TEST_F(Channels, AreShownToPeople)
-{
-    auto const status = [&] { return Do([](sim::Services& services) { return services.Status(); }); };
-    EXPECT_TRUE(Has(status(), L"channel   none"));
+    auto const clock = sim::Clock::Text(m_time.Utc() + lifetime * sim::Clock::minute);
     Create();
-    EXPECT_TRUE(Has(status(), L"channel   open, expires "));
+    Reports();
+    m_platform->ReplaceChannel(L"https://another");
+    EXPECT_EQ(Reports(), (Texts{L"channel-revoked", L"channel-created expires='" + clock + L"'"}));
+    EXPECT_EQ(Create().uri, L"https://another");
+    Restart();
+    EXPECT_EQ(Create().uri, L"https://another");
+}
+
+TEST_F(PushChannelTest, IsForTheAppAlone)
+{
+    EXPECT_EQ(Ask(m_caller, sim::CreateChannel{}), sim::ChannelCreated{elementNotFound});
+}
+
+TEST_F(PushChannelTest, IsNotOpenedWhenTheDiskDoesNotKeepIt)
+{
+    ASSERT_TRUE(CreateDirectoryW((m_device.ChannelFile() + L".new").c_str(), nullptr)); // nothing can be written there
+    EXPECT_NE(AskLater(m_app, sim::CreateChannel{}).TakeRefusal(), L"");
+    EXPECT_EQ(Push(), L"lost: the app has no open channel");
+}
+
+TEST_F(PushChannelTest, ExpiresByTheDevicesClock)
+{
+    AdvanceClock(5);
+    EXPECT_EQ(Create().expiry, m_time.Utc() + (lifetime + 5) * sim::Clock::minute);
+}
+
+TEST_F(PushChannelTest, IsShownToPeople)
+{
+    EXPECT_TRUE(Has(Ask(sim::ShowStatus{}), L"\nchannel   none\n"));
+    auto const expiry = Create().expiry;
+    EXPECT_TRUE(Has(Ask(sim::ShowStatus{}), L"\nchannel   open, expires " + sim::Clock::Text(expiry) + L"\n"));
 }

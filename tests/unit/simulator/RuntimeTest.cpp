@@ -1,5 +1,5 @@
-#include "simulator/model/Error.h"
-#include "simulator/runtime/LocalHost.h"
+#include "simulator/base/Error.h"
+#include "simulator/testing/LocalDevice.h"
 
 #include <gtest/gtest.h>
 #include <objidl.h>
@@ -51,10 +51,10 @@ APTTYPE CurrentApartment()
     return CoGetApartmentType(&type, &qualifier) == S_OK ? type : APTTYPE_CURRENT;
 }
 
-class Apps : public testing::Test
+class RuntimeTest : public testing::Test
 {
   protected:
-    Apps()
+    RuntimeTest()
     {
         g_script = &m_script;
         m_script.onConstructed = [] {};
@@ -78,11 +78,11 @@ class Apps : public testing::Test
 
     std::int32_t Launch()
     {
-        m_host.Activate(sim::ActivationKind::Launch);
+        m_host.Launch();
         return Start();
     }
 
-    sim::LocalHost m_host;
+    sim::LocalDevice m_host;
     Script m_script;
 };
 
@@ -90,7 +90,7 @@ constexpr auto fail = static_cast<std::int32_t>(0x80004005);
 
 } // namespace
 
-TEST_F(Apps, AreConstructedAndActivatedOnTheMainViewsThread)
+TEST_F(RuntimeTest, AreConstructedAndActivatedOnTheMainViewsThread)
 {
     DWORD constructed = 0;
     DWORD launched = 0;
@@ -107,7 +107,7 @@ TEST_F(Apps, AreConstructedAndActivatedOnTheMainViewsThread)
     EXPECT_NE(launched, GetCurrentThreadId());
 }
 
-TEST_F(Apps, AreKeptByThePlatformAndReleasedAtTheEnd)
+TEST_F(RuntimeTest, AreKeptByThePlatformAndReleasedAtTheEnd)
 {
     m_script.onLaunched = [&](auto&&) {
         EXPECT_EQ(m_script.appsAlive, 1);
@@ -117,7 +117,7 @@ TEST_F(Apps, AreKeptByThePlatformAndReleasedAtTheEnd)
     EXPECT_EQ(m_script.appsAlive, 0);
 }
 
-TEST_F(Apps, GetTheirActivationsInOrder)
+TEST_F(RuntimeTest, GetTheirActivationsInOrder)
 {
     std::vector<std::wstring> seen;
     m_script.onLaunched = [&](LaunchActivatedEventArgs const& args) {
@@ -132,14 +132,14 @@ TEST_F(Apps, GetTheirActivationsInOrder)
             CoreApplication::Exit();
         }
     };
-    m_host.Activate(sim::ActivationKind::Launch, L"one");
-    m_host.Activate(sim::ActivationKind::Launch, L"two");
-    m_host.Activate(sim::ActivationKind::Protocol, L"x:");
+    m_host.Launch(L"one");
+    m_host.Launch(L"two");
+    m_host.OpenUri(L"x:");
     EXPECT_EQ(Start(), 0);
     EXPECT_EQ(seen, (std::vector<std::wstring>{L"launch one", L"launch two", L"protocol"}));
 }
 
-TEST_F(Apps, LearnWhetherTheyRanBefore)
+TEST_F(RuntimeTest, LearnWhetherTheyRanBefore)
 {
     std::vector<ApplicationExecutionState> states;
     m_script.onLaunched = [&](LaunchActivatedEventArgs const& args) {
@@ -152,51 +152,51 @@ TEST_F(Apps, LearnWhetherTheyRanBefore)
             CoreApplication::Exit();
         }
     };
-    m_host.Activate(sim::ActivationKind::Launch);
+    m_host.Launch();
     EXPECT_EQ(Launch(), 0);
     EXPECT_EQ(states, (std::vector{ApplicationExecutionState::NotRunning, ApplicationExecutionState::Running}));
 }
 
-TEST_F(Apps, EndAtAnExitFromAnyThreadWithoutSuspending)
+TEST_F(RuntimeTest, EndAtAnExitFromAnyThreadWithoutSuspending)
 {
     bool wasSuspended = false;
     m_script.onLaunched = [&](auto&&) {
         Application::Current().Suspending([&](auto&&...) { wasSuspended = true; });
         std::thread([] { CoreApplication::Exit(); }).join();
     };
-    m_host.Activate(sim::ActivationKind::Launch);
+    m_host.Launch();
     EXPECT_EQ(Launch(), 0);
     EXPECT_TRUE(m_host.HasExited());
     EXPECT_FALSE(wasSuspended);
 }
 
-TEST_F(Apps, GetNothingMoreAfterTheirExit)
+TEST_F(RuntimeTest, GetNothingMoreAfterTheirExit)
 {
     int launches = 0;
     m_script.onLaunched = [&](auto&&) {
         ++launches;
         CoreApplication::Exit();
     };
-    m_host.Activate(sim::ActivationKind::Launch);
+    m_host.Launch();
     EXPECT_EQ(Launch(), 0);
     EXPECT_EQ(launches, 1);
 }
 
-TEST_F(Apps, ExitThroughTheApplicationToo)
+TEST_F(RuntimeTest, ExitThroughTheApplicationToo)
 {
     m_script.onLaunched = [](auto&&) { Application::Current().Exit(); };
     EXPECT_EQ(Launch(), 0);
     EXPECT_TRUE(m_host.HasExited());
 }
 
-TEST_F(Apps, ThatDoNotExitAreEndedFromOutside)
+TEST_F(RuntimeTest, ThatDoNotExitAreEndedFromOutside)
 {
     m_script.onLaunched = [&](auto&&) { m_host.End(); };
     EXPECT_EQ(Launch(), 0);
     EXPECT_FALSE(m_host.HasExited());
 }
 
-TEST_F(Apps, HearThatTheyAreSuspendedWithADeadline)
+TEST_F(RuntimeTest, HearThatTheyAreSuspendedWithADeadline)
 {
     int deferrals = 0;
     m_script.onLaunched = [&](auto&&) {
@@ -206,13 +206,13 @@ TEST_F(Apps, HearThatTheyAreSuspendedWithADeadline)
             ++deferrals;
             CoreApplication::Exit();
         });
-        m_host.Activate(sim::ActivationKind::Suspend);
+        m_host.Suspend();
     };
     EXPECT_EQ(Launch(), 0);
     EXPECT_EQ(deferrals, 1);
 }
 
-TEST_F(Apps, HaveAWindowOnceInTheForeground)
+TEST_F(RuntimeTest, HaveAWindowOnceInTheForeground)
 {
     m_script.onConstructed = [] { EXPECT_FALSE(Window::Current()); };
     m_script.onLaunched = [](auto&&) {
@@ -225,22 +225,23 @@ TEST_F(Apps, HaveAWindowOnceInTheForeground)
     EXPECT_FALSE(Window::Current());
 }
 
-TEST_F(Apps, FailWithTheirConstructor)
+TEST_F(RuntimeTest, FailWithTheirConstructor)
 {
     m_script.onConstructed = [] { throw winrt::hresult_access_denied(); };
     EXPECT_EQ(Launch(), E_ACCESSDENIED);
-    ASSERT_EQ(m_host.Reports().size(), 1u);
-    EXPECT_EQ(m_host.Reports()[0].Text(), L"start-failed result=0x80070005");
+    auto const reports = m_host.Reports();
+    ASSERT_EQ(reports.size(), 1u);
+    EXPECT_EQ(reports[0].Text(), L"start-failed result=0x80070005");
 }
 
-TEST_F(Apps, CanStartAfterOneThatFailed)
+TEST_F(RuntimeTest, CanStartAfterOneThatFailed)
 {
     m_host.SetFault(L"Application.CreateInstance now 0x80004005 1");
     EXPECT_EQ(Launch(), fail);
     EXPECT_EQ(Start(), 0);
 }
 
-TEST_F(Apps, FailWithACallbackThatConstructsNothing)
+TEST_F(RuntimeTest, FailWithACallbackThatConstructsNothing)
 {
     try
     {
@@ -253,7 +254,7 @@ TEST_F(Apps, FailWithACallbackThatConstructsNothing)
     }
 }
 
-TEST_F(Apps, EndWithTheFailureOfAnOverride)
+TEST_F(RuntimeTest, EndWithTheFailureOfAnOverride)
 {
     bool wasRaised = false;
     m_script.onLaunched = [&](auto&&) {
@@ -263,28 +264,28 @@ TEST_F(Apps, EndWithTheFailureOfAnOverride)
     EXPECT_EQ(Launch(), 0);
     EXPECT_EQ(m_host.Failure(), fail);
     EXPECT_TRUE(wasRaised);
-    EXPECT_EQ(m_host.Reports()[0].Text(), L"unhandled-exception result=0x80004005");
+    EXPECT_EQ(m_host.WaitForReport(L"unhandled-exception").Text(), L"unhandled-exception result=0x80004005");
 }
 
-TEST_F(Apps, FailWithTheirBase)
+TEST_F(RuntimeTest, FailWithTheirBase)
 {
     m_host.SetFault(L"Application.CreateInstance now 0x80004005");
     EXPECT_EQ(Launch(), fail);
 }
 
-TEST_F(Apps, FailWithTheirBasesClass)
+TEST_F(RuntimeTest, FailWithTheirBasesClass)
 {
     m_host.SetFault(L"Application now 0x80040154");
     EXPECT_EQ(Launch(), REGDB_E_CLASSNOTREG);
 }
 
-TEST_F(Apps, FailWithStart)
+TEST_F(RuntimeTest, FailWithStart)
 {
     m_host.SetFault(L"Application.Start now 0x80004005");
     EXPECT_EQ(Launch(), fail);
 }
 
-TEST_F(Apps, FailWithTheSubscriptionToSuspending)
+TEST_F(RuntimeTest, FailWithTheSubscriptionToSuspending)
 {
     m_host.SetFault(L"Application.Suspending now 0x80004005");
     // Composed already when it fails: the platform must not touch the half-made object any more.
@@ -293,31 +294,31 @@ TEST_F(Apps, FailWithTheSubscriptionToSuspending)
     EXPECT_FALSE(Application::Current());
 }
 
-TEST_F(Apps, EndWhenExitFails)
+TEST_F(RuntimeTest, EndWhenExitFails)
 {
     m_host.SetFault(L"CoreApplication.Exit now 0x80004005");
     EXPECT_EQ(Launch(), 0);
     EXPECT_EQ(m_host.Failure(), fail);
 }
 
-TEST_F(Apps, EndWhenTheClassOfExitIsMissing)
+TEST_F(RuntimeTest, EndWhenTheClassOfExitIsMissing)
 {
     m_host.SetFault(L"CoreApplication now 0x80040154");
     EXPECT_EQ(Launch(), 0);
     EXPECT_EQ(m_host.Failure(), REGDB_E_CLASSNOTREG);
 }
 
-TEST_F(Apps, EndWhenTheKindOfAnActivationFails)
+TEST_F(RuntimeTest, EndWhenTheKindOfAnActivationFails)
 {
     m_host.SetFault(L"ProtocolActivatedEventArgs.Kind now 0x80004005");
     m_host.SetFault(L"LaunchActivatedEventArgs.Kind now 0x80004005");
     m_script.onActivated = [](IActivatedEventArgs const& args) { static_cast<void>(args.Kind()); };
-    m_host.Activate(sim::ActivationKind::Protocol, L"x:");
+    m_host.OpenUri(L"x:");
     EXPECT_EQ(Start(), 0);
     EXPECT_EQ(m_host.Failure(), fail);
 }
 
-TEST_F(Apps, AreActivatedWithoutArgumentsOnRequest)
+TEST_F(RuntimeTest, AreActivatedWithoutArgumentsOnRequest)
 {
     m_host.SetFault(L"LaunchActivatedEventArgs null");
     m_host.SetFault(L"ProtocolActivatedEventArgs null");
@@ -326,12 +327,12 @@ TEST_F(Apps, AreActivatedWithoutArgumentsOnRequest)
         EXPECT_FALSE(args);
         CoreApplication::Exit();
     };
-    m_host.Activate(sim::ActivationKind::Launch);
-    m_host.Activate(sim::ActivationKind::Protocol, L"x:");
+    m_host.Launch();
+    m_host.OpenUri(L"x:");
     EXPECT_EQ(Start(), 0);
 }
 
-TEST_F(Apps, GetAFailingOrNoWindowOnRequest)
+TEST_F(RuntimeTest, GetAFailingOrNoWindowOnRequest)
 {
     m_host.SetFault(L"Window.Current null 1");
     m_host.SetFault(L"Window.Content now 0x80004005");
@@ -343,7 +344,7 @@ TEST_F(Apps, GetAFailingOrNoWindowOnRequest)
     EXPECT_EQ(Launch(), 0);
 }
 
-TEST_F(Apps, DoNotGetAnUnservedMember)
+TEST_F(RuntimeTest, DoNotGetAnUnservedMember)
 {
     m_script.onLaunched = [](auto&&) {
         EXPECT_THROW(Application::Current().RequestedTheme(), winrt::hresult_not_implemented);
@@ -352,7 +353,7 @@ TEST_F(Apps, DoNotGetAnUnservedMember)
     EXPECT_EQ(Launch(), 0);
 }
 
-TEST_F(Apps, UseOnlyKnownFaults)
+TEST_F(RuntimeTest, UseOnlyKnownFaults)
 {
     EXPECT_THROW(m_host.SetFault(L"Application.Strat now 0x80004005"), sim::Error);
 }

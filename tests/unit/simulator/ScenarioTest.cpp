@@ -1,9 +1,9 @@
 #include "simulator/scenario/Scenario.h"
-#include "simulator/model/Error.h"
+#include "simulator/base/Error.h"
 
 #include <gtest/gtest.h>
 
-TEST(Scenario, HasAStepForEachLineThatSaysSomething)
+TEST(ScenarioTest, HasAStepForEachLineThatSaysSomething)
 {
     auto const steps = sim::ParseScenario(L"# a comment\r\nregister\r\n\r\n  expect log \"a b\" # why\nlaunch");
     ASSERT_EQ(steps.size(), 3u);
@@ -14,7 +14,7 @@ TEST(Scenario, HasAStepForEachLineThatSaysSomething)
     EXPECT_EQ(steps[2].line, 5u);
 }
 
-TEST(Scenario, NamesTheLineThatItCannotRead)
+TEST(ScenarioTest, NamesTheLineThatItCannotRead)
 {
     try
     {

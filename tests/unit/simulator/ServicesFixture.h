@@ -1,40 +1,50 @@
 #pragma once
-#include "simulator/model/Event.h"
-#include "simulator/services/Services.h"
-#include "tests/support/TemporaryFolder.h"
-#include "tests/unit/simulator/FakePeer.h"
+#include "tests/unit/simulator/PlatformFixture.h"
 
-#include <condition_variable>
-#include <gtest/gtest.h>
-#include <memory>
-#include <mutex>
-#include <string>
+#include <variant>
 #include <vector>
 
-// The services of a device with a package; the test is the app's process, the desktop programs and the world.
-class ServicesFixture : public testing::Test
+// The app's process: its activations apart from what else it is sent.
+class FakeApp : public FakePeer
+{
+  public:
+    explicit FakeApp(std::vector<sim::Activation>& activations) : m_activations(activations) {}
+
+    void Send(sim::ToProcess const& message) override
+    {
+        if (auto const* const activate = std::get_if<sim::Activate>(&message))
+        {
+            m_activations.push_back(activate->activation);
+            return;
+        }
+        FakePeer::Send(message);
+    }
+
+  private:
+    std::vector<sim::Activation>& m_activations;
+};
+
+// A device with a package whose app runs. The user has launched it, unless the test wants it in the background.
+class ServicesFixture : public PlatformFixture
 {
   protected:
-    struct Activation
-    {
-        sim::ActivationKind kind;
-        std::vector<std::wstring> more;
-    };
-
-    static constexpr wchar_t family[] = L"A.Package_m7dy57p66fpam";
-    static constexpr wchar_t service[] = L"a.service";
-    static constexpr unsigned never = 3'600'000;
+    static constexpr std::uint32_t day = 24 * 60; // minutes
 
     ServicesFixture();
 
-    // The device is switched off and on again.
-    void Restart(sim::Limits limits = {never, never, never});
+    // The device is switched off and on again, and the app runs again.
+    void Restart();
 
-    // The answer; none while it waits.
-    std::shared_ptr<sim::Message> AskLater(std::shared_ptr<FakePeer> const& from, sim::Message const& request);
+    // The app's process is another one: never launched by the user.
+    void StartInBackground();
 
-    sim::Message Ask(std::shared_ptr<FakePeer> const& from, sim::Message const& request);
-    void Tell(std::shared_ptr<FakePeer> const& from, sim::Message const& words);
+    // The app's process exits, or dies. What it did not take starts the next one, which connects.
+    void ExitApp();
+    void KillApp();
+    void ConnectNextApp();
+
+    using PlatformFixture::Return;
+    using PlatformFixture::Take;
 
     // The app's process takes the n-th activation and comes back from OnBackgroundActivated.
     void Take(std::size_t index);
@@ -43,47 +53,33 @@ class ServicesFixture : public testing::Test
     // And its deferrals are completed.
     void Complete(std::size_t index);
 
-    // With the services' mutex held.
-    template <typename Function>
-    auto Do(Function const& function)
+    // What the n-th activation carries; its instance.
+    sim::TaskStart TaskAt(std::size_t index) const { return std::get<sim::TaskStart>(m_activations.at(index).content); }
+    sim::ServiceStart ServiceAt(std::size_t index) const
     {
-        std::lock_guard const lock(m_mutex);
-        return function(*m_services);
+        return std::get<sim::ServiceStart>(m_activations.at(index).content);
     }
+    std::uint32_t InstanceOf(std::size_t index) const { return sim::InstanceOf(m_activations.at(index)); }
 
-    void AdvanceClock(std::int64_t minutes);
-    std::wstring Push(std::wstring const& payload = L"hello");
-    void Gone(FakePeer const& peer);
-
-    // Until the services have asked for the app's end so many times.
-    void WaitForEndings(unsigned count);
-
-    // Until this was reported.
-    void WaitForReport(std::wstring const& text);
-
-    // What was reported since the last call, as in the journal.
-    std::vector<std::wstring> Reports();
+    void AdvanceClock(std::int64_t minutes) { Ask(sim::AdvanceClock{minutes}); }
+    std::wstring Push(std::wstring const& payload = L"hello") { return Ask(sim::Push{payload}); }
 
     // A registration's id.
-    std::wstring Register(std::wstring const& name, std::wstring const& trigger, unsigned minutes = 0,
-                          bool once = false);
+    std::wstring RegisterPush(std::wstring const& name);
+    std::wstring RegisterTimer(std::wstring const& name, std::uint32_t minutes, bool once = false);
 
-    // A connection of the caller that is open; gives its id.
-    std::wstring Open(std::shared_ptr<FakePeer> const& caller);
+    sim::TaskList TasksOf(PeerPointer const& peer) { return Ask(peer, sim::ListTasks{}); }
 
-    std::wstring InstanceOf(std::size_t index) const { return m_activations[index].more[0]; }
+    // A connection of the caller that is open; gives its number.
+    std::uint32_t Open(PeerPointer const& caller);
 
-    test::TemporaryFolder m_folder;
-    sim::Device m_device;
-    std::mutex m_mutex;
-    std::condition_variable m_happened;
-    std::vector<Activation> m_activations;
-    std::vector<std::wstring> m_reports;
-    unsigned m_endings = 0;
-    bool m_runsInBackgroundOnly = false;
-    bool m_appStarts = true;
-    std::wstring m_family = family;
-    std::shared_ptr<FakePeer> m_app = std::make_shared<FakePeer>();
-    std::shared_ptr<FakePeer> m_caller = std::make_shared<FakePeer>();
-    std::unique_ptr<sim::Services> m_services;
+    std::vector<sim::Activation> m_activations;
+    PeerPointer m_app;
+    PeerPointer m_caller = std::make_shared<FakePeer>();
+
+  private:
+    void ExpectApp();
+    void ConnectApp(unsigned long processId);
+
+    unsigned long m_appId = 0;
 };

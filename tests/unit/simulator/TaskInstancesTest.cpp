@@ -3,153 +3,224 @@
 namespace
 {
 
-using Texts = std::vector<std::wstring>;
+constexpr sim::Limits limits;
+constexpr std::uint32_t systemPolicy = 7;
+constexpr std::uint32_t energySaver = 11;
+constexpr std::uint32_t executionTimeExceeded = 9;
 
-constexpr unsigned atOnce = 1;
-
-class TaskLimits : public ServicesFixture
+class TaskInstancesTest : public ServicesFixture
 {
   protected:
     // A push task's instance that has been started.
     void StartTask()
     {
-        Register(L"A Task", L"push");
-        Ask(m_app, {L"create-channel"});
+        RegisterPush(L"A Task");
+        Ask(m_app, sim::CreateChannel{});
         EXPECT_EQ(Push(), L"sent");
         Reports();
     }
+
+    // How often the platform has ended the app.
+    std::size_t Endings() const { return m_processes->killed.size(); }
 };
 
 } // namespace
 
-TEST_F(TaskLimits, CancelATaskThatTakesTooLongThenEndTheApp)
+TEST_F(TaskInstancesTest, CancelsATaskThatTakesTooLongThenEndsTheApp)
 {
-    Restart({atOnce, atOnce, never});
     StartTask();
     Return(0);
-    WaitForEndings(1);
-    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"", L"9"}}));
-    EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' reason=ExecutionTimeExceeded",
-                                L"task-overdue instance=1 name='A Task'"}));
+    Pass(limits.task - 1);
+    EXPECT_TRUE(m_app->received.empty());
+    Reports();
+    Pass(1);
+    EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{1, 0, executionTimeExceeded}));
+    EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' reason=ExecutionTimeExceeded"}));
+    Pass(limits.afterCancel - 1);
+    EXPECT_EQ(Endings(), 0u);
+    Pass(1);
+    EXPECT_EQ(Endings(), 1u);
+    EXPECT_EQ(Reports(), (Texts{L"task-overdue instance=1 name='A Task'"}));
 }
 
-TEST_F(TaskLimits, LeaveTheAppAloneThatCompletesACancelledTask)
+TEST_F(TaskInstancesTest, LeavesTheAppAloneThatCompletesACancelledTask)
 {
-    Restart({atOnce, never, never});
     StartTask();
     Return(0);
-    WaitForReport(L"task-cancelled instance=1 name='A Task' reason=ExecutionTimeExceeded");
+    Pass(limits.task);
     Complete(0);
     EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task'");
-    EXPECT_EQ(m_endings, 0u);
+    Pass(limits.afterCancel);
+    EXPECT_EQ(Endings(), 0u);
+    EXPECT_EQ(Reports(), Texts{});
 }
 
-TEST_F(TaskLimits, EndAnAppThatDoesNotReturn)
+TEST_F(TaskInstancesTest, LeavesTheAppAloneThatCompletesItsTask)
 {
-    Restart({atOnce, atOnce, never});
+    StartTask();
+    Return(0);
+    Complete(0);
+    m_app->received.clear();
+    Reports();
+    Pass(limits.task + limits.afterCancel);
+    EXPECT_TRUE(m_app->received.empty());
+    EXPECT_EQ(Reports(), Texts{});
+    EXPECT_EQ(Endings(), 0u);
+}
+
+TEST_F(TaskInstancesTest, EndsAnAppThatDoesNotReturn)
+{
     StartTask();
     Take(0);
-    WaitForEndings(1);
+    Pass(limits.task);
+    Pass(limits.afterCancel);
+    EXPECT_EQ(Endings(), 1u);
     EXPECT_TRUE(m_app->received.empty());
 }
 
-TEST_F(TaskLimits, BeginWhenTheAppTakesTheTask)
+TEST_F(TaskInstancesTest, BeginsALimitWhenTheAppTakesTheTask)
 {
-    Restart({atOnce, atOnce, never});
     StartTask();
-    EXPECT_EQ(m_endings, 0u);
+    Pass(limits.task + limits.afterCancel);
+    EXPECT_EQ(Endings(), 0u);
     EXPECT_TRUE(Reports().empty());
     Take(0);
-    WaitForEndings(1);
+    Pass(limits.task - 1);
+    EXPECT_EQ(Reports().back(), L"activated kind=background-task name='A Task'");
+    Pass(1);
+    EXPECT_EQ(Reports().size(), 1u);
 }
 
-TEST_F(TaskLimits, DoNotHoldForAnAppServiceWhileItsCallerLives)
+TEST_F(TaskInstancesTest, HasNoLimitForAnAppServiceWhileItsCallerLives)
 {
-    Restart({atOnce, atOnce, never});
     Open(m_caller);
     Reports();
-    StartTask(); // its own limit comes later than the app service's would
-    Return(1);
-    WaitForEndings(1);
-    for (auto const& report : Reports())
-    {
-        EXPECT_EQ(report.find(L"instance=1"), report.npos);
-    }
+    Pass(limits.task);
+    Pass(limits.afterCancel);
+    EXPECT_EQ(Reports(), Texts{});
+    EXPECT_EQ(Endings(), 0u);
 }
 
-TEST_F(TaskLimits, EndAnAppThatDoesNotLetGoOfAClosedAppService)
+TEST_F(TaskInstancesTest, EndsAnAppThatDoesNotLetGoOfAClosedAppService)
 {
-    Restart({never, atOnce, never});
     auto const connection = Open(m_caller);
-    Tell(m_caller, {L"close", connection, L"caller"});
-    WaitForEndings(1);
+    Say(m_caller, sim::ConnectionClosed{connection, sim::ConnectionEnd::Caller});
+    Pass(limits.afterCancel);
+    EXPECT_EQ(Endings(), 1u);
     EXPECT_EQ(Reports().back(), L"task-overdue instance=1 name=a.service");
 }
 
-TEST_F(TaskLimits, CancelOnce)
+TEST_F(TaskInstancesTest, CancelsOnce)
 {
     StartTask();
     Return(0);
-    Do([](sim::Services& services) { services.CancelTasks(7); });
-    Do([](sim::Services& services) { services.CancelTasks(8); });
-    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"", L"7"}}));
+    Reports();
+    Ask(sim::CancelTasks{systemPolicy});
+    Ask(sim::CancelTasks{energySaver});
+    EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{1, 0, systemPolicy}));
     EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' reason=SystemPolicy"}));
 }
 
-TEST_F(TaskLimits, TellOfACancellationWhenTheAppHasReturned)
+TEST_F(TaskInstancesTest, TellsOfACancellationWhenTheAppHasReturned)
 {
     StartTask();
     Take(0);
-    Do([](sim::Services& services) { services.CancelTasks(7); });
+    Ask(sim::CancelTasks{systemPolicy});
     EXPECT_TRUE(m_app->received.empty());
     Return(0);
-    EXPECT_EQ(m_app->received, (std::vector<sim::Message>{{L"cancel", L"1", L"", L"7"}}));
+    EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{1, 0, systemPolicy}));
 }
 
-TEST_F(TaskLimits, EndAnAppWithNothingLeftToDo)
+TEST_F(TaskInstancesTest, EndsAnAppWithNothingLeftToDo)
 {
-    Restart({never, never, atOnce});
-    m_runsInBackgroundOnly = true;
+    StartInBackground();
     StartTask();
     Return(0);
+    Reports();
     Complete(0);
-    WaitForEndings(1);
     EXPECT_EQ(Reports(), (Texts{L"task-completed instance=1 name='A Task'", L"app-idle"}));
+    Pass(limits.idle - 1);
+    EXPECT_EQ(Endings(), 0u);
+    Pass(1);
+    EXPECT_EQ(Endings(), 1u);
 }
 
-TEST_F(TaskLimits, DoNotEndAnAppOfTheForeground)
+TEST_F(TaskInstancesTest, DoesNotEndAnAppOfTheForeground)
 {
     StartTask();
     Return(0);
     Complete(0);
     EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task'");
+    Pass(limits.idle);
+    EXPECT_EQ(Endings(), 0u);
 }
 
-TEST_F(TaskLimits, KeepAnAppThatHasMoreToDo)
+TEST_F(TaskInstancesTest, KeepsAnAppThatHasMoreToDo)
 {
-    m_runsInBackgroundOnly = true;
+    StartInBackground();
     StartTask();
     Open(m_caller);
     Return(0);
     Complete(0);
     EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task'");
+    Pass(limits.idle);
+    EXPECT_EQ(Endings(), 0u);
     Complete(1);
     EXPECT_EQ(Reports().back(), L"app-idle");
 }
 
-TEST_F(TaskLimits, DoNotEndAnIdleAppThatGotSomethingToDo)
+TEST_F(TaskInstancesTest, DoesNotEndAnIdleAppThatGotSomethingToDo)
 {
-    constexpr unsigned later = 30;
-    Restart({never, later, atOnce});
-    m_runsInBackgroundOnly = true;
+    StartInBackground();
     StartTask();
     Return(0);
-    Do([&](sim::Services& services) {
-        services.Tell(m_app, {L"task-completed", L"1"});
-        services.Ask(m_caller, {L"open-app-service", service, family}, [](sim::Message const&) {});
-        services.Taken(m_app, L"2");
-        services.CancelTasks(7); // the end that this leads to comes after the idle app's would
-    });
-    WaitForReport(L"task-overdue instance=2 name=a.service");
-    EXPECT_EQ(m_endings, 1u);
+    Complete(0);
+    EXPECT_EQ(Reports().back(), L"app-idle");
+    AskLater(m_caller, OpenService());
+    Take(1);
+    Pass(limits.idle);
+    EXPECT_EQ(Endings(), 0u);
+}
+
+TEST_F(TaskInstancesTest, WaitsAgainWhenTheAppIsIdleAgain)
+{
+    StartInBackground();
+    StartTask();
+    Return(0);
+    Complete(0);
+    Pass(limits.idle - 1);
+    Push();
+    Return(1);
+    Complete(1);
+    Pass(limits.idle - 1);
+    EXPECT_EQ(Endings(), 0u);
+    Pass(1);
+    EXPECT_EQ(Endings(), 1u);
+}
+
+TEST_F(TaskInstancesTest, HearsOfInstancesFromTheAppAlone)
+{
+    StartTask();
+    Say(m_caller, sim::TaskReturned{1});
+    Say(m_caller, sim::TaskCompleted{1});
+    EXPECT_EQ(Reports(), Texts{});
+    Return(0);
+    Say(m_caller, sim::TaskCompleted{1});
+    EXPECT_EQ(Reports(), Texts{L"activated kind=background-task name='A Task'"});
+    Complete(0);
+    EXPECT_EQ(m_app->received, Sent(sim::TaskEnded{1, 0}));
+    EXPECT_TRUE(m_caller->received.empty());
+}
+
+TEST_F(TaskInstancesTest, EndsAnInstanceOnce)
+{
+    StartTask();
+    Return(0);
+    Complete(0);
+    EXPECT_EQ(m_app->received, Sent(sim::TaskEnded{1, 0}));
+    Reports();
+    Complete(0);
+    Say(m_app, sim::TaskReturned{1});
+    EXPECT_EQ(m_app->received.size(), 1u);
+    EXPECT_EQ(Reports(), Texts{});
 }

@@ -5,7 +5,7 @@
 namespace
 {
 
-class Timelines : public testing::Test
+class TimelineTest : public testing::Test
 {
   protected:
     sim::Timeline Make(sim::Colour colour)
@@ -18,7 +18,7 @@ class Timelines : public testing::Test
 
 } // namespace
 
-TEST_F(Timelines, ShowWhatCameInTheOrderOfItsTime)
+TEST_F(TimelineTest, ShowWhatCameInTheOrderOfItsTime)
 {
     auto timeline = Make(sim::Colour::No);
     auto const start = sim::Now();
@@ -33,7 +33,7 @@ TEST_F(Timelines, ShowWhatCameInTheOrderOfItsTime)
     EXPECT_FALSE(timeline.IsHolding());
 }
 
-TEST_F(Timelines, HoldBackWhatSomethingEarlierMayStillPass)
+TEST_F(TimelineTest, HoldBackWhatSomethingEarlierMayStillPass)
 {
     auto timeline = Make(sim::Colour::No);
     timeline.Add(sim::Now() - 10 * sim::Timeline::holdMilliseconds, sim::Timeline::Source::Log, L"old");
@@ -44,7 +44,7 @@ TEST_F(Timelines, HoldBackWhatSomethingEarlierMayStillPass)
     EXPECT_TRUE(timeline.IsHolding());
 }
 
-TEST_F(Timelines, AreColouredOnlyWhenAsked)
+TEST_F(TimelineTest, AreColouredOnlyWhenAsked)
 {
     auto timeline = Make(sim::Colour::Yes);
     timeline.Add(sim::Now(), sim::Timeline::Source::Step, L"a step");

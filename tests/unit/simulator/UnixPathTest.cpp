@@ -1,10 +1,10 @@
-#include "simulator/model/UnixPath.h"
-#include "simulator/model/Files.h"
+#include "simulator/base/UnixPath.h"
+#include "simulator/base/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-TEST(UnixPaths, AreWrittenWithSlashesAndReadBack)
+TEST(UnixPathTest, AreWrittenWithSlashesAndReadBack)
 {
     test::TemporaryFolder const folder;
     auto const inside = folder / L"an \u00F6 inside";
@@ -17,7 +17,7 @@ TEST(UnixPaths, AreWrittenWithSlashesAndReadBack)
     EXPECT_EQ(sim::WindowsPath(L"/dev/null"), L"Z:\\dev\\null");
 }
 
-TEST(UnixPaths, OfWindowsStayAsTheyAre)
+TEST(UnixPathTest, OfWindowsStayAsTheyAre)
 {
     EXPECT_EQ(sim::WindowsPath(L"C:\\a/b"), L"C:\\a/b");
     EXPECT_EQ(sim::WindowsPath(L"a/b"), L"a/b");

@@ -14,13 +14,13 @@ namespace
 constexpr auto fail = static_cast<std::int32_t>(0x80004005);
 constexpr auto outOfBounds = static_cast<std::int32_t>(0x8000000B);
 
-class Values : public testing::Test
+class ValueSetElements : public testing::Test
 {
   protected:
-    sim::LocalHost host;
+    sim::LocalDevice host;
 };
 
-class ValueSets : public Values
+class ValueSets : public ValueSetElements
 {
   protected:
     std::vector<std::wstring> Names() const
@@ -125,7 +125,7 @@ TEST_F(ValueSets, FailOnRequest)
     EXPECT_TRUE(set.Lookup(L"a"));
 }
 
-TEST_F(Values, KnowTheirTypes)
+TEST_F(ValueSetElements, KnowTheirTypes)
 {
     EXPECT_EQ(winrt::box_value(L"text").as<IPropertyValue>().Type(), PropertyType::String);
     EXPECT_EQ(winrt::box_value(5).as<IPropertyValue>().Type(), PropertyType::Int32);
@@ -135,7 +135,7 @@ TEST_F(Values, KnowTheirTypes)
     EXPECT_FALSE(PropertyValue::CreateEmpty());
 }
 
-TEST_F(Values, AreNotGivenAsAnotherType)
+TEST_F(ValueSetElements, AreNotGivenAsAnotherType)
 {
     auto const text = winrt::box_value(L"5").as<IPropertyValue>();
     EXPECT_EQ(FailureOf([&] { text.GetInt32(); }), TYPE_E_TYPEMISMATCH);
@@ -145,7 +145,7 @@ TEST_F(Values, AreNotGivenAsAnotherType)
     EXPECT_EQ(FailureOf([&] { array.GetInt64Array(wrong); }), TYPE_E_TYPEMISMATCH);
 }
 
-TEST_F(Values, MayBeArrays)
+TEST_F(ValueSetElements, MayBeArrays)
 {
     auto const array =
         PropertyValue::CreateStringArray({winrt::hstring(L"a"), winrt::hstring(L"b")}).as<IPropertyValue>();
@@ -154,7 +154,7 @@ TEST_F(Values, MayBeArrays)
     EXPECT_TRUE(std::ranges::equal(values, std::vector<winrt::hstring>{L"a", L"b"}));
 }
 
-TEST_F(Values, ThatAreArraysAreReferencesToThem)
+TEST_F(ValueSetElements, ThatAreArraysAreReferencesToThem)
 {
     using winrt::Windows::Foundation::IReferenceArray;
     auto const bytes = PropertyValue::CreateUInt8Array({1, 2, 3});
@@ -166,7 +166,7 @@ TEST_F(Values, ThatAreArraysAreReferencesToThem)
     EXPECT_EQ(PropertyValue::CreateInspectableArray({nullptr}).as<IReferenceArray<IInspectable>>().Value().size(), 1u);
 }
 
-TEST_F(Values, FailOnRequest)
+TEST_F(ValueSetElements, FailOnRequest)
 {
     host.SetFault(L"PropertyValue.CreateString now 0x80004005 1");
     EXPECT_EQ(FailureOf([] { winrt::box_value(L"text"); }), fail);

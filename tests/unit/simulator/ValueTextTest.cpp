@@ -1,7 +1,7 @@
 #include "simulator/runtime/values/ValueText.h"
 
-#include "simulator/model/Error.h"
-#include "simulator/model/SetText.h"
+#include "simulator/base/Error.h"
+#include "simulator/protocol/SetText.h"
 #include "simulator/runtime/values/ArrayOf.h"
 #include "tests/unit/simulator/BackgroundApp.h"
 
@@ -37,7 +37,7 @@ class ValueTexts : public testing::Test
         return std::vector<T>(values.begin(), values.end());
     }
 
-    sim::LocalHost host;
+    sim::LocalDevice host;
 };
 
 } // namespace
@@ -156,7 +156,7 @@ TEST_F(ValueTexts, AreRefusedWhenTheyAreNone)
     }
 }
 
-TEST(SetText, IsReadByPeople)
+TEST(ValueTextOfSets, IsReadByPeople)
 {
     std::wstring text;
     sim::AppendEntry(text, {L"CURI", L"String", L"https://x"});

@@ -39,7 +39,7 @@ std::int32_t ViewFixture::ResultOnView(std::function<void()> const& body)
     return result;
 }
 
-std::vector<std::wstring> ViewFixture::Reports() const
+std::vector<std::wstring> ViewFixture::Reports()
 {
     std::vector<std::wstring> texts;
     for (auto const& event : m_host.Reports())

@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/runtime/LocalHost.h"
+#include "simulator/testing/LocalDevice.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <functional>
@@ -19,8 +19,8 @@ class ViewFixture : public testing::Test
     std::int32_t ResultOnView(std::function<void()> const& body);
 
     // The texts of the device's reports, in order.
-    std::vector<std::wstring> Reports() const;
+    std::vector<std::wstring> Reports();
 
     test::TemporaryFolder m_package;
-    sim::LocalHost m_host;
+    sim::LocalDevice m_host;
 };

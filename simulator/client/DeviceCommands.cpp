@@ -1,0 +1,167 @@
+#include "simulator/client/DeviceCommands.h"
+
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Text.h"
+#include "simulator/package/Package.h"
+#include "simulator/protocol/CancellationReason.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace sim
+{
+
+namespace
+{
+
+std::wstring FirstOr(Words const& words, std::wstring other)
+{
+    return words.empty() ? std::move(other) : words.front();
+}
+
+// +15m, +24h, +30d
+std::int64_t MinutesIn(std::wstring const& step)
+{
+    constexpr std::pair<wchar_t, std::int64_t> units[] = {{L'm', 1}, {L'h', 60}, {L'd', 24 * 60}};
+    auto const isForward = step.size() > 2 && step.front() == L'+';
+    auto const number = isForward ? ParseNumber(step.substr(1, step.size() - 2)) : std::nullopt;
+    auto const* const unit =
+        std::ranges::find(units, step.empty() ? L' ' : step.back(), [](auto const& u) { return u.first; });
+    if (!number || *number == 0 || unit == std::end(units))
+    {
+        throw Error(L"the clock is put forward so: +15m, +24h or +30d");
+    }
+    return *number * unit->second;
+}
+
+std::uint32_t ReasonNamed(std::wstring const& name)
+{
+    auto const reason = CancellationReason::Parse(name);
+    return reason ? *reason
+                  : throw Error(L"there is no reason " + name + L"; the platform knows " + CancellationReason::Names());
+}
+
+template <typename Request>
+AnyRequest Plain(Words const&)
+{
+    return Request{};
+}
+
+AnyRequest Register(Words const& words)
+{
+    return RegisterPackage{FullPath(words.empty() ? PackageFolderFromEnvironment() : words[0])};
+}
+
+AnyRequest Launch(Words const& words)
+{
+    return LaunchApp{FirstOr(words, L"")};
+}
+
+AnyRequest Protocol(Words const& words)
+{
+    return OpenUri{words[0]};
+}
+
+AnyRequest Page(Words const& words)
+{
+    return RequestPage{words[0]};
+}
+
+AnyRequest SendPush(Words const& words)
+{
+    return Push{FirstOr(words, L"")};
+}
+
+AnyRequest Clock(Words const& words)
+{
+    return AdvanceClock{words.empty() ? 0 : MinutesIn(words[0])};
+}
+
+AnyRequest Cancel(Words const& words)
+{
+    return CancelTasks{ReasonNamed(words[0])};
+}
+
+AnyRequest ChangeFaults(Words const& words)
+{
+    return words == Words{L"clear"} ? AnyRequest(ClearFaults{}) : SetFault{ParseFault(words)};
+}
+
+constexpr std::size_t any = SIZE_MAX;
+
+constexpr DeviceCommand commands[] = {
+    {L"register", L"[FOLDER]", L"registers the package that lies in a folder",
+     L"  The folder holds AppxManifest.xml and the files that it names. It is used where it lies; registering again\n"
+     L"  reads its manifest again. Without FOLDER: the one in VELMO_SIM_PACKAGE.",
+     0, 1, Register},
+    {L"unregister", L"", L"removes the package and its app's data", L"", 0, 0, Plain<UnregisterPackage>},
+    {L"launch", L"[ARGUMENTS]", L"the user starts the app", L"", 0, 1, Launch},
+    {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, Protocol},
+    {L"suspend", L"", L"the system suspends the app: its Suspending event is raised", L"", 0, 0, Plain<SuspendApp>},
+    {L"page", L"CLASS", L"the framework makes the app's page of that class",
+     L"  In each of the two ways in which it can: by activating the class, and with the type that the app tells of "
+     L"it.\n"
+     L"  Neither shows it. sim events tells what came of it. An app that is not running is started.",
+     1, 1, Page},
+    {L"kill", L"", L"ends the app's process from outside, as Task Manager does", L"", 0, 0, Plain<KillApp>},
+    {L"push", L"[PAYLOAD]", L"a raw notification is sent to the app's channel",
+     L"  The payload is under 5 KB. It is lost without an open channel, or without a task that a push triggers.", 0, 1,
+     SendPush},
+    {L"clock", L"[+TIME]", L"shows the device's clock, or puts it forward",
+     L"  +15m, +24h or +30d. Timers that become due run, each once; a channel that becomes too old expires.", 0, 1,
+     Clock},
+    {L"revoke-channel", L"", L"ends the app's push channel before its time", L"", 0, 0, Plain<RevokeChannel>},
+    {L"tasks", L"", L"the registered background tasks, and those that run", L"", 0, 0, Plain<ShowTasks>},
+    {L"cancel-tasks", L"REASON", L"cancels the background tasks that run",
+     L"  REASON: Abort, Terminating, LoggingOff, ServicingUpdate, IdleTask, Uninstall, ConditionLoss, SystemPolicy,\n"
+     L"  QuietHoursEntered, ExecutionTimeExceeded, ResourceRevocation or EnergySaver.",
+     1, 1, Cancel},
+    {L"status", L"", L"what the device has registered and running, and the faults in force", L"", 0, 0,
+     Plain<ShowStatus>},
+    {L"fault", L"CALL KIND [NUMBER] [TIMES] [after CALLS] | clear", L"makes a call of the platform fail",
+     L"  now RESULT         the call fails with the HRESULT\n"
+     L"  completion RESULT  its asynchronous operation fails with the HRESULT\n"
+     L"  cancelled          its asynchronous operation ends as cancelled\n"
+     L"  status NUMBER      its asynchronous operation completes with the status, and does nothing\n"
+     L"  never              its asynchronous operation never ends\n"
+     L"  null               it succeeds and hands out null\n"
+     L"  delay MS           its asynchronous operation ends that many milliseconds later\n"
+     L"  unheard RESULT     its asynchronous operation refuses its completion handler with the HRESULT\n"
+     L"  ended              its asynchronous operation has ended when the call returns\n"
+     L"  TIMES: how many calls it strikes; without it all. CALLS: how many go well before. fault clear takes all\n"
+     L"  faults away.\n"
+     L"  A class name alone (CoreApplication) stands for getting the class. A wrong name lists the known calls.\n"
+     L"  Example: sim fault FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync completion 0x80070005 1",
+     1, any, ChangeFaults},
+};
+
+} // namespace
+
+std::span<DeviceCommand const> DeviceCommands()
+{
+    return commands;
+}
+
+DeviceCommand const* FindDeviceCommand(std::wstring_view name)
+{
+    auto const* const found = std::ranges::find(commands, name, &DeviceCommand::name);
+    return found == std::end(commands) ? nullptr : found;
+}
+
+AnyRequest RequestFor(Words const& words)
+{
+    auto const* const command = words.empty() ? nullptr : FindDeviceCommand(words[0]);
+    if (!command)
+    {
+        throw Error(words.empty() ? L"an empty command" : L"there is no command " + words[0]);
+    }
+    Words const arguments(words.begin() + 1, words.end());
+    if (arguments.size() < command->fewestWords || arguments.size() > command->mostWords)
+    {
+        throw Error(L"call it so: " + words[0] + L" " + std::wstring(command->arguments));
+    }
+    return command->request(arguments);
+}
+
+} // namespace sim

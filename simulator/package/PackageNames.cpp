@@ -1,0 +1,81 @@
+#include "simulator/package/PackageNames.h"
+
+#include "simulator/base/Error.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <windows.h>
+
+#include <bcrypt.h>
+
+namespace sim
+{
+
+namespace
+{
+
+using Digest = std::array<UCHAR, 32>;
+
+// By value: the call declares writable what it only reads.
+Digest Sha256(std::wstring text)
+{
+    BCRYPT_ALG_HANDLE algorithm = nullptr;
+    Digest digest{};
+    auto opened = BCryptOpenAlgorithmProvider(&algorithm, BCRYPT_SHA256_ALGORITHM, nullptr, 0);
+    if (!BCRYPT_SUCCESS(opened))
+    {
+        throw Error(L"the system offers no SHA-256");
+    }
+    auto* const data = reinterpret_cast<PUCHAR>(text.data());
+    auto const hashed = BCryptHash(algorithm, nullptr, 0, data, static_cast<ULONG>(text.size() * sizeof(wchar_t)),
+                                   digest.data(), static_cast<ULONG>(digest.size()));
+    BCryptCloseAlgorithmProvider(algorithm, 0);
+    if (!BCRYPT_SUCCESS(hashed))
+    {
+        throw Error(L"the system's SHA-256 failed");
+    }
+    return digest;
+}
+
+// Five bits a character, the last one filled up with zero bits.
+std::wstring Base32(UCHAR const* bytes, std::size_t count)
+{
+    std::wstring text;
+    unsigned buffer = 0;
+    int bits = 0;
+    auto const add = [&](unsigned value) { text += L"0123456789abcdefghjkmnpqrstvwxyz"[value & 31]; };
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        buffer = (buffer << 8) | bytes[i];
+        for (bits += 8; bits >= 5; bits -= 5)
+        {
+            add(buffer >> (bits - 5));
+        }
+    }
+    if (bits > 0)
+    {
+        add(buffer << (5 - bits));
+    }
+    return text;
+}
+
+} // namespace
+
+std::wstring PublisherId(std::wstring_view publisher)
+{
+    return Base32(Sha256(std::wstring(publisher)).data(), 8);
+}
+
+std::wstring PackageFamilyName(std::wstring_view name, std::wstring_view publisher)
+{
+    return std::wstring(name) + L"_" + PublisherId(publisher);
+}
+
+std::wstring ServerName(std::wstring_view familyName, std::wstring_view applicationId)
+{
+    auto const digest = Sha256(std::wstring(familyName) + L"!" + std::wstring(applicationId));
+    return std::wstring(applicationId) + L".AppX" + Base32(digest.data(), 20) + L".mca";
+}
+
+} // namespace sim

@@ -1,0 +1,43 @@
+#pragma once
+#include "simulator/platform/Journal.h"
+#include "simulator/platform/ProcessStarter.h"
+#include "simulator/platform/Registration.h"
+#include "simulator/protocol/Device.h"
+#include "simulator/protocol/Requests.h"
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace sim
+{
+
+// Starts the package's full-trust desktop component. Each launch is a process of its own; none is looked for again.
+class DesktopComponent
+{
+  public:
+    DesktopComponent(Device const& device, Registration const& registration, Journal& journal,
+                     ProcessStarter& processes);
+
+    // Gives 0, or the failing HRESULT that the platform gives. Throws Error when no package is registered.
+    std::int32_t Launch(LaunchDesktop const& launch);
+
+    // Nothing for a process that is none of them.
+    void ProcessEnded(unsigned long id, unsigned long exitCode);
+
+    void KillAll();
+
+    std::size_t RunningCount() const noexcept { return m_running.size(); }
+
+  private:
+    std::int32_t Start(Package const& package, std::wstring const& group, std::wstring const& parameters);
+
+    Device const& m_device;
+    Registration const& m_registration;
+    Journal& m_journal;
+    ProcessStarter& m_processes;
+    std::set<unsigned long> m_running;
+};
+
+} // namespace sim

@@ -1,0 +1,138 @@
+#include "simulator/platform/Dispatcher.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace sim
+{
+
+void Dispatcher::Post(Work work)
+{
+    std::lock_guard const lock(m_mutex);
+    m_posted.push_back(std::move(work));
+    ++m_postCount;
+    m_changed.notify_all();
+}
+
+void Dispatcher::PostAndWait(Work const& work)
+{
+    std::mutex mutex;
+    std::condition_variable ended;
+    bool hasEnded = false;
+    Post([&] {
+        work();
+        std::lock_guard const lock(mutex);
+        hasEnded = true;
+        ended.notify_all();
+    });
+    std::unique_lock lock(mutex);
+    ended.wait(lock, [&] { return hasEnded; });
+}
+
+Dispatcher::TimerId Dispatcher::SetTimer(unsigned milliseconds, Work work)
+{
+    std::lock_guard const lock(m_mutex);
+    m_timers.emplace(++m_lastTimer, Timer{m_time.Ticks() + milliseconds, std::move(work)});
+    return m_lastTimer;
+}
+
+void Dispatcher::CancelTimer(TimerId id)
+{
+    std::lock_guard const lock(m_mutex);
+    m_timers.erase(id);
+}
+
+bool Dispatcher::Step()
+{
+    Work work;
+    {
+        std::lock_guard const lock(m_mutex);
+        work = TakeDue();
+        m_isRunningWork = work != nullptr;
+    }
+    if (!work)
+    {
+        return false;
+    }
+    work();
+    work = nullptr; // what it holds goes before it counts as ended
+    std::lock_guard const lock(m_mutex);
+    m_isRunningWork = false;
+    m_changed.notify_all();
+    return true;
+}
+
+void Dispatcher::Run()
+{
+    for (;;)
+    {
+        while (Step())
+        {
+        }
+        std::unique_lock lock(m_mutex);
+        if (m_isStopped)
+        {
+            return;
+        }
+        auto const next = Next();
+        auto const now = m_time.Ticks();
+        if (!m_posted.empty() || (next != m_timers.end() && next->second.due <= now))
+        {
+            continue;
+        }
+        next == m_timers.end()
+            ? m_changed.wait(lock)
+            : static_cast<void>(m_changed.wait_for(lock, std::chrono::milliseconds(next->second.due - now)));
+    }
+}
+
+void Dispatcher::Stop()
+{
+    std::lock_guard const lock(m_mutex);
+    m_isStopped = true;
+    m_changed.notify_all();
+}
+
+void Dispatcher::TimeChanged()
+{
+    std::lock_guard const lock(m_mutex);
+    m_changed.notify_all();
+}
+
+std::uint64_t Dispatcher::WaitUntilIdle()
+{
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [&] {
+        auto const next = Next();
+        auto const timerIsDue = next != m_timers.end() && next->second.due <= m_time.Ticks();
+        return m_isStopped || (!m_isRunningWork && m_posted.empty() && !timerIsDue);
+    });
+    return m_postCount;
+}
+
+Dispatcher::Work Dispatcher::TakeDue()
+{
+    if (m_isStopped)
+    {
+        return nullptr;
+    }
+    if (auto const next = Next(); next != m_timers.end() && next->second.due <= m_time.Ticks())
+    {
+        return std::move(m_timers.extract(next).mapped().work);
+    }
+    if (m_posted.empty())
+    {
+        return nullptr;
+    }
+    auto work = std::move(m_posted.front());
+    m_posted.pop_front();
+    return work;
+}
+
+Dispatcher::Timers::iterator Dispatcher::Next()
+{
+    return std::ranges::min_element(m_timers, {}, [](auto const& timer) { return timer.second.due; });
+}
+
+} // namespace sim

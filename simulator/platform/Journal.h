@@ -1,0 +1,38 @@
+#pragma once
+#include "simulator/base/Handle.h"
+#include "simulator/protocol/Event.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace sim
+{
+
+// The device's record of events: a text file in UTF-8, a line for each, and a listener. Not thread-safe: its
+// owner serialises.
+class Journal
+{
+  public:
+    // Appends to the file, made when missing; without a path there is none. Throws Error when it cannot be opened.
+    explicit Journal(std::wstring path);
+
+    // Called for each event, after it has been written.
+    void Listen(std::function<void(Event const&)> listener);
+
+    // A line that the disk does not take is lost for the file, not for the listener. The file is not kept open: the
+    // device's folder may be removed at any time.
+    void Add(std::wstring kind, std::vector<std::wstring> details = {});
+
+  private:
+    void Write(std::string_view line) const;
+    Handle OpenFile() const;
+
+    std::wstring m_path;
+    std::function<void(Event const&)> m_listener;
+};
+
+// All events of a journal's file; none when it is missing.
+std::vector<Event> ReadJournal(std::wstring const& path);
+
+} // namespace sim

@@ -1,0 +1,295 @@
+#include "simulator/platform/Platform.h"
+
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/base/Overloaded.h"
+
+namespace sim
+{
+
+namespace
+{
+
+constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
+constexpr auto unspecifiedFailure = static_cast<std::int32_t>(0x80004005);
+
+} // namespace
+
+Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
+                   std::function<void()> switchOff, Limits limits, JournalFile journalFile)
+    : m_device(device), m_dispatcher(time),
+      m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring())),
+      m_clock(device.ClockFile(), time), m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)),
+      m_processes(std::move(processes)), m_app(m_device, m_registration, m_journal, *m_processes),
+      m_desktop(m_device, m_registration, m_journal, *m_processes), m_channel(device.ChannelFile(), m_journal, m_clock),
+      m_instances(m_app, m_journal, m_dispatcher, limits), m_services(m_registration, m_app, m_instances, m_journal),
+      m_tasks(device.TasksFile(), m_journal, m_clock, m_instances)
+{
+    m_journal.Listen([this](Event const& event) {
+        for (auto const& follower : m_followers)
+        {
+            follower->Send(EventHappened{event});
+        }
+    });
+    m_processes->Listen([this](unsigned long id, unsigned long exitCode) {
+        m_dispatcher.Post([this, id, exitCode] { ProcessEnded(id, exitCode); });
+    });
+}
+
+void Platform::Received(std::shared_ptr<Peer> from, FromProcess message)
+{
+    m_dispatcher.Post([this, from = std::move(from), message = std::move(message)] {
+        std::visit([&](auto const& said) { Handle(from, said); }, message);
+    });
+}
+
+void Platform::Closed(std::shared_ptr<Peer> from)
+{
+    m_dispatcher.Post([this, from = std::move(from)] { ConnectionEnded(from); });
+}
+
+void Platform::Register(Package package)
+{
+    m_registration.Set(std::move(package));
+}
+
+void Platform::ExpectApp(unsigned long processId)
+{
+    m_app.Expect(processId);
+}
+
+std::optional<std::uint32_t> Platform::StartInstance(TaskInstances::Content content)
+{
+    return m_instances.Start(std::move(content));
+}
+
+void Platform::CancelInstance(std::uint32_t instance, std::uint32_t reason)
+{
+    m_instances.Cancel(instance, reason);
+}
+
+void Platform::ReplaceChannel(std::wstring uri)
+{
+    m_channel.Replace(std::move(uri));
+}
+
+void Platform::EndProcesses()
+{
+    m_app.Kill();
+    m_desktop.KillAll();
+}
+
+void Platform::Handle(From const& from, Hello const& message)
+{
+    if (!m_app.IsExpected(message.processId))
+    {
+        from->Send(NotTheApp{});
+        return;
+    }
+    for (auto const& fault : m_faults.All())
+    {
+        from->Send(FaultSet{fault});
+    }
+    auto const& package = m_registration.Need();
+    from->Send(Welcome{package.FamilyName(), package.folder});
+    m_app.Attach(from); // sends the first activations: they find the faults in force
+}
+
+void Platform::Handle(From const& from, ActivationTaken const& message)
+{
+    auto const activation = m_app.Taken(*from, message.activation);
+    if (activation)
+    {
+        m_instances.Taken(from, InstanceOf(*activation));
+    }
+}
+
+void Platform::Handle(From const& from, sim::ExitAnnounced const&)
+{
+    m_app.ExitAnnounced(*from);
+}
+
+void Platform::Handle(From const& from, FaultStruck const& message)
+{
+    auto const fault = m_app.IsPeer(*from) ? m_faults.Use(message.call) : std::nullopt;
+    if (fault)
+    {
+        m_journal.Add(L"fault", fault->Details());
+    }
+}
+
+void Platform::Handle(From const& from, Report const& message)
+{
+    if (m_app.IsPeer(*from))
+    {
+        m_journal.Add(message.kind, message.details);
+    }
+}
+
+void Platform::Handle(From const& from, TaskReturned const& message)
+{
+    auto const returned = m_app.IsPeer(*from) ? m_instances.Returned(from, message.instance) : std::nullopt;
+    if (!returned)
+    {
+        return;
+    }
+    if (auto const* const service = std::get_if<ServiceStart>(&*returned))
+    {
+        m_services.ServiceReturned(service->connection, from);
+    }
+    m_instances.TellCancellation(message.instance);
+}
+
+void Platform::Handle(From const& from, TaskCompleted const& message)
+{
+    auto const ended = m_app.IsPeer(*from) ? m_instances.Completed(message.instance) : std::nullopt;
+    if (ended)
+    {
+        Ended(*ended);
+        m_instances.WatchIdleness();
+    }
+}
+
+void Platform::Handle(From const&, RequestCompleted const& message)
+{
+    m_services.Completed(message);
+}
+
+void Platform::Handle(From const&, RequestRefused const& message)
+{
+    m_services.Refused(message);
+}
+
+void Platform::Handle(From const&, ConnectionClosed const& message)
+{
+    m_services.Closed(message);
+}
+
+void Platform::Handle(From const& from, Request const& message)
+{
+    std::visit([&](auto const& request) { Answer(from, message.number, request); }, message.content);
+}
+
+void Platform::Handle(From const& from, Follow const&)
+{
+    for (auto const& event : ReadJournal(m_device.JournalFile()))
+    {
+        from->Send(EventHappened{event});
+    }
+    m_followers.push_back(from);
+}
+
+void Platform::Handle(From const&, SwitchOff const&)
+{
+    m_switchOff();
+}
+
+void Platform::Answer(From const& from, std::uint32_t number, OpenConnection const& request)
+{
+    m_services.Open(from, request, [from, number](auto const& answer) { from->Send(sim::Answer{number, answer}); });
+}
+
+void Platform::Answer(From const& from, std::uint32_t number, SendRequest const& request)
+{
+    m_services.Send(*from, request, [from, number](auto const& answer) { from->Send(sim::Answer{number, answer}); });
+}
+
+template <typename Request>
+void Platform::Answer(From const& from, std::uint32_t number, Request const& request)
+try
+{
+    typename Request::Answer const answer = AnswerTo(*from, request);
+    from->Send(sim::Answer{number, answer});
+}
+catch (Error const& error)
+{
+    from->Send(sim::Answer{number, Refused{error.Message()}});
+}
+
+ResponseTaken Platform::AnswerTo(Peer const&, GiveResponse const& request)
+{
+    return m_services.Respond(request);
+}
+
+ChannelCreated Platform::AnswerTo(Peer const& from, CreateChannel const&)
+{
+    if (!m_app.IsPeer(from))
+    {
+        return {elementNotFound};
+    }
+    auto const& channel = m_channel.Create();
+    return {0, channel.uri, channel.expiry};
+}
+
+TaskRegistered Platform::AnswerTo(Peer const& from, RegisterTask const& request)
+{
+    return m_app.IsPeer(from) ? m_tasks.Register(request) : TaskRegistered{elementNotFound};
+}
+
+TaskList Platform::AnswerTo(Peer const& from, ListTasks const&)
+{
+    TaskList list;
+    if (m_app.IsPeer(from))
+    {
+        for (auto const& task : m_tasks.All())
+        {
+            list.tasks.push_back({task.id, task.name});
+        }
+    }
+    return list;
+}
+
+TaskUnregistered Platform::AnswerTo(Peer const&, UnregisterTask const& request)
+{
+    m_tasks.Unregister(request);
+    return {};
+}
+
+DesktopLaunched Platform::AnswerTo(Peer const& from, LaunchDesktop const& request)
+try
+{
+    return {m_app.IsPeer(from) ? m_desktop.Launch(request) : elementNotFound};
+}
+catch (Error const& error)
+{
+    m_journal.Add(L"device-failed", {Detail(L"reason", error.Message())});
+    return {unspecifiedFailure};
+}
+
+void Platform::ConnectionEnded(From const& from)
+{
+    std::erase(m_followers, from);
+    m_services.CallerEnded(*from);
+    for (auto const& ended : m_instances.ProcessEnded(*from))
+    {
+        Ended(ended); // first: what it was to get goes to the next process
+    }
+    Lost(m_app.ConnectionClosed(*from));
+}
+
+void Platform::ProcessEnded(unsigned long id, unsigned long exitCode)
+{
+    Lost(m_app.ProcessEnded(id, exitCode));
+    m_desktop.ProcessEnded(id, exitCode);
+}
+
+void Platform::Lost(AppProcess::Activations const& activations)
+{
+    for (auto const& activation : activations)
+    {
+        if (auto const ended = m_instances.Lost(InstanceOf(activation)))
+        {
+            Ended(*ended);
+        }
+    }
+}
+
+void Platform::Ended(TaskInstances::Ended const& instance)
+{
+    std::visit(
+        Overloaded{[&](ServiceStart const& service) { m_services.ServiceEnded(service.connection, instance.end); },
+                   [&](TaskStart const& task) { m_tasks.InstanceEnded(task.instance); }},
+        instance.content);
+}
+
+} // namespace sim

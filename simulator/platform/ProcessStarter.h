@@ -1,0 +1,42 @@
+#pragma once
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace sim
+{
+
+struct ProcessRequest
+{
+    std::wstring executable;
+    std::wstring commandLine;
+    std::wstring folder;                                            // its current one
+    std::vector<std::pair<std::wstring, std::wstring>> environment; // in place of the platform's own values
+};
+
+struct StartedProcess
+{
+    unsigned long error = 0; // of the system; 0: started
+    unsigned long id = 0;
+};
+
+// Starts processes and tells when they end.
+class ProcessStarter
+{
+  public:
+    using Ended = std::function<void(unsigned long id, unsigned long exitCode)>;
+
+    // Nothing is told any more when it returns.
+    virtual ~ProcessStarter() = default;
+
+    // ended: called once for each process that was started, on any thread. Once, before the first Start.
+    virtual void Listen(Ended ended) = 0;
+
+    virtual StartedProcess Start(ProcessRequest const& request) = 0;
+
+    // Ends a process that was started here and still runs.
+    virtual void Kill(unsigned long id, unsigned long exitCode) = 0;
+};
+
+} // namespace sim

@@ -1,0 +1,53 @@
+#pragma once
+#include "simulator/platform/Clock.h"
+#include "simulator/platform/Journal.h"
+
+#include <optional>
+#include <string>
+
+namespace sim
+{
+
+// The app's push channel, kept on the device. The URI stays the same until the channel expires or is revoked.
+class PushChannel
+{
+  public:
+    struct Channel
+    {
+        std::wstring uri;
+        std::int64_t expiry; // of the clock
+    };
+
+    // file: where it is kept. Throws Error when that cannot be read.
+    PushChannel(std::wstring file, Journal& journal, Clock const& clock);
+
+    // The live channel, or a new one. Throws Error when that cannot be kept.
+    Channel const& Create();
+
+    // Opens a new channel with a URI of the caller's choice, in place of the one that is there. Throws Error.
+    void Replace(std::wstring uri);
+
+    bool IsLive() const { return m_channel.has_value(); }
+
+    // Ends the channel, if there is one.
+    void Revoke();
+
+    // Ends the channel if its time is over.
+    void ClockAdvanced();
+
+    // Forgets it.
+    void Remove();
+
+    // For people.
+    std::wstring Status() const;
+
+  private:
+    Channel const& Open(std::wstring uri);
+
+    std::wstring m_file;
+    Journal& m_journal;
+    Clock const& m_clock;
+    std::optional<Channel> m_channel;
+};
+
+} // namespace sim

@@ -1,0 +1,229 @@
+#include "simulator/platform/TaskInstances.h"
+
+#include "simulator/base/Error.h"
+#include "simulator/base/Overloaded.h"
+#include "simulator/protocol/CancellationReason.h"
+
+namespace sim
+{
+
+namespace
+{
+
+std::wstring const& NameIn(TaskInstances::Content const& content)
+{
+    return std::visit(Overloaded{[](ServiceStart const& start) -> auto const& { return start.service; },
+                                 [](TaskStart const& start) -> auto const& { return start.task; }},
+                      content);
+}
+
+// Of an app service; 0 for a task.
+std::uint32_t ConnectionIn(TaskInstances::Content const& content)
+{
+    auto const* const service = std::get_if<ServiceStart>(&content);
+    return service ? service->connection : 0;
+}
+
+std::vector<std::wstring> DetailsOf(std::uint32_t instance, TaskInstances::Content const& content)
+{
+    return {Detail(L"instance", std::to_wstring(instance)), Detail(L"name", NameIn(content))};
+}
+
+} // namespace
+
+TaskInstances::TaskInstances(AppProcess& app, Journal& journal, Dispatcher& dispatcher, Limits limits)
+    : m_app(app), m_journal(journal), m_dispatcher(dispatcher), m_limits(limits)
+{
+}
+
+std::optional<std::uint32_t> TaskInstances::Start(Content content)
+{
+    m_dispatcher.CancelTimer(m_idleLimit);
+    auto const number = ++m_last;
+    std::visit([&](auto& start) { start.instance = number; }, content);
+    m_journal.Add(L"task-started", DetailsOf(number, content));
+    m_instances.emplace(number, Instance{content});
+    try
+    {
+        std::visit([&](auto const& start) { m_app.Activate(start); }, content);
+        return number;
+    }
+    catch (Error const&)
+    {
+        Lost(number); // why is in the journal already
+        return std::nullopt;
+    }
+}
+
+void TaskInstances::Taken(std::shared_ptr<Peer> const& app, std::uint32_t instance)
+{
+    auto const entry = m_instances.find(instance);
+    if (entry != m_instances.end() && !entry->second.app)
+    {
+        entry->second.app = app;
+        SetLimit(*entry);
+    }
+}
+
+std::optional<TaskInstances::Content> TaskInstances::Returned(std::shared_ptr<Peer> const& app, std::uint32_t instance)
+{
+    Taken(app, instance);
+    auto const entry = m_instances.find(instance);
+    if (entry == m_instances.end() || std::exchange(entry->second.hasReturned, true))
+    {
+        return std::nullopt;
+    }
+    return entry->second.content;
+}
+
+std::optional<TaskInstances::Ended> TaskInstances::Completed(std::uint32_t instance)
+{
+    auto const entry = m_instances.find(instance);
+    if (entry == m_instances.end() || !entry->second.app)
+    {
+        return std::nullopt;
+    }
+    entry->second.app->Send(TaskEnded{instance, ConnectionIn(entry->second.content)});
+    return Remove(entry, entry->second.cancelReason ? End::Cancelled : End::Completed, L"task-completed");
+}
+
+std::optional<TaskInstances::Ended> TaskInstances::Lost(std::uint32_t instance)
+{
+    auto const entry = m_instances.find(instance);
+    return entry == m_instances.end() ? std::nullopt : std::optional(Remove(entry, End::Gone, L"task-lost"));
+}
+
+std::vector<TaskInstances::Ended> TaskInstances::ProcessEnded(Peer const& app)
+{
+    std::vector<Ended> ended;
+    for (auto entry = m_instances.begin(); entry != m_instances.end();)
+    {
+        auto const current = entry++;
+        if (current->second.app.get() == &app)
+        {
+            ended.push_back(Remove(current, End::Gone, L"task-lost"));
+        }
+    }
+    return ended;
+}
+
+void TaskInstances::Cancel(std::uint32_t instance, std::uint32_t reason)
+{
+    auto const entry = m_instances.find(instance);
+    if (entry != m_instances.end())
+    {
+        Cancel(*entry, reason);
+    }
+}
+
+void TaskInstances::CancelTask(std::wstring const& taskId, std::uint32_t reason)
+{
+    for (auto& entry : m_instances)
+    {
+        auto const* const start = std::get_if<TaskStart>(&entry.second.content);
+        if (start && start->taskId == taskId)
+        {
+            Cancel(entry, reason);
+        }
+    }
+}
+
+void TaskInstances::CancelAll(std::uint32_t reason)
+{
+    for (auto& entry : m_instances)
+    {
+        Cancel(entry, reason);
+    }
+}
+
+void TaskInstances::TellCancellation(std::uint32_t instance)
+{
+    auto const entry = m_instances.find(instance);
+    if (entry != m_instances.end() && entry->second.hasReturned && entry->second.cancelReason)
+    {
+        entry->second.app->Send(
+            TaskCancelled{instance, ConnectionIn(entry->second.content), *entry->second.cancelReason});
+    }
+}
+
+void TaskInstances::WatchIdleness()
+{
+    if (!IsIdle())
+    {
+        return;
+    }
+    m_journal.Add(L"app-idle");
+    m_idleLimit = m_dispatcher.SetTimer(m_limits.idle, [this] {
+        if (IsIdle()) // the user may have launched the app meanwhile
+        {
+            m_app.Terminate();
+        }
+    });
+}
+
+std::wstring TaskInstances::Text() const
+{
+    std::wstring text;
+    for (auto const& [number, instance] : m_instances)
+    {
+        text += L"\n  " + std::to_wstring(number) + L" " + NameIn(instance.content);
+        text += instance.app ? L"" : L", waits for the app";
+        text += instance.cancelReason ? L", cancelled" : L"";
+    }
+    return text;
+}
+
+void TaskInstances::Cancel(Map::value_type& entry, std::uint32_t reason)
+{
+    auto& [number, instance] = entry;
+    if (instance.cancelReason)
+    {
+        return;
+    }
+    instance.cancelReason = reason;
+    auto details = DetailsOf(number, instance.content);
+    details.push_back(Detail(L"reason", CancellationReason::NameOf(reason)));
+    m_journal.Add(L"task-cancelled", std::move(details));
+    TellCancellation(number);
+    if (instance.app)
+    {
+        SetLimit(entry);
+    }
+}
+
+// The limit that the instance now has in place of the one before. An app service lives as long as its caller does.
+void TaskInstances::SetLimit(Map::value_type& entry)
+{
+    auto& [number, instance] = entry;
+    m_dispatcher.CancelTimer(instance.limit);
+    if (instance.cancelReason)
+    {
+        instance.limit = m_dispatcher.SetTimer(m_limits.afterCancel, [this, id = number] { Overdue(id); });
+    }
+    else if (std::holds_alternative<TaskStart>(instance.content))
+    {
+        instance.limit = m_dispatcher.SetTimer(
+            m_limits.task, [this, id = number] { Cancel(id, CancellationReason::executionTimeExceeded); });
+    }
+}
+
+void TaskInstances::Overdue(std::uint32_t instance)
+{
+    m_journal.Add(L"task-overdue", DetailsOf(instance, m_instances.at(instance).content));
+    m_app.Terminate();
+}
+
+TaskInstances::Ended TaskInstances::Remove(Map::iterator entry, End end, std::wstring const& event)
+{
+    auto const node = m_instances.extract(entry);
+    m_dispatcher.CancelTimer(node.mapped().limit);
+    m_journal.Add(event, DetailsOf(node.key(), node.mapped().content));
+    return {node.mapped().content, end};
+}
+
+bool TaskInstances::IsIdle() const
+{
+    return m_instances.empty() && m_app.RunsInBackgroundOnly();
+}
+
+} // namespace sim

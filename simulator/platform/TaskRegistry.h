@@ -1,0 +1,43 @@
+#pragma once
+#include "simulator/protocol/Activation.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace sim
+{
+
+struct RegisteredTask
+{
+    std::wstring id; // a GUID without braces
+    std::wstring name;
+    Trigger trigger = Trigger::Push;
+    unsigned minutes = 0; // of a timer: its period
+    bool once = false;    // of a timer: it runs a single time
+    std::int64_t due = 0; // of a timer: when it runs next, by the device's clock
+};
+
+// The registrations of background tasks, in their order, kept on the device.
+class TaskRegistry
+{
+  public:
+    // file: where they are kept. Throws Error when that cannot be read.
+    explicit TaskRegistry(std::wstring file);
+
+    std::vector<RegisteredTask> const& All() const noexcept { return m_tasks; }
+
+    // These throw Error, and change nothing, when the change cannot be kept.
+    void Add(RegisteredTask task);
+    void Remove(std::wstring const& id); // nothing when there is none of that id
+    void SetDue(std::wstring const& id, std::int64_t due);
+    void Clear();
+
+  private:
+    void Keep(std::vector<RegisteredTask> tasks);
+
+    std::wstring m_file;
+    std::vector<RegisteredTask> m_tasks;
+};
+
+} // namespace sim

@@ -1,0 +1,24 @@
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The platform's BackgroundTaskCancellationReason.
+namespace sim::CancellationReason
+{
+
+constexpr std::uint32_t abort = 0;
+constexpr std::uint32_t executionTimeExceeded = 9;
+constexpr std::uint32_t resourceRevocation = 10;
+
+// Its name in the platform; the number itself for one that has none.
+std::wstring NameOf(std::uint32_t reason);
+
+// nullopt when there is none of that name.
+std::optional<std::uint32_t> Parse(std::wstring_view name);
+
+// All names, separated by blanks.
+std::wstring Names();
+
+} // namespace sim::CancellationReason

@@ -1,0 +1,34 @@
+#pragma once
+#include "simulator/base/Moment.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim
+{
+
+// Something that happened on the device, seen from the platform's side.
+struct Event
+{
+    Moment time = 0;
+    std::wstring kind;                 // one word, such as desktop-started
+    std::vector<std::wstring> details; // each name=value
+
+    // One line, as in the journal; ParseEvent reads it back.
+    std::wstring Line() const;
+
+    // The same without the date and time.
+    std::wstring Text() const;
+
+    // The value of the detail of that name.
+    std::optional<std::wstring> Detail(std::wstring_view name) const;
+};
+
+std::wstring Detail(std::wstring_view name, std::wstring_view value);
+
+// nullopt for a line that is none.
+std::optional<Event> ParseEvent(std::wstring_view line);
+
+} // namespace sim

@@ -1,0 +1,74 @@
+#include "simulator/runtime/ProcessHost.h"
+
+#include "simulator/base/Error.h"
+#include "simulator/protocol/Encoding.h"
+#include "simulator/protocol/Pipe.h"
+#include "simulator/protocol/PipeChannel.h"
+
+#include <windows.h>
+
+namespace sim
+{
+
+namespace
+{
+
+constexpr UINT stowedException = 0xC000027B; // the exit code of a process whose app failed
+
+class PipeLink : public PlatformLink
+{
+  public:
+    explicit PipeLink(std::shared_ptr<PipeChannel> channel) : m_channel(std::move(channel)) {}
+
+    bool Send(FromProcess const& message) override
+    {
+        auto const bytes = Encode(message);
+        if (bytes.size() > largestMessage)
+        {
+            return false;
+        }
+        m_channel->Send(bytes);
+        m_channel->Flush();
+        return true;
+    }
+
+  private:
+    std::shared_ptr<PipeChannel> m_channel;
+};
+
+std::shared_ptr<PipeChannel> OpenChannel(Device const& device)
+{
+    auto pipe = ConnectPipe(device.PipeName());
+    return pipe ? PipeChannel::Open(std::move(pipe)) : throw Error(L"no broker serves the device");
+}
+
+} // namespace
+
+std::shared_ptr<ProcessHost> ProcessHost::Connected()
+try
+{
+    auto const device = Device::FromEnvironment();
+    auto const channel = OpenChannel(device);
+    auto host = std::make_shared<ProcessHost>(device);
+    channel->Start({[host](std::string_view message) { host->Received(Decode<ToProcess>(message)); },
+                    [host] { host->Disconnected(); }});
+    host->Connect(std::make_shared<PipeLink>(channel), GetCurrentProcessId());
+    return host;
+}
+catch (Error const& error)
+{
+    throw winrt::hresult_error(HRESULT_FROM_WIN32(APPMODEL_ERROR_NO_PACKAGE), error.Message());
+}
+
+void ProcessHost::Fail(std::int32_t)
+{
+    TerminateProcess(GetCurrentProcess(), stowedException);
+    __builtin_unreachable();
+}
+
+void ProcessHost::PlatformLost()
+{
+    TerminateProcess(GetCurrentProcess(), 1);
+}
+
+} // namespace sim

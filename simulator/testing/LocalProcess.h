@@ -1,0 +1,91 @@
+#pragma once
+#include "simulator/platform/Platform.h"
+#include "simulator/runtime/Host.h"
+#include "simulator/testing/DeferralLog.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace sim
+{
+
+// The host of a "process" that is some threads of the test's. It speaks to the platform through memory. What it is
+// asked to do on a device that is no more is lost, as between processes.
+class LocalProcess : public Host
+{
+  public:
+    // A launch of the desktop component that the app has asked for, and the platform's answer, which the app does not
+    // have yet.
+    struct Launched
+    {
+        std::wstring application;
+        std::optional<std::wstring> group;
+        std::shared_ptr<LocalProcess> process;
+        Answer answer;
+
+        // Once. result: takes the place of the platform's success. Runs the app's continuations on a thread of the
+        // multi-threaded apartment and waits for them. Not called at all, the operation never ends.
+        void Complete(std::int32_t result = 0) const;
+    };
+
+    // platform: outlives this.
+    LocalProcess(Device const& device, Platform& platform) : Host(device), m_platform(platform) {}
+
+    // Connects as the process of that id.
+    void Start(std::uint32_t id);
+
+    // Its connection closes; it is still told what others answer.
+    void CloseConnection();
+
+    // No fault strikes what the calling thread calls from now on.
+    void SpareThisThread();
+
+    void SetWindowContent(IInspectable content);
+    void SetPackageFolder(std::wstring folder);
+
+    Launched WaitForLaunch();
+    std::size_t UnfetchedLaunches() const;
+    std::optional<std::int32_t> Failure() const;
+    DeferralLog const& Deferrals() const noexcept { return m_deferrals; }
+
+    void WaitForWork() { Work().Wait(); }
+
+    std::optional<Fault> TakeFault(std::wstring_view call) override;
+    std::wstring PackageFolder() const override;
+    void Fail(std::int32_t result) override;
+    IInspectable WindowContent() override;
+    void DeferralTaken(std::uint32_t request) override { m_deferrals.Taken(request); }
+    void DeferralCompleted(std::uint32_t request) override { m_deferrals.Completed(request); }
+
+  protected:
+    void AppEnded() override;
+
+  private:
+    class Link;
+
+    void NewPeer(std::uint32_t id);
+    void Sent(FromProcess const& message);
+    void Arrived(ToProcess const& message);
+
+    Platform& m_platform;
+    DeferralLog m_deferrals;
+    mutable std::mutex m_mutex; // over all that follows
+    std::condition_variable m_launchCame;
+    std::shared_ptr<Peer> m_peer;
+    std::uint32_t m_id = 0;
+    std::map<std::uint32_t, LaunchDesktop> m_launches; // asked for, by the number of the request
+    std::deque<Launched> m_launched;
+    std::set<unsigned long> m_sparedThreads;
+    IInspectable m_windowContent;
+    std::wstring m_packageFolder;
+    std::optional<std::int32_t> m_failure;
+};
+
+} // namespace sim
