@@ -36,9 +36,8 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 guesses which class a released object is of, and then warns of what such an object would do.
     target_compile_options(velmo_options INTERFACE -Wno-free-nonheap-object)
-    # Where sources share a compilation unit, it takes each for a header, whose unnamed types would differ from file to
-    # file; and a name for shadowed that only another source's headers declare. clang warns of shadowing in each source.
-    target_compile_options(velmo_options INTERFACE -Wno-subobject-linkage -Wno-shadow)
+    # clang warns of shadowing where it misleads.
+    target_compile_options(velmo_options INTERFACE -Wno-shadow)
     if(WIN32)
         # A section for each function of each template: more than the 65,279 of an ordinary object file.
         target_compile_options(velmo_options INTERFACE -Wa,-mbig-obj)
