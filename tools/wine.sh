@@ -1,8 +1,18 @@
 # shellcheck shell=bash
 # Sourced: the Wine server of a prefix.
 
-# stop_wine PREFIX: ends the server, and with it all that runs in the prefix.
-stop_wine() { WINEPREFIX=$1 WINEDEBUG=-all wineserver -k || true; }
+# stop_wine PREFIX: ends the server, and with it all that runs in the prefix. A process that is just starting outlives
+# its server and waits for it without end.
+stop_wine() {
+    local process
+    WINEPREFIX=$1 WINEDEBUG=-all wineserver -k || true
+    for process in /proc/[0-9]*; do
+        if [[ $(readlink "$process/exe") == */wine64* ]] && grep -qzxF "WINEPREFIX=$1" "$process/environ"; then
+            kill -KILL "${process#/proc/}"
+        fi
+    done 2>/dev/null
+    return 0
+}
 
 # wine_meeting PREFIX: the folder where the server listens. Debian's Wine keeps it in a temporary one, which copies of a
 # prefix share, and names that in the prefix.
