@@ -75,12 +75,12 @@ void Dispatcher::Run()
         {
             return;
         }
-        auto const next = Next();
         auto const now = m_time.Ticks();
-        if (!m_posted.empty() || (next != m_timers.end() && next->second.due <= now))
+        if (IsDue(now))
         {
             continue;
         }
+        auto const next = Next();
         next == m_timers.end()
             ? m_changed.wait(lock)
             : static_cast<void>(m_changed.wait_for(lock, std::chrono::milliseconds(next->second.due - now)));
@@ -103,11 +103,7 @@ void Dispatcher::TimeChanged()
 std::uint64_t Dispatcher::WaitUntilIdle()
 {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] {
-        auto const next = Next();
-        auto const timerIsDue = next != m_timers.end() && next->second.due <= m_time.Ticks();
-        return m_isStopped || (!m_isRunningWork && m_posted.empty() && !timerIsDue);
-    });
+    m_changed.wait(lock, [&] { return m_isStopped || (!m_isRunningWork && !IsDue(m_time.Ticks())); });
     return m_postCount;
 }
 
@@ -117,9 +113,9 @@ Dispatcher::Work Dispatcher::TakeDue()
     {
         return nullptr;
     }
-    if (auto const next = Next(); next != m_timers.end() && next->second.due <= m_time.Ticks())
+    if (IsTimerDue(m_time.Ticks()))
     {
-        return std::move(m_timers.extract(next).mapped().work);
+        return std::move(m_timers.extract(Next()).mapped().work);
     }
     if (m_posted.empty())
     {
@@ -128,6 +124,17 @@ Dispatcher::Work Dispatcher::TakeDue()
     auto work = std::move(m_posted.front());
     m_posted.pop_front();
     return work;
+}
+
+bool Dispatcher::IsDue(std::uint64_t now)
+{
+    return !m_posted.empty() || IsTimerDue(now);
+}
+
+bool Dispatcher::IsTimerDue(std::uint64_t now)
+{
+    auto const next = Next();
+    return next != m_timers.end() && next->second.due <= now;
 }
 
 Dispatcher::Timers::iterator Dispatcher::Next()

@@ -64,8 +64,11 @@ class Dispatcher
 
     using Timers = std::map<TimerId, Timer>;
 
-    Work TakeDue();          // with the lock held
-    Timers::iterator Next(); // with the lock held: the earliest timer
+    // With the lock held.
+    Work TakeDue();
+    bool IsDue(std::uint64_t now); // whether there is work
+    bool IsTimerDue(std::uint64_t now);
+    Timers::iterator Next(); // the earliest timer
 
     TimeSource const& m_time;
     std::mutex m_mutex; // over all that follows
