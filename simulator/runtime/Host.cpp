@@ -143,22 +143,7 @@ void Host::Handle(FaultsCleared const&)
     m_faults.Clear();
 }
 
-void Host::Handle(TaskCancelled const& message)
-{
-    m_router.Add(message);
-}
-
-void Host::Handle(TaskEnded const& message)
-{
-    m_router.Add(message);
-}
-
-void Host::Handle(RequestArrived const& message)
-{
-    m_router.Add(message);
-}
-
-void Host::Handle(OtherEndClosed const& message)
+void Host::Handle(MessageRouter::Message const& message)
 {
     m_router.Add(message);
 }

@@ -129,16 +129,13 @@ class Host : public std::enable_shared_from_this<Host>
         bool isOnPool; // else where the answer arrives
     };
 
-    // One for each message of the platform.
+    // One for each message of the platform; those for connections and instances are the router's.
     void Handle(Welcome const& message);
     void Handle(NotTheApp const& message);
     void Handle(Activate const& message);
     void Handle(FaultSet const& message);
     void Handle(FaultsCleared const& message);
-    void Handle(TaskCancelled const& message);
-    void Handle(TaskEnded const& message);
-    void Handle(RequestArrived const& message);
-    void Handle(OtherEndClosed const& message);
+    void Handle(MessageRouter::Message const& message);
     void Handle(Answer const& message);
     void Handle(EventHappened const& message);
 
