@@ -13,6 +13,11 @@ namespace
 constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
 constexpr auto unspecifiedFailure = static_cast<std::int32_t>(0x80004005);
 
+auto ReplyTo(std::shared_ptr<Peer> const& from, std::uint32_t number)
+{
+    return [from, number](AnyAnswer const& answer) { from->Send(Answer{number, answer}); };
+}
+
 } // namespace
 
 Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
@@ -186,12 +191,12 @@ void Platform::Handle(From const&, SwitchOff const&)
 
 void Platform::Answer(From const& from, std::uint32_t number, OpenConnection const& request)
 {
-    m_services.Open(from, request, [from, number](auto const& answer) { from->Send(sim::Answer{number, answer}); });
+    m_services.Open(from, request, ReplyTo(from, number));
 }
 
 void Platform::Answer(From const& from, std::uint32_t number, SendRequest const& request)
 {
-    m_services.Send(*from, request, [from, number](auto const& answer) { from->Send(sim::Answer{number, answer}); });
+    m_services.Send(*from, request, ReplyTo(from, number));
 }
 
 template <typename Request>
@@ -199,11 +204,11 @@ void Platform::Answer(From const& from, std::uint32_t number, Request const& req
 try
 {
     typename Request::Answer const answer = AnswerTo(*from, request);
-    from->Send(sim::Answer{number, answer});
+    ReplyTo(from, number)(answer);
 }
 catch (Error const& error)
 {
-    from->Send(sim::Answer{number, Refused{error.Message()}});
+    ReplyTo(from, number)(Refused{error.Message()});
 }
 
 ResponseTaken Platform::AnswerTo(Peer const&, GiveResponse const& request)
