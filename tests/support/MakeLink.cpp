@@ -28,7 +28,7 @@ std::wstring UnixPath(ToUnixPath convert, std::wstring const& path)
     return std::wstring(narrow.begin(), narrow.end()); // a test's folder has a plain name
 }
 
-// Wine returns no handle of such a process, so this waits for the link itself.
+// Wine returns no handle to a Linux process, so this function waits until the link exists.
 void RunUntilThere(std::wstring commandLine, std::wstring const& link)
 {
     auto const folder = link.substr(0, link.rfind(L'\\'));
