@@ -23,16 +23,15 @@ if(VELMO_NATIVE_SANITIZERS)
     target_compile_options(googletest PUBLIC -fsanitize=address,undefined)
 endif()
 
-# velmo_test(NAME sources... LIBRARIES libs... [WRAP functions...] [LABELS labels...] [LOCK resource] [COST seconds])
+# velmo_test(NAME sources... LIBRARIES libs... [WRAP functions...] [LABELS labels...] [COST seconds])
 #   LIBRARIES  what is tested
 #   WRAP       imported functions that this program replaces: define __wrap___imp_X, call __real___imp_X
 #   LABELS     unit, flow, e2e, native
-#   LOCK       a resource that only one program at a time may use
 #   COST       what takes long starts first
 # The program is one test of ctest: a process for each of its tests would take longer to start than the test. It prints
 # what fails, and ends a test that hangs (tests/support/Main.cpp). `./dev test NAME` runs those of its tests that match.
 function(velmo_test name)
-    cmake_parse_arguments(arg "" "LOCK;COST" "LIBRARIES;WRAP;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "" "COST" "LIBRARIES;WRAP;LABELS" ${ARGN})
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test_support googletest velmo_options)
     foreach(function ${arg_WRAP})
@@ -40,9 +39,6 @@ function(velmo_test name)
     endforeach()
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT 900)
-    if(arg_LOCK)
-        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK ${arg_LOCK})
-    endif()
     if(arg_COST)
         set_tests_properties(${name} PROPERTIES COST ${arg_COST})
     endif()

@@ -3,40 +3,34 @@
 #include "tests/support/Files.h"
 
 #include <gtest/gtest.h>
-#include <ranges>
 #include <windows.h>
 
 namespace test
 {
 
 SuiteProgram::SuiteProgram(Kind kind)
+    : m_folderForPrograms([this](auto, HKEY, auto, auto, DWORD, DWORD*, void* data, DWORD* size) {
+          auto const& folder = m_programs.Path();
+          EXPECT_LT(folder.size() * sizeof(wchar_t), *size);
+          folder.copy(static_cast<wchar_t*>(data), folder.size());
+          static_cast<wchar_t*>(data)[folder.size()] = L'\0';
+          return LSTATUS{ERROR_SUCCESS};
+      })
 {
-    wchar_t programs[MAX_PATH] = {};
-    GetEnvironmentVariableW(L"ProgramFiles(x86)", programs, MAX_PATH);
-    m_folders[0] = std::wstring(programs) + L"\\Velmo";
-    m_folders[1] = m_folders[0] + L"\\Velmo Tessaline";
-    m_folders[2] = m_folders[1] + L"\\HOV";
-    m_path = m_folders[2] + L"\\Tessaline.exe";
-    for (auto const& folder : m_folders)
+    auto folder = m_programs.Path();
+    for (auto const* const name : {L"\\Velmo", L"\\Velmo Tessaline", L"\\HOV"})
     {
-        CreateDirectoryW(folder.c_str(), nullptr);
+        folder += name;
+        EXPECT_TRUE(CreateDirectoryW(folder.c_str(), nullptr)) << GetLastError();
     }
+    auto const program = folder + L"\\Tessaline.exe";
     if (kind == Kind::WithVersion)
     {
-        EXPECT_TRUE(CopyFileW(VERSIONED_PROGRAM, m_path.c_str(), FALSE)) << GetLastError();
+        EXPECT_TRUE(CopyFileW(VERSIONED_PROGRAM, program.c_str(), FALSE)) << GetLastError();
     }
     else
     {
-        WriteBytes(m_path, "no program");
-    }
-}
-
-SuiteProgram::~SuiteProgram()
-{
-    DeleteFileW(m_path.c_str());
-    for (auto const& folder : m_folders | std::views::reverse)
-    {
-        RemoveDirectoryW(folder.c_str());
+        WriteBytes(program, "no program");
     }
 }
 

@@ -1,4 +1,7 @@
 #pragma once
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WrappedSystem.h"
+
 #include <string>
 
 namespace test
@@ -7,8 +10,9 @@ namespace test
 // The version of the program that SuiteProgram installs.
 inline constexpr wchar_t suiteVersion[] = L"12.0.65535.32768";
 
-// Installs the desktop suite's program while it exists, with a version or without one. The install folder belongs to
-// the machine, so tests that use this run one at a time.
+// Installs the desktop suite's program for this process while it exists, with a version or without one: the system's
+// folder for programs is then a folder of its own. In the machine's own folder other programs would find it, and one
+// that reads its version would keep it from being removed.
 class SuiteProgram
 {
   public:
@@ -19,13 +23,10 @@ class SuiteProgram
     };
 
     explicit SuiteProgram(Kind kind = Kind::WithVersion);
-    SuiteProgram(SuiteProgram const&) = delete;
-    SuiteProgram& operator=(SuiteProgram const&) = delete;
-    ~SuiteProgram();
 
   private:
-    std::wstring m_folders[3]; // made for it, the outermost first
-    std::wstring m_path;
+    TemporaryFolder m_programs;
+    RegGetValueCall m_folderForPrograms;
 };
 
 } // namespace test
