@@ -33,6 +33,7 @@ ZANT_Event_t* CreateEvnt() noexcept
     if (!record || CreateEvntIntl(record) != 0)
     {
         // The record without an event leaks: a few bytes, when the system is out of handles.
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
         LogFromUtils(LogLevel::Warn, category, L"Failed in CreateEvnt");
         return nullptr;
     }

@@ -15,9 +15,9 @@ namespace sim
 namespace
 {
 
-std::wstring FirstOr(Words const& words, std::wstring other)
+std::wstring FirstOr(Words const& words, std::wstring const& other)
 {
-    return words.empty() ? std::move(other) : words.front();
+    return words.empty() ? other : words.front();
 }
 
 // +15m, +24h, +30d

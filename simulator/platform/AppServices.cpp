@@ -16,7 +16,7 @@ void AppServices::Open(std::shared_ptr<Peer> const& caller, OpenConnection const
                        Reply<OpenConnection> const& reply)
 {
     auto const* const package = m_registration.Current();
-    if (!package || !EqualIgnoringCase(request.family, package->FamilyName()))
+    if (package == nullptr || !EqualIgnoringCase(request.family, package->FamilyName()))
     {
         reply({OpenStatus::AppNotInstalled});
         return;

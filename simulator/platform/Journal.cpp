@@ -35,7 +35,7 @@ void Journal::Add(std::wstring kind, std::vector<std::wstring> details)
     }
 }
 
-void Journal::Write(std::string_view line) const
+void Journal::Write(std::string const& line) const
 {
     DWORD written = 0;
     if (auto const file = OpenFile())

@@ -25,7 +25,7 @@ class Journal
     void Add(std::wstring kind, std::vector<std::wstring> details = {});
 
   private:
-    void Write(std::string_view line) const;
+    void Write(std::string const& line) const;
     Handle OpenFile() const;
 
     std::wstring m_path;

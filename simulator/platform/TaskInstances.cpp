@@ -10,10 +10,10 @@ namespace sim
 namespace
 {
 
-std::wstring const& NameIn(TaskInstances::Content const& content)
+std::wstring NameIn(TaskInstances::Content const& content)
 {
-    return std::visit(Overloaded{[](ServiceStart const& start) -> auto const& { return start.service; },
-                                 [](TaskStart const& start) -> auto const& { return start.task; }},
+    return std::visit(Overloaded{[](ServiceStart const& start) { return start.service; },
+                                 [](TaskStart const& start) { return start.task; }},
                       content);
 }
 

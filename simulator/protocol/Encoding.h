@@ -104,6 +104,7 @@ class Reader
         requires std::is_arithmetic_v<Number>
     void Take(Number& value)
     {
+        // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the length is the number's own
         std::memcpy(&value, Take(sizeof value).data(), sizeof value);
     }
 
