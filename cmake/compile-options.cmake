@@ -36,8 +36,8 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 guesses which class a released object is of, and then warns of what such an object would do.
     target_compile_options(velmo_options INTERFACE -Wno-free-nonheap-object)
-    # clang warns of shadowing where it misleads.
-    target_compile_options(velmo_options INTERFACE -Wno-shadow)
+    # Where sources are compiled as one, each but the main file counts as a header.
+    target_compile_options(velmo_options INTERFACE -Wno-subobject-linkage)
     if(WIN32)
         # A section for each function of each template: more than the 65,279 of an ordinary object file.
         target_compile_options(velmo_options INTERFACE -Wa,-mbig-obj)

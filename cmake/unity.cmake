@@ -1,22 +1,12 @@
-# unite_sources(most_bytes [EXCEPT folders...]): compiles the sources of each target in larger units, which read the
-# headers they share once. To be called when all targets are declared. Sources whose names meet stay apart: see unity.py.
+# unite_sources(MOST_BYTES folders...): compiles the sources of each target below the folders in larger units, which read
+# the headers they share once. To be called when all targets are declared. Sources whose names meet stay apart: see
+# unity.py.
 function(unite_sources most_bytes)
-    cmake_parse_arguments(arg "" "" "EXCEPT" ${ARGN})
-    list(TRANSFORM arg_EXCEPT PREPEND ${PROJECT_SOURCE_DIR}/)
-    get_property(directories DIRECTORY PROPERTY SUBDIRECTORIES)
+    targets_below(targets ${ARGN})
     set(sources)
-    while(directories)
-        list(POP_FRONT directories directory)
-        if(directory IN_LIST arg_EXCEPT)
-            continue()
-        endif()
-        get_property(below DIRECTORY ${directory} PROPERTY SUBDIRECTORIES)
-        list(APPEND directories ${below})
-        get_property(targets DIRECTORY ${directory} PROPERTY BUILDSYSTEM_TARGETS)
-        foreach(target ${targets})
-            unite_target(${target} ${directory})
-        endforeach()
-    endwhile()
+    foreach(target ${targets})
+        unite_target(${target})
+    endforeach()
     set(list ${PROJECT_BINARY_DIR}/unity-sources.txt)
     file(WRITE ${list} "${sources}")
     execute_process(COMMAND ${Python3_EXECUTABLE} -B ${PROJECT_SOURCE_DIR}/cmake/unity.py ${most_bytes}
@@ -25,18 +15,16 @@ function(unite_sources most_bytes)
 endfunction()
 
 # Adds the target's own C++ sources to `sources`, one a line.
-macro(unite_target target directory)
+macro(unite_target target)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+    get_property(directory TARGET ${target} PROPERTY SOURCE_DIR)
     get_property(files TARGET ${target} PROPERTY SOURCES)
     list(FILTER files INCLUDE REGEX "\\.cpp$")
-    get_property(type TARGET ${target} PROPERTY TYPE)
-    if(NOT type STREQUAL "INTERFACE_LIBRARY" AND NOT type STREQUAL "UTILITY")
-        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
-        foreach(file ${files})
-            get_filename_component(file ${file} ABSOLUTE BASE_DIR ${directory})
-            if(EXISTS ${file}) # at configuration, which what is generated does not
-                string(APPEND sources "${directory}\t${target}\t${file}\n")
-                set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
-            endif()
-        endforeach()
-    endif()
+    foreach(file ${files})
+        get_filename_component(file ${file} ABSOLUTE BASE_DIR ${directory})
+        if(EXISTS ${file}) # at configuration, which what is generated does not
+            string(APPEND sources "${directory}\t${target}\t${file}\n")
+            set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+        endif()
+    endforeach()
 endmacro()
