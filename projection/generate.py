@@ -7,6 +7,8 @@ other namespaces include, so that namespaces may refer to each other in circles:
   N.1.h  interfaces
   N.2.h  delegates, structures, classes
   N.h    the bodies: consuming methods, producing stubs, constructors and static methods
+winrt/defaults.h is for implementations that serve a part of an interface: winrt::impl::defaults<D, I> has each method
+of I, as a call of D::Default.
 --list prints the files instead of writing them. Files that would not change are left alone.
 """
 import argparse
@@ -83,6 +85,15 @@ def generate_namespace(model, namespace):
     }
 
 
+def generate_defaults(model):
+    interfaces = [t for t in model.types.values() if t.kind == "interface"]
+    primary = ["// Of markers and of interfaces that the metadata lacks.\n"
+               "template <typename D, typename I>\nstruct defaults\n{\n};"]
+    code = forward_declarations(interfaces)
+    code += pieces.in_namespace("winrt::impl", primary + [pieces.emit_defaults(t) for t in interfaces])
+    return {"winrt/defaults.h": header(["base"], code)}
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("metadata", nargs="+")
@@ -90,14 +101,16 @@ def main():
     parser.add_argument("--list", action="store_true")
     arguments = parser.parse_args()
     model = Model(arguments.metadata)
+    headers = generate_defaults(model)
     for namespace in model.namespaces():
-        for name, text in generate_namespace(model, namespace).items():
-            path = arguments.out / name
-            if arguments.list:
-                print(path)
-            elif not path.exists() or path.read_text(encoding="utf-8") != text:
-                path.parent.mkdir(parents=True, exist_ok=True)
-                path.write_text(text, encoding="utf-8")
+        headers |= generate_namespace(model, namespace)
+    for name, text in headers.items():
+        path = arguments.out / name
+        if arguments.list:
+            print(path)
+        elif not path.exists() or path.read_text(encoding="utf-8") != text:
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(text, encoding="utf-8")
 
 
 if __name__ == "__main__":

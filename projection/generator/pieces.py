@@ -152,6 +152,14 @@ def emit_produce(t):
     return f"{t.with_d()}\nstruct produce<D, {t.cpp}> : produce_base<D, {t.cpp}>\n{{\n{methods}}};"
 
 
+def emit_defaults(t):
+    """For implementations that serve a part of an interface: what they do not declare is one call of D::Default."""
+    methods = "".join(f"    decltype(auto) {name}(auto&&... arguments) const\n    {{\n"
+                      f"        return static_cast<D const&>(*this).Default(arguments...);\n    }}\n"
+                      for name in dict.fromkeys(m.name for m in t.methods))
+    return f"{t.with_d()}\nstruct defaults<D, {t.cpp}>\n{{\n{methods}}};"
+
+
 def emit_interface(t):
     bases = ["winrt::Windows::Foundation::IInspectable", f"winrt::impl::consume_t<{t.cpp}>"]
     if t.requires:

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <string>
@@ -11,9 +11,8 @@ namespace sim
 {
 
 // What OnLaunched gets.
-struct LaunchActivatedEventArgs
-    : winrt::implements<LaunchActivatedEventArgs, Activated::ILaunchActivatedEventArgs, Activated::IActivatedEventArgs,
-                        Activated::IPrelaunchActivatedEventArgs>
+struct LaunchActivatedEventArgs : Implements<LaunchActivatedEventArgs, Activated::ILaunchActivatedEventArgs,
+                                             Activated::IActivatedEventArgs, Activated::IPrelaunchActivatedEventArgs>
 {
     using class_type = Activated::LaunchActivatedEventArgs;
 
@@ -34,10 +33,6 @@ struct LaunchActivatedEventArgs
 
     bool PrelaunchActivated() const noexcept { return false; }
 
-    NotImplemented SplashScreen() const { return {}; }
-
-    NotImplemented TileId() const { return {}; }
-
   private:
     std::wstring m_arguments;
     Activated::ApplicationExecutionState m_before;
@@ -45,8 +40,7 @@ struct LaunchActivatedEventArgs
 
 // What OnActivated gets when a URI of the app's protocol is opened.
 struct ProtocolActivatedEventArgs
-    : winrt::implements<ProtocolActivatedEventArgs, Activated::IProtocolActivatedEventArgs,
-                        Activated::IActivatedEventArgs>
+    : Implements<ProtocolActivatedEventArgs, Activated::IProtocolActivatedEventArgs, Activated::IActivatedEventArgs>
 {
     using class_type = Activated::ProtocolActivatedEventArgs;
 
@@ -59,10 +53,6 @@ struct ProtocolActivatedEventArgs
     }
 
     Activated::ApplicationExecutionState PreviousExecutionState() const noexcept { return m_before; }
-
-    NotImplemented SplashScreen() const { return {}; }
-
-    NotImplemented Uri() const { return {}; }
 
   private:
     Activated::ApplicationExecutionState m_before;

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.UI.Xaml.Controls.Primitives.h>
@@ -11,13 +11,8 @@ namespace sim
 
 // The factory and the static members of Windows.UI.Xaml.Application.
 struct ApplicationFactory
-    : winrt::implements<ApplicationFactory, IActivationFactory, Xaml::IApplicationFactory, Xaml::IApplicationStatics>
+    : Implements<ApplicationFactory, IActivationFactory, Xaml::IApplicationFactory, Xaml::IApplicationStatics>
 {
-    NotImplemented ActivateInstance() const
-    {
-        return {}; // it is made by composition alone
-    }
-
     Xaml::Application CreateInstance(IInspectable const& outer, IInspectable& inner) const;
 
     Xaml::Application Current() const;

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.ApplicationModel.h>
@@ -11,8 +11,8 @@ namespace sim
 {
 
 // The platform's half of an application object: the inner object that the app's own class is composed over.
-struct ApplicationBase : winrt::implements<ApplicationBase, Xaml::IApplication, Xaml::IApplication2,
-                                           Xaml::IApplicationOverrides, Xaml::IApplicationOverrides2, winrt::composable>
+struct ApplicationBase : Implements<ApplicationBase, Xaml::IApplication, Xaml::IApplication2,
+                                    Xaml::IApplicationOverrides, Xaml::IApplicationOverrides2, winrt::composable>
 {
     using class_type = Xaml::Application;
 
@@ -44,104 +44,16 @@ struct ApplicationBase : winrt::implements<ApplicationBase, Xaml::IApplication, 
     void RaiseUnhandledException(IInspectable const& sender);
 
     // The overrides of an app that does not override them.
-    template <typename... T>
-    void OnActivated(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnLaunched(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnFileActivated(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnSearchActivated(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnShareTargetActivated(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnFileOpenPickerActivated(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnFileSavePickerActivated(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnCachedFileUpdaterActivated(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnWindowCreated(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnBackgroundActivated(T const&...) const noexcept
-    {
-    }
-
-    // What no app without a page asks for.
-    template <typename... T>
-    NotImplemented Resources(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented DebugSettings(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented RequestedTheme(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented Resuming(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented FocusVisualKind(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented RequiresPointerMode(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented LeavingBackground(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented EnteredBackground(T const&...) const
-    {
-        return {};
-    }
+    void OnActivated(auto const&...) const noexcept {}
+    void OnLaunched(auto const&...) const noexcept {}
+    void OnFileActivated(auto const&...) const noexcept {}
+    void OnSearchActivated(auto const&...) const noexcept {}
+    void OnShareTargetActivated(auto const&...) const noexcept {}
+    void OnFileOpenPickerActivated(auto const&...) const noexcept {}
+    void OnFileSavePickerActivated(auto const&...) const noexcept {}
+    void OnCachedFileUpdaterActivated(auto const&...) const noexcept {}
+    void OnWindowCreated(auto const&...) const noexcept {}
+    void OnBackgroundActivated(auto const&...) const noexcept {}
 
   private:
     winrt::event<Xaml::UnhandledExceptionEventHandler> m_unhandledException;

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 
 #include <winrt/Windows.ApplicationModel.h>
 #include <winrt/Windows.Foundation.h>
@@ -11,11 +11,9 @@ namespace sim
 // The static members of Windows.ApplicationModel.FullTrustProcessLauncher. The actions complete when the process has
 // been started, on a thread of the multi-threaded apartment.
 struct FullTrustProcessLauncherFactory
-    : winrt::implements<FullTrustProcessLauncherFactory, IActivationFactory, AppModel::IFullTrustProcessLauncherStatics>
+    : Implements<FullTrustProcessLauncherFactory, IActivationFactory, AppModel::IFullTrustProcessLauncherStatics>
 {
     using IAsyncAction = winrt::Windows::Foundation::IAsyncAction;
-
-    NotImplemented ActivateInstance() const { return {}; }
 
     IAsyncAction LaunchFullTrustProcessForCurrentAppAsync() const;
     IAsyncAction LaunchFullTrustProcessForCurrentAppAsync(winrt::hstring const& parameterGroupId) const;

@@ -4,16 +4,19 @@
 namespace sim
 {
 
-// Stands for the result of a slot that the simulator does not serve: the call fails with E_NOTIMPL.
-struct NotImplemented
+// Stands for the result of a member that fails, of any type.
+template <std::int32_t Result>
+struct Failing
 {
-    NotImplemented() { throw winrt::hresult_not_implemented(); }
+    Failing() { winrt::throw_hresult(Result); }
 
     template <typename T>
     operator T() const
     {
-        throw winrt::hresult_not_implemented();
+        winrt::throw_hresult(Result);
     }
 };
+
+using NotImplemented = Failing<static_cast<std::int32_t>(0x80004001)>; // E_NOTIMPL
 
 } // namespace sim

@@ -25,10 +25,27 @@ namespace sim
 namespace
 {
 
+// Of a class's name.
+constexpr std::wstring_view LastPart(std::wstring_view name)
+{
+    return name.substr(name.find_last_of(L'.') + 1);
+}
+
 struct KnownClass
 {
     std::wstring_view name;
     IInspectable (*makeFactory)();
+};
+
+// Of a class whose objects are made without arguments.
+template <typename T>
+struct DefaultFactory : winrt::implements<DefaultFactory<T>, IActivationFactory>
+{
+    IInspectable ActivateInstance() const
+    {
+        ThrowIfStruck(std::wstring(LastPart(winrt::name_of<typename T::class_type>())) + L".ActivateInstance");
+        return winrt::make<T>();
+    }
 };
 
 template <typename Factory>
@@ -38,14 +55,14 @@ IInspectable Make()
 }
 
 constexpr KnownClass classes[] = {
-    {L"Windows.ApplicationModel.AppService.AppServiceConnection", Make<AppServiceConnectionFactory>},
-    {L"Windows.ApplicationModel.Background.BackgroundTaskBuilder", Make<BackgroundTaskBuilderFactory>},
+    {L"Windows.ApplicationModel.AppService.AppServiceConnection", Make<DefaultFactory<AppServiceConnection>>},
+    {L"Windows.ApplicationModel.Background.BackgroundTaskBuilder", Make<DefaultFactory<BackgroundTaskBuilder>>},
     {L"Windows.ApplicationModel.Background.BackgroundTaskRegistration", Make<BackgroundTaskRegistrationFactory>},
     {L"Windows.ApplicationModel.Background.PushNotificationTrigger", Make<PushNotificationTriggerFactory>},
     {L"Windows.ApplicationModel.Background.TimeTrigger", Make<TimeTriggerFactory>},
     {L"Windows.ApplicationModel.Core.CoreApplication", Make<CoreApplicationFactory>},
     {L"Windows.ApplicationModel.FullTrustProcessLauncher", Make<FullTrustProcessLauncherFactory>},
-    {L"Windows.Foundation.Collections.ValueSet", Make<ValueSetFactory>},
+    {L"Windows.Foundation.Collections.ValueSet", Make<DefaultFactory<ValueSet>>},
     {L"Windows.Foundation.PropertyValue", Make<PropertyValueFactory>},
     {L"Windows.Foundation.Uri", Make<UriFactory>},
     {L"Windows.Networking.PushNotifications.PushNotificationChannelManager",
@@ -93,7 +110,7 @@ try
     {
         return REGDB_E_CLASSNOTREG;
     }
-    ThrowIfStruck(className.substr(className.find_last_of(L'.') + 1));
+    ThrowIfStruck(LastPart(className));
     *factory = winrt::detach_abi(known->makeFactory());
     return S_OK;
 }

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.Foundation.h>
@@ -9,7 +9,7 @@ namespace sim
 {
 
 // Windows.Foundation.Uri, as far as the address of a resource needs it: nothing is escaped or made canonical.
-struct Uri : winrt::implements<Uri, Foundation::IUriRuntimeClass, Foundation::IStringable>
+struct Uri : Implements<Uri, Foundation::IUriRuntimeClass, Foundation::IStringable>
 {
     using class_type = Foundation::Uri;
 
@@ -33,30 +33,6 @@ struct Uri : winrt::implements<Uri, Foundation::IUriRuntimeClass, Foundation::IS
 
     bool Equals(Foundation::Uri const& other) const { return other.AbsoluteUri() == m_text; }
 
-    NotImplemented Domain() const { return {}; }
-
-    NotImplemented Extension() const { return {}; }
-
-    NotImplemented Fragment() const { return {}; }
-
-    NotImplemented Password() const { return {}; }
-
-    NotImplemented Query() const { return {}; }
-
-    NotImplemented QueryParsed() const { return {}; }
-
-    NotImplemented UserName() const { return {}; }
-
-    NotImplemented Port() const { return {}; }
-
-    NotImplemented Suspicious() const { return {}; }
-
-    template <typename T>
-    NotImplemented CombineUri(T const&) const
-    {
-        return {};
-    }
-
   private:
     winrt::hstring m_text;
     winrt::hstring m_scheme;
@@ -64,19 +40,11 @@ struct Uri : winrt::implements<Uri, Foundation::IUriRuntimeClass, Foundation::IS
     winrt::hstring m_path;
 };
 
-struct UriFactory : winrt::implements<UriFactory, IActivationFactory, Foundation::IUriRuntimeClassFactory>
+struct UriFactory : Implements<UriFactory, IActivationFactory, Foundation::IUriRuntimeClassFactory>
 {
-    NotImplemented ActivateInstance() const { return {}; }
-
     Foundation::Uri CreateUri(winrt::hstring const& text) const
     {
         return StruckByNull(L"Uri.CreateUri") ? Foundation::Uri(nullptr) : winrt::make<Uri>(text);
-    }
-
-    template <typename T>
-    NotImplemented CreateWithRelativeUri(T const&, T const&) const
-    {
-        return {};
     }
 };
 

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.Foundation.h>
@@ -11,7 +11,7 @@ namespace sim
 {
 
 // The window of a foreground app, which shows nothing.
-struct Window : winrt::implements<Window, Xaml::IWindow>
+struct Window : Implements<Window, Xaml::IWindow>
 {
     using class_type = Xaml::Window;
 
@@ -31,61 +31,13 @@ struct Window : winrt::implements<Window, Xaml::IWindow>
         return false; // until it is activated, which is not served
     }
 
-    template <typename... T>
-    NotImplemented Bounds(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented CoreWindow(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented Dispatcher(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented Activated(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented Closed(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented SizeChanged(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented VisibilityChanged(T const&...) const
-    {
-        return {};
-    }
-
-    NotImplemented Activate() const { return {}; }
-
-    NotImplemented Close() const { return {}; }
-
   private:
     Xaml::UIElement m_content{nullptr};
 };
 
 // The static members of Windows.UI.Xaml.Window.
-struct WindowFactory : winrt::implements<WindowFactory, IActivationFactory, Xaml::IWindowStatics>
+struct WindowFactory : Implements<WindowFactory, IActivationFactory, Xaml::IWindowStatics>
 {
-    NotImplemented ActivateInstance() const { return {}; }
-
     Xaml::Window Current() const;
 };
 

@@ -317,10 +317,4 @@ void AppServiceConnection::RaiseRequest(RequestArrived const& arrived)
     pending->HandlersReturned();
 }
 
-IInspectable AppServiceConnectionFactory::ActivateInstance() const
-{
-    ThrowIfStruck(L"AppServiceConnection.ActivateInstance");
-    return winrt::make<AppServiceConnection>();
-}
-
 } // namespace sim

@@ -2,8 +2,8 @@
 #include "simulator/runtime/AsyncFault.h"
 #include "simulator/runtime/BufferedEvent.h"
 #include "simulator/runtime/HostReference.h"
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 
 #include <mutex>
 #include <winrt/Windows.ApplicationModel.AppService.h>
@@ -15,8 +15,8 @@ namespace sim
 
 // One end of an app-service connection. The caller's end closes with its last reference; the service's end is kept by
 // its task.
-struct AppServiceConnection : winrt::implements<AppServiceConnection, AppModel::AppService::IAppServiceConnection,
-                                                AppModel::AppService::IAppServiceConnection2, Foundation::IClosable>
+struct AppServiceConnection : Implements<AppServiceConnection, AppModel::AppService::IAppServiceConnection,
+                                         AppModel::AppService::IAppServiceConnection2, Foundation::IClosable>
 {
     using class_type = AppModel::AppService::AppServiceConnection;
     using OpenStatus = AppModel::AppService::AppServiceConnectionStatus;
@@ -55,18 +55,6 @@ struct AppServiceConnection : winrt::implements<AppServiceConnection, AppModel::
     // Nothing is raised any more.
     void Close();
 
-    template <typename... T>
-    NotImplemented OpenRemoteAsync(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented User(T const&...) const
-    {
-        return {};
-    }
-
   private:
     enum class State
     {
@@ -101,11 +89,6 @@ struct AppServiceConnection : winrt::implements<AppServiceConnection, AppModel::
     winrt::hstring m_family;
     BufferedEvent<AppServiceConnection, RequestReceivedHandler> m_requestReceived;
     BufferedEvent<AppServiceConnection, ServiceClosedHandler> m_serviceClosed;
-};
-
-struct AppServiceConnectionFactory : winrt::implements<AppServiceConnectionFactory, IActivationFactory>
-{
-    IInspectable ActivateInstance() const;
 };
 
 } // namespace sim

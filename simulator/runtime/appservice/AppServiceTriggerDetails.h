@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.ApplicationModel.AppService.h>
@@ -11,10 +11,9 @@ namespace sim
 
 // What an app gets that is activated for a new connection.
 struct AppServiceTriggerDetails
-    : winrt::implements<AppServiceTriggerDetails, AppModel::AppService::IAppServiceTriggerDetails,
-                        AppModel::AppService::IAppServiceTriggerDetails2,
-                        AppModel::AppService::IAppServiceTriggerDetails3,
-                        AppModel::AppService::IAppServiceTriggerDetails4>
+    : Implements<AppServiceTriggerDetails, AppModel::AppService::IAppServiceTriggerDetails,
+                 AppModel::AppService::IAppServiceTriggerDetails2, AppModel::AppService::IAppServiceTriggerDetails3,
+                 AppModel::AppService::IAppServiceTriggerDetails4>
 {
     using class_type = AppModel::AppService::AppServiceTriggerDetails;
 
@@ -36,10 +35,6 @@ struct AppServiceTriggerDetails
     }
 
     bool IsRemoteSystemConnection() const noexcept { return false; }
-
-    NotImplemented CheckCallerForCapabilityAsync(winrt::hstring const&) const { return {}; }
-
-    NotImplemented CallerRemoteConnectionToken() const { return {}; }
 
   private:
     winrt::hstring m_name;

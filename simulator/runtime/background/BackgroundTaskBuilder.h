@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.ApplicationModel.Background.h>
@@ -10,8 +10,8 @@ namespace sim
 
 // Registers tasks that run in the app's own process.
 struct BackgroundTaskBuilder
-    : winrt::implements<BackgroundTaskBuilder, AppModel::Background::IBackgroundTaskBuilder,
-                        AppModel::Background::IBackgroundTaskBuilder2, AppModel::Background::IBackgroundTaskBuilder3>
+    : Implements<BackgroundTaskBuilder, AppModel::Background::IBackgroundTaskBuilder,
+                 AppModel::Background::IBackgroundTaskBuilder2, AppModel::Background::IBackgroundTaskBuilder3>
 {
     using class_type = AppModel::Background::BackgroundTaskBuilder;
 
@@ -28,8 +28,6 @@ struct BackgroundTaskBuilder
 
     NotImplemented TaskEntryPoint(winrt::hstring const&) const { return {}; }
 
-    NotImplemented AddCondition(AppModel::Background::IBackgroundCondition const&) const { return {}; }
-
     bool CancelOnConditionLoss() const noexcept { return false; }
 
     NotImplemented CancelOnConditionLoss(bool) const { return {}; }
@@ -41,15 +39,6 @@ struct BackgroundTaskBuilder
   private:
     winrt::hstring m_name;
     AppModel::Background::IBackgroundTrigger m_trigger;
-};
-
-struct BackgroundTaskBuilderFactory : winrt::implements<BackgroundTaskBuilderFactory, IActivationFactory>
-{
-    IInspectable ActivateInstance() const
-    {
-        ThrowIfStruck(L"BackgroundTaskBuilder.ActivateInstance");
-        return winrt::make<BackgroundTaskBuilder>();
-    }
 };
 
 } // namespace sim

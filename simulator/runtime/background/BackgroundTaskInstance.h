@@ -3,8 +3,8 @@
 #include "simulator/runtime/BufferedEvent.h"
 #include "simulator/runtime/DeferralCounter.h"
 #include "simulator/runtime/HostReference.h"
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 
 #include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.Foundation.h>
@@ -14,8 +14,8 @@ namespace sim
 
 // One run of a background task, which is kept until OnBackgroundActivated has returned and all deferrals are completed.
 struct BackgroundTaskInstance
-    : winrt::implements<BackgroundTaskInstance, AppModel::Background::IBackgroundTaskInstance,
-                        AppModel::Background::IBackgroundTaskInstance2, AppModel::Background::IBackgroundTaskInstance4>
+    : Implements<BackgroundTaskInstance, AppModel::Background::IBackgroundTaskInstance,
+                 AppModel::Background::IBackgroundTaskInstance2, AppModel::Background::IBackgroundTaskInstance4>
 {
     using Registration = AppModel::Background::BackgroundTaskRegistration;
     using CanceledHandler = AppModel::Background::BackgroundTaskCanceledEventHandler;
@@ -46,8 +46,6 @@ struct BackgroundTaskInstance
     {
         return 0;
     }
-
-    NotImplemented User() const { return {}; }
 
   private:
     static winrt::com_ptr<BackgroundTaskInstance> Start(std::uint32_t number, Registration const& task,

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 
 #include <string>
 #include <winrt/Windows.ApplicationModel.Background.h>
@@ -12,9 +12,8 @@ namespace sim
 
 // A task that the app has registered, or an app service of it that runs.
 struct BackgroundTaskRegistration
-    : winrt::implements<BackgroundTaskRegistration, AppModel::Background::IBackgroundTaskRegistration,
-                        AppModel::Background::IBackgroundTaskRegistration2,
-                        AppModel::Background::IBackgroundTaskRegistration3>
+    : Implements<BackgroundTaskRegistration, AppModel::Background::IBackgroundTaskRegistration,
+                 AppModel::Background::IBackgroundTaskRegistration2, AppModel::Background::IBackgroundTaskRegistration3>
 {
     using class_type = AppModel::Background::BackgroundTaskRegistration;
 
@@ -27,33 +26,15 @@ struct BackgroundTaskRegistration
     // cancelTask: running instances of it, too. Nothing when it is registered no more.
     void Unregister(bool cancelTask) const;
 
-    template <typename... T>
-    NotImplemented Progress(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented Completed(T const&...) const
-    {
-        return {};
-    }
-
-    NotImplemented Trigger() const { return {}; }
-
-    NotImplemented TaskGroup() const { return {}; }
-
   private:
     std::wstring m_id;
     winrt::hstring m_name;
 };
 
 // Its static members.
-struct BackgroundTaskRegistrationFactory : winrt::implements<BackgroundTaskRegistrationFactory, IActivationFactory,
-                                                             AppModel::Background::IBackgroundTaskRegistrationStatics>
+struct BackgroundTaskRegistrationFactory : Implements<BackgroundTaskRegistrationFactory, IActivationFactory,
+                                                      AppModel::Background::IBackgroundTaskRegistrationStatics>
 {
-    NotImplemented ActivateInstance() const { return {}; }
-
     // As they are now, in the order of their registration.
     Collections::IMapView<winrt::guid, AppModel::Background::IBackgroundTaskRegistration> AllTasks() const;
 };

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.ApplicationModel.Background.h>
@@ -10,7 +10,7 @@ namespace sim
 
 // A time that has passed: once, or again and again.
 struct TimeTrigger
-    : winrt::implements<TimeTrigger, AppModel::Background::ITimeTrigger, AppModel::Background::IBackgroundTrigger>
+    : Implements<TimeTrigger, AppModel::Background::ITimeTrigger, AppModel::Background::IBackgroundTrigger>
 {
     using class_type = AppModel::Background::TimeTrigger;
 
@@ -27,10 +27,8 @@ struct TimeTrigger
 };
 
 struct TimeTriggerFactory
-    : winrt::implements<TimeTriggerFactory, IActivationFactory, AppModel::Background::ITimeTriggerFactory>
+    : Implements<TimeTriggerFactory, IActivationFactory, AppModel::Background::ITimeTriggerFactory>
 {
-    NotImplemented ActivateInstance() const { return {}; }
-
     AppModel::Background::TimeTrigger Create(std::uint32_t freshnessTime, bool oneShot) const
     {
         return StruckByNull(L"TimeTrigger.Create") ? AppModel::Background::TimeTrigger(nullptr)

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.Foundation.h>
@@ -10,7 +10,7 @@ namespace sim
 {
 
 // The app's channel, as it was when it was asked for.
-struct PushNotificationChannel : winrt::implements<PushNotificationChannel, Pushes::IPushNotificationChannel>
+struct PushNotificationChannel : Implements<PushNotificationChannel, Pushes::IPushNotificationChannel>
 {
     using class_type = Pushes::PushNotificationChannel;
 
@@ -27,15 +27,7 @@ struct PushNotificationChannel : winrt::implements<PushNotificationChannel, Push
 
     Foundation::DateTime ExpirationTime() const noexcept { return m_expiration; }
 
-    NotImplemented Close() const { return {}; }
-
     // Pushes come to the background task alone.
-    template <typename... T>
-    NotImplemented PushNotificationReceived(T const&...) const
-    {
-        return {};
-    }
-
   private:
     winrt::hstring m_uri;
     Foundation::DateTime m_expiration;

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/storage/ApplicationDataContainer.h"
 
@@ -8,7 +8,7 @@ namespace sim
 {
 
 // What an app keeps on the device: its local settings alone are served.
-struct ApplicationData : winrt::implements<ApplicationData, winrt::Windows::Storage::IApplicationData>
+struct ApplicationData : Implements<ApplicationData, winrt::Windows::Storage::IApplicationData>
 {
     using class_type = winrt::Windows::Storage::ApplicationData;
 
@@ -23,45 +23,13 @@ struct ApplicationData : winrt::implements<ApplicationData, winrt::Windows::Stor
 
     std::uint32_t Version() const noexcept { return 0; }
 
-    template <typename... T>
-    NotImplemented SetVersionAsync(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented ClearAsync(T const&...) const
-    {
-        return {};
-    }
-
-    NotImplemented RoamingSettings() const { return {}; }
-
-    NotImplemented LocalFolder() const { return {}; }
-
-    NotImplemented RoamingFolder() const { return {}; }
-
-    NotImplemented TemporaryFolder() const { return {}; }
-
-    template <typename... T>
-    NotImplemented DataChanged(T const&...) const
-    {
-        return {};
-    }
-
-    NotImplemented SignalDataChanged() const { return {}; }
-
-    NotImplemented RoamingStorageQuota() const { return {}; }
-
   private:
     std::shared_ptr<SettingsStore> m_store;
 };
 
 struct ApplicationDataFactory
-    : winrt::implements<ApplicationDataFactory, IActivationFactory, winrt::Windows::Storage::IApplicationDataStatics>
+    : Implements<ApplicationDataFactory, IActivationFactory, winrt::Windows::Storage::IApplicationDataStatics>
 {
-    NotImplemented ActivateInstance() const { return {}; }
-
     // Fails with 0x80073D54 in a process without package identity.
     winrt::Windows::Storage::ApplicationData Current() const
     {

@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/storage/ApplicationDataContainerSettings.h"
 
@@ -9,7 +9,7 @@ namespace sim
 
 // The app's local settings; it has no containers inside.
 struct ApplicationDataContainer
-    : winrt::implements<ApplicationDataContainer, winrt::Windows::Storage::IApplicationDataContainer>
+    : Implements<ApplicationDataContainer, winrt::Windows::Storage::IApplicationDataContainer>
 {
     using class_type = winrt::Windows::Storage::ApplicationDataContainer;
 
@@ -28,16 +28,6 @@ struct ApplicationDataContainer
                    ? Collections::IPropertySet(nullptr)
                    : winrt::make<ApplicationDataContainerSettings>(m_store);
     }
-
-    NotImplemented Containers() const { return {}; }
-
-    template <typename... T>
-    NotImplemented CreateContainer(T const&...) const
-    {
-        return {};
-    }
-
-    NotImplemented DeleteContainer(winrt::hstring const&) const { return {}; }
 
   private:
     std::shared_ptr<SettingsStore> m_store;

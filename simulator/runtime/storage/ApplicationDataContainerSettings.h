@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/storage/SettingsStore.h"
 
 #include <winrt/Windows.Foundation.Collections.h>
@@ -11,10 +11,10 @@ namespace sim
 
 // The values of an app's local settings.
 struct ApplicationDataContainerSettings
-    : winrt::implements<ApplicationDataContainerSettings, Collections::IPropertySet,
-                        Collections::IObservableMap<winrt::hstring, IInspectable>,
-                        Collections::IMap<winrt::hstring, IInspectable>,
-                        Collections::IIterable<Collections::IKeyValuePair<winrt::hstring, IInspectable>>>
+    : Implements<ApplicationDataContainerSettings, Collections::IPropertySet,
+                 Collections::IObservableMap<winrt::hstring, IInspectable>,
+                 Collections::IMap<winrt::hstring, IInspectable>,
+                 Collections::IIterable<Collections::IKeyValuePair<winrt::hstring, IInspectable>>>
 {
     using class_type = winrt::Windows::Storage::ApplicationDataContainerSettings;
 
@@ -29,12 +29,6 @@ struct ApplicationDataContainerSettings
     void Remove(winrt::hstring const& name);
     void Clear();
     Collections::IIterator<Collections::IKeyValuePair<winrt::hstring, IInspectable>> First() const;
-
-    template <typename... T>
-    NotImplemented MapChanged(T const&...) const
-    {
-        return {};
-    }
 
   private:
     std::shared_ptr<SettingsStore> m_store;

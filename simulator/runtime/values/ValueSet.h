@@ -41,13 +41,4 @@ struct ValueSet
     winrt::event<MapChangedHandler> m_mapChanged;
 };
 
-struct ValueSetFactory : winrt::implements<ValueSetFactory, IActivationFactory>
-{
-    IInspectable ActivateInstance() const
-    {
-        ThrowIfStruck(L"ValueSet.ActivateInstance");
-        return winrt::make<ValueSet>();
-    }
-};
-
 } // namespace sim

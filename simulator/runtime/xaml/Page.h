@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Implements.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/NotImplemented.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.Foundation.h>
@@ -11,8 +11,8 @@ namespace sim
 {
 
 // The platform's half of a page: the inner object that the app's own class is composed over. It is shown nowhere.
-struct PageBase : winrt::implements<PageBase, Xaml::Controls::IPage, Xaml::Controls::IPageOverrides,
-                                    Xaml::Controls::IUserControl, winrt::composable>
+struct PageBase : Implements<PageBase, Xaml::Controls::IPage, Xaml::Controls::IPageOverrides,
+                             Xaml::Controls::IUserControl, winrt::composable>
 {
     using class_type = Xaml::Controls::Page;
 
@@ -20,56 +20,16 @@ struct PageBase : winrt::implements<PageBase, Xaml::Controls::IPage, Xaml::Contr
 
     void Content(Xaml::UIElement const& value) { m_content = value; }
 
-    template <typename... T>
-    void OnNavigatedFrom(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnNavigatedTo(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    void OnNavigatingFrom(T const&...) const noexcept
-    {
-    }
-
-    template <typename... T>
-    NotImplemented Frame(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented NavigationCacheMode(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented TopAppBar(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    NotImplemented BottomAppBar(T const&...) const
-    {
-        return {};
-    }
+    void OnNavigatedFrom(auto const&...) const noexcept {}
+    void OnNavigatedTo(auto const&...) const noexcept {}
+    void OnNavigatingFrom(auto const&...) const noexcept {}
 
   private:
     Xaml::UIElement m_content{nullptr};
 };
 
-struct PageFactory : winrt::implements<PageFactory, IActivationFactory, Xaml::Controls::IPageFactory>
+struct PageFactory : Implements<PageFactory, IActivationFactory, Xaml::Controls::IPageFactory>
 {
-    NotImplemented ActivateInstance() const
-    {
-        return {}; // it is made by composition alone
-    }
-
     // On the main view's thread alone: RPC_E_WRONG_THREAD elsewhere.
     Xaml::Controls::Page CreateInstance(IInspectable const& outer, IInspectable& inner) const;
 };

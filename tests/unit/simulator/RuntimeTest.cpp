@@ -348,6 +348,11 @@ TEST_F(RuntimeTest, DoNotGetAnUnservedMember)
 {
     m_script.onLaunched = [](auto&&) {
         EXPECT_THROW(Application::Current().RequestedTheme(), winrt::hresult_not_implemented);
+        EXPECT_THROW(Window::Current().Activate(), winrt::hresult_not_implemented);
+        EXPECT_THROW(CoreApplication::Suspending(nullptr), winrt::hresult_not_implemented);
+        EXPECT_THROW(winrt::get_activation_factory<CoreApplication>()
+                         .ActivateInstance<winrt::Windows::Foundation::IInspectable>(),
+                     winrt::hresult_not_implemented);
         CoreApplication::Exit();
     };
     EXPECT_EQ(Launch(), 0);

@@ -1,0 +1,21 @@
+#pragma once
+#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/NotImplemented.h"
+
+#include <winrt/base.h>
+#include <winrt/defaults.h>
+
+namespace sim
+{
+
+// winrt::implements for a class that serves a part of its interfaces: D declares the members that it serves, each other
+// one is a call of Default with its arguments. It fails with E_NOTIMPL where D has no Default of its own.
+template <typename D, typename... I>
+struct Implements : winrt::implements<D, I...>, winrt::impl::defaults<D, I>...
+{
+    static NotImplemented Default(auto const&...) { return {}; }
+
+    static NotImplemented ActivateInstance() { return {}; }
+};
+
+} // namespace sim
