@@ -14,7 +14,6 @@
 #include "simulator/log/LogWatch.h"
 #include "simulator/package/Package.h"
 #include "simulator/platform/Journal.h"
-#include "simulator/protocol/SetText.h"
 #include "simulator/protocol/SettingsFile.h"
 #include "simulator/scenario/Player.h"
 
@@ -61,10 +60,9 @@ int Settings(Words const&)
 {
     auto const device = Device::FromEnvironment();
     auto const family = RegisteredPackage(device).FamilyName();
-    auto const set = ReadSettings(SettingsFileIn(device.PackageDataFolder(family)));
-    for (auto const& entry : ParseSet(set))
+    for (auto const& entry : ReadSettings(SettingsFileIn(device.PackageDataFolder(family))))
     {
-        WriteLine(std::wstring(entry.name) + L" (" + std::wstring(entry.type) + L"): " + ReadableValue(entry));
+        WriteLine(entry.name + L" (" + TypeName(entry) + L"): " + ReadableValue(entry));
     }
     return 0;
 }

@@ -45,7 +45,7 @@ void AppServices::Send(Peer const& from, SendRequest const& request, Reply<SendR
     auto const found = m_connections.find(request.connection);
     if (found == m_connections.end() || !MaySend(found->second, request.end, from))
     {
-        reply({ResponseStatus::Failure, L""});
+        reply({ResponseStatus::Failure, ""});
         return;
     }
     auto& [number, connection] = *found;
@@ -189,7 +189,7 @@ void AppServices::EndRequest(std::uint32_t number, ResponseStatus status)
     if (auto const node = m_requests.extract(number))
     {
         auto const& [connection, reply, response] = node.mapped();
-        reply({status, status == ResponseStatus::Success ? response.value_or(L"") : L""});
+        reply({status, status == ResponseStatus::Success ? response.value_or("") : ""});
     }
 }
 
@@ -199,7 +199,7 @@ void AppServices::FailRequests(std::uint32_t connection)
         auto const isOnIt = entry.second.connection == connection;
         if (isOnIt)
         {
-            entry.second.reply({ResponseStatus::Failure, L""});
+            entry.second.reply({ResponseStatus::Failure, ""});
         }
         return isOnIt;
     });

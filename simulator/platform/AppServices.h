@@ -62,7 +62,7 @@ class AppServices
     {
         std::uint32_t connection;
         Reply<SendRequest> reply;
-        std::optional<std::wstring> response = {}; // given by its receiver
+        std::optional<std::string> response = {}; // given by its receiver
     };
 
     void ClosedByCaller(std::uint32_t number, ClosedStatus status);

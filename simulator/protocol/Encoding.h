@@ -34,10 +34,11 @@ class Writer
         m_bytes.append(reinterpret_cast<char const*>(&value), sizeof value);
     }
 
-    void Add(std::wstring const& text)
+    template <typename Unit>
+    void Add(std::basic_string<Unit> const& text)
     {
         AddCount(text.size());
-        m_bytes.append(reinterpret_cast<char const*>(text.data()), text.size() * sizeof(wchar_t));
+        m_bytes.append(reinterpret_cast<char const*>(text.data()), text.size() * sizeof(Unit));
     }
 
     template <typename Item>
@@ -92,7 +93,7 @@ class Reader
 
     void Take(bool& value)
     {
-        auto const byte = Take(1)[0];
+        auto const byte = TakeBytes(1)[0];
         if (byte != 0 && byte != 1)
         {
             throw Error(L"a flag in a message is neither set nor clear");
@@ -105,7 +106,7 @@ class Reader
     void Take(Number& value)
     {
         // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the length is the number's own
-        std::memcpy(&value, Take(sizeof value).data(), sizeof value);
+        std::memcpy(&value, TakeBytes(sizeof value).data(), sizeof value);
     }
 
     template <Enumeration Enum>
@@ -120,10 +121,11 @@ class Reader
         value = static_cast<Enum>(number);
     }
 
-    void Take(std::wstring& text)
+    template <typename Unit>
+    void Take(std::basic_string<Unit>& text)
     {
         auto const length = TakeCount();
-        auto const bytes = Take(length * sizeof(wchar_t));
+        auto const bytes = TakeBytes(length * sizeof(Unit));
         text.resize(length);
         std::memcpy(text.data(), bytes.data(), bytes.size());
     }
@@ -183,7 +185,7 @@ class Reader
         return count;
     }
 
-    std::string_view Take(std::size_t size)
+    std::string_view TakeBytes(std::size_t size)
     {
         if (size > m_rest.size())
         {
@@ -209,7 +211,7 @@ std::string Encode(Message const& message)
 template <typename Message>
 Message Decode(std::string_view bytes)
 {
-    Message message;
+    Message message{};
     Reader reader(bytes);
     reader.Take(message);
     if (!reader.AtEnd())

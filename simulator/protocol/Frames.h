@@ -12,8 +12,8 @@ namespace sim
 // The largest one: far above anything that is sent (an app-service message of a megabyte or so).
 constexpr std::size_t largestMessage = 64u << 20;
 
-// The longest string, in code units, that leaves room for the other fields of any message that carries it.
-constexpr std::size_t longestText = (largestMessage - 65'536) / sizeof(wchar_t);
+// The largest value set, in bytes, that leaves room for the other fields of any message that carries it.
+constexpr std::size_t largestSet = largestMessage - 65'536;
 
 std::string Framed(std::string_view message);
 

@@ -150,7 +150,7 @@ struct RequestArrived
     std::uint32_t connection = 0;
     ConnectionEnd end = ConnectionEnd::Caller;
     std::uint32_t request = 0;
-    std::wstring set;
+    std::string set;
 };
 
 // The other end of a connection is closed, or its process has ended.

@@ -84,7 +84,7 @@ struct ConnectionOpened
 struct ResponseGiven
 {
     ResponseStatus status = ResponseStatus::Success;
-    std::wstring set; // empty when there is no response
+    std::string set; // empty when there is no response
 };
 
 struct ResponseTaken
@@ -135,20 +135,21 @@ struct OpenConnection
     std::wstring family;
 };
 
-// An app-service request to the other end. set: a value set as text, which the runtime classes alone read.
+// An app-service request to the other end. set: a value set as bytes (SetEntry.h), which the runtime
+// classes alone read.
 struct SendRequest
 {
     using Answer = ResponseGiven;
     std::uint32_t connection = 0;
     ConnectionEnd end = ConnectionEnd::Caller; // the one that sends
-    std::wstring set;
+    std::string set;
 };
 
 struct GiveResponse
 {
     using Answer = ResponseTaken;
     std::uint32_t request = 0;
-    std::wstring set;
+    std::string set;
 };
 
 struct CreateChannel

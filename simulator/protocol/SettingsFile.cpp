@@ -1,9 +1,7 @@
 #include "simulator/protocol/SettingsFile.h"
 
-#include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
-
-#include <cstring>
+#include "simulator/protocol/Encoding.h"
 
 namespace sim
 {
@@ -11,36 +9,33 @@ namespace sim
 namespace
 {
 
-constexpr wchar_t byteOrderMark = 0xFEFF;
+constexpr std::string_view mark = "local settings 2\n";
 
 } // namespace
 
 std::wstring SettingsFileIn(std::wstring const& dataFolder)
 {
-    return dataFolder + L"\\Settings\\LocalSettings.txt";
+    return dataFolder + L"\\Settings\\LocalSettings.dat";
 }
 
-std::wstring ReadSettings(std::wstring const& path)
+SetEntries ReadSettings(std::wstring const& path)
 {
     if (!FileExists(path))
     {
         return {};
     }
     auto const bytes = ReadBytes(path);
-    std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
-    if (text.empty() || text.front() != byteOrderMark)
+    if (!bytes.starts_with(mark))
     {
         throw Error(path + L" is no file of local settings");
     }
-    return text.substr(1);
+    return Decode<SetEntries>(std::string_view(bytes).substr(mark.size()));
 }
 
-void WriteSettings(std::wstring const& path, std::wstring_view set)
+void WriteSettings(std::wstring const& path, SetEntries const& settings)
 {
     MakeFolder(ParentOf(path));
-    auto const text = byteOrderMark + std::wstring(set);
-    ReplaceBytes(path, {reinterpret_cast<char const*>(text.data()), text.size() * sizeof(wchar_t)});
+    ReplaceBytes(path, std::string(mark) + Encode(settings));
 }
 
 } // namespace sim

@@ -7,7 +7,7 @@
 #include "simulator/runtime/appservice/AppServiceClosedEventArgs.h"
 #include "simulator/runtime/appservice/AppServiceRequestReceivedEventArgs.h"
 #include "simulator/runtime/appservice/AppServiceResponse.h"
-#include "simulator/runtime/values/ValueText.h"
+#include "simulator/runtime/values/ValueBytes.h"
 
 namespace sim
 {
@@ -21,7 +21,7 @@ namespace
 
 constexpr auto objectClosed = static_cast<std::int32_t>(0x80000013); // RO_E_CLOSED
 
-AppServiceConnection::Response ResponseOf(AppServiceResponseStatus status, std::wstring const& set)
+AppServiceConnection::Response ResponseOf(AppServiceResponseStatus status, std::string const& set)
 {
     return winrt::make<AppServiceResponse>(status, SetFrom(set));
 }
@@ -129,11 +129,11 @@ Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection
         return nullptr;
     }
     CheckOpen();
-    return fault.Handed(Send(fault, TextOf(message ? message : throw winrt::hresult_invalid_argument())));
+    return fault.Handed(Send(fault, BytesOf(message ? message : throw winrt::hresult_invalid_argument())));
 }
 
 Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection::Send(AsyncFault fault,
-                                                                                       std::wstring set)
+                                                                                       std::string set)
 {
     auto const self = get_strong();
     co_await winrt::resume_agile(fault.Begin());
@@ -147,7 +147,7 @@ Foundation::IAsyncOperation<AppServiceConnection::Response> AppServiceConnection
     {
         co_return ResponseOf(AppServiceResponseStatus::Failure, {});
     }
-    if (set.size() > longestText)
+    if (set.size() > largestSet)
     {
         co_await winrt::resume_background();
         co_return ResponseOf(AppServiceResponseStatus::MessageSizeTooLarge, {});

@@ -67,7 +67,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppModel::AppServ
     class UnopenedUnlessOpened;
 
     Foundation::IAsyncOperation<OpenStatus> Open(AsyncFault fault);
-    Foundation::IAsyncOperation<Response> Send(AsyncFault fault, std::wstring set);
+    Foundation::IAsyncOperation<Response> Send(AsyncFault fault, std::string set);
     void BeginOpening();
     void Opened(std::uint32_t connection);
     void EndOpening();

@@ -3,7 +3,7 @@
 #include "simulator/protocol/Frames.h"
 #include "simulator/runtime/AsyncFault.h"
 #include "simulator/runtime/Awaiters.h"
-#include "simulator/runtime/values/ValueText.h"
+#include "simulator/runtime/values/ValueBytes.h"
 
 namespace sim
 {
@@ -13,7 +13,7 @@ namespace
 
 using Status = AppServiceRequest::Status;
 
-Foundation::IAsyncOperation<Status> Respond(std::shared_ptr<PendingRequest> request, AsyncFault fault, std::wstring set)
+Foundation::IAsyncOperation<Status> Respond(std::shared_ptr<PendingRequest> request, AsyncFault fault, std::string set)
 {
     co_await winrt::resume_agile(fault.Begin());
     if (auto const status = fault.Status())
@@ -26,7 +26,7 @@ Foundation::IAsyncOperation<Status> Respond(std::shared_ptr<PendingRequest> requ
     {
         co_return Status::Failure;
     }
-    if (set.size() > longestText)
+    if (set.size() > largestSet)
     {
         co_await winrt::resume_background();
         co_return Status::MessageSizeTooLarge;
@@ -46,7 +46,8 @@ Foundation::IAsyncOperation<Status> AppServiceRequest::SendResponseAsync(Collect
     {
         return nullptr;
     }
-    return fault.Handed(Respond(m_request, fault, TextOf(message ? message : throw winrt::hresult_invalid_argument())));
+    return fault.Handed(
+        Respond(m_request, fault, BytesOf(message ? message : throw winrt::hresult_invalid_argument())));
 }
 
 } // namespace sim

@@ -1,7 +1,6 @@
 #include "simulator/runtime/storage/SettingsStore.h"
 
 #include "simulator/base/Error.h"
-#include "simulator/protocol/SetText.h"
 #include "simulator/protocol/SettingsFile.h"
 #include "simulator/runtime/Runtime.h"
 
@@ -17,25 +16,25 @@ namespace
 constexpr auto settingTooLarge = static_cast<std::int32_t>(0x80073DC8); // ERROR_STATE_SETTING_VALUE_SIZE_LIMIT_EXCEEDED
 constexpr std::size_t longestName = 255;
 constexpr std::size_t largestValue = 8192; // bytes, of which some are spent on
-constexpr std::size_t overhead = 8 + sizeof(wchar_t);
+constexpr std::size_t overhead = 2;
 
 auto FindIn(auto& settings, std::wstring_view name)
 {
     return std::ranges::find_if(settings, [&](auto const& setting) { return setting.name == name; });
 }
 
-ValueText TextOfSetting(std::wstring_view name, IInspectable const& value)
+SetEntry SettingOf(std::wstring_view name, IInspectable const& value)
 {
     if (value.try_as<Collections::IPropertySet>())
     {
         throw winrt::hresult_error(HRESULT_FROM_WIN32(ERROR_UNSUPPORTED_TYPE));
     }
-    auto text = TextOfValue(value);
-    if (name.size() > longestName || text.text.size() * sizeof(wchar_t) + overhead > largestValue)
+    auto setting = EntryOf(name, value);
+    if (name.size() > longestName || setting.bytes.size() + overhead > largestValue)
     {
         throw winrt::hresult_error(settingTooLarge);
     }
-    return text;
+    return setting;
 }
 
 } // namespace
@@ -55,14 +54,7 @@ std::shared_ptr<SettingsStore> SettingsStore::OfThisProcess()
 }
 
 SettingsStore::SettingsStore(std::wstring path)
-try : m_path(std::move(path))
-{
-    auto const text = ReadSettings(m_path);
-    for (auto const& entry : ParseSet(text))
-    {
-        m_settings.push_back({std::wstring(entry.name), {std::wstring(entry.type), std::wstring(entry.value)}});
-    }
-}
+try : m_path(std::move(path)), m_settings(ReadSettings(m_path)) {}
 catch (Error const& error)
 {
     throw winrt::hresult_error(E_FAIL, winrt::hstring(error.Message()));
@@ -72,7 +64,7 @@ IInspectable SettingsStore::Find(std::wstring_view name) const
 {
     std::lock_guard const lock(m_mutex);
     auto const found = FindIn(m_settings, name);
-    return found == m_settings.end() ? nullptr : ValueFrom(found->value.type, found->value.text);
+    return found == m_settings.end() ? nullptr : ValueFrom(*found);
 }
 
 bool SettingsStore::Contains(std::wstring_view name) const
@@ -85,7 +77,7 @@ std::vector<std::wstring> SettingsStore::Names() const
 {
     std::lock_guard const lock(m_mutex);
     std::vector<std::wstring> names;
-    std::ranges::transform(m_settings, std::back_inserter(names), &Setting::name);
+    std::ranges::transform(m_settings, std::back_inserter(names), &SetEntry::name);
     return names;
 }
 
@@ -95,18 +87,18 @@ bool SettingsStore::Insert(std::wstring_view name, IInspectable const& value)
     {
         return Remove(name);
     }
-    auto text = TextOfSetting(name, value);
+    auto setting = SettingOf(name, value);
     std::lock_guard const lock(m_mutex);
     auto settings = m_settings;
     auto const found = FindIn(settings, name);
     auto const replaces = found != settings.end();
     if (replaces)
     {
-        found->value = std::move(text);
+        *found = std::move(setting);
     }
     else
     {
-        settings.push_back({std::wstring(name), std::move(text)});
+        settings.push_back(std::move(setting));
     }
     Keep(std::move(settings));
     return replaces;
@@ -130,15 +122,10 @@ void SettingsStore::Clear()
     Keep({});
 }
 
-void SettingsStore::Keep(Settings settings)
+void SettingsStore::Keep(SetEntries settings)
 try
 {
-    std::wstring text;
-    for (auto const& setting : settings)
-    {
-        AppendEntry(text, {setting.name, setting.value.type, setting.value.text});
-    }
-    WriteSettings(m_path, text);
+    WriteSettings(m_path, settings);
     m_settings = std::move(settings);
 }
 catch (Error const& error)

@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/runtime/values/ValueText.h"
+#include "simulator/runtime/values/ValueBytes.h"
 
 #include <memory>
 #include <mutex>
@@ -35,19 +35,11 @@ class SettingsStore
     void Clear();
 
   private:
-    struct Setting
-    {
-        std::wstring name;
-        ValueText value;
-    };
-
-    using Settings = std::vector<Setting>;
-
-    void Keep(Settings settings); // with the lock held
+    void Keep(SetEntries settings); // with the lock held
 
     std::wstring m_path;
     mutable std::mutex m_mutex;
-    Settings m_settings;
+    SetEntries m_settings;
 };
 
 } // namespace sim

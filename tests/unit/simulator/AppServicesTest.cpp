@@ -22,24 +22,24 @@ class AppServicesTest : public ServicesFixture
     }
 
     Asked<sim::SendRequest> SendLater(PeerPointer const& from, std::uint32_t connection, ConnectionEnd end,
-                                      std::wstring const& set = L"")
+                                      std::string const& set = "")
     {
         return AskLater(from, sim::SendRequest{connection, end, set});
     }
 
     ResponseStatus Send(PeerPointer const& from, std::uint32_t connection, ConnectionEnd end)
     {
-        return Ask(from, sim::SendRequest{connection, end, L""}).status;
+        return Ask(from, sim::SendRequest{connection, end, ""}).status;
     }
 
-    ResponseStatus Respond(PeerPointer const& from, std::uint32_t request, std::wstring const& set)
+    ResponseStatus Respond(PeerPointer const& from, std::uint32_t request, std::string const& set)
     {
         return Ask(from, sim::GiveResponse{request, set}).status;
     }
 
-    static sim::ResponseGiven Given(std::wstring const& set) { return {ResponseStatus::Success, set}; }
+    static sim::ResponseGiven Given(std::string const& set) { return {ResponseStatus::Success, set}; }
 
-    sim::ResponseGiven const m_failure{ResponseStatus::Failure, L""};
+    sim::ResponseGiven const m_failure{ResponseStatus::Failure, ""};
 };
 
 } // namespace
@@ -129,46 +129,46 @@ TEST_F(AppServicesTest, WaitsForTheAppsNextProcessIfThisOneHasNotTakenTheConnect
 TEST_F(AppServicesTest, CarriesRequestsOfTheCaller)
 {
     auto const connection = Open(m_caller);
-    auto const response = SendLater(m_caller, connection, ConnectionEnd::Caller, L"a set");
-    EXPECT_EQ(m_app->received, Sent(sim::RequestArrived{connection, ConnectionEnd::Service, 1, L"a set"}));
-    EXPECT_EQ(Respond(m_app, 1, L"another set"), ResponseStatus::Success);
+    auto const response = SendLater(m_caller, connection, ConnectionEnd::Caller, "a set");
+    EXPECT_EQ(m_app->received, Sent(sim::RequestArrived{connection, ConnectionEnd::Service, 1, "a set"}));
+    EXPECT_EQ(Respond(m_app, 1, "another set"), ResponseStatus::Success);
     EXPECT_FALSE(response.Take()); // the response alone does not end the request
     Say(m_app, sim::RequestCompleted{1});
-    EXPECT_EQ(response.Take(), Given(L"another set"));
+    EXPECT_EQ(response.Take(), Given("another set"));
 }
 
 TEST_F(AppServicesTest, CarriesRequestsOfTheService)
 {
     auto const connection = Open(m_caller);
-    auto const response = SendLater(m_app, connection, ConnectionEnd::Service, L"a set");
-    EXPECT_EQ(m_caller->received, Sent(sim::RequestArrived{connection, ConnectionEnd::Caller, 1, L"a set"}));
+    auto const response = SendLater(m_app, connection, ConnectionEnd::Service, "a set");
+    EXPECT_EQ(m_caller->received, Sent(sim::RequestArrived{connection, ConnectionEnd::Caller, 1, "a set"}));
     Say(m_caller, sim::RequestCompleted{1});
-    EXPECT_EQ(response.Take(), Given(L"")); // a response is optional
+    EXPECT_EQ(response.Take(), Given("")); // a response is optional
 }
 
 TEST_F(AppServicesTest, KeepsWhatTheServiceSaysUntilTheCallerHasTheConnection)
 {
     auto const opened = AskLater(m_caller, OpenService());
     Take(0);
-    auto const response = SendLater(m_app, 1, ConnectionEnd::Service, L"early");
+    auto const response = SendLater(m_app, 1, ConnectionEnd::Service, "early");
     EXPECT_TRUE(m_caller->received.empty());
     Say(m_app, sim::TaskReturned{1});
     ASSERT_EQ(m_caller->received.size(), 2u);
-    EXPECT_EQ(m_caller->received[1], sim::ToProcess(sim::RequestArrived{1, ConnectionEnd::Caller, 1, L"early"}));
+    EXPECT_EQ(m_caller->received[1], sim::ToProcess(sim::RequestArrived{1, ConnectionEnd::Caller, 1, "early"}));
     EXPECT_EQ(opened.Take(), (sim::ConnectionOpened{OpenStatus::Success, 1})); // came before it
     Say(m_caller, sim::RequestCompleted{1});
-    EXPECT_EQ(response.Take(), Given(L""));
+    EXPECT_EQ(response.Take(), Given(""));
 }
 
 TEST_F(AppServicesTest, TakesOneResponseForARequest)
 {
     auto const connection = Open(m_caller);
     auto const response = SendLater(m_caller, connection, ConnectionEnd::Caller);
-    EXPECT_EQ(Respond(m_app, 1, L"first"), ResponseStatus::Success);
-    EXPECT_EQ(Respond(m_app, 1, L"second"), ResponseStatus::Failure);
+    EXPECT_EQ(Respond(m_app, 1, "first"), ResponseStatus::Success);
+    EXPECT_EQ(Respond(m_app, 1, "second"), ResponseStatus::Failure);
     Say(m_app, sim::RequestCompleted{1});
-    EXPECT_EQ(response.Take(), Given(L"first"));
-    EXPECT_EQ(Respond(m_app, 1, L"late"), ResponseStatus::Failure);
+    EXPECT_EQ(response.Take(), Given("first"));
+    EXPECT_EQ(Respond(m_app, 1, "late"), ResponseStatus::Failure);
 }
 
 TEST_F(AppServicesTest, EndsARequestOnce)
@@ -194,7 +194,7 @@ TEST_F(AppServicesTest, LetsARequestPendUntilTheAppEnds)
 {
     auto const connection = Open(m_caller);
     auto const response = SendLater(m_caller, connection, ConnectionEnd::Caller);
-    EXPECT_EQ(Respond(m_app, 1, L"never completed"), ResponseStatus::Success);
+    EXPECT_EQ(Respond(m_app, 1, "never completed"), ResponseStatus::Success);
     Reports();
     Close(m_app);
     EXPECT_EQ(response.Take(), m_failure);
@@ -293,7 +293,7 @@ TEST_F(AppServicesTest, KeepsConnectionsApart)
     Complete(0);
     EXPECT_TRUE(other->received.empty());
     Say(m_app, sim::RequestCompleted{1});
-    EXPECT_EQ(response.Take(), Given(L""));
+    EXPECT_EQ(response.Take(), Given(""));
 }
 
 TEST_F(AppServicesTest, DoesNotLetOthersSpeakOnAConnection)

@@ -23,8 +23,8 @@ std::vector<sim::Activation::Content> Contents()
 std::vector<sim::AnyRequest> Requests()
 {
     return {sim::OpenConnection{L"a.service", L"A.Package_m7dy57p66fpam"},
-            sim::SendRequest{1, sim::ConnectionEnd::Service, L"a\0b \x00E4\xD83D\xDE00"s},
-            sim::GiveResponse{0xFFFFFFFF, L""},
+            sim::SendRequest{1, sim::ConnectionEnd::Service, "a\0\xFF"s},
+            sim::GiveResponse{0xFFFFFFFF, ""},
             sim::CreateChannel{},
             sim::RegisterTask{L"A Task", sim::Trigger::Timer, 15, true},
             sim::ListTasks{},
@@ -38,7 +38,7 @@ std::vector<sim::AnyRequest> Requests()
             sim::SuspendApp{},
             sim::RequestPage{L"A.Page"},
             sim::KillApp{},
-            sim::Push{L"payload"},
+            sim::Push{L"a\0b \x00E4\xD83D\xDE00"s},
             sim::AdvanceClock{-1},
             sim::RevokeChannel{},
             sim::CancelTasks{11},
@@ -54,7 +54,7 @@ std::vector<sim::AnyAnswer> Answers()
     return {sim::Refused{L"reason"},
             sim::Shown{L"one\ntwo"},
             sim::ConnectionOpened{sim::OpenStatus::AppServiceUnavailable, 1},
-            sim::ResponseGiven{sim::ResponseStatus::Failure, L"set"},
+            sim::ResponseGiven{sim::ResponseStatus::Failure, "set"},
             sim::ResponseTaken{sim::ResponseStatus::Failure},
             sim::ChannelCreated{-1, L"https://", 133'489'512'000'000'000},
             sim::TaskRegistered{-2, L"id"},
@@ -98,7 +98,7 @@ std::vector<sim::ToProcess> ToProcesses()
         sim::FaultsCleared{},
         sim::TaskCancelled{1, 2, 9},
         sim::TaskEnded{1, 2},
-        sim::RequestArrived{1, sim::ConnectionEnd::Service, 2, L"set"},
+        sim::RequestArrived{1, sim::ConnectionEnd::Service, 2, "set"},
         sim::OtherEndClosed{1, sim::ConnectionEnd::Service, sim::ClosedStatus::Canceled},
         sim::EventHappened{{1, L"kind", {L"one=1"}}},
     };

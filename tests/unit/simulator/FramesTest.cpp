@@ -97,11 +97,11 @@ TEST(FramesTest, AreRefusedByTheirSizeAlone)
     EXPECT_THROW(reader.Next(), sim::Error);
 }
 
-TEST(FramesTest, HoldTheLongestTextWithTheOtherFields)
+TEST(FramesTest, HoldTheLargestSetWithTheOtherFields)
 {
-    std::wstring const text(sim::longestText, L'x');
-    sim::FromProcess const request = sim::Request{0, sim::SendRequest{1, sim::ConnectionEnd::Caller, text}};
+    std::string const set(sim::largestSet, 'x');
+    sim::FromProcess const request = sim::Request{0, sim::SendRequest{1, sim::ConnectionEnd::Caller, set}};
     EXPECT_LE(sim::Encode(request).size(), sim::largestMessage);
-    sim::ToProcess const arrived = sim::RequestArrived{1, sim::ConnectionEnd::Caller, 1, text};
+    sim::ToProcess const arrived = sim::RequestArrived{1, sim::ConnectionEnd::Caller, 1, set};
     EXPECT_LE(sim::Encode(arrived).size(), sim::largestMessage);
 }

@@ -52,7 +52,7 @@ TEST_F(LocalSettings, AreKeptAcrossProcesses)
 
 TEST_F(LocalSettings, AreThoseOfTheDevice)
 {
-    sim::WriteSettings(sim::SettingsFileIn(host.DataFolder()), L"4:CURI String 3:old");
+    sim::WriteSettings(sim::SettingsFileIn(host.DataFolder()), {sim::EntryOf(L"CURI", winrt::box_value(L"old"))});
     EXPECT_EQ(winrt::unbox_value<winrt::hstring>(Values().Lookup(L"CURI")), L"old");
 }
 

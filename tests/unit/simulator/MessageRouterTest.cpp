@@ -1,5 +1,6 @@
 #include "simulator/runtime/MessageRouter.h"
 
+#include "simulator/base/Text.h"
 #include "simulator/runtime/CurrentHost.h"
 #include "simulator/testing/LocalDevice.h"
 #include "tests/unit/simulator/BackgroundApp.h"
@@ -22,14 +23,14 @@ constexpr Address Instance(std::uint32_t number)
     return {Address::Kind::Instance, number};
 }
 
-Message Request(std::uint32_t connection, std::wstring name)
+Message Request(std::uint32_t connection, std::wstring const& name)
 {
-    return sim::RequestArrived{connection, ConnectionEnd::Service, 1, std::move(name)};
+    return sim::RequestArrived{connection, ConnectionEnd::Service, 1, sim::ToUtf8(name)};
 }
 
 std::wstring NameOf(Message const& message)
 {
-    return std::get<sim::RequestArrived>(message).set;
+    return sim::FromUtf8(std::get<sim::RequestArrived>(message).set);
 }
 
 class MessageRouter : public testing::Test

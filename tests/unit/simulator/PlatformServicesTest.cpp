@@ -111,11 +111,11 @@ TEST_F(PlatformServicesTest, CarriesARequestFromProcessToProcess)
     auto const caller = NewCaller();
     auto const app = Connect(0);
     Return(app, 1, 1);
-    auto const response = AskLater(caller.peer, sim::SendRequest{1, ConnectionEnd::Caller, L"a set"});
-    EXPECT_EQ(app->received.back(), sim::ToProcess(sim::RequestArrived{1, ConnectionEnd::Service, 1, L"a set"}));
-    EXPECT_EQ(Ask(app, sim::GiveResponse{1, L"another"}).status, sim::ResponseStatus::Success);
+    auto const response = AskLater(caller.peer, sim::SendRequest{1, ConnectionEnd::Caller, "a set"});
+    EXPECT_EQ(app->received.back(), sim::ToProcess(sim::RequestArrived{1, ConnectionEnd::Service, 1, "a set"}));
+    EXPECT_EQ(Ask(app, sim::GiveResponse{1, "another"}).status, sim::ResponseStatus::Success);
     Say(app, sim::RequestCompleted{1});
-    EXPECT_EQ(response.Take(), (sim::ResponseGiven{sim::ResponseStatus::Success, L"another"}));
+    EXPECT_EQ(response.Take(), (sim::ResponseGiven{sim::ResponseStatus::Success, "another"}));
 }
 
 TEST_F(PlatformServicesTest, TellsTheCallerOfACrash)
@@ -125,10 +125,10 @@ TEST_F(PlatformServicesTest, TellsTheCallerOfACrash)
     auto const app = Connect(0);
     Return(app, 1, 1);
     caller.opened.Take();
-    auto const response = AskLater(caller.peer, sim::SendRequest{1, ConnectionEnd::Caller, L""});
+    auto const response = AskLater(caller.peer, sim::SendRequest{1, ConnectionEnd::Caller, ""});
     Close(app);
     End(0, 3);
-    EXPECT_EQ(response.Take(), (sim::ResponseGiven{sim::ResponseStatus::Failure, L""}));
+    EXPECT_EQ(response.Take(), (sim::ResponseGiven{sim::ResponseStatus::Failure, ""}));
     EXPECT_EQ(caller.peer->received, Sent(sim::OtherEndClosed{1, ConnectionEnd::Caller, sim::ClosedStatus::Canceled}));
     EXPECT_EQ(LastEvent().Text(), L"app-crashed pid=100 code=3");
     EXPECT_EQ(m_processes->started.size(), 1u);

@@ -1,8 +1,8 @@
-#include "simulator/runtime/values/ValueText.h"
+#include "simulator/runtime/values/ValueBytes.h"
 
 #include "simulator/base/Error.h"
-#include "simulator/protocol/SetText.h"
-#include "simulator/runtime/values/ArrayOf.h"
+#include "simulator/base/Text.h"
+#include "simulator/protocol/Encoding.h"
 #include "tests/unit/simulator/BackgroundApp.h"
 
 #include <algorithm>
@@ -12,16 +12,17 @@
 
 using namespace test;
 using namespace winrt::Windows::Foundation;
+using namespace std::string_literals;
 
 namespace
 {
 
-class ValueTexts : public testing::Test
+class ValueBytes : public testing::Test
 {
   protected:
     static IInspectable Travelled(IInspectable const& value)
     {
-        return sim::SetFrom(sim::TextOf(SetOf({{L"value", value}}))).Lookup(L"value");
+        return sim::SetFrom(sim::BytesOf(SetOf({{L"value", value}}))).Lookup(L"value");
     }
 
     template <typename T>
@@ -33,7 +34,7 @@ class ValueTexts : public testing::Test
     template <typename T>
     static std::vector<T> TravelledArray(IInspectable const& array)
     {
-        auto const values = sim::ArrayOf<T>(Travelled(array).as<IPropertyValue>());
+        auto const values = Travelled(array).as<IReferenceArray<T>>().Value();
         return std::vector<T>(values.begin(), values.end());
     }
 
@@ -42,7 +43,7 @@ class ValueTexts : public testing::Test
 
 } // namespace
 
-TEST_F(ValueTexts, TellWholeNumbersOfAllSizes)
+TEST_F(ValueBytes, TellWholeNumbersOfAllSizes)
 {
     EXPECT_EQ(TravelledAs<std::uint8_t>(255), 255);
     EXPECT_EQ(TravelledAs<std::int16_t>(-32768), -32768);
@@ -56,7 +57,7 @@ TEST_F(ValueTexts, TellWholeNumbersOfAllSizes)
     EXPECT_FALSE(TravelledAs(false));
 }
 
-TEST_F(ValueTexts, TellFloatingNumbersExactly)
+TEST_F(ValueBytes, TellFloatingNumbersExactly)
 {
     EXPECT_EQ(TravelledAs(0.1f), 0.1f);
     EXPECT_EQ(TravelledAs(0.1), 0.1);
@@ -65,7 +66,7 @@ TEST_F(ValueTexts, TellFloatingNumbersExactly)
     EXPECT_TRUE(std::isnan(TravelledAs(std::numeric_limits<double>::quiet_NaN())));
 }
 
-TEST_F(ValueTexts, TellStructures)
+TEST_F(ValueBytes, TellStructures)
 {
     winrt::guid const id(L"01234567-89ab-cdef-0123-456789abcdef");
     EXPECT_EQ(TravelledAs(id), id);
@@ -77,7 +78,7 @@ TEST_F(ValueTexts, TellStructures)
     EXPECT_EQ(TravelledAs(Rect{1, 2, 3, 4}).Height, 4);
 }
 
-TEST_F(ValueTexts, TellAnyText)
+TEST_F(ValueBytes, TellAnyText)
 {
     for (auto const& text : {std::wstring(), std::wstring(L"4:a String 2:xy"), std::wstring(L"a\0b", 3),
                              std::wstring(L"\xD800 alone"), std::wstring(L"%2b %s%n \r\n \x4E16\x754C")})
@@ -86,7 +87,7 @@ TEST_F(ValueTexts, TellAnyText)
     }
 }
 
-TEST_F(ValueTexts, TellArrays)
+TEST_F(ValueBytes, TellArrays)
 {
     EXPECT_EQ(TravelledArray<std::uint8_t>(PropertyValue::CreateUInt8Array({0, 255})),
               (std::vector<std::uint8_t>{0, 255}));
@@ -104,28 +105,27 @@ TEST_F(ValueTexts, TellArrays)
               std::vector{DateTime(TimeSpan(5))});
 }
 
-TEST_F(ValueTexts, OfArraysAreAsLargeAsTheirBytes)
+TEST_F(ValueBytes, OfArraysAreAsLargeAsTheirBytes)
 {
     constexpr std::size_t size = 1 << 20;
     std::vector<std::uint8_t> const bytes(size, 0xAB);
-    auto const text = sim::TextOfValue(PropertyValue::CreateUInt8Array(bytes));
-    EXPECT_EQ(text.type, L"UInt8[]");
-    EXPECT_EQ(text.text.size(), std::wstring(L"1048576:").size() + size / sizeof(wchar_t));
+    auto const entry = sim::EntryOf(L"", PropertyValue::CreateUInt8Array(bytes));
+    EXPECT_EQ(entry.type, static_cast<std::int32_t>(PropertyType::UInt8Array));
+    EXPECT_EQ(entry.bytes, std::string(size, '\xAB'));
     std::vector<double> const numbers(1000);
-    EXPECT_EQ(sim::TextOfValue(PropertyValue::CreateDoubleArray(numbers)).text.size(),
-              std::wstring(L"8000:").size() + 8000 / sizeof(wchar_t));
+    EXPECT_EQ(sim::EntryOf(L"", PropertyValue::CreateDoubleArray(numbers)).bytes.size(), 8000u);
 }
 
-TEST_F(ValueTexts, TellNullAndSetsInSets)
+TEST_F(ValueBytes, TellNullAndSetsInSets)
 {
     EXPECT_FALSE(Travelled(nullptr));
     auto const inner = Travelled(SetOf({{L"inner", SetOf(L"text", L"x")}})).as<ValueSet>();
     EXPECT_EQ(TextIn(inner.Lookup(L"inner").as<ValueSet>(), L"text"), L"x");
 }
 
-TEST_F(ValueTexts, KeepTheOrder)
+TEST_F(ValueBytes, KeepTheOrder)
 {
-    auto const set = sim::SetFrom(sim::TextOf(SetOf({{L"b", nullptr}, {L"a", nullptr}, {L"", nullptr}})));
+    auto const set = sim::SetFrom(sim::BytesOf(SetOf({{L"b", nullptr}, {L"a", nullptr}, {L"", nullptr}})));
     std::vector<std::wstring> names;
     for (auto const& entry : set)
     {
@@ -134,41 +134,72 @@ TEST_F(ValueTexts, KeepTheOrder)
     EXPECT_EQ(names, (std::vector<std::wstring>{L"b", L"a", L""}));
 }
 
-TEST_F(ValueTexts, OfWhatCannotTravelAreNone)
+TEST_F(ValueBytes, OfWhatCannotTravelAreNone)
 {
     constexpr auto unsupported = static_cast<std::int32_t>(0x8007065E);
     auto const textOf = [](IInspectable const& value) {
-        return FailureOf([&] { sim::TextOf(SetOf({{L"value", value}})); });
+        return FailureOf([&] { sim::BytesOf(SetOf({{L"value", value}})); });
     };
     EXPECT_EQ(textOf(winrt::make<winrt::impl::reference<PropertyType>>(PropertyType::Int16)), unsupported);
     EXPECT_EQ(textOf(PropertyValue::CreateInspectableArray({})), unsupported);
     EXPECT_EQ(textOf(AppServiceConnection()), unsupported);
 }
 
-TEST_F(ValueTexts, AreRefusedWhenTheyAreNone)
+TEST_F(ValueBytes, OfNoSetAreRefused)
 {
-    for (auto const* const text :
-         {L"x", L"4:abc", L"3:abc", L"3:abc String", L"3:abcString 1:x", L"1:a Int32 1:x", L"1:a Strings 1:x",
-          L"1:a Guid 2:00", L"1:a Single 8:0000000G", L"1:a Int32[] 1:5", L"1:a UInt8[] 3:3:x", L"1:a UInt8[] 4:2:xy",
-          L"1:a Int32[] 3:2:x", L"1:a String[] 1:x"})
+    for (auto const& bytes : {"x"s, sim::Encode(sim::SetEntries{{L"name"}}) + "more", "\2\0\0\0"s})
     {
-        EXPECT_EQ(FailureOf([&] { sim::SetFrom(text); }), E_INVALIDARG) << std::wstring(text).size();
+        EXPECT_EQ(FailureOf([&] { sim::SetFrom(bytes); }), E_INVALIDARG) << bytes;
     }
 }
 
-TEST(ValueTextOfSets, IsReadByPeople)
+TEST_F(ValueBytes, OfAnotherSizeOrTypeAreRefused)
 {
-    std::wstring text;
-    sim::AppendEntry(text, {L"CURI", L"String", L"https://x"});
-    EXPECT_EQ(text, L"4:CURI String 9:https://x");
-    auto const entries = sim::ParseSet(text);
-    ASSERT_EQ(entries.size(), 1u);
-    EXPECT_EQ(entries[0].name, L"CURI");
-    EXPECT_EQ(entries[0].type, L"String");
-    EXPECT_EQ(entries[0].value, L"https://x");
-    EXPECT_TRUE(sim::ParseSet(L"").empty());
-    EXPECT_THROW(sim::ParseSet(L"4:CUR"), sim::Error);
-    EXPECT_EQ(sim::ReadableValue(entries[0]), L"https://x");
-    auto const bytes = sim::PackBytes("\x01\xFE\x7F");
-    EXPECT_EQ(sim::ReadableValue({L"Bytes", L"UInt8[]", bytes}), L"01FE7F");
+    constexpr auto int32Array = 1028;
+    constexpr auto stringArray = 1036;
+    for (auto const& entry : sim::SetEntries{{L"an unknown type", 99, "1234"},
+                                             {L"a type of arrays alone", 1024, ""},
+                                             {L"a short number", 4, "123"},
+                                             {L"two numbers", 4, "12345678"},
+                                             {L"no number", 4, ""},
+                                             {L"a short element", int32Array, "12345"},
+                                             {L"a string without its length", 12, "x"},
+                                             {L"a string that ends early", stringArray, "\1\0\0\0\2\0\0\0xx"s},
+                                             {L"a set in a set", sim::SetEntry::ofSet, "x"}})
+    {
+        EXPECT_EQ(FailureOf([&] { sim::SetFrom(sim::Encode(sim::SetEntries{entry})); }), E_INVALIDARG)
+            << sim::ToUtf8(entry.name);
+    }
+}
+
+TEST_F(ValueBytes, OfNothingAreAnEmptySet)
+{
+    EXPECT_EQ(sim::SetFrom("").Size(), 0u);
+}
+
+TEST_F(ValueBytes, OfAFlagAreSetOrClear)
+{
+    auto const flags = sim::ValueFrom({L"", 1035, "\0\xFF"s}).as<IReferenceArray<bool>>().Value();
+    EXPECT_EQ(std::vector<bool>(flags.begin(), flags.end()), (std::vector{false, true}));
+}
+
+TEST_F(ValueBytes, AreReadByPeople)
+{
+    auto const read = [](IInspectable const& value) {
+        auto const entry = sim::EntryOf(L"", value);
+        return sim::TypeName(entry) + L" " + sim::ReadableValue(entry);
+    };
+    EXPECT_EQ(read(nullptr), L"Null ");
+    EXPECT_EQ(read(winrt::box_value(L"https://x")), L"String https://x");
+    EXPECT_EQ(read(PropertyValue::CreateStringArray({winrt::hstring(L"a"), winrt::hstring(L"b")})), L"String[] a, b");
+    EXPECT_EQ(read(winrt::box_value(-5)), L"Int32 -5");
+    EXPECT_EQ(read(winrt::box_value(UINT64_MAX)), L"UInt64 18446744073709551615");
+    EXPECT_EQ(read(winrt::box_value(std::int16_t(-1))), L"Int16 -1");
+    EXPECT_EQ(read(winrt::box_value(true)), L"Boolean 1");
+    EXPECT_EQ(read(winrt::box_value(u'\x41')), L"Char16 65");
+    EXPECT_EQ(read(winrt::box_value(1.0f)), L"Single 0000803F");
+    EXPECT_EQ(read(PropertyValue::CreateUInt8Array({1, 0xFE, 0x7F})), L"UInt8[] 01FE7F");
+    EXPECT_THROW(sim::TypeName({L"", 99}), sim::Error);
+    EXPECT_THROW(sim::TypeName({L"", -1}), sim::Error);
+    EXPECT_THROW(sim::ReadableValue({L"", 4, "123"}), sim::Error);
 }
