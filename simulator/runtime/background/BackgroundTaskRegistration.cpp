@@ -38,7 +38,7 @@ BackgroundTaskRegistrationFactory::AllTasks() const
         tasks->emplace_back(winrt::guid(std::wstring_view(task.id)),
                             winrt::make<BackgroundTaskRegistration>(task.id, task.name));
     }
-    return winrt::make<MapView<winrt::guid, IBackgroundTaskRegistration>>(std::move(tasks), call);
+    return winrt::make<MapView<winrt::guid, IBackgroundTaskRegistration>>(std::move(tasks), MapCalls{call});
 }
 
 } // namespace sim

@@ -1,37 +1,41 @@
 #pragma once
-#include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/storage/SettingsStore.h"
+#include "simulator/runtime/values/NamedMap.h"
 
-#include <winrt/Windows.Foundation.Collections.h>
 #include <winrt/Windows.Storage.h>
 
 namespace sim
 {
 
 // The values of an app's local settings.
-struct ApplicationDataContainerSettings
-    : Implements<ApplicationDataContainerSettings, Collections::IPropertySet,
-                 Collections::IObservableMap<winrt::hstring, IInspectable>,
-                 Collections::IMap<winrt::hstring, IInspectable>,
-                 Collections::IIterable<Collections::IKeyValuePair<winrt::hstring, IInspectable>>>
+struct ApplicationDataContainerSettings : NamedMap<ApplicationDataContainerSettings>
 {
     using class_type = winrt::Windows::Storage::ApplicationDataContainerSettings;
 
-    explicit ApplicationDataContainerSettings(std::shared_ptr<SettingsStore> store) : m_store(std::move(store)) {}
+    explicit ApplicationDataContainerSettings(std::shared_ptr<SettingsStore> const& store)
+        : NamedMap(store), m_store(store)
+    {
+    }
 
-    // Null for a name that there is not.
-    IInspectable Lookup(winrt::hstring const& name) const;
-    bool Insert(winrt::hstring const& name, IInspectable const& value);
-    std::uint32_t Size() const;
-    bool HasKey(winrt::hstring const& name) const;
-    Collections::IMapView<winrt::hstring, IInspectable> GetView() const;
-    void Remove(winrt::hstring const& name);
-    void Clear();
-    Collections::IIterator<Collections::IKeyValuePair<winrt::hstring, IInspectable>> First() const;
+    // Each time an object of its own; null for a name that there is not.
+    IInspectable Lookup(winrt::hstring const& name) const
+    {
+        return StruckByNull(L"ApplicationDataContainerSettings.Lookup") ? nullptr : m_store->CopyOf(name);
+    }
+
+    bool Insert(winrt::hstring const& name, IInspectable const& value) const
+    {
+        ThrowIfStruck(L"ApplicationDataContainerSettings.Insert");
+        return m_store->Insert(name, value);
+    }
+
+    void Remove(winrt::hstring const& name) const { m_store->Remove(name); }
+
+    void Clear() const { m_store->Clear(); }
 
   private:
-    std::shared_ptr<SettingsStore> m_store;
+    std::shared_ptr<SettingsStore> const m_store;
 };
 
 } // namespace sim

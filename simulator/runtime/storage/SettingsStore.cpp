@@ -2,9 +2,9 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/protocol/SettingsFile.h"
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/CurrentHost.h"
+#include "simulator/runtime/values/ValueBytes.h"
 
-#include <algorithm>
 #include <windows.h>
 
 namespace sim
@@ -18,11 +18,6 @@ constexpr std::size_t longestName = 255;
 constexpr std::size_t largestValue = 8192; // bytes, of which some are spent on
 constexpr std::size_t overhead = 2;
 
-auto FindIn(auto& settings, std::wstring_view name)
-{
-    return std::ranges::find_if(settings, [&](auto const& setting) { return setting.name == name; });
-}
-
 SetEntry SettingOf(std::wstring_view name, IInspectable const& value)
 {
     if (value.try_as<Collections::IPropertySet>())
@@ -35,6 +30,28 @@ SetEntry SettingOf(std::wstring_view name, IInspectable const& value)
         throw winrt::hresult_error(settingTooLarge);
     }
     return setting;
+}
+
+// Reading and writing fail as the platform does.
+template <typename Function>
+auto OnDisk(Function function)
+try
+{
+    return function();
+}
+catch (Error const& error)
+{
+    throw winrt::hresult_error(E_FAIL, winrt::hstring(error.Message()));
+}
+
+NamedValues::Entries EntriesIn(std::wstring const& path)
+{
+    NamedValues::Entries entries;
+    for (auto const& setting : OnDisk([&] { return ReadSettings(path); }))
+    {
+        entries.emplace_back(setting.name, ValueFrom(setting));
+    }
+    return entries;
 }
 
 } // namespace
@@ -53,84 +70,27 @@ std::shared_ptr<SettingsStore> SettingsStore::OfThisProcess()
     return store;
 }
 
-SettingsStore::SettingsStore(std::wstring path)
-try : m_path(std::move(path)), m_settings(ReadSettings(m_path)) {}
-catch (Error const& error)
+SettingsStore::SettingsStore(std::wstring path) : NamedValues(EntriesIn(path)), m_path(std::move(path)) {}
+
+IInspectable SettingsStore::CopyOf(winrt::hstring const& name) const
 {
-    throw winrt::hresult_error(E_FAIL, winrt::hstring(error.Message()));
+    auto const value = Find(name);
+    return value ? ValueFrom(EntryOf(name, *value)) : nullptr;
 }
 
-IInspectable SettingsStore::Find(std::wstring_view name) const
+bool SettingsStore::Insert(winrt::hstring const& name, IInspectable const& value)
 {
-    std::lock_guard const lock(m_mutex);
-    auto const found = FindIn(m_settings, name);
-    return found == m_settings.end() ? nullptr : ValueFrom(*found);
+    return value ? NamedValues::Insert(name, ValueFrom(SettingOf(name, value))) : Remove(name);
 }
 
-bool SettingsStore::Contains(std::wstring_view name) const
+void SettingsStore::Keep(Entries const& entries)
 {
-    std::lock_guard const lock(m_mutex);
-    return FindIn(m_settings, name) != m_settings.end();
-}
-
-std::vector<std::wstring> SettingsStore::Names() const
-{
-    std::lock_guard const lock(m_mutex);
-    std::vector<std::wstring> names;
-    std::ranges::transform(m_settings, std::back_inserter(names), &SetEntry::name);
-    return names;
-}
-
-bool SettingsStore::Insert(std::wstring_view name, IInspectable const& value)
-{
-    if (!value)
+    SetEntries settings;
+    for (auto const& [name, value] : entries)
     {
-        return Remove(name);
+        settings.push_back(EntryOf(name, value));
     }
-    auto setting = SettingOf(name, value);
-    std::lock_guard const lock(m_mutex);
-    auto settings = m_settings;
-    auto const found = FindIn(settings, name);
-    auto const replaces = found != settings.end();
-    if (replaces)
-    {
-        *found = std::move(setting);
-    }
-    else
-    {
-        settings.push_back(std::move(setting));
-    }
-    Keep(std::move(settings));
-    return replaces;
-}
-
-bool SettingsStore::Remove(std::wstring_view name)
-{
-    std::lock_guard const lock(m_mutex);
-    auto settings = m_settings;
-    auto const removed = std::erase_if(settings, [&](auto const& setting) { return setting.name == name; });
-    if (removed > 0)
-    {
-        Keep(std::move(settings));
-    }
-    return removed > 0;
-}
-
-void SettingsStore::Clear()
-{
-    std::lock_guard const lock(m_mutex);
-    Keep({});
-}
-
-void SettingsStore::Keep(SetEntries settings)
-try
-{
-    WriteSettings(m_path, settings);
-    m_settings = std::move(settings);
-}
-catch (Error const& error)
-{
-    throw winrt::hresult_error(E_FAIL, winrt::hstring(error.Message()));
+    OnDisk([&] { WriteSettings(m_path, settings); });
 }
 
 } // namespace sim

@@ -1,18 +1,16 @@
 #pragma once
-#include "simulator/runtime/values/ValueBytes.h"
+#include "simulator/runtime/values/NamedValues.h"
 
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace sim
 {
 
 // An app's local settings, on disk (simulator/protocol/SettingsFile.h). Read once in a process, which is the only one
-// that writes them; written at each change. Any thread.
-class SettingsStore
+// that writes them; written at each change, which fails with hresult_error, and changes nothing, when the file cannot
+// be written. Any thread.
+class SettingsStore : public NamedValues
 {
   public:
     // Of the current host's app. Throws hresult_error for a process without package identity, and when the file cannot
@@ -21,25 +19,18 @@ class SettingsStore
 
     explicit SettingsStore(std::wstring path);
 
-    // Each time an object of its own; null for a name that there is not.
-    IInspectable Find(std::wstring_view name) const;
-    bool Contains(std::wstring_view name) const;
-    std::vector<std::wstring> Names() const;
+    // Null for a name that there is not.
+    IInspectable CopyOf(winrt::hstring const& name) const;
 
-    // True when it replaced a value. Null removes it. Throws hresult_error, and changes nothing, for a name or a value
-    // that is too large, for one of a wrong type, and when the file cannot be written.
-    bool Insert(std::wstring_view name, IInspectable const& value);
+    // Keeps a copy; null removes the value. True when it replaced one. Throws hresult_error for a name or a value that
+    // is too large, and for one of a wrong type.
+    bool Insert(winrt::hstring const& name, IInspectable const& value);
 
-    // False when there is none of that name.
-    bool Remove(std::wstring_view name);
-    void Clear();
+  protected:
+    void Keep(Entries const& entries) override;
 
   private:
-    void Keep(SetEntries settings); // with the lock held
-
     std::wstring m_path;
-    mutable std::mutex m_mutex;
-    SetEntries m_settings;
 };
 
 } // namespace sim

@@ -4,12 +4,12 @@
 namespace sim
 {
 
-// A map that does not change. calls: as for KeyValuePair.
+// A map that does not change.
 template <typename K, typename V>
 struct MapView : winrt::implements<MapView<K, V>, Collections::IMapView<K, V>,
                                    Collections::IIterable<Collections::IKeyValuePair<K, V>>>
 {
-    MapView(MapEntries<K, V> entries, std::wstring calls = {})
+    explicit MapView(MapEntries<K, V> entries, MapCalls calls = {})
         : m_entries(std::move(entries)), m_calls(std::move(calls))
     {
     }
@@ -33,18 +33,14 @@ struct MapView : winrt::implements<MapView<K, V>, Collections::IMapView<K, V>,
 
     Collections::IIterator<Collections::IKeyValuePair<K, V>> First() const
     {
-        if (!m_calls.empty() && StruckByNull(m_calls + L".First"))
-        {
-            return nullptr;
-        }
-        return winrt::make<MapIterator<K, V>>(m_entries, m_calls);
+        return m_calls.AreStruckByNull(L".First") ? nullptr : winrt::make<MapIterator<K, V>>(m_entries, m_calls);
     }
 
   private:
     auto Find(K const& key) const { return std::ranges::find(*m_entries, key, &std::pair<K, V>::first); }
 
     MapEntries<K, V> m_entries;
-    std::wstring m_calls;
+    MapCalls m_calls;
 };
 
 } // namespace sim

@@ -12,58 +12,57 @@ constexpr auto nameOf = &NamedValues::Entries::value_type::first;
 
 } // namespace
 
-std::optional<IInspectable> NamedValues::Find(winrt::hstring const& name) const
+MapEntries<winrt::hstring, IInspectable> NamedValues::All() const
 {
     std::lock_guard const lock(m_mutex);
-    auto const found = std::ranges::find(m_entries, name, nameOf);
-    return found != m_entries.end() ? std::optional(found->second) : std::nullopt;
+    return m_entries;
 }
 
-std::uint32_t NamedValues::Size() const
+std::optional<IInspectable> NamedValues::Find(winrt::hstring const& name) const
 {
-    std::lock_guard const lock(m_mutex);
-    return static_cast<std::uint32_t>(m_entries.size());
+    auto const entries = All();
+    auto const found = std::ranges::find(*entries, name, nameOf);
+    return found != entries->end() ? std::optional(found->second) : std::nullopt;
 }
 
 bool NamedValues::Insert(winrt::hstring const& name, IInspectable const& value)
 {
-    IInspectable old; // released after the lock: it may be anything
-    std::lock_guard const lock(m_mutex);
-    auto const found = std::ranges::find(m_entries, name, nameOf);
-    if (found == m_entries.end())
-    {
-        m_entries.emplace_back(name, value);
-        return false;
-    }
-    old = std::exchange(found->second, value);
-    return true;
+    return Change([&](Entries& entries) {
+        auto const found = std::ranges::find(entries, name, nameOf);
+        if (found == entries.end())
+        {
+            entries.emplace_back(name, value);
+            return false;
+        }
+        found->second = value;
+        return true;
+    });
 }
 
 bool NamedValues::Remove(winrt::hstring const& name)
 {
-    IInspectable old; // released after the lock
-    std::lock_guard const lock(m_mutex);
-    auto const found = std::ranges::find(m_entries, name, nameOf);
-    if (found == m_entries.end())
-    {
-        return false;
-    }
-    old = std::move(found->second);
-    m_entries.erase(found);
-    return true;
+    return Change([&](Entries& entries) {
+        return std::erase_if(entries, [&](auto const& entry) { return entry.first == name; }) > 0;
+    });
 }
 
 void NamedValues::Clear()
 {
-    Entries old; // released after the lock
-    std::lock_guard const lock(m_mutex);
-    old.swap(m_entries);
+    Change([](Entries& entries) {
+        entries.clear();
+        return true;
+    });
 }
 
-NamedValues::Entries NamedValues::All() const
+bool NamedValues::Change(std::function<bool(Entries&)> const& change)
 {
+    MapEntries<winrt::hstring, IInspectable> old; // released after the lock: a value may be anything
     std::lock_guard const lock(m_mutex);
-    return m_entries;
+    auto entries = std::make_shared<Entries>(*m_entries);
+    auto const result = change(*entries);
+    Keep(*entries);
+    old = std::exchange(m_entries, std::move(entries));
+    return result;
 }
 
 } // namespace sim

@@ -1,11 +1,9 @@
 #pragma once
-#include "simulator/runtime/Namespaces.h"
+#include "simulator/runtime/values/MapView.h"
 
+#include <functional>
 #include <mutex>
 #include <optional>
-#include <utility>
-#include <vector>
-#include <winrt/Windows.Foundation.Collections.h>
 
 namespace sim
 {
@@ -16,21 +14,32 @@ class NamedValues
   public:
     using Entries = std::vector<std::pair<winrt::hstring, IInspectable>>;
 
+    explicit NamedValues(Entries entries = {}) : m_entries(std::make_shared<Entries const>(std::move(entries))) {}
+
+    NamedValues(NamedValues const&) = delete;
+    NamedValues& operator=(NamedValues const&) = delete;
+    virtual ~NamedValues() = default;
+
+    // As they are now.
+    MapEntries<winrt::hstring, IInspectable> All() const;
     std::optional<IInspectable> Find(winrt::hstring const& name) const;
-    std::uint32_t Size() const;
 
     // True when it replaced a value, which keeps its place.
     bool Insert(winrt::hstring const& name, IInspectable const& value);
 
     // False when there is none of that name.
     bool Remove(winrt::hstring const& name);
-
     void Clear();
-    Entries All() const;
+
+  protected:
+    // Called with what the values are to become; they stay as they are when it throws.
+    virtual void Keep(Entries const& entries) {}
 
   private:
+    bool Change(std::function<bool(Entries&)> const& change);
+
     mutable std::mutex m_mutex;
-    Entries m_entries;
+    MapEntries<winrt::hstring, IInspectable> m_entries;
 };
 
 } // namespace sim

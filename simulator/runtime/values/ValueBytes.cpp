@@ -167,12 +167,12 @@ std::string BytesOf(Collections::IPropertySet const& set)
 Collections::ValueSet SetFrom(std::string_view bytes)
 try
 {
-    auto const set = winrt::make_self<ValueSet>();
+    NamedValues::Entries entries;
     for (auto const& entry : bytes.empty() ? SetEntries() : Decode<SetEntries>(bytes))
     {
-        set->Add(winrt::hstring(entry.name), ValueFrom(entry));
+        entries.emplace_back(entry.name, ValueFrom(entry));
     }
-    return set.as<Collections::ValueSet>();
+    return winrt::make<ValueSet>(std::move(entries));
 }
 catch (Error const& error)
 {

@@ -1,12 +1,32 @@
 #include "simulator/runtime/values/ValueSet.h"
 
-#include "simulator/runtime/values/MapChangedEventArgs.h"
-#include "simulator/runtime/values/MapView.h"
+#include "simulator/runtime/Runtime.h"
 
 namespace sim
 {
 
 using Collections::CollectionChange;
+
+namespace
+{
+
+struct MapChangedEventArgs : winrt::implements<MapChangedEventArgs, Collections::IMapChangedEventArgs<winrt::hstring>>
+{
+    MapChangedEventArgs(Collections::CollectionChange change, winrt::hstring key)
+        : m_change(change), m_key(std::move(key))
+    {
+    }
+
+    Collections::CollectionChange CollectionChange() const noexcept { return m_change; }
+
+    winrt::hstring Key() const { return m_key; }
+
+  private:
+    Collections::CollectionChange m_change;
+    winrt::hstring m_key;
+};
+
+} // namespace
 
 IInspectable ValueSet::Lookup(winrt::hstring const& name) const
 {
@@ -14,56 +34,34 @@ IInspectable ValueSet::Lookup(winrt::hstring const& name) const
     {
         return nullptr;
     }
-    auto const found = m_values.Find(name);
+    auto const found = m_values->Find(name);
     return found ? *found : throw winrt::hresult_out_of_bounds();
-}
-
-std::uint32_t ValueSet::Size() const
-{
-    return m_values.Size();
-}
-
-bool ValueSet::HasKey(winrt::hstring const& name) const
-{
-    return m_values.Find(name).has_value();
-}
-
-Collections::IMapView<winrt::hstring, IInspectable> ValueSet::GetView() const
-{
-    return winrt::make<MapView<winrt::hstring, IInspectable>>(
-        std::make_shared<NamedValues::Entries const>(m_values.All()));
 }
 
 bool ValueSet::Insert(winrt::hstring const& name, IInspectable const& value)
 {
     ThrowIfStruck(L"ValueSet.Insert");
-    auto const hasReplaced = m_values.Insert(name, value);
-    Tell(hasReplaced ? CollectionChange::ItemChanged : CollectionChange::ItemInserted, name);
+    auto const hasReplaced = m_values->Insert(name, value);
+    Raise(hasReplaced ? CollectionChange::ItemChanged : CollectionChange::ItemInserted, name);
     return hasReplaced;
 }
 
 void ValueSet::Remove(winrt::hstring const& name)
 {
-    if (!m_values.Remove(name))
+    if (!m_values->Remove(name))
     {
         throw winrt::hresult_out_of_bounds();
     }
-    Tell(CollectionChange::ItemRemoved, name);
+    Raise(CollectionChange::ItemRemoved, name);
 }
 
 void ValueSet::Clear()
 {
-    m_values.Clear();
-    Tell(CollectionChange::Reset, {});
+    m_values->Clear();
+    Raise(CollectionChange::Reset, {});
 }
 
-Collections::IIterator<Collections::IKeyValuePair<winrt::hstring, IInspectable>> ValueSet::First() const
-{
-    return winrt::make<MapIterator<winrt::hstring, IInspectable>>(
-        std::make_shared<NamedValues::Entries const>(m_values.All()), L"");
-}
-
-void ValueSet::Tell(CollectionChange change, winrt::hstring const& name)
+void ValueSet::Raise(CollectionChange change, winrt::hstring const& name)
 {
     if (m_mapChanged)
     {

@@ -1,6 +1,7 @@
 #include "simulator/base/Files.h"
 #include "simulator/protocol/SettingsFile.h"
 #include "simulator/runtime/storage/SettingsStore.h"
+#include "simulator/runtime/values/ValueBytes.h"
 #include "tests/unit/simulator/BackgroundApp.h"
 
 #include <winrt/Windows.Storage.h>
@@ -25,7 +26,7 @@ class LocalSettings : public testing::Test
     std::wstring Kept(std::wstring_view name)
     {
         sim::SettingsStore const store(sim::SettingsFileIn(host.DataFolder()));
-        auto const value = store.Find(name);
+        auto const value = store.CopyOf(winrt::hstring(name));
         return value ? std::wstring(winrt::unbox_value<winrt::hstring>(value)) : L"(none)";
     }
 
