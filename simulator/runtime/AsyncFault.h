@@ -29,11 +29,11 @@ class AsyncFault
 
     // What the call hands out for its operation: that, or one that takes no handler or has ended already if it is to.
     template <typename Operation>
-    Operation Handed(Operation operation) const
+    Operation Handed(Operation const& operation) const
     {
         if (m_fault && m_fault->kind == FaultKind::Unheard)
         {
-            return winrt::make<RejectingOperation<Operation>>(std::move(operation), m_fault->Result());
+            return winrt::make<RejectingOperation<Operation>>(operation, m_fault->Result());
         }
         return m_fault && m_fault->kind == FaultKind::Ended ? Ended(operation)
                                                             : CancellableOperation<Operation>::Of(operation);
@@ -46,6 +46,21 @@ class AsyncFault
     winrt::Windows::Foundation::IAsyncAction End() const { return End(m_fault); }
 
   private:
+    // Waits for its end.
+    template <typename Operation>
+    static Operation Ended(Operation operation)
+    {
+        try
+        {
+            operation.get();
+        }
+        catch (...)
+        {
+            // ignored: GetResults throws it, too
+        }
+        co_return operation.GetResults();
+    }
+
     // Coroutines hold what they work on.
     static winrt::Windows::Foundation::IAsyncAction Begin(std::optional<Fault> fault);
     static winrt::Windows::Foundation::IAsyncAction End(std::optional<Fault> fault);

@@ -21,7 +21,13 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
     static Operation Of(Operation const& operation)
     {
         auto const made = winrt::make_self<CancellableOperation>(operation);
-        operation.Completed([made](auto const&, AsyncStatus status) { made->End(status); });
+        operation.Completed([made](auto const&, AsyncStatus status) {
+            Handler handler;
+            if (made->TryEnd(status, handler))
+            {
+                made->Call(handler);
+            }
+        });
         return *made;
     }
 
@@ -77,18 +83,9 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
     void Cancel()
     {
         Handler handler;
+        if (TryEnd(AsyncStatus::Canceled, handler))
         {
-            std::lock_guard const lock(m_mutex);
-            if (m_status != AsyncStatus::Started)
-            {
-                return;
-            }
-            m_status = AsyncStatus::Canceled;
-            handler = std::exchange(m_handler, nullptr);
-        }
-        m_operation.Cancel();
-        if (handler)
-        {
+            m_operation.Cancel();
             RunOnPool([self = this->get_strong(), handler] { self->Call(handler); });
         }
     }
@@ -96,19 +93,17 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
     void Close() const { m_operation.Close(); }
 
   private:
-    void End(AsyncStatus status)
+    // False when it has ended already. handler: is to be called.
+    bool TryEnd(AsyncStatus status, Handler& handler)
     {
-        Handler handler;
+        std::lock_guard const lock(m_mutex);
+        if (m_status != AsyncStatus::Started)
         {
-            std::lock_guard const lock(m_mutex);
-            if (m_status != AsyncStatus::Started)
-            {
-                return;
-            }
-            m_status = status;
-            handler = std::exchange(m_handler, nullptr);
+            return false;
         }
-        Call(handler);
+        m_status = status;
+        handler = std::exchange(m_handler, nullptr);
+        return true;
     }
 
     // Its failure stays its own.

@@ -25,39 +25,14 @@ IAsyncAction Run(AsyncFault fault, HostReference process, LaunchDesktop launch)
     winrt::check_hresult(answer.result);
 }
 
-IAsyncAction Launch(std::wstring_view call, std::wstring application, std::optional<std::wstring> group)
+} // namespace
+
+IAsyncAction FullTrustProcessLauncherFactory::Launch(std::wstring_view call, std::wstring_view application,
+                                                     std::optional<std::wstring> group)
 {
     AsyncFault const fault(call);
     return fault.GivesNull() ? nullptr
-                             : fault.Handed(Run(fault, HostReference(), {std::move(application), std::move(group)}));
-}
-
-constexpr std::wstring_view forCurrentApp = L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync";
-constexpr std::wstring_view forApp = L"FullTrustProcessLauncher.LaunchFullTrustProcessForAppAsync";
-
-} // namespace
-
-IAsyncAction FullTrustProcessLauncherFactory::LaunchFullTrustProcessForCurrentAppAsync() const
-{
-    return Launch(forCurrentApp, L"", std::nullopt);
-}
-
-IAsyncAction FullTrustProcessLauncherFactory::LaunchFullTrustProcessForCurrentAppAsync(
-    winrt::hstring const& parameterGroupId) const
-{
-    return Launch(forCurrentApp, L"", std::wstring(parameterGroupId));
-}
-
-IAsyncAction FullTrustProcessLauncherFactory::LaunchFullTrustProcessForAppAsync(
-    winrt::hstring const& fullTrustPackageRelativeAppId) const
-{
-    return Launch(forApp, std::wstring(fullTrustPackageRelativeAppId), std::nullopt);
-}
-
-IAsyncAction FullTrustProcessLauncherFactory::LaunchFullTrustProcessForAppAsync(
-    winrt::hstring const& fullTrustPackageRelativeAppId, winrt::hstring const& parameterGroupId) const
-{
-    return Launch(forApp, std::wstring(fullTrustPackageRelativeAppId), std::wstring(parameterGroupId));
+                             : fault.Handed(Run(fault, HostReference(), {std::wstring(application), std::move(group)}));
 }
 
 } // namespace sim

@@ -1,7 +1,8 @@
 #pragma once
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 
+#include <optional>
+#include <string>
 #include <winrt/Windows.ApplicationModel.h>
 #include <winrt/Windows.Foundation.h>
 
@@ -13,13 +14,22 @@ namespace sim
 struct FullTrustProcessLauncherFactory
     : Implements<FullTrustProcessLauncherFactory, IActivationFactory, AppModel::IFullTrustProcessLauncherStatics>
 {
-    using IAsyncAction = winrt::Windows::Foundation::IAsyncAction;
+    // Of the overloads, group is the parameter group's id.
+    static Foundation::IAsyncAction LaunchFullTrustProcessForCurrentAppAsync(auto const&... group)
+    {
+        return Launch(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync", {}, std::wstring(group)...);
+    }
 
-    IAsyncAction LaunchFullTrustProcessForCurrentAppAsync() const;
-    IAsyncAction LaunchFullTrustProcessForCurrentAppAsync(winrt::hstring const& parameterGroupId) const;
-    IAsyncAction LaunchFullTrustProcessForAppAsync(winrt::hstring const& fullTrustPackageRelativeAppId) const;
-    IAsyncAction LaunchFullTrustProcessForAppAsync(winrt::hstring const& fullTrustPackageRelativeAppId,
-                                                   winrt::hstring const& parameterGroupId) const;
+    static Foundation::IAsyncAction LaunchFullTrustProcessForAppAsync(winrt::hstring const& application,
+                                                                      auto const&... group)
+    {
+        return Launch(L"FullTrustProcessLauncher.LaunchFullTrustProcessForAppAsync", application,
+                      std::wstring(group)...);
+    }
+
+  private:
+    static Foundation::IAsyncAction Launch(std::wstring_view call, std::wstring_view application,
+                                           std::optional<std::wstring> group = std::nullopt);
 };
 
 } // namespace sim

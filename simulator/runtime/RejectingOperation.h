@@ -1,39 +1,29 @@
 #pragma once
-#include <utility>
+#include "simulator/runtime/Implements.h"
+
 #include <winrt/Windows.Foundation.h>
 
 namespace sim
 {
 
-// An asynchronous operation whose handler for completion a fault strikes.
+// An asynchronous operation that goes on as it would, but refuses each handler for its completion.
 template <typename Operation>
-struct RejectingOperation
-    : winrt::implements<RejectingOperation<Operation>, Operation, winrt::Windows::Foundation::IAsyncInfo>
+struct RejectingOperation : Implements<RejectingOperation<Operation>, Operation, Foundation::IAsyncInfo>
 {
-    using Handler = decltype(std::declval<Operation>().Completed());
-
-    // refusal: with what it refuses each handler while it goes on as it would. 0: it has ended, and calls each handler
-    // at once.
     RejectingOperation(Operation operation, std::int32_t refusal)
         : m_operation(std::move(operation)), m_refusal(refusal)
     {
     }
 
-    void Completed(Handler const& handler)
-    {
-        winrt::check_hresult(m_refusal);
-        handler(*this, Status());
-    }
+    void Completed(auto const&) const { winrt::check_hresult(m_refusal); }
 
-    Handler Completed() const { return nullptr; }
+    std::nullptr_t Completed() const noexcept { return nullptr; }
 
     auto GetResults() const { return m_operation.GetResults(); }
 
-    std::uint32_t Id() const { return m_operation.Id(); }
+    auto Status() const { return m_operation.Status(); }
 
-    winrt::Windows::Foundation::AsyncStatus Status() const { return m_operation.Status(); }
-
-    winrt::hresult ErrorCode() const { return m_operation.ErrorCode(); }
+    auto ErrorCode() const { return m_operation.ErrorCode(); }
 
     void Cancel() const { m_operation.Cancel(); }
 
@@ -43,20 +33,5 @@ struct RejectingOperation
     Operation m_operation;
     std::int32_t m_refusal;
 };
-
-// The same for one that must end first; waits for that.
-template <typename Operation>
-Operation Ended(Operation const& operation)
-{
-    try
-    {
-        operation.get();
-    }
-    catch (...)
-    {
-        // ignored: GetResults gives it, too
-    }
-    return winrt::make<RejectingOperation<Operation>>(operation, 0);
-}
 
 } // namespace sim

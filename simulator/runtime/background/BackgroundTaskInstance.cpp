@@ -2,9 +2,9 @@
 
 #include "simulator/runtime/appservice/AppServiceConnection.h"
 #include "simulator/runtime/appservice/AppServiceTriggerDetails.h"
-#include "simulator/runtime/background/BackgroundTaskDeferral.h"
 #include "simulator/runtime/background/BackgroundTaskRegistration.h"
-#include "simulator/runtime/push/RawNotification.h"
+
+#include <winrt/Windows.Networking.PushNotifications.h>
 
 namespace sim
 {
@@ -13,6 +13,41 @@ using AppModel::Background::BackgroundTaskCancellationReason;
 
 namespace
 {
+
+// What a push carries.
+struct RawNotification : winrt::implements<RawNotification, Pushes::IRawNotification>
+{
+    using class_type = Pushes::RawNotification;
+
+    explicit RawNotification(std::wstring_view content) : m_content(content) {}
+
+    winrt::hstring Content() const { return m_content; }
+
+  private:
+    winrt::hstring m_content;
+};
+
+// Keeps a task running until it is completed. Released without that, it keeps it running until the platform's limit.
+struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, AppModel::Background::IBackgroundTaskDeferral>
+{
+    using class_type = AppModel::Background::BackgroundTaskDeferral;
+
+    explicit BackgroundTaskDeferral(std::shared_ptr<DeferralCounter> task) : m_task(std::move(task)) { m_task->Take(); }
+
+    // Once is enough; more does nothing.
+    void Complete()
+    {
+        ThrowIfStruck(L"BackgroundTaskDeferral.Complete");
+        if (!m_isCompleted.exchange(true))
+        {
+            m_task->Finish();
+        }
+    }
+
+  private:
+    std::shared_ptr<DeferralCounter> m_task;
+    std::atomic<bool> m_isCompleted = false;
+};
 
 IInspectable DetailsOf(ServiceStart const& start)
 {

@@ -3,13 +3,37 @@
 #include "simulator/runtime/AsyncFault.h"
 #include "simulator/runtime/Awaiters.h"
 #include "simulator/runtime/HostReference.h"
-#include "simulator/runtime/push/PushNotificationChannel.h"
+#include "simulator/runtime/Runtime.h"
 
 namespace sim
 {
 
 namespace
 {
+
+// The app's channel, as it was when it was asked for.
+struct PushNotificationChannel : Implements<PushNotificationChannel, Pushes::IPushNotificationChannel>
+{
+    using class_type = Pushes::PushNotificationChannel;
+
+    PushNotificationChannel(std::wstring_view uri, Foundation::DateTime expiration)
+        : m_uri(uri), m_expiration(expiration)
+    {
+    }
+
+    winrt::hstring Uri() const
+    {
+        ThrowIfStruck(L"PushNotificationChannel.Uri");
+        return m_uri;
+    }
+
+    Foundation::DateTime ExpirationTime() const noexcept { return m_expiration; }
+
+    // Pushes come to the background task alone.
+  private:
+    winrt::hstring m_uri;
+    Foundation::DateTime m_expiration;
+};
 
 Foundation::IAsyncOperation<Pushes::PushNotificationChannel> Create(AsyncFault fault, HostReference process)
 {
