@@ -8,7 +8,7 @@ other namespaces include, so that namespaces may refer to each other in circles:
   N.2.h  delegates, structures, classes
   N.h    the bodies: consuming methods, producing stubs, constructors and static methods
 winrt/defaults.h is for implementations that serve a part of an interface: winrt::impl::defaults<D, I> has each method
-of I, as a call of D::Default.
+of I, as a call of D::Member<name>.
 --list prints the files instead of writing them. Files that would not change are left alone.
 """
 import argparse
@@ -91,7 +91,7 @@ def generate_defaults(model):
                "template <typename D, typename I>\nstruct defaults\n{\n};"]
     code = forward_declarations(interfaces)
     code += pieces.in_namespace("winrt::impl", primary + [pieces.emit_defaults(t) for t in interfaces])
-    return {"winrt/defaults.h": header(["base"], code)}
+    return {"winrt/defaults.h": header(["base", "base/member_name"], code)}
 
 
 def main():

@@ -153,9 +153,9 @@ def emit_produce(t):
 
 
 def emit_defaults(t):
-    """For implementations that serve a part of an interface: what they do not declare is one call of D::Default."""
+    """For implementations that serve a part of an interface: what they do not declare is a call of D::Member<name>."""
     methods = "".join(f"    decltype(auto) {name}(auto&&... arguments) const\n    {{\n"
-                      f"        return static_cast<D const&>(*this).Default(arguments...);\n    }}\n"
+                      f"        return static_cast<D const&>(*this).template Member<\"{name}\">(arguments...);\n    }}\n"
                       for name in dict.fromkeys(m.name for m in t.methods))
     return f"{t.with_d()}\nstruct defaults<D, {t.cpp}>\n{{\n{methods}}};"
 

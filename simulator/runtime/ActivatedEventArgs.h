@@ -1,61 +1,30 @@
 #pragma once
-#include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Record.h"
 
-#include <string>
 #include <winrt/Windows.ApplicationModel.Activation.h>
-#include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.ApplicationModel.Background.h>
 
 namespace sim
 {
 
 // What OnLaunched gets.
-struct LaunchActivatedEventArgs : Implements<LaunchActivatedEventArgs, Activated::ILaunchActivatedEventArgs,
-                                             Activated::IActivatedEventArgs, Activated::IPrelaunchActivatedEventArgs>
-{
-    using class_type = Activated::LaunchActivatedEventArgs;
-
-    LaunchActivatedEventArgs(std::wstring arguments, Activated::ApplicationExecutionState before)
-        : m_arguments(std::move(arguments)), m_before(before)
-    {
-    }
-
-    Activated::ActivationKind Kind() const
-    {
-        ThrowIfStruck(L"LaunchActivatedEventArgs.Kind");
-        return Activated::ActivationKind::Launch;
-    }
-
-    Activated::ApplicationExecutionState PreviousExecutionState() const noexcept { return m_before; }
-
-    winrt::hstring Arguments() const { return winrt::hstring(m_arguments); }
-
-    bool PrelaunchActivated() const noexcept { return false; }
-
-  private:
-    std::wstring m_arguments;
-    Activated::ApplicationExecutionState m_before;
-};
+using LaunchActivatedEventArgs = Record<Activated::LaunchActivatedEventArgs,
+                                        Interfaces<Activated::ILaunchActivatedEventArgs, Activated::IActivatedEventArgs,
+                                                   Activated::IPrelaunchActivatedEventArgs>,
+                                        Property<"Kind", Activated::ActivationKind>,
+                                        Property<"PreviousExecutionState", Activated::ApplicationExecutionState>,
+                                        Property<"Arguments", winrt::hstring>, Property<"PrelaunchActivated", bool>>;
 
 // What OnActivated gets when a URI of the app's protocol is opened.
-struct ProtocolActivatedEventArgs
-    : Implements<ProtocolActivatedEventArgs, Activated::IProtocolActivatedEventArgs, Activated::IActivatedEventArgs>
-{
-    using class_type = Activated::ProtocolActivatedEventArgs;
+using ProtocolActivatedEventArgs =
+    Record<Activated::ProtocolActivatedEventArgs,
+           Interfaces<Activated::IProtocolActivatedEventArgs, Activated::IActivatedEventArgs>,
+           Property<"Kind", Activated::ActivationKind>,
+           Property<"PreviousExecutionState", Activated::ApplicationExecutionState>>;
 
-    explicit ProtocolActivatedEventArgs(Activated::ApplicationExecutionState before) : m_before(before) {}
-
-    Activated::ActivationKind Kind() const
-    {
-        ThrowIfStruck(L"ProtocolActivatedEventArgs.Kind");
-        return Activated::ActivationKind::Protocol;
-    }
-
-    Activated::ApplicationExecutionState PreviousExecutionState() const noexcept { return m_before; }
-
-  private:
-    Activated::ApplicationExecutionState m_before;
-};
+// What OnBackgroundActivated gets.
+using BackgroundActivatedEventArgs =
+    Record<Activated::BackgroundActivatedEventArgs, Interfaces<Activated::IBackgroundActivatedEventArgs>,
+           Property<"TaskInstance", AppModel::Background::IBackgroundTaskInstance>>;
 
 } // namespace sim

@@ -1,6 +1,7 @@
 #include "simulator/runtime/ApplicationBase.h"
 
 #include "simulator/runtime/Framework.h"
+#include "simulator/runtime/Record.h"
 
 #include <chrono>
 
@@ -19,24 +20,12 @@ struct SuspendingDeferral : winrt::implements<SuspendingDeferral, AppModel::ISus
     void Complete() const noexcept {}
 };
 
-struct SuspendingOperation : winrt::implements<SuspendingOperation, AppModel::ISuspendingOperation>
-{
-    using class_type = AppModel::SuspendingOperation;
+using SuspendingOperation =
+    Record<AppModel::SuspendingOperation, Interfaces<AppModel::ISuspendingOperation>,
+           Property<"GetDeferral", AppModel::SuspendingDeferral>, Property<"Deadline", Foundation::DateTime>>;
 
-    AppModel::SuspendingDeferral GetDeferral() const { return winrt::make<SuspendingDeferral>(); }
-
-    winrt::Windows::Foundation::DateTime Deadline() const noexcept
-    {
-        return winrt::clock::now() + std::chrono::seconds(5);
-    }
-};
-
-struct SuspendingEventArgs : winrt::implements<SuspendingEventArgs, AppModel::ISuspendingEventArgs>
-{
-    using class_type = AppModel::SuspendingEventArgs;
-
-    AppModel::SuspendingOperation SuspendingOperation() const { return winrt::make<sim::SuspendingOperation>(); }
-};
+using SuspendingEventArgs = Record<AppModel::SuspendingEventArgs, Interfaces<AppModel::ISuspendingEventArgs>,
+                                   Property<"SuspendingOperation", AppModel::SuspendingOperation>>;
 
 } // namespace
 
@@ -47,7 +36,9 @@ ApplicationBase::~ApplicationBase()
 
 void ApplicationBase::RaiseSuspending(IInspectable const& sender)
 {
-    m_suspending(sender, winrt::make<SuspendingEventArgs>());
+    auto const operation = winrt::make<SuspendingOperation>(winrt::make<SuspendingDeferral>(),
+                                                            winrt::clock::now() + std::chrono::seconds(5));
+    m_suspending(sender, winrt::make<SuspendingEventArgs>(operation));
 }
 
 void ApplicationBase::RaiseUnhandledException(IInspectable const& sender)

@@ -4,7 +4,6 @@
 #include "simulator/base/Text.h"
 #include "simulator/protocol/Event.h"
 #include "simulator/runtime/ActivatedEventArgs.h"
-#include "simulator/runtime/BackgroundActivatedEventArgs.h"
 #include "simulator/runtime/xaml/PageMaker.h"
 
 #include <thread>
@@ -147,7 +146,8 @@ void Framework::Override(ProtocolLaunch const&)
     Activated::IActivatedEventArgs args{nullptr};
     if (!StruckByNull(L"ProtocolActivatedEventArgs"))
     {
-        args = winrt::make<ProtocolActivatedEventArgs>(before).as<Activated::IActivatedEventArgs>();
+        args = winrt::make<ProtocolActivatedEventArgs>(Activated::ActivationKind::Protocol, before)
+                   .as<Activated::IActivatedEventArgs>();
     }
     m_application.as<Xaml::IApplicationOverrides>().OnActivated(args);
 }
@@ -158,7 +158,8 @@ void Framework::Override(UserLaunch const& launch)
     Activated::LaunchActivatedEventArgs args{nullptr};
     if (!StruckByNull(L"LaunchActivatedEventArgs"))
     {
-        args = winrt::make<LaunchActivatedEventArgs>(launch.arguments, before);
+        args = winrt::make<LaunchActivatedEventArgs>(Activated::ActivationKind::Launch, before,
+                                                     winrt::hstring(launch.arguments), false);
     }
     m_application.as<Xaml::IApplicationOverrides>().OnLaunched(args);
 }

@@ -9,10 +9,17 @@ namespace sim
 {
 
 // winrt::implements for a class that serves a part of its interfaces: D declares the members that it serves, each other
-// one is a call of Default with its arguments. It fails with E_NOTIMPL where D has no Default of its own.
+// one is a call of Member with its name and its arguments, and so of Default. It fails with E_NOTIMPL where D has
+// neither of its own.
 template <typename D, typename... I>
 struct Implements : winrt::implements<D, I...>, winrt::impl::defaults<D, I>...
 {
+    template <winrt::impl::member_name Name>
+    decltype(auto) Member(auto&... arguments) const
+    {
+        return static_cast<D const&>(*this).Default(arguments...);
+    }
+
     static NotImplemented Default(auto const&...) { return {}; }
 
     static NotImplemented ActivateInstance() { return {}; }

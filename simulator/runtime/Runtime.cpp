@@ -25,12 +25,6 @@ namespace sim
 namespace
 {
 
-// Of a class's name.
-constexpr std::wstring_view LastPart(std::wstring_view name)
-{
-    return name.substr(name.find_last_of(L'.') + 1);
-}
-
 struct KnownClass
 {
     std::wstring_view name;
@@ -43,7 +37,7 @@ struct DefaultFactory : winrt::implements<DefaultFactory<T>, IActivationFactory>
 {
     IInspectable ActivateInstance() const
     {
-        ThrowIfStruck(std::wstring(LastPart(winrt::name_of<typename T::class_type>())) + L".ActivateInstance");
+        ThrowIfStruck(CallOf<typename T::class_type>(L"ActivateInstance"));
         return winrt::make<T>();
     }
 };

@@ -2,6 +2,7 @@
 #include "simulator/runtime/CurrentHost.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <winrt/base.h>
 
@@ -13,6 +14,19 @@ bool StruckByNull(std::wstring_view call);
 
 // The same for a call that hands out nothing.
 void ThrowIfStruck(std::wstring_view call);
+
+// The last part of a class's name.
+constexpr std::wstring_view LastPart(std::wstring_view className)
+{
+    return className.substr(className.find_last_of(L'.') + 1);
+}
+
+// A member of a class as it is called among the calls that can be made to fail.
+template <typename Class>
+std::wstring CallOf(std::wstring const& member)
+{
+    return std::wstring(LastPart(winrt::name_of<Class>())) + L"." + member;
+}
 
 // Whether the simulator has this class.
 bool HasClass(std::wstring_view className) noexcept;

@@ -1,7 +1,7 @@
 #include "simulator/runtime/background/BackgroundTaskInstance.h"
 
+#include "simulator/runtime/Record.h"
 #include "simulator/runtime/appservice/AppServiceConnection.h"
-#include "simulator/runtime/appservice/AppServiceTriggerDetails.h"
 #include "simulator/runtime/background/BackgroundTaskRegistration.h"
 
 #include <winrt/Windows.Networking.PushNotifications.h>
@@ -15,17 +15,18 @@ namespace
 {
 
 // What a push carries.
-struct RawNotification : winrt::implements<RawNotification, Pushes::IRawNotification>
-{
-    using class_type = Pushes::RawNotification;
+using RawNotification =
+    Record<Pushes::RawNotification, Interfaces<Pushes::IRawNotification>, Property<"Content", winrt::hstring>>;
 
-    explicit RawNotification(std::wstring_view content) : m_content(content) {}
-
-    winrt::hstring Content() const { return m_content; }
-
-  private:
-    winrt::hstring m_content;
-};
+// What an app gets that is activated for a new connection. CallerPackageFamilyName: empty for a caller without a
+// package.
+using AppServiceTriggerDetails = Record<
+    AppModel::AppService::AppServiceTriggerDetails,
+    Interfaces<AppModel::AppService::IAppServiceTriggerDetails, AppModel::AppService::IAppServiceTriggerDetails2,
+               AppModel::AppService::IAppServiceTriggerDetails3, AppModel::AppService::IAppServiceTriggerDetails4>,
+    Property<"Name", winrt::hstring>, Property<"CallerPackageFamilyName", winrt::hstring>,
+    Property<"AppServiceConnection", AppModel::AppService::AppServiceConnection>,
+    Property<"IsRemoteSystemConnection", bool>>;
 
 // Keeps a task running until it is completed. Released without that, it keeps it running until the platform's limit.
 struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, AppModel::Background::IBackgroundTaskDeferral>
@@ -52,13 +53,15 @@ struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, AppMod
 IInspectable DetailsOf(ServiceStart const& start)
 {
     auto const connection = AppServiceConnection::OfService(start.connection, start.service);
-    return winrt::make<AppServiceTriggerDetails>(start.service, start.callerFamily,
-                                                 connection.as<AppServiceConnection::class_type>());
+    return winrt::make<AppServiceTriggerDetails>(winrt::hstring(start.service), winrt::hstring(start.callerFamily),
+                                                 connection.as<AppServiceConnection::class_type>(), false);
 }
 
 IInspectable DetailsOf(TaskStart const& start)
 {
-    return start.trigger == Trigger::Push ? winrt::make<RawNotification>(start.payload).as<IInspectable>() : nullptr;
+    return start.trigger == Trigger::Push
+               ? winrt::make<RawNotification>(winrt::hstring(start.payload)).as<IInspectable>()
+               : nullptr;
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 #include "simulator/runtime/AsyncFault.h"
 #include "simulator/runtime/Awaiters.h"
 #include "simulator/runtime/HostReference.h"
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Record.h"
 
 namespace sim
 {
@@ -11,29 +11,10 @@ namespace sim
 namespace
 {
 
-// The app's channel, as it was when it was asked for.
-struct PushNotificationChannel : Implements<PushNotificationChannel, Pushes::IPushNotificationChannel>
-{
-    using class_type = Pushes::PushNotificationChannel;
-
-    PushNotificationChannel(std::wstring_view uri, Foundation::DateTime expiration)
-        : m_uri(uri), m_expiration(expiration)
-    {
-    }
-
-    winrt::hstring Uri() const
-    {
-        ThrowIfStruck(L"PushNotificationChannel.Uri");
-        return m_uri;
-    }
-
-    Foundation::DateTime ExpirationTime() const noexcept { return m_expiration; }
-
-    // Pushes come to the background task alone.
-  private:
-    winrt::hstring m_uri;
-    Foundation::DateTime m_expiration;
-};
+// The app's channel, as it was when it was asked for. Pushes come to the background task alone.
+using PushNotificationChannel =
+    Record<Pushes::PushNotificationChannel, Interfaces<Pushes::IPushNotificationChannel>,
+           Property<"Uri", winrt::hstring>, Property<"ExpirationTime", Foundation::DateTime>>;
 
 Foundation::IAsyncOperation<Pushes::PushNotificationChannel> Create(AsyncFault fault, HostReference process)
 {
@@ -47,7 +28,7 @@ Foundation::IAsyncOperation<Pushes::PushNotificationChannel> Create(AsyncFault f
     auto const answer = co_await AnswerOf(*host, question);
     winrt::check_hresult(answer.result);
     co_await winrt::resume_agile(fault.End());
-    co_return winrt::make<PushNotificationChannel>(answer.uri,
+    co_return winrt::make<PushNotificationChannel>(winrt::hstring(answer.uri),
                                                    Foundation::DateTime(Foundation::TimeSpan(answer.expiry)));
 }
 
