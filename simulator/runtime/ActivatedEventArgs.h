@@ -25,6 +25,6 @@ using ProtocolActivatedEventArgs =
 // What OnBackgroundActivated gets.
 using BackgroundActivatedEventArgs =
     Record<Activated::BackgroundActivatedEventArgs, Interfaces<Activated::IBackgroundActivatedEventArgs>,
-           Property<"TaskInstance", AppModel::Background::IBackgroundTaskInstance>>;
+           Property<"TaskInstance", Background::IBackgroundTaskInstance>>;
 
 } // namespace sim

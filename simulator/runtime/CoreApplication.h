@@ -1,6 +1,5 @@
 #pragma once
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.ApplicationModel.Core.h>

@@ -20,6 +20,14 @@ struct InitializationParams : winrt::implements<InitializationParams, Xaml::IApp
     using class_type = Xaml::ApplicationInitializationCallbackParams;
 };
 
+// Null when these arguments are to be missing.
+template <typename Args, typename... Values>
+typename Args::class_type MakeArgs(Values const&... values)
+{
+    auto const name = LastPart(winrt::name_of<typename Args::class_type>());
+    return StruckByNull(name) ? nullptr : winrt::make<Args>(values...);
+}
+
 std::vector<std::wstring> ResultDetail(std::int32_t result)
 {
     return {Detail(L"result", Hex(static_cast<std::uint32_t>(result)))};
@@ -143,36 +151,21 @@ void Framework::Override(TaskStart const& start)
 void Framework::Override(ProtocolLaunch const&)
 {
     auto const before = ShowWindow();
-    Activated::IActivatedEventArgs args{nullptr};
-    if (!StruckByNull(L"ProtocolActivatedEventArgs"))
-    {
-        args = winrt::make<ProtocolActivatedEventArgs>(Activated::ActivationKind::Protocol, before)
-                   .as<Activated::IActivatedEventArgs>();
-    }
-    m_application.as<Xaml::IApplicationOverrides>().OnActivated(args);
+    auto const args = MakeArgs<ProtocolActivatedEventArgs>(Activated::ActivationKind::Protocol, before);
+    m_application.as<Xaml::IApplicationOverrides>().OnActivated(args.try_as<Activated::IActivatedEventArgs>());
 }
 
 void Framework::Override(UserLaunch const& launch)
 {
     auto const before = ShowWindow();
-    Activated::LaunchActivatedEventArgs args{nullptr};
-    if (!StruckByNull(L"LaunchActivatedEventArgs"))
-    {
-        args = winrt::make<LaunchActivatedEventArgs>(Activated::ActivationKind::Launch, before,
-                                                     winrt::hstring(launch.arguments), false);
-    }
-    m_application.as<Xaml::IApplicationOverrides>().OnLaunched(args);
+    m_application.as<Xaml::IApplicationOverrides>().OnLaunched(MakeArgs<LaunchActivatedEventArgs>(
+        Activated::ActivationKind::Launch, before, winrt::hstring(launch.arguments), false));
 }
 
 void Framework::Activate(BackgroundTaskInstance& instance) const
 {
-    Activated::BackgroundActivatedEventArgs args{nullptr};
-    if (!StruckByNull(L"BackgroundActivatedEventArgs"))
-    {
-        args = winrt::make<BackgroundActivatedEventArgs>(
-            instance.get_strong().as<AppModel::Background::IBackgroundTaskInstance>());
-    }
-    m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(args);
+    m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(
+        MakeArgs<BackgroundActivatedEventArgs>(instance.get_strong().as<Background::IBackgroundTaskInstance>()));
     instance.Returned();
 }
 

@@ -5,11 +5,23 @@ namespace winrt::Windows::ApplicationModel::Activation
 {
 }
 
+namespace winrt::Windows::ApplicationModel::AppService
+{
+}
+
+namespace winrt::Windows::ApplicationModel::Background
+{
+}
+
 namespace winrt::Windows::Foundation::Collections
 {
 }
 
 namespace winrt::Windows::Networking::PushNotifications
+{
+}
+
+namespace winrt::Windows::Storage
 {
 }
 
@@ -23,7 +35,10 @@ namespace sim
 // The platform's own types, whose names the simulator's implementations share.
 namespace AppModel = winrt::Windows::ApplicationModel;
 namespace Activated = winrt::Windows::ApplicationModel::Activation;
+namespace AppService = winrt::Windows::ApplicationModel::AppService;
+namespace Background = winrt::Windows::ApplicationModel::Background;
 namespace Pushes = winrt::Windows::Networking::PushNotifications;
+namespace Storage = winrt::Windows::Storage;
 namespace Xaml = winrt::Windows::UI::Xaml;
 namespace Foundation = winrt::Windows::Foundation;
 namespace Collections = winrt::Windows::Foundation::Collections;

@@ -1,8 +1,9 @@
 #pragma once
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 #include "simulator/runtime/Runtime.h"
 
+#include <algorithm>
+#include <string_view>
 #include <winrt/Windows.Foundation.h>
 
 namespace sim
@@ -14,7 +15,21 @@ struct Uri : Implements<Uri, Foundation::IUriRuntimeClass, Foundation::IStringab
     using class_type = Foundation::Uri;
 
     // Throws E_INVALIDARG for a text without a scheme.
-    explicit Uri(winrt::hstring const& text);
+    explicit Uri(winrt::hstring const& text) : m_text(text)
+    {
+        constexpr std::wstring_view separator = L"://";
+        std::wstring_view rest = text;
+        auto const schemeEnd = rest.find(separator);
+        if (schemeEnd == std::wstring_view::npos || schemeEnd == 0)
+        {
+            throw winrt::hresult_invalid_argument();
+        }
+        m_scheme = rest.substr(0, schemeEnd);
+        rest.remove_prefix(schemeEnd + separator.size());
+        auto const hostEnd = std::min(rest.find(L'/'), rest.size());
+        m_host = rest.substr(0, hostEnd);
+        m_path = rest.substr(hostEnd);
+    }
 
     winrt::hstring AbsoluteUri() const { return m_text; }
 

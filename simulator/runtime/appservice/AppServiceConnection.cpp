@@ -4,8 +4,7 @@
 #include "simulator/protocol/Frames.h"
 #include "simulator/runtime/Awaiters.h"
 #include "simulator/runtime/Record.h"
-#include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/appservice/AppServiceRequestReceivedEventArgs.h"
+#include "simulator/runtime/appservice/AppServiceRequest.h"
 #include "simulator/runtime/values/ValueBytes.h"
 
 namespace sim
@@ -20,13 +19,13 @@ namespace
 
 // What came of a message that was sent. Message: empty when there was no response.
 using AppServiceResponse =
-    Record<AppModel::AppService::AppServiceResponse, Interfaces<AppModel::AppService::IAppServiceResponse>,
+    Record<AppService::AppServiceResponse, Interfaces<AppService::IAppServiceResponse>,
            Property<"Status", AppServiceResponseStatus>, Property<"Message", Collections::ValueSet>>;
 
 // What a handler of ServiceClosed gets.
 using AppServiceClosedEventArgs =
-    Record<AppModel::AppService::AppServiceClosedEventArgs,
-           Interfaces<AppModel::AppService::IAppServiceClosedEventArgs>, Property<"Status", AppServiceClosedStatus>>;
+    Record<AppService::AppServiceClosedEventArgs, Interfaces<AppService::IAppServiceClosedEventArgs>,
+           Property<"Status", AppServiceClosedStatus>>;
 
 constexpr auto objectClosed = static_cast<std::int32_t>(0x80000013); // RO_E_CLOSED
 

@@ -3,7 +3,6 @@
 #include "simulator/runtime/BufferedEvent.h"
 #include "simulator/runtime/HostReference.h"
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 
 #include <mutex>
 #include <winrt/Windows.ApplicationModel.AppService.h>
@@ -15,16 +14,15 @@ namespace sim
 
 // One end of an app-service connection. The caller's end closes with its last reference; the service's end is kept by
 // its task.
-struct AppServiceConnection : Implements<AppServiceConnection, AppModel::AppService::IAppServiceConnection,
-                                         AppModel::AppService::IAppServiceConnection2, Foundation::IClosable>
+struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppServiceConnection,
+                                         AppService::IAppServiceConnection2, Foundation::IClosable>
 {
-    using class_type = AppModel::AppService::AppServiceConnection;
-    using OpenStatus = AppModel::AppService::AppServiceConnectionStatus;
-    using Response = AppModel::AppService::AppServiceResponse;
+    using class_type = AppService::AppServiceConnection;
+    using OpenStatus = AppService::AppServiceConnectionStatus;
+    using Response = AppService::AppServiceResponse;
     using RequestReceivedHandler =
-        Foundation::TypedEventHandler<class_type, AppModel::AppService::AppServiceRequestReceivedEventArgs>;
-    using ServiceClosedHandler =
-        Foundation::TypedEventHandler<class_type, AppModel::AppService::AppServiceClosedEventArgs>;
+        Foundation::TypedEventHandler<class_type, AppService::AppServiceRequestReceivedEventArgs>;
+    using ServiceClosedHandler = Foundation::TypedEventHandler<class_type, AppService::AppServiceClosedEventArgs>;
 
     // A caller's end that is not open yet.
     AppServiceConnection() = default;

@@ -12,27 +12,26 @@ void BackgroundTaskBuilder::Name(winrt::hstring const& value)
     m_name = value;
 }
 
-void BackgroundTaskBuilder::SetTrigger(AppModel::Background::IBackgroundTrigger const& trigger)
+void BackgroundTaskBuilder::SetTrigger(Background::IBackgroundTrigger const& trigger)
 {
     ThrowIfStruck(L"BackgroundTaskBuilder.SetTrigger");
     m_trigger = trigger;
 }
 
-AppModel::Background::BackgroundTaskRegistration BackgroundTaskBuilder::Register() const
+Background::BackgroundTaskRegistration BackgroundTaskBuilder::Register() const
 {
     if (StruckByNull(L"BackgroundTaskBuilder.Register"))
     {
         return nullptr;
     }
     RegisterTask request{.name = std::wstring(m_name)};
-    if (auto const timer = m_trigger.try_as<AppModel::Background::ITimeTrigger>())
+    if (auto const timer = m_trigger.try_as<Background::ITimeTrigger>())
     {
         request.trigger = Trigger::Timer;
         request.minutes = timer.FreshnessTime();
         request.once = timer.OneShot();
     }
-    else if (!m_trigger ||
-             winrt::get_class_name(m_trigger) != winrt::name_of<AppModel::Background::PushNotificationTrigger>())
+    else if (!m_trigger || winrt::get_class_name(m_trigger) != winrt::name_of<Background::PushNotificationTrigger>())
     {
         throw winrt::hresult_invalid_argument();
     }

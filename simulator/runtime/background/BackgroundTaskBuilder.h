@@ -1,6 +1,5 @@
 #pragma once
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.ApplicationModel.Background.h>
@@ -9,19 +8,18 @@ namespace sim
 {
 
 // Registers tasks that run in the app's own process.
-struct BackgroundTaskBuilder
-    : Implements<BackgroundTaskBuilder, AppModel::Background::IBackgroundTaskBuilder,
-                 AppModel::Background::IBackgroundTaskBuilder2, AppModel::Background::IBackgroundTaskBuilder3>
+struct BackgroundTaskBuilder : Implements<BackgroundTaskBuilder, Background::IBackgroundTaskBuilder,
+                                          Background::IBackgroundTaskBuilder2, Background::IBackgroundTaskBuilder3>
 {
-    using class_type = AppModel::Background::BackgroundTaskBuilder;
+    using class_type = Background::BackgroundTaskBuilder;
 
     winrt::hstring Name() const { return m_name; }
 
     void Name(winrt::hstring const& value);
-    void SetTrigger(AppModel::Background::IBackgroundTrigger const& trigger);
+    void SetTrigger(Background::IBackgroundTrigger const& trigger);
 
     // Fails without a trigger, and with a time trigger below 15 minutes.
-    AppModel::Background::BackgroundTaskRegistration Register() const;
+    Background::BackgroundTaskRegistration Register() const;
 
     // Empty, always: no tasks in other processes.
     winrt::hstring TaskEntryPoint() const { return {}; }
@@ -38,7 +36,7 @@ struct BackgroundTaskBuilder
 
   private:
     winrt::hstring m_name;
-    AppModel::Background::IBackgroundTrigger m_trigger;
+    Background::IBackgroundTrigger m_trigger;
 };
 
 } // namespace sim

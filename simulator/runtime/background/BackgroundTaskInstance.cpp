@@ -20,18 +20,18 @@ using RawNotification =
 
 // What an app gets that is activated for a new connection. CallerPackageFamilyName: empty for a caller without a
 // package.
-using AppServiceTriggerDetails = Record<
-    AppModel::AppService::AppServiceTriggerDetails,
-    Interfaces<AppModel::AppService::IAppServiceTriggerDetails, AppModel::AppService::IAppServiceTriggerDetails2,
-               AppModel::AppService::IAppServiceTriggerDetails3, AppModel::AppService::IAppServiceTriggerDetails4>,
-    Property<"Name", winrt::hstring>, Property<"CallerPackageFamilyName", winrt::hstring>,
-    Property<"AppServiceConnection", AppModel::AppService::AppServiceConnection>,
-    Property<"IsRemoteSystemConnection", bool>>;
+using AppServiceTriggerDetails =
+    Record<AppService::AppServiceTriggerDetails,
+           Interfaces<AppService::IAppServiceTriggerDetails, AppService::IAppServiceTriggerDetails2,
+                      AppService::IAppServiceTriggerDetails3, AppService::IAppServiceTriggerDetails4>,
+           Property<"Name", winrt::hstring>, Property<"CallerPackageFamilyName", winrt::hstring>,
+           Property<"AppServiceConnection", AppService::AppServiceConnection>,
+           Property<"IsRemoteSystemConnection", bool>>;
 
 // Keeps a task running until it is completed. Released without that, it keeps it running until the platform's limit.
-struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, AppModel::Background::IBackgroundTaskDeferral>
+struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, Background::IBackgroundTaskDeferral>
 {
-    using class_type = AppModel::Background::BackgroundTaskDeferral;
+    using class_type = Background::BackgroundTaskDeferral;
 
     explicit BackgroundTaskDeferral(std::shared_ptr<DeferralCounter> task) : m_task(std::move(task)) { m_task->Take(); }
 
@@ -114,9 +114,9 @@ IInspectable BackgroundTaskInstance::TriggerDetails() const
     return StruckByNull(L"BackgroundTaskInstance.TriggerDetails") ? nullptr : m_triggerDetails;
 }
 
-AppModel::Background::BackgroundTaskDeferral BackgroundTaskInstance::GetDeferral() const
+Background::BackgroundTaskDeferral BackgroundTaskInstance::GetDeferral() const
 {
-    return StruckByNull(L"BackgroundTaskInstance.GetDeferral") ? AppModel::Background::BackgroundTaskDeferral(nullptr)
+    return StruckByNull(L"BackgroundTaskInstance.GetDeferral") ? Background::BackgroundTaskDeferral(nullptr)
                                                                : winrt::make<BackgroundTaskDeferral>(m_end);
 }
 
@@ -138,7 +138,7 @@ void BackgroundTaskInstance::Receive(MessageRouter::Message const& message)
     {
         auto const reason = static_cast<BackgroundTaskCancellationReason>(cancelled->reason);
         m_canceled.RaiseOrWait(*this, [reason](BackgroundTaskInstance& self) {
-            self.m_canceled.Call(self.get_strong().as<AppModel::Background::IBackgroundTaskInstance>(), reason);
+            self.m_canceled.Call(self.get_strong().as<Background::IBackgroundTaskInstance>(), reason);
         });
         return;
     }

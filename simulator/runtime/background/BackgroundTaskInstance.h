@@ -4,7 +4,6 @@
 #include "simulator/runtime/DeferralCounter.h"
 #include "simulator/runtime/HostReference.h"
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 
 #include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.Foundation.h>
@@ -13,12 +12,11 @@ namespace sim
 {
 
 // One run of a background task, which is kept until OnBackgroundActivated has returned and all deferrals are completed.
-struct BackgroundTaskInstance
-    : Implements<BackgroundTaskInstance, AppModel::Background::IBackgroundTaskInstance,
-                 AppModel::Background::IBackgroundTaskInstance2, AppModel::Background::IBackgroundTaskInstance4>
+struct BackgroundTaskInstance : Implements<BackgroundTaskInstance, Background::IBackgroundTaskInstance,
+                                           Background::IBackgroundTaskInstance2, Background::IBackgroundTaskInstance4>
 {
-    using Registration = AppModel::Background::BackgroundTaskRegistration;
-    using CanceledHandler = AppModel::Background::BackgroundTaskCanceledEventHandler;
+    using Registration = Background::BackgroundTaskRegistration;
+    using CanceledHandler = Background::BackgroundTaskCanceledEventHandler;
 
     static winrt::com_ptr<BackgroundTaskInstance> Start(ServiceStart const& start);
     static winrt::com_ptr<BackgroundTaskInstance> Start(TaskStart const& start);
@@ -31,7 +29,7 @@ struct BackgroundTaskInstance
     winrt::guid InstanceId() const noexcept;
     Registration Task() const;
     IInspectable TriggerDetails() const;
-    AppModel::Background::BackgroundTaskDeferral GetDeferral() const;
+    Background::BackgroundTaskDeferral GetDeferral() const;
 
     winrt::event_token Canceled(CanceledHandler const& handler);
     void Canceled(winrt::event_token token);
@@ -42,10 +40,7 @@ struct BackgroundTaskInstance
 
     std::uint32_t SuspendedCount() const noexcept { return 0; }
 
-    std::uint32_t GetThrottleCount(AppModel::Background::BackgroundTaskThrottleCounter const&) const noexcept
-    {
-        return 0;
-    }
+    std::uint32_t GetThrottleCount(Background::BackgroundTaskThrottleCounter const&) const noexcept { return 0; }
 
   private:
     static winrt::com_ptr<BackgroundTaskInstance> Start(std::uint32_t number, Registration const& task,

@@ -23,8 +23,8 @@ void BackgroundTaskRegistration::Unregister(bool cancelTask) const
     winrt::check_hresult(CurrentHost().Ask(UnregisterTask{m_id, cancelTask}).result);
 }
 
-Collections::IMapView<winrt::guid, AppModel::Background::IBackgroundTaskRegistration>
-BackgroundTaskRegistrationFactory::AllTasks() const
+Collections::IMapView<winrt::guid, Background::IBackgroundTaskRegistration> BackgroundTaskRegistrationFactory::
+    AllTasks() const
 {
     using AppModel::Background::IBackgroundTaskRegistration;
     constexpr wchar_t call[] = L"BackgroundTaskRegistration.AllTasks";

@@ -1,6 +1,5 @@
 #pragma once
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 
 #include <string>
 #include <winrt/Windows.ApplicationModel.Background.h>
@@ -12,10 +11,10 @@ namespace sim
 
 // A task that the app has registered, or an app service of it that runs.
 struct BackgroundTaskRegistration
-    : Implements<BackgroundTaskRegistration, AppModel::Background::IBackgroundTaskRegistration,
-                 AppModel::Background::IBackgroundTaskRegistration2, AppModel::Background::IBackgroundTaskRegistration3>
+    : Implements<BackgroundTaskRegistration, Background::IBackgroundTaskRegistration,
+                 Background::IBackgroundTaskRegistration2, Background::IBackgroundTaskRegistration3>
 {
-    using class_type = AppModel::Background::BackgroundTaskRegistration;
+    using class_type = Background::BackgroundTaskRegistration;
 
     // id: a GUID without braces; empty for an app service.
     BackgroundTaskRegistration(std::wstring id, std::wstring_view name) : m_id(std::move(id)), m_name(name) {}
@@ -32,11 +31,11 @@ struct BackgroundTaskRegistration
 };
 
 // Its static members.
-struct BackgroundTaskRegistrationFactory : Implements<BackgroundTaskRegistrationFactory, IActivationFactory,
-                                                      AppModel::Background::IBackgroundTaskRegistrationStatics>
+struct BackgroundTaskRegistrationFactory
+    : Implements<BackgroundTaskRegistrationFactory, IActivationFactory, Background::IBackgroundTaskRegistrationStatics>
 {
     // As they are now, in the order of their registration.
-    Collections::IMapView<winrt::guid, AppModel::Background::IBackgroundTaskRegistration> AllTasks() const;
+    Collections::IMapView<winrt::guid, Background::IBackgroundTaskRegistration> AllTasks() const;
 };
 
 } // namespace sim

@@ -8,18 +8,18 @@ namespace sim
 {
 
 // A raw notification of the app's own channel.
-struct PushNotificationTrigger : winrt::implements<PushNotificationTrigger, AppModel::Background::IBackgroundTrigger>
+struct PushNotificationTrigger : winrt::implements<PushNotificationTrigger, Background::IBackgroundTrigger>
 {
-    using class_type = AppModel::Background::PushNotificationTrigger;
+    using class_type = Background::PushNotificationTrigger;
 };
 
-struct PushNotificationTriggerFactory : winrt::implements<PushNotificationTriggerFactory, IActivationFactory,
-                                                          AppModel::Background::IPushNotificationTriggerFactory>
+struct PushNotificationTriggerFactory
+    : winrt::implements<PushNotificationTriggerFactory, IActivationFactory, Background::IPushNotificationTriggerFactory>
 {
     IInspectable ActivateInstance() const { return Create({}); }
 
     // applicationId: of another app of the package, of which there is none.
-    AppModel::Background::PushNotificationTrigger Create(winrt::hstring const&) const
+    Background::PushNotificationTrigger Create(winrt::hstring const&) const
     {
         ThrowIfStruck(L"PushNotificationTrigger.ActivateInstance");
         return winrt::make<PushNotificationTrigger>();

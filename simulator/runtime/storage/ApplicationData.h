@@ -1,6 +1,5 @@
 #pragma once
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 #include "simulator/runtime/Runtime.h"
 #include "simulator/runtime/storage/SettingsStore.h"
 #include "simulator/runtime/values/NamedMap.h"
@@ -13,7 +12,7 @@ namespace sim
 // The values of an app's local settings.
 struct ApplicationDataContainerSettings : NamedMap<ApplicationDataContainerSettings>
 {
-    using class_type = winrt::Windows::Storage::ApplicationDataContainerSettings;
+    using class_type = Storage::ApplicationDataContainerSettings;
 
     explicit ApplicationDataContainerSettings(std::shared_ptr<SettingsStore> const& store)
         : NamedMap(store), m_store(store)
@@ -41,19 +40,15 @@ struct ApplicationDataContainerSettings : NamedMap<ApplicationDataContainerSetti
 };
 
 // The app's local settings; it has no containers inside.
-struct ApplicationDataContainer
-    : Implements<ApplicationDataContainer, winrt::Windows::Storage::IApplicationDataContainer>
+struct ApplicationDataContainer : Implements<ApplicationDataContainer, Storage::IApplicationDataContainer>
 {
-    using class_type = winrt::Windows::Storage::ApplicationDataContainer;
+    using class_type = Storage::ApplicationDataContainer;
 
     explicit ApplicationDataContainer(std::shared_ptr<SettingsStore> store) : m_store(std::move(store)) {}
 
     winrt::hstring Name() const { return {}; }
 
-    winrt::Windows::Storage::ApplicationDataLocality Locality() const noexcept
-    {
-        return winrt::Windows::Storage::ApplicationDataLocality::Local;
-    }
+    Storage::ApplicationDataLocality Locality() const noexcept { return Storage::ApplicationDataLocality::Local; }
 
     Collections::IPropertySet Values() const
     {
@@ -67,17 +62,16 @@ struct ApplicationDataContainer
 };
 
 // What an app keeps on the device: its local settings alone are served.
-struct ApplicationData : Implements<ApplicationData, winrt::Windows::Storage::IApplicationData>
+struct ApplicationData : Implements<ApplicationData, Storage::IApplicationData>
 {
-    using class_type = winrt::Windows::Storage::ApplicationData;
+    using class_type = Storage::ApplicationData;
 
     explicit ApplicationData(std::shared_ptr<SettingsStore> store) : m_store(std::move(store)) {}
 
-    winrt::Windows::Storage::ApplicationDataContainer LocalSettings() const
+    Storage::ApplicationDataContainer LocalSettings() const
     {
-        return StruckByNull(L"ApplicationData.LocalSettings")
-                   ? winrt::Windows::Storage::ApplicationDataContainer(nullptr)
-                   : winrt::make<ApplicationDataContainer>(m_store);
+        return StruckByNull(L"ApplicationData.LocalSettings") ? Storage::ApplicationDataContainer(nullptr)
+                                                              : winrt::make<ApplicationDataContainer>(m_store);
     }
 
     std::uint32_t Version() const noexcept { return 0; }
@@ -86,13 +80,12 @@ struct ApplicationData : Implements<ApplicationData, winrt::Windows::Storage::IA
     std::shared_ptr<SettingsStore> m_store;
 };
 
-struct ApplicationDataFactory
-    : Implements<ApplicationDataFactory, IActivationFactory, winrt::Windows::Storage::IApplicationDataStatics>
+struct ApplicationDataFactory : Implements<ApplicationDataFactory, IActivationFactory, Storage::IApplicationDataStatics>
 {
     // Fails with 0x80073D54 in a process without package identity.
-    winrt::Windows::Storage::ApplicationData Current() const
+    Storage::ApplicationData Current() const
     {
-        return StruckByNull(L"ApplicationData.Current") ? winrt::Windows::Storage::ApplicationData(nullptr)
+        return StruckByNull(L"ApplicationData.Current") ? Storage::ApplicationData(nullptr)
                                                         : winrt::make<ApplicationData>(SettingsStore::OfThisProcess());
     }
 };

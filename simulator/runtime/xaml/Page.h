@@ -1,6 +1,6 @@
 #pragma once
+#include "simulator/runtime/Framework.h"
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Namespaces.h"
 #include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.Foundation.h>
@@ -31,7 +31,12 @@ struct PageBase : Implements<PageBase, Xaml::Controls::IPage, Xaml::Controls::IP
 struct PageFactory : Implements<PageFactory, IActivationFactory, Xaml::Controls::IPageFactory>
 {
     // On the main view's thread alone: RPC_E_WRONG_THREAD elsewhere.
-    Xaml::Controls::Page CreateInstance(IInspectable const& outer, IInspectable& inner) const;
+    Xaml::Controls::Page CreateInstance(IInspectable const& outer, IInspectable& inner) const
+    {
+        ThrowIfStruck(L"Page.CreateInstance");
+        Framework::Instance().NeedViewThread();
+        return winrt::impl::composable_factory<PageBase>::CreateInstance<Xaml::Controls::Page>(outer, inner);
+    }
 };
 
 } // namespace sim
