@@ -25,18 +25,9 @@ namespace sim
 namespace
 {
 
-// A command that the device answers.
-int Ask(DeviceCommand const& command, Words const& words)
+// What the device answers.
+int Ask(AnyRequest request)
 {
-    AnyRequest request;
-    try
-    {
-        request = command.request(words);
-    }
-    catch (Error const& error)
-    {
-        throw WrongCall(error.Message());
-    }
     if (std::holds_alternative<RegisterPackage>(request))
     {
         InstallRuntimeClasses();
@@ -172,17 +163,9 @@ int RunBroker(Words const&)
 }
 
 template <typename AnyCommand>
-std::wstring Usage(AnyCommand const& command)
-{
-    auto text = L"sim " + std::wstring(command.name);
-    return command.arguments.empty() ? text : text + L" " + std::wstring(command.arguments);
-}
-
-template <typename AnyCommand>
 void WriteHelp(AnyCommand const& command)
 {
-    WriteLine(Usage(command));
-    WriteLine(L"  " + std::wstring(command.summary));
+    WriteLine(L"sim " + command.Usage() + L"\n  " + std::wstring(command.summary));
     if (!command.help.empty())
     {
         WriteLine(command.help);
@@ -192,38 +175,34 @@ void WriteHelp(AnyCommand const& command)
 template <typename AnyCommand>
 void WriteSummary(AnyCommand const& command)
 {
-    auto const usage = Usage(command);
-    WriteLine(L"  " + usage + std::wstring(usage.size() < 40 ? 40 - usage.size() : 1, L' ') +
+    constexpr std::size_t width = 40;
+    auto const usage = L"sim " + command.Usage();
+    WriteLine(L"  " + usage + std::wstring(usage.size() < width ? width - usage.size() : 1, L' ') +
               std::wstring(command.summary));
 }
 
-Command const& Find(std::wstring const& name)
+OwnCommand const& Need(Words const& words)
 {
-    auto const commands = Commands();
-    auto const found = std::ranges::find(commands, name, &Command::name);
-    if (found == commands.end())
-    {
-        throw WrongCall(L"there is no command " + name + L"; sim help lists them");
-    }
-    return *found;
+    auto const* const command = FindCommand(OwnCommands(), words);
+    return command ? *command : throw WrongCall(L"there is no command " + words[0] + L"; sim help lists them");
 }
 
 int Help(Words const& words)
 {
     if (!words.empty())
     {
-        auto const* const command = FindDeviceCommand(words[0]);
-        command ? WriteHelp(*command) : WriteHelp(Find(words[0]));
+        auto const* const command = FindCommand(DeviceCommands(), words);
+        command ? WriteHelp(*command) : WriteHelp(Need(words));
         return 0;
     }
     WriteLine(L"The Windows app model for development. The device is the folder in VELMO_SIM_HOME.\n");
     std::ranges::for_each(DeviceCommands(), WriteSummary<DeviceCommand>);
-    std::ranges::for_each(Commands(), WriteSummary<Command>);
+    std::ranges::for_each(OwnCommands(), WriteSummary<OwnCommand>);
     WriteLine(L"\nsim help COMMAND tells more of one.");
     return 0;
 }
 
-constexpr Command commands[] = {
+constexpr OwnCommand commands[] = {
     {L"settings", L"", L"the app's local settings, decoded", L"", 0, 0, Settings},
     {L"log", L"[--follow | PATH]", L"the app's log file, decoded",
      L"  With --follow it stays and shows what comes. PATH is of another log file, or of a folder with such files in it\n"
@@ -240,32 +219,19 @@ constexpr Command commands[] = {
     {L"help", L"[COMMAND]", L"this list, or more of one command", L"", 0, 1, Help},
 };
 
-template <typename AnyCommand>
-void CheckCount(AnyCommand const& command, Words const& arguments)
-{
-    if (arguments.size() < command.fewestWords || arguments.size() > command.mostWords)
-    {
-        throw WrongCall(L"call it so: " + Usage(command));
-    }
-}
-
 int Run(Words const& words)
 {
-    auto const name = words.empty() ? std::wstring(L"help") : words[0];
-    Words const arguments(words.begin() + (words.empty() ? 0 : 1), words.end());
-    if (auto const* const command = FindDeviceCommand(name))
+    if (FindCommand(DeviceCommands(), words))
     {
-        CheckCount(*command, arguments);
-        return Ask(*command, arguments);
+        return Ask(RequestFor(words));
     }
-    auto const& command = Find(name);
-    CheckCount(command, arguments);
-    return command.run(arguments);
+    auto const& command = Need(words);
+    return command.run(command.ArgumentsOf(words));
 }
 
 } // namespace
 
-std::span<Command const> Commands()
+std::span<OwnCommand const> OwnCommands()
 {
     return commands;
 }
@@ -273,7 +239,7 @@ std::span<Command const> Commands()
 int RunCommand(Words const& words)
 try
 {
-    return Run(words);
+    return Run(words.empty() ? Words{L"help"} : words);
 }
 catch (WrongCall const& wrong)
 {

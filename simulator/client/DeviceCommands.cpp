@@ -88,8 +88,6 @@ AnyRequest ChangeFaults(Words const& words)
     return words == Words{L"clear"} ? AnyRequest(ClearFaults{}) : SetFault{ParseFault(words)};
 }
 
-constexpr std::size_t any = SIZE_MAX;
-
 constexpr DeviceCommand commands[] = {
     {L"register", L"[FOLDER]", L"registers the package that lies in a folder",
      L"  The folder holds AppxManifest.xml and the files that it names. It is used where it lies; registering again\n"
@@ -133,7 +131,7 @@ constexpr DeviceCommand commands[] = {
      L"  faults away.\n"
      L"  A class name alone (CoreApplication) stands for getting the class. A wrong name lists the known calls.\n"
      L"  Example: sim fault FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync completion 0x80070005 1",
-     1, any, ChangeFaults},
+     1, anyNumber, ChangeFaults},
 };
 
 } // namespace
@@ -143,25 +141,19 @@ std::span<DeviceCommand const> DeviceCommands()
     return commands;
 }
 
-DeviceCommand const* FindDeviceCommand(std::wstring_view name)
-{
-    auto const* const found = std::ranges::find(commands, name, &DeviceCommand::name);
-    return found == std::end(commands) ? nullptr : found;
-}
-
 AnyRequest RequestFor(Words const& words)
+try
 {
-    auto const* const command = words.empty() ? nullptr : FindDeviceCommand(words[0]);
+    auto const* const command = FindCommand(commands, words);
     if (!command)
     {
         throw Error(words.empty() ? L"an empty command" : L"there is no command " + words[0]);
     }
-    Words const arguments(words.begin() + 1, words.end());
-    if (arguments.size() < command->fewestWords || arguments.size() > command->mostWords)
-    {
-        throw Error(L"call it so: " + words[0] + L" " + std::wstring(command->arguments));
-    }
-    return command->request(arguments);
+    return command->run(command->ArgumentsOf(words));
+}
+catch (Error const& error)
+{
+    throw WrongCall(error.Message());
 }
 
 } // namespace sim

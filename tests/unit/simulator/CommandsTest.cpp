@@ -2,6 +2,7 @@
 #include "simulator/base/Handle.h"
 #include "simulator/base/Text.h"
 #include "simulator/base/Words.h"
+#include "simulator/client/DeviceCommands.h"
 #include "simulator/protocol/CancellationReason.h"
 #include "simulator/protocol/Fault.h"
 #include "tests/support/Files.h"
@@ -88,7 +89,7 @@ TEST(CommandsTest, HelpIsThereForEachOfThem)
     {
         ExpectHelpFor(command);
     }
-    for (auto const& command : sim::Commands())
+    for (auto const& command : sim::OwnCommands())
     {
         ExpectHelpFor(command);
     }

@@ -102,7 +102,7 @@ TEST(DeviceCommandsTest, RefuseAnUnknownCommand)
     EXPECT_EQ(RefusalOfLine(L"lunch"), L"there is no command lunch");
     EXPECT_EQ(RefusalOfLine(L"Launch"), L"there is no command Launch");
     EXPECT_EQ(RefusalOf(sim::Words{}), L"an empty command");
-    EXPECT_EQ(sim::FindDeviceCommand(L"lunch"), nullptr);
+    EXPECT_EQ(sim::FindCommand(sim::DeviceCommands(), L"lunch"), nullptr);
 }
 
 TEST(DeviceCommandsTest, RefuseTooFewAndTooManyWords)

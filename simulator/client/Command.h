@@ -1,0 +1,67 @@
+#pragma once
+#include "simulator/base/Error.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim
+{
+
+using Words = std::vector<std::wstring>;
+
+// A command was called in a way that it does not have.
+class WrongCall : public Error
+{
+  public:
+    using Error::Error;
+};
+
+// A row of a table of commands: of the command line, of a device, of scenarios. Their help is made of this.
+template <typename Function>
+struct Command
+{
+    std::wstring_view name;
+    std::wstring_view arguments;
+    std::wstring_view summary;
+    std::wstring_view help; // the rest, for those who ask
+    std::size_t fewestWords;
+    std::size_t mostWords;
+    Function run;
+
+    std::wstring Usage() const
+    {
+        return std::wstring(name) + (arguments.empty() ? L"" : L" ") + std::wstring(arguments);
+    }
+
+    // The words behind the command's name. Throws WrongCall when there are too few or too many.
+    Words ArgumentsOf(Words const& words) const
+    {
+        if (words.size() <= fewestWords || words.size() - 1 > mostWords)
+        {
+            throw WrongCall(L"call it so: " + Usage());
+        }
+        return {words.begin() + 1, words.end()};
+    }
+};
+
+constexpr std::size_t anyNumber = SIZE_MAX;
+
+// The row of that name, or null.
+template <typename Table>
+auto const* FindCommand(Table const& table, std::wstring_view name)
+{
+    auto const found = std::ranges::find(table, name, [](auto const& command) { return command.name; });
+    return found == std::end(table) ? nullptr : &*found;
+}
+
+// The same for the first of the words.
+template <typename Table>
+auto const* FindCommand(Table const& table, Words const& words)
+{
+    return FindCommand(table, words.empty() ? std::wstring_view() : std::wstring_view(words.front()));
+}
+
+} // namespace sim
