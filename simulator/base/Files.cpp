@@ -2,6 +2,7 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Handle.h"
+#include "simulator/base/Text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -144,10 +145,22 @@ std::vector<std::wstring> FilesBelow(std::wstring const& folder)
     return files;
 }
 
-std::string ReadBytes(std::wstring const& path)
+std::optional<std::uint64_t> FileSize(std::wstring const& path)
+{
+    WIN32_FILE_ATTRIBUTE_DATA file;
+    if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &file))
+    {
+        return std::nullopt;
+    }
+    return static_cast<std::uint64_t>(file.nFileSizeHigh) << 32 | file.nFileSizeLow;
+}
+
+std::string ReadBytes(std::wstring const& path, std::uint64_t from)
 {
     Handle const file(CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (!file)
+    LARGE_INTEGER start;
+    start.QuadPart = static_cast<LONGLONG>(from);
+    if (!file || !SetFilePointerEx(file.Get(), start, nullptr, FILE_BEGIN))
     {
         ThrowSystemError(L"cannot read " + path, GetLastError());
     }
@@ -163,6 +176,13 @@ std::string ReadBytes(std::wstring const& path)
         bytes.append(block, read);
     } while (read > 0);
     return bytes;
+}
+
+std::wstring ReadText(std::wstring const& path)
+{
+    auto text = FromUtf8(ReadBytes(path));
+    text.erase(0, text.starts_with(L'\xFEFF') ? 1 : 0);
+    return text;
 }
 
 void WriteBytes(std::wstring const& path, std::string_view bytes)

@@ -1,4 +1,6 @@
 #pragma once
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,8 +23,14 @@ void CopyFolder(std::wstring const& from, std::wstring const& to);
 // The paths of all files in a folder and below, in no order. Links are not followed.
 std::vector<std::wstring> FilesBelow(std::wstring const& folder);
 
-// The whole file, which others may have open for writing. Throws Error.
-std::string ReadBytes(std::wstring const& path);
+// Nothing when there is no such file.
+std::optional<std::uint64_t> FileSize(std::wstring const& path);
+
+// The file from that byte on; others may have it open for writing. Throws Error.
+std::string ReadBytes(std::wstring const& path, std::uint64_t from = 0);
+
+// A text in UTF-8, without the mark that it may begin with. Throws Error.
+std::wstring ReadText(std::wstring const& path);
 
 // Replaces the file. Throws Error.
 void WriteBytes(std::wstring const& path, std::string_view bytes);

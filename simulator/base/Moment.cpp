@@ -2,6 +2,7 @@
 
 #include "simulator/base/Text.h"
 
+#include <bit>
 #include <windows.h>
 
 namespace sim
@@ -12,28 +13,17 @@ namespace
 
 constexpr std::int64_t ticksPerMillisecond = 10'000;
 
-FILETIME ToFileTime(std::int64_t ticks)
-{
-    return {static_cast<DWORD>(ticks & 0xFFFFFFFF), static_cast<DWORD>(ticks >> 32)};
-}
-
-std::int64_t ToTicks(FILETIME time)
-{
-    return (static_cast<std::int64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
-}
-
 SYSTEMTIME ToCalendar(Moment moment)
 {
-    auto const time = ToFileTime(moment * ticksPerMillisecond);
+    auto const time = std::bit_cast<FILETIME>(moment * ticksPerMillisecond);
     SYSTEMTIME calendar{};
     FileTimeToSystemTime(&time, &calendar);
     return calendar;
 }
 
-std::wstring Padded(int value, std::size_t width)
+std::wstring Digits(int value, std::size_t width)
 {
-    auto const digits = std::to_wstring(value);
-    return std::wstring(width > digits.size() ? width - digits.size() : 0, L'0') + digits;
+    return RightAligned(value, width, L'0');
 }
 
 int NumberAt(std::wstring_view text, std::size_t at, std::size_t length)
@@ -48,15 +38,15 @@ Moment Now()
 {
     FILETIME utc;
     GetSystemTimeAsFileTime(&utc);
-    return LocalMoment(ToTicks(utc));
+    return LocalMoment(std::bit_cast<std::int64_t>(utc));
 }
 
 Moment LocalMoment(std::int64_t utc)
 {
-    auto const time = ToFileTime(utc);
+    auto const time = std::bit_cast<FILETIME>(utc);
     FILETIME local;
     FileTimeToLocalFileTime(&time, &local);
-    return ToTicks(local) / ticksPerMillisecond;
+    return std::bit_cast<std::int64_t>(local) / ticksPerMillisecond;
 }
 
 std::optional<Moment> MomentOf(int year, int month, int day, int hour, int minute, int second, int milliseconds)
@@ -69,21 +59,21 @@ std::optional<Moment> MomentOf(int year, int month, int day, int hour, int minut
     {
         return std::nullopt;
     }
-    return ToTicks(time) / ticksPerMillisecond;
+    return std::bit_cast<std::int64_t>(time) / ticksPerMillisecond;
 }
 
 std::wstring DateAndTimeText(Moment moment)
 {
     auto const calendar = ToCalendar(moment);
-    return Padded(calendar.wYear, 4) + L"-" + Padded(calendar.wMonth, 2) + L"-" + Padded(calendar.wDay, 2) + L" " +
+    return Digits(calendar.wYear, 4) + L"-" + Digits(calendar.wMonth, 2) + L"-" + Digits(calendar.wDay, 2) + L" " +
            TimeText(moment);
 }
 
 std::wstring TimeText(Moment moment)
 {
     auto const calendar = ToCalendar(moment);
-    return Padded(calendar.wHour, 2) + L":" + Padded(calendar.wMinute, 2) + L":" + Padded(calendar.wSecond, 2) + L"." +
-           Padded(calendar.wMilliseconds, 3);
+    return Digits(calendar.wHour, 2) + L":" + Digits(calendar.wMinute, 2) + L":" + Digits(calendar.wSecond, 2) + L"." +
+           Digits(calendar.wMilliseconds, 3);
 }
 
 std::optional<Moment> ParseDateAndTime(std::wstring_view date, std::wstring_view time)

@@ -1,5 +1,6 @@
 #include "simulator/base/Text.h"
 
+#include <charconv>
 #include <windows.h>
 
 namespace sim
@@ -29,6 +30,17 @@ std::wstring FromUtf8(std::string_view text)
     return wide;
 }
 
+std::wstring LeftAligned(std::wstring_view text, std::size_t width)
+{
+    return std::wstring(text) + std::wstring(width > text.size() ? width - text.size() : 0, L' ');
+}
+
+std::wstring RightAligned(std::int64_t number, std::size_t width, wchar_t fill)
+{
+    auto const digits = std::to_wstring(number);
+    return std::wstring(width > digits.size() ? width - digits.size() : 0, fill) + digits;
+}
+
 std::wstring Hex(std::uint32_t value)
 {
     std::wstring text = L"0x";
@@ -39,39 +51,14 @@ std::wstring Hex(std::uint32_t value)
     return text;
 }
 
-namespace
-{
-
-std::optional<std::uint32_t> DigitOf(wchar_t character, std::uint32_t base)
-{
-    constexpr std::wstring_view digits = L"0123456789abcdef";
-    auto const lower = character >= L'A' && character <= L'F' ? character - L'A' + L'a' : character;
-    auto const digit = digits.find(static_cast<wchar_t>(lower));
-    if (digit == std::wstring_view::npos || digit >= base)
-    {
-        return std::nullopt;
-    }
-    return static_cast<std::uint32_t>(digit);
-}
-
-} // namespace
-
 std::optional<std::uint32_t> ParseNumber(std::wstring_view text)
 {
-    auto const hexadecimal = StartsWith(text, L"0x") || StartsWith(text, L"0X");
-    std::uint32_t const base = hexadecimal ? 16 : 10;
-    auto const digits = text.substr(hexadecimal ? 2 : 0);
-    std::uint64_t value = 0;
-    for (auto const character : digits)
-    {
-        auto const digit = DigitOf(character, base);
-        value = digit ? value * base + *digit : UINT64_MAX;
-        if (value > UINT32_MAX)
-        {
-            return std::nullopt;
-        }
-    }
-    return digits.empty() ? std::nullopt : std::optional(static_cast<std::uint32_t>(value));
+    auto const hexadecimal = text.starts_with(L"0x") || text.starts_with(L"0X");
+    auto const digits = ToUtf8(text.substr(hexadecimal ? 2 : 0));
+    auto const* const end = digits.data() + digits.size();
+    std::uint32_t value = 0;
+    auto const [stop, error] = std::from_chars(digits.data(), end, value, hexadecimal ? 16 : 10);
+    return error == std::errc() && stop == end ? std::optional(value) : std::nullopt;
 }
 
 std::optional<std::wstring_view> TakeLine(std::wstring_view& text)
@@ -87,9 +74,12 @@ std::optional<std::wstring_view> TakeLine(std::wstring_view& text)
     return line;
 }
 
-bool StartsWith(std::wstring_view text, std::wstring_view start)
+void ReplaceAll(std::wstring& text, std::wstring_view part, std::wstring_view other)
 {
-    return text.substr(0, start.size()) == start;
+    for (std::size_t at = 0; !part.empty() && (at = text.find(part, at)) != std::wstring::npos; at += other.size())
+    {
+        text.replace(at, part.size(), other);
+    }
 }
 
 bool EqualIgnoringCase(std::wstring_view left, std::wstring_view right)

@@ -11,6 +11,12 @@ namespace sim
 std::string ToUtf8(std::wstring_view text);
 std::wstring FromUtf8(std::string_view text);
 
+// The text with blanks behind it, to that width.
+std::wstring LeftAligned(std::wstring_view text, std::size_t width);
+
+// The number with blanks or zeros before it, to that width.
+std::wstring RightAligned(std::int64_t number, std::size_t width, wchar_t fill = L' ');
+
 // A result code as people write it: 0x80070005.
 std::wstring Hex(std::uint32_t value);
 
@@ -20,7 +26,9 @@ std::optional<std::uint32_t> ParseNumber(std::wstring_view text);
 // Takes the first line off the text and gives it without its CR LF; nullopt when the text holds no whole line.
 std::optional<std::wstring_view> TakeLine(std::wstring_view& text);
 
-bool StartsWith(std::wstring_view text, std::wstring_view start);
+// Wherever the part stands in the text; an empty one stands nowhere.
+void ReplaceAll(std::wstring& text, std::wstring_view part, std::wstring_view other);
+
 bool EqualIgnoringCase(std::wstring_view left, std::wstring_view right);
 
 } // namespace sim

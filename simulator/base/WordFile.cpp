@@ -15,7 +15,7 @@ std::vector<std::vector<std::wstring>> ReadWordFile(std::wstring const& path)
     {
         return lines;
     }
-    auto const text = FromUtf8(ReadBytes(path));
+    auto const text = ReadText(path);
     std::wstring_view rest = text;
     while (auto const line = TakeLine(rest))
     {
@@ -36,11 +36,7 @@ void WriteWordFile(std::wstring const& path, std::vector<std::vector<std::wstrin
     std::wstring text;
     for (auto const& words : lines)
     {
-        for (auto const& word : words)
-        {
-            text += Quoted(word) + L" ";
-        }
-        text += L"\r\n";
+        text += Joined(words) + L"\r\n";
     }
     ReplaceBytes(path, ToUtf8(text));
 }

@@ -74,4 +74,14 @@ std::wstring Quoted(std::wstring_view text)
     return quoted + L"'";
 }
 
+std::wstring Joined(std::vector<std::wstring> const& words)
+{
+    std::wstring line;
+    for (auto const& word : words)
+    {
+        line += (line.empty() ? L"" : L" ") + Quoted(word);
+    }
+    return line;
+}
+
 } // namespace sim

@@ -14,4 +14,7 @@ std::vector<std::wstring> SplitWords(std::wstring_view line);
 // The text as one word that SplitWords gives back; line ends become blanks.
 std::wstring Quoted(std::wstring_view text);
 
+// The line that SplitWords takes apart into these.
+std::wstring Joined(std::vector<std::wstring> const& words);
+
 } // namespace sim

@@ -11,11 +11,10 @@
 #include "simulator/client/DeviceCommands.h"
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
-#include "simulator/log/LogWatch.h"
 #include "simulator/package/Package.h"
 #include "simulator/platform/Journal.h"
 #include "simulator/protocol/SettingsFile.h"
-#include "simulator/scenario/Player.h"
+#include "simulator/scenario/Play.h"
 
 #include <algorithm>
 
@@ -38,6 +37,12 @@ int Ask(AnyRequest request)
         WriteLine(answer);
     }
     return 0;
+}
+
+// Whether that word is in front.
+bool TakeWord(Words& words, std::wstring_view word)
+{
+    return !words.empty() && words[0] == word && (words.erase(words.begin()), true);
 }
 
 int Install(Words const&)
@@ -79,10 +84,9 @@ void WriteNewLogLines(LogFile& file)
 [[noreturn]] void FollowLog(std::wstring const& path)
 {
     LogFile file(path);
-    for (LogWatch watch(path);; watch.Next())
+    for (;; Sleep(LogFile::lookMilliseconds))
     {
         WriteNewLogLines(file);
-        WaitForSingleObject(watch.Get(), INFINITE);
     }
 }
 
@@ -101,7 +105,7 @@ void WriteLogs(std::vector<std::wstring> const& paths)
 
 int Log(Words const& words)
 {
-    auto const isOption = !words.empty() && StartsWith(words[0], L"--");
+    auto const isOption = !words.empty() && words[0].starts_with(L"--");
     if (isOption && WantsToFollow(words))
     {
         FollowLog(LogFile::PathOn(Device::FromEnvironment()));
@@ -135,13 +139,18 @@ int Events(Words const& words)
 
 int Play(Words const& words)
 {
-    auto const colour = words[0] == L"--colour";
-    if (words.size() != (colour ? 2u : 1u))
+    auto rest = words;
+    auto const colour = TakeWord(rest, L"--colour") ? Colour::Yes : Colour::No;
+    auto const records = TakeWord(rest, L"--record");
+    if (rest.size() != 1)
     {
-        throw WrongCall(L"play one scenario");
+        throw WrongCall(L"one scenario at a time");
     }
     InstallRuntimeClasses();
-    return PlayScenario(words.back(), Device::FromEnvironment(), colour ? Colour::Yes : Colour::No) ? 0 : 1;
+    auto const path = WindowsPath(rest[0]);
+    auto const device = Device::FromEnvironment();
+    auto const went = records ? RecordScenario(path, device, colour) : PlayScenario(path, device, colour);
+    return went ? 0 : 1;
 }
 
 int Stop(Words const&)
@@ -153,6 +162,18 @@ int Stop(Words const&)
         return 0;
     }
     WriteLine(L"the device was not switched on");
+    return 0;
+}
+
+int Restart(Words const&)
+{
+    auto const device = Device::FromEnvironment();
+    if (auto const broker = BrokerClient::ConnectToRunning(device))
+    {
+        broker->Stop();
+    }
+    BrokerClient::Connect(device);
+    WriteLine(L"the device is switched off and on again");
     return 0;
 }
 
@@ -175,10 +196,9 @@ void WriteHelp(AnyCommand const& command)
 template <typename AnyCommand>
 void WriteSummary(AnyCommand const& command)
 {
-    constexpr std::size_t width = 40;
+    constexpr std::size_t width = 39;
     auto const usage = L"sim " + command.Usage();
-    WriteLine(L"  " + usage + std::wstring(usage.size() < width ? width - usage.size() : 1, L' ') +
-              std::wstring(command.summary));
+    WriteLine(L"  " + LeftAligned(usage, width) + L" " + std::wstring(command.summary));
 }
 
 OwnCommand const& Need(Words const& words)
@@ -193,6 +213,10 @@ int Help(Words const& words)
     {
         auto const* const command = FindCommand(DeviceCommands(), words);
         command ? WriteHelp(*command) : WriteHelp(Need(words));
+        if (words[0] == L"play")
+        {
+            WriteLine(ScenarioSteps());
+        }
         return 0;
     }
     WriteLine(L"The Windows app model for development. The device is the folder in VELMO_SIM_HOME.\n");
@@ -210,9 +234,13 @@ constexpr OwnCommand commands[] = {
      0, 1, Log},
     {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it stays and shows what comes.", 0, 1,
      Events},
-    {L"play", L"[--colour] SCENARIO", L"plays a scenario file on a fresh device, checking every step",
-     L"  What the device held before is removed. Exit code 1 when anything differs.", 1, 2, Play},
+    {L"play", L"[--colour] [--record] SCENARIO", L"plays a scenario file on a fresh device, checking every step",
+     L"  What the device held before is removed. Exit code 1 when anything differs. With --record it plays the steps that\n"
+     L"  you give, one in a line, until the end of the input (Ctrl-D), and writes the scenario of them.",
+     1, 3, Play},
     {L"stop", L"", L"switches the device off, with everything that runs on it", L"", 0, 0, Stop},
+    {L"restart", L"", L"switches the device off and on again",
+     L"  What runs on it is ended; what it keeps is there again.", 0, 0, Restart},
     {L"install", L"", L"registers the simulator's runtime classes in this Wine prefix",
      L"  register and play do it, too.", 0, 0, Install},
     {L"broker", L"", L"serves the device; the other commands start it when needed", L"", 0, 0, RunBroker},

@@ -2,6 +2,7 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
+#include "simulator/base/Process.h"
 #include "simulator/runtime/ClassNames.h"
 
 #include <windows.h>
@@ -15,18 +16,11 @@ namespace
 // The platform's list of classes; Wine's RoGetActivationFactory looks there.
 constexpr wchar_t classesKey[] = L"Software\\Microsoft\\WindowsRuntime\\ActivatableClassId\\";
 
-std::wstring LibraryPath()
-{
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, ARRAYSIZE(path));
-    return ParentOf(path) + L"\\VelmoPlatform.dll";
-}
-
 } // namespace
 
 void InstallRuntimeClasses()
 {
-    auto const library = LibraryPath();
+    auto const library = ParentOf(ProgramPath()) + L"\\VelmoPlatform.dll";
     if (!FileExists(library))
     {
         throw Error(L"there is no " + library + L": build it first");

@@ -2,6 +2,7 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
+#include "simulator/base/Process.h"
 #include "simulator/base/Text.h"
 #include "simulator/protocol/Encoding.h"
 #include "simulator/protocol/Pipe.h"
@@ -12,29 +13,14 @@ namespace sim
 namespace
 {
 
-std::wstring ProgramPath()
-{
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, ARRAYSIZE(path));
-    return path;
-}
+constexpr wchar_t ended[] = L"the device's broker has ended: the device is off";
 
 // Returns when the broker serves, or when another one proved to be quicker.
 void StartBroker(Device const& device)
 {
     constexpr DWORD limitMilliseconds = 60'000;
     Handle const ready(CreateEventW(nullptr, TRUE, FALSE, device.ReadyEventName().c_str()));
-    auto commandLine = L"\"" + ProgramPath() + L"\" broker";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, DETACHED_PROCESS, nullptr, nullptr,
-                        &startup, &started))
-    {
-        throw Error(L"cannot start the broker: " + SystemMessage(GetLastError()));
-    }
-    Handle const thread(started.hThread);
-    Handle const process(started.hProcess);
+    auto const process = StartProcess(ProgramPath(), {L"broker"});
     HANDLE const either[] = {ready.Get(), process.Get()};
     WaitForMultipleObjects(ARRAYSIZE(either), either, FALSE, limitMilliseconds);
 }
@@ -89,7 +75,7 @@ std::wstring BrokerClient::Ask(AnyRequest request)
         WaitForSingleObject(m_inbox->Arrived(), INFINITE);
         if (m_inbox->HasEnded())
         {
-            throw Error(L"the device's broker has ended: the device is off");
+            throw Error(ended);
         }
         if (auto message = m_inbox->Take())
         {
@@ -120,7 +106,7 @@ std::optional<Event> BrokerClient::NextEvent()
     {
         if (m_inbox->HasEnded())
         {
-            throw Error(L"the device's broker has ended: the device is off");
+            throw Error(ended);
         }
         return std::nullopt;
     }

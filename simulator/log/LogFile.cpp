@@ -17,17 +17,6 @@ namespace
 
 constexpr wchar_t mark = L'\xFEFF';
 
-constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-// Throws Error when a file that is there cannot be read.
-void Expect(bool result, std::wstring const& path)
-{
-    if (!result)
-    {
-        throw Error(L"the log cannot be read: " + path);
-    }
-}
-
 } // namespace
 
 LogFile::LogFile(std::wstring path) : m_path(std::move(path)) {}
@@ -53,23 +42,27 @@ std::vector<std::wstring> LogFile::Find(std::wstring const& path)
     return logs;
 }
 
+// Only what is behind the bytes read: the whole of a file that is emptied meanwhile would be read in part, as if it had
+// been begun again with its old lines.
 std::vector<std::wstring> LogFile::NewLines()
 {
     std::vector<std::wstring> lines;
-    if (!FileExists(m_path))
+    auto const size = FileSize(m_path).value_or(0);
+    if (size < m_position)
+    {
+        m_position = 0;
+        m_rest.clear();
+    }
+    if (size == m_position)
     {
         return lines;
     }
-    auto const bytes = NewBytes();
-    auto const units = bytes.size() / sizeof(wchar_t);
-    std::wstring text(units, L'\0');
-    std::memcpy(text.data(), bytes.data(), units * sizeof(wchar_t));
-    if (m_position == 0 && text.starts_with(mark))
-    {
-        text.erase(0, 1);
-    }
-    m_position += units * sizeof(wchar_t);
-    text.insert(0, m_rest);
+    auto const bytes = ReadBytes(m_path, m_position);
+    std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
+    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
+    auto const hasMark = m_position == 0 && text.starts_with(mark);
+    m_position += text.size() * sizeof(wchar_t);
+    text.replace(0, hasMark ? 1 : 0, m_rest);
     std::wstring_view rest = text;
     while (auto const line = TakeLine(rest))
     {
@@ -79,39 +72,13 @@ std::vector<std::wstring> LogFile::NewLines()
     return lines;
 }
 
-// Only what is behind the bytes read: the whole of a file that is emptied meanwhile would be read in part, as if it had
-// been begun again with its old lines.
-std::string LogFile::NewBytes()
-{
-    Handle const file(CreateFileW(m_path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-    LARGE_INTEGER size = {};
-    Expect(file && GetFileSizeEx(file.Get(), &size) != FALSE, m_path);
-    if (static_cast<std::uint64_t>(size.QuadPart) < m_position)
-    {
-        m_position = 0;
-        m_rest.clear();
-    }
-    LARGE_INTEGER position;
-    position.QuadPart = static_cast<LONGLONG>(m_position);
-    Expect(SetFilePointerEx(file.Get(), position, nullptr, FILE_BEGIN) != FALSE, m_path);
-    std::string bytes;
-    char block[16'384];
-    DWORD read = 0;
-    do
-    {
-        Expect(ReadFile(file.Get(), block, sizeof block, &read, nullptr) != FALSE, m_path);
-        bytes.append(block, read);
-    } while (read > 0);
-    return bytes;
-}
-
 void LogFile::GrowTo(std::uint64_t bytes) const
 {
-    Handle const file(
-        CreateFileW(m_path.c_str(), GENERIC_WRITE, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    Handle const file(CreateFileW(m_path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, 0, nullptr));
     LARGE_INTEGER end;
     end.QuadPart = static_cast<LONGLONG>(bytes);
-    if (!file.Get() || !SetFilePointerEx(file.Get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(file.Get()))
+    if (!file || !SetFilePointerEx(file.Get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(file.Get()))
     {
         throw Error(L"the log cannot be made longer: " + m_path);
     }

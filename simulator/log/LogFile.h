@@ -28,9 +28,11 @@ class LogFile
     // Makes the file so many bytes long, as long use would, but without any line. Throws Error.
     void GrowTo(std::uint64_t bytes) const;
 
-  private:
-    std::string NewBytes();
+    // How long those who follow it wait before they look again. Nothing tells them earlier: what is written in a folder
+    // made after a watch began is now and then not told under Wine.
+    static constexpr unsigned lookMilliseconds = 20;
 
+  private:
     std::wstring m_path;
     std::uint64_t m_position = 0; // bytes read
     std::wstring m_rest;          // the beginning of a line that is not complete yet

@@ -27,16 +27,11 @@ std::optional<Moment> ParseStamp(std::wstring_view stamp)
                     number(18, 3));
 }
 
-std::wstring Padded(std::wstring const& text, std::size_t width)
-{
-    return text + std::wstring(width > text.size() ? width - text.size() : 0, L' ');
-}
-
 } // namespace
 
 std::wstring LogLine::Text() const
 {
-    return TimeText(time) + L" " + Padded(level, 5) + L" " + Padded(category, 10) + L" " + message;
+    return TimeText(time) + L" " + LeftAligned(level, 5) + L" " + LeftAligned(category, 10) + L" " + message;
 }
 
 std::optional<LogLine> ParseLogLine(std::wstring_view line)

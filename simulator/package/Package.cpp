@@ -2,10 +2,8 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
-#include "simulator/base/Text.h"
+#include "simulator/base/Process.h"
 #include "simulator/package/PackageNames.h"
-
-#include <windows.h>
 
 namespace sim
 {
@@ -41,18 +39,14 @@ Package RegisteredPackage(Device const& device)
     {
         throw Error(L"no package is registered: sim register FOLDER comes first");
     }
-    return OpenPackage(FromUtf8(ReadBytes(device.RegistrationFile())));
+    return OpenPackage(ReadText(device.RegistrationFile()));
 }
 
 std::wstring PackageFolderFromEnvironment()
 {
-    wchar_t folder[MAX_PATH];
-    auto const length = GetEnvironmentVariableW(L"VELMO_SIM_PACKAGE", folder, ARRAYSIZE(folder));
-    if (length == 0 || length >= ARRAYSIZE(folder))
-    {
-        throw Error(L"name the package's folder, or set the environment variable VELMO_SIM_PACKAGE to it");
-    }
-    return folder;
+    auto const folder = EnvironmentValue(L"VELMO_SIM_PACKAGE");
+    return folder ? *folder
+                  : throw Error(L"name the package's folder, or set the environment variable VELMO_SIM_PACKAGE to it");
 }
 
 } // namespace sim

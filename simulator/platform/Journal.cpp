@@ -57,7 +57,7 @@ std::vector<Event> ReadJournal(std::wstring const& path)
     {
         return events;
     }
-    auto const text = FromUtf8(ReadBytes(path));
+    auto const text = ReadText(path);
     std::wstring_view rest = text;
     while (auto const line = TakeLine(rest))
     {

@@ -2,6 +2,7 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
+#include "simulator/base/Process.h"
 
 #include <cstdint>
 #include <windows.h>
@@ -38,13 +39,9 @@ Device::Device(std::wstring const& home) : m_home(FullPath(home)) {}
 
 Device Device::FromEnvironment()
 {
-    wchar_t home[MAX_PATH];
-    auto const length = GetEnvironmentVariableW(L"VELMO_SIM_HOME", home, ARRAYSIZE(home));
-    if (length == 0 || length >= ARRAYSIZE(home))
-    {
-        throw Error(L"set the environment variable VELMO_SIM_HOME to the folder of the device");
-    }
-    return Device(home);
+    auto const home = EnvironmentValue(L"VELMO_SIM_HOME");
+    return home ? Device(*home)
+                : throw Error(L"set the environment variable VELMO_SIM_HOME to the folder of the device");
 }
 
 std::wstring Device::PipeName() const
@@ -64,8 +61,8 @@ std::wstring Device::ReadyEventName() const
 
 void Device::Clear() const
 {
-    for (auto const* name : {L"Packages", L"Temp", L"desktop", L"crashes", L"layout", L"events.log", L"package.txt",
-                             L"tasks.txt", L"channel.txt", L"clock.txt"})
+    for (auto const* name : {L"Packages", L"Temp", L"desktop", L"crashes", L"helpers", L"layout", L"events.log",
+                             L"package.txt", L"tasks.txt", L"channel.txt", L"clock.txt"})
     {
         Remove(m_home + L"\\" + name);
     }

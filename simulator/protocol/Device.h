@@ -61,6 +61,9 @@ class Device
         return m_home + L"\\crashes\\" + std::to_wstring(processId) + L".txt";
     }
 
+    // What the desktop helpers of a scenario print, a file for each.
+    std::wstring HelpersFolder() const { return m_home + L"\\helpers"; }
+
     // A device's own copy of a package, for scenarios that need it incomplete.
     std::wstring LayoutCopy() const { return m_home + L"\\layout"; }
 

@@ -29,7 +29,7 @@ std::optional<std::wstring> Event::Detail(std::wstring_view name) const
     auto const start = sim::Detail(name, L"");
     for (auto const& detail : details)
     {
-        if (StartsWith(detail, start))
+        if (detail.starts_with(start))
         {
             return detail.substr(start.size());
         }

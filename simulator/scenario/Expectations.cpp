@@ -19,29 +19,18 @@ namespace
 constexpr unsigned limitMilliseconds = 90'000;
 constexpr unsigned limitAfterEndMilliseconds = 5'000;
 
-std::wstring Joined(std::vector<std::wstring> const& words)
+bool HasDetails(Event const& event, Words const& details)
 {
-    std::wstring text;
-    for (auto const& word : words)
-    {
-        text += (text.empty() ? L"" : L" ") + Quoted(word);
-    }
-    return text;
-}
-
-bool HasDetails(Event const& event, std::vector<std::wstring> const& details, std::size_t from)
-{
-    return std::all_of(details.begin() + static_cast<std::ptrdiff_t>(from), details.end(), [&](auto const& detail) {
-        return std::find(event.details.begin(), event.details.end(), detail) != event.details.end();
-    });
+    return std::ranges::all_of(
+        details, [&](auto const& detail) { return std::ranges::find(event.details, detail) != event.details.end(); });
 }
 
 // The value of an option NAME=VALUE among the words.
-std::wstring Option(std::vector<std::wstring> const& words, std::wstring const& name, std::wstring const& otherwise)
+std::wstring Option(Words const& words, std::wstring const& name, std::wstring const& otherwise)
 {
     for (auto const& word : words)
     {
-        if (StartsWith(word, name + L"="))
+        if (word.starts_with(name + L"="))
         {
             return word.substr(name.size() + 1);
         }
@@ -56,7 +45,7 @@ struct Range
 };
 
 // "after 3000..6000 ms" from the word at `at`; nothing when the words end there.
-std::optional<Range> ParseRange(std::vector<std::wstring> const& words, std::size_t at)
+std::optional<Range> ParseRange(Words const& words, std::size_t at)
 {
     if (words.size() <= at)
     {
@@ -82,18 +71,18 @@ struct ExpectedLine
 using Lines = std::deque<ExpectedLine>;
 
 // Messages, each with the options that stand before it: those of each thread, which a | parts from the next one's.
-std::vector<Lines> ParseThreads(std::vector<std::wstring> const& words)
+std::vector<Lines> ParseThreads(Words const& words)
 {
     std::vector<Lines> threads(1);
     std::wstring level = L"INFO";
     std::wstring category;
     for (auto const& word : words)
     {
-        if (StartsWith(word, L"level="))
+        if (word.starts_with(L"level="))
         {
             level = word.substr(word.find(L'=') + 1);
         }
-        else if (StartsWith(word, L"category="))
+        else if (word.starts_with(L"category="))
         {
             category = word.substr(word.find(L'=') + 1);
         }
@@ -116,70 +105,62 @@ bool IsLine(std::wstring const& text, ExpectedLine const& expected)
            (expected.category.empty() || line->category == expected.category);
 }
 
-bool IsCode(std::wstring const& actual, std::wstring const& expected)
-{
-    return ParseNumber(actual) == ParseNumber(expected);
-}
-
-// how: exit, crash or terminated. code: empty for none given.
-bool IsEnd(Event const& event, std::wstring const& how, std::wstring const& code)
-{
-    auto const actual = event.Detail(L"code").value_or(L"");
-    if (how == L"terminated")
-    {
-        return event.kind == L"app-terminated";
-    }
-    auto const isCode = code.empty() ? !IsCode(actual, L"0") : IsCode(actual, code);
-    return event.kind == (how == L"exit" ? L"app-exited" : L"app-crashed") && isCode;
-}
-
 std::wstring WhoIs(std::wstring const& helper)
 {
     return helper.empty() ? L"the helper" : L"the helper " + helper;
 }
 
+std::wstring const& Only(Words const& words, std::wstring const& usage)
+{
+    return words.size() == 1 ? words[0] : throw Error(L"call it so: " + usage);
+}
+
 } // namespace
 
-HelperWords::HelperWords(std::vector<std::wstring> all) : words(std::move(all))
+std::wstring TakeHelperName(Words& words)
 {
-    if (!words.empty() && StartsWith(words.front(), L"@"))
+    std::wstring name;
+    if (!words.empty() && words.front().starts_with(L'@'))
     {
         name = words.front();
         words.erase(words.begin());
     }
+    return name;
 }
 
 Expectations::Expectations(Device const& device, Observer& observer) : m_device(device), m_observer(observer) {}
 
-void Expectations::Check(Words const& words)
+std::span<Expectations::Check const> Expectations::All()
 {
-    struct Expectation
-    {
-        std::wstring_view what;
-        std::size_t fewestWords;
-        void (Expectations::*check)(Words const& words);
+    static constexpr Check checks[] = {
+        {L"event", L"KIND [NAME=VALUE …]", L"the next event of the device, with these details", L"", 1, anyNumber,
+         &Expectations::CheckEvent},
+        {L"log", L"MESSAGE [level=LEVEL] [category=CATEGORY]", L"the next line of the app's log, INFO without a level",
+         L"", 1, 3, &Expectations::CheckLog},
+        {L"interleaved", L"log MESSAGE … | MESSAGE …", L"the next lines of several threads, each one's in order", L"",
+         4, anyNumber, &Expectations::CheckInterleavedLog},
+        {L"helper", L"[@NAME] LINE", L"the next line that a helper prints", L"", 1, 2, &Expectations::CheckHelper},
+        {L"helper-exit", L"[@NAME] CODE", L"a helper has ended, and has printed nothing more", L"", 1, 2,
+         &Expectations::CheckHelperExit},
+        {L"desktop", L"GROUP COMMANDLINE", L"the desktop component starts, sees this command line and ends well", L"",
+         2, 2, &Expectations::CheckDesktop},
+        {L"exit", L"CODE [after A..B ms]", L"the app's process ends as it announced, so long after its start", L"", 1,
+         4, &Expectations::CheckExit},
+        {L"crash", L"[CODE] [after A..B ms]", L"it ends without an announcement; not with 0 when there is no CODE", L"",
+         0, 4, &Expectations::CheckCrash},
+        {L"terminated", L"[after A..B ms]", L"the platform ends it", L"", 0, 3, &Expectations::CheckTerminated},
     };
+    return checks;
+}
 
-    static constexpr Expectation expectations[] = {
-        {L"event", 2, &Expectations::CheckEvent},
-        {L"log", 2, &Expectations::CheckLog},
-        {L"interleaved", 3, &Expectations::CheckInterleavedLog},
-        {L"desktop", 3, &Expectations::CheckDesktop},
-        {L"helper", 2, &Expectations::CheckHelper},
-        {L"helper-exit", 2, &Expectations::CheckHelperExit},
-        {L"exit", 2, &Expectations::CheckEnd},
-        {L"crash", 1, &Expectations::CheckEnd},
-        {L"terminated", 1, &Expectations::CheckEnd},
-    };
-    auto const* const found =
-        std::ranges::find(expectations, words.empty() ? std::wstring_view() : words.front(), &Expectation::what);
-    if (found == std::end(expectations) || words.size() < found->fewestWords)
+void Expectations::Run(Words const& words)
+{
+    auto const* const check = FindCommand(All(), words);
+    if (!check)
     {
-        throw Error(
-            L"expect event KIND …, log MESSAGE …, interleaved log MESSAGE … | MESSAGE …, desktop GROUP COMMANDLINE, "
-            L"helper [@NAME] LINE, helper-exit [@NAME] CODE, exit CODE …, crash … or terminated …");
+        throw Error(L"nothing is expected so; sim help play lists them");
     }
-    (this->*found->check)(words);
+    (this->*check->run)(check->ArgumentsOf(words));
 }
 
 void Expectations::CheckNothingIsLeft()
@@ -223,12 +204,11 @@ std::wstring Expectations::Summary() const
 
 void Expectations::CheckEvent(Words const& words)
 {
-    Words const expected(words.begin() + 1, words.end());
-    auto const isDesktop = StartsWith(words[1], L"desktop-");
-    auto const event = Take(isDesktop ? m_observer.desktopEvents : m_observer.platformEvents, Joined(expected));
-    if (event.kind != words[1] || !HasDetails(event, words, 2))
+    auto const isDesktop = words[0].starts_with(L"desktop-");
+    auto const event = TakeEvent(isDesktop ? m_observer.desktopEvents : m_observer.platformEvents, Joined(words));
+    if (event.kind != words[0] || !HasDetails(event, {words.begin() + 1, words.end()}))
     {
-        throw Difference{Joined(expected), event.Text()};
+        throw Difference{Joined(words), event.Text()};
     }
     if (event.kind == L"app-started")
     {
@@ -239,7 +219,7 @@ void Expectations::CheckEvent(Words const& words)
 void Expectations::CheckLog(Words const& words)
 {
     // Here options stand behind the message.
-    ExpectedLine const expected{words[1], Option(words, L"level", L"INFO"), Option(words, L"category", L"")};
+    ExpectedLine const expected{words[0], Option(words, L"level", L"INFO"), Option(words, L"category", L"")};
     auto const text = TakeLogLine(L"log line " + expected.level + L": " + expected.message);
     if (!IsLine(text, expected))
     {
@@ -249,8 +229,8 @@ void Expectations::CheckLog(Words const& words)
 
 void Expectations::CheckInterleavedLog(Words const& words)
 {
-    auto threads = ParseThreads({words.begin() + 2, words.end()});
-    if (words[1] != L"log" || std::ranges::any_of(threads, &Lines::empty))
+    auto threads = ParseThreads({words.begin() + 1, words.end()});
+    if (words[0] != L"log" || std::ranges::any_of(threads, &Lines::empty))
     {
         throw Error(L"expect interleaved log MESSAGE … | MESSAGE …");
     }
@@ -273,16 +253,13 @@ void Expectations::CheckInterleavedLog(Words const& words)
 
 void Expectations::CheckHelper(Words const& words)
 {
-    HelperWords const helper({words.begin() + 1, words.end()});
-    if (helper.words.size() != 1)
-    {
-        throw Error(L"expect helper [@NAME] LINE");
-    }
-    auto const& expected = helper.words[0];
-    auto const said = TakeFromHelper(helper.name, expected);
+    auto line = words;
+    auto const name = TakeHelperName(line);
+    auto const& expected = Only(line, L"expect helper [@NAME] LINE");
+    auto const said = TakeFromHelper(name, expected);
     if (said.exitCode || said.line != expected)
     {
-        throw Difference{WhoIs(helper.name) + L": " + expected,
+        throw Difference{WhoIs(name) + L": " + expected,
                          said.exitCode ? L"it ended with " + std::to_wstring(*said.exitCode) : said.line};
     }
     ++m_helperLineCount;
@@ -290,37 +267,34 @@ void Expectations::CheckHelper(Words const& words)
 
 void Expectations::CheckHelperExit(Words const& words)
 {
-    HelperWords const helper({words.begin() + 1, words.end()});
-    auto const code = helper.words.size() == 1 ? ParseNumber(helper.words[0]) : std::nullopt;
-    if (!code)
+    auto code = words;
+    auto const name = TakeHelperName(code);
+    auto const expected = ParseNumber(Only(code, L"expect helper-exit [@NAME] CODE"));
+    if (!expected)
     {
-        throw Error(L"expect helper-exit [@NAME] CODE");
+        throw Error(code[0] + L" is no exit code");
     }
-    auto const said = TakeFromHelper(helper.name, L"its end");
-    if (said.exitCode != *code)
+    auto const said = TakeFromHelper(name, L"its end");
+    if (said.exitCode != *expected)
     {
-        throw Difference{WhoIs(helper.name) + L" ended with " + helper.words[0],
+        throw Difference{WhoIs(name) + L" ended with " + code[0],
                          said.exitCode ? std::to_wstring(*said.exitCode) : said.line};
     }
 }
 
 void Expectations::CheckDesktop(Words const& words)
 {
-    if (words.size() != 3)
-    {
-        throw Error(L"expect desktop GROUP COMMANDLINE");
-    }
     auto const started = TakeDesktopEvent(L"desktop-started");
     auto const ended = TakeDesktopEvent(L"desktop-exited");
     auto const id = started.Detail(L"pid").value_or(L"");
-    if (started.Detail(L"group") != words[1] || ended.Detail(L"pid") != id || ended.Detail(L"code") != L"0")
+    if (started.Detail(L"group") != words[0] || ended.Detail(L"pid") != id || ended.Detail(L"code") != L"0")
     {
-        throw Difference{L"the desktop component for " + words[1] + L", ended well",
+        throw Difference{L"the desktop component for " + words[0] + L", ended well",
                          started.Text() + L", " + ended.Text()};
     }
     // What the process itself saw.
     auto const seen = FromUtf8(ReadBytes(m_device.DesktopReportFile(ParseNumber(id).value_or(0))));
-    auto const expected = words[2] + L"\r\n" + m_device.DesktopTemporaryFolder() + L"\\\r\n";
+    auto const expected = words[1] + L"\r\n" + m_device.DesktopTemporaryFolder() + L"\\\r\n";
     if (seen != expected)
     {
         throw Difference{expected, seen};
@@ -328,69 +302,58 @@ void Expectations::CheckDesktop(Words const& words)
     ++m_desktopCount;
 }
 
-void Expectations::CheckEnd(Words const& words)
+void Expectations::CheckEnd(std::wstring const& kind, Words const& words)
 {
-    auto const hasCode = words.size() > 1 && ParseNumber(words[1]);
-    auto const range = ParseRange(words, hasCode ? 2 : 1);
-    auto const event = Take(m_observer.platformEvents, Joined(words));
-    if (!IsEnd(event, words[0], hasCode ? words[1] : std::wstring()))
-    {
-        throw Difference{Joined(words), event.Text()};
-    }
+    auto const code = words.empty() ? std::nullopt : ParseNumber(words[0]);
+    auto const range = ParseRange(words, code ? 1 : 0);
+    auto const expected = Joined(words);
+    auto const event = TakeEvent(m_observer.platformEvents, kind + L" " + expected);
+    auto const actual = ParseNumber(event.Detail(L"code").value_or(L""));
+    auto const isCode = kind == L"app-terminated" || (code ? actual == code : actual != 0u);
     auto const duration = event.time - m_appStarted.value_or(event.time);
-    if (range && (duration < range->from || duration > range->to))
+    if (event.kind != kind || !isCode || (range && (duration < range->from || duration > range->to)))
     {
-        throw Difference{Joined(words), event.Text() + L" after " + std::to_wstring(duration) + L" ms"};
+        throw Difference{kind + L" " + expected, event.Text() + L" after " + std::to_wstring(duration) + L" ms"};
     }
     m_appStarted.reset();
 }
 
-Event Expectations::TakeDesktopEvent(std::wstring const& kind)
-{
-    auto event = Take(m_observer.desktopEvents, kind);
-    if (event.kind != kind)
-    {
-        throw Difference{kind, event.Text()};
-    }
-    return event;
-}
-
 std::wstring Expectations::TakeLogLine(std::wstring const& expected)
 {
-    auto& lines = m_observer.logLines;
-    WaitFor([&] { return !lines.empty(); }, expected);
-    auto text = std::move(lines.front());
-    lines.pop_front();
     ++m_lineCount;
-    return text;
+    return Take(m_observer.logLines, expected);
 }
 
 Helpers::Said Expectations::TakeFromHelper(std::wstring const& name, std::wstring const& expected)
 {
-    auto& lines = m_observer.helperLines[name];
-    WaitFor([&] { return !lines.empty(); }, WhoIs(name) + L": " + expected);
-    auto said = std::move(lines.front());
-    lines.pop_front();
-    return said;
+    return Take(m_observer.helperLines[name], WhoIs(name) + L": " + expected);
 }
 
-Event Expectations::Take(std::deque<Event>& events, std::wstring const& expected)
+Event Expectations::TakeDesktopEvent(std::wstring const& kind)
 {
-    WaitFor([&] { return !events.empty(); }, expected);
-    auto event = std::move(events.front());
-    events.pop_front();
+    auto event = TakeEvent(m_observer.desktopEvents, kind);
+    return event.kind == kind ? event : throw Difference{kind, event.Text()};
+}
+
+Event Expectations::TakeEvent(std::deque<Event>& events, std::wstring const& expected)
+{
     ++m_eventCount;
-    return event;
+    return Take(events, expected);
 }
 
-void Expectations::WaitFor(std::function<bool()> const& isThere, std::wstring const& expected)
+// The next one, when it has come.
+template <typename Item>
+Item Expectations::Take(std::deque<Item>& items, std::wstring const& expected)
 {
+    auto const isThere = [&] { return !items.empty(); };
     m_observer.WaitUntil([&] { return isThere() || m_observer.IsAppOver(); }, limitMilliseconds);
-    auto const limit = m_observer.IsAppOver() ? limitAfterEndMilliseconds : 0;
-    if (!m_observer.WaitUntil(isThere, limit))
+    if (!m_observer.WaitUntil(isThere, m_observer.IsAppOver() ? limitAfterEndMilliseconds : 0))
     {
         throw Difference{expected, L"nothing came"};
     }
+    auto item = std::move(items.front());
+    items.pop_front();
+    return item;
 }
 
 } // namespace sim

@@ -1,22 +1,17 @@
 #pragma once
+#include "simulator/client/Command.h"
 #include "simulator/protocol/Device.h"
 #include "simulator/scenario/Observer.h"
 
 #include <optional>
+#include <span>
 #include <string>
-#include <vector>
 
 namespace sim
 {
 
-// The words of a step that are for a helper: its name from @NAME in front, empty without; and the rest.
-struct HelperWords
-{
-    explicit HelperWords(std::vector<std::wstring> all);
-
-    std::wstring name;
-    std::vector<std::wstring> words;
-};
+// Takes the name of a helper, @NAME, from the front of the words; empty without.
+std::wstring TakeHelperName(Words& words);
 
 // Something was other than the scenario says: what was expected and what was there.
 struct Difference
@@ -30,10 +25,14 @@ struct Difference
 class Expectations
 {
   public:
+    using Check = Command<void (Expectations::*)(Words const& arguments)>;
+
+    static std::span<Check const> All();
+
     Expectations(Device const& device, Observer& observer);
 
     // words: those after "expect". Throws Error for a step that there is not.
-    void Check(std::vector<std::wstring> const& words);
+    void Run(Words const& words);
 
     // At the end: nothing is left, and the app does not run.
     void CheckNothingIsLeft();
@@ -42,20 +41,23 @@ class Expectations
     std::wstring Summary() const;
 
   private:
-    using Words = std::vector<std::wstring>;
-
     void CheckEvent(Words const& words);
     void CheckLog(Words const& words);
     void CheckInterleavedLog(Words const& words);
     void CheckHelper(Words const& words);
     void CheckHelperExit(Words const& words);
     void CheckDesktop(Words const& words);
-    void CheckEnd(Words const& words);
+    void CheckExit(Words const& words) { CheckEnd(L"app-exited", words); }
+    void CheckCrash(Words const& words) { CheckEnd(L"app-crashed", words); }
+    void CheckTerminated(Words const& words) { CheckEnd(L"app-terminated", words); }
+    void CheckEnd(std::wstring const& kind, Words const& words);
     std::wstring TakeLogLine(std::wstring const& expected);
     Helpers::Said TakeFromHelper(std::wstring const& name, std::wstring const& expected);
     Event TakeDesktopEvent(std::wstring const& kind);
-    Event Take(std::deque<Event>& events, std::wstring const& expected);
-    void WaitFor(std::function<bool()> const& isThere, std::wstring const& expected);
+    Event TakeEvent(std::deque<Event>& events, std::wstring const& expected);
+
+    template <typename Item>
+    Item Take(std::deque<Item>& items, std::wstring const& expected);
 
     Device const& m_device;
     Observer& m_observer;

@@ -1,9 +1,8 @@
 #pragma once
-#include "simulator/base/Inbox.h"
-#include "simulator/base/Moment.h"
+#include "simulator/base/Handle.h"
+#include "simulator/protocol/Device.h"
 
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,20 +11,19 @@ namespace sim
 {
 
 // The desktop helpers that a scenario has running, by name. They find the device as this process does, through the
-// environment. One thread uses it.
+// environment, and print into files of the device. One thread uses it.
 class Helpers
 {
   public:
     // What one of them printed, or that it has ended.
     struct Said
     {
-        Moment time;
         std::wstring name;
         std::wstring line;
         std::optional<unsigned long> exitCode;
     };
 
-    Helpers();
+    explicit Helpers(Device const& device) : m_device(device) {}
     Helpers(Helpers const&) = delete;
     Helpers& operator=(Helpers const&) = delete;
     ~Helpers(); // ends those that run
@@ -36,19 +34,25 @@ class Helpers
     // Ends it from outside. Throws Error when none of that name runs.
     void Kill(std::wstring const& name);
 
-    // Signalled while there is something to take.
-    HANDLE Arrived() const noexcept { return m_said.Arrived(); }
-
-    std::optional<Said> Take();
+    // What has come since the last call.
+    std::vector<Said> Take();
 
     // Those that were started and whose end was not taken yet.
     std::vector<std::wstring> Running() const;
 
   private:
-    class Process;
+    struct Process
+    {
+        Handle handle;
+        std::wstring output;
+        std::size_t taken = 0; // bytes of it
+    };
 
-    Inbox<Said> m_said;
-    std::map<std::wstring, std::unique_ptr<Process>> m_processes;
+    static void TakeLines(std::wstring const& name, Process& process, std::vector<Said>& said);
+
+    Device const& m_device;
+    std::map<std::wstring, Process> m_processes;
+    unsigned m_started = 0;
 };
 
 } // namespace sim

@@ -1,22 +1,26 @@
 #include "simulator/scenario/Observer.h"
 
-#include "simulator/base/Text.h"
-
 #include <algorithm>
 
 namespace sim
 {
 
 Observer::Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline)
-    : m_broker(broker), m_helpers(helpers), m_timeline(timeline)
+    : m_helpers(helpers), m_timeline(timeline)
 {
-    m_broker.Follow();
+    Follow(broker);
 }
 
-void Observer::WatchLog(std::wstring const& path)
+void Observer::Follow(BrokerClient& broker)
 {
-    m_log.emplace(path);
-    m_logWatch.emplace(path);
+    m_broker = &broker;
+    m_known = m_seen;
+    m_broker->Follow();
+}
+
+void Observer::FollowLog(std::wstring const& path)
+{
+    m_log = &m_logs.try_emplace(path, path).first->second;
 }
 
 bool Observer::WaitUntil(std::function<bool()> const& done, unsigned limitMilliseconds)
@@ -30,19 +34,24 @@ bool Observer::WaitUntil(std::function<bool()> const& done, unsigned limitMillis
         {
             return true;
         }
-        auto const left = end - Now();
-        if (left <= 0)
+        if (Now() >= end)
         {
             return false;
         }
-        WaitForMore(static_cast<unsigned>(left));
+        WaitForSingleObject(m_broker->Arrived(), LogFile::lookMilliseconds);
     }
 }
 
 void Observer::Collect()
 {
-    while (auto event = m_broker.NextEvent())
+    while (auto event = m_broker->NextEvent())
     {
+        if (m_known > 0)
+        {
+            --m_known;
+            continue;
+        }
+        ++m_seen;
         Sort(std::move(*event));
     }
     CollectHelpers();
@@ -51,12 +60,11 @@ void Observer::Collect()
 
 void Observer::CollectHelpers()
 {
-    while (auto said = m_helpers.Take())
+    for (auto& said : m_helpers.Take())
     {
-        auto const text = said->exitCode ? L"ends with " + std::to_wstring(*said->exitCode) : said->line;
-        m_timeline.Add(said->time, Timeline::Source::Helper, said->name.empty() ? text : said->name + L" " + text);
-        auto& lines = helperLines[said->name];
-        lines.push_back(std::move(*said));
+        auto const text = said.exitCode ? L"ends with " + std::to_wstring(*said.exitCode) : said.line;
+        m_timeline.Add(Now(), Timeline::Source::Helper, said.name.empty() ? text : said.name + L" " + text);
+        helperLines[said.name].push_back(std::move(said));
     }
 }
 
@@ -79,23 +87,12 @@ void Observer::Sort(Event event)
 {
     constexpr std::wstring_view ends[] = {L"app-exited", L"app-crashed", L"app-terminated", L"app-start-failed"};
     auto const isEnd = std::ranges::find(ends, event.kind) != std::end(ends);
-    m_isAppOver = isEnd || (m_isAppOver && event.kind != L"app-started");
-    auto const isDesktop = StartsWith(event.kind, L"desktop-");
+    auto const isStart = event.kind == L"app-started";
+    m_isAppOver = isEnd || (m_isAppOver && !isStart);
+    m_isAppRunning = isStart || (m_isAppRunning && !isEnd);
+    auto const isDesktop = event.kind.starts_with(L"desktop-");
     m_timeline.Add(event.time, isDesktop ? Timeline::Source::Desktop : Timeline::Source::Event, event.Text());
     (isDesktop ? desktopEvents : platformEvents).push_back(std::move(event));
-}
-
-void Observer::WaitForMore(unsigned limitMilliseconds)
-{
-    HANDLE const handles[] = {m_broker.Arrived(), m_helpers.Arrived(), m_logWatch ? m_logWatch->Get() : nullptr};
-    // Not longer than what is held back for order may wait.
-    auto const wait =
-        m_timeline.IsHolding() ? std::min(limitMilliseconds, Timeline::holdMilliseconds) : limitMilliseconds;
-    auto const signalled = WaitForMultipleObjects(m_logWatch ? 3 : 2, handles, FALSE, wait);
-    if (m_logWatch && signalled == WAIT_OBJECT_0 + 2)
-    {
-        m_logWatch->Next();
-    }
 }
 
 } // namespace sim

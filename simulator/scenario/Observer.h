@@ -2,7 +2,6 @@
 #include "simulator/client/BrokerClient.h"
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
-#include "simulator/log/LogWatch.h"
 #include "simulator/scenario/Helpers.h"
 #include "simulator/scenario/Timeline.h"
 
@@ -10,7 +9,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 
 namespace sim
 {
@@ -23,8 +21,11 @@ class Observer
   public:
     Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline);
 
-    // There is no log before a package is registered.
-    void WatchLog(std::wstring const& path);
+    // Another one of the device: what it says first is known from the one before.
+    void Follow(BrokerClient& broker);
+
+    // There is no log before a package is registered. One that was followed before goes on.
+    void FollowLog(std::wstring const& path);
 
     // Waits until `done`, looked at whenever something has come. False when the time is up before.
     bool WaitUntil(std::function<bool()> const& done, unsigned limitMilliseconds);
@@ -35,6 +36,8 @@ class Observer
     // Whether the last that was heard of the app is its end.
     bool IsAppOver() const noexcept { return m_isAppOver; }
 
+    bool IsAppRunning() const noexcept { return m_isAppRunning; }
+
     std::deque<Event> platformEvents;
     std::deque<Event> desktopEvents;
     std::deque<std::wstring> logLines;                             // as in the file
@@ -44,14 +47,16 @@ class Observer
     void Sort(Event event);
     void CollectHelpers();
     void CollectLog();
-    void WaitForMore(unsigned limitMilliseconds);
 
-    BrokerClient& m_broker;
+    BrokerClient* m_broker = nullptr;
     Helpers& m_helpers;
     Timeline& m_timeline;
-    std::optional<LogFile> m_log;
-    std::optional<LogWatch> m_logWatch;
+    std::map<std::wstring, LogFile> m_logs; // by their paths
+    LogFile* m_log = nullptr;
+    std::size_t m_seen = 0;  // events
+    std::size_t m_known = 0; // of those that come, the first so many
     bool m_isAppOver = false;
+    bool m_isAppRunning = false;
 };
 
 } // namespace sim

@@ -4,12 +4,8 @@
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
-#include "simulator/base/UnixPath.h"
 #include "simulator/base/WordFile.h"
 #include "simulator/client/DeviceCommands.h"
-#include "simulator/package/Package.h"
-#include "simulator/scenario/Expectations.h"
-#include "simulator/scenario/Scenario.h"
 
 namespace sim
 {
@@ -17,219 +13,216 @@ namespace sim
 namespace
 {
 
-class Player
+std::unique_ptr<BrokerClient> FreshDevice(Device const& device)
 {
-  public:
-    Player(Device const& device, Colour colour)
-        : m_device(device), m_broker(FreshDevice(device)), m_timeline(WriteLine, colour),
-          m_observer(*m_broker, m_helpers, m_timeline), m_expectations(m_device, m_observer)
+    if (auto const running = BrokerClient::ConnectToRunning(device))
     {
+        running->Stop();
     }
-
-    void Run(Step const& step)
-    {
-        auto const words = Substituted(step.words);
-        if (words[0] == L"expect")
-        {
-            m_expectations.Check({words.begin() + 1, words.end()});
-            return;
-        }
-        m_timeline.Add(Now(), Timeline::Source::Step, step.text);
-        if (words[0] == L"register")
-        {
-            Register(words);
-        }
-        else if (words[0] == L"grow-log")
-        {
-            GrowLog(words);
-        }
-        else if (words[0] == L"helper" || (words[0] == L"kill" && words.size() > 1 && words[1] == L"helper"))
-        {
-            ActOnHelper(words);
-        }
-        else
-        {
-            Act(words);
-        }
-    }
-
-    void CheckNothingIsLeft()
-    {
-        if (auto const running = m_helpers.Running(); !running.empty())
-        {
-            throw Difference{L"all helpers have ended", L"the helper " + running.front() + L" runs"};
-        }
-        m_broker->Ask(ShowStatus{}); // what the broker had to say has come before its answer
-        m_expectations.CheckNothingIsLeft();
-    }
-
-    std::wstring Summary() const { return m_expectations.Summary(); }
-
-    void End()
-    {
-        m_observer.Collect();
-        m_timeline.ShowAll();
-        m_broker->Stop();
-    }
-
-  private:
-    static std::unique_ptr<BrokerClient> FreshDevice(Device const& device)
-    {
-        if (auto const running = BrokerClient::ConnectToRunning(device))
-        {
-            running->Stop();
-        }
-        device.Clear();
-        return BrokerClient::Connect(device);
-    }
-
-    void Register(Words const& words)
-    {
-        auto layout = FullPath(PackageFolderFromEnvironment());
-        if (words.size() == 3 && words[1] == L"without")
-        {
-            CopyFolder(layout, m_device.LayoutCopy());
-            layout = m_device.LayoutCopy();
-            Remove(layout + L"\\" + words[2]);
-        }
-        else if (words.size() != 1)
-        {
-            throw Error(L"register [without FILE]");
-        }
-        m_broker->Ask(RegisterPackage{layout});
-        m_package = OpenPackage(layout);
-        m_observer.WatchLog(LogFile::PathOn(m_device));
-    }
-
-    void GrowLog(Words const& words) const
-    {
-        auto const bytes = words.size() == 2 ? ParseNumber(words[1]) : std::nullopt;
-        if (!bytes)
-        {
-            throw Error(L"grow-log BYTES");
-        }
-        LogFile(LogFile::PathOn(m_device)).GrowTo(*bytes);
-    }
-
-    // helper [@NAME] ARGUMENTS… · kill helper [@NAME]
-    void ActOnHelper(Words const& words)
-    {
-        auto const isKill = words[0] == L"kill";
-        auto const rest = HelperWords({words.begin() + (isKill ? 2 : 1), words.end()});
-        isKill ? m_helpers.Kill(rest.name) : m_helpers.Start(rest.name, rest.words);
-    }
-
-    void Act(Words const& words)
-    {
-        for (auto const* known : {L"launch", L"protocol", L"suspend", L"page", L"kill", L"fault", L"push", L"clock",
-                                  L"revoke-channel", L"cancel-tasks"})
-        {
-            if (words[0] == known)
-            {
-                m_broker->Ask(RequestFor(words));
-                return;
-            }
-        }
-        throw Error(L"there is no step " + words[0]);
-    }
-
-    Words Substituted(Words words) const
-    {
-        auto const uri = ChannelUri();
-        auto loggedUri = uri;
-        Replace(loggedUri, L"%", L"%%");
-        for (auto& word : words)
-        {
-            Replace(word, L"{home}", m_device.Home());
-            Replace(word, L"{layout}", m_package.folder);
-            Replace(word, L"{uri}", uri);
-            Replace(word, L"{logged-uri}", loggedUri);
-            Replace(word, L"{family}", m_package.folder.empty() ? L"" : m_package.FamilyName());
-        }
-        return words;
-    }
-
-    // Empty while the app has no channel.
-    std::wstring ChannelUri() const
-    {
-        auto const lines = ReadWordFile(m_device.ChannelFile());
-        return lines.empty() || lines[0].empty() ? std::wstring() : lines[0][0];
-    }
-
-    static void Replace(std::wstring& text, std::wstring_view name, std::wstring const& value)
-    {
-        for (std::size_t at = 0; (at = text.find(name, at)) != std::wstring::npos; at += value.size())
-        {
-            text.replace(at, name.size(), value);
-        }
-    }
-
-    Device const& m_device;
-    std::unique_ptr<BrokerClient> m_broker;
-    Timeline m_timeline;
-    Helpers m_helpers;
-    Observer m_observer;
-    Expectations m_expectations;
-    Package m_package;
-};
-
-void Report(std::wstring const& where, Difference const& difference)
-{
-    WriteLine(L"\n" + where + L" differs");
-    WriteLine(L"  expected: " + difference.expected);
-    WriteLine(L"  found:    " + difference.found);
+    device.Clear();
+    return BrokerClient::Connect(device);
 }
 
-std::wstring Where(std::wstring const& path, Step const& step)
+// Gives another value to an attribute of the package's identity.
+void ChangeIdentity(std::wstring const& manifest, std::wstring const& attribute, std::wstring const& value)
 {
-    return path + L":" + std::to_wstring(step.line) + L": " + step.text;
-}
-
-// False after a difference, which it has told.
-bool RunSteps(Player& player, std::vector<Step> const& steps, std::wstring const& path)
-{
-    auto where = path;
-    try
-    {
-        for (auto const& step : steps)
-        {
-            where = Where(path, step);
-            player.Run(step);
-        }
-        where = path + L": end";
-        player.CheckNothingIsLeft();
-        player.End();
-        return true;
-    }
-    catch (Difference const& difference)
-    {
-        player.End();
-        Report(where, difference);
-        return false;
-    }
-    catch (Error const& error)
-    {
-        player.End();
-        throw Error(where + L": " + error.Message());
-    }
+    auto text = ReadText(manifest);
+    auto const start = text.find(L" " + attribute + L"=\"", text.find(L"<Identity")) + attribute.size() + 3;
+    text.replace(start, text.find(L'"', start) - start, value);
+    WriteBytes(manifest, ToUtf8(text));
 }
 
 } // namespace
 
-bool PlayScenario(std::wstring const& path, Device const& device, Colour colour)
+std::span<Player::Step const> Player::Steps()
 {
-    auto const steps = ReadScenario(path);
-    Player player(device, colour);
-    auto const isAsExpected = RunSteps(player, steps, path);
-    if (isAsExpected)
+    static constexpr Step steps[] = {
+        {L"expect", L"WHAT …", L"checks what comes next", L"", 1, anyNumber, &Player::Expect},
+        {L"register", L"[without FILE] [version VERSION] [name NAME]", L"registers the package, or a changed copy", L"",
+         0, 6, &Player::Register},
+        {L"refused", L"REASON STEP …", L"a step that is refused for a reason in which REASON stands", L"", 2, anyNumber,
+         &Player::Refuse},
+        {L"restart", L"", L"switches the device off and on again", L"", 0, 0, &Player::Restart},
+        {L"helper", L"[@NAME] ARGUMENTS …", L"starts a desktop helper; several at a time have names", L"", 0, anyNumber,
+         &Player::StartHelper},
+        {L"kill", L"[helper [@NAME]]", L"ends the app's process, or a helper, from outside", L"", 0, 2, &Player::Kill},
+        {L"grow-log", L"BYTES", L"makes the app's log so long, as long use would", L"", 1, 1, &Player::GrowLog},
+    };
+    return steps;
+}
+
+Player::Player(Device const& device, Colour colour)
+    : m_device(device), m_broker(FreshDevice(device)), m_timeline(WriteLine, colour), m_helpers(device),
+      m_observer(*m_broker, m_helpers, m_timeline), m_expectations(m_device, m_observer)
+{
+}
+
+void Player::Play(std::wstring const& text, Words const& words)
+{
+    auto const names = AllNames();
+    auto replaced = words;
+    for (auto& word : replaced)
     {
-        WriteLine(L"\n" + player.Summary());
+        for (auto const& [name, value] : names)
+        {
+            ReplaceAll(word, name, value);
+        }
     }
-    else
+    if (words[0] != L"expect")
     {
-        WriteLine(L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
+        m_timeline.Add(Now(), Timeline::Source::Step, text);
     }
-    return isAsExpected;
+    Run(replaced);
+}
+
+void Player::CheckNothingIsLeft()
+{
+    if (auto const running = m_helpers.Running(); !running.empty())
+    {
+        throw Difference{L"all helpers have ended", L"the helper " + running.front() + L" runs"};
+    }
+    m_broker->Ask(ShowStatus{}); // what the broker had to say has come before its answer
+    m_expectations.CheckNothingIsLeft();
+}
+
+void Player::End()
+{
+    m_observer.Collect();
+    m_timeline.ShowAll();
+    m_broker->Stop();
+}
+
+Player::Names Player::AllNames() const
+{
+    auto const uri = ChannelUri();
+    auto loggedUri = uri;
+    ReplaceAll(loggedUri, L"%", L"%%");
+    return {{L"{logged-uri}", loggedUri},
+            {L"{uri}", uri},
+            {L"{layout}", m_package.folder},
+            {L"{home}", m_device.Home()},
+            {L"{family}", m_package.folder.empty() ? L"" : m_package.FamilyName()}};
+}
+
+void Player::Run(Words const& words)
+{
+    if (auto const* const step = FindCommand(Steps(), words))
+    {
+        (this->*step->run)(step->ArgumentsOf(words));
+        return;
+    }
+    if (!FindCommand(DeviceCommands(), words))
+    {
+        throw Error(L"there is no step " + words[0]);
+    }
+    m_broker->Ask(RequestFor(words));
+}
+
+void Player::Register(Words const& words)
+{
+    auto const folder = PackageFolder(words);
+    m_broker->Ask(RegisterPackage{folder});
+    m_package = OpenPackage(folder);
+    m_observer.FollowLog(LogFile::PathOn(m_device));
+}
+
+void Player::Refuse(Words const& words)
+{
+    try
+    {
+        Run({words.begin() + 1, words.end()});
+    }
+    catch (WrongCall const&)
+    {
+        throw;
+    }
+    catch (Error const& error)
+    {
+        if (error.Message().find(words[0]) == std::wstring::npos)
+        {
+            throw Difference{L"a refusal with " + words[0], error.Message()};
+        }
+        return;
+    }
+    throw Difference{L"a refusal with " + words[0], L"it was done"};
+}
+
+void Player::Restart(Words const&)
+{
+    if (m_observer.IsAppRunning())
+    {
+        throw Error(L"the app runs: its end comes first");
+    }
+    m_broker->Ask(ShowStatus{}); // what has happened is known before the next one tells it
+    m_observer.Collect();
+    m_broker->Stop();
+    m_broker = BrokerClient::Connect(m_device);
+    m_observer.Follow(*m_broker);
+}
+
+void Player::StartHelper(Words const& words)
+{
+    auto arguments = words;
+    auto const name = TakeHelperName(arguments);
+    m_helpers.Start(name, arguments);
+}
+
+void Player::Kill(Words const& words)
+{
+    if (words.empty())
+    {
+        m_broker->Ask(KillApp{});
+        return;
+    }
+    Words rest(words.begin() + 1, words.end());
+    auto const name = TakeHelperName(rest);
+    if (words[0] != L"helper" || !rest.empty())
+    {
+        throw WrongCall(L"call it so: kill [helper [@NAME]]");
+    }
+    m_helpers.Kill(name);
+}
+
+void Player::GrowLog(Words const& words)
+{
+    auto const bytes = ParseNumber(words[0]);
+    if (!bytes)
+    {
+        throw Error(words[0] + L" is no number of bytes");
+    }
+    LogFile(LogFile::PathOn(m_device)).GrowTo(*bytes);
+}
+
+// Of the package as it is, or of a copy with the changes that the options name.
+std::wstring Player::PackageFolder(Words const& options)
+{
+    auto const package = FullPath(PackageFolderFromEnvironment());
+    if (options.empty())
+    {
+        return package;
+    }
+    auto const copy = m_device.LayoutCopy() + L"\\" + std::to_wstring(++m_copies);
+    CopyFolder(package, copy);
+    for (std::size_t i = 0; i < options.size(); i += 2)
+    {
+        auto const& option = options[i];
+        auto const value = i + 1 < options.size() ? options[i + 1] : std::wstring();
+        if (value.empty() || (option != L"without" && option != L"version" && option != L"name"))
+        {
+            throw WrongCall(L"a package is changed so: [without FILE] [version VERSION] [name NAME]");
+        }
+        option == L"without"
+            ? Remove(copy + L"\\" + value)
+            : ChangeIdentity(copy + L"\\AppxManifest.xml", option == L"version" ? L"Version" : L"Name", value);
+    }
+    return copy;
+}
+
+// Empty while the app has no channel.
+std::wstring Player::ChannelUri() const
+{
+    auto const lines = ReadWordFile(m_device.ChannelFile());
+    return lines.empty() || lines[0].empty() ? std::wstring() : lines[0][0];
 }
 
 } // namespace sim

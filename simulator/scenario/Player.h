@@ -1,42 +1,70 @@
 #pragma once
-#include "simulator/protocol/Device.h"
+#include "simulator/client/BrokerClient.h"
+#include "simulator/client/Command.h"
+#include "simulator/package/Package.h"
+#include "simulator/scenario/Expectations.h"
+#include "simulator/scenario/Helpers.h"
+#include "simulator/scenario/Observer.h"
 #include "simulator/scenario/Timeline.h"
 
+#include <memory>
+#include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace sim
 {
 
-// Plays a scenario file on a fresh device: what the device held goes first. Shows what happens as it happens and says
-// at the end what was checked. False when anything was other than the scenario says; then it says what. Throws Error
-// when the scenario cannot be played.
-//
-// A step per line; # begins a comment; words with blanks in quotes. {home}, {layout} and {family} stand for the
-// device's folder, the package's folder and its family name, {uri} and {logged-uri} for the open push channel's URI, as
-// it is and with each % doubled.
-//   register [without FILE]      the package of VELMO_SIM_PACKAGE, or a copy of it that lacks a file
-//   launch [ARGUMENTS] · protocol URI · suspend · kill · fault … · push [PAYLOAD] · clock +TIME · revoke-channel ·
-//   cancel-tasks REASON          as on the command line
-//   helper [@NAME] ARGUMENTS…    starts helper.exe; several at a time have names
-//   kill helper [@NAME]          ends it from outside
-//   grow-log BYTES               makes the app's log so long, as long use would
-//   expect event KIND [NAME=VALUE…]        the next event, of the platform or (desktop-…) of the desktop component,
-//   with
-//                                          these details among its own
-//   expect log MESSAGE [level=…] [category=…]      the next line of the log; its level is INFO if none is given
-//   expect interleaved log [level=…] [category=…] MESSAGE… | MESSAGE…      the next lines of the log, of several
-//                                          threads: each one's in their order; an option holds for the messages after
-//                                          it
-//   expect helper [@NAME] LINE             the next line that the helper printed
-//   expect helper-exit [@NAME] CODE        it has ended, having printed nothing more
-//   expect desktop GROUP COMMANDLINE       the desktop component was started for the group, saw this command line and
-//                                          the user's temporary folder, and ended well
-//   expect exit CODE [after A..B ms]       the app's process, the next event, ended as it announced; counted from its
-//                                          start
-//   expect crash [CODE] [after A..B ms]    it ended in another way; without CODE: with any but 0
-//   expect terminated [after A..B ms]      the platform ended it
-// Events of the platform, events of the desktop component, the lines of each helper and log lines are each expected in
-// their order, and none may come that is not expected.
-bool PlayScenario(std::wstring const& path, Device const& device, Colour colour);
+// Plays the steps of a scenario on a device, which is emptied first. docs/simulator.md has the language.
+class Player
+{
+  public:
+    // A step that is none of the device's commands.
+    using Step = Command<void (Player::*)(Words const& arguments)>;
+
+    static std::span<Step const> Steps();
+
+    // What stands for what in the words of a step, the longer values first.
+    using Names = std::vector<std::pair<std::wstring_view, std::wstring>>;
+
+    // Shows what happens as it happens.
+    Player(Device const& device, Colour colour);
+
+    // Throws Difference when something is other than the step says, Error when it cannot be played.
+    void Play(std::wstring const& text, Words const& words);
+
+    // At the end of a scenario: nothing is left.
+    void CheckNothingIsLeft();
+
+    // Switches the device off.
+    void End();
+
+    Names AllNames() const;
+    Observer& Seen() noexcept { return m_observer; }
+    bool IsAnythingRunning() const { return m_observer.IsAppRunning() || !m_helpers.Running().empty(); }
+    std::wstring Summary() const { return m_expectations.Summary(); }
+
+  private:
+    void Run(Words const& words);
+    void Expect(Words const& words) { m_expectations.Run(words); }
+    void Register(Words const& words);
+    void Restart(Words const& words);
+    void Refuse(Words const& words);
+    void StartHelper(Words const& words);
+    void Kill(Words const& words);
+    void GrowLog(Words const& words);
+    std::wstring PackageFolder(Words const& options);
+    std::wstring ChannelUri() const;
+
+    Device const& m_device;
+    std::unique_ptr<BrokerClient> m_broker;
+    Timeline m_timeline;
+    Helpers m_helpers;
+    Observer m_observer;
+    Expectations m_expectations;
+    Package m_package;
+    unsigned m_copies = 0;
+};
 
 } // namespace sim

@@ -48,13 +48,13 @@ std::vector<Step> ParseScenario(std::wstring_view text)
         }
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    return steps;
+    return steps.empty() ? throw Error(L"there is no step in it") : steps;
 }
 
 std::vector<Step> ReadScenario(std::wstring const& path)
 try
 {
-    return ParseScenario(FromUtf8(ReadBytes(path)));
+    return ParseScenario(ReadText(path));
 }
 catch (Error const& error)
 {

@@ -14,10 +14,10 @@ struct Step
     std::vector<std::wstring> words;
 };
 
-// Throws Error that names the line when it cannot be split into words.
+// Throws Error that names the line when it cannot be split into words, and when there is no step.
 std::vector<Step> ParseScenario(std::wstring_view text);
 
-// A file in UTF-8. Throws Error.
+// A file in UTF-8, with a byte-order mark or without. Throws Error.
 std::vector<Step> ReadScenario(std::wstring const& path);
 
 } // namespace sim

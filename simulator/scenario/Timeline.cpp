@@ -1,5 +1,8 @@
 #include "simulator/scenario/Timeline.h"
 
+#include "simulator/base/Text.h"
+
+#include <algorithm>
 #include <limits>
 
 namespace sim
@@ -34,9 +37,8 @@ Look LookOf(Timeline::Source source)
 // Seconds since the start: "  3.021".
 std::wstring Elapsed(Moment duration)
 {
-    auto const milliseconds = std::to_wstring(1000 + (duration < 0 ? 0 : duration) % 1000).substr(1);
-    auto const seconds = std::to_wstring((duration < 0 ? 0 : duration) / 1000);
-    return std::wstring(seconds.size() < 3 ? 3 - seconds.size() : 0, L' ') + seconds + L"." + milliseconds;
+    auto const milliseconds = std::max<Moment>(duration, 0);
+    return RightAligned(milliseconds / 1000, 3) + L"." + RightAligned(milliseconds % 1000, 3, L'0');
 }
 
 } // namespace

@@ -38,9 +38,6 @@ class Timeline
 
     void ShowAll();
 
-    // Whether something is held back.
-    bool IsHolding() const noexcept { return !m_held.empty(); }
-
     static constexpr unsigned holdMilliseconds = 100;
 
   private:

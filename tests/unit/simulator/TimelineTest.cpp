@@ -30,7 +30,8 @@ TEST_F(TimelineTest, ShowWhatCameInTheOrderOfItsTime)
     EXPECT_NE(m_lines[0].find(L"platform  first"), std::wstring::npos);
     EXPECT_NE(m_lines[1].find(L"log       second"), std::wstring::npos);
     EXPECT_NE(m_lines[2].find(L"step      third"), std::wstring::npos);
-    EXPECT_FALSE(timeline.IsHolding());
+    timeline.ShowAll();
+    EXPECT_EQ(m_lines.size(), 3u); // nothing is held back, nothing is shown twice
 }
 
 TEST_F(TimelineTest, HoldBackWhatSomethingEarlierMayStillPass)
@@ -41,7 +42,9 @@ TEST_F(TimelineTest, HoldBackWhatSomethingEarlierMayStillPass)
     timeline.ShowSettled();
     ASSERT_EQ(m_lines.size(), 1u);
     EXPECT_NE(m_lines[0].find(L"old"), std::wstring::npos);
-    EXPECT_TRUE(timeline.IsHolding());
+    timeline.ShowAll();
+    ASSERT_EQ(m_lines.size(), 2u);
+    EXPECT_NE(m_lines[1].find(L"new"), std::wstring::npos);
 }
 
 TEST_F(TimelineTest, AreColouredOnlyWhenAsked)

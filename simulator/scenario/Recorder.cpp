@@ -1,0 +1,149 @@
+#include "simulator/scenario/Recorder.h"
+
+#include "simulator/base/Text.h"
+#include "simulator/base/Words.h"
+
+#include <algorithm>
+
+namespace sim
+{
+
+namespace
+{
+
+// Moves what is in the one behind what is in the other.
+template <typename From, typename To>
+bool MoveAll(From& from, To& to)
+{
+    auto const has = !from.empty();
+    std::ranges::move(from, std::back_inserter(to));
+    from.clear();
+    return has;
+}
+
+bool Varies(std::wstring const& detail)
+{
+    constexpr std::wstring_view names[] = {L"pid=", L"id=", L"command=", L"expires=", L"to=", L"at=", L"callers="};
+    return std::ranges::any_of(names, [&](auto const name) { return detail.starts_with(name); });
+}
+
+// The app's end has a step of its own.
+Words WordsOf(Event const& event)
+{
+    auto const code = event.Detail(L"code").value_or(L"");
+    if (event.kind == L"app-exited" || event.kind == L"app-crashed")
+    {
+        return {event.kind == L"app-exited" ? L"exit" : L"crash", code};
+    }
+    if (event.kind == L"app-terminated")
+    {
+        return {L"terminated"};
+    }
+    Words words = {L"event", event.kind};
+    std::ranges::remove_copy_if(event.details, std::back_inserter(words), Varies);
+    return words;
+}
+
+Words OptionsOf(LogLine const& line)
+{
+    return {L"level=" + line.level, L"category=" + line.category};
+}
+
+} // namespace
+
+bool Recorder::Take(Observer& observer)
+{
+    auto has = MoveAll(observer.platformEvents, m_events);
+    has |= MoveAll(observer.desktopEvents, m_events);
+    for (auto& [name, lines] : observer.helperLines)
+    {
+        has |= MoveAll(lines, m_said);
+    }
+    for (auto const& text : observer.logLines)
+    {
+        LogLine other; // than the app writes: a replay tells of it
+        other.message = text;
+        m_log.push_back(ParseLogLine(text).value_or(other));
+    }
+    has |= !observer.logLines.empty();
+    observer.logLines.clear();
+    return has;
+}
+
+void Recorder::AddStep(std::wstring const& step)
+{
+    m_text += (m_text.empty() ? L"" : L"\n") + step + L"\n";
+}
+
+void Recorder::AddTaken(Player::Names const& names)
+{
+    for (auto const& event : std::exchange(m_events, {}))
+    {
+        AddExpectation(WordsOf(event), names);
+    }
+    AddLog(names);
+    for (auto const& said : std::exchange(m_said, {}))
+    {
+        Words words = {said.exitCode ? L"helper-exit" : L"helper"};
+        if (!said.name.empty())
+        {
+            words.push_back(said.name);
+        }
+        words.push_back(said.exitCode ? std::to_wstring(*said.exitCode) : said.line);
+        AddExpectation(std::move(words), names);
+    }
+}
+
+// Lines of several threads may come in another order the next time.
+void Recorder::AddLog(Player::Names const& names)
+{
+    auto const log = std::exchange(m_log, {});
+    Words interleaved = {L"interleaved", L"log"};
+    std::vector<std::wstring> threads;
+    for (auto const& first : log)
+    {
+        if (std::ranges::find(threads, first.thread) != threads.end())
+        {
+            continue;
+        }
+        if (!threads.empty())
+        {
+            interleaved.emplace_back(L"|");
+        }
+        threads.push_back(first.thread);
+        for (auto const& line : log)
+        {
+            if (line.thread == first.thread)
+            {
+                std::ranges::move(OptionsOf(line), std::back_inserter(interleaved));
+                interleaved.push_back(line.message);
+            }
+        }
+    }
+    if (threads.size() > 1)
+    {
+        AddExpectation(std::move(interleaved), names);
+        return;
+    }
+    for (auto const& line : log)
+    {
+        Words words = {L"log", line.message};
+        std::ranges::move(OptionsOf(line), std::back_inserter(words));
+        AddExpectation(std::move(words), names);
+    }
+}
+
+void Recorder::AddExpectation(Words words, Player::Names const& names)
+{
+    words.insert(words.begin(), L"expect");
+    for (auto& word : words)
+    {
+        for (auto const& [name, value] : names)
+        {
+            ReplaceAll(word, value, name);
+        }
+    }
+    m_text += Joined(words) + L"\n";
+}
+
+} // namespace sim
