@@ -118,9 +118,18 @@ class Calls(DevTest):
     def test_programs_by_hand_are_built_before_they_run_without_a_word(self):
         for name, program in (("sim", "simulator/sim.exe"), ("helper", "helper/helper.exe")):
             with self.subTest(name):
-                self.assertEqual((0, f"wine-run build/product/{program} help\n"), self.dev(name, "help"))
+                expected = f"wine-run {self.clone}/build/product/{program} help\n"
+                self.assertEqual((0, expected), self.dev(name, "help"))
                 self.assertEqual("built product", self.calls()[-1])
                 (self.clone / "calls").unlink()
+
+    def test_programs_by_hand_run_in_the_caller_s_folder(self):
+        self.script(self.clone / "cmake" / "wine-run", "#!/usr/bin/env bash\npwd\n")
+        for name, argument in (("sim", "play"), ("sim", "stop"), ("helper", "help")):
+            with self.subTest(f"{name} {argument}"):
+                called = subprocess.run([self.clone / "dev", name, argument], cwd=self.folder, env=self.environment,
+                                        stdin=subprocess.DEVNULL, capture_output=True, text=True)
+                self.assertEqual((0, f"{self.folder}\n"), (called.returncode, called.stdout))
 
     def test_one_that_cannot_be_built_is_not_run_and_the_reason_is_told(self):
         self.build_step("echo 'error: no such thing'; exit 1")
