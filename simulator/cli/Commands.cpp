@@ -27,7 +27,7 @@ namespace
 // What the device answers.
 int Ask(AnyRequest request)
 {
-    if (std::holds_alternative<RegisterPackage>(request))
+    if (std::holds_alternative<RegisterPackage>(request) || std::holds_alternative<UpdatePackage>(request))
     {
         InstallRuntimeClasses();
     }

@@ -3,6 +3,7 @@
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
+#include "simulator/base/UnixPath.h"
 #include "simulator/package/Package.h"
 #include "simulator/protocol/CancellationReason.h"
 
@@ -48,9 +49,17 @@ AnyRequest Plain(Words const&)
     return Request{};
 }
 
-AnyRequest Register(Words const& words)
+// [--force] [FOLDER]
+template <typename Request>
+AnyRequest Install(Words const& words)
 {
-    return RegisterPackage{FullPath(words.empty() ? PackageFolderFromEnvironment() : words[0])};
+    auto const isForced = !words.empty() && words[0] == L"--force";
+    Words const rest(words.begin() + (isForced ? 1 : 0), words.end());
+    if (rest.size() > 1)
+    {
+        throw Error(L"one folder at a time");
+    }
+    return Request{FullPath(rest.empty() ? PackageFolderFromEnvironment() : WindowsPath(rest[0])), isForced};
 }
 
 AnyRequest Launch(Words const& words)
@@ -89,11 +98,17 @@ AnyRequest ChangeFaults(Words const& words)
 }
 
 constexpr DeviceCommand commands[] = {
-    {L"register", L"[FOLDER]", L"registers the package that lies in a folder",
+    {L"register", L"[--force] [FOLDER]", L"registers the package that lies in a folder",
      L"  The folder holds AppxManifest.xml and the files that it names. It is used where it lies; registering again\n"
-     L"  reads its manifest again. Without FOLDER: the one in VELMO_SIM_PACKAGE.",
-     0, 1, Register},
-    {L"unregister", L"", L"removes the package and its app's data", L"", 0, 0, Plain<UnregisterPackage>},
+     L"  reads its manifest again. Without FOLDER: the one in VELMO_SIM_PACKAGE. A version lower than the registered\n"
+     L"  one is refused, but with --force.",
+     0, 2, Install<RegisterPackage>},
+    {L"update", L"[--force] [FOLDER]", L"the same for the registered package, while its app runs, too",
+     L"  Its background tasks are cancelled with ServicingUpdate, and its process is ended. What comes meanwhile is for\n"
+     L"  the new version.",
+     0, 2, Install<UpdatePackage>},
+    {L"unregister", L"", L"removes the package with all that the device keeps for it", L"", 0, 0,
+     Plain<UnregisterPackage>},
     {L"launch", L"[ARGUMENTS]", L"the user starts the app", L"", 0, 1, Launch},
     {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, Protocol},
     {L"suspend", L"", L"the system suspends the app: its Suspending event is raised", L"", 0, 0, Plain<SuspendApp>},

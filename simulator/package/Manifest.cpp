@@ -2,6 +2,7 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
+#include "simulator/base/Text.h"
 #include "simulator/base/XmlElement.h"
 
 #include <algorithm>
@@ -17,6 +18,25 @@ constexpr wchar_t uap[] = L"http://schemas.microsoft.com/appx/manifest/uap/windo
 constexpr wchar_t desktop[] = L"http://schemas.microsoft.com/appx/manifest/desktop/windows10";
 constexpr wchar_t restricted[] =
     L"http://schemas.microsoft.com/appx/manifest/foundation/windows10/restrictedcapabilities";
+
+// 1.2.3.4
+std::optional<std::uint64_t> ParseVersion(std::wstring_view text)
+{
+    std::uint64_t version = 0;
+    for (int partsLeft = 4; partsLeft > 0; --partsLeft)
+    {
+        auto const end = std::min(text.find(L'.'), text.size());
+        auto const part = ParseNumber(text.substr(0, end));
+        auto const isLast = end == text.size();
+        if (!part || *part > 0xFFFF || isLast != (partsLeft == 1))
+        {
+            return std::nullopt;
+        }
+        version = version << 16 | *part;
+        text.remove_prefix(isLast ? end : end + 1);
+    }
+    return version;
+}
 
 class ManifestReader
 {
@@ -36,12 +56,9 @@ class ManifestReader
         {
             ReadCapabilities(*capabilities);
         }
-        if (auto const* extensions = package.Child(foundation, L"Extensions"))
+        for (auto const* server : Extensions(package, foundation, L"windows.activatableClass.inProcessServer"))
         {
-            for (auto const* extension : extensions->Children(foundation, L"Extension"))
-            {
-                ReadInProcessServer(*extension);
-            }
+            ReadInProcessServer(Need(*server, L"InProcessServer"));
         }
         return std::move(m_manifest);
     }
@@ -84,6 +101,10 @@ class ManifestReader
         m_manifest.name = NeedAttribute(identity, L"Name");
         m_manifest.publisher = NeedAttribute(identity, L"Publisher");
         m_manifest.version = NeedAttribute(identity, L"Version");
+        if (!ParseVersion(m_manifest.version))
+        {
+            Fail(L"the Version " + m_manifest.version + L" is not of four numbers up to 65535");
+        }
     }
 
     void ReadApplication(XmlElement const& application)
@@ -91,34 +112,43 @@ class ManifestReader
         m_manifest.applicationId = NeedAttribute(application, L"Id");
         m_manifest.executable = NeedAttribute(application, L"Executable");
         m_manifest.entryPoint = NeedAttribute(application, L"EntryPoint");
-        auto const* extensions = application.Child(foundation, L"Extensions");
-        if (!extensions)
+        for (auto const* extension : Extensions(application, uap, L"windows.protocol"))
         {
-            return;
+            ReadProtocol(OnlyIn(*extension, L"windows.protocol", L"Protocol"));
         }
-        for (auto const* extension : extensions->Children(uap, L"Extension"))
+        for (auto const* extension : Extensions(application, uap, L"windows.appService"))
         {
-            ReadProtocol(*extension);
             ReadAppService(*extension);
         }
-        for (auto const* extension : extensions->Children(desktop, L"Extension"))
+        for (auto const* extension : Extensions(application, desktop, L"windows.fullTrustProcess"))
         {
             ReadDesktopComponent(*extension);
         }
     }
 
-    void ReadProtocol(XmlElement const& extension)
+    // Those of a category.
+    std::vector<XmlElement const*> Extensions(XmlElement const& parent, std::wstring_view prefix,
+                                              std::wstring_view category) const
     {
-        if (NeedAttribute(extension, L"Category") != L"windows.protocol")
+        auto const* const extensions = parent.Child(foundation, L"Extensions");
+        auto found = extensions ? extensions->Children(prefix, L"Extension") : std::vector<XmlElement const*>();
+        std::erase_if(found, [&](auto const* extension) { return NeedAttribute(*extension, L"Category") != category; });
+        return found;
+    }
+
+    XmlElement const& OnlyIn(XmlElement const& extension, std::wstring const& category, std::wstring const& name) const
+    {
+        auto const* const child = extension.Child(uap, name);
+        if (!child)
         {
-            return;
+            Fail(L"the " + category + L" extension has no <uap:" + name + L">");
         }
-        auto const* protocol = extension.Child(uap, L"Protocol");
-        if (!protocol)
-        {
-            Fail(L"the windows.protocol extension has no <uap:Protocol>");
-        }
-        auto const name = NeedAttribute(*protocol, L"Name");
+        return *child;
+    }
+
+    void ReadProtocol(XmlElement const& protocol)
+    {
+        auto const name = NeedAttribute(protocol, L"Name");
         if (std::ranges::any_of(name, [](wchar_t c) { return c >= L'A' && c <= L'Z'; }))
         {
             Fail(L"the protocol name " + name + L" is not in lower case");
@@ -128,20 +158,11 @@ class ManifestReader
 
     void ReadAppService(XmlElement const& extension)
     {
-        if (NeedAttribute(extension, L"Category") != L"windows.appService")
-        {
-            return;
-        }
         if (extension.AttributeValue(L"EntryPoint"))
         {
             Fail(L"the windows.appService extension has an EntryPoint; served are those of the application itself");
         }
-        auto const* service = extension.Child(uap, L"AppService");
-        if (!service)
-        {
-            Fail(L"the windows.appService extension has no <uap:AppService>");
-        }
-        auto const name = NeedAttribute(*service, L"Name");
+        auto const name = NeedAttribute(OnlyIn(extension, L"windows.appService", L"AppService"), L"Name");
         if (m_manifest.DeclaresAppService(name))
         {
             Fail(L"there are two app services with the Name " + name);
@@ -151,10 +172,6 @@ class ManifestReader
 
     void ReadDesktopComponent(XmlElement const& extension)
     {
-        if (NeedAttribute(extension, L"Category") != L"windows.fullTrustProcess")
-        {
-            return;
-        }
         if (m_manifest.desktopComponent)
         {
             Fail(L"there is more than one windows.fullTrustProcess extension");
@@ -162,32 +179,20 @@ class ManifestReader
         auto& component = m_manifest.desktopComponent.emplace();
         component.executable = NeedAttribute(extension, L"Executable");
         auto const* process = extension.Child(desktop, L"FullTrustProcess");
-        if (!process)
+        for (auto const* group :
+             process ? process->Children(desktop, L"ParameterGroup") : std::vector<XmlElement const*>())
         {
-            return; // allowed: a component without parameter groups
-        }
-        for (auto const* group : process->Children(desktop, L"ParameterGroup"))
-        {
-            AddGroup(component, {NeedAttribute(*group, L"GroupId"), NeedAttribute(*group, L"Parameters")});
+            auto id = NeedAttribute(*group, L"GroupId");
+            if (component.Group(id))
+            {
+                Fail(L"there are two parameter groups with the GroupId " + id);
+            }
+            component.groups.push_back({std::move(id), NeedAttribute(*group, L"Parameters")});
         }
     }
 
-    void AddGroup(Manifest::DesktopComponent& component, Manifest::ParameterGroup group) const
+    void ReadInProcessServer(XmlElement const& element)
     {
-        if (component.Group(group.id))
-        {
-            Fail(L"there are two parameter groups with the GroupId " + group.id);
-        }
-        component.groups.push_back(std::move(group));
-    }
-
-    void ReadInProcessServer(XmlElement const& extension)
-    {
-        if (NeedAttribute(extension, L"Category") != L"windows.activatableClass.inProcessServer")
-        {
-            return;
-        }
-        auto const& element = Need(extension, L"InProcessServer");
         Manifest::InProcessServer server{Need(element, L"Path").text, {}};
         if (server.path.empty())
         {
@@ -234,6 +239,11 @@ Manifest::ParameterGroup const* Manifest::DesktopComponent::Group(std::wstring_v
 {
     auto const found = std::ranges::find(groups, id, &ParameterGroup::id);
     return found == groups.end() ? nullptr : &*found;
+}
+
+std::uint64_t Manifest::VersionNumber() const
+{
+    return ParseVersion(version).value_or(0);
 }
 
 bool Manifest::DeclaresAppService(std::wstring_view service) const

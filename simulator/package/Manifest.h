@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,6 +46,9 @@ struct Manifest
     std::optional<DesktopComponent> desktopComponent;
     std::vector<InProcessServer> inProcessServers;
     bool mayRunFullTrust = false; // the capability that the desktop component needs
+
+    // To be compared: 16 bits for each of the version's four parts.
+    std::uint64_t VersionNumber() const;
 
     // Names are compared exactly.
     bool DeclaresAppService(std::wstring_view service) const;

@@ -68,7 +68,7 @@ void AppProcess::Activate(Activation::Content content)
 {
     static_cast<void>(m_registration.Need());
     m_waiting.push_back({{++m_lastActivation, std::move(content)}});
-    if (m_process)
+    if (m_process || m_isHeld)
     {
         SendWaiting();
         return;
@@ -82,6 +82,12 @@ void AppProcess::Activate(Activation::Content content)
         LoseWaiting(); // this one alone: without a process nothing else waits
         throw;
     }
+}
+
+AppProcess::Activations AppProcess::Resume()
+{
+    m_isHeld = false;
+    return StartForWaiting();
 }
 
 void AppProcess::Expect(unsigned long processId)
@@ -173,7 +179,7 @@ bool AppProcess::RunsInBackgroundOnly() const noexcept
 
 void AppProcess::Terminate()
 {
-    if (m_process)
+    if (m_process && !m_process->isTerminated)
     {
         m_process->isTerminated = true;
         Kill();
@@ -218,7 +224,7 @@ void AppProcess::Start()
 
 void AppProcess::SendWaiting()
 {
-    if (!m_process->peer || m_process->announcedExit || m_process->isTerminated)
+    if (m_isHeld || !m_process->peer || m_process->announcedExit || m_process->isTerminated)
     {
         return;
     }
@@ -260,6 +266,10 @@ AppProcess::Activations AppProcess::FinishIfOver()
     ReportEnd(process);
     std::erase_if(m_waiting,
                   [](auto const& waiting) { return std::holds_alternative<Suspension>(waiting.activation.content); });
+    if (m_isHeld)
+    {
+        return {};
+    }
     return process.tookActivation ? StartForWaiting() : LoseWaiting();
 }
 

@@ -29,6 +29,12 @@ class AppProcess
     // Throws Error when no package is registered or its process does not start; then the activation is lost.
     void Activate(Activation::Content content);
 
+    // While the package is updated, activations wait: they are for the process of the new version. Resume gives those
+    // that are lost as it does not start.
+    void Hold() { m_isHeld = true; }
+    bool IsHeld() const noexcept { return m_isHeld; }
+    Activations Resume();
+
     // A process of that id, which was not started here, will connect as the app's.
     void Expect(unsigned long processId);
 
@@ -98,6 +104,7 @@ class AppProcess
     ProcessStarter& m_processes;
     std::optional<Process> m_process; // none: not running
     std::deque<Waiting> m_waiting;
+    bool m_isHeld = false;
     std::uint32_t m_lastActivation = 0;
 };
 

@@ -26,6 +26,11 @@ void AppServices::Open(std::shared_ptr<Peer> const& caller, OpenConnection const
         reply({OpenStatus::AppServiceUnavailable});
         return;
     }
+    if (m_app.IsHeld())
+    {
+        reply({OpenStatus::AppUnavailable}); // the package is being updated
+        return;
+    }
     auto const number = ++m_lastConnection;
     auto const callerFamily = m_app.IsPeer(*caller) ? package->FamilyName() : std::wstring();
     auto const instance =

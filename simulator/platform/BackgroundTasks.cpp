@@ -35,8 +35,8 @@ std::vector<std::wstring> DetailsOf(RegisteredTask const& task)
 
 } // namespace
 
-BackgroundTasks::BackgroundTasks(std::wstring file, Journal& journal, Clock const& clock, TaskInstances& instances)
-    : m_registry(std::move(file)), m_journal(journal), m_clock(clock), m_instances(instances)
+BackgroundTasks::BackgroundTasks(Journal& journal, Clock const& clock, TaskInstances& instances)
+    : m_registry(std::wstring()), m_journal(journal), m_clock(clock), m_instances(instances)
 {
 }
 
@@ -82,10 +82,10 @@ void BackgroundTasks::Unregister(UnregisterTask const& request)
     }
 }
 
-void BackgroundTasks::Clear()
+void BackgroundTasks::Load(std::wstring file)
 {
     m_pushes.clear();
-    m_registry.Clear();
+    m_registry = TaskRegistry(std::move(file));
 }
 
 std::wstring BackgroundTasks::Push(PushChannel const& channel, std::wstring const& payload)

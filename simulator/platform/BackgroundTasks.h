@@ -17,8 +17,7 @@ namespace sim
 class BackgroundTasks
 {
   public:
-    // file: of the registrations.
-    BackgroundTasks(std::wstring file, Journal& journal, Clock const& clock, TaskInstances& instances);
+    BackgroundTasks(Journal& journal, Clock const& clock, TaskInstances& instances);
 
     // Throws Error when it cannot be kept.
     TaskRegistered Register(RegisterTask const& request);
@@ -28,8 +27,9 @@ class BackgroundTasks
     // Running instances that are not cancelled are left to finish.
     void Unregister(UnregisterTask const& request);
 
-    // Removes all registrations. Nothing runs.
-    void Clear();
+    // The registrations that are kept in that file take the place of these. Nothing runs. Throws Error when the file
+    // cannot be read.
+    void Load(std::wstring file);
 
     // One push at a time: others wait. channel: what it comes through. Gives what became of it; throws Error for a
     // payload beyond the limit.

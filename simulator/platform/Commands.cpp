@@ -8,24 +8,6 @@
 namespace sim
 {
 
-Shown Platform::AnswerTo(Peer const&, RegisterPackage const& request)
-{
-    auto package = OpenPackage(request.folder);
-    NeedNoApp();
-    m_registration.Set(std::move(package));
-    return {m_registration.Need().FamilyName()};
-}
-
-Shown Platform::AnswerTo(Peer const&, UnregisterPackage const&)
-{
-    auto const family = m_registration.Need().FamilyName();
-    NeedNoApp();
-    m_tasks.Clear();
-    m_channel.Remove();
-    m_registration.Remove();
-    return {family};
-}
-
 Shown Platform::AnswerTo(Peer const&, LaunchApp const& request)
 {
     return Activate(UserLaunch{request.arguments});

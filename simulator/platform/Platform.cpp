@@ -26,10 +26,11 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
       m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring())),
       m_clock(device.ClockFile(), time), m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)),
       m_processes(std::move(processes)), m_app(m_device, m_registration, m_journal, *m_processes),
-      m_desktop(m_device, m_registration, m_journal, *m_processes), m_channel(device.ChannelFile(), m_journal, m_clock),
+      m_desktop(m_device, m_registration, m_journal, *m_processes), m_channel(m_journal, m_clock),
       m_instances(m_app, m_journal, m_dispatcher, limits), m_services(m_registration, m_app, m_instances, m_journal),
-      m_tasks(device.TasksFile(), m_journal, m_clock, m_instances)
+      m_tasks(m_journal, m_clock, m_instances)
 {
+    LoadState();
     m_journal.Listen([this](Event const& event) {
         for (auto const& follower : m_followers)
         {
@@ -56,6 +57,7 @@ void Platform::Closed(std::shared_ptr<Peer> from)
 void Platform::Register(Package package)
 {
     m_registration.Set(std::move(package));
+    LoadState();
 }
 
 void Platform::ExpectApp(unsigned long processId)
@@ -151,6 +153,7 @@ void Platform::Handle(From const& from, TaskCompleted const& message)
     if (ended)
     {
         Ended(*ended);
+        ContinueUpdate();
         m_instances.WatchIdleness();
     }
 }
@@ -270,12 +273,14 @@ void Platform::ConnectionEnded(From const& from)
         Ended(ended); // first: what it was to get goes to the next process
     }
     Lost(m_app.ConnectionClosed(*from));
+    ContinueUpdate();
 }
 
 void Platform::ProcessEnded(unsigned long id, unsigned long exitCode)
 {
     Lost(m_app.ProcessEnded(id, exitCode));
     m_desktop.ProcessEnded(id, exitCode);
+    ContinueUpdate();
 }
 
 void Platform::Lost(AppProcess::Activations const& activations)

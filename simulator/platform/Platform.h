@@ -16,6 +16,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace sim
@@ -87,6 +88,7 @@ class Platform
     // What they ask: answers that come later.
     void Answer(From const& from, std::uint32_t number, OpenConnection const& request);
     void Answer(From const& from, std::uint32_t number, SendRequest const& request);
+    void Answer(From const& from, std::uint32_t number, UpdatePackage const& request);
 
     // Answers at once. Throw Error with what is to be said instead.
     template <typename Request>
@@ -98,7 +100,7 @@ class Platform
     TaskUnregistered AnswerTo(Peer const& from, UnregisterTask const& request);
     DesktopLaunched AnswerTo(Peer const& from, LaunchDesktop const& request);
 
-    // What the command line asks (Commands.cpp).
+    // What the command line asks (Servicing.cpp, Commands.cpp).
     Shown AnswerTo(Peer const& from, RegisterPackage const& request);
     Shown AnswerTo(Peer const& from, UnregisterPackage const& request);
     Shown AnswerTo(Peer const& from, LaunchApp const& request);
@@ -116,6 +118,9 @@ class Platform
     Shown AnswerTo(Peer const& from, ShowStatus const& request);
     Shown AnswerTo(Peer const& from, ShowProcess const& request);
     Shown Activate(Activation::Content content);
+    Package OpenFor(std::wstring const& folder, bool isForced) const;
+    void LoadState();
+    void ContinueUpdate();
     void NeedApp() const;
     void NeedNoApp() const;
 
@@ -123,6 +128,12 @@ class Platform
     void ConnectionEnded(From const& from);
     void Lost(AppProcess::Activations const& activations);
     void Ended(TaskInstances::Ended const& instance);
+
+    struct Update
+    {
+        Package package;
+        std::function<void(AnyAnswer const&)> reply;
+    };
 
     Device const m_device;
     Dispatcher m_dispatcher;
@@ -139,6 +150,7 @@ class Platform
     TaskInstances m_instances;
     AppServices m_services;
     BackgroundTasks m_tasks;
+    std::optional<Update> m_update; // while it waits for the app's end
 };
 
 } // namespace sim

@@ -79,9 +79,10 @@ std::wstring NewUri()
 
 } // namespace
 
-PushChannel::PushChannel(std::wstring file, Journal& journal, Clock const& clock)
-    : m_file(std::move(file)), m_journal(journal), m_clock(clock)
+void PushChannel::Load(std::wstring file)
 {
+    m_file = std::move(file);
+    m_channel.reset();
     auto const lines = ReadWordFile(m_file);
     if (!lines.empty() && lines[0].size() == 2)
     {

@@ -18,8 +18,10 @@ class PushChannel
         std::int64_t expiry; // of the clock
     };
 
-    // file: where it is kept. Throws Error when that cannot be read.
-    PushChannel(std::wstring file, Journal& journal, Clock const& clock);
+    PushChannel(Journal& journal, Clock const& clock) : m_journal(journal), m_clock(clock) {}
+
+    // The channel that is kept in that file takes the place of this one. Throws Error when the file cannot be read.
+    void Load(std::wstring file);
 
     // The live channel, or a new one. Throws Error when that cannot be kept.
     Channel const& Create();
@@ -35,13 +37,11 @@ class PushChannel
     // Ends the channel if its time is over.
     void ClockAdvanced();
 
-    // Forgets it.
-    void Remove();
-
     // For people.
     std::wstring Status() const;
 
   private:
+    void Remove();
     Channel const& Open(std::wstring uri);
 
     std::wstring m_file;

@@ -31,8 +31,20 @@ Package const& Registration::Need() const
     return *m_package;
 }
 
+void Registration::NeedNoDowngradeTo(Package const& package) const
+{
+    if (m_package && m_package->FamilyName() == package.FamilyName() &&
+        package.manifest.VersionNumber() < m_package->manifest.VersionNumber())
+    {
+        throw Error(L"version " + package.manifest.version + L" is lower than the registered " +
+                    m_package->manifest.version +
+                    L" (ERROR_INSTALL_PACKAGE_DOWNGRADE, 0x80073D06); --force puts it in its place");
+    }
+}
+
 void Registration::Set(Package package)
 {
+    MakeFolder(m_device.StateFolder(package.FamilyName()));
     WriteBytes(m_device.RegistrationFile(), ToUtf8(package.folder));
     m_package = std::move(package);
     m_journal.Add(L"package-registered",

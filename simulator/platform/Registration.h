@@ -21,10 +21,13 @@ class Registration
     // Throws Error when none is registered.
     Package const& Need() const;
 
+    // Throws Error for a version that is lower than the registered one of the same family.
+    void NeedNoDowngradeTo(Package const& package) const;
+
     // Throws Error when it cannot be kept.
     void Set(Package package);
 
-    // As on the platform, the app's data go with it.
+    // As on the platform, all that the device keeps for its family goes with it.
     void Remove();
 
   private:

@@ -4,6 +4,8 @@
 #include "simulator/base/Overloaded.h"
 #include "simulator/protocol/CancellationReason.h"
 
+#include <algorithm>
+
 namespace sim
 {
 
@@ -134,6 +136,22 @@ void TaskInstances::CancelAll(std::uint32_t reason)
     {
         Cancel(entry, reason);
     }
+}
+
+void TaskInstances::CancelRunning(std::uint32_t reason)
+{
+    for (auto& entry : m_instances)
+    {
+        if (entry.second.app)
+        {
+            Cancel(entry, reason);
+        }
+    }
+}
+
+bool TaskInstances::IsAnyRunning() const noexcept
+{
+    return std::ranges::any_of(m_instances, [](auto const& entry) { return entry.second.app != nullptr; });
 }
 
 void TaskInstances::TellCancellation(std::uint32_t instance)

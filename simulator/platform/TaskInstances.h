@@ -66,6 +66,7 @@ class TaskInstances
     void Cancel(std::uint32_t instance, std::uint32_t reason);
     void CancelTask(std::wstring const& taskId, std::uint32_t reason);
     void CancelAll(std::uint32_t reason);
+    void CancelRunning(std::uint32_t reason); // those that the app's process has taken
 
     // Tells the app of a cancellation that came before OnBackgroundActivated had returned.
     void TellCancellation(std::uint32_t instance);
@@ -77,6 +78,9 @@ class TaskInstances
     std::wstring Text() const;
 
     std::size_t Count() const noexcept { return m_instances.size(); }
+
+    // Whether the app's process has taken one.
+    bool IsAnyRunning() const noexcept;
 
   private:
     struct Instance

@@ -77,11 +77,6 @@ void TaskRegistry::SetDue(std::wstring const& id, std::int64_t due)
     Keep(std::move(tasks));
 }
 
-void TaskRegistry::Clear()
-{
-    Keep({});
-}
-
 void TaskRegistry::Keep(std::vector<RegisteredTask> tasks)
 {
     std::vector<Words> lines(tasks.size());

@@ -31,7 +31,6 @@ class TaskRegistry
     void Add(RegisteredTask task);
     void Remove(std::wstring const& id); // nothing when there is none of that id
     void SetDue(std::wstring const& id, std::int64_t due);
-    void Clear();
 
   private:
     void Keep(std::vector<RegisteredTask> tasks);

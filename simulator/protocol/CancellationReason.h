@@ -9,6 +9,7 @@ namespace sim::CancellationReason
 {
 
 constexpr std::uint32_t abort = 0;
+constexpr std::uint32_t servicingUpdate = 3;
 constexpr std::uint32_t executionTimeExceeded = 9;
 constexpr std::uint32_t resourceRevocation = 10;
 

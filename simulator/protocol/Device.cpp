@@ -62,7 +62,7 @@ std::wstring Device::ReadyEventName() const
 void Device::Clear() const
 {
     for (auto const* name : {L"Packages", L"Temp", L"desktop", L"crashes", L"helpers", L"layout", L"events.log",
-                             L"package.txt", L"tasks.txt", L"channel.txt", L"clock.txt"})
+                             L"package.txt", L"clock.txt"})
     {
         Remove(m_home + L"\\" + name);
     }

@@ -31,8 +31,6 @@ class Device
     std::wstring RegistrationFile() const { return m_home + L"\\package.txt"; }
 
     // What the platform keeps: see simulator/platform.
-    std::wstring TasksFile() const { return m_home + L"\\tasks.txt"; }
-    std::wstring ChannelFile() const { return m_home + L"\\channel.txt"; }
     std::wstring ClockFile() const { return m_home + L"\\clock.txt"; }
 
     // An app's data; its container's own temporary folder, as GetTempPathW gives it inside.
@@ -44,6 +42,18 @@ class Device
     std::wstring AppTemporaryFolder(std::wstring const& familyName) const
     {
         return PackageDataFolder(familyName) + L"\\AC\\Temp";
+    }
+
+    // What the platform keeps for a package family: it goes with the app's data.
+    std::wstring StateFolder(std::wstring const& familyName) const
+    {
+        return PackageDataFolder(familyName) + L"\\SystemAppData";
+    }
+
+    std::wstring TasksFile(std::wstring const& familyName) const { return StateFolder(familyName) + L"\\tasks.txt"; }
+    std::wstring ChannelFile(std::wstring const& familyName) const
+    {
+        return StateFolder(familyName) + L"\\channel.txt";
     }
 
     // The user's own temporary folder, where desktop programs write.

@@ -191,6 +191,15 @@ struct RegisterPackage
 {
     using Answer = Shown;
     std::wstring folder;
+    bool isForced = false; // a version that is lower than the registered one, too
+};
+
+// The same for the package that is registered, also while its app runs: that is ended first.
+struct UpdatePackage
+{
+    using Answer = Shown;
+    std::wstring folder;
+    bool isForced = false;
 };
 
 struct UnregisterPackage
@@ -278,9 +287,9 @@ struct ShowProcess
 };
 
 using AnyRequest = std::variant<OpenConnection, SendRequest, GiveResponse, CreateChannel, RegisterTask, ListTasks,
-                                UnregisterTask, LaunchDesktop, RegisterPackage, UnregisterPackage, LaunchApp, OpenUri,
-                                SuspendApp, RequestPage, KillApp, Push, AdvanceClock, RevokeChannel, CancelTasks,
-                                ShowTasks, SetFault, ClearFaults, ShowStatus, ShowProcess>;
+                                UnregisterTask, LaunchDesktop, RegisterPackage, UpdatePackage, UnregisterPackage,
+                                LaunchApp, OpenUri, SuspendApp, RequestPage, KillApp, Push, AdvanceClock, RevokeChannel,
+                                CancelTasks, ShowTasks, SetFault, ClearFaults, ShowStatus, ShowProcess>;
 
 using AnyAnswer = std::variant<Refused, Shown, ConnectionOpened, ResponseGiven, ResponseTaken, ChannelCreated,
                                TaskRegistered, TaskList, TaskUnregistered, DesktopLaunched>;

@@ -138,7 +138,7 @@ std::span<Expectations::Check const> Expectations::All()
         {L"log", L"MESSAGE [level=LEVEL] [category=CATEGORY]", L"the next line of the app's log, INFO without a level",
          L"", 1, 3, &Expectations::CheckLog},
         {L"interleaved", L"log MESSAGE … | MESSAGE …", L"the next lines of several threads, each one's in order", L"",
-         4, anyNumber, &Expectations::CheckInterleavedLog},
+         2, anyNumber, &Expectations::CheckInterleavedLog},
         {L"helper", L"[@NAME] LINE", L"the next line that a helper prints", L"", 1, 2, &Expectations::CheckHelper},
         {L"helper-exit", L"[@NAME] CODE", L"a helper has ended, and has printed nothing more", L"", 1, 2,
          &Expectations::CheckHelperExit},

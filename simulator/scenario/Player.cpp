@@ -7,6 +7,8 @@
 #include "simulator/base/WordFile.h"
 #include "simulator/client/DeviceCommands.h"
 
+#include <algorithm>
+
 namespace sim
 {
 
@@ -38,8 +40,10 @@ std::span<Player::Step const> Player::Steps()
 {
     static constexpr Step steps[] = {
         {L"expect", L"WHAT …", L"checks what comes next", L"", 1, anyNumber, &Player::Expect},
-        {L"register", L"[without FILE] [version VERSION] [name NAME]", L"registers the package, or a changed copy", L"",
-         0, 6, &Player::Register},
+        {L"register", L"[--force] [without FILE] [version VERSION] [name NAME]",
+         L"registers the package, or a changed copy", L"", 0, 7, &Player::Install<RegisterPackage>},
+        {L"update", L"[--force] [without FILE] [version VERSION] [name NAME]", L"the same, also while the app runs",
+         L"", 0, 7, &Player::Install<UpdatePackage>},
         {L"refused", L"REASON STEP …", L"a step that is refused for a reason in which REASON stands", L"", 2, anyNumber,
          &Player::Refuse},
         {L"restart", L"", L"switches the device off and on again", L"", 0, 0, &Player::Restart},
@@ -49,6 +53,12 @@ std::span<Player::Step const> Player::Steps()
         {L"grow-log", L"BYTES", L"makes the app's log so long, as long use would", L"", 1, 1, &Player::GrowLog},
     };
     return steps;
+}
+
+std::span<std::wstring_view const> Player::NameList()
+{
+    static constexpr std::wstring_view names[] = {L"{logged-uri}", L"{uri}", L"{layout}", L"{home}", L"{family}"};
+    return names;
 }
 
 Player::Player(Device const& device, Colour colour)
@@ -97,11 +107,12 @@ Player::Names Player::AllNames() const
     auto const uri = ChannelUri();
     auto loggedUri = uri;
     ReplaceAll(loggedUri, L"%", L"%%");
-    return {{L"{logged-uri}", loggedUri},
-            {L"{uri}", uri},
-            {L"{layout}", m_package.folder},
-            {L"{home}", m_device.Home()},
-            {L"{family}", m_package.folder.empty() ? L"" : m_package.FamilyName()}};
+    std::wstring const values[] = {loggedUri, uri, m_package.folder, m_device.Home(),
+                                   m_package.folder.empty() ? L"" : m_package.FamilyName()};
+    Names names;
+    std::ranges::transform(NameList(), values, std::back_inserter(names),
+                           [](auto const name, auto const& value) { return std::pair(name, value); });
+    return names;
 }
 
 void Player::Run(Words const& words)
@@ -118,10 +129,12 @@ void Player::Run(Words const& words)
     m_broker->Ask(RequestFor(words));
 }
 
-void Player::Register(Words const& words)
+template <typename Request>
+void Player::Install(Words const& words)
 {
-    auto const folder = PackageFolder(words);
-    m_broker->Ask(RegisterPackage{folder});
+    auto const isForced = !words.empty() && words[0] == L"--force";
+    auto const folder = PackageFolder({words.begin() + (isForced ? 1 : 0), words.end()});
+    m_broker->Ask(Request{folder, isForced});
     m_package = OpenPackage(folder);
     m_observer.FollowLog(LogFile::PathOn(m_device));
 }
@@ -221,7 +234,8 @@ std::wstring Player::PackageFolder(Words const& options)
 // Empty while the app has no channel.
 std::wstring Player::ChannelUri() const
 {
-    auto const lines = ReadWordFile(m_device.ChannelFile());
+    auto const lines =
+        m_package.folder.empty() ? std::vector<Words>() : ReadWordFile(m_device.ChannelFile(m_package.FamilyName()));
     return lines.empty() || lines[0].empty() ? std::wstring() : lines[0][0];
 }
 

@@ -28,6 +28,8 @@ class Player
     // What stands for what in the words of a step, the longer values first.
     using Names = std::vector<std::pair<std::wstring_view, std::wstring>>;
 
+    static std::span<std::wstring_view const> NameList();
+
     // Shows what happens as it happens.
     Player(Device const& device, Colour colour);
 
@@ -48,7 +50,8 @@ class Player
   private:
     void Run(Words const& words);
     void Expect(Words const& words) { m_expectations.Run(words); }
-    void Register(Words const& words);
+    template <typename Request>
+    void Install(Words const& words);
     void Restart(Words const& words);
     void Refuse(Words const& words);
     void StartHelper(Words const& words);

@@ -80,8 +80,9 @@ INSTANTIATE_TEST_SUITE_P(CommandsTest, CommandsCalledWronglyTest,
                                          sim::Words{L"cancel-tasks"}, sim::Words{L"cancel-tasks", L"abort"},
                                          sim::Words{L"revoke-channel", L"x"}, sim::Words{L"tasks", L"x"},
                                          sim::Words{L"settings", L"x"}, sim::Words{L"play", L"--colour"},
-                                         sim::Words{L"play", L"a", L"b"}, sim::Words{L"page"},
-                                         sim::Words{L"page", L"a", L"b"}));
+                                         sim::Words{L"play", L"a", L"b"}, sim::Words{L"play", L"--record"},
+                                         sim::Words{L"play", L"a", L"--record"}, sim::Words{L"restart", L"x"},
+                                         sim::Words{L"page"}, sim::Words{L"page", L"a", L"b"}));
 
 TEST(CommandsTest, HelpIsThereForEachOfThem)
 {

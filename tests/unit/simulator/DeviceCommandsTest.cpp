@@ -21,6 +21,9 @@ std::vector<Example> Examples()
 {
     return {{L"register C:\\package", sim::RegisterPackage{L"C:\\package"}},
             {L"register C:/a/../package", sim::RegisterPackage{L"C:\\package"}},
+            {L"register --force C:\\package", sim::RegisterPackage{L"C:\\package", true}},
+            {L"update C:\\package", sim::UpdatePackage{L"C:\\package"}},
+            {L"update --force C:\\package", sim::UpdatePackage{L"C:\\package", true}},
             {L"unregister", sim::UnregisterPackage{}},
             {L"launch", sim::LaunchApp{}},
             {L"launch 'some arguments'", sim::LaunchApp{L"some arguments"}},
@@ -133,6 +136,12 @@ TEST(DeviceCommandsTest, PutTheClockOnlyForward)
         EXPECT_EQ(RefusalOf({L"clock", step}), L"the clock is put forward so: +15m, +24h or +30d")
             << testing::PrintToString(step);
     }
+}
+
+TEST(DeviceCommandsTest, RegisterOneFolder)
+{
+    EXPECT_EQ(RefusalOfLine(L"register C:\\a C:\\b"), L"one folder at a time");
+    EXPECT_EQ(RefusalOfLine(L"update C:\\a --force"), L"one folder at a time");
 }
 
 TEST(DeviceCommandsTest, RefuseAnUnknownReason)

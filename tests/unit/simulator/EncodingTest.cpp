@@ -32,6 +32,7 @@ std::vector<sim::AnyRequest> Requests()
             sim::LaunchDesktop{L"App", std::nullopt},
             sim::LaunchDesktop{L"", L"Group"},
             sim::RegisterPackage{L"C:\\package"},
+            sim::UpdatePackage{L"C:\\package", true},
             sim::UnregisterPackage{},
             sim::LaunchApp{L"arguments"},
             sim::OpenUri{L"a-protocol:x"},

@@ -1,5 +1,7 @@
 #include "simulator/scenario/Scenario.h"
 #include "simulator/base/Error.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -24,5 +26,37 @@ TEST(ScenarioTest, NamesTheLineThatItCannotRead)
     catch (sim::Error const& error)
     {
         EXPECT_EQ(error.Message(), L"line 2: a quote ' is not closed");
+    }
+}
+
+TEST(ScenarioTest, IsNoneWithoutAStep)
+{
+    for (auto const* text : {L"", L"\r\n", L"# only a comment\n  \n"})
+    {
+        EXPECT_THROW(sim::ParseScenario(text), sim::Error) << testing::PrintToString(text);
+    }
+}
+
+TEST(ScenarioTest, MayBeginWithAByteOrderMark)
+{
+    test::TemporaryFolder const folder;
+    auto const path = folder / L"a.scenario";
+    test::WriteBytes(path, "\xEF\xBB\xBFlaunch \xC3\xA4\n");
+    EXPECT_EQ(sim::ReadScenario(path).at(0).words, (std::vector<std::wstring>{L"launch", L"\x00E4"}));
+}
+
+TEST(ScenarioTest, NamesTheFileThatHasNoStep)
+{
+    test::TemporaryFolder const folder;
+    auto const path = folder / L"a.scenario";
+    test::WriteBytes(path, "\xEF\xBB\xBF");
+    try
+    {
+        sim::ReadScenario(path);
+        FAIL();
+    }
+    catch (sim::Error const& error)
+    {
+        EXPECT_EQ(error.Message(), path + L": there is no step in it");
     }
 }

@@ -1,0 +1,99 @@
+#include "simulator/base/Error.h"
+#include "simulator/platform/Platform.h"
+#include "simulator/protocol/CancellationReason.h"
+
+namespace sim
+{
+
+Shown Platform::AnswerTo(Peer const&, RegisterPackage const& request)
+{
+    auto package = OpenFor(request.folder, request.isForced);
+    NeedNoApp();
+    m_registration.Set(std::move(package));
+    LoadState();
+    return {m_registration.Need().FamilyName()};
+}
+
+Shown Platform::AnswerTo(Peer const&, UnregisterPackage const&)
+{
+    auto const family = m_registration.Need().FamilyName();
+    NeedNoApp();
+    m_registration.Remove();
+    LoadState();
+    return {family};
+}
+
+void Platform::Answer(From const& from, std::uint32_t number, UpdatePackage const& request)
+{
+    auto const reply = [from, number](AnyAnswer const& answer) { from->Send(sim::Answer{number, answer}); };
+    try
+    {
+        auto const family = m_registration.Need().FamilyName();
+        auto package = OpenFor(request.folder, request.isForced);
+        if (package.FamilyName() != family)
+        {
+            throw Error(package.FamilyName() + L" is no update of " + family + L"; sim register puts it in its place");
+        }
+        if (m_update)
+        {
+            throw Error(L"the package is being updated already");
+        }
+        m_update = Update{std::move(package), reply};
+    }
+    catch (Error const& error)
+    {
+        reply(Refused{error.Message()});
+        return;
+    }
+    m_app.Hold();
+    m_instances.CancelRunning(CancellationReason::servicingUpdate);
+    ContinueUpdate();
+}
+
+// The running tasks end first, then the process; then the new version is registered, and gets what waits.
+void Platform::ContinueUpdate()
+{
+    if (!m_update)
+    {
+        return;
+    }
+    if (m_app.IsRunning())
+    {
+        if (!m_instances.IsAnyRunning())
+        {
+            m_app.Terminate();
+        }
+        return;
+    }
+    auto update = *std::exchange(m_update, std::nullopt);
+    try
+    {
+        m_registration.Set(std::move(update.package));
+        update.reply(Shown{m_registration.Need().FamilyName()});
+    }
+    catch (Error const& error)
+    {
+        update.reply(Refused{error.Message()});
+    }
+    Lost(m_app.Resume());
+}
+
+Package Platform::OpenFor(std::wstring const& folder, bool isForced) const
+{
+    auto package = OpenPackage(folder);
+    if (!isForced)
+    {
+        m_registration.NeedNoDowngradeTo(package);
+    }
+    return package;
+}
+
+// What the device keeps for the registered package's family: nothing of it is another family's.
+void Platform::LoadState()
+{
+    auto const* const package = m_registration.Current();
+    m_channel.Load(package ? m_device.ChannelFile(package->FamilyName()) : std::wstring());
+    m_tasks.Load(package ? m_device.TasksFile(package->FamilyName()) : std::wstring());
+}
+
+} // namespace sim
