@@ -127,6 +127,70 @@ TEST_F(CommandLine, RefusesAScenarioWithAnUnknownStep)
     EXPECT_NE(outcome.output.find(scenario + L":1: lunch: there is no step lunch"), std::wstring::npos);
 }
 
+TEST_F(CommandLine, RecordsWhatWasPlayedByHandAsAScenarioThatPasses)
+{
+    auto const input = m_folder / L"input.txt";
+    auto const scenario = m_folder / L"recorded.scenario";
+    test::WriteBytes(input, "register\n\nlunch\nexpect event x\nprotocol velmo-notification:x\n");
+    auto const recorded = Wait(Start(L"play --record \"" + scenario + L"\"", input));
+    EXPECT_EQ(recorded.exitCode, 0u) << sim::ToUtf8(recorded.output);
+    EXPECT_NE(recorded.output.find(L"sim: there is no step lunch\n"), std::wstring::npos);
+    EXPECT_NE(recorded.output.find(L"sim: what comes is expected by itself\n"), std::wstring::npos);
+    EXPECT_EQ(test::ReadBytes(scenario),
+              "register\n"
+              "expect event package-registered family={family} version=1.0.0.0\n"
+              "\n"
+              "protocol velmo-notification:x\n"
+              "expect event app-started\n"
+              "expect event activated kind=protocol uri=velmo-notification:x\n"
+              "expect event exit-announced\n"
+              "expect exit 0\n"
+              "expect log '****************************** VelmoNotificationCLient Started. "
+              "*********************************' level=INFO category=ZEBMain\n"
+              "expect log 'Inside OnActivated App activated by URI protocol' level=INFO category=ZEBMain\n");
+    auto const played = Run(L"play \"" + scenario + L"\"");
+    EXPECT_EQ(played.exitCode, 0u) << sim::ToUtf8(played.output);
+}
+
+TEST_F(CommandLine, RecordsNothingWhereTheScenarioCannotBeWritten)
+{
+    auto const outcome = Run(L"play --record \"" + m_folder / L"missing\\a.scenario" + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_NE(outcome.output.find(L"sim: cannot write "), std::wstring::npos) << sim::ToUtf8(outcome.output);
+}
+
+TEST_F(CommandLine, RefusesAScenarioWithoutAStep)
+{
+    auto const scenario = m_folder / L"empty.scenario";
+    test::WriteBytes(scenario, "# nothing\n");
+    auto const outcome = Run(L"play \"" + scenario + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_EQ(outcome.output, L"sim: " + scenario + L": there is no step in it\n");
+}
+
+TEST_F(CommandLine, RestartsTheDeviceWithWhatItKeeps)
+{
+    Run(L"register");
+    Run(L"fault CoreApplication.Exit now 0x80004005");
+    EXPECT_EQ(Run(L"restart").output, L"the device is switched off and on again\n");
+    auto const status = Run(L"status").output;
+    EXPECT_NE(status.find(L"Velmo.NotificationClient_m7dy57p66fpam 1.0.0.0"), std::wstring::npos);
+    EXPECT_EQ(status.find(L"CoreApplication.Exit"), std::wstring::npos); // as after stop
+}
+
+TEST_F(CommandLine, TellsThatAStepOfAScenarioWasNotRefused)
+{
+    auto const scenario = m_folder / L"refused.scenario";
+    for (auto const* step :
+         {"refused 'no package' register\n", "refused 'another reason' kill\n", "refused x kill x\n"})
+    {
+        test::WriteBytes(scenario, step);
+        EXPECT_EQ(Run(L"play \"" + scenario + L"\"").exitCode, 1u) << step;
+    }
+    test::WriteBytes(scenario, "refused 'is not running' kill\n");
+    EXPECT_EQ(Run(L"play \"" + scenario + L"\"").exitCode, 0u);
+}
+
 TEST_F(CommandLine, TellsWhatAHelperPrintedInsteadOfWhatAScenarioSays)
 {
     auto const scenario = m_folder / L"helper.scenario";

@@ -18,26 +18,30 @@ SimulatorDevice::~SimulatorDevice()
     Run(L"stop");
 }
 
-SimulatorDevice::Running SimulatorDevice::Start(std::wstring const& arguments)
+SimulatorDevice::Running SimulatorDevice::Start(std::wstring const& arguments, std::wstring const& input)
 {
-    return StartProgram(SIM_PROGRAM, L"sim.exe " + arguments);
+    return StartProgram(SIM_PROGRAM, L"sim.exe " + arguments, input);
 }
 
 SimulatorDevice::Outcome SimulatorDevice::RunHelper(std::wstring const& arguments)
 {
-    return Wait(StartProgram(HELPER_PROGRAM, L"helper.exe " + arguments));
+    return Wait(StartProgram(HELPER_PROGRAM, L"helper.exe " + arguments, L"NUL"));
 }
 
-SimulatorDevice::Running SimulatorDevice::StartProgram(wchar_t const* program, std::wstring commandLine)
+SimulatorDevice::Running SimulatorDevice::StartProgram(wchar_t const* program, std::wstring commandLine,
+                                                       std::wstring const& input)
 {
     Running running;
     running.outputFile = m_folder / (L"output" + std::to_wstring(++m_count));
     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
     sim::Handle const output(CreateFileW(running.outputFile.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, &inheritable,
                                          CREATE_ALWAYS, 0, nullptr));
+    sim::Handle const inputFile(
+        CreateFileW(input.c_str(), GENERIC_READ, FILE_SHARE_READ, &inheritable, OPEN_EXISTING, 0, nullptr));
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = inputFile.Get();
     startup.hStdOutput = output.Get();
     startup.hStdError = output.Get();
     PROCESS_INFORMATION started{};

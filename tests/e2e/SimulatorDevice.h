@@ -29,7 +29,8 @@ class SimulatorDevice : public testing::Test
     SimulatorDevice();
     ~SimulatorDevice() override;
 
-    Running Start(std::wstring const& arguments);
+    // input: the file that is its standard input.
+    Running Start(std::wstring const& arguments, std::wstring const& input = L"NUL");
     static Outcome Wait(Running const& running);
 
     Outcome Run(std::wstring const& arguments) { return Wait(Start(arguments)); }
@@ -39,7 +40,7 @@ class SimulatorDevice : public testing::Test
     std::wstring m_device = m_folder / L"device";
 
   private:
-    Running StartProgram(wchar_t const* program, std::wstring commandLine);
+    Running StartProgram(wchar_t const* program, std::wstring commandLine, std::wstring const& input);
 
     int m_count = 0;
 };

@@ -105,6 +105,16 @@ class OnATerminal(unittest.TestCase):
                          {b"\x1b[0m", b"\x1b[1m", b"\x1b[32m", b"\x1b[36m"})
         self.assertEqual(shown.count(b"\r"), shown.count(b"\r\n"))
 
+    def test_a_log_that_is_followed_is_shown_from_before_its_folder_is_there(self):
+        self.addCleanup(self.through_pipe, self.sim("stop"))
+        self.assertEqual(self.through_pipe(self.sim("register")).returncode, 0)
+        terminal = self.terminal(self.sim("log", "--follow"))
+        self.assertEqual(self.through_pipe(self.sim("protocol", "velmo-notification:x")).returncode, 0)
+        self.assertTrue(terminal.read_until(b"Inside OnActivated App activated by URI protocol"), terminal.shown)
+        terminal.press(b"\x03")
+        shown, code = terminal.end()
+        self.assertEqual(code, -signal.SIGINT, shown)
+
     def test_each_line_is_shown_as_it_comes_and_control_c_ends_the_program(self):
         self.addCleanup(self.through_pipe, self.sim("stop"))
         self.scenario.write_text("register\nexpect event package-registered\nexpect event package-registered\n")
