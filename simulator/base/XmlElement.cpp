@@ -4,6 +4,7 @@
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 
+#include <algorithm>
 #include <bit>
 #include <memory>
 #include <windows.h>
@@ -125,14 +126,8 @@ class TreeBuilder
 
 std::optional<std::wstring> XmlElement::AttributeValue(std::wstring_view attributeName) const
 {
-    for (auto const& attribute : attributes)
-    {
-        if (attribute.name == attributeName)
-        {
-            return attribute.value;
-        }
-    }
-    return std::nullopt;
+    auto const found = std::ranges::find(attributes, attributeName, &Attribute::name);
+    return found == attributes.end() ? std::nullopt : std::optional(found->value);
 }
 
 std::vector<XmlElement const*> XmlElement::Children(std::wstring_view childNamespace, std::wstring_view childName) const

@@ -2,7 +2,6 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
-#include "simulator/base/FolderWatch.h"
 #include "simulator/broker/WindowsProcessStarter.h"
 #include "simulator/platform/Platform.h"
 #include "simulator/platform/SystemTime.h"
@@ -77,8 +76,7 @@ class Server
     explicit Server(Device const& device)
         : m_device(device), m_listener(std::make_unique<Listener>(device.PipeName())),
           m_stop(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
-          m_platform(device, m_time, std::make_unique<WindowsProcessStarter>(), [this] { SetEvent(m_stop.Get()); }),
-          m_watch(ParentOf(device.Home()), FolderWatch::Folders)
+          m_platform(device, m_time, std::make_unique<WindowsProcessStarter>(), [this] { SetEvent(m_stop.Get()); })
     {
     }
 
@@ -95,16 +93,16 @@ class Server
   private:
     void AcceptUntilStopped()
     {
+        constexpr DWORD lookMilliseconds = 500; // for the folder
         while (FolderExists(m_device.Home()))
         {
-            HANDLE const handles[] = {m_stop.Get(), m_listener->Connected(), m_watch.Get()};
-            switch (WaitForMultipleObjects(ARRAYSIZE(handles), handles, FALSE, INFINITE))
+            HANDLE const handles[] = {m_stop.Get(), m_listener->Connected()};
+            switch (WaitForMultipleObjects(ARRAYSIZE(handles), handles, FALSE, lookMilliseconds))
             {
             case WAIT_OBJECT_0 + 1:
                 Accept();
                 break;
-            case WAIT_OBJECT_0 + 2:
-                m_watch.Next();
+            case WAIT_TIMEOUT:
                 break;
             default:
                 return;
@@ -128,7 +126,6 @@ class Server
     Handle m_stop;
     SystemTime m_time;
     Platform m_platform;
-    FolderWatch m_watch;
 };
 
 } // namespace

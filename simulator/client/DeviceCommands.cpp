@@ -62,19 +62,11 @@ AnyRequest Install(Words const& words)
     return Request{FullPath(rest.empty() ? PackageFolderFromEnvironment() : WindowsPath(rest[0])), isForced};
 }
 
-AnyRequest Launch(Words const& words)
+// Of one text, or none.
+template <typename Request>
+AnyRequest OfText(Words const& words)
 {
-    return LaunchApp{FirstOr(words, L"")};
-}
-
-AnyRequest Protocol(Words const& words)
-{
-    return OpenUri{words[0]};
-}
-
-AnyRequest Page(Words const& words)
-{
-    return RequestPage{words[0]};
+    return Request{FirstOr(words, L"")};
 }
 
 AnyRequest SendPush(Words const& words)
@@ -109,14 +101,14 @@ constexpr DeviceCommand commands[] = {
      0, 2, Install<UpdatePackage>},
     {L"unregister", L"", L"removes the package with all that the device keeps for it", L"", 0, 0,
      Plain<UnregisterPackage>},
-    {L"launch", L"[ARGUMENTS]", L"the user starts the app", L"", 0, 1, Launch},
-    {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, Protocol},
+    {L"launch", L"[ARGUMENTS]", L"the user starts the app", L"", 0, 1, OfText<LaunchApp>},
+    {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, OfText<OpenUri>},
     {L"suspend", L"", L"the system suspends the app: its Suspending event is raised", L"", 0, 0, Plain<SuspendApp>},
     {L"page", L"CLASS", L"the framework makes the app's page of that class",
      L"  In each of the two ways in which it can: by activating the class, and with the type that the app tells of "
      L"it.\n"
      L"  Neither shows it. sim events tells what came of it. An app that is not running is started.",
-     1, 1, Page},
+     1, 1, OfText<RequestPage>},
     {L"kill", L"", L"ends the app's process from outside, as Task Manager does", L"", 0, 0, Plain<KillApp>},
     {L"push", L"[PAYLOAD]", L"a raw notification is sent to the app's channel",
      L"  The payload is under 5 KB. It is lost without an open channel, or without a task that a push triggers.", 0, 1,

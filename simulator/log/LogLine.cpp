@@ -19,12 +19,8 @@ std::optional<Moment> ParseStamp(std::wstring_view stamp)
     {
         return std::nullopt;
     }
-    auto const number = [&](std::size_t at, std::size_t length) {
-        auto const value = ParseNumber(stamp.substr(at, length));
-        return value ? static_cast<int>(*value) : -1;
-    };
-    return MomentOf(2000 + number(6, 2), number(0, 2), number(3, 2), number(9, 2), number(12, 2), number(15, 2),
-                    number(18, 3));
+    auto const part = [&](std::size_t at) { return std::wstring(stamp.substr(at, 2)); };
+    return ParseDateAndTime(L"20" + part(6) + L"-" + part(0) + L"-" + part(3), stamp.substr(9));
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "simulator/base/Files.h"
 #include "simulator/base/Process.h"
 
-#include <cstdint>
+#include <functional>
 #include <windows.h>
 
 namespace sim
@@ -13,24 +13,14 @@ namespace sim
 namespace
 {
 
-// FNV-1a, over the path in one case, as the file system compares it.
+// Of the path in one case, as the file system compares it. The same in each program of a build.
 std::wstring HashOf(std::wstring const& path)
 {
     auto const length = static_cast<int>(path.size());
     std::wstring folded = path;
     LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, path.data(), length, folded.data(), length, nullptr, nullptr,
                   0);
-    std::uint64_t hash = 0xCBF29CE484222325u;
-    for (auto const character : folded)
-    {
-        hash = (hash ^ character) * 0x100000001B3u;
-    }
-    std::wstring text;
-    for (int shift = 60; shift >= 0; shift -= 4)
-    {
-        text += L"0123456789abcdef"[(hash >> shift) & 0xF];
-    }
-    return text;
+    return std::to_wstring(std::hash<std::wstring>()(folded));
 }
 
 } // namespace

@@ -25,19 +25,6 @@ bool HasDetails(Event const& event, Words const& details)
         details, [&](auto const& detail) { return std::ranges::find(event.details, detail) != event.details.end(); });
 }
 
-// The value of an option NAME=VALUE among the words.
-std::wstring Option(Words const& words, std::wstring const& name, std::wstring const& otherwise)
-{
-    for (auto const& word : words)
-    {
-        if (word.starts_with(name + L"="))
-        {
-            return word.substr(name.size() + 1);
-        }
-    }
-    return otherwise;
-}
-
 struct Range
 {
     Moment from = 0;
@@ -60,13 +47,6 @@ std::optional<Range> ParseRange(Words const& words, std::size_t at)
     }
     return Range{*from, *to};
 }
-
-struct ExpectedLine
-{
-    std::wstring message;
-    std::wstring level;
-    std::wstring category; // empty: any
-};
 
 using Lines = std::deque<ExpectedLine>;
 
@@ -219,12 +199,14 @@ void Expectations::CheckEvent(Words const& words)
 void Expectations::CheckLog(Words const& words)
 {
     // Here options stand behind the message.
-    ExpectedLine const expected{words[0], Option(words, L"level", L"INFO"), Option(words, L"category", L"")};
-    auto const text = TakeLogLine(L"log line " + expected.level + L": " + expected.message);
-    if (!IsLine(text, expected))
+    auto reordered = words;
+    std::ranges::rotate(reordered, reordered.begin() + 1);
+    auto threads = ParseThreads(reordered);
+    if (threads.size() != 1 || threads[0].size() != 1)
     {
-        throw Difference{L"log line " + Joined(words), L"log line " + text};
+        throw Error(L"expect log MESSAGE [level=LEVEL] [category=CATEGORY]");
     }
+    CheckLines(std::move(threads), Joined(words));
 }
 
 void Expectations::CheckInterleavedLog(Words const& words)
@@ -234,15 +216,22 @@ void Expectations::CheckInterleavedLog(Words const& words)
     {
         throw Error(L"expect interleaved log MESSAGE … | MESSAGE …");
     }
+    CheckLines(std::move(threads), Joined(words));
+}
+
+// The next lines, those of each thread in their order.
+void Expectations::CheckLines(std::vector<Lines> threads, std::wstring const& expected)
+{
     while (!threads.empty())
     {
-        auto const text = TakeLogLine(L"log line: " + threads[0].front().message);
+        auto const text = Take(m_observer.logLines, L"log line " + threads[0].front().message);
         auto const found =
             std::ranges::find_if(threads, [&](auto const& lines) { return IsLine(text, lines.front()); });
         if (found == threads.end())
         {
-            throw Difference{Joined(words), L"log line " + text};
+            throw Difference{L"log line " + expected, L"log line " + text};
         }
+        ++m_lineCount;
         found->pop_front();
         if (found->empty())
         {
@@ -316,12 +305,6 @@ void Expectations::CheckEnd(std::wstring const& kind, Words const& words)
         throw Difference{kind + L" " + expected, event.Text() + L" after " + std::to_wstring(duration) + L" ms"};
     }
     m_appStarted.reset();
-}
-
-std::wstring Expectations::TakeLogLine(std::wstring const& expected)
-{
-    ++m_lineCount;
-    return Take(m_observer.logLines, expected);
 }
 
 Helpers::Said Expectations::TakeFromHelper(std::wstring const& name, std::wstring const& expected)

@@ -3,9 +3,11 @@
 #include "simulator/protocol/Device.h"
 #include "simulator/scenario/Observer.h"
 
+#include <deque>
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace sim
 {
@@ -18,6 +20,14 @@ struct Difference
 {
     std::wstring expected;
     std::wstring found;
+};
+
+// A line of the log, as a step describes it.
+struct ExpectedLine
+{
+    std::wstring message;
+    std::wstring level;
+    std::wstring category; // empty: any
 };
 
 // The expect steps: each takes what it expects from the observer, waiting for it, and throws Difference when something
@@ -51,7 +61,7 @@ class Expectations
     void CheckCrash(Words const& words) { CheckEnd(L"app-crashed", words); }
     void CheckTerminated(Words const& words) { CheckEnd(L"app-terminated", words); }
     void CheckEnd(std::wstring const& kind, Words const& words);
-    std::wstring TakeLogLine(std::wstring const& expected);
+    void CheckLines(std::vector<std::deque<ExpectedLine>> threads, std::wstring const& expected);
     Helpers::Said TakeFromHelper(std::wstring const& name, std::wstring const& expected);
     Event TakeDesktopEvent(std::wstring const& kind);
     Event TakeEvent(std::deque<Event>& events, std::wstring const& expected);

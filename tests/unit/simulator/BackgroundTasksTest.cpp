@@ -276,7 +276,8 @@ TEST_F(BackgroundTasksTest, RemovesThemWithThePackage)
 
 TEST_F(BackgroundTasksTest, RegistersNoneThatTheDiskDoesNotKeep)
 {
-    ASSERT_TRUE(CreateDirectoryW((m_device.TasksFile(family) + L".new").c_str(), nullptr)); // nothing can be written there
+    ASSERT_TRUE(
+        CreateDirectoryW((m_device.TasksFile(family) + L".new").c_str(), nullptr)); // nothing can be written there
     EXPECT_NE(AskLater(m_app, sim::RegisterTask{.name = L"A Task"}).TakeRefusal(), L"");
     EXPECT_EQ(TasksOf(m_app), none);
 }

@@ -94,7 +94,8 @@ TEST_F(PushChannelTest, IsForTheAppAlone)
 
 TEST_F(PushChannelTest, IsNotOpenedWhenTheDiskDoesNotKeepIt)
 {
-    ASSERT_TRUE(CreateDirectoryW((m_device.ChannelFile(family) + L".new").c_str(), nullptr)); // nothing can be written there
+    ASSERT_TRUE(
+        CreateDirectoryW((m_device.ChannelFile(family) + L".new").c_str(), nullptr)); // nothing can be written there
     EXPECT_NE(AskLater(m_app, sim::CreateChannel{}).TakeRefusal(), L"");
     EXPECT_EQ(Push(), L"lost: the app has no open channel");
 }

@@ -210,6 +210,8 @@ TEST_F(ServicingTest, ALaunchDuringAnUpdateIsForTheNewVersion)
     KillApp();
     EXPECT_TRUE(update.Take());
     ASSERT_EQ(m_processes->started.size(), 2u);
+    auto kinds = EventKinds();
+    EXPECT_EQ(Kinds(kinds.end() - 3, kinds.end()), (Kinds{L"app-terminated", L"package-registered", L"app-started"}));
     ConnectNextApp();
     ASSERT_EQ(m_activations.size(), 1u);
     EXPECT_EQ(std::get<sim::UserLaunch>(m_activations[0].content).arguments, L"late");
