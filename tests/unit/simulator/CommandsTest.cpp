@@ -5,6 +5,7 @@
 #include "simulator/client/DeviceCommands.h"
 #include "simulator/protocol/CancellationReason.h"
 #include "simulator/protocol/Fault.h"
+#include "simulator/scenario/Play.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -94,6 +95,11 @@ TEST(CommandsTest, HelpIsThereForEachOfThem)
     {
         ExpectHelpFor(command);
     }
+}
+
+TEST(CommandsTest, HelpForPlayingNamesTheSteps)
+{
+    EXPECT_NE(OutputOf({L"help", L"play"}).find(sim::ScenarioSteps()), std::wstring::npos);
 }
 
 TEST(CommandsTest, WithoutAnyWordTheyAreListed)

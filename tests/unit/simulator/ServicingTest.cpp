@@ -75,6 +75,7 @@ TEST_F(ServicingTest, RemovesWhatBelongsToThePackageAndLeavesTheRest)
     RegisterPush(L"A Task");
     Switch("B.Package");
     Uri();
+    RegisterPush(L"Another Task");
     ExitApp();
     EXPECT_EQ(Ask(sim::UnregisterPackage{}), otherFamily);
     EXPECT_FALSE(test::FileExists(m_device.PackageDataFolder(otherFamily)));
@@ -86,6 +87,8 @@ TEST_F(ServicingTest, RemovesWhatBelongsToThePackageAndLeavesTheRest)
     ConnectNextApp();
     EXPECT_EQ(TasksOf(m_app).tasks.size(), 1u);
     EXPECT_EQ(Uri(), uri);
+    Switch("B.Package");
+    EXPECT_TRUE(TasksOf(m_app).tasks.empty());
 }
 
 TEST_F(ServicingTest, RefusesALowerVersionUnlessForced)
