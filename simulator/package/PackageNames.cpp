@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <span>
 #include <windows.h>
 
 #include <bcrypt.h>
@@ -39,23 +39,14 @@ Digest Sha256(std::wstring text)
 }
 
 // Five bits a character, the last one filled up with zero bits.
-std::wstring Base32(UCHAR const* bytes, std::size_t count)
+std::wstring Base32(std::span<UCHAR const> bytes)
 {
+    auto const at = [&](std::size_t index) { return index < bytes.size() ? unsigned{bytes[index]} : 0u; };
     std::wstring text;
-    unsigned buffer = 0;
-    int bits = 0;
-    auto const add = [&](unsigned value) { text += L"0123456789abcdefghjkmnpqrstvwxyz"[value & 31]; };
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t bit = 0; bit < bytes.size() * 8; bit += 5)
     {
-        buffer = (buffer << 8) | bytes[i];
-        for (bits += 8; bits >= 5; bits -= 5)
-        {
-            add(buffer >> (bits - 5));
-        }
-    }
-    if (bits > 0)
-    {
-        add(buffer << (5 - bits));
+        auto const two = at(bit / 8) << 8 | at(bit / 8 + 1);
+        text += L"0123456789abcdefghjkmnpqrstvwxyz"[two >> (11 - bit % 8) & 31];
     }
     return text;
 }
@@ -64,7 +55,8 @@ std::wstring Base32(UCHAR const* bytes, std::size_t count)
 
 std::wstring PublisherId(std::wstring_view publisher)
 {
-    return Base32(Sha256(std::wstring(publisher)).data(), 8);
+    auto const digest = Sha256(std::wstring(publisher));
+    return Base32(std::span(digest).first(8));
 }
 
 std::wstring PackageFamilyName(std::wstring_view name, std::wstring_view publisher)
@@ -75,7 +67,7 @@ std::wstring PackageFamilyName(std::wstring_view name, std::wstring_view publish
 std::wstring ServerName(std::wstring_view familyName, std::wstring_view applicationId)
 {
     auto const digest = Sha256(std::wstring(familyName) + L"!" + std::wstring(applicationId));
-    return std::wstring(applicationId) + L".AppX" + Base32(digest.data(), 20) + L".mca";
+    return std::wstring(applicationId) + L".AppX" + Base32(std::span(digest).first(20)) + L".mca";
 }
 
 } // namespace sim

@@ -17,22 +17,12 @@ struct Look
     std::wstring_view colour;
 };
 
-Look LookOf(Timeline::Source source)
-{
-    switch (source)
-    {
-    case Timeline::Source::Step:
-        return {L"step    ", L"\x1b[1m"};
-    case Timeline::Source::Event:
-        return {L"platform", L"\x1b[36m"};
-    case Timeline::Source::Desktop:
-        return {L"desktop ", L"\x1b[33m"};
-    case Timeline::Source::Helper:
-        return {L"helper  ", L"\x1b[35m"};
-    default:
-        return {L"log     ", L"\x1b[32m"};
-    }
-}
+// By Source.
+constexpr Look looks[] = {{L"step    ", L"\x1b[1m"},
+                          {L"platform", L"\x1b[36m"},
+                          {L"desktop ", L"\x1b[33m"},
+                          {L"helper  ", L"\x1b[35m"},
+                          {L"log     ", L"\x1b[32m"}};
 
 // Seconds since the start: "  3.021".
 std::wstring Elapsed(Moment duration)
@@ -68,7 +58,7 @@ void Timeline::ShowUntil(Moment time)
     while (!m_held.empty() && m_held.begin()->first <= time)
     {
         auto const& [when, item] = *m_held.begin();
-        auto const look = LookOf(item.source);
+        auto const& look = looks[static_cast<std::size_t>(item.source)];
         auto line = Elapsed(when - m_start) + L"  " + std::wstring(look.name) + L"  " + item.text;
         m_write(m_colour == Colour::Yes ? std::wstring(look.colour) + line + L"\x1b[0m" : line);
         m_held.erase(m_held.begin());
