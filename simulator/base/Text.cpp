@@ -74,6 +74,18 @@ std::optional<std::wstring_view> TakeLine(std::wstring_view& text)
     return line;
 }
 
+std::optional<std::wstring> TakeUtf8Line(std::string_view& text)
+{
+    auto const length = text.find('\n');
+    if (length == std::string_view::npos)
+    {
+        return std::nullopt;
+    }
+    auto const line = text.substr(0, length);
+    text.remove_prefix(length + 1);
+    return FromUtf8(line.substr(0, line.size() - (line.ends_with('\r') ? 1 : 0)));
+}
+
 void ReplaceAll(std::wstring& text, std::wstring_view part, std::wstring_view other)
 {
     for (std::size_t at = 0; !part.empty() && (at = text.find(part, at)) != std::wstring::npos; at += other.size())

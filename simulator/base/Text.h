@@ -26,6 +26,9 @@ std::optional<std::uint32_t> ParseNumber(std::wstring_view text);
 // Takes the first line off the text and gives it without its CR LF; nullopt when the text holds no whole line.
 std::optional<std::wstring_view> TakeLine(std::wstring_view& text);
 
+// The same for a text in UTF-8 whose lines end with LF or CR LF.
+std::optional<std::wstring> TakeUtf8Line(std::string_view& text);
+
 // Wherever the part stands in the text; an empty one stands nowhere.
 void ReplaceAll(std::wstring& text, std::wstring_view part, std::wstring_view other);
 

@@ -96,11 +96,9 @@ void Helpers::TakeLines(std::wstring const& name, Process& process, std::vector<
 {
     auto const bytes = ReadBytes(process.output, process.taken);
     std::string_view rest = bytes;
-    for (auto end = rest.find('\n'); end != rest.npos; end = rest.find('\n'))
+    while (auto line = TakeUtf8Line(rest))
     {
-        auto const line = rest.substr(0, end);
-        said.push_back({name, FromUtf8(line.substr(0, line.find_last_not_of('\r') + 1)), std::nullopt});
-        rest.remove_prefix(end + 1);
+        said.push_back({name, std::move(*line), std::nullopt});
     }
     process.taken += bytes.size() - rest.size();
 }

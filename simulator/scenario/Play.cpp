@@ -12,7 +12,6 @@
 #include "simulator/scenario/Recorder.h"
 #include "simulator/scenario/Scenario.h"
 
-#include <iostream>
 #include <thread>
 
 namespace sim
@@ -64,17 +63,30 @@ bool RunSteps(Player& player, std::vector<Step> const& steps, std::wstring const
 
 using Lines = Inbox<std::wstring>;
 
+void ReadInput(Lines& lines)
+{
+    std::string text;
+    char block[4'096];
+    DWORD read = 0;
+    while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), block, sizeof block, &read, nullptr) && read > 0)
+    {
+        text.append(block, read);
+        std::string_view rest = text;
+        while (auto line = TakeUtf8Line(rest))
+        {
+            lines.Add(std::move(*line));
+        }
+        text.erase(0, text.size() - rest.size());
+    }
+    lines.Add(FromUtf8(text)); // what stands behind the last line end
+    lines.End();
+}
+
 // The lines of the standard input, as they come. The thread is left to the end of the process: nothing ends its wait.
 std::shared_ptr<Lines> LinesOfPerson()
 {
     auto const lines = std::make_shared<Lines>();
-    std::thread([lines] {
-        for (std::string line; std::getline(std::cin, line);)
-        {
-            lines->Add(FromUtf8(line));
-        }
-        lines->End();
-    }).detach();
+    std::thread([lines] { ReadInput(*lines); }).detach();
     return lines;
 }
 

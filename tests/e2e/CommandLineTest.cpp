@@ -131,7 +131,7 @@ TEST_F(CommandLine, RecordsWhatWasPlayedByHandAsAScenarioThatPasses)
 {
     auto const input = m_folder / L"input.txt";
     auto const scenario = m_folder / L"recorded.scenario";
-    test::WriteBytes(input, "register\n\nlunch\nexpect event x\nprotocol velmo-notification:x\n");
+    test::WriteBytes(input, "register\n\nlunch\r\nexpect event x\nprotocol velmo-notification:x");
     auto const recorded = Wait(Start(L"play --record \"" + scenario + L"\"", input));
     EXPECT_EQ(recorded.exitCode, 0u) << sim::ToUtf8(recorded.output);
     EXPECT_NE(recorded.output.find(L"sim: there is no step lunch\n"), std::wstring::npos);

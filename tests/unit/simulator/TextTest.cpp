@@ -14,3 +14,32 @@ TEST(TextTest, ParsingANumberTakesDecimalAndHexadecimalOf32Bits)
         EXPECT_EQ(sim::ParseNumber(text), std::nullopt) << sim::ToUtf8(text);
     }
 }
+
+TEST(TextTest, TakesWholeLinesOfUtf8)
+{
+    std::string_view text = "one\r\n\xC3\xA4\n\n\r\r\nrest";
+    EXPECT_EQ(sim::TakeUtf8Line(text), L"one");
+    EXPECT_EQ(sim::TakeUtf8Line(text), L"\x00E4");
+    EXPECT_EQ(sim::TakeUtf8Line(text), L"");
+    EXPECT_EQ(sim::TakeUtf8Line(text), L"\r");
+    EXPECT_EQ(sim::TakeUtf8Line(text), std::nullopt);
+    EXPECT_EQ(text, "rest");
+}
+
+TEST(TextTest, ReplacesAPartWhereverItStands)
+{
+    std::wstring text = L"aXbXX";
+    sim::ReplaceAll(text, L"X", L"XY");
+    EXPECT_EQ(text, L"aXYbXYXY");
+    sim::ReplaceAll(text, L"", L"Z");
+    EXPECT_EQ(text, L"aXYbXYXY");
+}
+
+TEST(TextTest, AlignsToAWidthAndNeverCuts)
+{
+    EXPECT_EQ(sim::LeftAligned(L"ab", 4), L"ab  ");
+    EXPECT_EQ(sim::LeftAligned(L"abc", 2), L"abc");
+    EXPECT_EQ(sim::RightAligned(12, 4), L"  12");
+    EXPECT_EQ(sim::RightAligned(12, 4, L'0'), L"0012");
+    EXPECT_EQ(sim::RightAligned(12345, 4), L"12345");
+}
