@@ -56,7 +56,7 @@ std::optional<std::uint32_t> DigitOf(wchar_t character, std::uint32_t base)
 
 } // namespace
 
-std::optional<std::uint32_t> ParseNumber(std::wstring_view text)
+std::optional<std::uint64_t> ParseNumberUpTo(std::uint64_t largest, std::wstring_view text)
 {
     auto const hexadecimal = StartsWith(text, L"0x") || StartsWith(text, L"0X");
     std::uint32_t const base = hexadecimal ? 16 : 10;
@@ -65,13 +65,19 @@ std::optional<std::uint32_t> ParseNumber(std::wstring_view text)
     for (auto const character : digits)
     {
         auto const digit = DigitOf(character, base);
-        value = digit ? value * base + *digit : UINT64_MAX;
-        if (value > UINT32_MAX)
+        if (!digit || *digit > largest || value > (largest - *digit) / base)
         {
             return std::nullopt;
         }
+        value = value * base + *digit;
     }
-    return digits.empty() ? std::nullopt : std::optional(static_cast<std::uint32_t>(value));
+    return digits.empty() ? std::nullopt : std::optional(value);
+}
+
+std::optional<std::uint32_t> ParseNumber(std::wstring_view text)
+{
+    auto const number = ParseNumberUpTo(UINT32_MAX, text);
+    return number ? std::optional(static_cast<std::uint32_t>(*number)) : std::nullopt;
 }
 
 std::optional<std::wstring_view> TakeLine(std::wstring_view& text)

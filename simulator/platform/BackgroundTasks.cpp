@@ -13,7 +13,6 @@ namespace
 {
 
 constexpr auto invalidArgument = static_cast<std::int32_t>(0x80070057);
-constexpr unsigned shortestPeriod = 15;     // minutes
 constexpr std::size_t payloadLimit = 5'120; // bytes; a payload is shorter
 
 std::wstring NewId()
@@ -36,14 +35,14 @@ std::vector<std::wstring> DetailsOf(RegisteredTask const& task)
 } // namespace
 
 BackgroundTasks::BackgroundTasks(std::wstring file, Journal& journal, Clock const& clock, TaskInstances& instances)
-    : m_registry(std::move(file)), m_journal(journal), m_clock(clock), m_instances(instances)
+    : m_registry({std::move(file), journal}), m_journal(journal), m_clock(clock), m_instances(instances)
 {
 }
 
 TaskRegistered BackgroundTasks::Register(RegisterTask const& request)
 {
     auto const isTimer = request.trigger == Trigger::Timer;
-    if (isTimer && request.minutes < shortestPeriod)
+    if (isTimer && request.minutes < TaskRegistry::shortestPeriod)
     {
         return {invalidArgument, {}};
     }

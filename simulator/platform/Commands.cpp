@@ -1,4 +1,5 @@
 #include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/platform/Platform.h"
 
@@ -131,6 +132,11 @@ Shown Platform::AnswerTo(Peer const&, ShowStatus const&)
     text += L"\ntasks     registered: " + std::to_wstring(m_tasks.All().size()) + L", running: " +
             std::to_wstring(m_instances.Count());
     text += L"\nservice   connections: " + std::to_wstring(m_services.Count());
+    for (auto const& file : m_device.StateFiles())
+    {
+        auto const damaged = Device::SetAside(file);
+        text += FileExists(damaged) ? L"\ndamaged   " + damaged + L" was set aside; sim events tells why" : L"";
+    }
     for (auto const& fault : m_faults.All())
     {
         text += L"\nfault    ";

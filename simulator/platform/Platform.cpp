@@ -24,8 +24,9 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
                    std::function<void()> switchOff, Limits limits, JournalFile journalFile)
     : m_device(device), m_dispatcher(time),
       m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring())),
-      m_clock(device.ClockFile(), time), m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)),
-      m_processes(std::move(processes)), m_app(m_device, m_registration, m_journal, *m_processes),
+      m_clock({device.ClockFile(), m_journal}, time), m_registration(m_device, m_journal),
+      m_switchOff(std::move(switchOff)), m_processes(std::move(processes)),
+      m_app(m_device, m_registration, m_journal, *m_processes),
       m_desktop(m_device, m_registration, m_journal, *m_processes), m_channel(device.ChannelFile(), m_journal, m_clock),
       m_instances(m_app, m_journal, m_dispatcher, limits), m_services(m_registration, m_app, m_instances, m_journal),
       m_tasks(device.TasksFile(), m_journal, m_clock, m_instances)

@@ -34,7 +34,7 @@ class Platform
     };
 
     // switchOff: called on the dispatcher when the device is to be switched off. time: outlives this.
-    // Throws Error when what the device keeps cannot be read.
+    // Throws Error when the journal cannot be written.
     Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
              std::function<void()> switchOff, Limits limits = {}, JournalFile journalFile = JournalFile::Kept);
     Platform(Platform const&) = delete;

@@ -1,12 +1,9 @@
 #include "simulator/platform/PushChannel.h"
 
 #include "simulator/base/Error.h"
-#include "simulator/base/Files.h"
-#include "simulator/base/WordFile.h"
 #include "simulator/protocol/Event.h"
 
 #include <array>
-#include <cwchar>
 #include <span>
 #include <windows.h>
 
@@ -80,13 +77,15 @@ std::wstring NewUri()
 } // namespace
 
 PushChannel::PushChannel(std::wstring file, Journal& journal, Clock const& clock)
-    : m_file(std::move(file)), m_journal(journal), m_clock(clock)
+    : m_file(std::move(file), journal), m_journal(journal), m_clock(clock)
 {
-    auto const lines = ReadWordFile(m_file);
-    if (!lines.empty() && lines[0].size() == 2)
-    {
-        m_channel = Channel{lines[0][0], std::wcstoll(lines[0][1].c_str(), nullptr, 10)};
-    }
+    m_file.Read([this](StateFile::Words const& words) {
+        if (words.size() != 2)
+        {
+            throw Error(L"it is not URI EXPIRY");
+        }
+        m_channel = Channel{words[0], NumberIn(words[1], L"time")};
+    });
 }
 
 PushChannel::Channel const& PushChannel::Create()
@@ -104,7 +103,7 @@ void PushChannel::Replace(std::wstring uri)
 PushChannel::Channel const& PushChannel::Open(std::wstring uri)
 {
     Channel channel{std::move(uri), m_clock.Now() + lifetime};
-    WriteWordFile(m_file, {{channel.uri, std::to_wstring(channel.expiry)}});
+    m_file.Write({{channel.uri, std::to_wstring(channel.expiry)}});
     m_journal.Add(L"channel-created", {Detail(L"expires", Clock::Text(channel.expiry))});
     return m_channel.emplace(std::move(channel));
 }
@@ -129,7 +128,7 @@ void PushChannel::ClockAdvanced()
 
 void PushChannel::Remove()
 {
-    sim::Remove(m_file);
+    m_file.Remove();
     m_channel.reset();
 }
 

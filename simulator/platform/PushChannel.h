@@ -18,7 +18,7 @@ class PushChannel
         std::int64_t expiry; // of the clock
     };
 
-    // file: where it is kept. Throws Error when that cannot be read.
+    // file: where it is kept.
     PushChannel(std::wstring file, Journal& journal, Clock const& clock);
 
     // The live channel, or a new one. Throws Error when that cannot be kept.
@@ -44,7 +44,7 @@ class PushChannel
   private:
     Channel const& Open(std::wstring uri);
 
-    std::wstring m_file;
+    StateFile m_file;
     Journal& m_journal;
     Clock const& m_clock;
     std::optional<Channel> m_channel;

@@ -64,10 +64,14 @@ std::wstring Device::ReadyEventName() const
 
 void Device::Clear() const
 {
-    for (auto const* name : {L"Packages", L"Temp", L"desktop", L"crashes", L"layout", L"events.log", L"package.txt",
-                             L"tasks.txt", L"channel.txt", L"clock.txt"})
+    for (auto const* name : {L"Packages", L"Temp", L"desktop", L"crashes", L"layout", L"events.log", L"package.txt"})
     {
         Remove(m_home + L"\\" + name);
+    }
+    for (auto const& file : StateFiles())
+    {
+        Remove(file);
+        Remove(SetAside(file));
     }
 }
 

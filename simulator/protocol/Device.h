@@ -1,5 +1,6 @@
 #pragma once
 #include <string>
+#include <vector>
 
 namespace sim
 {
@@ -34,6 +35,10 @@ class Device
     std::wstring TasksFile() const { return m_home + L"\\tasks.txt"; }
     std::wstring ChannelFile() const { return m_home + L"\\channel.txt"; }
     std::wstring ClockFile() const { return m_home + L"\\clock.txt"; }
+
+    // All of these, and where one of them goes that is damaged.
+    std::vector<std::wstring> StateFiles() const { return {TasksFile(), ChannelFile(), ClockFile()}; }
+    static std::wstring SetAside(std::wstring const& stateFile) { return stateFile + L".damaged"; }
 
     // An app's data; its container's own temporary folder, as GetTempPathW gives it inside.
     std::wstring PackageDataFolder(std::wstring const& familyName) const

@@ -152,8 +152,9 @@ class Player
     // Empty while the app has no channel.
     std::wstring ChannelUri() const
     {
-        auto const lines = ReadWordFile(m_device.ChannelFile());
-        return lines.empty() || lines[0].empty() ? std::wstring() : lines[0][0];
+        std::wstring uri;
+        ReadWordFile(m_device.ChannelFile(), [&](Words const& words) { uri = words.empty() ? uri : words[0]; });
+        return uri;
     }
 
     static void Replace(std::wstring& text, std::wstring_view name, std::wstring const& value)
