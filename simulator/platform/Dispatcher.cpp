@@ -20,14 +20,26 @@ void Dispatcher::PostAndWait(Work const& work)
     std::mutex mutex;
     std::condition_variable ended;
     bool hasEnded = false;
+    std::exception_ptr failure;
     Post([&] {
-        work();
+        try
+        {
+            work();
+        }
+        catch (...)
+        {
+            failure = std::current_exception();
+        }
         std::lock_guard const lock(mutex);
         hasEnded = true;
         ended.notify_all();
     });
     std::unique_lock lock(mutex);
     ended.wait(lock, [&] { return hasEnded; });
+    if (failure)
+    {
+        std::rethrow_exception(failure);
+    }
 }
 
 Dispatcher::TimerId Dispatcher::SetTimer(unsigned milliseconds, Work work)
@@ -55,7 +67,7 @@ bool Dispatcher::Step()
     {
         return false;
     }
-    work();
+    Do(work);
     work = nullptr; // what it holds goes before it counts as ended
     std::lock_guard const lock(m_mutex);
     m_isRunningWork = false;
@@ -105,6 +117,16 @@ std::uint64_t Dispatcher::WaitUntilIdle()
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [&] { return m_isStopped || (!m_isRunningWork && !IsDue(m_time.Ticks())); });
     return m_postCount;
+}
+
+void Dispatcher::Do(Work const& work) const
+try
+{
+    work();
+}
+catch (std::exception const& error)
+{
+    m_failed(error);
 }
 
 Dispatcher::Work Dispatcher::TakeDue()

@@ -3,6 +3,7 @@
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Overloaded.h"
+#include "simulator/base/TypeName.h"
 
 namespace sim
 {
@@ -18,11 +19,23 @@ auto ReplyTo(std::shared_ptr<Peer> const& from, std::uint32_t number)
     return [from, number](AnyAnswer const& answer) { from->Send(Answer{number, answer}); };
 }
 
+// What the work throws says what was being done.
+template <typename Work>
+void Doing(std::wstring const& what, Work const& work)
+try
+{
+    work();
+}
+catch (std::exception const& error)
+{
+    throw Error(what + L": " + ReasonOf(error));
+}
+
 } // namespace
 
 Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
                    std::function<void()> switchOff, Limits limits, JournalFile journalFile)
-    : m_device(device), m_dispatcher(time),
+    : m_device(device), m_dispatcher(time, [this](std::exception const& error) { NoteFailure(ReasonOf(error)); }),
       m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring())),
       m_clock({device.ClockFile(), m_journal}, time), m_registration(m_device, m_journal),
       m_switchOff(std::move(switchOff)), m_processes(std::move(processes)),
@@ -38,20 +51,24 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
         }
     });
     m_processes->Listen([this](unsigned long id, unsigned long exitCode) {
-        m_dispatcher.Post([this, id, exitCode] { ProcessEnded(id, exitCode); });
+        m_dispatcher.Post(
+            [this, id, exitCode] { Doing(L"the end of a process", [&] { ProcessEnded(id, exitCode); }); });
     });
 }
 
 void Platform::Received(std::shared_ptr<Peer> from, FromProcess message)
 {
     m_dispatcher.Post([this, from = std::move(from), message = std::move(message)] {
-        std::visit([&](auto const& said) { Handle(from, said); }, message);
+        std::visit(
+            [&]<typename Message>(Message const& said) { Doing(TypeName<Message>(), [&] { Handle(from, said); }); },
+            message);
     });
 }
 
 void Platform::Closed(std::shared_ptr<Peer> from)
 {
-    m_dispatcher.Post([this, from = std::move(from)] { ConnectionEnded(from); });
+    m_dispatcher.Post(
+        [this, from = std::move(from)] { Doing(L"the end of a connection", [&] { ConnectionEnded(from); }); });
 }
 
 void Platform::Register(Package package)
@@ -156,24 +173,29 @@ void Platform::Handle(From const& from, TaskCompleted const& message)
     }
 }
 
-void Platform::Handle(From const&, RequestCompleted const& message)
+void Platform::Handle(From const& from, RequestCompleted const& message)
 {
-    m_services.Completed(message);
+    m_services.Completed(*from, message);
 }
 
-void Platform::Handle(From const&, RequestRefused const& message)
+void Platform::Handle(From const& from, RequestRefused const& message)
 {
-    m_services.Refused(message);
+    m_services.Refused(*from, message);
 }
 
-void Platform::Handle(From const&, ConnectionClosed const& message)
+void Platform::Handle(From const& from, ConnectionClosed const& message)
 {
-    m_services.Closed(message);
+    m_services.Closed(*from, message);
 }
 
 void Platform::Handle(From const& from, Request const& message)
+try
 {
     std::visit([&](auto const& request) { Answer(from, message.number, request); }, message.content);
+}
+catch (std::exception const& error)
+{
+    ReplyTo(from, message.number)(Refused{ReasonOf(error)});
 }
 
 void Platform::Handle(From const& from, Follow const&)
@@ -202,19 +224,14 @@ void Platform::Answer(From const& from, std::uint32_t number, SendRequest const&
 
 template <typename Request>
 void Platform::Answer(From const& from, std::uint32_t number, Request const& request)
-try
 {
     typename Request::Answer const answer = AnswerTo(*from, request);
     ReplyTo(from, number)(answer);
 }
-catch (Error const& error)
-{
-    ReplyTo(from, number)(Refused{error.Message()});
-}
 
-ResponseTaken Platform::AnswerTo(Peer const&, GiveResponse const& request)
+ResponseTaken Platform::AnswerTo(Peer const& from, GiveResponse const& request)
 {
-    return m_services.Respond(request);
+    return m_services.Respond(from, request);
 }
 
 ChannelCreated Platform::AnswerTo(Peer const& from, CreateChannel const&)
@@ -245,8 +262,13 @@ TaskList Platform::AnswerTo(Peer const& from, ListTasks const&)
     return list;
 }
 
-TaskUnregistered Platform::AnswerTo(Peer const&, UnregisterTask const& request)
+TaskUnregistered Platform::AnswerTo(Peer const& from, UnregisterTask const& request)
 {
+    if (!m_app.IsPeer(from))
+    {
+        m_journal.AddRefusal<UnregisterTask>(L"id", request.id);
+        return {elementNotFound};
+    }
     m_tasks.Unregister(request);
     return {};
 }
@@ -258,8 +280,13 @@ try
 }
 catch (Error const& error)
 {
-    m_journal.Add(L"device-failed", {Detail(L"reason", error.Message())});
+    NoteFailure(TypeName<LaunchDesktop>() + L": " + error.Message());
     return {unspecifiedFailure};
+}
+
+void Platform::NoteFailure(std::wstring const& reason)
+{
+    m_journal.Add(L"device-failed", {Detail(L"reason", reason)});
 }
 
 void Platform::ConnectionEnded(From const& from)

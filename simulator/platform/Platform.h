@@ -84,11 +84,13 @@ class Platform
     void Handle(From const& from, Follow const& message);
     void Handle(From const& from, SwitchOff const& message);
 
-    // What they ask: answers that come later.
+    // What they ask. What is thrown refuses it.
+
+    // Answers that come later.
     void Answer(From const& from, std::uint32_t number, OpenConnection const& request);
     void Answer(From const& from, std::uint32_t number, SendRequest const& request);
 
-    // Answers at once. Throw Error with what is to be said instead.
+    // Answers at once.
     template <typename Request>
     void Answer(From const& from, std::uint32_t number, Request const& request);
     ResponseTaken AnswerTo(Peer const& from, GiveResponse const& request);
@@ -118,6 +120,9 @@ class Platform
     Shown Activate(Activation::Content content);
     void NeedApp() const;
     void NeedNoApp() const;
+
+    // Something has failed that no process hears of.
+    void NoteFailure(std::wstring const& reason);
 
     // What follows from an end.
     void ConnectionEnded(From const& from);

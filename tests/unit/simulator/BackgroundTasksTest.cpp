@@ -62,6 +62,15 @@ TEST_F(BackgroundTasksTest, RegistersForTheAppAlone)
     EXPECT_EQ(TasksOf(m_caller), none);
 }
 
+TEST_F(BackgroundTasksTest, AreUnregisteredByTheAppAlone)
+{
+    auto const id = RegisterPush(L"A Task");
+    Reports();
+    EXPECT_EQ(Ask(m_caller, sim::UnregisterTask{id, true}), sim::TaskUnregistered{elementNotFound});
+    EXPECT_EQ(Reports(), Texts{L"message-refused message=UnregisterTask id=" + id});
+    EXPECT_EQ(TasksOf(m_app).tasks.size(), 1u);
+}
+
 TEST_F(BackgroundTasksTest, TakesNoTimerUnder15Minutes)
 {
     EXPECT_EQ(Ask(m_app, sim::RegisterTask{L"A Task", sim::Trigger::Timer, 14}), sim::TaskRegistered{invalidArgument});
