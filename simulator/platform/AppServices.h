@@ -27,6 +27,9 @@ class AppServices
 
     AppServices(Registration const& registration, AppProcess const& app, TaskInstances& instances, Journal& journal);
 
+    // The next connection has the number after this one.
+    void NumberAfter(std::uint32_t last) noexcept { m_lastConnection = last; }
+
     // Each of these as the message that it takes.
     void Open(std::shared_ptr<Peer> const& caller, OpenConnection const& request, Reply<OpenConnection> const& reply);
     void Send(Peer const& from, SendRequest const& request, Reply<SendRequest> const& reply);

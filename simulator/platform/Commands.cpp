@@ -108,6 +108,7 @@ Shown Platform::AnswerTo(Peer const&, ShowTasks const&)
 Shown Platform::AnswerTo(Peer const&, SetFault const& request)
 {
     m_faults.Set(request.fault);
+    KeepSession();
     m_app.Send(FaultSet{request.fault});
     return {};
 }
@@ -115,6 +116,7 @@ Shown Platform::AnswerTo(Peer const&, SetFault const& request)
 Shown Platform::AnswerTo(Peer const&, ClearFaults const&)
 {
     m_faults.Clear();
+    KeepSession();
     m_app.Send(FaultsCleared{});
     return {};
 }

@@ -3,7 +3,10 @@
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Overloaded.h"
+#include "simulator/base/Text.h"
 #include "simulator/base/TypeName.h"
+
+#include <algorithm>
 
 namespace sim
 {
@@ -37,8 +40,8 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
                    std::function<void()> switchOff, Limits limits, JournalFile journalFile)
     : m_device(device), m_dispatcher(time, [this](std::exception const& error) { NoteFailure(ReasonOf(error)); }),
       m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring())),
-      m_clock({device.ClockFile(), m_journal}, time), m_registration(m_device, m_journal),
-      m_switchOff(std::move(switchOff)), m_processes(std::move(processes)),
+      m_session(device.SessionFile(), m_journal), m_clock({device.ClockFile(), m_journal}, time),
+      m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)), m_processes(std::move(processes)),
       m_app(m_device, m_registration, m_journal, *m_processes),
       m_desktop(m_device, m_registration, m_journal, *m_processes), m_channel(device.ChannelFile(), m_journal, m_clock),
       m_instances(m_app, m_journal, m_dispatcher, limits), m_services(m_registration, m_app, m_instances, m_journal),
@@ -54,6 +57,12 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
         m_dispatcher.Post(
             [this, id, exitCode] { Doing(L"the end of a process", [&] { ProcessEnded(id, exitCode); }); });
     });
+    m_sessionStart = Now();
+    if (m_session.Exists())
+    {
+        TakeSessionOver();
+    }
+    KeepSession();
 }
 
 void Platform::Received(std::shared_ptr<Peer> from, FromProcess message)
@@ -96,10 +105,59 @@ void Platform::ReplaceChannel(std::wstring uri)
     m_channel.Replace(std::move(uri));
 }
 
-void Platform::EndProcesses()
+void Platform::SwitchOff()
 {
     m_app.Kill();
     m_desktop.KillAll();
+    m_sessionStart.reset();
+    m_session.Remove();
+}
+
+void Platform::TakeSessionOver()
+{
+    m_session.Read([this](StateFile::Words const& words) {
+        if (words.size() == 2 && words[0] == L"since")
+        {
+            m_sessionStart = NumberIn(words[1], L"time");
+        }
+        else if (words.size() > 1 && words[0] == L"fault")
+        {
+            m_faults.Set(ParseFault({words.begin() + 1, words.end()}));
+        }
+        else
+        {
+            throw Error(L"it is neither since TIME nor fault CALL KIND …");
+        }
+    });
+    auto const events = ReadJournal(m_device.JournalFile());
+    auto const last = [&](std::wstring_view name) {
+        std::uint32_t number = 0;
+        for (auto const& event : events)
+        {
+            auto const value = event.time < *m_sessionStart ? std::nullopt : event.Detail(name);
+            number = std::max(number, value ? ParseNumber(*value).value_or(0) : 0);
+        }
+        return number;
+    };
+    m_instances.NumberAfter(last(L"instance"));
+    m_services.NumberAfter(last(L"connection"));
+    m_journal.Add(L"broker-lost", {Detail(L"last-instance", std::to_wstring(last(L"instance"))),
+                                   Detail(L"faults", std::to_wstring(m_faults.All().size()))});
+}
+
+void Platform::KeepSession()
+{
+    if (!m_sessionStart)
+    {
+        return;
+    }
+    std::vector<StateFile::Words> lines = {{L"since", std::to_wstring(*m_sessionStart)}};
+    for (auto const& fault : m_faults.All())
+    {
+        lines.push_back(fault.Words());
+        lines.back().insert(lines.back().begin(), L"fault");
+    }
+    m_session.Write(lines);
 }
 
 void Platform::Handle(From const& from, Hello const& message)
@@ -138,6 +196,10 @@ void Platform::Handle(From const& from, FaultStruck const& message)
     if (fault)
     {
         m_journal.Add(L"fault", fault->Details());
+        if (fault->times != Fault::always)
+        {
+            KeepSession();
+        }
     }
 }
 
@@ -207,7 +269,7 @@ void Platform::Handle(From const& from, Follow const&)
     m_followers.push_back(from);
 }
 
-void Platform::Handle(From const&, SwitchOff const&)
+void Platform::Handle(From const&, sim::SwitchOff const&)
 {
     m_switchOff();
 }

@@ -63,8 +63,9 @@ class Platform
     // Opens a channel with a URI of the caller's choice.
     void ReplaceChannel(std::wstring uri);
 
-    // Ends everything that was started. For the end of the device.
-    void EndProcesses();
+    // Ends everything that was started: the device is switched off. A platform that is not told so was killed; the next
+    // one takes over its faults, and its numbers go on.
+    void SwitchOff();
 
   private:
     using From = std::shared_ptr<Peer>;
@@ -82,7 +83,7 @@ class Platform
     void Handle(From const& from, ConnectionClosed const& message);
     void Handle(From const& from, Request const& message);
     void Handle(From const& from, Follow const& message);
-    void Handle(From const& from, SwitchOff const& message);
+    void Handle(From const& from, sim::SwitchOff const& message);
 
     // What they ask. What is thrown refuses it.
 
@@ -121,6 +122,10 @@ class Platform
     void NeedApp() const;
     void NeedNoApp() const;
 
+    // What is in force until the device is switched off.
+    void TakeSessionOver();
+    void KeepSession();
+
     // Something has failed that no process hears of.
     void NoteFailure(std::wstring const& reason);
 
@@ -132,6 +137,8 @@ class Platform
     Device const m_device;
     Dispatcher m_dispatcher;
     Journal m_journal;
+    StateFile m_session;
+    std::optional<Moment> m_sessionStart; // none once it is over
     Clock m_clock;
     Registration m_registration;
     FaultTable m_faults;

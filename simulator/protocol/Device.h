@@ -36,8 +36,11 @@ class Device
     std::wstring ChannelFile() const { return m_home + L"\\channel.txt"; }
     std::wstring ClockFile() const { return m_home + L"\\clock.txt"; }
 
+    // There while a broker serves the device: one that is killed leaves it.
+    std::wstring SessionFile() const { return m_home + L"\\session.txt"; }
+
     // All of these, and where one of them goes that is damaged.
-    std::vector<std::wstring> StateFiles() const { return {TasksFile(), ChannelFile(), ClockFile()}; }
+    std::vector<std::wstring> StateFiles() const { return {TasksFile(), ChannelFile(), ClockFile(), SessionFile()}; }
     static std::wstring SetAside(std::wstring const& stateFile) { return stateFile + L".damaged"; }
 
     // An app's data; its container's own temporary folder, as GetTempPathW gives it inside.

@@ -516,7 +516,7 @@ TEST_F(PlatformTest, EndsWhatRunsWhenTheDeviceIsSwitchedOff)
     EXPECT_FALSE(m_isSwitchedOff);
     Say(m_commandLine, sim::SwitchOff{});
     EXPECT_TRUE(m_isSwitchedOff);
-    m_platform->EndProcesses();
+    m_platform->SwitchOff();
     EXPECT_EQ(m_processes->killed, (std::vector<unsigned long>{100, 101}));
 }
 
