@@ -73,7 +73,13 @@ Shown Platform::AnswerTo(Peer const&, Push const& request)
 {
     static_cast<void>(m_registration.Need());
     m_channel.ClockAdvanced();
-    return {m_tasks.Push(m_channel, request.payload)};
+    return {m_tasks.Push(m_channel, request)};
+}
+
+Shown Platform::AnswerTo(Peer const&, SetCondition const& request)
+{
+    m_tasks.Set(request);
+    return {};
 }
 
 Shown Platform::AnswerTo(Peer const&, AdvanceClock const& request)
@@ -102,7 +108,7 @@ Shown Platform::AnswerTo(Peer const&, CancelTasks const& request)
 
 Shown Platform::AnswerTo(Peer const&, ShowTasks const&)
 {
-    return {L"registered:" + m_tasks.Text() + L"\nrunning:" + m_instances.Text()};
+    return {L"registered:" + m_tasks.Text() + L"\nrunning:" + m_instances.Text() + m_tasks.WaitingText()};
 }
 
 Shown Platform::AnswerTo(Peer const&, SetFault const& request)
@@ -134,6 +140,7 @@ Shown Platform::AnswerTo(Peer const&, ShowStatus const&)
     text += L"\ntasks     registered: " + std::to_wstring(m_tasks.All().size()) + L", running: " +
             std::to_wstring(m_instances.Count());
     text += L"\nservice   connections: " + std::to_wstring(m_services.Count());
+    text += m_tasks.ConditionText();
     for (auto const& file : m_device.StateFiles())
     {
         auto const damaged = Device::SetAside(file);

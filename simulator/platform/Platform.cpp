@@ -141,6 +141,7 @@ void Platform::TakeSessionOver()
     };
     m_instances.NumberAfter(last(L"instance"));
     m_services.NumberAfter(last(L"connection"));
+    m_tasks.NumberAfter(last(L"wake"));
     m_journal.Add(L"broker-lost", {Detail(L"last-instance", std::to_wstring(last(L"instance"))),
                                    Detail(L"faults", std::to_wstring(m_faults.All().size()))});
 }
@@ -338,7 +339,7 @@ TaskUnregistered Platform::AnswerTo(Peer const& from, UnregisterTask const& requ
 DesktopLaunched Platform::AnswerTo(Peer const& from, LaunchDesktop const& request)
 try
 {
-    return {m_app.IsPeer(from) ? m_desktop.Launch(request) : elementNotFound};
+    return {m_app.IsPeer(from) ? m_desktop.Launch(request, m_tasks.RunningWake()) : elementNotFound};
 }
 catch (Error const& error)
 {

@@ -110,6 +110,7 @@ class Platform
     Shown AnswerTo(Peer const& from, RequestPage const& request);
     Shown AnswerTo(Peer const& from, KillApp const& request);
     Shown AnswerTo(Peer const& from, Push const& request);
+    Shown AnswerTo(Peer const& from, SetCondition const& request);
     Shown AnswerTo(Peer const& from, AdvanceClock const& request);
     Shown AnswerTo(Peer const& from, RevokeChannel const& request);
     Shown AnswerTo(Peer const& from, CancelTasks const& request);

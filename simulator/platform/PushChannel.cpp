@@ -3,6 +3,7 @@
 #include "simulator/base/Error.h"
 #include "simulator/protocol/Event.h"
 
+#include <algorithm>
 #include <array>
 #include <span>
 #include <windows.h>
@@ -15,6 +16,7 @@ namespace sim
 namespace
 {
 
+constexpr wchar_t ended[] = L"ended";
 constexpr std::int64_t lifetime = 30LL * 24 * 60 * Clock::minute;
 
 std::wstring Base64(std::span<unsigned char const> bytes)
@@ -82,10 +84,26 @@ PushChannel::PushChannel(std::wstring file, Journal& journal, Clock const& clock
     m_file.Read([this](StateFile::Words const& words) {
         if (words.size() != 2)
         {
-            throw Error(L"it is not URI EXPIRY");
+            throw Error(L"it is neither URI EXPIRY nor URI ended");
+        }
+        if (words[1] == ended)
+        {
+            m_ended.push_back(words[0]);
+            return;
         }
         m_channel = Channel{words[0], NumberIn(words[1], L"time")};
     });
+}
+
+std::optional<PushChannel::Refusal> PushChannel::RefusalOf(std::wstring const& uri) const
+{
+    if (m_channel && m_channel->uri == uri)
+    {
+        return std::nullopt;
+    }
+    return std::ranges::find(m_ended, uri) != m_ended.end()
+               ? Refusal{410, L"Gone: the channel has expired or was revoked"}
+               : Refusal{404, L"Not Found: no channel has this URI"};
 }
 
 PushChannel::Channel const& PushChannel::Create()
@@ -103,17 +121,30 @@ void PushChannel::Replace(std::wstring uri)
 PushChannel::Channel const& PushChannel::Open(std::wstring uri)
 {
     Channel channel{std::move(uri), m_clock.Now() + lifetime};
-    m_file.Write({{channel.uri, std::to_wstring(channel.expiry)}});
+    Keep(channel);
     m_journal.Add(L"channel-created", {Detail(L"expires", Clock::Text(channel.expiry))});
     return m_channel.emplace(std::move(channel));
+}
+
+void PushChannel::Keep(std::optional<Channel> const& channel) const
+{
+    std::vector<StateFile::Words> lines;
+    for (auto const& uri : m_ended)
+    {
+        lines.push_back({uri, ended});
+    }
+    if (channel)
+    {
+        lines.push_back({channel->uri, std::to_wstring(channel->expiry)});
+    }
+    m_file.Write(lines);
 }
 
 void PushChannel::Revoke()
 {
     if (m_channel)
     {
-        Remove();
-        m_journal.Add(L"channel-revoked");
+        End(L"channel-revoked");
     }
 }
 
@@ -121,15 +152,23 @@ void PushChannel::ClockAdvanced()
 {
     if (m_channel && m_channel->expiry <= m_clock.Now())
     {
-        Remove();
-        m_journal.Add(L"channel-expired");
+        End(L"channel-expired");
     }
+}
+
+void PushChannel::End(std::wstring event)
+{
+    m_ended.push_back(m_channel->uri);
+    m_channel.reset();
+    m_journal.Add(std::move(event));
+    Keep(std::nullopt);
 }
 
 void PushChannel::Remove()
 {
     m_file.Remove();
     m_channel.reset();
+    m_ended.clear();
 }
 
 std::wstring PushChannel::Status() const

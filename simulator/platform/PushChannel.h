@@ -4,6 +4,8 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace sim
 {
@@ -29,6 +31,15 @@ class PushChannel
 
     bool IsLive() const { return m_channel.has_value(); }
 
+    // What the push service answers to a push to that URI: its status and what that means. None: it takes the push.
+    struct Refusal
+    {
+        unsigned status;
+        std::wstring_view meaning;
+    };
+
+    std::optional<Refusal> RefusalOf(std::wstring const& uri) const;
+
     // Ends the channel, if there is one.
     void Revoke();
 
@@ -43,11 +54,14 @@ class PushChannel
 
   private:
     Channel const& Open(std::wstring uri);
+    void End(std::wstring event);
+    void Keep(std::optional<Channel> const& channel) const;
 
     StateFile m_file;
     Journal& m_journal;
     Clock const& m_clock;
     std::optional<Channel> m_channel;
+    std::vector<std::wstring> m_ended; // the URIs of those before
 };
 
 } // namespace sim

@@ -122,7 +122,7 @@ class Player
     void Act(Words const& words)
     {
         for (auto const* known : {L"launch", L"protocol", L"suspend", L"page", L"kill", L"fault", L"push", L"clock",
-                                  L"revoke-channel", L"cancel-tasks"})
+                                  L"revoke-channel", L"cancel-tasks", L"access", L"battery", L"network"})
         {
             if (words[0] == known)
             {
@@ -149,7 +149,7 @@ class Player
         return words;
     }
 
-    // Empty while the app has no channel.
+    // Of the last channel that was opened, or empty.
     std::wstring ChannelUri() const
     {
         std::wstring uri;

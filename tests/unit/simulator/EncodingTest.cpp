@@ -39,6 +39,8 @@ std::vector<sim::AnyRequest> Requests()
             sim::RequestPage{L"A.Page"},
             sim::KillApp{},
             sim::Push{L"payload"},
+            sim::Push{L"payload", L"https://uri"},
+            sim::SetCondition{sim::Condition::NetworkOff, true},
             sim::AdvanceClock{-1},
             sim::RevokeChannel{},
             sim::CancelTasks{11},

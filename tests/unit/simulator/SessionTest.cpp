@@ -35,6 +35,8 @@ TEST_F(SessionTest, IsTakenOverFromAKilledPlatform)
     m_activations.clear();
     EXPECT_EQ(Open(m_caller), connection + 1);
     EXPECT_EQ(InstanceOf(0), 3u);
+    AdvanceClock(day);
+    EXPECT_EQ(TaskAt(1).wake, 2u);
 }
 
 TEST_F(SessionTest, IsTakenOverAgain)
