@@ -151,8 +151,8 @@ void BackgroundTasks::RunDue()
         auto const missed = (now - task.due) / period;
         task.once ? m_registry.Remove(task.id) : m_registry.SetDue(task.id, task.due + (missed + 1) * period);
         m_waiting.push_back({task, L"", ++m_lastWake});
+        StartNext();
     }
-    StartNext();
 }
 
 void BackgroundTasks::Set(SetCondition const& request)
@@ -167,6 +167,7 @@ void BackgroundTasks::Set(SetCondition const& request)
     m_journal.Add(L"condition", {Detail(words.name, request.holds ? words.holds : words.ends)});
     if (!words.holdsTasksBack.empty())
     {
+        StartNext();
         RunDue();
     }
 }

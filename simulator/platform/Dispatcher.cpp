@@ -20,26 +20,14 @@ void Dispatcher::PostAndWait(Work const& work)
     std::mutex mutex;
     std::condition_variable ended;
     bool hasEnded = false;
-    std::exception_ptr failure;
     Post([&] {
-        try
-        {
-            work();
-        }
-        catch (...)
-        {
-            failure = std::current_exception();
-        }
+        Do(work);
         std::lock_guard const lock(mutex);
         hasEnded = true;
         ended.notify_all();
     });
     std::unique_lock lock(mutex);
     ended.wait(lock, [&] { return hasEnded; });
-    if (failure)
-    {
-        std::rethrow_exception(failure);
-    }
 }
 
 Dispatcher::TimerId Dispatcher::SetTimer(unsigned milliseconds, Work work)

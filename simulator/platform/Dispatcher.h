@@ -35,7 +35,7 @@ class Dispatcher
     // Behind all that was posted before. From any thread; never blocks.
     void Post(Work work);
 
-    // Posts the work and waits until it has run. Throws what it throws. From any thread but the one that runs this.
+    // Posts the work and waits until it has run. From any thread but the one that runs this.
     void PostAndWait(Work const& work);
 
     // The work runs once the time is over, unless it is cancelled before. From within work.
