@@ -352,7 +352,7 @@ TEST_F(AppServicesTest, AreClosedByTheirOwnEndsAlone)
     Say(m_caller, sim::ConnectionClosed{connection, ConnectionEnd::Service});
     EXPECT_EQ(Reports(), Texts(3, L"message-refused message=ConnectionClosed connection=1"));
     Say(m_app, sim::ConnectionClosed{connection, ConnectionEnd::Service});
-    EXPECT_EQ(Reports().front(), L"app-service-closed connection=1 by=service status=Completed");
+    EXPECT_EQ(Reports(), Texts{L"app-service-closed connection=1 by=service status=Completed"});
 }
 
 TEST_F(AppServicesTest, AreClosedByTheirServiceAloneBeforeItHasReturned)
@@ -363,7 +363,7 @@ TEST_F(AppServicesTest, AreClosedByTheirServiceAloneBeforeItHasReturned)
     Say(m_caller, sim::ConnectionClosed{1, ConnectionEnd::Service});
     EXPECT_EQ(Reports(), Texts{L"message-refused message=ConnectionClosed connection=1"});
     Say(m_app, sim::ConnectionClosed{1, ConnectionEnd::Service});
-    EXPECT_EQ(Reports().front(), L"app-service-closed connection=1 by=service status=Completed");
+    EXPECT_EQ(Reports(), Texts{L"app-service-closed connection=1 by=service status=Completed"});
 }
 
 TEST_F(AppServicesTest, AreClosedOnceByACallerThatDoesNotWait)

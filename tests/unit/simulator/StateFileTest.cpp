@@ -113,7 +113,9 @@ TEST_F(StateFileTest, ThatCannotBeReadIsReportedAndThePlatformGoesOn)
                                              FILE_ATTRIBUTE_NORMAL, nullptr));
         Restart();
     }
-    auto const damaged = Reports().front();
+    auto const reports = Reports();
+    ASSERT_FALSE(reports.empty());
+    auto const& damaged = reports.front();
     EXPECT_NE(damaged.find(L"state-damaged file="), std::wstring::npos) << testing::PrintToString(damaged);
     EXPECT_NE(damaged.find(L" not-kept='"), std::wstring::npos) << testing::PrintToString(damaged);
     EXPECT_TRUE(sim::FileExists(m_device.TasksFile()));
