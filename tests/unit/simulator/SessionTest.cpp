@@ -44,7 +44,7 @@ TEST_F(SessionTest, IsTakenOverAgain)
     Open(m_caller);
     KillPlatform();
     KillPlatform();
-    EXPECT_EQ(Reports().back(), L"broker-lost last-instance=1 faults=0");
+    EXPECT_EQ(LastEvent().Text(), L"broker-lost last-instance=1 faults=0");
 }
 
 TEST_F(SessionTest, EndsWhenTheDeviceIsSwitchedOff)
@@ -73,7 +73,7 @@ TEST_F(SessionTest, ForgetsFaultsThatAreCleared)
     SetFault({m_exit, L"now", L"0x80004005"});
     Ask(sim::ClearFaults{});
     KillPlatform();
-    EXPECT_EQ(Reports().back(), L"broker-lost last-instance=0 faults=0");
+    EXPECT_EQ(LastEvent().Text(), L"broker-lost last-instance=0 faults=0");
 }
 
 TEST_F(SessionTest, IsTakenOverWithoutWhatMakesNoSense)
