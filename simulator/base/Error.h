@@ -1,6 +1,7 @@
 #pragma once
 #include <exception>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace sim
@@ -17,5 +18,13 @@ class Error : public std::exception
   private:
     std::wstring m_message;
 };
+
+// What a person is told of any exception.
+inline std::wstring ReasonOf(std::exception const& error)
+{
+    auto const* const own = dynamic_cast<Error const*>(&error);
+    std::string_view const what = error.what();
+    return own ? own->Message() : std::wstring(what.begin(), what.end());
+}
 
 } // namespace sim

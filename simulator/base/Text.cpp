@@ -51,14 +51,20 @@ std::wstring Hex(std::uint32_t value)
     return text;
 }
 
-std::optional<std::uint32_t> ParseNumber(std::wstring_view text)
+std::optional<std::uint64_t> ParseNumberUpTo(std::uint64_t largest, std::wstring_view text)
 {
     auto const hexadecimal = text.starts_with(L"0x") || text.starts_with(L"0X");
     auto const digits = ToUtf8(text.substr(hexadecimal ? 2 : 0));
     auto const* const end = digits.data() + digits.size();
-    std::uint32_t value = 0;
+    std::uint64_t value = 0;
     auto const [stop, error] = std::from_chars(digits.data(), end, value, hexadecimal ? 16 : 10);
-    return error == std::errc() && stop == end ? std::optional(value) : std::nullopt;
+    return error == std::errc() && stop == end && value <= largest ? std::optional(value) : std::nullopt;
+}
+
+std::optional<std::uint32_t> ParseNumber(std::wstring_view text)
+{
+    auto const number = ParseNumberUpTo(UINT32_MAX, text);
+    return number ? std::optional(static_cast<std::uint32_t>(*number)) : std::nullopt;
 }
 
 std::optional<std::wstring_view> TakeLine(std::wstring_view& text)

@@ -23,6 +23,9 @@ std::wstring Hex(std::uint32_t value);
 // A whole number in decimal, or in hexadecimal with 0x before it; nullopt for anything else or beyond 32 bits.
 std::optional<std::uint32_t> ParseNumber(std::wstring_view text);
 
+// The same with another limit.
+std::optional<std::uint64_t> ParseNumberUpTo(std::uint64_t largest, std::wstring_view text);
+
 // Takes the first line off the text and gives it without its CR LF; nullopt when the text holds no whole line.
 std::optional<std::wstring_view> TakeLine(std::wstring_view& text);
 

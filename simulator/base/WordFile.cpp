@@ -8,27 +8,30 @@
 namespace sim
 {
 
-std::vector<std::vector<std::wstring>> ReadWordFile(std::wstring const& path)
+std::wstring ReadWordFile(std::wstring const& path, std::function<void(std::vector<std::wstring> const&)> const& take)
+try
 {
-    std::vector<std::vector<std::wstring>> lines;
-    if (!FileExists(path))
-    {
-        return lines;
-    }
-    auto const text = ReadText(path);
+    std::wstring damage;
+    auto const text = FileExists(path) ? ReadText(path) : std::wstring();
     std::wstring_view rest = text;
-    while (auto const line = TakeLine(rest))
+    for (int number = 1; !rest.empty(); ++number)
     {
+        auto const line = TakeLine(rest);
         try
         {
-            lines.push_back(SplitWords(*line));
+            take(SplitWords(line ? *line : throw Error(L"the file ends in the middle of it")));
         }
-        catch (Error const&)
+        catch (Error const& error)
         {
-            // Ignored: somebody has edited the file; the other lines hold.
+            damage = L"line " + std::to_wstring(number) + L": " + error.Message();
+            rest = line ? rest : std::wstring_view();
         }
     }
-    return lines;
+    return damage;
+}
+catch (Error const& error)
+{
+    return error.Message();
 }
 
 void WriteWordFile(std::wstring const& path, std::vector<std::vector<std::wstring>> const& lines)

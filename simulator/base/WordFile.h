@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,9 +9,9 @@ namespace sim
 // A text file in UTF-8 whose lines are words, as SplitWords takes them: what the services keep on the device, to be
 // read by people too.
 
-// No lines for a file that is missing; lines that cannot be split are left out. Throws Error for one that cannot be
-// read.
-std::vector<std::vector<std::wstring>> ReadWordFile(std::wstring const& path);
+// Gives the words of each line to `take`, which throws Error for those that make no sense; a missing file has no lines.
+// Gives what is wrong with the file and where, the last of it; empty: nothing.
+std::wstring ReadWordFile(std::wstring const& path, std::function<void(std::vector<std::wstring> const&)> const& take);
 
 // Replaces the whole file at once: a reader, also after a crash, finds the old lines or the new ones. Throws
 // Error.

@@ -85,7 +85,7 @@ class Server
     {
         std::thread work([this] { m_platform.Work().Run(); });
         AcceptUntilStopped();
-        m_platform.Work().PostAndWait([this] { m_platform.EndProcesses(); });
+        m_platform.Work().PostAndWait([this] { m_platform.SwitchOff(); });
         m_platform.Work().Stop();
         work.join();
     }

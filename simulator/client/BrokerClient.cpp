@@ -5,7 +5,6 @@
 #include "simulator/base/Process.h"
 #include "simulator/base/Text.h"
 #include "simulator/protocol/Encoding.h"
-#include "simulator/protocol/Pipe.h"
 
 namespace sim
 {
@@ -13,7 +12,15 @@ namespace sim
 namespace
 {
 
-constexpr wchar_t ended[] = L"the device's broker has ended: the device is off";
+constexpr wchar_t brokerEnded[] = L"the device's broker has ended: the device is off";
+
+// brokerId: its process; 0: unknown.
+std::wstring HungText(unsigned long brokerId)
+{
+    auto const process = brokerId == 0 ? std::wstring() : L" (process " + std::to_wstring(brokerId) + L")";
+    return L"the device's broker" + process + L" has not answered for " + std::to_wstring(hungAfter / 1'000) +
+           L" s: end its process, and the next command starts another one";
+}
 
 // Returns when the broker serves, or when another one proved to be quicker.
 void StartBroker(Device const& device)
@@ -48,16 +55,18 @@ std::unique_ptr<BrokerClient> BrokerClient::Connect(Device const& device)
 std::unique_ptr<BrokerClient> BrokerClient::ConnectToRunning(Device const& device)
 {
     auto pipe = ConnectPipe(device.PipeName());
-    if (!pipe)
+    if (!pipe && GetLastError() == ERROR_SEM_TIMEOUT)
     {
-        return nullptr;
+        throw Error(HungText(0));
     }
-    return std::make_unique<BrokerClient>(std::move(pipe));
+    return pipe ? std::make_unique<BrokerClient>(std::move(pipe)) : nullptr;
 }
 
-BrokerClient::BrokerClient(Handle pipe)
-    : m_inbox(std::make_shared<Inbox<ToProcess>>()), m_channel(PipeChannel::Open(std::move(pipe)))
+BrokerClient::BrokerClient(Handle pipe, unsigned answerLimit)
+    : m_answerLimit(answerLimit), m_inbox(std::make_shared<Inbox<ToProcess>>())
 {
+    GetNamedPipeServerProcessId(pipe.Get(), &m_brokerId);
+    m_channel = PipeChannel::Open(std::move(pipe));
     m_channel->Start({[inbox = m_inbox](std::string_view message) { inbox->Add(Decode<ToProcess>(message)); },
                       [inbox = m_inbox] { inbox->End(); }});
 }
@@ -72,15 +81,7 @@ std::wstring BrokerClient::Ask(AnyRequest request)
     Send(Request{0, std::move(request)}); // answered in their order
     while (m_answers.empty())
     {
-        WaitForSingleObject(m_inbox->Arrived(), INFINITE);
-        if (m_inbox->HasEnded())
-        {
-            throw Error(ended);
-        }
-        if (auto message = m_inbox->Take())
-        {
-            Sort(std::move(*message));
-        }
+        Sort(NextMessage());
     }
     auto const answer = std::move(m_answers.front().content);
     m_answers.pop_front();
@@ -106,7 +107,7 @@ std::optional<Event> BrokerClient::NextEvent()
     {
         if (m_inbox->HasEnded())
         {
-            throw Error(ended);
+            throw Error(brokerEnded);
         }
         return std::nullopt;
     }
@@ -130,6 +131,25 @@ void BrokerClient::Stop()
 void BrokerClient::Send(FromProcess const& message)
 {
     m_channel->Send(Encode(message));
+}
+
+ToProcess BrokerClient::NextMessage()
+{
+    for (;;)
+    {
+        if (auto message = m_inbox->Take())
+        {
+            return std::move(*message);
+        }
+        if (m_inbox->HasEnded())
+        {
+            throw Error(brokerEnded);
+        }
+        if (WaitForSingleObject(m_inbox->Arrived(), m_answerLimit) == WAIT_TIMEOUT)
+        {
+            throw Error(HungText(m_brokerId));
+        }
+    }
 }
 
 void BrokerClient::Sort(ToProcess message)

@@ -3,6 +3,7 @@
 #include "simulator/protocol/Device.h"
 #include "simulator/protocol/Event.h"
 #include "simulator/protocol/Messages.h"
+#include "simulator/protocol/Pipe.h"
 #include "simulator/protocol/PipeChannel.h"
 
 #include <deque>
@@ -19,16 +20,17 @@ class BrokerClient
     // Starts the broker (this program again) when none serves the device. Throws Error.
     static std::unique_ptr<BrokerClient> Connect(Device const& device);
 
-    // Null when no broker serves the device.
+    // Null when no broker serves the device. Throws Error when it hangs.
     static std::unique_ptr<BrokerClient> ConnectToRunning(Device const& device);
 
-    // pipe: connected to the broker.
-    explicit BrokerClient(Handle pipe);
+    // pipe: connected to the broker. answerLimit: in milliseconds.
+    explicit BrokerClient(Handle pipe, unsigned answerLimit = hungAfter);
     BrokerClient(BrokerClient const&) = delete;
     BrokerClient& operator=(BrokerClient const&) = delete;
     ~BrokerClient();
 
-    // Waits for the answer and gives its text. Throws Error with the broker's refusal, or when the broker ends.
+    // Waits for the answer and gives its text. Throws Error with the broker's refusal, or when the broker ends or
+    // hangs.
     std::wstring Ask(AnyRequest request);
 
     // From now on all events of the device arrive, those of its past first.
@@ -45,8 +47,11 @@ class BrokerClient
 
   private:
     void Send(FromProcess const& message);
+    ToProcess NextMessage();
     void Sort(ToProcess message);
 
+    unsigned const m_answerLimit;
+    unsigned long m_brokerId = 0;              // its process
     std::shared_ptr<Inbox<ToProcess>> m_inbox; // shared with the channel's handlers
     std::shared_ptr<PipeChannel> m_channel;
     std::deque<Answer> m_answers;

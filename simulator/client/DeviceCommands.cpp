@@ -71,7 +71,24 @@ AnyRequest OfText(Words const& words)
 
 AnyRequest SendPush(Words const& words)
 {
-    return Push{FirstOr(words, L"")};
+    auto const hasUri = !words.empty() && words[0] == L"--uri";
+    if (hasUri ? words.size() < 2 : words.size() > 1)
+    {
+        throw Error(L"a push is sent so: [--uri URI] [PAYLOAD]");
+    }
+    return hasUri ? Push{FirstOr({words.begin() + 2, words.end()}, L""), words[1]} : Push{FirstOr(words, L"")};
+}
+
+template <Condition condition>
+AnyRequest Change(Words const& words)
+{
+    auto const& known = WordsFor(condition);
+    if (words[0] != known.holds && words[0] != known.ends)
+    {
+        throw Error(std::wstring(known.name) + L" is " + std::wstring(known.holds) + L" or " +
+                    std::wstring(known.ends));
+    }
+    return SetCondition{condition, words[0] == known.holds};
 }
 
 AnyRequest Clock(Words const& words)
@@ -110,9 +127,16 @@ constexpr DeviceCommand commands[] = {
      L"  Neither shows it. sim events tells what came of it. An app that is not running is started.",
      1, 1, OfText<RequestPage>},
     {L"kill", L"", L"ends the app's process from outside, as Task Manager does", L"", 0, 0, Plain<KillApp>},
-    {L"push", L"[PAYLOAD]", L"a raw notification is sent to the app's channel",
-     L"  The payload is under 5 KB. It is lost without an open channel, or without a task that a push triggers.", 0, 1,
-     SendPush},
+    {L"push", L"[--uri URI] [PAYLOAD]", L"a raw notification is sent to the app's channel",
+     L"  The payload is under 5 KB. It is lost without an open channel, or without a task that a push triggers. To a\n"
+     L"  URI that is not the open channel's the push service answers 404, or 410 once that channel has ended.",
+     0, 3, SendPush},
+    {L"access", L"denied | allowed", L"the user denies the app background access, or allows it",
+     L"  While it is denied background tasks wait. They may be registered.", 1, 1, Change<Condition::AccessDenied>},
+    {L"battery", L"saver | normal", L"the battery saver is on, or not", L"  While it is on background tasks wait.", 1,
+     1, Change<Condition::BatterySaver>},
+    {L"network", L"off | on", L"the device has no network, or has it", L"  Without it raw notifications are lost.", 1,
+     1, Change<Condition::NetworkOff>},
     {L"clock", L"[+TIME]", L"shows the device's clock, or puts it forward",
      L"  +15m, +24h or +30d. Timers that become due run, each once; a channel that becomes too old expires.", 0, 1,
      Clock},

@@ -219,7 +219,8 @@ void AppProcess::Start()
     }
     m_process = Process{.id = started.id};
     m_journal.Add(L"app-started",
-                  {Detail(L"pid", std::to_wstring(started.id)), Detail(L"command", request.commandLine)});
+                  WithWake({Detail(L"pid", std::to_wstring(started.id)), Detail(L"command", request.commandLine)},
+                           WakeOf(m_waiting.front().activation.content)));
 }
 
 void AppProcess::SendWaiting()

@@ -48,14 +48,16 @@ void AppServices::Open(std::shared_ptr<Peer> const& caller, OpenConnection const
 void AppServices::Send(Peer const& from, SendRequest const& request, Reply<SendRequest> const& reply)
 {
     auto const found = m_connections.find(request.connection);
-    if (found == m_connections.end() || !MaySend(found->second, request.end, from))
+    auto const isCaller = request.end == ConnectionEnd::Caller;
+    if (found == m_connections.end() || !Owns(from, found->second, request.end) ||
+        (isCaller ? !found->second.app : found->second.closedEarly.has_value()))
     {
         reply({ResponseStatus::Failure, ""});
         return;
     }
     auto& [number, connection] = *found;
-    m_requests.emplace(++m_lastRequest, PendingRequest{number, reply});
-    auto const isCaller = request.end == ConnectionEnd::Caller;
+    auto const& receiver = isCaller ? connection.app : connection.caller;
+    m_requests.emplace(++m_lastRequest, PendingRequest{number, receiver, reply});
     RequestArrived const arrived{number, isCaller ? ConnectionEnd::Service : ConnectionEnd::Caller, m_lastRequest,
                                  request.set};
     if (connection.opened)
@@ -63,37 +65,50 @@ void AppServices::Send(Peer const& from, SendRequest const& request, Reply<SendR
         connection.early.push_back(arrived);
         return;
     }
-    (isCaller ? connection.app : connection.caller)->Send(arrived);
+    receiver->Send(arrived);
 }
 
-ResponseTaken AppServices::Respond(GiveResponse const& request)
+ResponseTaken AppServices::Respond(Peer const& from, GiveResponse const& request)
 {
-    auto const found = m_requests.find(request.request);
-    if (found == m_requests.end() || found->second.response)
+    auto* const pending = RequestOf(from, request);
+    if (!pending || pending->response)
     {
         return {ResponseStatus::Failure};
     }
-    found->second.response = request.set;
+    pending->response = request.set;
     return {ResponseStatus::Success};
 }
 
-void AppServices::Completed(RequestCompleted const& message)
+void AppServices::Completed(Peer const& from, RequestCompleted const& message)
 {
-    EndRequest(message.request, ResponseStatus::Success);
-}
-
-void AppServices::Refused(RequestRefused const& message)
-{
-    EndRequest(message.request, ResponseStatus::Failure);
-}
-
-void AppServices::Closed(ConnectionClosed const& message)
-{
-    if (m_connections.contains(message.connection))
+    if (RequestOf(from, message))
     {
-        message.end == ConnectionEnd::Caller ? ClosedByCaller(message.connection, ClosedStatus::Completed)
-                                             : ClosedByService(message.connection, ClosedStatus::Completed);
+        EndRequest(message.request, ResponseStatus::Success);
     }
+}
+
+void AppServices::Refused(Peer const& from, RequestRefused const& message)
+{
+    if (RequestOf(from, message))
+    {
+        EndRequest(message.request, ResponseStatus::Failure);
+    }
+}
+
+void AppServices::Closed(Peer const& from, ConnectionClosed const& message)
+{
+    auto const found = m_connections.find(message.connection);
+    if (found == m_connections.end() || (found->second.closedEarly && message.end == ConnectionEnd::Caller))
+    {
+        return; // it is closed already
+    }
+    if (!Owns(from, found->second, message.end))
+    {
+        m_journal.AddRefusal<ConnectionClosed>(L"connection", std::to_wstring(message.connection));
+        return;
+    }
+    message.end == ConnectionEnd::Caller ? ClosedByCaller(message.connection, ClosedStatus::Completed)
+                                         : ClosedByService(message.connection, ClosedStatus::Completed);
 }
 
 void AppServices::CallerEnded(Peer const& caller)
@@ -182,19 +197,36 @@ void AppServices::ClosedByService(std::uint32_t number, ClosedStatus status)
     connection.caller->Send(OtherEndClosed{number, ConnectionEnd::Caller, status});
 }
 
-// The service may do so before OnBackgroundActivated has returned, when its process is not known here yet.
-bool AppServices::MaySend(Connection const& connection, ConnectionEnd end, Peer const& from)
+// Before OnBackgroundActivated has returned, the service is the app that runs.
+bool AppServices::Owns(Peer const& from, Connection const& connection, ConnectionEnd end) const
 {
-    return end == ConnectionEnd::Caller ? connection.caller.get() == &from && connection.app
-                                        : !connection.closedEarly && (!connection.app || connection.app.get() == &from);
+    return end == ConnectionEnd::Caller ? connection.caller.get() == &from
+           : connection.app             ? connection.app.get() == &from
+                                        : m_app.IsPeer(from);
+}
+
+template <typename Message>
+AppServices::PendingRequest* AppServices::RequestOf(Peer const& from, Message const& message)
+{
+    auto const found = m_requests.find(message.request);
+    if (found == m_requests.end())
+    {
+        return nullptr;
+    }
+    if (found->second.receiver.get() != &from)
+    {
+        m_journal.AddRefusal<Message>(L"request", std::to_wstring(message.request));
+        return nullptr;
+    }
+    return &found->second;
 }
 
 void AppServices::EndRequest(std::uint32_t number, ResponseStatus status)
 {
     if (auto const node = m_requests.extract(number))
     {
-        auto const& [connection, reply, response] = node.mapped();
-        reply({status, status == ResponseStatus::Success ? response.value_or("") : ""});
+        auto const& request = node.mapped();
+        request.reply({status, status == ResponseStatus::Success ? request.response.value_or("") : ""});
     }
 }
 

@@ -27,13 +27,16 @@ class AppServices
 
     AppServices(Registration const& registration, AppProcess const& app, TaskInstances& instances, Journal& journal);
 
+    // The next connection has the number after this one.
+    void NumberAfter(std::uint32_t last) noexcept { m_lastConnection = last; }
+
     // Each of these as the message that it takes.
     void Open(std::shared_ptr<Peer> const& caller, OpenConnection const& request, Reply<OpenConnection> const& reply);
     void Send(Peer const& from, SendRequest const& request, Reply<SendRequest> const& reply);
-    ResponseTaken Respond(GiveResponse const& request);
-    void Completed(RequestCompleted const& message);
-    void Refused(RequestRefused const& message);
-    void Closed(ConnectionClosed const& message);
+    ResponseTaken Respond(Peer const& from, GiveResponse const& request);
+    void Completed(Peer const& from, RequestCompleted const& message);
+    void Refused(Peer const& from, RequestRefused const& message);
+    void Closed(Peer const& from, ConnectionClosed const& message);
 
     // A process has ended, and with it the connections that it opened. Those to the app end with its task instances.
     void CallerEnded(Peer const& caller);
@@ -61,13 +64,18 @@ class AppServices
     struct PendingRequest
     {
         std::uint32_t connection;
+        std::shared_ptr<Peer> receiver;
         Reply<SendRequest> reply;
         std::optional<std::string> response = {}; // given by its receiver
     };
 
     void ClosedByCaller(std::uint32_t number, ClosedStatus status);
     void ClosedByService(std::uint32_t number, ClosedStatus status);
-    static bool MaySend(Connection const& connection, ConnectionEnd end, Peer const& from);
+    bool Owns(Peer const& from, Connection const& connection, ConnectionEnd end) const;
+
+    // The request of the message, if it has come to this process.
+    template <typename Message>
+    PendingRequest* RequestOf(Peer const& from, Message const& message);
     void EndRequest(std::uint32_t number, ResponseStatus status);
     void FailRequests(std::uint32_t connection);
     void ReportClosed(std::uint32_t number, ConnectionEnd by, ClosedStatus status);

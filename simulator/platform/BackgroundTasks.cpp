@@ -13,7 +13,6 @@ namespace
 {
 
 constexpr auto invalidArgument = static_cast<std::int32_t>(0x80070057);
-constexpr unsigned shortestPeriod = 15;     // minutes
 constexpr std::size_t payloadLimit = 5'120; // bytes; a payload is shorter
 
 std::wstring NewId()
@@ -36,14 +35,14 @@ std::vector<std::wstring> DetailsOf(RegisteredTask const& task)
 } // namespace
 
 BackgroundTasks::BackgroundTasks(Journal& journal, Clock const& clock, TaskInstances& instances)
-    : m_registry(std::wstring()), m_journal(journal), m_clock(clock), m_instances(instances)
+    : m_registry({std::wstring(), journal}), m_journal(journal), m_clock(clock), m_instances(instances)
 {
 }
 
 TaskRegistered BackgroundTasks::Register(RegisterTask const& request)
 {
     auto const isTimer = request.trigger == Trigger::Timer;
-    if (isTimer && request.minutes < shortestPeriod)
+    if (isTimer && request.minutes < TaskRegistry::shortestPeriod)
     {
         return {invalidArgument, {}};
     }
@@ -75,7 +74,7 @@ void BackgroundTasks::Unregister(UnregisterTask const& request)
             break;
         }
     }
-    std::erase_if(m_pushes, [&](auto const& push) { return push.task.id == request.id; });
+    std::erase_if(m_waiting, [&](auto const& waiting) { return waiting.task.id == request.id; });
     if (request.cancel)
     {
         m_instances.CancelTask(request.id, CancellationReason::abort);
@@ -84,43 +83,64 @@ void BackgroundTasks::Unregister(UnregisterTask const& request)
 
 void BackgroundTasks::Load(std::wstring file)
 {
-    m_pushes.clear();
-    m_registry = TaskRegistry(std::move(file));
+    m_waiting.clear();
+    m_registry = TaskRegistry({std::move(file), m_journal});
 }
 
-std::wstring BackgroundTasks::Push(PushChannel const& channel, std::wstring const& payload)
+std::wstring BackgroundTasks::Push(PushChannel const& channel, sim::Push const& push)
 {
-    if (ToUtf8(payload).size() >= payloadLimit)
+    auto const size = ToUtf8(push.payload).size();
+    if (size >= payloadLimit)
     {
         throw Error(L"the push service refuses a payload of " + std::to_wstring(payloadLimit) + L" bytes or more");
     }
+    if (auto const refusal = push.uri ? channel.RefusalOf(*push.uri) : std::nullopt)
+    {
+        auto const status = std::to_wstring(refusal->status);
+        m_journal.Add(L"push-refused", {Detail(L"status", status)});
+        return L"the push service answers " + status + L" " + std::wstring(refusal->meaning);
+    }
     if (!channel.IsLive())
     {
-        m_journal.Add(L"push-lost", {Detail(L"reason", L"no-channel")});
-        return L"lost: the app has no open channel";
+        return Lose(L"no-channel", L"the app has no open channel");
     }
-    m_journal.Add(L"push-sent");
-    auto const before = m_pushes.size();
+    if (Holds(Condition::NetworkOff))
+    {
+        return Lose(L"no-network", L"the device has no network");
+    }
+    auto const wake = ++m_lastWake;
+    m_journal.Add(L"push-sent", WithWake({Detail(L"bytes", std::to_wstring(size))}, wake));
+    auto const before = m_waiting.size();
     for (auto const& task : m_registry.All())
     {
         if (task.trigger == Trigger::Push)
         {
-            m_pushes.push_back({task, payload});
+            m_waiting.push_back({task, push.payload, wake});
         }
     }
-    if (m_pushes.size() == before)
+    if (m_waiting.size() == before)
     {
-        m_journal.Add(L"push-lost", {Detail(L"reason", L"no-task")});
-        return L"lost: the app has no task that a push triggers";
+        return Lose(L"no-task", L"the app has no task that a push triggers");
     }
-    StartNextPush();
-    return L"sent";
+    auto const waits = WaitsFor();
+    StartNext();
+    return waits.empty() ? L"sent" : L"sent; it waits: " + waits;
+}
+
+std::wstring BackgroundTasks::Lose(std::wstring_view reason, std::wstring_view text)
+{
+    m_journal.Add(L"push-lost", {Detail(L"reason", reason)});
+    return L"lost: " + std::wstring(text);
 }
 
 void BackgroundTasks::RunDue()
 {
+    if (!HeldBackBy().empty())
+    {
+        return; // they stay due
+    }
     auto const now = m_clock.Now();
-    auto const tasks = m_registry.All(); // what ran once goes meanwhile
+    auto const tasks = m_registry.All(); // what runs once goes meanwhile
     for (auto const& task : tasks)
     {
         if (task.trigger != Trigger::Timer || task.due > now)
@@ -130,7 +150,25 @@ void BackgroundTasks::RunDue()
         auto const period = task.minutes * Clock::minute;
         auto const missed = (now - task.due) / period;
         task.once ? m_registry.Remove(task.id) : m_registry.SetDue(task.id, task.due + (missed + 1) * period);
-        Start(task, L"");
+        m_waiting.push_back({task, L"", ++m_lastWake});
+        StartNext();
+    }
+}
+
+void BackgroundTasks::Set(SetCondition const& request)
+{
+    auto const& words = WordsFor(request.condition);
+    if (request.holds == Holds(request.condition))
+    {
+        return;
+    }
+    request.holds ? static_cast<void>(m_conditions.insert(request.condition))
+                  : static_cast<void>(m_conditions.erase(request.condition));
+    m_journal.Add(L"condition", {Detail(words.name, request.holds ? words.holds : words.ends)});
+    if (!words.holdsTasksBack.empty())
+    {
+        StartNext();
+        RunDue();
     }
 }
 
@@ -148,29 +186,64 @@ std::wstring BackgroundTasks::Text() const
     return text;
 }
 
+std::wstring BackgroundTasks::WaitingText() const
+{
+    std::wstring text;
+    for (auto const& waiting : m_waiting)
+    {
+        text += L"\n  wake " + std::to_wstring(waiting.wake) + L", " + waiting.task.name + L": " + WaitsFor();
+    }
+    return text.empty() ? text : L"\nwaiting:" + text;
+}
+
+std::wstring BackgroundTasks::ConditionText() const
+{
+    std::wstring text;
+    for (auto const condition : m_conditions)
+    {
+        auto const& words = WordsFor(condition);
+        text += L"\ncondition " + std::wstring(words.name) + L" " + std::wstring(words.holds);
+    }
+    return text;
+}
+
 void BackgroundTasks::InstanceEnded(std::uint32_t instance)
 {
-    if (m_runningPush == instance)
+    if (m_running.instance == instance)
     {
-        m_runningPush.reset();
-        StartNextPush();
+        m_running = {};
+        StartNext();
     }
 }
 
-std::optional<std::uint32_t> BackgroundTasks::Start(RegisteredTask const& task, std::wstring const& payload)
+void BackgroundTasks::StartNext()
 {
-    return m_instances.Start(
-        TaskStart{.taskId = task.id, .task = task.name, .trigger = task.trigger, .payload = payload});
+    while (!m_waiting.empty() && WaitsFor().empty())
+    {
+        auto const [task, payload, wake] = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        auto const instance = m_instances.Start(
+            TaskStart{.taskId = task.id, .task = task.name, .trigger = task.trigger, .payload = payload, .wake = wake});
+        m_running = instance ? Running{*instance, wake} : Running();
+    }
 }
 
-void BackgroundTasks::StartNextPush()
+std::wstring_view BackgroundTasks::HeldBackBy() const
 {
-    while (!m_runningPush && !m_pushes.empty())
+    for (auto const condition : m_conditions)
     {
-        auto const push = std::move(m_pushes.front());
-        m_pushes.pop_front();
-        m_runningPush = Start(push.task, push.payload);
+        if (auto const why = WordsFor(condition).holdsTasksBack; !why.empty())
+        {
+            return why;
+        }
     }
+    return {};
+}
+
+std::wstring BackgroundTasks::WaitsFor() const
+{
+    return m_running.instance != 0 ? L"instance " + std::to_wstring(m_running.instance) + L" runs"
+                                   : std::wstring(HeldBackBy());
 }
 
 } // namespace sim

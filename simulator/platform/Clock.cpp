@@ -1,20 +1,28 @@
 #include "simulator/platform/Clock.h"
 
+#include "simulator/base/Error.h"
 #include "simulator/base/Moment.h"
-#include "simulator/base/WordFile.h"
-
-#include <cwchar>
 
 namespace sim
 {
 
-Clock::Clock(std::wstring file, TimeSource const& time) : m_file(std::move(file)), m_time(time)
+namespace
 {
-    auto const lines = ReadWordFile(m_file);
-    if (!lines.empty() && lines[0].size() == 2 && lines[0][0] == L"minutes-ahead")
-    {
-        m_minutesAhead = std::wcstoll(lines[0][1].c_str(), nullptr, 10);
-    }
+
+constexpr std::int64_t farthest = 1'000LL * 365 * 24 * 60; // minutes
+constexpr wchar_t minutesAhead[] = L"minutes-ahead";
+
+} // namespace
+
+Clock::Clock(StateFile file, TimeSource const& time) : m_file(std::move(file)), m_time(time)
+{
+    m_file.Read([this](StateFile::Words const& words) {
+        if (words.size() != 2 || words[0] != minutesAhead)
+        {
+            throw Error(std::wstring(L"it is not ") + minutesAhead + L" MINUTES");
+        }
+        m_minutesAhead = NumberIn(words[1], minutesAhead, farthest);
+    });
 }
 
 std::int64_t Clock::Now() const
@@ -24,7 +32,11 @@ std::int64_t Clock::Now() const
 
 void Clock::Advance(std::int64_t minutes)
 {
-    WriteWordFile(m_file, {{L"minutes-ahead", std::to_wstring(m_minutesAhead + minutes)}});
+    if (minutes > farthest - m_minutesAhead)
+    {
+        throw Error(L"the clock goes no further than a thousand years");
+    }
+    m_file.Write({{minutesAhead, std::to_wstring(m_minutesAhead + minutes)}});
     m_minutesAhead += minutes;
 }
 

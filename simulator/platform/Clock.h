@@ -1,4 +1,5 @@
 #pragma once
+#include "simulator/platform/StateFile.h"
 #include "simulator/platform/TimeSource.h"
 
 #include <cstdint>
@@ -15,12 +16,13 @@ class Clock
     // A time and a duration: 100 ns, times since 1601 in UTC.
     static constexpr std::int64_t minute = 60LL * 10'000'000;
 
-    // file: where it is kept. time: outlives this. Throws Error when the file cannot be read.
-    Clock(std::wstring file, TimeSource const& time);
+    // time: outlives this.
+    Clock(StateFile file, TimeSource const& time);
 
     std::int64_t Now() const;
 
-    // Only forward: minutes is above 0. Throws Error when it cannot be kept.
+    // Only forward: minutes is above 0. Throws Error when it cannot be kept, or is too far: more than a thousand years
+    // in all.
     void Advance(std::int64_t minutes);
 
     // The time that it shows, for people: local.
@@ -29,7 +31,7 @@ class Clock
     static std::wstring Text(std::int64_t time);
 
   private:
-    std::wstring m_file;
+    StateFile m_file;
     TimeSource const& m_time;
     std::int64_t m_minutesAhead = 0;
 };

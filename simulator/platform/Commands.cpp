@@ -1,4 +1,5 @@
 #include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/platform/Platform.h"
 
@@ -54,7 +55,13 @@ Shown Platform::AnswerTo(Peer const&, Push const& request)
 {
     static_cast<void>(m_registration.Need());
     m_channel.ClockAdvanced();
-    return {m_tasks.Push(m_channel, request.payload)};
+    return {m_tasks.Push(m_channel, request)};
+}
+
+Shown Platform::AnswerTo(Peer const&, SetCondition const& request)
+{
+    m_tasks.Set(request);
+    return {};
 }
 
 Shown Platform::AnswerTo(Peer const&, AdvanceClock const& request)
@@ -83,12 +90,13 @@ Shown Platform::AnswerTo(Peer const&, CancelTasks const& request)
 
 Shown Platform::AnswerTo(Peer const&, ShowTasks const&)
 {
-    return {L"registered:" + m_tasks.Text() + L"\nrunning:" + m_instances.Text()};
+    return {L"registered:" + m_tasks.Text() + L"\nrunning:" + m_instances.Text() + m_tasks.WaitingText()};
 }
 
 Shown Platform::AnswerTo(Peer const&, SetFault const& request)
 {
     m_faults.Set(request.fault);
+    KeepSession();
     m_app.Send(FaultSet{request.fault});
     return {};
 }
@@ -96,6 +104,7 @@ Shown Platform::AnswerTo(Peer const&, SetFault const& request)
 Shown Platform::AnswerTo(Peer const&, ClearFaults const&)
 {
     m_faults.Clear();
+    KeepSession();
     m_app.Send(FaultsCleared{});
     return {};
 }
@@ -113,6 +122,12 @@ Shown Platform::AnswerTo(Peer const&, ShowStatus const&)
     text += L"\ntasks     registered: " + std::to_wstring(m_tasks.All().size()) + L", running: " +
             std::to_wstring(m_instances.Count());
     text += L"\nservice   connections: " + std::to_wstring(m_services.Count());
+    text += m_tasks.ConditionText();
+    for (auto const& file : m_device.StateFiles(package ? package->FamilyName() : L""))
+    {
+        auto const damaged = Device::SetAside(file);
+        text += FileExists(damaged) ? L"\ndamaged   " + damaged + L" was set aside; sim events tells why" : L"";
+    }
     for (auto const& fault : m_faults.All())
     {
         text += L"\nfault    ";

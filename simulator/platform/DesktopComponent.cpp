@@ -46,29 +46,31 @@ DesktopComponent::DesktopComponent(Device const& device, Registration const& reg
 {
 }
 
-std::int32_t DesktopComponent::Launch(LaunchDesktop const& launch)
+std::int32_t DesktopComponent::Launch(LaunchDesktop const& launch, std::uint32_t wake)
 {
     auto const& package = m_registration.Need();
     auto const target = FindTarget(package.manifest, launch.application, launch.group);
     auto const groupName = launch.group.value_or(L"");
-    auto const result = target.result < 0 ? target.result : Start(package, groupName, target.parameters);
+    auto const result = target.result < 0 ? target.result : Start(package, groupName, target.parameters, wake);
     if (result < 0)
     {
-        m_journal.Add(L"desktop-not-started",
-                      {Detail(L"group", groupName), Detail(L"result", Hex(static_cast<std::uint32_t>(result)))});
+        m_journal.Add(
+            L"desktop-not-started",
+            WithWake({Detail(L"group", groupName), Detail(L"result", Hex(static_cast<std::uint32_t>(result)))}, wake));
     }
     return result;
 }
 
 void DesktopComponent::KillAll()
 {
-    for (auto const id : m_running)
+    for (auto const& [id, wake] : m_running)
     {
         m_processes.Kill(id, 1);
     }
 }
 
-std::int32_t DesktopComponent::Start(Package const& package, std::wstring const& group, std::wstring const& parameters)
+std::int32_t DesktopComponent::Start(Package const& package, std::wstring const& group, std::wstring const& parameters,
+                                     std::uint32_t wake)
 {
     auto const temporary = m_device.DesktopTemporaryFolder();
     MakeFolder(temporary);
@@ -87,19 +89,21 @@ std::int32_t DesktopComponent::Start(Package const& package, std::wstring const&
     {
         return static_cast<std::int32_t>(win32Facility | (started.error & 0xFFFF));
     }
-    m_running.insert(started.id);
-    m_journal.Add(L"desktop-started",
-                  {Detail(L"pid", std::to_wstring(started.id)), Detail(L"group", group), Detail(L"command", command)});
+    m_running.emplace(started.id, wake);
+    m_journal.Add(L"desktop-started", WithWake({Detail(L"pid", std::to_wstring(started.id)), Detail(L"group", group),
+                                                Detail(L"command", command)},
+                                               wake));
     return 0;
 }
 
 void DesktopComponent::ProcessEnded(unsigned long id, unsigned long exitCode)
 {
-    if (m_running.erase(id) == 0)
+    if (auto const ended = m_running.extract(id))
     {
-        return;
+        m_journal.Add(L"desktop-exited",
+                      WithWake({Detail(L"pid", std::to_wstring(id)), Detail(L"code", std::to_wstring(exitCode))},
+                               ended.mapped()));
     }
-    m_journal.Add(L"desktop-exited", {Detail(L"pid", std::to_wstring(id)), Detail(L"code", std::to_wstring(exitCode))});
 }
 
 } // namespace sim

@@ -6,8 +6,8 @@
 #include "simulator/protocol/Requests.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
-#include <set>
 #include <string>
 
 namespace sim
@@ -20,8 +20,9 @@ class DesktopComponent
     DesktopComponent(Device const& device, Registration const& registration, Journal& journal,
                      ProcessStarter& processes);
 
-    // Gives 0, or the failing HRESULT that the platform gives. Throws Error when no package is registered.
-    std::int32_t Launch(LaunchDesktop const& launch);
+    // Gives 0, or the failing HRESULT that the platform gives. wake: of the task that runs meanwhile. Throws Error when
+    // no package is registered.
+    std::int32_t Launch(LaunchDesktop const& launch, std::uint32_t wake);
 
     // Nothing for a process that is none of them.
     void ProcessEnded(unsigned long id, unsigned long exitCode);
@@ -31,13 +32,14 @@ class DesktopComponent
     std::size_t RunningCount() const noexcept { return m_running.size(); }
 
   private:
-    std::int32_t Start(Package const& package, std::wstring const& group, std::wstring const& parameters);
+    std::int32_t Start(Package const& package, std::wstring const& group, std::wstring const& parameters,
+                       std::uint32_t wake);
 
     Device const& m_device;
     Registration const& m_registration;
     Journal& m_journal;
     ProcessStarter& m_processes;
-    std::set<unsigned long> m_running;
+    std::map<unsigned long, std::uint32_t> m_running; // their wakes
 };
 
 } // namespace sim

@@ -21,7 +21,7 @@ void Dispatcher::PostAndWait(Work const& work)
     std::condition_variable ended;
     bool hasEnded = false;
     Post([&] {
-        work();
+        Do(work);
         std::lock_guard const lock(mutex);
         hasEnded = true;
         ended.notify_all();
@@ -55,7 +55,7 @@ bool Dispatcher::Step()
     {
         return false;
     }
-    work();
+    Do(work);
     work = nullptr; // what it holds goes before it counts as ended
     std::lock_guard const lock(m_mutex);
     m_isRunningWork = false;
@@ -105,6 +105,16 @@ std::uint64_t Dispatcher::WaitUntilIdle()
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [&] { return m_isStopped || (!m_isRunningWork && !IsDue(m_time.Ticks())); });
     return m_postCount;
+}
+
+void Dispatcher::Do(Work const& work) const
+try
+{
+    work();
+}
+catch (std::exception const& error)
+{
+    m_failed(error);
 }
 
 Dispatcher::Work Dispatcher::TakeDue()

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <exception>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -21,14 +22,17 @@ class Dispatcher
     // 0 is none.
     using TimerId = std::uint64_t;
 
-    // time: outlives this.
-    explicit Dispatcher(TimeSource const& time) : m_time(time) {}
+    // What work has thrown.
+    using Failed = std::function<void(std::exception const&)>;
+
+    // time: outlives this. failed: called where the work ran, instead of what would run on.
+    Dispatcher(TimeSource const& time, Failed failed) : m_time(time), m_failed(std::move(failed)) {}
 
     Dispatcher(Dispatcher const&) = delete;
     Dispatcher& operator=(Dispatcher const&) = delete;
     ~Dispatcher() = default;
 
-    // Behind all that was posted before. From any thread; never blocks. The work must not throw.
+    // Behind all that was posted before. From any thread; never blocks.
     void Post(Work work);
 
     // Posts the work and waits until it has run. From any thread but the one that runs this.
@@ -64,6 +68,8 @@ class Dispatcher
 
     using Timers = std::map<TimerId, Timer>;
 
+    void Do(Work const& work) const;
+
     // With the lock held.
     Work TakeDue();
     bool IsDue(std::uint64_t now); // whether there is work
@@ -71,6 +77,7 @@ class Dispatcher
     Timers::iterator Next(); // the earliest timer
 
     TimeSource const& m_time;
+    Failed const m_failed;
     std::mutex m_mutex; // over all that follows
     std::condition_variable m_changed;
     std::deque<Work> m_posted;

@@ -1,5 +1,6 @@
 #pragma once
 #include "simulator/base/Handle.h"
+#include "simulator/base/TypeName.h"
 #include "simulator/protocol/Event.h"
 
 #include <functional>
@@ -23,6 +24,13 @@ class Journal
     // A line that the disk does not take is lost for the file, not for the listener. The file is not kept open: the
     // device's folder may be removed at any time.
     void Add(std::wstring kind, std::vector<std::wstring> details = {});
+
+    // A process has sent a message that is for another one to send. name, value: of what it is about.
+    template <typename Message>
+    void AddRefusal(std::wstring_view name, std::wstring_view value)
+    {
+        Add(L"message-refused", {Detail(L"message", TypeName<Message>()), Detail(name, value)});
+    }
 
   private:
     void Write(std::string const& line) const;

@@ -3,6 +3,10 @@
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Overloaded.h"
+#include "simulator/base/Text.h"
+#include "simulator/base/TypeName.h"
+
+#include <algorithm>
 
 namespace sim
 {
@@ -18,14 +22,27 @@ auto ReplyTo(std::shared_ptr<Peer> const& from, std::uint32_t number)
     return [from, number](AnyAnswer const& answer) { from->Send(Answer{number, answer}); };
 }
 
+// What the work throws says what was being done.
+template <typename Work>
+void Doing(std::wstring const& what, Work const& work)
+try
+{
+    work();
+}
+catch (std::exception const& error)
+{
+    throw Error(what + L": " + ReasonOf(error));
+}
+
 } // namespace
 
 Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
                    std::function<void()> switchOff, Limits limits, JournalFile journalFile)
-    : m_device(device), m_dispatcher(time),
+    : m_device(device), m_dispatcher(time, [this](std::exception const& error) { NoteFailure(ReasonOf(error)); }),
       m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring())),
-      m_clock(device.ClockFile(), time), m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)),
-      m_processes(std::move(processes)), m_app(m_device, m_registration, m_journal, *m_processes),
+      m_session(device.SessionFile(), m_journal), m_clock({device.ClockFile(), m_journal}, time),
+      m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)), m_processes(std::move(processes)),
+      m_app(m_device, m_registration, m_journal, *m_processes),
       m_desktop(m_device, m_registration, m_journal, *m_processes), m_channel(m_journal, m_clock),
       m_instances(m_app, m_journal, m_dispatcher, limits), m_services(m_registration, m_app, m_instances, m_journal),
       m_tasks(m_journal, m_clock, m_instances)
@@ -38,20 +55,30 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
         }
     });
     m_processes->Listen([this](unsigned long id, unsigned long exitCode) {
-        m_dispatcher.Post([this, id, exitCode] { ProcessEnded(id, exitCode); });
+        m_dispatcher.Post(
+            [this, id, exitCode] { Doing(L"the end of a process", [&] { ProcessEnded(id, exitCode); }); });
     });
+    m_sessionStart = Now();
+    if (m_session.Exists())
+    {
+        TakeSessionOver();
+    }
+    KeepSession();
 }
 
 void Platform::Received(std::shared_ptr<Peer> from, FromProcess message)
 {
     m_dispatcher.Post([this, from = std::move(from), message = std::move(message)] {
-        std::visit([&](auto const& said) { Handle(from, said); }, message);
+        std::visit(
+            [&]<typename Message>(Message const& said) { Doing(TypeName<Message>(), [&] { Handle(from, said); }); },
+            message);
     });
 }
 
 void Platform::Closed(std::shared_ptr<Peer> from)
 {
-    m_dispatcher.Post([this, from = std::move(from)] { ConnectionEnded(from); });
+    m_dispatcher.Post(
+        [this, from = std::move(from)] { Doing(L"the end of a connection", [&] { ConnectionEnded(from); }); });
 }
 
 void Platform::Register(Package package)
@@ -80,10 +107,60 @@ void Platform::ReplaceChannel(std::wstring uri)
     m_channel.Replace(std::move(uri));
 }
 
-void Platform::EndProcesses()
+void Platform::SwitchOff()
 {
     m_app.Kill();
     m_desktop.KillAll();
+    m_sessionStart.reset();
+    m_session.Remove();
+}
+
+void Platform::TakeSessionOver()
+{
+    m_session.Read([this](StateFile::Words const& words) {
+        if (words.size() == 2 && words[0] == L"since")
+        {
+            m_sessionStart = NumberIn(words[1], L"time");
+        }
+        else if (words.size() > 1 && words[0] == L"fault")
+        {
+            m_faults.Set(ParseFault({words.begin() + 1, words.end()}));
+        }
+        else
+        {
+            throw Error(L"it is neither since TIME nor fault CALL KIND …");
+        }
+    });
+    auto const events = ReadJournal(m_device.JournalFile());
+    auto const last = [&](std::wstring_view name) {
+        std::uint32_t number = 0;
+        for (auto const& event : events)
+        {
+            auto const value = event.time < *m_sessionStart ? std::nullopt : event.Detail(name);
+            number = std::max(number, value ? ParseNumber(*value).value_or(0) : 0);
+        }
+        return number;
+    };
+    m_instances.NumberAfter(last(L"instance"));
+    m_services.NumberAfter(last(L"connection"));
+    m_tasks.NumberAfter(last(L"wake"));
+    m_journal.Add(L"broker-lost", {Detail(L"last-instance", std::to_wstring(last(L"instance"))),
+                                   Detail(L"faults", std::to_wstring(m_faults.All().size()))});
+}
+
+void Platform::KeepSession()
+{
+    if (!m_sessionStart)
+    {
+        return;
+    }
+    std::vector<StateFile::Words> lines = {{L"since", std::to_wstring(*m_sessionStart)}};
+    for (auto const& fault : m_faults.All())
+    {
+        lines.push_back(fault.Words());
+        lines.back().insert(lines.back().begin(), L"fault");
+    }
+    m_session.Write(lines);
 }
 
 void Platform::Handle(From const& from, Hello const& message)
@@ -122,6 +199,10 @@ void Platform::Handle(From const& from, FaultStruck const& message)
     if (fault)
     {
         m_journal.Add(L"fault", fault->Details());
+        if (fault->times != Fault::always)
+        {
+            KeepSession();
+        }
     }
 }
 
@@ -158,24 +239,29 @@ void Platform::Handle(From const& from, TaskCompleted const& message)
     }
 }
 
-void Platform::Handle(From const&, RequestCompleted const& message)
+void Platform::Handle(From const& from, RequestCompleted const& message)
 {
-    m_services.Completed(message);
+    m_services.Completed(*from, message);
 }
 
-void Platform::Handle(From const&, RequestRefused const& message)
+void Platform::Handle(From const& from, RequestRefused const& message)
 {
-    m_services.Refused(message);
+    m_services.Refused(*from, message);
 }
 
-void Platform::Handle(From const&, ConnectionClosed const& message)
+void Platform::Handle(From const& from, ConnectionClosed const& message)
 {
-    m_services.Closed(message);
+    m_services.Closed(*from, message);
 }
 
 void Platform::Handle(From const& from, Request const& message)
+try
 {
     std::visit([&](auto const& request) { Answer(from, message.number, request); }, message.content);
+}
+catch (std::exception const& error)
+{
+    ReplyTo(from, message.number)(Refused{ReasonOf(error)});
 }
 
 void Platform::Handle(From const& from, Follow const&)
@@ -187,7 +273,7 @@ void Platform::Handle(From const& from, Follow const&)
     m_followers.push_back(from);
 }
 
-void Platform::Handle(From const&, SwitchOff const&)
+void Platform::Handle(From const&, sim::SwitchOff const&)
 {
     m_switchOff();
 }
@@ -204,19 +290,14 @@ void Platform::Answer(From const& from, std::uint32_t number, SendRequest const&
 
 template <typename Request>
 void Platform::Answer(From const& from, std::uint32_t number, Request const& request)
-try
 {
     typename Request::Answer const answer = AnswerTo(*from, request);
     ReplyTo(from, number)(answer);
 }
-catch (Error const& error)
-{
-    ReplyTo(from, number)(Refused{error.Message()});
-}
 
-ResponseTaken Platform::AnswerTo(Peer const&, GiveResponse const& request)
+ResponseTaken Platform::AnswerTo(Peer const& from, GiveResponse const& request)
 {
-    return m_services.Respond(request);
+    return m_services.Respond(from, request);
 }
 
 ChannelCreated Platform::AnswerTo(Peer const& from, CreateChannel const&)
@@ -247,8 +328,13 @@ TaskList Platform::AnswerTo(Peer const& from, ListTasks const&)
     return list;
 }
 
-TaskUnregistered Platform::AnswerTo(Peer const&, UnregisterTask const& request)
+TaskUnregistered Platform::AnswerTo(Peer const& from, UnregisterTask const& request)
 {
+    if (!m_app.IsPeer(from))
+    {
+        m_journal.AddRefusal<UnregisterTask>(L"id", request.id);
+        return {elementNotFound};
+    }
     m_tasks.Unregister(request);
     return {};
 }
@@ -256,12 +342,17 @@ TaskUnregistered Platform::AnswerTo(Peer const&, UnregisterTask const& request)
 DesktopLaunched Platform::AnswerTo(Peer const& from, LaunchDesktop const& request)
 try
 {
-    return {m_app.IsPeer(from) ? m_desktop.Launch(request) : elementNotFound};
+    return {m_app.IsPeer(from) ? m_desktop.Launch(request, m_tasks.RunningWake()) : elementNotFound};
 }
 catch (Error const& error)
 {
-    m_journal.Add(L"device-failed", {Detail(L"reason", error.Message())});
+    NoteFailure(TypeName<LaunchDesktop>() + L": " + error.Message());
     return {unspecifiedFailure};
+}
+
+void Platform::NoteFailure(std::wstring const& reason)
+{
+    m_journal.Add(L"device-failed", {Detail(L"reason", reason)});
 }
 
 void Platform::ConnectionEnded(From const& from)

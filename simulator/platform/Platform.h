@@ -35,7 +35,7 @@ class Platform
     };
 
     // switchOff: called on the dispatcher when the device is to be switched off. time: outlives this.
-    // Throws Error when what the device keeps cannot be read.
+    // Throws Error when the journal cannot be written.
     Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
              std::function<void()> switchOff, Limits limits = {}, JournalFile journalFile = JournalFile::Kept);
     Platform(Platform const&) = delete;
@@ -64,8 +64,9 @@ class Platform
     // Opens a channel with a URI of the caller's choice.
     void ReplaceChannel(std::wstring uri);
 
-    // Ends everything that was started. For the end of the device.
-    void EndProcesses();
+    // Ends everything that was started: the device is switched off. A platform that is not told so was killed; the next
+    // one takes over its faults, and its numbers go on.
+    void SwitchOff();
 
   private:
     using From = std::shared_ptr<Peer>;
@@ -83,14 +84,16 @@ class Platform
     void Handle(From const& from, ConnectionClosed const& message);
     void Handle(From const& from, Request const& message);
     void Handle(From const& from, Follow const& message);
-    void Handle(From const& from, SwitchOff const& message);
+    void Handle(From const& from, sim::SwitchOff const& message);
 
-    // What they ask: answers that come later.
+    // What they ask. What is thrown refuses it.
+
+    // Answers that come later.
     void Answer(From const& from, std::uint32_t number, OpenConnection const& request);
     void Answer(From const& from, std::uint32_t number, SendRequest const& request);
     void Answer(From const& from, std::uint32_t number, UpdatePackage const& request);
 
-    // Answers at once. Throw Error with what is to be said instead.
+    // Answers at once.
     template <typename Request>
     void Answer(From const& from, std::uint32_t number, Request const& request);
     ResponseTaken AnswerTo(Peer const& from, GiveResponse const& request);
@@ -109,6 +112,7 @@ class Platform
     Shown AnswerTo(Peer const& from, RequestPage const& request);
     Shown AnswerTo(Peer const& from, KillApp const& request);
     Shown AnswerTo(Peer const& from, Push const& request);
+    Shown AnswerTo(Peer const& from, SetCondition const& request);
     Shown AnswerTo(Peer const& from, AdvanceClock const& request);
     Shown AnswerTo(Peer const& from, RevokeChannel const& request);
     Shown AnswerTo(Peer const& from, CancelTasks const& request);
@@ -124,6 +128,13 @@ class Platform
     void NeedApp() const;
     void NeedNoApp() const;
 
+    // What is in force until the device is switched off.
+    void TakeSessionOver();
+    void KeepSession();
+
+    // Something has failed that no process hears of.
+    void NoteFailure(std::wstring const& reason);
+
     // What follows from an end.
     void ConnectionEnded(From const& from);
     void Lost(AppProcess::Activations const& activations);
@@ -138,6 +149,8 @@ class Platform
     Device const m_device;
     Dispatcher m_dispatcher;
     Journal m_journal;
+    StateFile m_session;
+    std::optional<Moment> m_sessionStart; // none once it is over
     Clock m_clock;
     Registration m_registration;
     FaultTable m_faults;

@@ -1,12 +1,10 @@
 #include "simulator/platform/PushChannel.h"
 
 #include "simulator/base/Error.h"
-#include "simulator/base/Files.h"
-#include "simulator/base/WordFile.h"
 #include "simulator/protocol/Event.h"
 
+#include <algorithm>
 #include <array>
-#include <cwchar>
 #include <span>
 #include <windows.h>
 
@@ -18,6 +16,7 @@ namespace sim
 namespace
 {
 
+constexpr wchar_t ended[] = L"ended";
 constexpr std::int64_t lifetime = 30LL * 24 * 60 * Clock::minute;
 
 std::wstring Base64(std::span<unsigned char const> bytes)
@@ -81,13 +80,32 @@ std::wstring NewUri()
 
 void PushChannel::Load(std::wstring file)
 {
-    m_file = std::move(file);
+    m_file = StateFile(std::move(file), m_journal);
     m_channel.reset();
-    auto const lines = ReadWordFile(m_file);
-    if (!lines.empty() && lines[0].size() == 2)
+    m_ended.clear();
+    m_file.Read([this](StateFile::Words const& words) {
+        if (words.size() != 2)
+        {
+            throw Error(L"it is neither URI EXPIRY nor URI ended");
+        }
+        if (words[1] == ended)
+        {
+            m_ended.push_back(words[0]);
+            return;
+        }
+        m_channel = Channel{words[0], NumberIn(words[1], L"time")};
+    });
+}
+
+std::optional<PushChannel::Refusal> PushChannel::RefusalOf(std::wstring const& uri) const
+{
+    if (m_channel && m_channel->uri == uri)
     {
-        m_channel = Channel{lines[0][0], std::wcstoll(lines[0][1].c_str(), nullptr, 10)};
+        return std::nullopt;
     }
+    return std::ranges::find(m_ended, uri) != m_ended.end()
+               ? Refusal{410, L"Gone: the channel has expired or was revoked"}
+               : Refusal{404, L"Not Found: no channel has this URI"};
 }
 
 PushChannel::Channel const& PushChannel::Create()
@@ -105,17 +123,30 @@ void PushChannel::Replace(std::wstring uri)
 PushChannel::Channel const& PushChannel::Open(std::wstring uri)
 {
     Channel channel{std::move(uri), m_clock.Now() + lifetime};
-    WriteWordFile(m_file, {{channel.uri, std::to_wstring(channel.expiry)}});
+    Keep(channel);
     m_journal.Add(L"channel-created", {Detail(L"expires", Clock::Text(channel.expiry))});
     return m_channel.emplace(std::move(channel));
+}
+
+void PushChannel::Keep(std::optional<Channel> const& channel) const
+{
+    std::vector<StateFile::Words> lines;
+    for (auto const& uri : m_ended)
+    {
+        lines.push_back({uri, ended});
+    }
+    if (channel)
+    {
+        lines.push_back({channel->uri, std::to_wstring(channel->expiry)});
+    }
+    m_file.Write(lines);
 }
 
 void PushChannel::Revoke()
 {
     if (m_channel)
     {
-        Remove();
-        m_journal.Add(L"channel-revoked");
+        End(L"channel-revoked");
     }
 }
 
@@ -123,15 +154,16 @@ void PushChannel::ClockAdvanced()
 {
     if (m_channel && m_channel->expiry <= m_clock.Now())
     {
-        Remove();
-        m_journal.Add(L"channel-expired");
+        End(L"channel-expired");
     }
 }
 
-void PushChannel::Remove()
+void PushChannel::End(std::wstring event)
 {
-    sim::Remove(m_file);
+    m_ended.push_back(m_channel->uri);
     m_channel.reset();
+    m_journal.Add(std::move(event));
+    Keep(std::nullopt);
 }
 
 std::wstring PushChannel::Status() const

@@ -4,6 +4,8 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace sim
 {
@@ -18,9 +20,9 @@ class PushChannel
         std::int64_t expiry; // of the clock
     };
 
-    PushChannel(Journal& journal, Clock const& clock) : m_journal(journal), m_clock(clock) {}
+    PushChannel(Journal& journal, Clock const& clock) : m_file({}, journal), m_journal(journal), m_clock(clock) {}
 
-    // The channel that is kept in that file takes the place of this one. Throws Error when the file cannot be read.
+    // The channel that is kept in that file takes the place of this one.
     void Load(std::wstring file);
 
     // The live channel, or a new one. Throws Error when that cannot be kept.
@@ -30,6 +32,15 @@ class PushChannel
     void Replace(std::wstring uri);
 
     bool IsLive() const { return m_channel.has_value(); }
+
+    // What the push service answers to a push to that URI: its status and what that means. None: it takes the push.
+    struct Refusal
+    {
+        unsigned status;
+        std::wstring_view meaning;
+    };
+
+    std::optional<Refusal> RefusalOf(std::wstring const& uri) const;
 
     // Ends the channel, if there is one.
     void Revoke();
@@ -41,13 +52,15 @@ class PushChannel
     std::wstring Status() const;
 
   private:
-    void Remove();
     Channel const& Open(std::wstring uri);
+    void End(std::wstring event);
+    void Keep(std::optional<Channel> const& channel) const;
 
-    std::wstring m_file;
+    StateFile m_file;
     Journal& m_journal;
     Clock const& m_clock;
     std::optional<Channel> m_channel;
+    std::vector<std::wstring> m_ended; // the URIs of those before
 };
 
 } // namespace sim

@@ -28,7 +28,8 @@ std::uint32_t ConnectionIn(TaskInstances::Content const& content)
 
 std::vector<std::wstring> DetailsOf(std::uint32_t instance, TaskInstances::Content const& content)
 {
-    return {Detail(L"instance", std::to_wstring(instance)), Detail(L"name", NameIn(content))};
+    return WithWake({Detail(L"instance", std::to_wstring(instance)), Detail(L"name", NameIn(content))},
+                    WakeOf(content));
 }
 
 } // namespace

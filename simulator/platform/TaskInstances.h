@@ -47,6 +47,9 @@ class TaskInstances
 
     TaskInstances(AppProcess& app, Journal& journal, Dispatcher& dispatcher, Limits limits);
 
+    // The next instance has the number after this one.
+    void NumberAfter(std::uint32_t last) noexcept { m_last = last; }
+
     // Activates the app; content: its instance is given here. Gives the instance, or nothing when the app does not
     // start.
     std::optional<std::uint32_t> Start(Content content);

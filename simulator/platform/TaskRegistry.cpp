@@ -1,10 +1,8 @@
 #include "simulator/platform/TaskRegistry.h"
 
-#include "simulator/base/Text.h"
-#include "simulator/base/WordFile.h"
+#include "simulator/base/Error.h"
 
 #include <algorithm>
-#include <cwchar>
 
 namespace sim
 {
@@ -12,7 +10,7 @@ namespace sim
 namespace
 {
 
-using Words = std::vector<std::wstring>;
+using Words = StateFile::Words;
 
 Words WordsOf(RegisteredTask const& task)
 {
@@ -26,26 +24,30 @@ Words WordsOf(RegisteredTask const& task)
 
 RegisteredTask FromWords(Words const& words)
 {
+    auto const isTimer = words.size() == 6 && words[2] == NameOf(Trigger::Timer);
+    if (words.size() != 6 || words[0].empty() || (!isTimer && words[2] != NameOf(Trigger::Push)) ||
+        (words[4] != L"once" && words[4] != L"recurring"))
+    {
+        throw Error(L"it is not ID NAME push|timer MINUTES once|recurring DUE");
+    }
+    auto const minutes = static_cast<unsigned>(NumberIn(words[3], L"number of minutes", UINT32_MAX));
+    if (isTimer && minutes < TaskRegistry::shortestPeriod)
+    {
+        throw Error(L"a timer of " + words[3] + L" minutes is too short");
+    }
     return {words[0],
             words[1],
-            words[2] == NameOf(Trigger::Timer) ? Trigger::Timer : Trigger::Push,
-            ParseNumber(words[3]).value_or(0),
+            isTimer ? Trigger::Timer : Trigger::Push,
+            minutes,
             words[4] == L"once",
-            std::wcstoll(words[5].c_str(), nullptr, 10)};
+            NumberIn(words[5], L"time")};
 }
 
 } // namespace
 
-TaskRegistry::TaskRegistry(std::wstring file) : m_file(std::move(file))
+TaskRegistry::TaskRegistry(StateFile file) : m_file(std::move(file))
 {
-    constexpr std::size_t wordCount = 6;
-    for (auto const& words : ReadWordFile(m_file))
-    {
-        if (words.size() == wordCount)
-        {
-            m_tasks.push_back(FromWords(words));
-        }
-    }
+    m_file.Read([this](Words const& words) { m_tasks.push_back(FromWords(words)); });
 }
 
 void TaskRegistry::Add(RegisteredTask task)
@@ -81,7 +83,7 @@ void TaskRegistry::Keep(std::vector<RegisteredTask> tasks)
 {
     std::vector<Words> lines(tasks.size());
     std::ranges::transform(tasks, lines.begin(), WordsOf);
-    WriteWordFile(m_file, lines);
+    m_file.Write(lines);
     m_tasks = std::move(tasks);
 }
 

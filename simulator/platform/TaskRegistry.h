@@ -1,4 +1,5 @@
 #pragma once
+#include "simulator/platform/StateFile.h"
 #include "simulator/protocol/Activation.h"
 
 #include <cstdint>
@@ -22,8 +23,9 @@ struct RegisteredTask
 class TaskRegistry
 {
   public:
-    // file: where they are kept. Throws Error when that cannot be read.
-    explicit TaskRegistry(std::wstring file);
+    static constexpr unsigned shortestPeriod = 15; // minutes
+
+    explicit TaskRegistry(StateFile file);
 
     std::vector<RegisteredTask> const& All() const noexcept { return m_tasks; }
 
@@ -35,7 +37,7 @@ class TaskRegistry
   private:
     void Keep(std::vector<RegisteredTask> tasks);
 
-    std::wstring m_file;
+    StateFile m_file;
     std::vector<RegisteredTask> m_tasks;
 };
 

@@ -25,15 +25,16 @@ std::wstring_view NameOf(Trigger trigger) noexcept
 
 std::vector<std::wstring> DetailsOf(Activation const& activation)
 {
-    return std::visit(Overloaded{
-                          [](UserLaunch const& it) { return WithArgument(L"launch", L"arguments", it.arguments); },
-                          [](ProtocolLaunch const& it) { return WithArgument(L"protocol", L"uri", it.uri); },
-                          [](ServiceStart const& it) { return WithArgument(L"app-service", L"name", it.service); },
-                          [](TaskStart const& it) { return WithArgument(L"background-task", L"name", it.task); },
-                          [](Suspension const&) { return WithArgument(L"suspend", L"", L""); },
-                          [](PageRequest const& it) { return WithArgument(L"page", L"class", it.className); },
-                      },
-                      activation.content);
+    return std::visit(
+        Overloaded{
+            [](UserLaunch const& it) { return WithArgument(L"launch", L"arguments", it.arguments); },
+            [](ProtocolLaunch const& it) { return WithArgument(L"protocol", L"uri", it.uri); },
+            [](ServiceStart const& it) { return WithArgument(L"app-service", L"name", it.service); },
+            [](TaskStart const& it) { return WithWake(WithArgument(L"background-task", L"name", it.task), it.wake); },
+            [](Suspension const&) { return WithArgument(L"suspend", L"", L""); },
+            [](PageRequest const& it) { return WithArgument(L"page", L"class", it.className); },
+        },
+        activation.content);
 }
 
 std::uint32_t InstanceOf(Activation const& activation)
@@ -44,6 +45,15 @@ std::uint32_t InstanceOf(Activation const& activation)
     }
     auto const* const task = std::get_if<TaskStart>(&activation.content);
     return task ? task->instance : 0;
+}
+
+std::vector<std::wstring> WithWake(std::vector<std::wstring> details, std::uint32_t wake)
+{
+    if (wake != 0)
+    {
+        details.push_back(Detail(L"wake", std::to_wstring(wake)));
+    }
+    return details;
 }
 
 bool IsForeground(Activation const& activation)

@@ -49,7 +49,8 @@ struct TaskStart
     std::wstring taskId; // of the registration: a GUID without braces
     std::wstring task;
     Trigger trigger = Trigger::Push;
-    std::wstring payload; // a push's content
+    std::wstring payload;   // a push's content
+    std::uint32_t wake = 0; // what the events that come of the same push or timer carry
 };
 
 // No activations, but in order with them: the system suspends the app; the framework makes a page and lets go of it.
@@ -76,6 +77,17 @@ std::vector<std::wstring> DetailsOf(Activation const& activation);
 
 // The instance that a background activation is for; 0 for the others.
 std::uint32_t InstanceOf(Activation const& activation);
+
+// The wake of a task's start; 0 for anything else.
+template <typename Content>
+std::uint32_t WakeOf(Content const& content)
+{
+    auto const* const task = std::get_if<TaskStart>(&content);
+    return task ? task->wake : 0;
+}
+
+// An event's details, and wake=… unless it is 0.
+std::vector<std::wstring> WithWake(std::vector<std::wstring> details, std::uint32_t wake);
 
 // Whether it shows the app.
 bool IsForeground(Activation const& activation);

@@ -52,9 +52,14 @@ std::wstring Device::ReadyEventName() const
 void Device::Clear() const
 {
     for (auto const* name : {L"Packages", L"Temp", L"desktop", L"crashes", L"helpers", L"layout", L"events.log",
-                             L"package.txt", L"clock.txt"})
+                             L"package.txt"})
     {
         Remove(m_home + L"\\" + name);
+    }
+    for (auto const& file : {ClockFile(), SessionFile()})
+    {
+        Remove(file);
+        Remove(SetAside(file));
     }
 }
 

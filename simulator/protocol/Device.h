@@ -1,5 +1,6 @@
 #pragma once
 #include <string>
+#include <vector>
 
 namespace sim
 {
@@ -33,6 +34,9 @@ class Device
     // What the platform keeps: see simulator/platform.
     std::wstring ClockFile() const { return m_home + L"\\clock.txt"; }
 
+    // There while a broker serves the device: one that is killed leaves it.
+    std::wstring SessionFile() const { return m_home + L"\\session.txt"; }
+
     // An app's data; its container's own temporary folder, as GetTempPathW gives it inside.
     std::wstring PackageDataFolder(std::wstring const& familyName) const
     {
@@ -55,6 +59,14 @@ class Device
     {
         return StateFolder(familyName) + L"\\channel.txt";
     }
+
+    // All that the platform keeps, with what is of one family, and where a file of it goes that is damaged.
+    std::vector<std::wstring> StateFiles(std::wstring const& familyName) const
+    {
+        return {TasksFile(familyName), ChannelFile(familyName), ClockFile(), SessionFile()};
+    }
+
+    static std::wstring SetAside(std::wstring const& stateFile) { return stateFile + L".damaged"; }
 
     // The user's own temporary folder, where desktop programs write.
     std::wstring DesktopTemporaryFolder() const { return m_home + L"\\Temp"; }

@@ -24,8 +24,7 @@ Handle ConnectPipe(std::wstring const& name)
             return pipe;
         }
         // Another client was quicker; the server makes the next end at once.
-        constexpr DWORD limitMilliseconds = 10'000;
-        if (!WaitNamedPipeW(name.c_str(), limitMilliseconds) && GetLastError() == ERROR_SEM_TIMEOUT)
+        if (!WaitNamedPipeW(name.c_str(), hungAfter) && GetLastError() == ERROR_SEM_TIMEOUT)
         {
             return {};
         }

@@ -1,5 +1,6 @@
 #pragma once
 #include "simulator/protocol/Activation.h"
+#include "simulator/protocol/Condition.h"
 #include "simulator/protocol/Fault.h"
 
 #include <cstdint>
@@ -235,10 +236,19 @@ struct KillApp
     using Answer = Shown;
 };
 
+// uri: none for the app's own channel.
 struct Push
 {
     using Answer = Shown;
     std::wstring payload;
+    std::optional<std::wstring> uri = {};
+};
+
+struct SetCondition
+{
+    using Answer = Shown;
+    Condition condition = Condition::AccessDenied;
+    bool holds = false;
 };
 
 // minutes: 0 only shows it.
@@ -288,8 +298,8 @@ struct ShowProcess
 
 using AnyRequest = std::variant<OpenConnection, SendRequest, GiveResponse, CreateChannel, RegisterTask, ListTasks,
                                 UnregisterTask, LaunchDesktop, RegisterPackage, UpdatePackage, UnregisterPackage,
-                                LaunchApp, OpenUri, SuspendApp, RequestPage, KillApp, Push, AdvanceClock, RevokeChannel,
-                                CancelTasks, ShowTasks, SetFault, ClearFaults, ShowStatus, ShowProcess>;
+                                LaunchApp, OpenUri, SuspendApp, RequestPage, KillApp, Push, SetCondition, AdvanceClock,
+                                RevokeChannel, CancelTasks, ShowTasks, SetFault, ClearFaults, ShowStatus, ShowProcess>;
 
 using AnyAnswer = std::variant<Refused, Shown, ConnectionOpened, ResponseGiven, ResponseTaken, ChannelCreated,
                                TaskRegistered, TaskList, TaskUnregistered, DesktopLaunched>;

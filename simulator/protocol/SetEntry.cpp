@@ -53,14 +53,14 @@ KnownType const& TypeOf(SetEntry const& entry)
     return number < std::size(knownTypes) ? knownTypes[number] : throw Error(L"there is no such type of values");
 }
 
-std::wstring Joined(std::vector<std::wstring> const& texts)
+std::wstring Listed(std::vector<std::wstring> const& texts)
 {
-    std::wstring joined;
+    std::wstring list;
     for (auto const& text : texts)
     {
-        joined += (joined.empty() ? L"" : L", ") + text;
+        list += (list.empty() ? L"" : L", ") + text;
     }
-    return joined;
+    return list;
 }
 
 std::wstring Hexadecimal(std::string_view bytes)
@@ -86,7 +86,7 @@ std::wstring ReadableValue(SetEntry const& entry)
 {
     if (entry.type % SetEntry::ofArrays == SetEntry::ofString)
     {
-        return Joined(Decode<std::vector<std::wstring>>(entry.bytes));
+        return Listed(Decode<std::vector<std::wstring>>(entry.bytes));
     }
     auto const integer = entry.type < SetEntry::ofArrays ? TypeOf(entry).integer : nullptr;
     return integer ? integer(entry.bytes) : Hexadecimal(entry.bytes);

@@ -2,18 +2,29 @@
 
 #include "simulator/runtime/CurrentHost.h"
 
+#include <chrono>
 #include <utility>
 #include <windows.h>
 
 namespace sim
 {
 
+namespace
+{
+
+constexpr wchar_t hungText[] = L"the device's broker does not answer";
+
+} // namespace
+
 void Host::Connect(std::shared_ptr<PlatformLink> link, std::uint32_t processId)
 {
     m_link = std::move(link);
     Tell(Hello{processId});
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return m_role != Role::Unknown; });
+    if (!m_changed.wait_for(lock, std::chrono::milliseconds(m_answerLimit), [&] { return m_role != Role::Unknown; }))
+    {
+        throw winrt::hresult_error(HRESULT_FROM_WIN32(ERROR_TIMEOUT), hungText);
+    }
     if (m_role == Role::None)
     {
         throw winrt::hresult_error(HRESULT_FROM_WIN32(APPMODEL_ERROR_NO_PACKAGE));
@@ -188,16 +199,16 @@ void Host::NeedApp() const
 
 AnyAnswer Host::AskAny(AnyRequest request)
 {
-    std::optional<AnyAnswer> answer;
-    Ask(std::move(request), {[&](AnyAnswer const& given) {
+    auto const answer = std::make_shared<std::optional<AnyAnswer>>(); // it may come when nothing waits any more
+    Ask(std::move(request), {[this, answer](AnyAnswer const& given) {
                                  std::lock_guard const lock(m_mutex);
-                                 answer = given;
+                                 *answer = given;
                                  m_changed.notify_all();
                              },
                              false});
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return answer.has_value(); });
-    return *answer;
+    m_changed.wait_for(lock, std::chrono::milliseconds(m_answerLimit), [&] { return answer->has_value(); });
+    return answer->value_or(Refused{hungText});
 }
 
 void Host::Ask(AnyRequest request, Waiter waiter)

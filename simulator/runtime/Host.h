@@ -3,6 +3,7 @@
 #include "simulator/protocol/Device.h"
 #include "simulator/protocol/FaultTable.h"
 #include "simulator/protocol/Peer.h"
+#include "simulator/protocol/Pipe.h"
 #include "simulator/runtime/ActivationQueue.h"
 #include "simulator/runtime/MessageRouter.h"
 #include "simulator/runtime/Namespaces.h"
@@ -28,14 +29,18 @@ namespace sim
 class Host : public std::enable_shared_from_this<Host>
 {
   public:
-    explicit Host(Device device) : m_device(std::move(device)) {}
+    // answerLimit: in milliseconds, for what the platform answers at once.
+    explicit Host(Device device, unsigned answerLimit = hungAfter)
+        : m_device(std::move(device)), m_answerLimit(answerLimit)
+    {
+    }
 
     Host(Host const&) = delete;
     Host& operator=(Host const&) = delete;
     virtual ~Host() = default;
 
     // Says which process this is and waits for what the platform takes it for. Once. Throws hresult_error
-    // APPMODEL_ERROR_NO_PACKAGE when the platform hangs up.
+    // APPMODEL_ERROR_NO_PACKAGE when the platform hangs up, ERROR_TIMEOUT when it hangs.
     void Connect(std::shared_ptr<PlatformLink> link, std::uint32_t processId);
 
     // What the platform says, in its order; and that it says no more.
@@ -64,8 +69,8 @@ class Host : public std::enable_shared_from_this<Host>
 
     void Tell(FromProcess const& message) { m_link->Send(message); }
 
-    // Asks the platform and waits for its answer. Not on a thread that Received is called on. Throws hresult_error when
-    // the platform refuses.
+    // Asks the platform what it answers at once, and waits for that. Not on a thread that Received is called on. Throws
+    // hresult_error when the platform refuses or hangs.
     template <typename Request>
     typename Request::Answer Ask(Request const& request)
     {
@@ -146,6 +151,7 @@ class Host : public std::enable_shared_from_this<Host>
     static void ThrowIfRefused(AnyAnswer const& answer);
 
     Device const m_device;
+    unsigned const m_answerLimit;
     std::shared_ptr<PlatformLink> m_link;
     ActivationQueue m_activations;
     PoolWork m_work;

@@ -52,8 +52,16 @@ try
     auto host = std::make_shared<ProcessHost>(device);
     channel->Start({[host](std::string_view message) { host->Received(Decode<ToProcess>(message)); },
                     [host] { host->Disconnected(); }});
-    host->Connect(std::make_shared<PipeLink>(channel), GetCurrentProcessId());
-    return host;
+    try
+    {
+        host->Connect(std::make_shared<PipeLink>(channel), GetCurrentProcessId());
+        return host;
+    }
+    catch (winrt::hresult_error const&)
+    {
+        channel->Close();
+        throw;
+    }
 }
 catch (Error const& error)
 {

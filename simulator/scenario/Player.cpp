@@ -234,9 +234,13 @@ std::wstring Player::PackageFolder(Words const& options)
 // Empty while the app has no channel.
 std::wstring Player::ChannelUri() const
 {
-    auto const lines =
-        m_package.folder.empty() ? std::vector<Words>() : ReadWordFile(m_device.ChannelFile(m_package.FamilyName()));
-    return lines.empty() || lines[0].empty() ? std::wstring() : lines[0][0];
+    std::wstring uri;
+    if (!m_package.folder.empty())
+    {
+        ReadWordFile(m_device.ChannelFile(m_package.FamilyName()),
+                     [&](Words const& words) { uri = words.empty() ? uri : words[0]; });
+    }
+    return uri;
 }
 
 } // namespace sim

@@ -3,6 +3,7 @@
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/protocol/Device.h"
+#include "simulator/protocol/Pipe.h"
 #include "tests/support/Files.h"
 
 namespace
@@ -11,6 +12,26 @@ namespace
 // The simulator's command line as a program.
 class CommandLine : public test::SimulatorDevice
 {
+  protected:
+    // The process that serves the device.
+    sim::Handle Broker() const
+    {
+        auto const pipe = sim::ConnectPipe(sim::Device(m_device).PipeName());
+        DWORD id = 0;
+        GetNamedPipeServerProcessId(pipe.Get(), &id);
+        return sim::Handle(OpenProcess(PROCESS_ALL_ACCESS, FALSE, id));
+    }
+
+    static void Kill(sim::Handle const& process)
+    {
+        TerminateProcess(process.Get(), 1);
+        WaitForSingleObject(process.Get(), INFINITE);
+    }
+
+    static bool Has(Outcome const& outcome, std::wstring_view text)
+    {
+        return outcome.output.find(text) != std::wstring::npos;
+    }
 };
 
 } // namespace
@@ -73,6 +94,45 @@ TEST_F(CommandLine, EndsItsBrokerWhenTheDevicesFolderGoes)
     EXPECT_EQ(WaitForSingleObject(broker.Get(), 0), static_cast<DWORD>(WAIT_TIMEOUT)); // it serves
     sim::Remove(m_device);
     EXPECT_EQ(WaitForSingleObject(broker.Get(), 30'000), static_cast<DWORD>(WAIT_ABANDONED));
+}
+
+TEST_F(CommandLine, SaysThatItsBrokerWasKilledAndHasItsFaultsAgain)
+{
+    Run(L"fault Window now 0x80004005");
+    Kill(Broker());
+    EXPECT_TRUE(Has(Run(L"status"), L"Window now 0x80004005"));
+    EXPECT_TRUE(Has(Run(L"events"), L" broker-lost last-instance=0 faults=1\n"));
+    Run(L"stop");
+    Run(L"status");
+    auto const events = Run(L"events").output;
+    EXPECT_EQ(events.find(L"broker-lost"), events.rfind(L"broker-lost"));
+}
+
+TEST_F(CommandLine, SaysThatItsBrokerHangs)
+{
+    Run(L"status");
+    auto const broker = Broker();
+    Run(L"status"); // then its next end of the pipe is there
+    auto const suspend = reinterpret_cast<LONG(__stdcall*)(HANDLE)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtSuspendProcess")));
+    ASSERT_EQ(suspend(broker.Get()), 0);
+    auto const outcome = Run(L"status");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_TRUE(Has(outcome, L"sim: the device's broker (process " + std::to_wstring(GetProcessId(broker.Get())) +
+                                 L") has not answered for 5 s: end its process, and the next command starts another "
+                                 L"one\n"))
+        << sim::ToUtf8(outcome.output);
+    Kill(broker);
+    EXPECT_EQ(Run(L"status").exitCode, 0u);
+}
+
+TEST_F(CommandLine, SaysThatAStateFileIsDamaged)
+{
+    Run(L"status");
+    Run(L"stop");
+    test::WriteBytes(m_device + L"\\tasks.txt", "nonsense\r\n");
+    EXPECT_TRUE(Has(Run(L"status"), L"\\tasks.txt.damaged was set aside; sim events tells why\n"));
+    EXPECT_TRUE(Has(Run(L"events"), L" state-damaged file="));
 }
 
 TEST_F(CommandLine, ShowsTheDecodedLog)

@@ -23,6 +23,8 @@ TEST(ActivationTest, IsToldWithItsKindAndWhatItCarries)
     EXPECT_EQ(DetailsOf(Of(sim::ProtocolLaunch{L"a-protocol:x"})), (Details{L"kind=protocol", L"uri=a-protocol:x"}));
     EXPECT_EQ(DetailsOf(service), (Details{L"kind=app-service", L"name=a.service"}));
     EXPECT_EQ(DetailsOf(task), (Details{L"kind=background-task", L"name=A Task"}));
+    EXPECT_EQ(DetailsOf(Of(sim::TaskStart{5, L"id", L"A Task", sim::Trigger::Timer, L"", 3})),
+              (Details{L"kind=background-task", L"name=A Task", L"wake=3"}));
     EXPECT_EQ(DetailsOf(Of(sim::Suspension{})), (Details{L"kind=suspend"}));
     EXPECT_EQ(DetailsOf(Of(sim::PageRequest{L"A.Page"})), (Details{L"kind=page", L"class=A.Page"}));
 }

@@ -305,3 +305,72 @@ TEST_F(AppServicesTest, DoesNotLetOthersSpeakOnAConnection)
     EXPECT_EQ(Send(m_caller, 7, ConnectionEnd::Caller), ResponseStatus::Failure);
     EXPECT_TRUE(m_app->received.empty());
 }
+
+TEST_F(AppServicesTest, TakesTheEndOfARequestFromItsReceiverAlone)
+{
+    auto const connection = Open(m_caller);
+    auto const stranger = std::make_shared<FakePeer>();
+    auto const sent = AskLater(m_caller, sim::SendRequest{connection, ConnectionEnd::Caller, "request"});
+    Reports();
+    for (auto const& from : {m_caller, stranger})
+    {
+        EXPECT_EQ(Respond(from, 1, "forged"), ResponseStatus::Failure);
+        Say(from, sim::RequestCompleted{1});
+        Say(from, sim::RequestRefused{1});
+        EXPECT_EQ(Reports(), (Texts{L"message-refused message=GiveResponse request=1",
+                                    L"message-refused message=RequestCompleted request=1",
+                                    L"message-refused message=RequestRefused request=1"}));
+    }
+    EXPECT_FALSE(sent.Take());
+    EXPECT_EQ(Respond(m_app, 1, "response"), ResponseStatus::Success);
+    Say(m_app, sim::RequestCompleted{1});
+    EXPECT_EQ(sent.Take(), Given("response"));
+    EXPECT_EQ(Reports(), Texts{});
+}
+
+TEST_F(AppServicesTest, TakesTheEndOfTheServicesRequestFromTheCallerAlone)
+{
+    auto const connection = Open(m_caller);
+    auto const sent = AskLater(m_app, sim::SendRequest{connection, ConnectionEnd::Service, "request"});
+    Reports();
+    Say(m_app, sim::RequestCompleted{1});
+    EXPECT_EQ(Reports(), Texts{L"message-refused message=RequestCompleted request=1"});
+    EXPECT_FALSE(sent.Take());
+    Say(m_caller, sim::RequestCompleted{1});
+    EXPECT_EQ(sent.Take(), Given(""));
+}
+
+TEST_F(AppServicesTest, AreClosedByTheirOwnEndsAlone)
+{
+    auto const connection = Open(m_caller);
+    auto const stranger = std::make_shared<FakePeer>();
+    Reports();
+    for (auto const& from : {m_app, stranger})
+    {
+        Say(from, sim::ConnectionClosed{connection, ConnectionEnd::Caller});
+    }
+    Say(m_caller, sim::ConnectionClosed{connection, ConnectionEnd::Service});
+    EXPECT_EQ(Reports(), Texts(3, L"message-refused message=ConnectionClosed connection=1"));
+    Say(m_app, sim::ConnectionClosed{connection, ConnectionEnd::Service});
+    EXPECT_EQ(Reports(), Texts{L"app-service-closed connection=1 by=service status=Completed"});
+}
+
+TEST_F(AppServicesTest, AreClosedByTheirServiceAloneBeforeItHasReturned)
+{
+    AskLater(m_caller, OpenService());
+    Take(0);
+    Reports();
+    Say(m_caller, sim::ConnectionClosed{1, ConnectionEnd::Service});
+    EXPECT_EQ(Reports(), Texts{L"message-refused message=ConnectionClosed connection=1"});
+    Say(m_app, sim::ConnectionClosed{1, ConnectionEnd::Service});
+    EXPECT_EQ(Reports(), Texts{L"app-service-closed connection=1 by=service status=Completed"});
+}
+
+TEST_F(AppServicesTest, AreClosedOnceByACallerThatDoesNotWait)
+{
+    AskLater(m_caller, OpenService());
+    Say(m_caller, sim::ConnectionClosed{1, ConnectionEnd::Caller});
+    Reports();
+    Say(m_caller, sim::ConnectionClosed{1, ConnectionEnd::Caller});
+    EXPECT_EQ(Reports(), Texts{});
+}

@@ -33,6 +33,14 @@ std::vector<Example> Examples()
             {L"kill", sim::KillApp{}},
             {L"push", sim::Push{}},
             {L"push 'a payload'", sim::Push{L"a payload"}},
+            {L"push --uri https://uri", sim::Push{L"", L"https://uri"}},
+            {L"push --uri https://uri 'a payload'", sim::Push{L"a payload", L"https://uri"}},
+            {L"access denied", sim::SetCondition{sim::Condition::AccessDenied, true}},
+            {L"access allowed", sim::SetCondition{sim::Condition::AccessDenied, false}},
+            {L"battery saver", sim::SetCondition{sim::Condition::BatterySaver, true}},
+            {L"battery normal", sim::SetCondition{sim::Condition::BatterySaver, false}},
+            {L"network off", sim::SetCondition{sim::Condition::NetworkOff, true}},
+            {L"network on", sim::SetCondition{sim::Condition::NetworkOff, false}},
             {L"clock", sim::AdvanceClock{0}},
             {L"clock +15m", sim::AdvanceClock{15}},
             {L"clock +24h", sim::AdvanceClock{24 * 60}},
@@ -157,4 +165,19 @@ TEST(DeviceCommandsTest, RefuseAFaultThatMakesNoSense)
     EXPECT_NE(RefusalOfLine(L"fault Nothing now 0x80004005"), L"");
     EXPECT_NE(RefusalOfLine(L"fault clear all"), L"");
     EXPECT_NE(RefusalOfLine(L"fault CoreApplication.Exit"), L"");
+}
+
+TEST(DeviceCommandsTest, RefuseAPushWithoutTheUriOrWithMoreThanAPayload)
+{
+    for (auto const* words : {L"push --uri", L"push one two", L"push one two three"})
+    {
+        EXPECT_EQ(RefusalOfLine(words), L"a push is sent so: [--uri URI] [PAYLOAD]") << testing::PrintToString(words);
+    }
+}
+
+TEST(DeviceCommandsTest, RefuseAConditionThatThereIsNot)
+{
+    EXPECT_EQ(RefusalOfLine(L"access granted"), L"access is denied or allowed");
+    EXPECT_EQ(RefusalOfLine(L"battery full"), L"battery is saver or normal");
+    EXPECT_EQ(RefusalOfLine(L"network saver"), L"network is off or on");
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -36,7 +38,8 @@ class DispatcherTest : public testing::Test
     }
 
     ManualTime m_time;
-    sim::Dispatcher m_dispatcher{m_time};
+    std::vector<std::string> m_failures;
+    sim::Dispatcher m_dispatcher{m_time, [this](std::exception const& error) { m_failures.push_back(error.what()); }};
     Numbers m_done;
 };
 
@@ -172,6 +175,15 @@ TEST_F(DispatcherTest, CountsWhatWasPosted)
     EXPECT_EQ(m_dispatcher.WaitUntilIdle(), 2u);
 }
 
+TEST_F(DispatcherTest, GoesOnAfterWorkAndATimerThatFail)
+{
+    m_dispatcher.SetTimer(0, [] { throw std::runtime_error("a timer"); });
+    m_dispatcher.Post([] { throw std::runtime_error("work"); });
+    m_dispatcher.Post(Note(1));
+    EXPECT_EQ(Done(), Numbers{1});
+    EXPECT_EQ(m_failures, (std::vector<std::string>{"a timer", "work"}));
+}
+
 TEST_F(DispatcherThreadTest, RunsWorkOfAllThreadsOnItsOwn)
 {
     std::vector<std::thread::id> threads;
@@ -198,6 +210,14 @@ TEST_F(DispatcherThreadTest, WaitsForTheWorkThatItPosts)
         m_dispatcher.PostAndWait(Note(i));
         ASSERT_EQ(m_done.size(), static_cast<std::size_t>(i) + 1);
     }
+}
+
+TEST_F(DispatcherThreadTest, DoesNotWaitLongerForWorkThatFails)
+{
+    m_dispatcher.PostAndWait([] { throw std::runtime_error("broken"); });
+    EXPECT_EQ(m_failures, std::vector<std::string>{"broken"});
+    m_dispatcher.PostAndWait(Note(1));
+    EXPECT_EQ(m_done, Numbers{1});
 }
 
 TEST_F(DispatcherThreadTest, RunsATimerWhenTheTimeHasChanged)

@@ -40,6 +40,8 @@ std::vector<sim::AnyRequest> Requests()
             sim::RequestPage{L"A.Page"},
             sim::KillApp{},
             sim::Push{L"a\0b \x00E4\xD83D\xDE00"s},
+            sim::Push{L"payload", L"https://uri"},
+            sim::SetCondition{sim::Condition::NetworkOff, true},
             sim::AdvanceClock{-1},
             sim::RevokeChannel{},
             sim::CancelTasks{11},

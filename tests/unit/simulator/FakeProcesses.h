@@ -1,6 +1,7 @@
 #pragma once
 #include "simulator/platform/ProcessStarter.h"
 
+#include <stdexcept>
 #include <vector>
 
 // Processes that are only written down; the test says when they end.
@@ -13,6 +14,10 @@ class FakeProcesses : public sim::ProcessStarter
 
     sim::StartedProcess Start(sim::ProcessRequest const& request) override
     {
+        if (exception)
+        {
+            throw std::runtime_error(exception);
+        }
         if (error != 0)
         {
             return {error, 0};
@@ -31,7 +36,8 @@ class FakeProcesses : public sim::ProcessStarter
 
     void End(unsigned long id, unsigned long exitCode) const { m_ended(id, exitCode); }
 
-    unsigned long error = 0; // the next starts fail with it
+    unsigned long error = 0;         // the next starts fail with it
+    char const* exception = nullptr; // the next starts throw it
     unsigned long killCode = 0;
     std::vector<sim::ProcessRequest> started;
     std::vector<unsigned long> killed;

@@ -35,6 +35,20 @@ void PlatformFixture::WriteManifest(std::string const& text) const
 
 void PlatformFixture::SwitchOn(sim::Limits limits)
 {
+    if (m_platform)
+    {
+        m_platform->SwitchOff();
+    }
+    StartPlatform(limits);
+}
+
+void PlatformFixture::Kill()
+{
+    StartPlatform({});
+}
+
+void PlatformFixture::StartPlatform(sim::Limits limits)
+{
     m_platform.reset();
     auto processes = std::make_unique<FakeProcesses>();
     m_processes = processes.get();

@@ -66,6 +66,9 @@ class PlatformFixture : public testing::Test
     // The device is switched on, or off and on again: all its processes have ended.
     void SwitchOn(sim::Limits limits = {});
 
+    // The platform is killed, and another one takes its place.
+    void Kill();
+
     // Until nothing is due.
     void Run();
 
@@ -144,6 +147,8 @@ class PlatformFixture : public testing::Test
     bool m_isSwitchedOff = false;
 
   private:
+    void StartPlatform(sim::Limits limits);
+
     std::uint32_t m_lastRequest = 0;
     std::size_t m_reportedEvents = 0;
 };

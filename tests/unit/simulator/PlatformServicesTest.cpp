@@ -232,7 +232,7 @@ TEST_F(PlatformServicesTest, LeavesAnAppAloneThatTheUserHasLaunched)
     Return(app, 3, 1);
     Say(app, sim::TaskCompleted{1});
     Pass(idle);
-    EXPECT_EQ(LastEvent().Text(), L"task-completed instance=1 name='A Task'");
+    EXPECT_EQ(LastEvent().Text(), L"task-completed instance=1 name='A Task' wake=1");
     EXPECT_TRUE(m_processes->killed.empty());
 }
 

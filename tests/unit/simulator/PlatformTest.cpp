@@ -52,6 +52,13 @@ class PlatformTest : public PlatformFixture
     static sim::Activate Opened(std::uint32_t id, std::wstring const& uri) { return {{id, sim::ProtocolLaunch{uri}}}; }
 };
 
+// What it is sent cannot be sent.
+class BrokenPeer : public FakePeer
+{
+  public:
+    void Send(sim::ToProcess const&) override { throw std::runtime_error("broken"); }
+};
+
 } // namespace
 
 TEST_F(PlatformTest, StartsTheAppWithItsCommandLineFolderAndEnvironment)
@@ -351,7 +358,7 @@ TEST_F(PlatformTest, NotesThatTheDeviceFailsToLaunch)
 {
     test::WriteBytes(m_device.DesktopTemporaryFolder(), "no folder");
     EXPECT_EQ(LaunchedDesktop({L"", L"Group"}), unspecifiedFailure);
-    EXPECT_EQ(LastEvent().kind, L"device-failed");
+    EXPECT_EQ(LastEvent().Text().find(L"device-failed reason='LaunchDesktop: "), 0u);
     EXPECT_EQ(m_processes->started.size(), 1u);
 }
 
@@ -484,6 +491,24 @@ TEST_F(PlatformTest, StartsTheAppForItsPageAndTellsItWhich)
     EXPECT_EQ(LastEvent().Text(), L"page-requested class=A.Page");
 }
 
+TEST_F(PlatformTest, NotesWhatFailsOutsideARequestAndGoesOn)
+{
+    m_platform->ExpectApp(7); // without a package
+    Say(m_commandLine, sim::Hello{7});
+    EXPECT_EQ(Reports(),
+              Texts{L"device-failed reason='Hello: no package is registered: sim register FOLDER comes first'"});
+    Say(std::make_shared<BrokenPeer>(), sim::Hello{8});
+    EXPECT_EQ(Reports(), Texts{L"device-failed reason='Hello: broken'"});
+    EXPECT_NE(Ask(sim::ShowStatus{}), L"");
+}
+
+TEST_F(PlatformTest, RefusesARequestThatFailsInAnyWay)
+{
+    Register();
+    m_processes->exception = "broken";
+    EXPECT_EQ(RefusalOf(sim::LaunchApp{}), L"broken");
+}
+
 TEST_F(PlatformTest, EndsWhatRunsWhenTheDeviceIsSwitchedOff)
 {
     EXPECT_EQ(LaunchedDesktop({L"", L"Group"}), 0);
@@ -491,7 +516,7 @@ TEST_F(PlatformTest, EndsWhatRunsWhenTheDeviceIsSwitchedOff)
     EXPECT_FALSE(m_isSwitchedOff);
     Say(m_commandLine, sim::SwitchOff{});
     EXPECT_TRUE(m_isSwitchedOff);
-    m_platform->EndProcesses();
+    m_platform->SwitchOff();
     EXPECT_EQ(m_processes->killed, (std::vector<unsigned long>{100, 101}));
 }
 

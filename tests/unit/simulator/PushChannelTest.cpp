@@ -112,3 +112,54 @@ TEST_F(PushChannelTest, IsShownToPeople)
     auto const expiry = Create().expiry;
     EXPECT_TRUE(Has(Ask(sim::ShowStatus{}), L"\nchannel   open, expires " + sim::Clock::Text(expiry) + L"\n"));
 }
+
+TEST_F(PushChannelTest, TakesAPushToItsUri)
+{
+    RegisterPush(L"Push");
+    auto const uri = Create().uri;
+    EXPECT_EQ(Ask(sim::Push{L"hello", uri}), L"sent");
+    EXPECT_EQ(m_activations.size(), 1u);
+}
+
+TEST_F(PushChannelTest, IsGoneForAPushToAUriFromBefore)
+{
+    RegisterPush(L"Push");
+    auto const revoked = Create().uri;
+    Ask(sim::RevokeChannel{});
+    auto const expired = Create().uri;
+    AdvanceClock(lifetime);
+    Create();
+    Restart();
+    Reports();
+    for (auto const& uri : {revoked, expired})
+    {
+        EXPECT_EQ(Ask(sim::Push{L"hello", uri}),
+                  L"the push service answers 410 Gone: the channel has expired or was revoked");
+    }
+    EXPECT_EQ(Reports(), Texts(2, L"push-refused status=410"));
+    EXPECT_TRUE(m_activations.empty());
+}
+
+TEST_F(PushChannelTest, IsNotFoundForAPushToAForeignUri)
+{
+    RegisterPush(L"Push");
+    auto const uri = Create().uri;
+    Reports();
+    for (auto const& foreign : {uri + L"x", std::wstring(L"https://another"), std::wstring()})
+    {
+        EXPECT_EQ(Ask(sim::Push{L"hello", foreign}),
+                  L"the push service answers 404 Not Found: no channel has this URI");
+    }
+    EXPECT_EQ(Reports(), Texts(3, L"push-refused status=404"));
+    EXPECT_TRUE(m_activations.empty());
+}
+
+TEST_F(PushChannelTest, IsForgottenWithThePackage)
+{
+    auto const uri = Create().uri;
+    Ask(sim::RevokeChannel{});
+    ExitApp();
+    Ask(sim::UnregisterPackage{});
+    Register();
+    EXPECT_EQ(Ask(sim::Push{L"hello", uri}), L"the push service answers 404 Not Found: no channel has this URI");
+}

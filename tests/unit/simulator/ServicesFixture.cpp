@@ -16,6 +16,12 @@ void ServicesFixture::Restart()
     ExpectApp();
 }
 
+void ServicesFixture::KillPlatform()
+{
+    Kill();
+    ExpectApp();
+}
+
 void ServicesFixture::StartInBackground()
 {
     ExitApp();

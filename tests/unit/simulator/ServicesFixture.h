@@ -35,6 +35,9 @@ class ServicesFixture : public PlatformFixture
     // The device is switched off and on again, and the app runs again.
     void Restart();
 
+    // The platform is killed, and the app runs again on the next one.
+    void KillPlatform();
+
     // The app's process is another one: never launched by the user.
     void StartInBackground();
 

@@ -35,12 +35,12 @@ TEST_F(TaskInstancesTest, CancelsATaskThatTakesTooLongThenEndsTheApp)
     Reports();
     Pass(1);
     EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{1, 0, executionTimeExceeded}));
-    EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' reason=ExecutionTimeExceeded"}));
+    EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' wake=1 reason=ExecutionTimeExceeded"}));
     Pass(limits.afterCancel - 1);
     EXPECT_EQ(Endings(), 0u);
     Pass(1);
     EXPECT_EQ(Endings(), 1u);
-    EXPECT_EQ(Reports(), (Texts{L"task-overdue instance=1 name='A Task'"}));
+    EXPECT_EQ(Reports(), (Texts{L"task-overdue instance=1 name='A Task' wake=1"}));
 }
 
 TEST_F(TaskInstancesTest, LeavesTheAppAloneThatCompletesACancelledTask)
@@ -49,7 +49,7 @@ TEST_F(TaskInstancesTest, LeavesTheAppAloneThatCompletesACancelledTask)
     Return(0);
     Pass(limits.task);
     Complete(0);
-    EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task'");
+    EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task' wake=1");
     Pass(limits.afterCancel);
     EXPECT_EQ(Endings(), 0u);
     EXPECT_EQ(Reports(), Texts{});
@@ -86,7 +86,7 @@ TEST_F(TaskInstancesTest, BeginsALimitWhenTheAppTakesTheTask)
     EXPECT_TRUE(Reports().empty());
     Take(0);
     Pass(limits.task - 1);
-    EXPECT_EQ(Reports().back(), L"activated kind=background-task name='A Task'");
+    EXPECT_EQ(Reports().back(), L"activated kind=background-task name='A Task' wake=1");
     Pass(1);
     EXPECT_EQ(Reports().size(), 1u);
 }
@@ -118,7 +118,7 @@ TEST_F(TaskInstancesTest, CancelsOnce)
     Ask(sim::CancelTasks{systemPolicy});
     Ask(sim::CancelTasks{energySaver});
     EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{1, 0, systemPolicy}));
-    EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' reason=SystemPolicy"}));
+    EXPECT_EQ(Reports(), (Texts{L"task-cancelled instance=1 name='A Task' wake=1 reason=SystemPolicy"}));
 }
 
 TEST_F(TaskInstancesTest, TellsOfACancellationWhenTheAppHasReturned)
@@ -138,7 +138,7 @@ TEST_F(TaskInstancesTest, EndsAnAppWithNothingLeftToDo)
     Return(0);
     Reports();
     Complete(0);
-    EXPECT_EQ(Reports(), (Texts{L"task-completed instance=1 name='A Task'", L"app-idle"}));
+    EXPECT_EQ(Reports(), (Texts{L"task-completed instance=1 name='A Task' wake=1", L"app-idle"}));
     Pass(limits.idle - 1);
     EXPECT_EQ(Endings(), 0u);
     Pass(1);
@@ -150,7 +150,7 @@ TEST_F(TaskInstancesTest, DoesNotEndAnAppOfTheForeground)
     StartTask();
     Return(0);
     Complete(0);
-    EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task'");
+    EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task' wake=1");
     Pass(limits.idle);
     EXPECT_EQ(Endings(), 0u);
 }
@@ -162,7 +162,7 @@ TEST_F(TaskInstancesTest, KeepsAnAppThatHasMoreToDo)
     Open(m_caller);
     Return(0);
     Complete(0);
-    EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task'");
+    EXPECT_EQ(Reports().back(), L"task-completed instance=1 name='A Task' wake=1");
     Pass(limits.idle);
     EXPECT_EQ(Endings(), 0u);
     Complete(1);
@@ -206,7 +206,7 @@ TEST_F(TaskInstancesTest, HearsOfInstancesFromTheAppAlone)
     EXPECT_EQ(Reports(), Texts{});
     Return(0);
     Say(m_caller, sim::TaskCompleted{1});
-    EXPECT_EQ(Reports(), Texts{L"activated kind=background-task name='A Task'"});
+    EXPECT_EQ(Reports(), Texts{L"activated kind=background-task name='A Task' wake=1"});
     Complete(0);
     EXPECT_EQ(m_app->received, Sent(sim::TaskEnded{1, 0}));
     EXPECT_TRUE(m_caller->received.empty());
