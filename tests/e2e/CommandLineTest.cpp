@@ -130,8 +130,8 @@ TEST_F(CommandLine, SaysThatAStateFileIsDamaged)
 {
     Run(L"status");
     Run(L"stop");
-    test::WriteBytes(m_device + L"\\tasks.txt", "nonsense\r\n");
-    EXPECT_TRUE(Has(Run(L"status"), L"\\tasks.txt.damaged was set aside; sim events tells why\n"));
+    test::WriteBytes(m_device + L"\\clock.txt", "nonsense\r\n");
+    EXPECT_TRUE(Has(Run(L"status"), L"\\clock.txt.damaged was set aside; sim events tells why\n"));
     EXPECT_TRUE(Has(Run(L"events"), L" state-damaged file="));
 }
 

@@ -162,7 +162,7 @@ TEST_F(ServicingTest, AnUpdateCancelsTheRunningTasksAndStartsTheNewVersionForWha
     Push(L"second");
     Reports();
     auto const update = Update("1.0.0.1");
-    EXPECT_EQ(Reports(), Texts{L"task-cancelled instance=1 name='A Task' reason=ServicingUpdate"});
+    EXPECT_EQ(Reports(), Texts{L"task-cancelled instance=1 name='A Task' wake=1 reason=ServicingUpdate"});
     EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{1, 0, sim::CancellationReason::servicingUpdate}));
     EXPECT_TRUE(Ended().empty()); // the task's deferrals first
     Complete(0);
@@ -175,7 +175,7 @@ TEST_F(ServicingTest, AnUpdateCancelsTheRunningTasksAndStartsTheNewVersionForWha
     ASSERT_EQ(reports.size(), 5u);
     EXPECT_EQ(
         Texts(reports.begin(), reports.begin() + 4),
-        (Texts{L"task-completed instance=1 name='A Task'", L"task-started instance=2 name='A Task'",
+        (Texts{L"task-completed instance=1 name='A Task' wake=1", L"task-started instance=2 name='A Task' wake=2",
                L"app-terminated pid=7 code=1", L"package-registered family=A.Package_m7dy57p66fpam version=1.0.0.1"}));
     EXPECT_EQ(LastEvent().kind, L"app-started"); // the new version's process
     EXPECT_EQ(m_processes->started.size(), 2u);

@@ -53,7 +53,7 @@ TEST_F(StateFileTest, IsNotTouchedWhenItIsAsItWasWritten)
 
 TEST_F(StateFileTest, OfTasksIsSetAsideAndKeepsItsOtherTasks)
 {
-    std::string const good = "an-id 'A Task' push 0 recurring 0 \r\n";
+    std::string const good = "an-id 'A Task' push 0 recurring 0\r\n";
     auto const content = good + "nonsense\r\n";
     RestartWith(m_tasksFile, content);
     ExpectSetAside(m_tasksFile, L"line 2: it is not ID NAME push|timer MINUTES once|recurring DUE", content);
