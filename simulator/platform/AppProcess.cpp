@@ -100,6 +100,9 @@ bool AppProcess::IsExpected(unsigned long processId) const noexcept
     return m_process && m_process->id == processId && !m_process->hasConnected;
 }
 
+// There is a process where its peer speaks or is expected, which the lint cannot know.
+// NOLINTBEGIN(bugprone-unchecked-optional-access)
+
 void AppProcess::Attach(std::shared_ptr<Peer> peer)
 {
     m_process->hasConnected = true;
@@ -315,5 +318,7 @@ AppProcess::Activations AppProcess::LoseWaiting()
     }
     return lost;
 }
+
+// NOLINTEND(bugprone-unchecked-optional-access)
 
 } // namespace sim

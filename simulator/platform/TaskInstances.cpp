@@ -158,10 +158,14 @@ bool TaskInstances::IsAnyRunning() const noexcept
 void TaskInstances::TellCancellation(std::uint32_t instance)
 {
     auto const entry = m_instances.find(instance);
-    if (entry != m_instances.end() && entry->second.hasReturned && entry->second.cancelReason)
+    if (entry == m_instances.end())
     {
-        entry->second.app->Send(
-            TaskCancelled{instance, ConnectionIn(entry->second.content), *entry->second.cancelReason});
+        return;
+    }
+    auto const& running = entry->second;
+    if (running.hasReturned && running.cancelReason)
+    {
+        running.app->Send(TaskCancelled{instance, ConnectionIn(running.content), *running.cancelReason});
     }
 }
 

@@ -51,8 +51,8 @@ std::wstring Device::ReadyEventName() const
 
 void Device::Clear() const
 {
-    for (auto const* name : {L"Packages", L"Temp", L"desktop", L"crashes", L"helpers", L"layout", L"events.log",
-                             L"package.txt"})
+    for (auto const* name :
+         {L"Packages", L"Temp", L"desktop", L"crashes", L"helpers", L"layout", L"events.log", L"package.txt"})
     {
         Remove(m_home + L"\\" + name);
     }

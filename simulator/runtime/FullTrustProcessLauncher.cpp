@@ -12,6 +12,7 @@ namespace sim
 namespace
 {
 
+// cppcheck-suppress passedByValue ; a coroutine outlives what its caller holds
 IAsyncAction Run(AsyncFault fault, HostReference process, LaunchDesktop launch)
 {
     co_await winrt::resume_agile(fault.Begin());
