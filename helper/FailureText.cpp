@@ -75,8 +75,8 @@ constexpr Meaning<std::uint32_t> results[] = {
     {0x80040154, L"REGDB_E_CLASSNOTREG",
      L"this system has no app services; Windows has them from 10.0.14393 on (Wine: sim install registers them)"},
     {0x80073D54, L"APPMODEL_ERROR_NO_PACKAGE",
-     L"this program has no package; run it inside the package (docs/windows.md). On the simulator the device is "
-     L"switched off: sim status switches it on"},
+     L"this program has no package; run it inside the package (docs/windows.md). On the simulator VELMO_SIM_HOME names "
+     L"the device's folder"},
     {0x80070490, L"ERROR_NOT_FOUND",
      L"the platform finds no package for this program; run it inside the package (docs/windows.md)"},
     {0x80070005, L"E_ACCESSDENIED",

@@ -1,9 +1,9 @@
 #include "simulator/client/BrokerClient.h"
 
 #include "simulator/base/Error.h"
-#include "simulator/base/Files.h"
 #include "simulator/base/Process.h"
 #include "simulator/base/Text.h"
+#include "simulator/protocol/BrokerPipe.h"
 #include "simulator/protocol/Encoding.h"
 
 namespace sim
@@ -14,51 +14,16 @@ namespace
 
 constexpr wchar_t brokerEnded[] = L"the device's broker has ended: the device is off";
 
-// brokerId: its process; 0: unknown.
-std::wstring HungText(unsigned long brokerId)
-{
-    auto const process = brokerId == 0 ? std::wstring() : L" (process " + std::to_wstring(brokerId) + L")";
-    return L"the device's broker" + process + L" has not answered for " + std::to_wstring(hungAfter / 1'000) +
-           L" s: end its process, and the next command starts another one";
-}
-
-// Returns when the broker serves, or when another one proved to be quicker.
-void StartBroker(Device const& device)
-{
-    constexpr DWORD limitMilliseconds = 60'000;
-    Handle const ready(CreateEventW(nullptr, TRUE, FALSE, device.ReadyEventName().c_str()));
-    auto const process = StartProcess(ProgramPath(), {L"broker"});
-    HANDLE const either[] = {ready.Get(), process.Get()};
-    WaitForMultipleObjects(ARRAYSIZE(either), either, FALSE, limitMilliseconds);
-}
-
 } // namespace
 
 std::unique_ptr<BrokerClient> BrokerClient::Connect(Device const& device)
 {
-    // A broker found or started may be one that is being switched off; the next one is not.
-    constexpr int attempts = 5;
-    auto client = ConnectToRunning(device);
-    for (int attempt = 0; !client && attempt < attempts; ++attempt)
-    {
-        MakeFolder(device.Home());
-        StartBroker(device);
-        client = ConnectToRunning(device);
-    }
-    if (!client)
-    {
-        throw Error(L"no broker comes up for the device " + device.Home());
-    }
-    return client;
+    return std::make_unique<BrokerClient>(NeedBroker(device, ProgramPath()));
 }
 
 std::unique_ptr<BrokerClient> BrokerClient::ConnectToRunning(Device const& device)
 {
-    auto pipe = ConnectPipe(device.PipeName());
-    if (!pipe && GetLastError() == ERROR_SEM_TIMEOUT)
-    {
-        throw Error(HungText(0));
-    }
+    auto pipe = FindBroker(device);
     return pipe ? std::make_unique<BrokerClient>(std::move(pipe)) : nullptr;
 }
 

@@ -1,8 +1,9 @@
 #include "simulator/runtime/ProcessHost.h"
 
 #include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
+#include "simulator/protocol/BrokerPipe.h"
 #include "simulator/protocol/Encoding.h"
-#include "simulator/protocol/Pipe.h"
 #include "simulator/protocol/PipeChannel.h"
 
 #include <windows.h>
@@ -36,10 +37,15 @@ class PipeLink : public PlatformLink
     std::shared_ptr<PipeChannel> m_channel;
 };
 
-std::shared_ptr<PipeChannel> OpenChannel(Device const& device)
+// sim.exe, which lies beside the runtime classes' module.
+std::wstring BrokerProgram()
 {
-    auto pipe = ConnectPipe(device.PipeName());
-    return pipe ? PipeChannel::Open(std::move(pipe)) : throw Error(L"no broker serves the device");
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<wchar_t const*>(&BrokerProgram), &module);
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(module, path, ARRAYSIZE(path));
+    return ParentOf(path) + L"\\sim.exe";
 }
 
 } // namespace
@@ -48,7 +54,7 @@ std::shared_ptr<ProcessHost> ProcessHost::Connected()
 try
 {
     auto const device = Device::FromEnvironment();
-    auto const channel = OpenChannel(device);
+    auto const channel = PipeChannel::Open(NeedBroker(device, BrokerProgram()));
     auto host = std::make_shared<ProcessHost>(device);
     channel->Start({[host](std::string_view message) { host->Received(Decode<ToProcess>(message)); },
                     [host] { host->Disconnected(); }});

@@ -18,11 +18,22 @@ class Helper : public test::SimulatorDevice
 
 } // namespace
 
-TEST_F(Helper, SaysThatTheDeviceIsOff)
+TEST_F(Helper, SwitchesTheDeviceOn)
 {
+    Run(L"register");
+    Run(L"stop");
+    auto const outcome = RunHelper(L"get-channel-uri");
+    EXPECT_EQ(outcome.exitCode, 0u);
+    EXPECT_NE(outcome.output.find(L"https://"), std::wstring::npos) << sim::ToUtf8(outcome.output);
+}
+
+TEST_F(Helper, SaysThatNoDeviceIsNamed)
+{
+    SetEnvironmentVariableW(L"VELMO_SIM_HOME", nullptr);
     ExpectFailure(L"get-channel-uri", 4,
-                  L"this program has no package; run it inside the package (docs/windows.md). On the simulator the "
-                  L"device is switched off: sim status switches it on (APPMODEL_ERROR_NO_PACKAGE, 0x80073D54)");
+                  L"this program has no package; run it inside the package (docs/windows.md). On the simulator "
+                  L"VELMO_SIM_HOME names the device's folder (APPMODEL_ERROR_NO_PACKAGE, 0x80073D54)");
+    SetEnvironmentVariableW(L"VELMO_SIM_HOME", m_device.c_str());
 }
 
 TEST_F(Helper, SaysThatThePackageIsNotInstalled)

@@ -102,8 +102,8 @@ TEST(FailureText, OfAFailedCallSaysWhatHappenedWhatToDoAndTheResult)
     EXPECT_EQ(OfResult(0x80040154), L"this system has no app services; Windows has them from 10.0.14393 on (Wine: sim "
                                     L"install registers them) (REGDB_E_CLASSNOTREG, 0x80040154)");
     EXPECT_EQ(OfResult(0x80073D54),
-              L"this program has no package; run it inside the package (docs/windows.md). On the simulator the device "
-              L"is switched off: sim status switches it on (APPMODEL_ERROR_NO_PACKAGE, 0x80073D54)");
+              L"this program has no package; run it inside the package (docs/windows.md). On the simulator "
+              L"VELMO_SIM_HOME names the device's folder (APPMODEL_ERROR_NO_PACKAGE, 0x80073D54)");
     EXPECT_EQ(OfResult(0x80070490), L"the platform finds no package for this program; run it inside the package "
                                     L"(docs/windows.md) (ERROR_NOT_FOUND, 0x80070490)");
     EXPECT_EQ(OfResult(0x80070005), L"access is denied; run the helper as the user who runs the app, without elevation "
