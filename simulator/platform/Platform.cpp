@@ -7,6 +7,7 @@
 #include "simulator/base/TypeName.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace sim
 {
@@ -313,6 +314,13 @@ ChannelCreated Platform::AnswerTo(Peer const& from, CreateChannel const&)
 TaskRegistered Platform::AnswerTo(Peer const& from, RegisterTask const& request)
 {
     return m_app.IsPeer(from) ? m_tasks.Register(request) : TaskRegistered{elementNotFound};
+}
+
+std::vector<std::wstring> Platform::TaskNames() const
+{
+    std::vector<std::wstring> names;
+    std::ranges::transform(m_tasks.All(), std::back_inserter(names), &RegisteredTask::name);
+    return names;
 }
 
 TaskList Platform::AnswerTo(Peer const& from, ListTasks const&)

@@ -64,6 +64,9 @@ class Platform
     // Opens a channel with a URI of the caller's choice.
     void ReplaceChannel(std::wstring uri);
 
+    // Of the registered background tasks, whether the app runs or not.
+    std::vector<std::wstring> TaskNames() const;
+
     // Ends everything that was started: the device is switched off. A platform that is not told so was killed; the next
     // one takes over its faults, and its numbers go on.
     void SwitchOff();

@@ -300,10 +300,7 @@ void LocalDevice::CancelTasks(std::uint32_t reason)
 std::vector<std::wstring> LocalDevice::TaskNames()
 {
     std::vector<std::wstring> names;
-    for (auto& task : m_app->Ask(ListTasks{}).tasks)
-    {
-        names.push_back(std::move(task.name));
-    }
+    m_platform.Work().PostAndWait([&] { names = m_platform.TaskNames(); });
     return names;
 }
 

@@ -45,8 +45,8 @@ TEST_F(ExitRequest, RemovesTheTasksAcknowledgesAndEndsTheApp)
 {
     auto const response = Ask().get();
     EXPECT_EQ(test::TestHelper::Text(response.Message()), L"MessageAck=Ack");
-    EXPECT_EQ(TaskNames(), Lines{L"another"});
     WaitForEnd();
+    EXPECT_EQ(TaskNames(), Lines{L"another"});
     EXPECT_TRUE(host.HasExited());
     ExpectLog(received + Lines{unregister, unregister} + acknowledged);
     EXPECT_EQ(helper->Messages(), Lines());
