@@ -249,7 +249,7 @@ constexpr OwnCommand commands[] = {
 
 int Run(Words const& words)
 {
-    if (FindCommand(DeviceCommands(), words))
+    if (FindCommand(DeviceCommands(), words) != nullptr)
     {
         return Ask(RequestFor(words));
     }

@@ -200,9 +200,11 @@ void AppServices::ClosedByService(std::uint32_t number, ClosedStatus status)
 // Before OnBackgroundActivated has returned, the service is the app that runs.
 bool AppServices::Owns(Peer const& from, Connection const& connection, ConnectionEnd end) const
 {
-    return end == ConnectionEnd::Caller ? connection.caller.get() == &from
-           : connection.app             ? connection.app.get() == &from
-                                        : m_app.IsPeer(from);
+    if (end == ConnectionEnd::Service && !connection.app)
+    {
+        return m_app.IsPeer(from);
+    }
+    return (end == ConnectionEnd::Caller ? connection.caller : connection.app).get() == &from;
 }
 
 template <typename Message>

@@ -130,11 +130,8 @@ PushChannel::Channel const& PushChannel::Open(std::wstring uri)
 
 void PushChannel::Keep(std::optional<Channel> const& channel) const
 {
-    std::vector<StateFile::Words> lines;
-    for (auto const& uri : m_ended)
-    {
-        lines.push_back({uri, ended});
-    }
+    std::vector<StateFile::Words> lines(m_ended.size());
+    std::ranges::transform(m_ended, lines.begin(), [](auto const& uri) { return StateFile::Words{uri, ended}; });
     if (channel)
     {
         lines.push_back({channel->uri, std::to_wstring(channel->expiry)});
@@ -146,7 +143,7 @@ void PushChannel::Revoke()
 {
     if (m_channel)
     {
-        End(L"channel-revoked");
+        End(m_channel->uri, L"channel-revoked");
     }
 }
 
@@ -154,13 +151,13 @@ void PushChannel::ClockAdvanced()
 {
     if (m_channel && m_channel->expiry <= m_clock.Now())
     {
-        End(L"channel-expired");
+        End(m_channel->uri, L"channel-expired");
     }
 }
 
-void PushChannel::End(std::wstring event)
+void PushChannel::End(std::wstring uri, std::wstring event)
 {
-    m_ended.push_back(m_channel->uri);
+    m_ended.push_back(std::move(uri));
     m_channel.reset();
     m_journal.Add(std::move(event));
     Keep(std::nullopt);

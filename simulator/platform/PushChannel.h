@@ -53,7 +53,7 @@ class PushChannel
 
   private:
     Channel const& Open(std::wstring uri);
-    void End(std::wstring event);
+    void End(std::wstring uri, std::wstring event);
     void Keep(std::optional<Channel> const& channel) const;
 
     StateFile m_file;

@@ -166,6 +166,7 @@ void Framework::Activate(BackgroundTaskInstance& instance) const
 {
     m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(
         MakeArgs<BackgroundActivatedEventArgs>(instance.get_strong().as<Background::IBackgroundTaskInstance>()));
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the caller holds it
     instance.Returned();
 }
 

@@ -12,7 +12,9 @@ namespace sim
 // one is a call of Member with its name and its arguments, and so of Default. It fails with E_NOTIMPL where D has
 // neither of its own.
 template <typename D, typename... I>
-struct Implements : winrt::implements<D, I...>, winrt::impl::defaults<D, I>...
+struct Implements // NOLINT(bugprone-crtp-constructor-accessibility): as winrt::implements
+    : winrt::implements<D, I...>,
+      winrt::impl::defaults<D, I>...
 {
     template <winrt::impl::member_name Name>
     decltype(auto) Member(auto&... arguments) const

@@ -93,7 +93,10 @@ std::shared_ptr<Lines> LinesOfPerson()
 class Recording
 {
   public:
-    Recording(std::wstring const& path, Device const& device, Colour colour) : m_path(path), m_player(device, colour) {}
+    Recording(std::wstring path, Device const& device, Colour colour)
+        : m_path(std::move(path)), m_player(device, colour)
+    {
+    }
 
     void PlayLines()
     {
@@ -105,7 +108,10 @@ class Recording
         while (m_player.Seen().WaitUntil(hasLine, patience) && !lines->HasEnded())
         {
             WaitUntilQuiet();
-            Play(*lines->Take());
+            if (auto const line = lines->Take())
+            {
+                Play(*line);
+            }
         }
     }
 

@@ -122,7 +122,7 @@ void Player::Run(Words const& words)
         (this->*step->run)(step->ArgumentsOf(words));
         return;
     }
-    if (!FindCommand(DeviceCommands(), words))
+    if (FindCommand(DeviceCommands(), words) == nullptr)
     {
         throw Error(L"there is no step " + words[0]);
     }
@@ -209,12 +209,13 @@ void Player::GrowLog(Words const& words)
 // Of the package as it is, or of a copy with the changes that the options name.
 std::wstring Player::PackageFolder(Words const& options)
 {
-    auto const package = FullPath(PackageFolderFromEnvironment());
+    auto package = FullPath(PackageFolderFromEnvironment());
     if (options.empty())
     {
         return package;
     }
-    auto const copy = m_device.LayoutCopy() + L"\\" + std::to_wstring(++m_copies);
+    auto copy = m_device.LayoutCopy() + L"\\" + std::to_wstring(++m_copies);
+    auto const within = copy + L"\\";
     CopyFolder(package, copy);
     for (std::size_t i = 0; i < options.size(); i += 2)
     {
@@ -225,8 +226,8 @@ std::wstring Player::PackageFolder(Words const& options)
             throw WrongCall(L"a package is changed so: [without FILE] [version VERSION] [name NAME]");
         }
         option == L"without"
-            ? Remove(copy + L"\\" + value)
-            : ChangeIdentity(copy + L"\\AppxManifest.xml", option == L"version" ? L"Version" : L"Name", value);
+            ? Remove(within + value)
+            : ChangeIdentity(within + L"AppxManifest.xml", option == L"version" ? L"Version" : L"Name", value);
     }
     return copy;
 }

@@ -20,6 +20,7 @@ struct NamedMap : Implements<D, Collections::IPropertySet, Collections::IObserva
     auto First() const { return GetView().First(); }
 
   protected:
+    // NOLINTNEXTLINE(bugprone-crtp-constructor-accessibility): as winrt::implements
     explicit NamedMap(std::shared_ptr<NamedValues> values) : m_values(std::move(values)) {}
 
     std::shared_ptr<NamedValues> const m_values;

@@ -32,7 +32,7 @@ std::string BytesOf(winrt::array_view<T const> elements)
 }
 
 template <typename T>
-winrt::com_array<T> ElementsFrom(std::string bytes)
+winrt::com_array<T> ElementsFrom(std::string bytes) // NOLINT(performance-unnecessary-value-param): it corrects flags
 {
     if constexpr (std::is_same_v<T, winrt::hstring>)
     {
