@@ -65,7 +65,8 @@ void Platform::ContinueUpdate()
         }
         return;
     }
-    auto update = *std::exchange(m_update, std::nullopt);
+    auto update = std::move(*m_update);
+    m_update.reset();
     try
     {
         m_registration.Set(std::move(update.package));
