@@ -54,7 +54,7 @@ Handle StartProcess(std::wstring const& program, std::vector<std::wstring> const
     startup.hStdOutput = output;
     startup.hStdError = output;
     PROCESS_INFORMATION started{};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, output != nullptr,
+    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, output ? TRUE : FALSE,
                         output ? 0 : DETACHED_PROCESS, nullptr, nullptr, &startup, &started))
     {
         throw Error(L"cannot start " + program + L": " + SystemMessage(GetLastError()));
