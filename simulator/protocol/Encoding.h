@@ -180,7 +180,7 @@ class Reader
 
     std::size_t TakeCount()
     {
-        std::uint32_t count = 0;
+        auto count = std::uint32_t();
         Take(count);
         return count;
     }

@@ -17,6 +17,8 @@ struct Failing
     }
 };
 
-using NotImplemented = Failing<static_cast<std::int32_t>(0x80004001)>; // E_NOTIMPL
+inline constexpr auto notImplemented = static_cast<std::int32_t>(0x80004001); // E_NOTIMPL
+
+using NotImplemented = Failing<notImplemented>;
 
 } // namespace sim
