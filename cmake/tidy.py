@@ -17,6 +17,7 @@ import unity
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 COMMAND = re.compile(r"(?P<options>.*) -o (?P<output>\S+) -c \S+$")
+SHARED_HEADERS = re.compile(r" -Winvalid-pch| -Xclang -include(-pch)? -Xclang \S+")  # a source names what it uses
 
 
 def options(build):
@@ -25,7 +26,7 @@ def options(build):
     for entry in json.loads((build / "compile_commands.json").read_text()):
         if command := COMMAND.match(entry["command"]):  # resources are compiled otherwise
             top = pathlib.Path(command["output"]).parts[0]
-            found[top] = max(found.get(top, ""), command["options"], key=len)
+            found[top] = max(found.get(top, ""), SHARED_HEADERS.sub("", command["options"]), key=len)
     return found
 
 
