@@ -47,7 +47,7 @@ winrt::com_array<T> ElementsFrom(std::string bytes) // NOLINT(performance-unnece
         }
         if constexpr (std::is_same_v<T, bool>)
         {
-            std::ranges::replace_if(bytes, [](char byte) { return byte != 0; }, '\1'); // no other bool is one
+            std::ranges::replace_if(bytes, [](char flag) { return flag != 0; }, '\1'); // no other bool is one
         }
         winrt::com_array<T> elements(static_cast<std::uint32_t>(bytes.size() / sizeof(T)));
         std::memcpy(elements.data(), bytes.data(), bytes.size());
