@@ -47,9 +47,9 @@ TEST(FramesTest, ComeTogetherFromSingleBytes)
 {
     sim::FrameReader reader;
     Messages messages;
-    for (auto const byte : sim::Framed("one two") + sim::Framed("") + sim::Framed("three"))
+    for (auto const unit : sim::Framed("one two") + sim::Framed("") + sim::Framed("three"))
     {
-        reader.Add({&byte, 1});
+        reader.Add({&unit, 1});
         for (auto& message : Taken(reader))
         {
             messages.push_back(std::move(message));
