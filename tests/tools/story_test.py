@@ -6,7 +6,6 @@ import os
 import pathlib
 import shutil
 import signal
-import subprocess
 import sys
 import tempfile
 import unittest
@@ -56,7 +55,7 @@ class StoryTest(support.ScriptTest):
     def test_one_that_is_cut_off_is_red(self):
         story = self.start_story()
         self.read_until(story, "app-started")
-        subprocess.run(["wineserver", "-k"], env=os.environ | {"WINEPREFIX": str(self.prefix)}, check=False)
+        support.end_server(self.prefix)
         self.assertNotIn("nothing else happened", story.stdout.read())
         self.assertNotEqual(0, story.wait(support.LIMIT))
 

@@ -3,6 +3,7 @@
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import tempfile
 import time
@@ -10,6 +11,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 LIMIT = 100  # seconds: what takes longer never comes
+TEST_LIMIT = 300  # seconds for a test
 
 
 def wait_until(condition, what):
@@ -49,15 +51,28 @@ def servers_of(prefix):
     return [process for process in processes_with(f"WINEPREFIX={prefix}") if is_server(process)]
 
 
+def end_server(prefix):
+    """Ends the Wine server of the prefix. A process that is just starting outlives it."""
+    subprocess.run(["wineserver", "-k"], env=os.environ | {"WINEPREFIX": str(prefix)}, check=False)
+
+
 def stop_wine(prefix):
+    """Ends all that runs in the prefix."""
     if pathlib.Path(prefix).exists():
-        subprocess.run(["wineserver", "-k"], env=os.environ | {"WINEPREFIX": str(prefix)}, check=False)
+        subprocess.run(["bash", "-c", '. "$0"; stop_wine "$1"', ROOT / "tools" / "wine.sh", prefix], check=False)
+
+
+def _fail_at_limit(*_):
+    raise AssertionError(f"not through after {TEST_LIMIT} s")
 
 
 class ScriptTest(unittest.TestCase):
-    """Has a folder of its own, and ends what it started."""
+    """Has a folder of its own, ends what it started, and fails where it waits without end."""
 
     def setUp(self):
+        signal.signal(signal.SIGALRM, _fail_at_limit)
+        signal.alarm(TEST_LIMIT)
+        self.addCleanup(signal.alarm, 0)
         self.folder = pathlib.Path(tempfile.mkdtemp())
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
 

@@ -17,10 +17,6 @@ TEMPORARY = None
 CUT_OFF = 97
 
 
-def end_server(*how):
-    subprocess.run(["wineserver", *(how or ["-k"])], env=os.environ | {"WINEPREFIX": str(PREFIX)}, check=False)
-
-
 class WineRunTest(support.ScriptTest):
     @classmethod
     def tearDownClass(cls):
@@ -45,10 +41,14 @@ class WineRunTest(support.ScriptTest):
     def flow_test(self, *arguments):
         return [BUILD / "tests" / "flow" / "flow_test.exe", *arguments]
 
-    def cut_off(self, process, line, *how):
+    def interruptible(self, *arguments):
+        """Without death tests: a process that one has just started outlives its parent and its server."""
+        return self.flow_test("--gtest_filter=-*DeathTest*", *arguments)
+
+    def cut_off(self, process, line):
         """Ends the server once the program has written a line; returns the exit code and the rest of the output."""
         self.read_until(process, line)
-        end_server(*how)
+        support.end_server(PREFIX)
         output = process.stdout.read()
         return process.wait(support.LIMIT), output
 
@@ -61,12 +61,12 @@ class CutOff(WineRunTest):
             self.assertIn(sentence, output)
 
     def test_a_test_program_whose_server_ends_in_the_middle_is_red(self):
-        process = self.start_program("--demand", "test", PREFIX, *self.flow_test())
+        process = self.start_program("--demand", "test", PREFIX, *self.interruptible())
         code, output = self.cut_off(process, "[       OK ]")
         self.check_red(code, output, "flow_test.exe ended with 0, but did not say that it was through")
 
     def test_so_is_a_program_of_which_no_closing_line_is_demanded(self):
-        process = self.start_program(PREFIX, *self.flow_test())
+        process = self.start_program(PREFIX, *self.interruptible())
         code, output = self.cut_off(process, "[       OK ]")
         self.check_red(code, output, "flow_test.exe ended with 0, and so did its Wine server")
 
@@ -105,6 +105,18 @@ class ClosingLine(WineRunTest):
         code, output = self.shell("echo bench line: its limits hold&exit 3", "--demand", "bench")
         self.assertEqual(3, code, output)
 
+    def test_it_is_not_waited_for_when_something_that_was_left_behind_holds_the_output(self):
+        tools = self.folder / "bin"
+        tools.mkdir()
+        (tools / "wine").write_text("#!/usr/bin/env bash\nsleep 1000 2>/dev/null &\necho half of it\n")
+        (tools / "wine").chmod(0o755)
+        mark = f"VELMO_TEST_MARK={self.folder}"
+        self.environment |= {"PATH": f"{tools}:{os.environ['PATH']}"} | dict([mark.split("=")])
+        code, output = self.shell("exit 0", "--demand", "test")
+        self.assertEqual(CUT_OFF, code, output)
+        for process in support.processes_with(mark):
+            os.kill(process, signal.SIGKILL)
+
     def test_a_run_of_no_test_is_red(self):
         code, output = self.run_program("--demand", "test", PREFIX, *self.flow_test("--gtest_filter=Nothing"))
         self.assertEqual(CUT_OFF, code, output)
@@ -127,9 +139,7 @@ class Ended(WineRunTest):
                 mark = f"VELMO_TEST_MARK={self.folder}{number}"
                 self.environment |= dict([mark.split("=")])
                 files = set(TEMPORARY.iterdir())
-                # Without death tests: a process that such a test has started does not end when its parent is ended.
-                process = self.start_program("--demand", "test", PREFIX,
-                                             *self.flow_test("--gtest_repeat=-1", "--gtest_filter=-*DeathTest*"))
+                process = self.start_program("--demand", "test", PREFIX, *self.interruptible("--gtest_repeat=-1"))
                 self.read_until(process, "[       OK ]")
                 process.send_signal(number)
                 process.stdout.read()
@@ -138,7 +148,7 @@ class Ended(WineRunTest):
                 self.assertEqual(files, set(TEMPORARY.iterdir()))
 
     def test_the_server_that_stays_does_not_keep_a_lock_of_the_caller(self):
-        end_server()
+        support.end_server(PREFIX)
         lock = self.folder / "lock"
         held = f'exec 9>"{lock}"; flock 9; "{WINE_RUN}" "{PREFIX}" cmd /c exit 0'
         self.assertEqual(0, subprocess.run(["bash", "-c", held], check=False).returncode)
