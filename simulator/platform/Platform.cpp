@@ -18,11 +18,6 @@ namespace
 constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
 constexpr auto unspecifiedFailure = static_cast<std::int32_t>(0x80004005);
 
-auto ReplyTo(std::shared_ptr<Peer> const& from, std::uint32_t number)
-{
-    return [from, number](AnyAnswer const& answer) { from->Send(Answer{number, answer}); };
-}
-
 // What the work throws says what was being done.
 template <typename Work>
 void Doing(std::wstring const& what, Work const& work)
@@ -142,10 +137,11 @@ void Platform::TakeSessionOver()
         }
         return number;
     };
-    m_instances.NumberAfter(last(L"instance"));
+    auto const lastInstance = last(L"instance");
+    m_instances.NumberAfter(lastInstance);
     m_services.NumberAfter(last(L"connection"));
     m_tasks.NumberAfter(last(L"wake"));
-    m_journal.Add(L"broker-lost", {Detail(L"last-instance", std::to_wstring(last(L"instance"))),
+    m_journal.Add(L"broker-lost", {Detail(L"last-instance", std::to_wstring(lastInstance)),
                                    Detail(L"faults", std::to_wstring(m_faults.All().size()))});
 }
 
@@ -277,6 +273,11 @@ void Platform::Handle(From const& from, Follow const&)
 void Platform::Handle(From const&, sim::SwitchOff const&)
 {
     m_switchOff();
+}
+
+Platform::AnyReply Platform::ReplyTo(From const& from, std::uint32_t number)
+{
+    return [from, number](AnyAnswer const& answer) { from->Send(sim::Answer{number, answer}); };
 }
 
 void Platform::Answer(From const& from, std::uint32_t number, OpenConnection const& request)

@@ -90,6 +90,8 @@ class Platform
     void Handle(From const& from, sim::SwitchOff const& message);
 
     // What they ask. What is thrown refuses it.
+    using AnyReply = std::function<void(AnyAnswer const&)>;
+    static AnyReply ReplyTo(From const& from, std::uint32_t number);
 
     // Answers that come later.
     void Answer(From const& from, std::uint32_t number, OpenConnection const& request);
@@ -146,7 +148,7 @@ class Platform
     struct Update
     {
         Package package;
-        std::function<void(AnyAnswer const&)> reply;
+        AnyReply reply;
     };
 
     Device const m_device;

@@ -25,26 +25,17 @@ Shown Platform::AnswerTo(Peer const&, UnregisterPackage const&)
 
 void Platform::Answer(From const& from, std::uint32_t number, UpdatePackage const& request)
 {
-    auto const reply = [from, number](AnyAnswer const& answer) { from->Send(sim::Answer{number, answer}); };
-    try
+    auto const family = m_registration.Need().FamilyName();
+    auto package = OpenFor(request.folder, request.isForced);
+    if (package.FamilyName() != family)
     {
-        auto const family = m_registration.Need().FamilyName();
-        auto package = OpenFor(request.folder, request.isForced);
-        if (package.FamilyName() != family)
-        {
-            throw Error(package.FamilyName() + L" is no update of " + family + L"; sim register puts it in its place");
-        }
-        if (m_update)
-        {
-            throw Error(L"the package is being updated already");
-        }
-        m_update = Update{std::move(package), reply};
+        throw Error(package.FamilyName() + L" is no update of " + family + L"; sim register puts it in its place");
     }
-    catch (Error const& error)
+    if (m_update)
     {
-        reply(Refused{error.Message()});
-        return;
+        throw Error(L"the package is being updated already");
     }
+    m_update = Update{std::move(package), ReplyTo(from, number)};
     m_app.Hold();
     m_instances.CancelRunning(CancellationReason::servicingUpdate);
     ContinueUpdate();

@@ -47,9 +47,9 @@ TEST(FramesTest, ComeTogetherFromSingleBytes)
 {
     sim::FrameReader reader;
     Messages messages;
-    for (auto const unit : sim::Framed("one two") + sim::Framed("") + sim::Framed("three"))
+    for (auto const single : sim::Framed("one two") + sim::Framed("") + sim::Framed("three"))
     {
-        reader.Add({&unit, 1});
+        reader.Add({&single, 1});
         for (auto& message : Taken(reader))
         {
             messages.push_back(std::move(message));
