@@ -39,12 +39,6 @@ int Ask(AnyRequest request)
     return 0;
 }
 
-// Whether that word is in front.
-bool TakeWord(Words& words, std::wstring_view word)
-{
-    return !words.empty() && words[0] == word && (words.erase(words.begin()), true);
-}
-
 int Install(Words const&)
 {
     InstallRuntimeClasses();
@@ -140,8 +134,8 @@ int Events(Words const& words)
 int Play(Words const& words)
 {
     auto rest = words;
-    auto const colour = TakeWord(rest, L"--colour") ? Colour::Yes : Colour::No;
-    auto const records = TakeWord(rest, L"--record");
+    auto const colour = TakeOption(rest, L"--colour") ? Colour::Yes : Colour::No;
+    auto const records = TakeOption(rest, L"--record");
     if (rest.size() != 1)
     {
         throw WrongCall(L"one scenario at a time");
@@ -155,23 +149,15 @@ int Play(Words const& words)
 
 int Stop(Words const&)
 {
-    if (auto const broker = BrokerClient::ConnectToRunning(Device::FromEnvironment()))
-    {
-        broker->Stop();
-        WriteLine(L"the device is switched off");
-        return 0;
-    }
-    WriteLine(L"the device was not switched on");
+    WriteLine(BrokerClient::StopRunning(Device::FromEnvironment()) ? L"the device is switched off"
+                                                                   : L"the device was not switched on");
     return 0;
 }
 
 int Restart(Words const&)
 {
     auto const device = Device::FromEnvironment();
-    if (auto const broker = BrokerClient::ConnectToRunning(device))
-    {
-        broker->Stop();
-    }
+    BrokerClient::StopRunning(device);
     BrokerClient::Connect(device);
     WriteLine(L"the device is switched off and on again");
     return 0;

@@ -21,10 +21,15 @@ std::unique_ptr<BrokerClient> BrokerClient::Connect(Device const& device)
     return std::make_unique<BrokerClient>(NeedBroker(device, ProgramPath()));
 }
 
-std::unique_ptr<BrokerClient> BrokerClient::ConnectToRunning(Device const& device)
+bool BrokerClient::StopRunning(Device const& device)
 {
     auto pipe = FindBroker(device);
-    return pipe ? std::make_unique<BrokerClient>(std::move(pipe)) : nullptr;
+    if (!pipe)
+    {
+        return false;
+    }
+    BrokerClient(std::move(pipe)).Stop();
+    return true;
 }
 
 BrokerClient::BrokerClient(Handle pipe, unsigned answerLimit)

@@ -20,8 +20,8 @@ class BrokerClient
     // Starts the broker (this program again) when none serves the device. Throws Error.
     static std::unique_ptr<BrokerClient> Connect(Device const& device);
 
-    // Null when no broker serves the device. Throws Error when it hangs.
-    static std::unique_ptr<BrokerClient> ConnectToRunning(Device const& device);
+    // Switches the device off; false when it is off already. Throws Error when its broker hangs.
+    static bool StopRunning(Device const& device);
 
     // pipe: connected to the broker. answerLimit: in milliseconds.
     explicit BrokerClient(Handle pipe, unsigned answerLimit = hungAfter);

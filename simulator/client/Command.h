@@ -19,6 +19,17 @@ class WrongCall : public Error
     using Error::Error;
 };
 
+// Takes an option off the front of the words; false when it is not there.
+inline bool TakeOption(Words& words, std::wstring_view option)
+{
+    if (words.empty() || words.front() != option)
+    {
+        return false;
+    }
+    words.erase(words.begin());
+    return true;
+}
+
 // A row of a table of commands: of the command line, of a device, of scenarios. Their help is made of this.
 template <typename Function>
 struct Command

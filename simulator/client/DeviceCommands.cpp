@@ -16,9 +16,10 @@ namespace sim
 namespace
 {
 
-std::wstring FirstOr(Words const& words, std::wstring const& other)
+// Empty without words.
+std::wstring FirstOf(Words const& words)
 {
-    return words.empty() ? other : words.front();
+    return words.empty() ? std::wstring() : words.front();
 }
 
 // +15m, +24h, +30d
@@ -53,8 +54,8 @@ AnyRequest Plain(Words const&)
 template <typename Request>
 AnyRequest Install(Words const& words)
 {
-    auto const isForced = !words.empty() && words[0] == L"--force";
-    Words const rest(words.begin() + (isForced ? 1 : 0), words.end());
+    auto rest = words;
+    auto const isForced = TakeOption(rest, L"--force");
     if (rest.size() > 1)
     {
         throw Error(L"one folder at a time");
@@ -66,17 +67,18 @@ AnyRequest Install(Words const& words)
 template <typename Request>
 AnyRequest OfText(Words const& words)
 {
-    return Request{FirstOr(words, L"")};
+    return Request{FirstOf(words)};
 }
 
 AnyRequest SendPush(Words const& words)
 {
-    auto const hasUri = !words.empty() && words[0] == L"--uri";
-    if (hasUri ? words.size() < 2 : words.size() > 1)
+    auto rest = words;
+    auto const hasUri = TakeOption(rest, L"--uri");
+    if (hasUri ? rest.empty() : rest.size() > 1)
     {
         throw Error(L"a push is sent so: [--uri URI] [PAYLOAD]");
     }
-    return hasUri ? Push{FirstOr({words.begin() + 2, words.end()}, L""), words[1]} : Push{FirstOr(words, L"")};
+    return hasUri ? Push{FirstOf({rest.begin() + 1, rest.end()}), rest[0]} : Push{FirstOf(rest)};
 }
 
 template <Condition condition>

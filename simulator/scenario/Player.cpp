@@ -17,10 +17,7 @@ namespace
 
 std::unique_ptr<BrokerClient> FreshDevice(Device const& device)
 {
-    if (auto const running = BrokerClient::ConnectToRunning(device))
-    {
-        running->Stop();
-    }
+    BrokerClient::StopRunning(device);
     device.Clear();
     return BrokerClient::Connect(device);
 }
@@ -132,8 +129,9 @@ void Player::Run(Words const& words)
 template <typename Request>
 void Player::Install(Words const& words)
 {
-    auto const isForced = !words.empty() && words[0] == L"--force";
-    auto const folder = PackageFolder({words.begin() + (isForced ? 1 : 0), words.end()});
+    auto options = words;
+    auto const isForced = TakeOption(options, L"--force");
+    auto const folder = PackageFolder(options);
     m_broker->Ask(Request{folder, isForced});
     m_package = OpenPackage(folder);
     m_observer.FollowLog(LogFile::PathOn(m_device));
