@@ -28,10 +28,15 @@ std::wstring QuotedArgument(std::wstring const& argument)
 
 } // namespace
 
-std::wstring ProgramPath()
+std::wstring ModulePath(HMODULE module)
 {
     wchar_t path[MAX_PATH];
-    return {path, GetModuleFileNameW(nullptr, path, ARRAYSIZE(path))};
+    return {path, GetModuleFileNameW(module, path, ARRAYSIZE(path))};
+}
+
+std::wstring ProgramPath()
+{
+    return ModulePath(nullptr);
 }
 
 std::optional<std::wstring> EnvironmentValue(std::wstring const& name)

@@ -8,7 +8,8 @@
 namespace sim
 {
 
-// The path of the program that runs here.
+// The path of a module that is loaded here; without one, of the program.
+std::wstring ModulePath(HMODULE module);
 std::wstring ProgramPath();
 
 // Nothing for a variable that is not set, or is longer than a path may be.

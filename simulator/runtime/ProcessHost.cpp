@@ -2,6 +2,7 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
+#include "simulator/base/Process.h"
 #include "simulator/protocol/BrokerPipe.h"
 #include "simulator/protocol/Encoding.h"
 #include "simulator/protocol/PipeChannel.h"
@@ -43,9 +44,7 @@ std::wstring BrokerProgram()
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        reinterpret_cast<wchar_t const*>(&BrokerProgram), &module);
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(module, path, ARRAYSIZE(path));
-    return ParentOf(path) + L"\\sim.exe";
+    return ParentOf(ModulePath(module)) + L"\\sim.exe";
 }
 
 } // namespace

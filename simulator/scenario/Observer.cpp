@@ -88,8 +88,10 @@ void Observer::Sort(Event event)
     constexpr std::wstring_view ends[] = {L"app-exited", L"app-crashed", L"app-terminated", L"app-start-failed"};
     auto const isEnd = std::ranges::find(ends, event.kind) != std::end(ends);
     auto const isStart = event.kind == L"app-started";
-    m_isAppOver = isEnd || (m_isAppOver && !isStart);
-    m_isAppRunning = isStart || (m_isAppRunning && !isEnd);
+    if (isStart || isEnd)
+    {
+        m_isAppRunning = isStart;
+    }
     auto const isDesktop = event.kind.starts_with(L"desktop-");
     m_timeline.Add(event.time, isDesktop ? Timeline::Source::Desktop : Timeline::Source::Event, event.Text());
     (isDesktop ? desktopEvents : platformEvents).push_back(std::move(event));

@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 
 namespace sim
 {
@@ -34,9 +35,9 @@ class Observer
     void Collect();
 
     // Whether the last that was heard of the app is its end.
-    bool IsAppOver() const noexcept { return m_isAppOver; }
+    bool IsAppOver() const noexcept { return m_isAppRunning == false; }
 
-    bool IsAppRunning() const noexcept { return m_isAppRunning; }
+    bool IsAppRunning() const noexcept { return m_isAppRunning == true; }
 
     std::deque<Event> platformEvents;
     std::deque<Event> desktopEvents;
@@ -53,10 +54,9 @@ class Observer
     Timeline& m_timeline;
     std::map<std::wstring, LogFile> m_logs; // by their paths
     LogFile* m_log = nullptr;
-    std::size_t m_seen = 0;  // events
-    std::size_t m_known = 0; // of those that come, the first so many
-    bool m_isAppOver = false;
-    bool m_isAppRunning = false;
+    std::size_t m_seen = 0;             // events
+    std::size_t m_known = 0;            // of those that come, the first so many
+    std::optional<bool> m_isAppRunning; // nothing was heard of it without a value
 };
 
 } // namespace sim
