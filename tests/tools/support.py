@@ -70,6 +70,7 @@ class ScriptTest(unittest.TestCase):
     """Has a folder of its own, ends what it started, and fails where it waits without end."""
 
     def setUp(self):
+        signal.signal(signal.SIGINT, signal.default_int_handler)  # a caller in the background ignores it
         signal.signal(signal.SIGALRM, _fail_at_limit)
         signal.alarm(TEST_LIMIT)
         self.addCleanup(signal.alarm, 0)
