@@ -205,6 +205,18 @@ TEST_F(ServicingTest, AnAppServiceIsUnavailableDuringAnUpdate)
     EXPECT_EQ(m_processes->started.size(), 2u);
 }
 
+TEST_F(ServicingTest, AnUpdateThatCannotBeWrittenLeavesTheOldVersion)
+{
+    auto const update = Update("1.0.0.1");
+    Launch(L"late");
+    DeleteFileW(m_device.RegistrationFile().c_str());
+    CreateDirectoryW(m_device.RegistrationFile().c_str(), nullptr);
+    KillApp();
+    EXPECT_NE(update.TakeRefusal(), L"");
+    EXPECT_NE(Ask(sim::ShowStatus{}).find(L"A.Package_m7dy57p66fpam 1.0.0.0 in "), std::wstring::npos);
+    EXPECT_EQ(m_processes->started.size(), 2u); // the launch is not lost
+}
+
 TEST_F(ServicingTest, ALaunchDuringAnUpdateIsForTheNewVersion)
 {
     auto const update = Update("1.0.0.1");
