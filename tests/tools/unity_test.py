@@ -51,6 +51,10 @@ class Unity(unittest.TestCase):
         self.assert_apart("namespace a\n{\nconstexpr int limit = 1;\n}\n", "int Other(int limit);\n")
         self.assert_apart("static int Limit() { return 1; }\n", "int Other() { return Limit; }\n")
 
+    def test_two_programs_do_not_meet(self):
+        self.assert_apart("int main()\n{\n}\n", "int main()\n{\n}\n")
+        self.assert_apart("int wmain(int count, wchar_t** arguments);\n", "int wmain(int count, wchar_t** arguments);\n")
+
     def test_macros_count(self):
         self.assert_apart("#define LIMIT 1\n", "enum class Level { LIMIT };\n")
 
