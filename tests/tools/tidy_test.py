@@ -59,8 +59,13 @@ class Tidy(support.ScriptTest):
 
     def test_an_include_of_an_earlier_source_is_no_duplicate_and_one_of_its_own_is(self):
         self.tidy({"app/one.cpp": "#include <a>\n#include <b>\n", "app/two.cpp": "#include <a>\n#include <c>\n#include <c>\n"})
-        self.assertEqual("#include <a>\n#include <b>\n\n#include <c>\n#include <c>\n",
+        self.assertEqual("#include <a>\n#include <b>\n#include <c>\n#include <c>\n",
                          (self.build / "tidy" / "app-0.cpp").read_text())
+
+    def test_a_header_sees_no_name_of_a_source(self):
+        code, output = self.tidy({"app/one.cpp": "#include <a>\nint one;\n", "app/two.cpp": "#include <b>\nint bad;\n"})
+        self.assertEqual("#include <a>\n#include <b>\nint one;\nint bad;\n", (self.build / "tidy" / "app-0.cpp").read_text())
+        self.assertIn("app/two.cpp:2:1: error: bad [check]\n", output)
 
     def test_each_unit_is_compiled_as_its_folder_with_the_most_headers(self):
         self.tidy({"app/one.cpp": "int one;\n", "utils/two.cpp": "int two;\n"})
