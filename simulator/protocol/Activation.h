@@ -30,14 +30,10 @@ struct ServiceStart
 
 enum class Trigger : std::uint32_t
 {
-    Push,
-    Timer
+    Push = 0,
+    Timer = 1,
+    Last = Timer
 };
-
-constexpr Trigger LastOf(Trigger) noexcept
-{
-    return Trigger::Timer;
-}
 
 // push or timer.
 std::wstring_view NameOf(Trigger trigger) noexcept;

@@ -8,15 +8,11 @@ namespace sim
 // What a device or its user may keep from apps.
 enum class Condition : std::uint32_t
 {
-    AccessDenied,
-    BatterySaver,
-    NetworkOff
+    AccessDenied = 0,
+    BatterySaver = 1,
+    NetworkOff = 2,
+    Last = NetworkOff
 };
-
-constexpr Condition LastOf(Condition) noexcept
-{
-    return Condition::NetworkOff;
-}
 
 // In their order, in the words of the command line and the journal.
 struct ConditionWords

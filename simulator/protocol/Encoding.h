@@ -20,9 +20,9 @@ namespace sim
 // memory (little-endian), a string as the number of its code units and these, a list as the number of its items and
 // these, an optional as a flag and what there is, a variant as the alternative's position and the alternative.
 
-// What an enumerator must not lie above: declared beside each enumeration that a message carries.
+// An enumeration that a message carries gives its largest enumerator a second name: Last.
 template <typename Enum>
-concept Enumeration = std::is_enum_v<Enum> && requires(Enum value) { LastOf(value); };
+concept Enumeration = std::is_enum_v<Enum> && requires { Enum::Last; };
 
 class Writer
 {
@@ -114,7 +114,7 @@ class Reader
     {
         std::underlying_type_t<Enum> number{};
         Take(number);
-        if (number < 0 || number > static_cast<decltype(number)>(LastOf(value)))
+        if (number < 0 || number > static_cast<decltype(number)>(Enum::Last))
         {
             throw Error(L"a message has the number " + std::to_wstring(number) + L", which names nothing");
         }

@@ -11,21 +11,17 @@ namespace sim
 // How a call of the platform goes wrong on request.
 enum class FaultKind : std::uint32_t
 {
-    Now,        // the call itself fails, with the result code
-    Completion, // its asynchronous operation fails with the result code
-    Never,      // its asynchronous operation never ends
-    Null,       // it succeeds and hands out null
-    Delay,      // its asynchronous operation ends as it would have, that much later
-    Cancelled,  // its asynchronous operation ends as cancelled
-    Status,     // its asynchronous operation completes with the status, and does nothing
-    Unheard,    // its asynchronous operation goes on, and setting its completion handler fails with the result code
-    Ended,      // its asynchronous operation has ended as it would have when the call returns
+    Now = 0,        // the call itself fails, with the result code
+    Completion = 1, // its asynchronous operation fails with the result code
+    Never = 2,      // its asynchronous operation never ends
+    Null = 3,       // it succeeds and hands out null
+    Delay = 4,      // its asynchronous operation ends as it would have, that much later
+    Cancelled = 5,  // its asynchronous operation ends as cancelled
+    Status = 6,     // its asynchronous operation completes with the status, and does nothing
+    Unheard = 7,    // its asynchronous operation goes on, and setting its completion handler fails with the result code
+    Ended = 8,      // its asynchronous operation has ended as it would have when the call returns
+    Last = Ended
 };
-
-constexpr FaultKind LastOf(FaultKind) noexcept
-{
-    return FaultKind::Ended;
-}
 
 // As ParseFault takes them, in their order.
 std::vector<std::wstring_view> FaultKindNames();

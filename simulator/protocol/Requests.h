@@ -16,14 +16,10 @@ namespace sim
 
 enum class ConnectionEnd : std::uint32_t
 {
-    Caller,
-    Service
+    Caller = 0,
+    Service = 1,
+    Last = Service
 };
-
-constexpr ConnectionEnd LastOf(ConnectionEnd) noexcept
-{
-    return ConnectionEnd::Service;
-}
 
 // The platform's AppServiceConnectionStatus, AppServiceResponseStatus and AppServiceClosedStatus, as far as they come
 // from here.
@@ -32,35 +28,23 @@ enum class OpenStatus : std::uint32_t
     Success = 0,
     AppNotInstalled = 1,
     AppUnavailable = 2,
-    AppServiceUnavailable = 3
+    AppServiceUnavailable = 3,
+    Last = AppServiceUnavailable
 };
-
-constexpr OpenStatus LastOf(OpenStatus) noexcept
-{
-    return OpenStatus::AppServiceUnavailable;
-}
 
 enum class ResponseStatus : std::uint32_t
 {
     Success = 0,
-    Failure = 1
+    Failure = 1,
+    Last = Failure
 };
-
-constexpr ResponseStatus LastOf(ResponseStatus) noexcept
-{
-    return ResponseStatus::Failure;
-}
 
 enum class ClosedStatus : std::uint32_t
 {
     Completed = 0,
-    Canceled = 1
+    Canceled = 1,
+    Last = Canceled
 };
-
-constexpr ClosedStatus LastOf(ClosedStatus) noexcept
-{
-    return ClosedStatus::Canceled;
-}
 
 // --- answers ---------------------------------------------------------------------------------------------------------
 

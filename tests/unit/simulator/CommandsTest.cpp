@@ -110,7 +110,7 @@ TEST(CommandsTest, WithoutAnyWordTheyAreListed)
 TEST(CommandsTest, HelpNamesEachKindOfFault)
 {
     auto const starts = LineStarts(OutputOf({L"help", L"fault"}));
-    EXPECT_EQ(sim::FaultKindNames().size(), static_cast<std::size_t>(LastOf(sim::FaultKind())) + 1);
+    EXPECT_EQ(sim::FaultKindNames().size(), static_cast<std::size_t>(sim::FaultKind::Last) + 1);
     for (auto const name : sim::FaultKindNames())
     {
         EXPECT_TRUE(Has(starts, name)) << sim::ToUtf8(name);
