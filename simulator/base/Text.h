@@ -32,6 +32,18 @@ std::optional<std::wstring_view> TakeLine(std::wstring_view& text);
 // The same for a text in UTF-8 whose lines end with LF or CR LF.
 std::optional<std::wstring> TakeUtf8Line(std::string_view& text);
 
+// The texts one after the other, with the separator between them.
+template <typename Texts>
+std::wstring Listed(Texts const& texts, std::wstring_view separator)
+{
+    std::wstring list;
+    for (auto const& text : texts)
+    {
+        list.append(text).append(separator);
+    }
+    return list.substr(0, list.size() - (list.empty() ? 0 : separator.size()));
+}
+
 // Wherever the part stands in the text; an empty one stands nowhere.
 void ReplaceAll(std::wstring& text, std::wstring_view part, std::wstring_view other);
 

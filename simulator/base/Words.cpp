@@ -1,6 +1,9 @@
 #include "simulator/base/Words.h"
 
 #include "simulator/base/Error.h"
+#include "simulator/base/Text.h"
+
+#include <algorithm>
 
 namespace sim
 {
@@ -76,12 +79,9 @@ std::wstring Quoted(std::wstring_view text)
 
 std::wstring Joined(std::vector<std::wstring> const& words)
 {
-    std::wstring line;
-    for (auto const& word : words)
-    {
-        line += (line.empty() ? L"" : L" ") + Quoted(word);
-    }
-    return line;
+    std::vector<std::wstring> quoted(words.size());
+    std::ranges::transform(words, quoted.begin(), Quoted);
+    return Listed(quoted, L" ");
 }
 
 } // namespace sim

@@ -1,8 +1,7 @@
 #include "simulator/protocol/SetEntry.h"
 
+#include "simulator/base/Text.h"
 #include "simulator/protocol/Encoding.h"
-
-#include <algorithm>
 
 namespace sim
 {
@@ -53,16 +52,6 @@ KnownType const& TypeOf(SetEntry const& entry)
     return number < std::size(knownTypes) ? knownTypes[number] : throw Error(L"there is no such type of values");
 }
 
-std::wstring Listed(std::vector<std::wstring> const& texts)
-{
-    std::wstring list;
-    for (auto const& text : texts)
-    {
-        list += (list.empty() ? L"" : L", ") + text;
-    }
-    return list;
-}
-
 std::wstring Hexadecimal(std::string_view bytes)
 {
     constexpr std::wstring_view digits = L"0123456789ABCDEF";
@@ -86,7 +75,7 @@ std::wstring ReadableValue(SetEntry const& entry)
 {
     if (entry.type % SetEntry::ofArrays == SetEntry::ofString)
     {
-        return Listed(Decode<std::vector<std::wstring>>(entry.bytes));
+        return Listed(Decode<std::vector<std::wstring>>(entry.bytes), L", ");
     }
     auto const integer = entry.type < SetEntry::ofArrays ? TypeOf(entry).integer : nullptr;
     return integer ? integer(entry.bytes) : Hexadecimal(entry.bytes);
