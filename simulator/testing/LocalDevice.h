@@ -49,16 +49,16 @@ class LocalDevice
     // CALL KIND [NUMBER] [TIMES] [after CALLS]. Throws Error when it makes no sense. A fault of a whole class strikes
     // its next use, also when the class was used before: nobody must be using classes meanwhile.
     void SetFault(std::wstring_view words);
-    void ClearFaults();
+    void ClearFaults() { Command(sim::ClearFaults{}); }
 
     // No fault strikes what this thread calls from now on: it is the world outside, not the app.
-    void SpareThisThread();
+    void SpareThisThread() { m_app->SpareThisThread(); }
 
     // Before Start, too.
-    void Launch(std::wstring arguments = {});
-    void OpenUri(std::wstring uri);
-    void Suspend();
-    void RequestPage(std::wstring className);
+    void Launch(std::wstring arguments = {}) { Command(LaunchApp{std::move(arguments)}); }
+    void OpenUri(std::wstring uri) { Command(sim::OpenUri{std::move(uri)}); }
+    void Suspend() { Command(SuspendApp{}); }
+    void RequestPage(std::wstring className) { Command(sim::RequestPage{std::move(className)}); }
 
     // A background task of that name, which no registration is behind; its instance.
     std::uint32_t ActivateTask(std::wstring name, Trigger trigger = Trigger::Timer, std::wstring payload = {});
@@ -67,14 +67,20 @@ class LocalDevice
     std::uint32_t ActivateAppService();
 
     // Cancels one of those instances.
-    void Cancel(std::uint32_t instance, std::uint32_t reason);
+    void Cancel(std::uint32_t instance, std::uint32_t reason)
+    {
+        OnPlatform([&] { m_platform.CancelInstance(instance, reason); });
+    }
 
     // The push service, the clock in minutes, the user and the system.
-    void Push(std::wstring const& payload);
-    void AdvanceClock(std::int64_t minutes);
-    void RevokeChannel();
-    void ReplaceChannel(std::wstring uri);
-    void CancelTasks(std::uint32_t reason);
+    void Push(std::wstring const& payload) { Command(sim::Push{payload}); }
+    void AdvanceClock(std::int64_t minutes) { Command(sim::AdvanceClock{minutes}); }
+    void RevokeChannel() { Command(sim::RevokeChannel{}); }
+    void ReplaceChannel(std::wstring uri)
+    {
+        OnPlatform([&] { m_platform.ReplaceChannel(std::move(uri)); });
+    }
+    void CancelTasks(std::uint32_t reason) { Command(sim::CancelTasks{reason}); }
 
     // The app's data on the device.
     std::wstring DataFolder() const { return m_app->DataFolder(); }
@@ -93,22 +99,22 @@ class LocalDevice
     void WaitUntilQuiet();
 
     // How often the deferrals of each request to the app were completed, in the order in which the requests came.
-    std::vector<unsigned> Completions() const;
+    std::vector<unsigned> Completions() const { return m_app->Deferrals().All(); }
 
     // Waits until that request, counted from 0, was completed so often.
-    void WaitForCompletions(std::size_t request, unsigned count) const;
+    void WaitForCompletions(std::size_t request, unsigned count) const { m_app->Deferrals().WaitFor(request, count); }
 
     // What the app's window holds when it is made; nothing unless set. Before the first foreground activation.
-    void SetWindowContent(IInspectable content);
+    void SetWindowContent(IInspectable content) { m_app->SetWindowContent(std::move(content)); }
 
     // Where the app's package lies: its manifest and its markup. Nowhere unless set: the app has no package.
-    void SetPackageFolder(std::wstring folder);
+    void SetPackageFolder(std::wstring folder) { m_app->SetPackageFolder(std::move(folder)); }
 
     // Ends the app from outside, once its thread is free.
-    void End();
+    void End() { m_app->End(); }
 
     // The next launch in order; waits for it.
-    Launched WaitForLaunch();
+    Launched WaitForLaunch() { return m_app->WaitForLaunch(); }
 
     // How many were asked for and not fetched with WaitForLaunch.
     std::size_t UnfetchedLaunches();
@@ -117,7 +123,7 @@ class LocalDevice
     bool HasExited();
 
     // The result code of the override that failed.
-    std::optional<std::int32_t> Failure() const;
+    std::optional<std::int32_t> Failure() const { return m_app->Failure(); }
 
     // What happened on the device, as in its journal.
     std::vector<Event> Reports();
@@ -130,6 +136,11 @@ class LocalDevice
 
     Shown Command(AnyRequest request);
     std::shared_ptr<LocalProcess> NewCaller();
+
+    // Runs the work on the platform's thread and waits for it.
+    void OnPlatform(Dispatcher::Work const& work) { m_platform.Work().PostAndWait(work); }
+
+    std::uint32_t StartInstance(TaskInstances::Content content);
 
     Device m_device;
     SystemTime m_time;
