@@ -26,6 +26,6 @@ struct LogLine
 };
 
 // nullopt for a line of another form.
-std::optional<LogLine> ParseLogLine(std::wstring_view line);
+std::optional<LogLine> ParseLogLine(std::wstring_view text);
 
 } // namespace sim
