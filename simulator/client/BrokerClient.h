@@ -48,13 +48,12 @@ class BrokerClient
   private:
     void Send(FromProcess const& message);
     ToProcess NextMessage();
-    void Sort(ToProcess message);
+    void KeepEvent(ToProcess message);
 
     unsigned const m_answerLimit;
     unsigned long m_brokerId = 0;              // its process
     std::shared_ptr<Inbox<ToProcess>> m_inbox; // shared with the channel's handlers
     std::shared_ptr<PipeChannel> m_channel;
-    std::deque<Answer> m_answers;
     std::deque<Event> m_events;
 };
 
