@@ -15,6 +15,8 @@
 #include "simulator/platform/Journal.h"
 #include "simulator/protocol/SettingsFile.h"
 #include "simulator/scenario/Play.h"
+#include "simulator/scenario/Player.h"
+#include "simulator/scenario/Record.h"
 
 #include <algorithm>
 
@@ -179,14 +181,6 @@ void WriteHelp(AnyCommand const& command)
     }
 }
 
-template <typename AnyCommand>
-void WriteSummary(AnyCommand const& command)
-{
-    constexpr std::size_t width = 39;
-    auto const usage = L"sim " + command.Usage();
-    WriteLine(L"  " + LeftAligned(usage, width) + L" " + std::wstring(command.summary));
-}
-
 OwnCommand const& Need(Words const& words)
 {
     auto const* const command = FindCommand(OwnCommands(), words);
@@ -201,13 +195,14 @@ int Help(Words const& words)
         command ? WriteHelp(*command) : WriteHelp(Need(words));
         if (words[0] == L"play")
         {
-            WriteLine(ScenarioSteps());
+            WriteLine(Player::Help());
         }
         return 0;
     }
     WriteLine(L"The Windows app model for development. The device is the folder in VELMO_SIM_HOME.\n");
-    std::ranges::for_each(DeviceCommands(), WriteSummary<DeviceCommand>);
-    std::ranges::for_each(OwnCommands(), WriteSummary<OwnCommand>);
+    auto const list = [](auto const& command) { WriteLine(command.ListLine(L"sim ", 39)); };
+    std::ranges::for_each(DeviceCommands(), list);
+    std::ranges::for_each(OwnCommands(), list);
     WriteLine(L"\nsim help COMMAND tells more of one.");
     return 0;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "simulator/base/Error.h"
+#include "simulator/base/Text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -45,6 +46,12 @@ struct Command
     std::wstring Usage() const
     {
         return std::wstring(name) + (arguments.empty() ? L"" : L" ") + std::wstring(arguments);
+    }
+
+    // Usage and summary, for a list of commands. prefix: stands before the name.
+    std::wstring ListLine(std::wstring const& prefix, std::size_t width) const
+    {
+        return L"  " + LeftAligned(prefix + Usage(), width) + L" " + std::wstring(summary);
     }
 
     // The words behind the command's name. Throws WrongCall when there are too few or too many.

@@ -108,6 +108,11 @@ std::wstring TakeHelperName(Words& words)
     return name;
 }
 
+std::wstring Difference::Text(std::wstring const& where) const
+{
+    return L"\n" + where + L" differs\n  expected: " + expected + L"\n  found:    " + found;
+}
+
 Expectations::Expectations(Device const& device, Observer& observer) : m_device(device), m_observer(observer) {}
 
 std::span<Expectations::Check const> Expectations::All()

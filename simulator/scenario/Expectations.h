@@ -20,6 +20,9 @@ struct Difference
 {
     std::wstring expected;
     std::wstring found;
+
+    // For people. where: the step.
+    std::wstring Text(std::wstring const& where) const;
 };
 
 // A line of the log, as a step describes it.

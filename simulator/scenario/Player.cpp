@@ -58,6 +58,21 @@ std::span<std::wstring_view const> Player::NameList()
     return names;
 }
 
+std::wstring Player::Help()
+{
+    constexpr std::size_t width = 60;
+    std::wstring text = L"Steps:\n";
+    for (auto const& step : Steps())
+    {
+        text += step.ListLine(L"", width) + L"\n";
+    }
+    for (auto const& check : Expectations::All())
+    {
+        text += check.ListLine(L"expect ", width) + L"\n";
+    }
+    return text + L"  and each command of a device, as sim help lists them";
+}
+
 Player::Player(Device const& device, Colour colour)
     : m_device(device), m_broker(FreshDevice(device)), m_timeline(WriteLine, colour), m_helpers(device),
       m_observer(*m_broker, m_helpers, m_timeline), m_expectations(m_device, m_observer)

@@ -30,6 +30,9 @@ class Player
 
     static std::span<std::wstring_view const> NameList();
 
+    // Each step and expectation on a line of its own.
+    static std::wstring Help();
+
     // Shows what happens as it happens.
     Player(Device const& device, Colour colour);
 

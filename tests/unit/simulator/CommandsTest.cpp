@@ -5,7 +5,7 @@
 #include "simulator/client/DeviceCommands.h"
 #include "simulator/protocol/CancellationReason.h"
 #include "simulator/protocol/Fault.h"
-#include "simulator/scenario/Play.h"
+#include "simulator/scenario/Player.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -99,7 +99,7 @@ TEST(CommandsTest, HelpIsThereForEachOfThem)
 
 TEST(CommandsTest, HelpForPlayingNamesTheSteps)
 {
-    EXPECT_NE(OutputOf({L"help", L"play"}).find(sim::ScenarioSteps()), std::wstring::npos);
+    EXPECT_NE(OutputOf({L"help", L"play"}).find(sim::Player::Help()), std::wstring::npos);
 }
 
 TEST(CommandsTest, WithoutAnyWordTheyAreListed)
