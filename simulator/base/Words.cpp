@@ -14,7 +14,7 @@ namespace
 constexpr std::wstring_view blanks = L" \t\r\n";
 constexpr std::wstring_view quotes = L"'\"";
 
-// Takes one word off the front of `rest`, which starts with no blank.
+// Removes the first word from `rest`, which does not start with a blank.
 std::wstring TakeWord(std::wstring_view& rest)
 {
     std::wstring word;
@@ -61,7 +61,7 @@ std::wstring Quoted(std::wstring_view text)
     {
         return std::wstring(text);
     }
-    // Inside one kind of quotes the other is plain text, so a text with both is a chain of quoted pieces.
+    // One kind of quotes may contain the other, so a text with both becomes a chain of quoted pieces.
     std::wstring quoted = L"'";
     for (auto const character : text)
     {

@@ -26,7 +26,7 @@ namespace sim
 namespace
 {
 
-// What the device answers.
+// Prints what the device answers.
 int Ask(AnyRequest request)
 {
     if (std::holds_alternative<RegisterPackage>(request) || std::holds_alternative<UpdatePackage>(request))
@@ -80,7 +80,7 @@ void WriteNewLogLines(LogFile& file)
 [[noreturn]] void FollowLog(std::wstring const& path)
 {
     LogFile file(path);
-    for (;; Sleep(LogFile::lookMilliseconds))
+    for (;; Sleep(LogFile::pollMilliseconds))
     {
         WriteNewLogLines(file);
     }
@@ -203,17 +203,17 @@ int Help(Words const& words)
     auto const list = [](auto const& command) { WriteLine(command.ListLine(L"sim ", 39)); };
     std::ranges::for_each(DeviceCommands(), list);
     std::ranges::for_each(OwnCommands(), list);
-    WriteLine(L"\nsim help COMMAND tells more of one.");
+    WriteLine(L"\nsim help COMMAND shows more about one.");
     return 0;
 }
 
 constexpr OwnCommand commands[] = {
     {L"settings", L"", L"the app's local settings, decoded", L"", 0, 0, Settings},
     {L"log", L"[--follow | PATH]", L"the app's log file, decoded",
-     L"  With --follow it stays and shows what comes. PATH is of another log file, or of a folder with such files in it\n"
-     L"  or below, such as the one that a failed test names; as the shell writes it, or as Windows does.",
+     L"  With --follow it goes on and shows new lines. PATH is another log file, or a folder that contains some, such\n"
+     L"  as the one that a failed test names: a path of the shell or of Windows.",
      0, 1, Log},
-    {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it stays and shows what comes.", 0, 1,
+    {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it goes on and shows new ones.", 0, 1,
      Events},
     {L"play", L"[--colour] [--record] SCENARIO", L"plays a scenario file on a fresh device, checking every step",
      L"  What the device held before is removed. Exit code 1 when anything differs. With --record it plays the steps that\n"
@@ -221,11 +221,11 @@ constexpr OwnCommand commands[] = {
      1, 3, Play},
     {L"stop", L"", L"switches the device off, with everything that runs on it", L"", 0, 0, Stop},
     {L"restart", L"", L"switches the device off and on again",
-     L"  What runs on it is ended; what it keeps is there again.", 0, 0, Restart},
+     L"  Its processes end; its registrations and state remain.", 0, 0, Restart},
     {L"install", L"", L"registers the simulator's runtime classes in this Wine prefix",
-     L"  register and play do it, too.", 0, 0, Install},
-    {L"broker", L"", L"serves the device; the other commands start it when needed", L"", 0, 0, RunBroker},
-    {L"help", L"[COMMAND]", L"this list, or more of one command", L"", 0, 1, Help},
+     L"  register, update and play do it, too.", 0, 0, Install},
+    {L"broker", L"", L"serves the device; other commands start it when necessary", L"", 0, 0, RunBroker},
+    {L"help", L"[COMMAND]", L"this list, or the help on one command", L"", 0, 1, Help},
 };
 
 int Run(Words const& words)

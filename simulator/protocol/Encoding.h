@@ -16,9 +16,9 @@
 namespace sim
 {
 
-// The one encoding of all messages: the fields of a struct one after the other; numbers and enumerators as they lie in
-// memory (little-endian), a string as the number of its code units and these, a list as the number of its items and
-// these, an optional as a flag and what there is, a variant as the alternative's position and the alternative.
+// The one encoding of all messages: the fields of a struct one after the other; numbers and enumerators in their
+// little-endian representation, a string as the number of its code units and these, a list as the number of its items
+// and these, an optional as a flag and its value, a variant as the index of its alternative and the alternative.
 
 // An enumeration that a message carries gives its largest enumerator a second name: Last.
 template <typename Enum>

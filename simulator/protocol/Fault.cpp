@@ -22,7 +22,7 @@ constexpr std::wstring_view resultName = L"result";
 struct Kind
 {
     std::wstring_view name;
-    std::wstring_view valueName; // empty: the kind takes none
+    std::wstring_view valueName; // empty for a kind without a value
 
     bool TakesResult() const { return valueName == resultName; }
 };
@@ -53,7 +53,7 @@ std::wstring AllKinds()
     return Listed(names, L", ") + L" or " + last;
 }
 
-// The numbers of a fault by their names, those that go without saying left out.
+// The numbers of a fault by their names, without those that have their default.
 std::vector<std::pair<std::wstring_view, std::wstring>> Numbers(Fault const& fault)
 {
     std::vector<std::pair<std::wstring_view, std::wstring>> numbers;
@@ -98,7 +98,7 @@ void CheckKind(FaultKind kind, KnownCall const& call)
     auto const isAsynchronous = call.gives == Gives::Operation || call.gives == Gives::StatusOperation;
     if (kind == FaultKind::Null && call.gives == Gives::NoObject)
     {
-        throw Error(name + L" hands out nothing that could be null; use now");
+        throw Error(name + L" returns nothing that could be null; use now");
     }
     if (kind != FaultKind::Now && kind != FaultKind::Null && !isAsynchronous)
     {
@@ -114,7 +114,7 @@ void CheckValue(Fault const& fault, std::wstring const& word)
 {
     if (Row(fault.kind).TakesResult() && fault.Result() >= 0)
     {
-        throw Error(word + L" is no failing result code (they begin with 0x8)");
+        throw Error(word + L" is no failing HRESULT (they begin with 0x8)");
     }
     if (fault.kind == FaultKind::Status && fault.value == 0)
     {

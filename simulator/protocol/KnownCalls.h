@@ -4,13 +4,13 @@
 namespace sim
 {
 
-// What a call of the platform gives its caller, which says how it can fail.
+// What a call of the platform returns, which determines how it can fail.
 enum class Gives
 {
-    NoObject,        // it can fail, and no more
-    Object,          // that could be null
-    Operation,       // that ends later, or could be null
-    StatusOperation, // the same, and completes with a status
+    NoObject,        // it can only fail
+    Object,          // which could be null
+    Operation,       // which completes later, or could be null
+    StatusOperation, // the same; its result has a status
 };
 
 // A call of the platform that can be made to fail.

@@ -21,8 +21,8 @@ enum class ConnectionEnd : std::uint32_t
     Last = Service
 };
 
-// The platform's AppServiceConnectionStatus, AppServiceResponseStatus and AppServiceClosedStatus, as far as they come
-// from here.
+// The platform's AppServiceConnectionStatus, AppServiceResponseStatus and AppServiceClosedStatus: the values that the
+// simulator uses.
 enum class OpenStatus : std::uint32_t
 {
     Success = 0,
@@ -48,13 +48,13 @@ enum class ClosedStatus : std::uint32_t
 
 // --- answers ---------------------------------------------------------------------------------------------------------
 
-// To any request: the platform does not do it, for this reason.
+// To any request: it is refused, for this reason.
 struct Refused
 {
     std::wstring reason;
 };
 
-// To the command line: lines to show, none or several.
+// To the command line: text to print, any number of lines.
 struct Shown
 {
     std::wstring text;
@@ -69,7 +69,7 @@ struct ConnectionOpened
 struct ResponseGiven
 {
     ResponseStatus status = ResponseStatus::Success;
-    std::string set; // empty when there is no response
+    std::string set; // empty without a response
 };
 
 struct ResponseTaken
@@ -81,7 +81,7 @@ struct ChannelCreated
 {
     std::int32_t result = 0;
     std::wstring uri = {};
-    std::int64_t expiry = 0; // units of 100 ns since 1601, UTC
+    std::int64_t expiry = 0; // in units of 100 ns since 1601, UTC
 };
 
 struct TaskRegistered
@@ -120,8 +120,8 @@ struct OpenConnection
     std::wstring family;
 };
 
-// An app-service request to the other end. set: a value set as bytes (SetEntry.h), which the runtime
-// classes alone read.
+// An app-service request to the other end. set: an encoded value set (SetEntry.h), which only the runtime classes
+// decode.
 struct SendRequest
 {
     using Answer = ResponseGiven;
@@ -160,13 +160,13 @@ struct UnregisterTask
 {
     using Answer = TaskUnregistered;
     std::wstring id;
-    bool cancel = false; // running instances, too
+    bool cancel = false; // also cancels running instances
 };
 
 struct LaunchDesktop
 {
     using Answer = DesktopLaunched;
-    std::wstring application;          // empty for the package's own app
+    std::wstring application;          // empty for the package's only application
     std::optional<std::wstring> group; // none: no parameters
 };
 
@@ -176,10 +176,10 @@ struct RegisterPackage
 {
     using Answer = Shown;
     std::wstring folder;
-    bool isForced = false; // a version that is lower than the registered one, too
+    bool isForced = false; // allows a version lower than the registered one
 };
 
-// The same for the package that is registered, also while its app runs: that is ended first.
+// Replaces the registered package. Its app is ended first if it runs.
 struct UpdatePackage
 {
     using Answer = Shown;
@@ -235,7 +235,7 @@ struct SetCondition
     bool holds = false;
 };
 
-// minutes: 0 only shows it.
+// minutes: 0 shows the time only.
 struct AdvanceClock
 {
     using Answer = Shown;
@@ -274,7 +274,7 @@ struct ShowStatus
     using Answer = Shown;
 };
 
-// The id of the process that serves the device.
+// The id of the broker's process.
 struct ShowProcess
 {
     using Answer = Shown;

@@ -12,7 +12,7 @@ namespace
 struct KnownType
 {
     std::wstring_view name;
-    std::wstring (*integer)(std::string_view bytes) = nullptr; // for whole numbers
+    std::wstring (*integer)(std::string_view bytes) = nullptr; // for integers
 };
 
 template <typename Integer>
@@ -21,7 +21,7 @@ std::wstring Decimal(std::string_view bytes)
     return std::to_wstring(Decode<Integer>(bytes));
 }
 
-// By their numbers.
+// By PropertyType.
 constexpr KnownType knownTypes[] = {
     {L"Null"},
     {L"UInt8", Decimal<std::uint8_t>},

@@ -14,8 +14,8 @@ namespace sim
 namespace
 {
 
-// How long something expected may take to come: much longer than it should on a busy machine, and above the longest
-// wait of the app. Once the app has ended little can follow: a desktop component's end, a new process.
+// How long something expected may take to arrive: much longer than a busy machine needs, and longer than any wait
+// of the app. After the end of the app little can follow: a desktop component's end, a new process.
 constexpr unsigned limitMilliseconds = 90'000;
 constexpr unsigned limitAfterEndMilliseconds = 5'000;
 
@@ -31,7 +31,7 @@ struct Range
     Moment to = 0;
 };
 
-// "after 3000..6000 ms" from the word at `at`; nothing when the words end there.
+// "after 3000..6000 ms" from the word at `at`; nullopt when the words end there.
 std::optional<Range> ParseRange(Words const& words, std::size_t at)
 {
     if (words.size() <= at)
@@ -50,7 +50,7 @@ std::optional<Range> ParseRange(Words const& words, std::size_t at)
 
 using Lines = std::deque<ExpectedLine>;
 
-// Messages, each with the options that stand before it: those of each thread, which a | parts from the next one's.
+// The messages of each thread, separated by |. Options apply to the messages after them.
 std::vector<Lines> ParseThreads(Words const& words)
 {
     std::vector<Lines> threads(1);
@@ -85,7 +85,7 @@ bool IsLine(std::wstring const& text, ExpectedLine const& expected)
            (expected.category.empty() || line->category == expected.category);
 }
 
-std::wstring WhoIs(std::wstring const& helper)
+std::wstring Described(std::wstring const& helper)
 {
     return helper.empty() ? L"the helper" : L"the helper " + helper;
 }
@@ -143,7 +143,7 @@ void Expectations::Run(Words const& words)
     auto const* const check = FindCommand(All(), words);
     if (!check)
     {
-        throw Error(L"nothing is expected so; sim help play lists them");
+        throw Error(L"there is no such expectation; sim help play lists them");
     }
     (this->*check->run)(check->ArgumentsOf(words));
 }
@@ -161,9 +161,9 @@ void Expectations::CheckNothingIsLeft()
     }
     for (auto const& [name, lines] : m_observer.helperLines)
     {
-        for (auto const& said : lines)
+        for (auto const& output : lines)
         {
-            left += L"\n    " + WhoIs(name) + (said.exitCode ? L" ended" : L": " + said.line);
+            left += L"\n    " + Described(name) + (output.exitCode ? L" ended" : L": " + output.line);
         }
     }
     for (auto const& line : m_observer.logLines)
@@ -203,7 +203,7 @@ void Expectations::CheckEvent(Words const& words)
 
 void Expectations::CheckLog(Words const& words)
 {
-    // Here options stand behind the message.
+    // Here the options follow the message.
     auto reordered = words;
     std::ranges::rotate(reordered, reordered.begin() + 1);
     auto threads = ParseThreads(reordered);
@@ -224,7 +224,7 @@ void Expectations::CheckInterleavedLog(Words const& words)
     CheckLines(std::move(threads), Joined(words));
 }
 
-// The next lines, those of each thread in their order.
+// The next lines: those of each thread in order, interleaved in any way.
 void Expectations::CheckLines(std::vector<Lines> threads, std::wstring const& expected)
 {
     while (!threads.empty())
@@ -250,11 +250,11 @@ void Expectations::CheckHelper(Words const& words)
     auto line = words;
     auto const name = TakeHelperName(line);
     auto const& expected = Only(line, L"expect helper [@NAME] LINE");
-    auto const said = TakeFromHelper(name, expected);
-    if (said.exitCode || said.line != expected)
+    auto const output = TakeFromHelper(name, expected);
+    if (output.exitCode || output.line != expected)
     {
-        throw Difference{WhoIs(name) + L": " + expected,
-                         said.exitCode ? L"it ended with " + std::to_wstring(*said.exitCode) : said.line};
+        throw Difference{Described(name) + L": " + expected,
+                         output.exitCode ? L"it ended with " + std::to_wstring(*output.exitCode) : output.line};
     }
     ++m_helperLineCount;
 }
@@ -268,11 +268,11 @@ void Expectations::CheckHelperExit(Words const& words)
     {
         throw Error(code[0] + L" is no exit code");
     }
-    auto const said = TakeFromHelper(name, L"its end");
-    if (said.exitCode != *expected)
+    auto const output = TakeFromHelper(name, L"its end");
+    if (output.exitCode != *expected)
     {
-        throw Difference{WhoIs(name) + L" ended with " + code[0],
-                         said.exitCode ? std::to_wstring(*said.exitCode) : said.line};
+        throw Difference{Described(name) + L" ended with " + code[0],
+                         output.exitCode ? std::to_wstring(*output.exitCode) : output.line};
     }
 }
 
@@ -286,12 +286,12 @@ void Expectations::CheckDesktop(Words const& words)
         throw Difference{L"the desktop component for " + words[0] + L", ended well",
                          started.Text() + L", " + ended.Text()};
     }
-    // What the process itself saw.
-    auto const seen = FromUtf8(ReadBytes(m_device.DesktopReportFile(ParseNumber(id).value_or(0))));
+    // The report of the process itself.
+    auto const reported = FromUtf8(ReadBytes(m_device.DesktopReportFile(ParseNumber(id).value_or(0))));
     auto const expected = words[1] + L"\r\n" + m_device.DesktopTemporaryFolder() + L"\\\r\n";
-    if (seen != expected)
+    if (reported != expected)
     {
-        throw Difference{expected, seen};
+        throw Difference{expected, reported};
     }
     ++m_desktopCount;
 }
@@ -312,9 +312,9 @@ void Expectations::CheckEnd(std::wstring const& kind, Words const& words)
     m_appStarted.reset();
 }
 
-Helpers::Said Expectations::TakeFromHelper(std::wstring const& name, std::wstring const& expected)
+Helpers::Output Expectations::TakeFromHelper(std::wstring const& name, std::wstring const& expected)
 {
-    return Take(m_observer.helperLines[name], WhoIs(name) + L": " + expected);
+    return Take(m_observer.helperLines[name], Described(name) + L": " + expected);
 }
 
 Event Expectations::TakeDesktopEvent(std::wstring const& kind)
@@ -329,7 +329,7 @@ Event Expectations::TakeEvent(std::deque<Event>& events, std::wstring const& exp
     return Take(events, expected);
 }
 
-// The next one, when it has come.
+// Waits for the next item.
 template <typename Item>
 Item Expectations::Take(std::deque<Item>& items, std::wstring const& expected)
 {

@@ -7,8 +7,8 @@
 namespace sim
 {
 
-// Plays a scenario file and says at the end what was checked. False when anything was other than the scenario says;
-// then it says what. Throws Error when the scenario cannot be played.
+// Plays a scenario file and reports what was checked. False after the first difference from the scenario, which is
+// reported. Throws Error when the scenario cannot be played.
 bool PlayScenario(std::wstring const& path, Device const& device, Colour colour);
 
 } // namespace sim

@@ -22,7 +22,7 @@ std::unique_ptr<BrokerClient> FreshDevice(Device const& device)
     return BrokerClient::Connect(device);
 }
 
-// Gives another value to an attribute of the package's identity.
+// Changes an attribute of the package's identity.
 void ChangeIdentity(std::wstring const& manifest, std::wstring const& attribute, std::wstring const& value)
 {
     auto text = ReadText(manifest);
@@ -103,7 +103,7 @@ void Player::CheckNothingIsLeft()
     {
         throw Difference{L"all helpers have ended", L"the helper " + running.front() + L" runs"};
     }
-    m_broker->Ask(ShowStatus{}); // what the broker had to say has come before its answer
+    m_broker->Ask(ShowStatus{}); // earlier events arrive before its answer
     m_expectations.CheckNothingIsLeft();
 }
 
@@ -179,7 +179,7 @@ void Player::Restart(Words const&)
     {
         throw Error(L"the app runs: its end comes first");
     }
-    m_broker->Ask(ShowStatus{}); // what has happened is known before the next one tells it
+    m_broker->Ask(ShowStatus{}); // earlier events arrive before its answer
     m_observer.Collect();
     m_broker->Stop();
     m_broker = BrokerClient::Connect(m_device);
@@ -219,7 +219,7 @@ void Player::GrowLog(Words const& words)
     LogFile(LogFile::PathOn(m_device)).GrowTo(*bytes);
 }
 
-// Of the package as it is, or of a copy with the changes that the options name.
+// The package's folder, or a copy of it with the changes of the options.
 std::wstring Player::PackageFolder(Words const& options)
 {
     auto package = FullPath(PackageFolderFromEnvironment());

@@ -35,12 +35,12 @@ void ReadInput(Lines& lines)
         }
         text.erase(0, text.size() - rest.size());
     }
-    lines.Add(FromUtf8(text)); // what stands behind the last line end
+    lines.Add(FromUtf8(text)); // what follows the last line end
     lines.End();
 }
 
-// The lines of the standard input, as they come. The thread is left to the end of the process: nothing ends its wait.
-std::shared_ptr<Lines> LinesOfPerson()
+// The lines of standard input, as they arrive. The thread stays until the process ends: nothing interrupts its read.
+std::shared_ptr<Lines> StandardInputLines()
 {
     auto const lines = std::make_shared<Lines>();
     std::thread([lines] { ReadInput(*lines); }).detach();
@@ -57,12 +57,12 @@ class Recording
 
     void PlayLines()
     {
-        auto const lines = LinesOfPerson();
+        auto const lines = StandardInputLines();
         auto const hasLine = [&] {
             Take();
             return WaitForSingleObject(lines->Arrived(), 0) == WAIT_OBJECT_0;
         };
-        while (m_player.Seen().WaitUntil(hasLine, patience) && !lines->HasEnded())
+        while (m_player.Observed().WaitUntil(hasLine, patience) && !lines->HasEnded())
         {
             WaitUntilQuiet();
             if (auto const line = lines->Take())
@@ -72,7 +72,7 @@ class Recording
         }
     }
 
-    // What was played ends by itself, or not.
+    // Waits for the end of the app and of the helpers; false when one of them still runs.
     bool End()
     {
         constexpr unsigned limitMilliseconds = 60'000;
@@ -80,7 +80,7 @@ class Recording
             Take();
             return !m_player.IsAnythingRunning();
         };
-        auto const over = m_player.Seen().WaitUntil(isOver, limitMilliseconds);
+        auto const over = m_player.Observed().WaitUntil(isOver, limitMilliseconds);
         WaitUntilQuiet();
         m_recorder.AddTaken(m_player.AllNames());
         Write();
@@ -92,17 +92,17 @@ class Recording
     static constexpr unsigned patience = 0x7FFFFFFF; // milliseconds: weeks
     static constexpr unsigned quietMilliseconds = 1'000;
 
-    bool Take() { return m_recorder.Take(m_player.Seen()); }
+    bool Take() { return m_recorder.Take(m_player.Observed()); }
 
-    // A step is played when what the one before gave rise to is over, as far as that can be seen.
+    // A step is played when the previous one has no further results, as far as can be observed.
     void WaitUntilQuiet()
     {
-        while (m_player.Seen().WaitUntil([&] { return Take(); }, quietMilliseconds))
+        while (m_player.Observed().WaitUntil([&] { return Take(); }, quietMilliseconds))
         {
         }
     }
 
-    // A step that is refused is told, and is no part of the scenario.
+    // A step that fails is reported and does not become part of the scenario.
     void Play(std::wstring const& line)
     try
     {
@@ -113,7 +113,7 @@ class Recording
         }
         if (words[0] == L"expect")
         {
-            throw WrongCall(L"what comes is expected by itself");
+            throw WrongCall(L"results are recorded by themselves");
         }
         m_recorder.AddTaken(m_player.AllNames());
         m_player.Play(line, words);
@@ -140,7 +140,7 @@ class Recording
 
 bool RecordScenario(std::wstring const& path, Device const& device, Colour colour)
 {
-    WriteBytes(path, ""); // before anything is played for nothing
+    WriteBytes(path, ""); // fails before anything is played
     Recording recording(path, device, colour);
     recording.PlayLines();
     auto const isOver = recording.End();

@@ -53,7 +53,7 @@ Package LocalPackage()
     return package;
 }
 
-// Desktop components that do nothing, and no app but the test itself.
+// Desktop components that do nothing; the app is the test itself.
 class LocalProcesses : public ProcessStarter
 {
   public:
@@ -97,7 +97,7 @@ std::wstring Texts(std::vector<Event> const& events)
 
 } // namespace
 
-// Asks as the command line does, and hears of all events.
+// Sends requests as the command line does, and receives all events.
 class LocalDevice::CommandLine : public Peer
 {
   public:
@@ -174,14 +174,14 @@ LocalDevice::LocalDevice(Limits limits)
     m_platform.Received(m_commandLine, Follow{});
     SetProcessHost(m_app);
     currentDevice = this;
-    // Factories kept from an earlier test would not meet this one's faults.
+    // Factories cached by an earlier test would bypass this one's faults.
     winrt::clear_factory_cache();
     winrt_activation_handler = GetLocalFactory;
 }
 
 LocalDevice::~LocalDevice()
 {
-    // Those that still wait for an answer get one while there is a host to work with.
+    // Pending requests are answered while there is still a host.
     m_app->CloseConnection();
     KillCaller();
     WaitUntilQuiet();
@@ -210,7 +210,7 @@ void LocalDevice::SetFault(std::wstring_view words)
     auto const fault = ParseFault(SplitWords(words));
     if (fault.call.find(L'.') == std::wstring::npos)
     {
-        winrt::clear_factory_cache(); // a factory that is kept would not be asked for
+        winrt::clear_factory_cache(); // a cached factory would bypass the fault
     }
     Command(sim::SetFault{fault});
 }
