@@ -2,7 +2,6 @@
 #include "simulator/base/Error.h"
 #include "simulator/protocol/Fields.h"
 
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -158,10 +157,8 @@ class Reader
         {
             throw Error(L"there is no message number " + std::to_wstring(position));
         }
-        using Function = void (*)(Reader&, std::variant<Alternatives...>&);
-        constexpr std::array<Function, sizeof...(Alternatives)> takes = {
-            &Reader::TakeAlternative<Alternatives, Alternatives...>...};
-        takes[position](*this, value);
+        std::uint32_t next = 0;
+        ((next++ == position ? Take(value.template emplace<Alternatives>()) : void()), ...);
     }
 
     template <typename Struct>
@@ -172,12 +169,6 @@ class Reader
     }
 
   private:
-    template <typename Alternative, typename... Alternatives>
-    static void TakeAlternative(Reader& reader, std::variant<Alternatives...>& value)
-    {
-        reader.Take(value.template emplace<Alternative>());
-    }
-
     std::size_t TakeCount()
     {
         auto count = std::uint32_t();
