@@ -17,6 +17,9 @@ std::wstring LeftAligned(std::wstring_view text, std::size_t width);
 // Padded on the left to that width.
 std::wstring RightAligned(std::int64_t number, std::size_t width, wchar_t fill = L' ');
 
+// The lowest digits of a number in hexadecimal: that many.
+std::wstring HexDigits(std::uint32_t value, int count);
+
 // An HRESULT as people write it: 0x80070005.
 std::wstring Hex(std::uint32_t value);
 

@@ -54,12 +54,10 @@ KnownType const& TypeOf(SetEntry const& entry)
 
 std::wstring Hexadecimal(std::string_view bytes)
 {
-    constexpr std::wstring_view digits = L"0123456789ABCDEF";
     std::wstring text;
-    for (auto const byte : bytes)
+    for (auto const unit : bytes)
     {
-        text += digits[static_cast<unsigned char>(byte) >> 4];
-        text += digits[static_cast<unsigned char>(byte) & 0xF];
+        text += HexDigits(static_cast<unsigned char>(unit), 2);
     }
     return text;
 }
