@@ -63,7 +63,7 @@ bool WantsToFollow(Words const& words)
 {
     if (!words.empty() && words[0] != L"--follow")
     {
-        throw WrongCall(L"what is meant by " + words[0] + L"?");
+        throw WrongCall(L"unexpected argument " + words[0]);
     }
     return !words.empty();
 }
@@ -140,7 +140,7 @@ int Play(Words const& words)
     auto const records = TakeOption(rest, L"--record");
     if (rest.size() != 1)
     {
-        throw WrongCall(L"one scenario at a time");
+        throw WrongCall(L"expected one scenario");
     }
     InstallRuntimeClasses();
     auto const path = WindowsPath(rest[0]);

@@ -59,7 +59,7 @@ struct Command
     {
         if (words.size() <= fewestWords || words.size() - 1 > mostWords)
         {
-            throw WrongCall(L"call it so: " + Usage());
+            throw WrongCall(L"usage: " + Usage());
         }
         return {words.begin() + 1, words.end()};
     }

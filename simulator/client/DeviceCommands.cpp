@@ -32,7 +32,7 @@ std::int64_t MinutesIn(std::wstring const& step)
         std::ranges::find(units, step.empty() ? L' ' : step.back(), [](auto const& u) { return u.first; });
     if (!number || *number == 0 || unit == std::end(units))
     {
-        throw Error(L"the clock is put forward so: +15m, +24h or +30d");
+        throw Error(L"expected a time such as +15m, +24h or +30d");
     }
     return *number * unit->second;
 }
@@ -58,7 +58,7 @@ AnyRequest Install(Words const& words)
     auto const isForced = TakeOption(rest, L"--force");
     if (rest.size() > 1)
     {
-        throw Error(L"one folder at a time");
+        throw Error(L"expected one folder");
     }
     return Request{FullPath(rest.empty() ? PackageFolderFromEnvironment() : WindowsPath(rest[0])), isForced};
 }
@@ -76,7 +76,7 @@ AnyRequest SendPush(Words const& words)
     auto const hasUri = TakeOption(rest, L"--uri");
     if (hasUri ? rest.empty() : rest.size() > 1)
     {
-        throw Error(L"a push is sent so: [--uri URI] [PAYLOAD]");
+        throw Error(L"usage: push [--uri URI] [PAYLOAD]");
     }
     return hasUri ? Push{FirstOf({rest.begin() + 1, rest.end()}), rest[0]} : Push{FirstOf(rest)};
 }

@@ -46,7 +46,7 @@ Handle NeedBroker(Device const& device, std::wstring const& program)
         StartBroker(device, program);
         pipe = FindBroker(device);
     }
-    return pipe ? std::move(pipe) : throw Error(L"no broker comes up for the device " + device.Home());
+    return pipe ? std::move(pipe) : throw Error(L"no broker starts for the device " + device.Home());
 }
 
 std::wstring HungText(unsigned long id)

@@ -206,7 +206,7 @@ Fault ParseFault(std::vector<std::wstring> const& words)
     }
     if (!rest.empty())
     {
-        throw Error(L"what is meant by " + rest.front() + L" after the fault?");
+        throw Error(L"unexpected " + rest.front() + L" after the fault");
     }
     return fault;
 }

@@ -43,7 +43,7 @@ std::optional<Range> ParseRange(Words const& words, std::size_t at)
     auto const to = dots == std::wstring::npos ? std::nullopt : ParseNumber(words[at + 1].substr(dots + 2));
     if (words[at] != L"after" || !from || !to || words[at + 2] != L"ms")
     {
-        throw Error(L"a time is written so: after 3000..6000 ms");
+        throw Error(L"expected a time such as: after 3000..6000 ms");
     }
     return Range{*from, *to};
 }
@@ -92,7 +92,7 @@ std::wstring Described(std::wstring const& helper)
 
 std::wstring const& Only(Words const& words, std::wstring const& usage)
 {
-    return words.size() == 1 ? words[0] : throw Error(L"call it so: " + usage);
+    return words.size() == 1 ? words[0] : throw Error(L"usage: " + usage);
 }
 
 } // namespace
@@ -163,7 +163,7 @@ void Expectations::CheckNothingIsLeft()
     {
         for (auto const& output : lines)
         {
-            left += L"\n    " + Described(name) + (output.exitCode ? L" ended" : L": " + output.line);
+            left += L"\n    " + Described(name) + L": " + output.Text();
         }
     }
     for (auto const& line : m_observer.logLines)
@@ -209,7 +209,7 @@ void Expectations::CheckLog(Words const& words)
     auto threads = ParseThreads(reordered);
     if (threads.size() != 1 || threads[0].size() != 1)
     {
-        throw Error(L"expect log MESSAGE [level=LEVEL] [category=CATEGORY]");
+        throw Error(L"usage: expect log MESSAGE [level=LEVEL] [category=CATEGORY]");
     }
     CheckLines(std::move(threads), Joined(words));
 }
@@ -219,7 +219,7 @@ void Expectations::CheckInterleavedLog(Words const& words)
     auto threads = ParseThreads({words.begin() + 1, words.end()});
     if (words[0] != L"log" || std::ranges::any_of(threads, &Lines::empty))
     {
-        throw Error(L"expect interleaved log MESSAGE … | MESSAGE …");
+        throw Error(L"usage: expect interleaved log MESSAGE … | MESSAGE …");
     }
     CheckLines(std::move(threads), Joined(words));
 }
@@ -253,8 +253,7 @@ void Expectations::CheckHelper(Words const& words)
     auto const output = TakeFromHelper(name, expected);
     if (output.exitCode || output.line != expected)
     {
-        throw Difference{Described(name) + L": " + expected,
-                         output.exitCode ? L"it ended with " + std::to_wstring(*output.exitCode) : output.line};
+        throw Difference{Described(name) + L": " + expected, output.Text()};
     }
     ++m_helperLineCount;
 }
@@ -271,8 +270,7 @@ void Expectations::CheckHelperExit(Words const& words)
     auto const output = TakeFromHelper(name, L"its end");
     if (output.exitCode != *expected)
     {
-        throw Difference{Described(name) + L" ended with " + code[0],
-                         output.exitCode ? std::to_wstring(*output.exitCode) : output.line};
+        throw Difference{Described(name) + L": ended with " + code[0], output.Text()};
     }
 }
 
@@ -337,7 +335,7 @@ Item Expectations::Take(std::deque<Item>& items, std::wstring const& expected)
     m_observer.WaitUntil([&] { return isThere() || m_observer.IsAppOver(); }, limitMilliseconds);
     if (!m_observer.WaitUntil(isThere, m_observer.IsAppOver() ? limitAfterEndMilliseconds : 0))
     {
-        throw Difference{expected, L"nothing came"};
+        throw Difference{expected, L"nothing arrived"};
     }
     auto item = std::move(items.front());
     items.pop_front();

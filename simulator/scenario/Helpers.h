@@ -21,6 +21,8 @@ class Helpers
         std::wstring name;
         std::wstring line;
         std::optional<unsigned long> exitCode;
+
+        std::wstring Text() const { return exitCode ? L"ended with " + std::to_wstring(*exitCode) : line; }
     };
 
     explicit Helpers(Device const& device) : m_device(device) {}

@@ -62,8 +62,8 @@ void Observer::CollectHelpers()
 {
     for (auto& output : m_helpers.Take())
     {
-        auto const text = output.exitCode ? L"ends with " + std::to_wstring(*output.exitCode) : output.line;
-        m_timeline.Add(Now(), Timeline::Source::Helper, output.name.empty() ? text : output.name + L" " + text);
+        auto const start = output.name.empty() ? L"" : output.name + L" ";
+        m_timeline.Add(Now(), Timeline::Source::Helper, start + output.Text());
         helperLines[output.name].push_back(std::move(output));
     }
 }
