@@ -4,7 +4,7 @@
 namespace sim
 {
 
-// Lines of UTF-8 to the terminal, file or pipe behind the standard handles, at once.
+// Writes a line in UTF-8 to standard output or standard error, unbuffered.
 void WriteLine(std::wstring_view text);
 void WriteErrorLine(std::wstring_view text);
 

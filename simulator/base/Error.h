@@ -7,7 +7,7 @@
 namespace sim
 {
 
-// A failure to be read by a person: what is wrong and, where it is not plain, what to do about it.
+// A failure, with a message for people: what is wrong and, unless it is obvious, what to do about it.
 class Error : public std::exception
 {
   public:
@@ -19,7 +19,7 @@ class Error : public std::exception
     std::wstring m_message;
 };
 
-// What a person is told of any exception.
+// The message of any exception.
 inline std::wstring ReasonOf(std::exception const& error)
 {
     auto const* const own = dynamic_cast<Error const*>(&error);

@@ -92,7 +92,7 @@ void MakeFolder(std::wstring const& path)
     if (!CreateDirectoryW(path.c_str(), nullptr))
     {
         auto const error = GetLastError();
-        if (!FolderExists(path)) // made by another process meanwhile
+        if (!FolderExists(path)) // created by another process meanwhile
         {
             ThrowSystemError(L"cannot make the folder " + path, error);
         }

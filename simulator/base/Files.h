@@ -11,40 +11,40 @@ namespace sim
 bool FileExists(std::wstring const& path);
 bool FolderExists(std::wstring const& path);
 
-// With all missing parents. Throws Error.
+// Creates the folder with all missing parents. Throws Error.
 void MakeFolder(std::wstring const& path);
 
-// A folder with all that is in it, or a file; nothing when it is missing. What cannot be removed stays.
+// Removes a file, or a folder with its contents. Does nothing when it is missing; ignores what cannot be removed.
 void Remove(std::wstring const& path);
 
-// All files of a folder and below, into another one that is made when missing. Throws Error.
+// Copies the contents of a folder into another one, which is created if necessary. Throws Error.
 void CopyFolder(std::wstring const& from, std::wstring const& to);
 
-// The paths of all files in a folder and below, in no order. Links are not followed.
+// The paths of all files in a folder and its subfolders, unordered. Links are not followed.
 std::vector<std::wstring> FilesBelow(std::wstring const& folder);
 
-// Nothing when there is no such file.
+// nullopt when there is no such file.
 std::optional<std::uint64_t> FileSize(std::wstring const& path);
 
-// The file from that byte on; others may have it open for writing. Throws Error.
+// The bytes of a file from that offset on; others may have it open for writing. Throws Error.
 std::string ReadBytes(std::wstring const& path, std::uint64_t from = 0);
 
-// A text in UTF-8, without the mark that it may begin with. Throws Error.
+// The text of a UTF-8 file, without its byte-order mark. Throws Error.
 std::wstring ReadText(std::wstring const& path);
 
 // Replaces the file. Throws Error.
 void WriteBytes(std::wstring const& path, std::string_view bytes);
 
-// The same, at once: a reader of the file, also after a crash, finds the old bytes or the new ones. Throws Error.
+// The same, atomically: a reader, also after a crash, finds either the old bytes or the new ones. Throws Error.
 void ReplaceBytes(std::wstring const& path, std::string_view bytes);
 
-// Absolute, with backslashes and none at the end.
+// Absolute, with backslashes, without one at the end.
 std::wstring FullPath(std::wstring const& path);
 
-// The folder that holds a file or folder.
+// The folder that contains a file or folder.
 std::wstring ParentOf(std::wstring const& path);
 
-// "file not found (2)": the system's words for one of its error numbers.
+// The system's message for an error code: "file not found (2)".
 std::wstring SystemMessage(unsigned long error);
 
 } // namespace sim

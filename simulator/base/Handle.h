@@ -1,5 +1,5 @@
 #pragma once
-#include <utility>
+#include <memory>
 #include <windows.h>
 
 namespace sim
@@ -13,32 +13,17 @@ class Handle
 
     explicit Handle(HANDLE value) noexcept : m_value(value == INVALID_HANDLE_VALUE ? nullptr : value) {}
 
-    Handle(Handle const&) = delete;
-
-    Handle(Handle&& other) noexcept : m_value(std::exchange(other.m_value, nullptr)) {}
-
-    Handle& operator=(Handle const&) = delete;
-
-    Handle& operator=(Handle&& other) noexcept
-    {
-        std::swap(m_value, other.m_value);
-        return *this;
-    }
-
-    ~Handle()
-    {
-        if (m_value)
-        {
-            CloseHandle(m_value);
-        }
-    }
-
     explicit operator bool() const noexcept { return m_value != nullptr; }
 
-    HANDLE Get() const noexcept { return m_value; }
+    HANDLE Get() const noexcept { return m_value.get(); }
 
   private:
-    HANDLE m_value = nullptr;
+    struct Closer
+    {
+        void operator()(HANDLE value) const noexcept { CloseHandle(value); }
+    };
+
+    std::unique_ptr<void, Closer> m_value;
 };
 
 } // namespace sim

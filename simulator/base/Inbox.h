@@ -8,7 +8,7 @@
 namespace sim
 {
 
-// What comes from other threads, waiting to be taken by one.
+// A queue from any threads to one.
 template <typename Item>
 class Inbox
 {
@@ -22,7 +22,7 @@ class Inbox
         SetEvent(m_arrived.Get());
     }
 
-    // No more will come.
+    // No item follows.
     void End()
     {
         std::lock_guard const lock(m_mutex);
@@ -30,7 +30,7 @@ class Inbox
         SetEvent(m_arrived.Get());
     }
 
-    // Signalled while there is an item, and always once the end has come.
+    // Signalled while there is an item, and from End on.
     HANDLE Arrived() const noexcept { return m_arrived.Get(); }
 
     std::optional<Item> Take()

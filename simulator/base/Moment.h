@@ -7,7 +7,7 @@
 namespace sim
 {
 
-// Milliseconds of local time since 1601, as the log's and the journal's lines show it.
+// Milliseconds of local time since 1601, the time of lines in the log and the journal.
 using Moment = std::int64_t;
 
 Moment Now();
@@ -15,7 +15,7 @@ Moment Now();
 // Of a time in 100 ns since 1601, UTC.
 Moment LocalMoment(std::int64_t utc);
 
-// A local calendar time; nullopt when there is no such day or hour.
+// A local calendar time; nullopt when there is no such day or time.
 std::optional<Moment> MomentOf(int year, int month, int day, int hour, int minute, int second, int milliseconds);
 
 // 2024-01-05 09:30:12.045

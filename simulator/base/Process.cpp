@@ -9,7 +9,7 @@ namespace sim
 namespace
 {
 
-// As the program's runtime takes it apart again: backslashes count only before a quote.
+// As the C runtime parses it: backslashes are escaped only before a quote.
 std::wstring QuotedArgument(std::wstring const& argument)
 {
     std::wstring quoted = L"\"";

@@ -8,15 +8,15 @@
 namespace sim
 {
 
-// The path of a module that is loaded here; without one, of the program.
+// The path of a module of this process; of the program.
 std::wstring ModulePath(HMODULE module);
 std::wstring ProgramPath();
 
-// Nothing for a variable that is not set, or is longer than a path may be.
+// nullopt for a variable that is not set, or longer than MAX_PATH.
 std::optional<std::wstring> EnvironmentValue(std::wstring const& name);
 
-// Starts a program with arguments. Its output goes to the file or pipe that can be inherited; without one it has no
-// console either. Throws Error.
+// Starts a program with arguments. output: an inheritable file or pipe for its output; without one the process has no
+// console. Throws Error.
 Handle StartProcess(std::wstring const& program, std::vector<std::wstring> const& arguments, HANDLE output = nullptr);
 
 } // namespace sim

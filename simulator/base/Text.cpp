@@ -41,14 +41,19 @@ std::wstring RightAligned(std::int64_t number, std::size_t width, wchar_t fill)
     return std::wstring(width > digits.size() ? width - digits.size() : 0, fill) + digits;
 }
 
+std::wstring HexDigits(std::uint32_t value, int count)
+{
+    std::wstring digits;
+    while (count-- > 0)
+    {
+        digits += L"0123456789ABCDEF"[(value >> 4 * count) & 0xF];
+    }
+    return digits;
+}
+
 std::wstring Hex(std::uint32_t value)
 {
-    std::wstring text = L"0x";
-    for (int shift = 28; shift >= 0; shift -= 4)
-    {
-        text += L"0123456789ABCDEF"[(value >> shift) & 0xF];
-    }
-    return text;
+    return L"0x" + HexDigits(value, 8);
 }
 
 std::optional<std::uint64_t> ParseNumberUpTo(std::uint64_t largest, std::wstring_view text)

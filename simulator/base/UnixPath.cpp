@@ -12,7 +12,7 @@ namespace sim
 namespace
 {
 
-// Of Wine alone; null elsewhere.
+// Exported by Wine only; null elsewhere.
 template <typename Function>
 Function* WineFunction(char const* name)
 {

@@ -1,6 +1,9 @@
 #include "simulator/base/Words.h"
 
 #include "simulator/base/Error.h"
+#include "simulator/base/Text.h"
+
+#include <algorithm>
 
 namespace sim
 {
@@ -11,7 +14,7 @@ namespace
 constexpr std::wstring_view blanks = L" \t\r\n";
 constexpr std::wstring_view quotes = L"'\"";
 
-// Takes one word off the front of `rest`, which starts with no blank.
+// Removes the first word from `rest`, which does not start with a blank.
 std::wstring TakeWord(std::wstring_view& rest)
 {
     std::wstring word;
@@ -58,7 +61,7 @@ std::wstring Quoted(std::wstring_view text)
     {
         return std::wstring(text);
     }
-    // Inside one kind of quotes the other is plain text, so a text with both is a chain of quoted pieces.
+    // One kind of quotes may contain the other, so a text with both becomes a chain of quoted pieces.
     std::wstring quoted = L"'";
     for (auto const character : text)
     {
@@ -76,12 +79,9 @@ std::wstring Quoted(std::wstring_view text)
 
 std::wstring Joined(std::vector<std::wstring> const& words)
 {
-    std::wstring line;
-    for (auto const& word : words)
-    {
-        line += (line.empty() ? L"" : L" ") + Quoted(word);
-    }
-    return line;
+    std::vector<std::wstring> quoted(words.size());
+    std::ranges::transform(words, quoted.begin(), Quoted);
+    return Listed(quoted, L" ");
 }
 
 } // namespace sim

@@ -92,7 +92,7 @@ class TreeBuilder
         AddAttributes(element);
         if (!isEmpty)
         {
-            // Safe while it is open: its parent's list does not grow until it is closed.
+            // The pointer stays valid: its parent's list does not grow until this element is closed.
             m_open.push_back(&element);
         }
     }

@@ -18,11 +18,11 @@ struct XmlElement
 
     std::wstring namespaceUri;
     std::wstring name; // without its prefix
-    std::wstring text; // all that stands in it outside of its children, but white space between elements
+    std::wstring text; // all text outside of its children, but white space between elements
     std::vector<Attribute> attributes;
     std::vector<XmlElement> children;
 
-    // Nothing when it is missing; an empty value is a value.
+    // nullopt when it is missing; an empty value is a value.
     std::optional<std::wstring> AttributeValue(std::wstring_view attributeName) const;
 
     std::vector<XmlElement const*> Children(std::wstring_view childNamespace, std::wstring_view childName) const;
@@ -31,8 +31,8 @@ struct XmlElement
     XmlElement const* Child(std::wstring_view childNamespace, std::wstring_view childName) const;
 };
 
-// Reads a whole file with the platform's own XML reader and returns its root. Throws Error that names the file, and the
-// line where it is broken.
+// Parses a file with the system's XML reader and returns its root. Throws Error that names the file and the line that
+// is not well-formed.
 XmlElement ReadXml(std::wstring const& path);
 
 } // namespace sim

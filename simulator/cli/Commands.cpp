@@ -15,6 +15,8 @@
 #include "simulator/platform/Journal.h"
 #include "simulator/protocol/SettingsFile.h"
 #include "simulator/scenario/Play.h"
+#include "simulator/scenario/Player.h"
+#include "simulator/scenario/Record.h"
 
 #include <algorithm>
 
@@ -24,7 +26,7 @@ namespace sim
 namespace
 {
 
-// What the device answers.
+// Prints what the device answers.
 int Ask(AnyRequest request)
 {
     if (std::holds_alternative<RegisterPackage>(request) || std::holds_alternative<UpdatePackage>(request))
@@ -61,7 +63,7 @@ bool WantsToFollow(Words const& words)
 {
     if (!words.empty() && words[0] != L"--follow")
     {
-        throw WrongCall(L"what is meant by " + words[0] + L"?");
+        throw WrongCall(L"unexpected argument " + words[0]);
     }
     return !words.empty();
 }
@@ -78,7 +80,7 @@ void WriteNewLogLines(LogFile& file)
 [[noreturn]] void FollowLog(std::wstring const& path)
 {
     LogFile file(path);
-    for (;; Sleep(LogFile::lookMilliseconds))
+    for (;; Sleep(LogFile::pollMilliseconds))
     {
         WriteNewLogLines(file);
     }
@@ -138,7 +140,7 @@ int Play(Words const& words)
     auto const records = TakeOption(rest, L"--record");
     if (rest.size() != 1)
     {
-        throw WrongCall(L"one scenario at a time");
+        throw WrongCall(L"expected one scenario");
     }
     InstallRuntimeClasses();
     auto const path = WindowsPath(rest[0]);
@@ -179,14 +181,6 @@ void WriteHelp(AnyCommand const& command)
     }
 }
 
-template <typename AnyCommand>
-void WriteSummary(AnyCommand const& command)
-{
-    constexpr std::size_t width = 39;
-    auto const usage = L"sim " + command.Usage();
-    WriteLine(L"  " + LeftAligned(usage, width) + L" " + std::wstring(command.summary));
-}
-
 OwnCommand const& Need(Words const& words)
 {
     auto const* const command = FindCommand(OwnCommands(), words);
@@ -201,24 +195,25 @@ int Help(Words const& words)
         command ? WriteHelp(*command) : WriteHelp(Need(words));
         if (words[0] == L"play")
         {
-            WriteLine(ScenarioSteps());
+            WriteLine(Player::Help());
         }
         return 0;
     }
     WriteLine(L"The Windows app model for development. The device is the folder in VELMO_SIM_HOME.\n");
-    std::ranges::for_each(DeviceCommands(), WriteSummary<DeviceCommand>);
-    std::ranges::for_each(OwnCommands(), WriteSummary<OwnCommand>);
-    WriteLine(L"\nsim help COMMAND tells more of one.");
+    auto const list = [](auto const& command) { WriteLine(command.ListLine(L"sim ", 39)); };
+    std::ranges::for_each(DeviceCommands(), list);
+    std::ranges::for_each(OwnCommands(), list);
+    WriteLine(L"\nsim help COMMAND shows more about one.");
     return 0;
 }
 
 constexpr OwnCommand commands[] = {
     {L"settings", L"", L"the app's local settings, decoded", L"", 0, 0, Settings},
     {L"log", L"[--follow | PATH]", L"the app's log file, decoded",
-     L"  With --follow it stays and shows what comes. PATH is of another log file, or of a folder with such files in it\n"
-     L"  or below, such as the one that a failed test names; as the shell writes it, or as Windows does.",
+     L"  With --follow it goes on and shows new lines. PATH is another log file, or a folder that contains some, such\n"
+     L"  as the one that a failed test names: a path of the shell or of Windows.",
      0, 1, Log},
-    {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it stays and shows what comes.", 0, 1,
+    {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it goes on and shows new ones.", 0, 1,
      Events},
     {L"play", L"[--colour] [--record] SCENARIO", L"plays a scenario file on a fresh device, checking every step",
      L"  What the device held before is removed. Exit code 1 when anything differs. With --record it plays the steps that\n"
@@ -226,11 +221,11 @@ constexpr OwnCommand commands[] = {
      1, 3, Play},
     {L"stop", L"", L"switches the device off, with everything that runs on it", L"", 0, 0, Stop},
     {L"restart", L"", L"switches the device off and on again",
-     L"  What runs on it is ended; what it keeps is there again.", 0, 0, Restart},
+     L"  Its processes end; its registrations and state remain.", 0, 0, Restart},
     {L"install", L"", L"registers the simulator's runtime classes in this Wine prefix",
-     L"  register and play do it, too.", 0, 0, Install},
-    {L"broker", L"", L"serves the device; the other commands start it when needed", L"", 0, 0, RunBroker},
-    {L"help", L"[COMMAND]", L"this list, or more of one command", L"", 0, 1, Help},
+     L"  register, update and play do it, too.", 0, 0, Install},
+    {L"broker", L"", L"serves the device; other commands start it when necessary", L"", 0, 0, RunBroker},
+    {L"help", L"[COMMAND]", L"this list, or the help on one command", L"", 0, 1, Help},
 };
 
 int Run(Words const& words)

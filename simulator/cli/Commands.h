@@ -6,13 +6,13 @@
 namespace sim
 {
 
-// What this program does itself, giving the exit code; what a device does for it is in client/DeviceCommands.h. They
-// throw Error, and WrongCall.
+// A command that this program executes itself: returns the exit code, throws Error or WrongCall. Those that a device
+// executes are in client/DeviceCommands.h.
 using OwnCommand = Command<int (*)(Words const& arguments)>;
 
 std::span<OwnCommand const> OwnCommands();
 
-// Runs the command that the words name: 0 when it went well, 1 when it did not, 2 when it was called wrongly.
+// Runs the command that the words name: 0 on success, 1 on failure, 2 when its arguments are wrong.
 int RunCommand(Words const& words);
 
 } // namespace sim

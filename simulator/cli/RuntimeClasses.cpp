@@ -13,7 +13,7 @@ namespace sim
 namespace
 {
 
-// The platform's list of classes; Wine's RoGetActivationFactory looks there.
+// The system's registry of classes, which Wine's RoGetActivationFactory reads.
 constexpr wchar_t classesKey[] = L"Software\\Microsoft\\WindowsRuntime\\ActivatableClassId\\";
 
 } // namespace

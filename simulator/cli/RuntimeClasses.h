@@ -3,8 +3,8 @@
 namespace sim
 {
 
-// Makes the platform of this Wine prefix find the simulator's runtime classes, in the DLL beside this program. May be
-// done again, and by several at once. Throws Error.
+// Registers the simulator's runtime classes, in the DLL beside this program, in this Wine prefix. May be repeated, also
+// by several processes at once. Throws Error.
 void InstallRuntimeClasses();
 
 } // namespace sim

@@ -48,13 +48,13 @@ BrokerClient::~BrokerClient()
 
 std::wstring BrokerClient::Ask(AnyRequest request)
 {
-    Send(Request{0, std::move(request)}); // answered in their order
-    while (m_answers.empty())
+    Send(Request{0, std::move(request)});
+    auto message = NextMessage();
+    for (; !std::holds_alternative<Answer>(message); message = NextMessage())
     {
-        Sort(NextMessage());
+        KeepEvent(std::move(message));
     }
-    auto const answer = std::move(m_answers.front().content);
-    m_answers.pop_front();
+    auto const& answer = std::get<Answer>(message).content;
     if (auto const* const refused = std::get_if<Refused>(&answer))
     {
         throw Error(refused->reason);
@@ -71,7 +71,7 @@ std::optional<Event> BrokerClient::NextEvent()
 {
     while (auto message = m_inbox->Take())
     {
-        Sort(std::move(*message));
+        KeepEvent(std::move(*message));
     }
     if (m_events.empty())
     {
@@ -122,13 +122,9 @@ ToProcess BrokerClient::NextMessage()
     }
 }
 
-void BrokerClient::Sort(ToProcess message)
+void BrokerClient::KeepEvent(ToProcess message)
 {
-    if (auto* const answer = std::get_if<Answer>(&message))
-    {
-        m_answers.push_back(std::move(*answer));
-    }
-    else if (auto* const happened = std::get_if<EventHappened>(&message))
+    if (auto* const happened = std::get_if<EventHappened>(&message))
     {
         m_events.push_back(std::move(happened->event));
     }

@@ -13,14 +13,14 @@
 namespace sim
 {
 
-// A command line's connection to its device's broker. One thread uses it.
+// A command line's connection to its device's broker. Not thread-safe.
 class BrokerClient
 {
   public:
     // Starts the broker (this program again) when none serves the device. Throws Error.
     static std::unique_ptr<BrokerClient> Connect(Device const& device);
 
-    // Switches the device off; false when it is off already. Throws Error when its broker hangs.
+    // Switches the device off; false when it was off. Throws Error when its broker hangs.
     static bool StopRunning(Device const& device);
 
     // pipe: connected to the broker. answerLimit: in milliseconds.
@@ -29,32 +29,31 @@ class BrokerClient
     BrokerClient& operator=(BrokerClient const&) = delete;
     ~BrokerClient();
 
-    // Waits for the answer and gives its text. Throws Error with the broker's refusal, or when the broker ends or
+    // Waits for the answer and returns its text. Throws Error with the reason of a refusal, or when the broker ends or
     // hangs.
     std::wstring Ask(AnyRequest request);
 
-    // From now on all events of the device arrive, those of its past first.
+    // From now on all events of the device arrive, past ones first.
     void Follow();
 
-    // Signalled when NextEvent may have something. Throws from NextEvent when the broker has ended.
+    // Signalled when an event may have arrived or the broker has ended.
     HANDLE Arrived() const noexcept { return m_inbox->Arrived(); }
 
-    // The next event that has arrived, if one has; those that came during Ask among them.
+    // The next event that has arrived, also during Ask, if there is one. Throws Error when the broker has ended.
     std::optional<Event> NextEvent();
 
-    // Switches the device off; returns when its broker has ended.
+    // Switches the device off; returns when its broker has ended. Throws Error.
     void Stop();
 
   private:
     void Send(FromProcess const& message);
     ToProcess NextMessage();
-    void Sort(ToProcess message);
+    void KeepEvent(ToProcess message);
 
     unsigned const m_answerLimit;
     unsigned long m_brokerId = 0;              // its process
     std::shared_ptr<Inbox<ToProcess>> m_inbox; // shared with the channel's handlers
     std::shared_ptr<PipeChannel> m_channel;
-    std::deque<Answer> m_answers;
     std::deque<Event> m_events;
 };
 

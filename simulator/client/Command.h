@@ -1,5 +1,6 @@
 #pragma once
 #include "simulator/base/Error.h"
+#include "simulator/base/Text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,14 +13,14 @@ namespace sim
 
 using Words = std::vector<std::wstring>;
 
-// A command was called in a way that it does not have.
+// The arguments of a command are wrong.
 class WrongCall : public Error
 {
   public:
     using Error::Error;
 };
 
-// Takes an option off the front of the words; false when it is not there.
+// Removes an option from the front of the words; false when it is not there.
 inline bool TakeOption(Words& words, std::wstring_view option)
 {
     if (words.empty() || words.front() != option)
@@ -30,14 +31,14 @@ inline bool TakeOption(Words& words, std::wstring_view option)
     return true;
 }
 
-// A row of a table of commands: of the command line, of a device, of scenarios. Their help is made of this.
+// A row of a table of commands, which is also their help: of the command line, of a device, of scenarios.
 template <typename Function>
 struct Command
 {
     std::wstring_view name;
     std::wstring_view arguments;
     std::wstring_view summary;
-    std::wstring_view help; // the rest, for those who ask
+    std::wstring_view help; // further lines, for help on this command
     std::size_t fewestWords;
     std::size_t mostWords;
     Function run;
@@ -47,12 +48,18 @@ struct Command
         return std::wstring(name) + (arguments.empty() ? L"" : L" ") + std::wstring(arguments);
     }
 
-    // The words behind the command's name. Throws WrongCall when there are too few or too many.
+    // Usage and summary, for a list of commands. prefix: stands before the name.
+    std::wstring ListLine(std::wstring const& prefix, std::size_t width) const
+    {
+        return L"  " + LeftAligned(prefix + Usage(), width) + L" " + std::wstring(summary);
+    }
+
+    // The words after the command's name. Throws WrongCall when there are too few or too many.
     Words ArgumentsOf(Words const& words) const
     {
         if (words.size() <= fewestWords || words.size() - 1 > mostWords)
         {
-            throw WrongCall(L"call it so: " + Usage());
+            throw WrongCall(L"usage: " + Usage());
         }
         return {words.begin() + 1, words.end()};
     }
@@ -68,7 +75,7 @@ auto const* FindCommand(Table const& table, std::wstring_view name)
     return found == std::end(table) ? nullptr : &*found;
 }
 
-// The same for the first of the words.
+// The row that the first word names, or null.
 template <typename Table>
 auto const* FindCommand(Table const& table, Words const& words)
 {

@@ -16,7 +16,7 @@ namespace sim
 namespace
 {
 
-// Empty without words.
+// Empty when there are no words.
 std::wstring FirstOf(Words const& words)
 {
     return words.empty() ? std::wstring() : words.front();
@@ -32,7 +32,7 @@ std::int64_t MinutesIn(std::wstring const& step)
         std::ranges::find(units, step.empty() ? L' ' : step.back(), [](auto const& u) { return u.first; });
     if (!number || *number == 0 || unit == std::end(units))
     {
-        throw Error(L"the clock is put forward so: +15m, +24h or +30d");
+        throw Error(L"expected a time such as +15m, +24h or +30d");
     }
     return *number * unit->second;
 }
@@ -58,12 +58,12 @@ AnyRequest Install(Words const& words)
     auto const isForced = TakeOption(rest, L"--force");
     if (rest.size() > 1)
     {
-        throw Error(L"one folder at a time");
+        throw Error(L"expected one folder");
     }
     return Request{FullPath(rest.empty() ? PackageFolderFromEnvironment() : WindowsPath(rest[0])), isForced};
 }
 
-// Of one text, or none.
+// With one text, or none.
 template <typename Request>
 AnyRequest OfText(Words const& words)
 {
@@ -76,7 +76,7 @@ AnyRequest SendPush(Words const& words)
     auto const hasUri = TakeOption(rest, L"--uri");
     if (hasUri ? rest.empty() : rest.size() > 1)
     {
-        throw Error(L"a push is sent so: [--uri URI] [PAYLOAD]");
+        throw Error(L"usage: push [--uri URI] [PAYLOAD]");
     }
     return hasUri ? Push{FirstOf({rest.begin() + 1, rest.end()}), rest[0]} : Push{FirstOf(rest)};
 }
@@ -124,9 +124,8 @@ constexpr DeviceCommand commands[] = {
     {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, OfText<OpenUri>},
     {L"suspend", L"", L"the system suspends the app: its Suspending event is raised", L"", 0, 0, Plain<SuspendApp>},
     {L"page", L"CLASS", L"the framework makes the app's page of that class",
-     L"  In each of the two ways in which it can: by activating the class, and with the type that the app tells of "
-     L"it.\n"
-     L"  Neither shows it. sim events tells what came of it. An app that is not running is started.",
+     L"  By activating the class, and through the app's XAML type information. Neither displays the page. sim events\n"
+     L"  shows the result. An app that is not running is started.",
      1, 1, OfText<RequestPage>},
     {L"kill", L"", L"ends the app's process from outside, as Task Manager does", L"", 0, 0, Plain<KillApp>},
     {L"push", L"[--uri URI] [PAYLOAD]", L"a raw notification is sent to the app's channel",
@@ -153,16 +152,15 @@ constexpr DeviceCommand commands[] = {
     {L"fault", L"CALL KIND [NUMBER] [TIMES] [after CALLS] | clear", L"makes a call of the platform fail",
      L"  now RESULT         the call fails with the HRESULT\n"
      L"  completion RESULT  its asynchronous operation fails with the HRESULT\n"
-     L"  cancelled          its asynchronous operation ends as cancelled\n"
+     L"  cancelled          its asynchronous operation completes as cancelled\n"
      L"  status NUMBER      its asynchronous operation completes with the status, and does nothing\n"
-     L"  never              its asynchronous operation never ends\n"
-     L"  null               it succeeds and hands out null\n"
-     L"  delay MS           its asynchronous operation ends that many milliseconds later\n"
-     L"  unheard RESULT     its asynchronous operation refuses its completion handler with the HRESULT\n"
-     L"  ended              its asynchronous operation has ended when the call returns\n"
-     L"  TIMES: how many calls it strikes; without it all. CALLS: how many go well before. fault clear takes all\n"
-     L"  faults away.\n"
-     L"  A class name alone (CoreApplication) stands for getting the class. A wrong name lists the known calls.\n"
+     L"  never              its asynchronous operation never completes\n"
+     L"  null               it succeeds and returns null\n"
+     L"  delay MS           its asynchronous operation completes that many milliseconds later\n"
+     L"  unheard RESULT     setting the completion handler of its asynchronous operation fails with the HRESULT\n"
+     L"  ended              its asynchronous operation has completed when the call returns\n"
+     L"  TIMES: how many calls fail; without it all. CALLS: how many succeed before. fault clear removes all faults.\n"
+     L"  A class name alone (CoreApplication) stands for its activation factory. A wrong name lists the known calls.\n"
      L"  Example: sim fault FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync completion 0x80070005 1",
      1, anyNumber, ChangeFaults},
 };

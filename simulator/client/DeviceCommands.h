@@ -7,13 +7,13 @@
 namespace sim
 {
 
-// What a person or a scenario asks of a device, in words: the request that the arguments stand for.
+// A command that a person or a scenario gives to a device: makes its request from the arguments.
 using DeviceCommand = Command<AnyRequest (*)(Words const& arguments)>;
 
 std::span<DeviceCommand const> DeviceCommands();
 
-// The request that the words stand for, the command's name first. Throws WrongCall when there is none of that name or
-// the arguments make no sense.
+// The request of a command; its name is the first word. Throws WrongCall for an unknown command and for wrong
+// arguments.
 AnyRequest RequestFor(Words const& words);
 
 } // namespace sim

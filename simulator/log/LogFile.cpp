@@ -15,7 +15,7 @@ namespace sim
 namespace
 {
 
-constexpr wchar_t mark = L'\xFEFF';
+constexpr wchar_t byteOrderMark = L'\xFEFF';
 
 } // namespace
 
@@ -42,8 +42,7 @@ std::vector<std::wstring> LogFile::Find(std::wstring const& path)
     return logs;
 }
 
-// Only what is behind the bytes read: the whole of a file that is emptied meanwhile would be read in part, as if it had
-// been begun again with its old lines.
+// Reads from the position on: reading the whole of a file that is emptied meanwhile could yield old lines again.
 std::vector<std::wstring> LogFile::NewLines()
 {
     std::vector<std::wstring> lines;
@@ -60,7 +59,7 @@ std::vector<std::wstring> LogFile::NewLines()
     auto const bytes = ReadBytes(m_path, m_position);
     std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
     std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
-    auto const hasMark = m_position == 0 && text.starts_with(mark);
+    auto const hasMark = m_position == 0 && text.starts_with(byteOrderMark);
     m_position += text.size() * sizeof(wchar_t);
     text.replace(0, hasMark ? 1 : 0, m_rest);
     std::wstring_view rest = text;
@@ -80,7 +79,7 @@ void LogFile::GrowTo(std::uint64_t bytes) const
     end.QuadPart = static_cast<LONGLONG>(bytes);
     if (!file || !SetFilePointerEx(file.Get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(file.Get()))
     {
-        throw Error(L"the log cannot be made longer: " + m_path);
+        throw Error(L"the log cannot be extended: " + m_path);
     }
 }
 

@@ -2,8 +2,6 @@
 
 #include "simulator/base/Text.h"
 
-#include <array>
-
 namespace sim
 {
 
@@ -30,35 +28,32 @@ std::wstring LogLine::Text() const
     return TimeText(time) + L" " + LeftAligned(level, 5) + L" " + LeftAligned(category, 10) + L" " + message;
 }
 
-std::optional<LogLine> ParseLogLine(std::wstring_view line)
+std::optional<LogLine> ParseLogLine(std::wstring_view text)
 {
-    // Stamp, level, six fields, thread; the message may hold separators of its own.
-    std::array<std::wstring, 9> fields;
-    for (auto& field : fields)
+    LogLine line;
+    std::wstring stamp;
+    std::wstring unused;
+    // The message may contain separators of its own.
+    for (auto* const field : {&stamp, &line.level, &unused, &line.product, &line.component, &line.category,
+                              &line.detail, &line.origin, &line.thread})
     {
-        auto const end = line.find(separator);
+        auto const end = text.find(separator);
         if (end == std::wstring_view::npos)
         {
             return std::nullopt;
         }
-        field = line.substr(0, end);
-        line.remove_prefix(end + separator.size());
+        *field = text.substr(0, end);
+        text.remove_prefix(end + separator.size());
     }
-    auto const time = ParseStamp(fields[0]);
-    auto const& level = fields[1];
-    if (!time || level.size() < 2 || level.front() != L'[' || level.back() != L']')
+    auto const time = ParseStamp(stamp);
+    if (!time || line.level.size() < 2 || !line.level.starts_with(L'[') || !line.level.ends_with(L']'))
     {
         return std::nullopt;
     }
-    return LogLine{*time,
-                   level.substr(1, level.size() - 2),
-                   fields[3],
-                   fields[4],
-                   fields[5],
-                   fields[6],
-                   fields[7],
-                   fields[8],
-                   std::wstring(line)};
+    line.time = *time;
+    line.level = line.level.substr(1, line.level.size() - 2);
+    line.message = text;
+    return line;
 }
 
 } // namespace sim

@@ -8,7 +8,7 @@
 namespace sim
 {
 
-// One line of the app's log, taken apart.
+// One line of the app's log.
 struct LogLine
 {
     Moment time = 0;
@@ -25,7 +25,7 @@ struct LogLine
     std::wstring Text() const;
 };
 
-// nullopt for a line of another form.
-std::optional<LogLine> ParseLogLine(std::wstring_view line);
+// nullopt for text in any other format.
+std::optional<LogLine> ParseLogLine(std::wstring_view text);
 
 } // namespace sim

@@ -126,7 +126,7 @@ class ManifestReader
         }
     }
 
-    // Those of a category.
+    // The extensions of a category.
     std::vector<XmlElement const*> Extensions(XmlElement const& parent, std::wstring_view prefix,
                                               std::wstring_view category) const
     {

@@ -8,7 +8,7 @@
 namespace sim
 {
 
-// What a package declares of itself, as far as the app model acts on it.
+// The declarations of a package that the app model uses.
 struct Manifest
 {
     struct ParameterGroup
@@ -22,11 +22,11 @@ struct Manifest
         std::wstring executable; // relative to the package's folder
         std::vector<ParameterGroup> groups;
 
-        // Null when there is none of that id; ids are compared exactly.
+        // Null for an unknown id; ids are compared exactly.
         ParameterGroup const* Group(std::wstring_view id) const;
     };
 
-    // A module of the package that has runtime classes of its own.
+    // A module of the package that implements runtime classes.
     struct InProcessServer
     {
         std::wstring path; // relative to the package's folder
@@ -42,12 +42,12 @@ struct Manifest
     std::wstring executable;               // relative to the package's folder
     std::wstring entryPoint;               // runtime class of the application
     std::vector<std::wstring> protocols;   // URI schemes, lower case
-    std::vector<std::wstring> appServices; // their names; they are served by the application itself
+    std::vector<std::wstring> appServices; // names of those that the application itself serves
     std::optional<DesktopComponent> desktopComponent;
     std::vector<InProcessServer> inProcessServers;
     bool mayRunFullTrust = false; // the capability that the desktop component needs
 
-    // To be compared: 16 bits for each of the version's four parts.
+    // For comparisons: 16 bits for each of the version's four parts.
     std::uint64_t VersionNumber() const;
 
     // Names are compared exactly.
@@ -57,8 +57,8 @@ struct Manifest
     InProcessServer const* InProcessServerOf(std::wstring_view className) const;
 };
 
-// Reads AppxManifest.xml. Throws Error that names the file and what is missing or wrong in it. One application per
-// package: the product has one.
+// Reads AppxManifest.xml. Throws Error that names the file and what is missing or wrong in it. Supports one application
+// per package, as the product has.
 Manifest ReadManifest(std::wstring const& path);
 
 } // namespace sim

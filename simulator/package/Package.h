@@ -7,7 +7,7 @@
 namespace sim
 {
 
-// A package as it lies in a folder: its manifest, and where things are.
+// A package in a folder: its manifest and its files.
 struct Package
 {
     std::wstring folder;
@@ -21,8 +21,8 @@ struct Package
     std::wstring DesktopExecutable() const;
 };
 
-// Reads a package's folder and checks that the application's executable is there. Throws Error with what is missing.
-// A missing desktop component is no error here: as on the platform, it shows when it is to be launched.
+// Reads a package's folder and checks that the application's executable exists. Throws Error with what is missing. A
+// missing desktop component is no error: as on the platform, only its launch fails.
 Package OpenPackage(std::wstring const& folder);
 
 // The package that is registered on a device. Throws Error when there is none.

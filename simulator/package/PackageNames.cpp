@@ -17,7 +17,7 @@ namespace
 
 using Digest = std::array<UCHAR, 32>;
 
-// By value: the call declares writable what it only reads.
+// By value: BCryptHash declares its input writable.
 Digest Sha256(std::wstring text)
 {
     BCRYPT_ALG_HANDLE algorithm = nullptr;
@@ -38,7 +38,7 @@ Digest Sha256(std::wstring text)
     return digest;
 }
 
-// Five bits a character, the last one filled up with zero bits.
+// Five bits for each character; the last ones are padded with zero bits.
 std::wstring Base32(std::span<UCHAR const> bytes)
 {
     auto const at = [&](std::size_t index) { return index < bytes.size() ? unsigned{bytes[index]} : 0u; };

@@ -8,7 +8,7 @@
 namespace sim
 {
 
-// What the platform has for an app, beginning with what a user does.
+// What an app is activated for. First, by the user.
 struct UserLaunch
 {
     std::wstring arguments;
@@ -19,7 +19,7 @@ struct ProtocolLaunch
     std::wstring uri;
 };
 
-// A caller has opened a connection to the app's service.
+// A caller opens a connection to the app's service.
 struct ServiceStart
 {
     std::uint32_t instance = 0;
@@ -30,19 +30,15 @@ struct ServiceStart
 
 enum class Trigger : std::uint32_t
 {
-    Push,
-    Timer
+    Push = 0,
+    Timer = 1,
+    Last = Timer
 };
-
-constexpr Trigger LastOf(Trigger) noexcept
-{
-    return Trigger::Timer;
-}
 
 // push or timer.
 std::wstring_view NameOf(Trigger trigger) noexcept;
 
-// A background task's trigger has fired.
+// The trigger of a background task fires.
 struct TaskStart
 {
     std::uint32_t instance = 0;
@@ -50,10 +46,11 @@ struct TaskStart
     std::wstring task;
     Trigger trigger = Trigger::Push;
     std::wstring payload;   // a push's content
-    std::uint32_t wake = 0; // what the events that come of the same push or timer carry
+    std::uint32_t wake = 0; // the id that all events of the same push or timer carry
 };
 
-// No activations, but in order with them: the system suspends the app; the framework makes a page and lets go of it.
+// Not activations, but delivered in order with them: the system suspends the app; the framework creates a page and
+// releases it.
 struct Suspension
 {
 };
@@ -63,19 +60,19 @@ struct PageRequest
     std::wstring className;
 };
 
-// In the order in which the app gets it.
+// Delivered to the app in order.
 struct Activation
 {
     using Content = std::variant<UserLaunch, ProtocolLaunch, ServiceStart, TaskStart, Suspension, PageRequest>;
 
-    std::uint32_t id = 0; // of the device, so that its processes can say which one they took
+    std::uint32_t id = 0; // unique on the device: processes report with it which one they took
     Content content;
 };
 
-// kind=… and what it carries, for the journal.
+// kind=… and its content, for the journal.
 std::vector<std::wstring> DetailsOf(Activation const& activation);
 
-// The instance that a background activation is for; 0 for the others.
+// The instance of a background activation; 0 for any other.
 std::uint32_t InstanceOf(Activation const& activation);
 
 // The wake of a task's start; 0 for anything else.
@@ -89,7 +86,7 @@ std::uint32_t WakeOf(Content const& content)
 // An event's details, and wake=… unless it is 0.
 std::vector<std::wstring> WithWake(std::vector<std::wstring> details, std::uint32_t wake);
 
-// Whether it shows the app.
+// Whether the app becomes visible by it.
 bool IsForeground(Activation const& activation);
 
 } // namespace sim

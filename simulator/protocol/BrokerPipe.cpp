@@ -13,7 +13,7 @@ namespace sim
 namespace
 {
 
-// Returns when the broker serves, or when another one proved to be quicker.
+// Returns when the broker serves the device, or has ended since another one does.
 void StartBroker(Device const& device, std::wstring const& program)
 {
     constexpr DWORD limitMilliseconds = 60'000;
@@ -38,7 +38,7 @@ Handle FindBroker(Device const& device)
 
 Handle NeedBroker(Device const& device, std::wstring const& program)
 {
-    // A broker found or started may be one that is being switched off; the next one is not.
+    // A broker found or started may be about to be switched off; the next one is not.
     constexpr int attempts = 5;
     auto pipe = FindBroker(device);
     for (int attempt = 0; !pipe && attempt < attempts; ++attempt)
@@ -46,7 +46,7 @@ Handle NeedBroker(Device const& device, std::wstring const& program)
         StartBroker(device, program);
         pipe = FindBroker(device);
     }
-    return pipe ? std::move(pipe) : throw Error(L"no broker comes up for the device " + device.Home());
+    return pipe ? std::move(pipe) : throw Error(L"no broker starts for the device " + device.Home());
 }
 
 std::wstring HungText(unsigned long id)

@@ -10,10 +10,10 @@ namespace sim
 // The pipe to the broker that serves the device. No handle when none does. Throws Error when it hangs.
 Handle FindBroker(Device const& device);
 
-// The same, starting a broker when none serves the device: it is switched on. program: sim.exe. Throws Error.
+// The same, but starts a broker when none serves the device. program: sim.exe. Throws Error.
 Handle NeedBroker(Device const& device, std::wstring const& program);
 
-// What there is to say of a broker that hangs. id: its process; 0: unknown.
+// The error message for a broker that hangs. id: of its process; 0 if unknown.
 std::wstring HungText(unsigned long id);
 
 } // namespace sim

@@ -1,5 +1,7 @@
 #include "simulator/protocol/CancellationReason.h"
 
+#include "simulator/base/Text.h"
+
 #include <algorithm>
 #include <array>
 
@@ -38,12 +40,7 @@ std::optional<std::uint32_t> Parse(std::wstring_view name)
 
 std::wstring Names()
 {
-    std::wstring all;
-    for (auto const name : names)
-    {
-        all += (all.empty() ? L"" : L" ") + std::wstring(name);
-    }
-    return all;
+    return Listed(names, L" ");
 }
 
 } // namespace sim::CancellationReason

@@ -13,10 +13,10 @@ constexpr std::uint32_t servicingUpdate = 3;
 constexpr std::uint32_t executionTimeExceeded = 9;
 constexpr std::uint32_t resourceRevocation = 10;
 
-// Its name in the platform; the number itself for one that has none.
+// Its name in the platform; the number for any other value.
 std::wstring NameOf(std::uint32_t reason);
 
-// nullopt when there is none of that name.
+// nullopt for an unknown name.
 std::optional<std::uint32_t> Parse(std::wstring_view name);
 
 // All names, separated by blanks.

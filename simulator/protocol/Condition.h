@@ -5,28 +5,25 @@
 namespace sim
 {
 
-// What a device or its user may keep from apps.
+// A state of the device, or a choice of its user, that restricts apps.
 enum class Condition : std::uint32_t
 {
-    AccessDenied,
-    BatterySaver,
-    NetworkOff
+    AccessDenied = 0,
+    BatterySaver = 1,
+    NetworkOff = 2,
+    Last = NetworkOff
 };
 
-constexpr Condition LastOf(Condition) noexcept
-{
-    return Condition::NetworkOff;
-}
-
-// In their order, in the words of the command line and the journal.
+// Their names on the command line and in the journal.
 struct ConditionWords
 {
     std::wstring_view name;
     std::wstring_view holds;
     std::wstring_view ends;
-    std::wstring_view holdsTasksBack; // why; empty: it does not
+    std::wstring_view holdsTasksBack; // the reason; empty when background tasks run
 };
 
+// By Condition.
 constexpr ConditionWords conditionWords[] = {
     {L"access", L"denied", L"allowed", L"background access is denied"},
     {L"battery", L"saver", L"normal", L"the battery saver is on"},

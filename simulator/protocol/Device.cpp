@@ -10,21 +10,6 @@
 namespace sim
 {
 
-namespace
-{
-
-// Of the path in one case, as the file system compares it. The same in each program of a build.
-std::wstring HashOf(std::wstring const& path)
-{
-    auto const length = static_cast<int>(path.size());
-    std::wstring folded = path;
-    LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, path.data(), length, folded.data(), length, nullptr, nullptr,
-                  0);
-    return std::to_wstring(std::hash<std::wstring>()(folded));
-}
-
-} // namespace
-
 Device::Device(std::wstring const& home) : m_home(FullPath(home)) {}
 
 Device Device::FromEnvironment()
@@ -34,19 +19,14 @@ Device Device::FromEnvironment()
                 : throw Error(L"set the environment variable VELMO_SIM_HOME to the folder of the device");
 }
 
-std::wstring Device::PipeName() const
+// A hash of the upper-case path, since the file system ignores the case. Each program of a build computes the same one.
+std::wstring Device::NameFor(std::wstring_view purpose) const
 {
-    return L"\\\\.\\pipe\\velmo-sim-" + HashOf(m_home);
-}
-
-std::wstring Device::MutexName() const
-{
-    return L"velmo-sim-serving-" + HashOf(m_home);
-}
-
-std::wstring Device::ReadyEventName() const
-{
-    return L"velmo-sim-ready-" + HashOf(m_home);
+    auto const length = static_cast<int>(m_home.size());
+    std::wstring upper = m_home;
+    LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, m_home.data(), length, upper.data(), length, nullptr, nullptr,
+                  0);
+    return std::wstring(purpose) + L"-" + std::to_wstring(std::hash<std::wstring>()(upper));
 }
 
 void Device::Clear() const

@@ -1,12 +1,13 @@
 #pragma once
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sim
 {
 
-// Where a device keeps what. A device is a folder: everything the simulator knows and everything its apps write lies
-// in it, so that devices do not meet.
+// The files and names of a device. A device is a folder that holds all that the simulator stores and all that its apps
+// write, so that devices are independent of each other.
 class Device
 {
   public:
@@ -17,27 +18,27 @@ class Device
 
     std::wstring const& Home() const noexcept { return m_home; }
 
-    // Where the device's broker is reached: the same for any spelling of the folder.
-    std::wstring PipeName() const;
+    // The pipe of the device's broker.
+    std::wstring PipeName() const { return L"\\\\.\\pipe\\" + NameFor(L"velmo-sim"); }
 
-    // Owned by the broker as long as it serves.
-    std::wstring MutexName() const;
+    // Owned by the broker while it serves the device.
+    std::wstring MutexName() const { return NameFor(L"velmo-sim-serving"); }
 
-    // Set by a new broker when its pipe is there.
-    std::wstring ReadyEventName() const;
+    // Set by a new broker once its pipe exists.
+    std::wstring ReadyEventName() const { return NameFor(L"velmo-sim-ready"); }
 
     std::wstring JournalFile() const { return m_home + L"\\events.log"; }
 
-    // The folder of the registered package, as text.
+    // Contains the path of the registered package's folder.
     std::wstring RegistrationFile() const { return m_home + L"\\package.txt"; }
 
     // What the platform keeps: see simulator/platform.
     std::wstring ClockFile() const { return m_home + L"\\clock.txt"; }
 
-    // There while a broker serves the device: one that is killed leaves it.
+    // Exists while a broker serves the device; a killed broker leaves it behind.
     std::wstring SessionFile() const { return m_home + L"\\session.txt"; }
 
-    // An app's data; its container's own temporary folder, as GetTempPathW gives it inside.
+    // An app's data; the temporary folder of its container, which GetTempPathW returns to the app.
     std::wstring PackageDataFolder(std::wstring const& familyName) const
     {
         return m_home + L"\\Packages\\" + familyName;
@@ -48,7 +49,7 @@ class Device
         return PackageDataFolder(familyName) + L"\\AC\\Temp";
     }
 
-    // What the platform keeps for a package family: it goes with the app's data.
+    // What the platform keeps for a package family; removed with the app's data.
     std::wstring StateFolder(std::wstring const& familyName) const
     {
         return PackageDataFolder(familyName) + L"\\SystemAppData";
@@ -60,7 +61,7 @@ class Device
         return StateFolder(familyName) + L"\\channel.txt";
     }
 
-    // All that the platform keeps, with what is of one family, and where a file of it goes that is damaged.
+    // All that the platform keeps, for the device and for one family; and the path that a damaged file is moved to.
     std::vector<std::wstring> StateFiles(std::wstring const& familyName) const
     {
         return {TasksFile(familyName), ChannelFile(familyName), ClockFile(), SessionFile()};
@@ -68,31 +69,34 @@ class Device
 
     static std::wstring SetAside(std::wstring const& stateFile) { return stateFile + L".damaged"; }
 
-    // The user's own temporary folder, where desktop programs write.
+    // The user's temporary folder, which desktop programs use.
     std::wstring DesktopTemporaryFolder() const { return m_home + L"\\Temp"; }
 
-    // What the stand-in desktop components saw of themselves, one file for each process.
+    // The report of a stand-in desktop component about itself, one file for each process.
     std::wstring DesktopReportFile(unsigned long processId) const
     {
         return m_home + L"\\desktop\\" + std::to_wstring(processId) + L".txt";
     }
 
-    // Where the app's process crashed, told by itself.
+    // The crash report that the app's process writes.
     std::wstring CrashFile(unsigned long processId) const
     {
         return m_home + L"\\crashes\\" + std::to_wstring(processId) + L".txt";
     }
 
-    // What the desktop helpers of a scenario print, a file for each.
+    // The output of a scenario's desktop helpers, a file for each.
     std::wstring HelpersFolder() const { return m_home + L"\\helpers"; }
 
     // A device's own copy of a package, for scenarios that need it incomplete.
     std::wstring LayoutCopy() const { return m_home + L"\\layout"; }
 
-    // Removes what the simulator and its apps made, and nothing else.
+    // Removes all that the simulator and its apps have written, and nothing else.
     void Clear() const;
 
   private:
+    // The same for any spelling of the folder.
+    std::wstring NameFor(std::wstring_view purpose) const;
+
     std::wstring m_home;
 };
 

@@ -2,7 +2,6 @@
 #include "simulator/base/Error.h"
 #include "simulator/protocol/Fields.h"
 
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -16,13 +15,13 @@
 namespace sim
 {
 
-// The one encoding of all messages: the fields of a struct one after the other; numbers and enumerators as they lie in
-// memory (little-endian), a string as the number of its code units and these, a list as the number of its items and
-// these, an optional as a flag and what there is, a variant as the alternative's position and the alternative.
+// The one encoding of all messages: the fields of a struct one after the other; numbers and enumerators in their
+// little-endian representation, a string as the number of its code units and these, a list as the number of its items
+// and these, an optional as a flag and its value, a variant as the index of its alternative and the alternative.
 
-// What an enumerator must not lie above: declared beside each enumeration that a message carries.
+// An enumeration that a message carries gives its largest enumerator a second name: Last.
 template <typename Enum>
-concept Enumeration = std::is_enum_v<Enum> && requires(Enum value) { LastOf(value); };
+concept Enumeration = std::is_enum_v<Enum> && requires { Enum::Last; };
 
 class Writer
 {
@@ -114,7 +113,7 @@ class Reader
     {
         std::underlying_type_t<Enum> number{};
         Take(number);
-        if (number < 0 || number > static_cast<decltype(number)>(LastOf(value)))
+        if (number < 0 || number > static_cast<decltype(number)>(Enum::Last))
         {
             throw Error(L"a message has the number " + std::to_wstring(number) + L", which names nothing");
         }
@@ -158,10 +157,8 @@ class Reader
         {
             throw Error(L"there is no message number " + std::to_wstring(position));
         }
-        using Function = void (*)(Reader&, std::variant<Alternatives...>&);
-        constexpr std::array<Function, sizeof...(Alternatives)> takes = {
-            &Reader::TakeAlternative<Alternatives, Alternatives...>...};
-        takes[position](*this, value);
+        std::uint32_t next = 0;
+        ((next++ == position ? Take(value.template emplace<Alternatives>()) : void()), ...);
     }
 
     template <typename Struct>
@@ -172,12 +169,6 @@ class Reader
     }
 
   private:
-    template <typename Alternative, typename... Alternatives>
-    static void TakeAlternative(Reader& reader, std::variant<Alternatives...>& value)
-    {
-        reader.Take(value.template emplace<Alternative>());
-    }
-
     std::size_t TakeCount()
     {
         auto count = std::uint32_t();

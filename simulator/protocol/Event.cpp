@@ -17,7 +17,7 @@ std::wstring Event::Text() const
     auto text = kind;
     for (auto const& detail : details)
     {
-        // The name stays outside the quotes, for the eye: command='"a.exe" /b'.
+        // The name stays outside the quotes, for readability: command='"a.exe" /b'.
         auto const value = detail.find(L'=') + 1;
         text += L" " + detail.substr(0, value) + Quoted(std::wstring_view(detail).substr(value));
     }

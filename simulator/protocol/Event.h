@@ -9,14 +9,14 @@
 namespace sim
 {
 
-// Something that happened on the device, seen from the platform's side.
+// Something that happened on the device, as the platform records it.
 struct Event
 {
     Moment time = 0;
     std::wstring kind;                 // one word, such as desktop-started
     std::vector<std::wstring> details; // each name=value
 
-    // One line, as in the journal; ParseEvent reads it back.
+    // A line of the journal; the opposite of ParseEvent.
     std::wstring Line() const;
 
     // The same without the date and time.
@@ -28,7 +28,7 @@ struct Event
 
 std::wstring Detail(std::wstring_view name, std::wstring_view value);
 
-// nullopt for a line that is none.
+// nullopt for any other line.
 std::optional<Event> ParseEvent(std::wstring_view line);
 
 } // namespace sim

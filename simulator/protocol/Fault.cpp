@@ -2,10 +2,13 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Text.h"
+#include "simulator/protocol/Event.h"
 #include "simulator/protocol/KnownCalls.h"
 
 #include <algorithm>
 #include <array>
+#include <span>
+#include <utility>
 
 namespace sim
 {
@@ -13,57 +16,80 @@ namespace sim
 namespace
 {
 
-struct KindName
+constexpr std::wstring_view afterName = L"after";
+constexpr std::wstring_view resultName = L"result";
+
+struct Kind
 {
-    FaultKind kind;
     std::wstring_view name;
-    std::wstring_view valueName; // empty: the kind takes none
+    std::wstring_view valueName; // empty for a kind without a value
+
+    bool TakesResult() const { return valueName == resultName; }
 };
 
-constexpr wchar_t allKinds[] = L"now, completion, never, null, delay, cancelled, status, unheard or ended";
-constexpr wchar_t afterWord[] = L"after";
+// By FaultKind.
+constexpr std::array<Kind, static_cast<std::size_t>(FaultKind::Last) + 1> kinds = {{
+    {L"now", resultName},
+    {L"completion", resultName},
+    {L"never", L""},
+    {L"null", L""},
+    {L"delay", L"milliseconds"},
+    {L"cancelled", L""},
+    {L"status", L"status"},
+    {L"unheard", resultName},
+    {L"ended", L""},
+}};
 
-constexpr std::array kindNames = {
-    KindName{FaultKind::Now, L"now", L"result"},
-    KindName{FaultKind::Completion, L"completion", L"result"},
-    KindName{FaultKind::Never, L"never", L""},
-    KindName{FaultKind::Null, L"null", L""},
-    KindName{FaultKind::Delay, L"delay", L"milliseconds"},
-    KindName{FaultKind::Cancelled, L"cancelled", L""},
-    KindName{FaultKind::Status, L"status", L"status"},
-    KindName{FaultKind::Unheard, L"unheard", L"result"},
-    KindName{FaultKind::Ended, L"ended", L""},
-};
-
-KindName const& NameOf(FaultKind kind)
+Kind const& Row(FaultKind kind)
 {
-    return kindNames[static_cast<std::size_t>(kind)];
+    return kinds[static_cast<std::size_t>(kind)];
 }
 
-std::wstring ValueText(Fault const& fault)
+std::wstring AllKinds()
 {
-    auto const isCount = fault.kind == FaultKind::Delay || fault.kind == FaultKind::Status;
-    return isCount ? std::to_wstring(fault.value) : Hex(fault.value);
+    auto names = FaultKindNames();
+    auto const last = std::wstring(names.back());
+    names.pop_back();
+    return Listed(names, L", ") + L" or " + last;
+}
+
+// The numbers of a fault by their names, without those that have their default.
+std::vector<std::pair<std::wstring_view, std::wstring>> Numbers(Fault const& fault)
+{
+    std::vector<std::pair<std::wstring_view, std::wstring>> numbers;
+    auto const& kind = Row(fault.kind);
+    if (!kind.valueName.empty())
+    {
+        numbers.emplace_back(kind.valueName, kind.TakesResult() ? Hex(fault.value) : std::to_wstring(fault.value));
+    }
+    if (fault.times != Fault::always)
+    {
+        numbers.emplace_back(L"times", std::to_wstring(fault.times));
+    }
+    if (fault.after != 0)
+    {
+        numbers.emplace_back(afterName, std::to_wstring(fault.after));
+    }
+    return numbers;
 }
 
 KnownCall const& FindCall(std::wstring const& name)
 {
-    if (auto const* call = FindKnownCall(name))
+    auto const* const found = std::ranges::find(knownCalls, name, &KnownCall::name);
+    if (found == std::end(knownCalls))
     {
-        return *call;
+        std::vector<std::wstring_view> known(std::size(knownCalls));
+        std::ranges::transform(knownCalls, known.begin(), &KnownCall::name);
+        throw Error(L"there is no call " + name + L". These can be made to fail:\n  " + Listed(known, L"\n  "));
     }
-    std::wstring known;
-    for (auto const& call : KnownCalls())
-    {
-        known += L"\n  " + std::wstring(call.name);
-    }
-    throw Error(L"there is no call " + name + L". These can be made to fail:" + known);
+    return *found;
 }
 
-KindName const& FindKind(std::wstring const& word)
+FaultKind FindKind(std::wstring const& word)
 {
-    auto const* const found = std::ranges::find(kindNames, word, &KindName::name);
-    return found != kindNames.end() ? *found : throw Error(L"there is no fault " + word + L"; use " + allKinds);
+    auto const* const found = std::ranges::find(kinds, word, &Kind::name);
+    return found != kinds.end() ? static_cast<FaultKind>(found - kinds.begin())
+                                : throw Error(L"there is no fault " + word + L"; use " + AllKinds());
 }
 
 void CheckKind(FaultKind kind, KnownCall const& call)
@@ -72,7 +98,7 @@ void CheckKind(FaultKind kind, KnownCall const& call)
     auto const isAsynchronous = call.gives == Gives::Operation || call.gives == Gives::StatusOperation;
     if (kind == FaultKind::Null && call.gives == Gives::NoObject)
     {
-        throw Error(name + L" hands out nothing that could be null; use now");
+        throw Error(name + L" returns nothing that could be null; use now");
     }
     if (kind != FaultKind::Now && kind != FaultKind::Null && !isAsynchronous)
     {
@@ -84,41 +110,11 @@ void CheckKind(FaultKind kind, KnownCall const& call)
     }
 }
 
-// Takes the words of a fault one by one.
-class WordReader
-{
-  public:
-    explicit WordReader(std::vector<std::wstring> const& words) : m_words(words) {}
-
-    bool AtEnd() const { return m_next == m_words.size(); }
-
-    std::wstring const& Peek() const { return m_words[m_next]; }
-
-    std::wstring const& Take() { return m_words[m_next++]; }
-
-    // what: the number's name.
-    std::uint32_t TakeNumber(std::wstring_view owner, std::wstring_view what)
-    {
-        if (AtEnd())
-        {
-            throw Error(std::wstring(owner) + L" needs a number: " + std::wstring(what));
-        }
-        auto const& word = Take();
-        auto const number = ParseNumber(word);
-        return number ? *number : throw Error(word + L" is no number (" + std::wstring(what) + L")");
-    }
-
-  private:
-    std::vector<std::wstring> const& m_words;
-    std::size_t m_next = 0;
-};
-
 void CheckValue(Fault const& fault, std::wstring const& word)
 {
-    auto const isCount = fault.kind == FaultKind::Delay || fault.kind == FaultKind::Status;
-    if (!isCount && fault.Result() >= 0)
+    if (Row(fault.kind).TakesResult() && fault.Result() >= 0)
     {
-        throw Error(word + L" is no failing result code (they begin with 0x8)");
+        throw Error(word + L" is no failing HRESULT (they begin with 0x8)");
     }
     if (fault.kind == FaultKind::Status && fault.value == 0)
     {
@@ -126,49 +122,56 @@ void CheckValue(Fault const& fault, std::wstring const& word)
     }
 }
 
+using WordsLeft = std::span<std::wstring const>;
+
+std::wstring const& Take(WordsLeft& words)
+{
+    auto const& word = words.front();
+    words = words.subspan(1);
+    return word;
+}
+
+// what: the number's name.
+std::uint32_t TakeNumber(WordsLeft& words, std::wstring_view owner, std::wstring_view what)
+{
+    if (words.empty())
+    {
+        throw Error(std::wstring(owner) + L" needs a number: " + std::wstring(what));
+    }
+    auto const& word = Take(words);
+    auto const number = ParseNumber(word);
+    return number ? *number : throw Error(word + L" is no number (" + std::wstring(what) + L")");
+}
+
 } // namespace
 
 std::vector<std::wstring_view> FaultKindNames()
 {
-    std::vector<std::wstring_view> names(kindNames.size());
-    std::ranges::transform(kindNames, names.begin(), &KindName::name);
+    std::vector<std::wstring_view> names(kinds.size());
+    std::ranges::transform(kinds, names.begin(), &Kind::name);
     return names;
 }
 
 std::vector<std::wstring> Fault::Details() const
 {
-    auto const& name = NameOf(kind);
-    std::vector<std::wstring> details = {L"call=" + call, L"kind=" + std::wstring(name.name)};
-    if (!name.valueName.empty())
+    std::vector<std::wstring> details = {Detail(L"call", call), Detail(L"kind", Row(kind).name)};
+    for (auto const& [name, number] : Numbers(*this))
     {
-        details.push_back(std::wstring(name.valueName) + L"=" + ValueText(*this));
-    }
-    if (times != always)
-    {
-        details.push_back(L"times=" + std::to_wstring(times));
-    }
-    if (after != 0)
-    {
-        details.push_back(L"after=" + std::to_wstring(after));
+        details.push_back(Detail(name, number));
     }
     return details;
 }
 
 std::vector<std::wstring> Fault::Words() const
 {
-    auto const& name = NameOf(kind);
-    std::vector<std::wstring> words = {call, std::wstring(name.name)};
-    if (!name.valueName.empty())
+    std::vector<std::wstring> words = {call, std::wstring(Row(kind).name)};
+    for (auto const& [name, number] : Numbers(*this))
     {
-        words.push_back(ValueText(*this));
-    }
-    if (times != always)
-    {
-        words.push_back(std::to_wstring(times));
-    }
-    if (after != 0)
-    {
-        words.insert(words.end(), {afterWord, std::to_wstring(after)});
+        if (name == afterName)
+        {
+            words.emplace_back(name);
+        }
+        words.push_back(number);
     }
     return words;
 }
@@ -177,33 +180,33 @@ Fault ParseFault(std::vector<std::wstring> const& words)
 {
     if (words.size() < 2)
     {
-        throw Error(L"name a call and how it fails: CALL " + std::wstring(allKinds) +
+        throw Error(L"name a call and how it fails: CALL " + AllKinds() +
                     L" [RESULT|MILLISECONDS|STATUS] [TIMES] [after CALLS]");
     }
-    WordReader rest(words);
+    WordsLeft rest(words);
     Fault fault;
-    fault.call = rest.Take();
+    fault.call = Take(rest);
     auto const& call = FindCall(fault.call);
-    auto const& kind = FindKind(rest.Take());
-    CheckKind(kind.kind, call);
-    fault.kind = kind.kind;
-    if (!kind.valueName.empty())
+    fault.kind = FindKind(Take(rest));
+    CheckKind(fault.kind, call);
+    auto const& [name, valueName] = Row(fault.kind);
+    if (!valueName.empty())
     {
-        fault.value = rest.TakeNumber(kind.name, kind.valueName);
+        fault.value = TakeNumber(rest, name, valueName);
         CheckValue(fault, words[2]);
     }
-    if (!rest.AtEnd() && rest.Peek() != afterWord)
+    if (!rest.empty() && rest.front() != afterName)
     {
-        fault.times = rest.TakeNumber(kind.name, L"how many times");
+        fault.times = TakeNumber(rest, name, L"how many times");
     }
-    if (!rest.AtEnd() && rest.Peek() == afterWord)
+    if (!rest.empty() && rest.front() == afterName)
     {
-        rest.Take();
-        fault.after = rest.TakeNumber(afterWord, L"how many calls before it");
+        Take(rest);
+        fault.after = TakeNumber(rest, afterName, L"how many calls before it");
     }
-    if (!rest.AtEnd())
+    if (!rest.empty())
     {
-        throw Error(L"what is meant by " + rest.Take() + L" after the fault?");
+        throw Error(L"unexpected " + rest.front() + L" after the fault");
     }
     return fault;
 }

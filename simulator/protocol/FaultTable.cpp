@@ -14,48 +14,38 @@ void FaultTable::Set(Fault fault)
     }
 }
 
-void FaultTable::Clear() noexcept
-{
-    m_faults.clear();
-}
-
 std::optional<Fault> FaultTable::Take(std::wstring_view call)
 {
-    auto const found = std::ranges::find(m_faults, call, &Fault::call);
-    if (found != m_faults.end() && found->after > 0)
+    auto const found = Find(call);
+    if (found == m_faults.end())
+    {
+        return std::nullopt;
+    }
+    if (found->after > 0)
     {
         --found->after;
         return std::nullopt;
     }
-    return Take(found);
+    auto fault = *found;
+    if (fault.times != Fault::always && --found->times == 0)
+    {
+        m_faults.erase(found);
+    }
+    return fault;
 }
 
 std::optional<Fault> FaultTable::Use(std::wstring_view call)
 {
-    auto const found = std::ranges::find(m_faults, call, &Fault::call);
-    if (found != m_faults.end())
+    if (auto const found = Find(call); found != m_faults.end())
     {
         found->after = 0;
     }
-    return Take(found);
+    return Take(call);
 }
 
-std::optional<Fault> FaultTable::Take(std::vector<Fault>::iterator fault)
+std::vector<Fault>::iterator FaultTable::Find(std::wstring_view call)
 {
-    if (fault == m_faults.end())
-    {
-        return std::nullopt;
-    }
-    auto taken = *fault;
-    if (fault->times != Fault::always)
-    {
-        --fault->times;
-    }
-    if (fault->times == 0)
-    {
-        m_faults.erase(fault);
-    }
-    return taken;
+    return std::ranges::find(m_faults, call, &Fault::call);
 }
 
 } // namespace sim

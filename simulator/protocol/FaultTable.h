@@ -8,25 +8,25 @@
 namespace sim
 {
 
-// The faults in force, one for each call at most. Not thread-safe: its owner serialises.
+// The faults in force, at most one for each call. Not thread-safe: its owner serialises.
 class FaultTable
 {
   public:
     // Replaces the fault of the same call.
     void Set(Fault fault);
 
-    void Clear() noexcept;
+    void Clear() noexcept { m_faults.clear(); }
 
-    // The fault that strikes this call, which uses it up by one; a call that it lets pass counts, too.
+    // The fault that makes this call fail, if there is one. The call is counted, also one that succeeds.
     std::optional<Fault> Take(std::wstring_view call);
 
-    // Another table's copy of the fault has struck, after the calls that it lets pass: uses this one up by one.
+    // A copy of this fault in another table has made a call fail: counts that call and those that succeeded before.
     std::optional<Fault> Use(std::wstring_view call);
 
     std::vector<Fault> const& All() const noexcept { return m_faults; }
 
   private:
-    std::optional<Fault> Take(std::vector<Fault>::iterator fault);
+    std::vector<Fault>::iterator Find(std::wstring_view call);
 
     std::vector<Fault> m_faults;
 };

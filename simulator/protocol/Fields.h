@@ -5,14 +5,14 @@
 namespace sim
 {
 
-// Stands for a field of any type, where only the number of fields is asked for.
+// Converts to a field of any type: only for counting the fields.
 struct AnyField
 {
     template <typename Field>
     operator Field() const;
 };
 
-// How many fields a struct has: as many as it can be initialised with.
+// The number of fields of a struct: of the values that it can be initialised with.
 template <typename Struct, typename... Fields>
 consteval std::size_t FieldCount()
 {

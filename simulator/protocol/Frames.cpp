@@ -24,7 +24,7 @@ std::string Framed(std::string_view message)
 
 void FrameReader::Add(std::string_view bytes)
 {
-    // What has been taken goes now and not at each message: many small messages in one piece are moved once.
+    // Removes the messages taken so far at once, so that a piece of many small messages is moved only once.
     m_bytes.erase(0, m_start);
     m_start = 0;
     m_bytes += bytes;

@@ -7,24 +7,24 @@
 namespace sim
 {
 
-// A message on a stream of bytes: how many bytes follow (32 bits, little-endian), then these.
+// A message on a stream of bytes: its size in bytes (32 bits, little-endian), then the bytes.
 
-// The largest one: far above anything that is sent (an app-service message of a megabyte or so).
+// In bytes; far above any message in use (an app-service message has a megabyte or so).
 constexpr std::size_t largestMessage = 64u << 20;
 
-// The largest value set, in bytes, that leaves room for the other fields of any message that carries it.
+// The largest value set, in bytes: it leaves room for the other fields of a message.
 constexpr std::size_t largestSet = largestMessage - 65'536;
 
 std::string Framed(std::string_view message);
 
-// Puts messages together again from a stream that arrives in pieces of any size.
+// Restores the messages of a stream that arrives in pieces of any size.
 class FrameReader
 {
   public:
     void Add(std::string_view bytes);
 
-    // The next whole message, if there is one; valid until the next Add. Throws Error when it is too large to be one;
-    // the stream is of no further use then.
+    // The next complete message, if there is one; valid until the next Add. Throws Error when its size is too large;
+    // the rest of the stream cannot be read then.
     std::optional<std::string_view> Next();
 
   private:

@@ -13,7 +13,7 @@ IoThreads& IoThreads::Instance()
 
 IoThreads::IoThreads() : m_port(CreateIoCompletionPort(INVALID_HANDLE_VALUE, nullptr, 0, 0))
 {
-    constexpr int count = 2; // one may wait for what the other ends
+    constexpr int count = 2; // one may wait for an operation that the other completes
     for (int thread = 0; thread < count; ++thread)
     {
         Handle const handle(CreateThread(nullptr, 0, Work, this, 0, nullptr));

@@ -12,9 +12,9 @@
 namespace sim
 {
 
-// All that a process and the platform say to each other: one struct for each message. A new one is declared here,
-// listed at the end, and handled where the compiler then asks for it: platform/Platform.cpp for what processes say,
-// runtime/Host.cpp for what the platform says.
+// All messages between a process and the platform, one struct each. A new one is declared here, listed at the end, and
+// handled where the compiler then reports it missing: in platform/Platform.cpp if a process sends it, in
+// runtime/Host.cpp if the platform does.
 
 // --- from the app's process ------------------------------------------------------------------------------------------
 
@@ -25,18 +25,18 @@ struct Hello
     std::uint32_t processId = 0;
 };
 
-// The app now gets this activation.
+// The activation is delivered to the app now.
 struct ActivationTaken
 {
     std::uint32_t activation = 0;
 };
 
-// The app has asked for its end.
+// The app has requested its exit.
 struct ExitAnnounced
 {
 };
 
-// One of the faults in force has struck.
+// A fault has made this call fail.
 struct FaultStruck
 {
     std::wstring call;
@@ -55,7 +55,7 @@ struct TaskReturned
     std::uint32_t instance = 0;
 };
 
-// It has, and every deferral that was taken is completed.
+// OnBackgroundActivated has returned and every deferral is completed.
 struct TaskCompleted
 {
     std::uint32_t instance = 0;
@@ -69,7 +69,7 @@ struct RequestCompleted
     std::uint32_t request = 0;
 };
 
-// Nobody listens at the end that an app-service request came to.
+// The receiving end of an app-service request has no handler.
 struct RequestRefused
 {
     std::uint32_t request = 0;
@@ -90,12 +90,12 @@ struct Request
 
 // --- from the command line -------------------------------------------------------------------------------------------
 
-// Answered with EventHappened for all events so far and to come.
+// Answered with EventHappened for each event, past ones first.
 struct Follow
 {
 };
 
-// The device is switched off.
+// Switches the device off.
 struct SwitchOff
 {
 };
@@ -135,7 +135,7 @@ struct TaskCancelled
     std::uint32_t reason = 0;     // BackgroundTaskCancellationReason
 };
 
-// The platform has heard of the completion: nothing more comes for this instance.
+// The platform has processed the completion: nothing more follows for this instance.
 struct TaskEnded
 {
     std::uint32_t instance = 0;

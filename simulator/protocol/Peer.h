@@ -4,24 +4,24 @@
 namespace sim
 {
 
-// A process, for the platform to speak to. From any thread.
+// The platform's connection to a process. Any thread may use it.
 class Peer
 {
   public:
     virtual ~Peer() = default;
 
-    // Never blocks and never fails: what is said to a process that has ended is lost.
+    // Never blocks and never fails: a message to a process that has ended is lost.
     virtual void Send(ToProcess const& message) = 0;
 };
 
-// The platform, for a process to speak to. From any thread.
+// A process's connection to the platform. Any thread may use it.
 class PlatformLink
 {
   public:
     virtual ~PlatformLink() = default;
 
-    // Has left this process when it returns: the process may end right afterwards. Not on the thread that messages of
-    // the platform arrive on. False for one that is too large to be carried.
+    // The message has left this process when it returns, so that the process may end. Not to be called on the thread
+    // that the platform's messages arrive on. False for a message that is too large.
     virtual bool Send(FromProcess const& message) = 0;
 };
 

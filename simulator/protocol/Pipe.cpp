@@ -23,7 +23,7 @@ Handle ConnectPipe(std::wstring const& name)
         {
             return pipe;
         }
-        // Another client was quicker; the server makes the next end at once.
+        // Another client took the end; the server creates the next one at once.
         if (!WaitNamedPipeW(name.c_str(), hungAfter) && GetLastError() == ERROR_SEM_TIMEOUT)
         {
             return {};

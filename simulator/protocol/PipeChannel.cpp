@@ -7,8 +7,7 @@
 namespace sim
 {
 
-// A read or a write, to be begun or under way. It holds the channel, so that the channel outlives what the system
-// writes into.
+// A read or a write, pending or in progress. It owns the channel, so that the channel outlives the operation.
 struct PipeChannel::Operation : OVERLAPPED
 {
     Operation(std::shared_ptr<PipeChannel> owner, Kind its) : OVERLAPPED{}, channel(std::move(owner)), kind(its) {}
@@ -72,7 +71,7 @@ void PipeChannel::Read()
     operation->buffer.resize(blockSize);
     bool reading = false;
     {
-        // Together with the look at m_closed: else Close could find no read to cancel just before one begins.
+        // Under the lock that guards m_closed: else a read could begin just after Close has found none to cancel.
         std::lock_guard const lock(m_mutex);
         reading = !m_closed && Begin(std::move(operation));
     }
@@ -92,13 +91,13 @@ void PipeChannel::ReadEnded(DWORD error, std::string_view bytes)
     {
         std::lock_guard const lock(m_mutex);
         Break();
-        m_pipe = Handle(); // the other end learns of it, and a write under way ends
+        m_pipe = Handle(); // notifies the other end and ends a write in progress
     }
-    auto const events = std::move(m_events); // let go of what they hold: nothing follows
+    auto const events = std::move(m_events); // releases what they own: nothing follows
     events.closed();
 }
 
-// False after a message that is none: nothing that follows it can be understood.
+// False after an invalid message: what follows it cannot be decoded.
 bool PipeChannel::Deliver(std::string_view bytes)
 try
 {
@@ -133,7 +132,7 @@ void PipeChannel::WriteEnded(DWORD error)
     std::unique_lock lock(m_mutex);
     if (error != ERROR_SUCCESS)
     {
-        Break(); // what the other end said before it went is still read
+        Break(); // what the other end sent before it closed is still read
     }
     if (m_broken)
     {
@@ -156,7 +155,7 @@ void PipeChannel::Break()
     m_written.notify_all();
 }
 
-// Here and now, on a thread that stays.
+// On the calling thread, one of the IoThreads.
 bool PipeChannel::Begin(std::unique_ptr<Operation> operation)
 {
     auto* const data = operation->buffer.data();
@@ -167,7 +166,7 @@ bool PipeChannel::Begin(std::unique_ptr<Operation> operation)
     {
         return false;
     }
-    static_cast<void>(operation.release()); // OnEnded has it from here
+    static_cast<void>(operation.release()); // OnEnded owns it from here
     return true;
 }
 

@@ -14,16 +14,16 @@ namespace sim
 {
 
 // One connected end of a pipe that carries messages, as bytes, both ways. Messages arrive, in order and one at a time,
-// on the process's IoThreads; they leave in the order of Send. It keeps itself alive while the other end is there.
+// on the process's IoThreads; they leave in the order of Send. It keeps itself alive until the connection ends.
 class PipeChannel : public std::enable_shared_from_this<PipeChannel>
 {
   public:
     struct Events
     {
-        // The message is valid until it returns. Throws Error for one that it does not understand: the connection ends.
+        // The message is valid until it returns. Throws Error for an invalid one: the connection ends.
         std::function<void(std::string_view message)> received;
 
-        std::function<void()> closed; // once, after the last message; also after one that is not understood
+        std::function<void()> closed; // once, after the last message; also after an invalid one
     };
 
     // pipe: opened for overlapped use, connected. Throws Error.
@@ -33,14 +33,14 @@ class PipeChannel : public std::enable_shared_from_this<PipeChannel>
     PipeChannel& operator=(PipeChannel const&) = delete;
     ~PipeChannel() = default;
 
-    // Begins to listen. Once. What it tells may come before it returns.
+    // Starts reading. Called once. Events may be raised before it returns.
     void Start(Events events);
 
-    // Never blocks and never fails: what is said to an end that is not there any more is lost. One that is larger than
-    // largestMessage ends the connection at the other end.
+    // Never blocks and never fails: a message to a closed end is lost. One larger than largestMessage makes the other
+    // end close the connection.
     void Send(std::string_view message);
 
-    // Returns when all that was sent has left this process (or cannot leave it any more): before the process ends.
+    // Returns when everything sent has left this process, or never can: called before the process ends.
     void Flush();
 
     // Ends the connection; `closed` follows.
@@ -65,7 +65,7 @@ class PipeChannel : public std::enable_shared_from_this<PipeChannel>
     void Break();                                     // under m_mutex
     bool Begin(std::unique_ptr<Operation> operation); // under m_mutex
 
-    // Reads or writes on a thread that stays.
+    // Starts a read or a write on one of the IoThreads.
     void Post(Kind kind);
 
     static void OnPosted(OVERLAPPED* overlapped, DWORD error, DWORD size);

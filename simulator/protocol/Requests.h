@@ -16,61 +16,45 @@ namespace sim
 
 enum class ConnectionEnd : std::uint32_t
 {
-    Caller,
-    Service
+    Caller = 0,
+    Service = 1,
+    Last = Service
 };
 
-constexpr ConnectionEnd LastOf(ConnectionEnd) noexcept
-{
-    return ConnectionEnd::Service;
-}
-
-// The platform's AppServiceConnectionStatus, AppServiceResponseStatus and AppServiceClosedStatus, as far as they come
-// from here.
+// The platform's AppServiceConnectionStatus, AppServiceResponseStatus and AppServiceClosedStatus: the values that the
+// simulator uses.
 enum class OpenStatus : std::uint32_t
 {
     Success = 0,
     AppNotInstalled = 1,
     AppUnavailable = 2,
-    AppServiceUnavailable = 3
+    AppServiceUnavailable = 3,
+    Last = AppServiceUnavailable
 };
-
-constexpr OpenStatus LastOf(OpenStatus) noexcept
-{
-    return OpenStatus::AppServiceUnavailable;
-}
 
 enum class ResponseStatus : std::uint32_t
 {
     Success = 0,
-    Failure = 1
+    Failure = 1,
+    Last = Failure
 };
-
-constexpr ResponseStatus LastOf(ResponseStatus) noexcept
-{
-    return ResponseStatus::Failure;
-}
 
 enum class ClosedStatus : std::uint32_t
 {
     Completed = 0,
-    Canceled = 1
+    Canceled = 1,
+    Last = Canceled
 };
-
-constexpr ClosedStatus LastOf(ClosedStatus) noexcept
-{
-    return ClosedStatus::Canceled;
-}
 
 // --- answers ---------------------------------------------------------------------------------------------------------
 
-// To any request: the platform does not do it, for this reason.
+// To any request: it is refused, for this reason.
 struct Refused
 {
     std::wstring reason;
 };
 
-// To the command line: lines to show, none or several.
+// To the command line: text to print, any number of lines.
 struct Shown
 {
     std::wstring text;
@@ -85,7 +69,7 @@ struct ConnectionOpened
 struct ResponseGiven
 {
     ResponseStatus status = ResponseStatus::Success;
-    std::string set; // empty when there is no response
+    std::string set; // empty without a response
 };
 
 struct ResponseTaken
@@ -97,7 +81,7 @@ struct ChannelCreated
 {
     std::int32_t result = 0;
     std::wstring uri = {};
-    std::int64_t expiry = 0; // units of 100 ns since 1601, UTC
+    std::int64_t expiry = 0; // in units of 100 ns since 1601, UTC
 };
 
 struct TaskRegistered
@@ -136,8 +120,8 @@ struct OpenConnection
     std::wstring family;
 };
 
-// An app-service request to the other end. set: a value set as bytes (SetEntry.h), which the runtime
-// classes alone read.
+// An app-service request to the other end. set: an encoded value set (SetEntry.h), which only the runtime classes
+// decode.
 struct SendRequest
 {
     using Answer = ResponseGiven;
@@ -176,13 +160,13 @@ struct UnregisterTask
 {
     using Answer = TaskUnregistered;
     std::wstring id;
-    bool cancel = false; // running instances, too
+    bool cancel = false; // also cancels running instances
 };
 
 struct LaunchDesktop
 {
     using Answer = DesktopLaunched;
-    std::wstring application;          // empty for the package's own app
+    std::wstring application;          // empty for the package's only application
     std::optional<std::wstring> group; // none: no parameters
 };
 
@@ -192,10 +176,10 @@ struct RegisterPackage
 {
     using Answer = Shown;
     std::wstring folder;
-    bool isForced = false; // a version that is lower than the registered one, too
+    bool isForced = false; // allows a version lower than the registered one
 };
 
-// The same for the package that is registered, also while its app runs: that is ended first.
+// Replaces the registered package. Its app is ended first if it runs.
 struct UpdatePackage
 {
     using Answer = Shown;
@@ -251,7 +235,7 @@ struct SetCondition
     bool holds = false;
 };
 
-// minutes: 0 only shows it.
+// minutes: 0 shows the time only.
 struct AdvanceClock
 {
     using Answer = Shown;
@@ -290,7 +274,7 @@ struct ShowStatus
     using Answer = Shown;
 };
 
-// The id of the process that serves the device.
+// The id of the broker's process.
 struct ShowProcess
 {
     using Answer = Shown;

@@ -1,8 +1,7 @@
 #include "simulator/protocol/SetEntry.h"
 
+#include "simulator/base/Text.h"
 #include "simulator/protocol/Encoding.h"
-
-#include <algorithm>
 
 namespace sim
 {
@@ -13,7 +12,7 @@ namespace
 struct KnownType
 {
     std::wstring_view name;
-    std::wstring (*integer)(std::string_view bytes) = nullptr; // for whole numbers
+    std::wstring (*integer)(std::string_view bytes) = nullptr; // for integers
 };
 
 template <typename Integer>
@@ -22,7 +21,7 @@ std::wstring Decimal(std::string_view bytes)
     return std::to_wstring(Decode<Integer>(bytes));
 }
 
-// By their numbers.
+// By PropertyType.
 constexpr KnownType knownTypes[] = {
     {L"Null"},
     {L"UInt8", Decimal<std::uint8_t>},
@@ -53,24 +52,12 @@ KnownType const& TypeOf(SetEntry const& entry)
     return number < std::size(knownTypes) ? knownTypes[number] : throw Error(L"there is no such type of values");
 }
 
-std::wstring Listed(std::vector<std::wstring> const& texts)
-{
-    std::wstring list;
-    for (auto const& text : texts)
-    {
-        list += (list.empty() ? L"" : L", ") + text;
-    }
-    return list;
-}
-
 std::wstring Hexadecimal(std::string_view bytes)
 {
-    constexpr std::wstring_view digits = L"0123456789ABCDEF";
     std::wstring text;
-    for (auto const byte : bytes)
+    for (auto const unit : bytes)
     {
-        text += digits[static_cast<unsigned char>(byte) >> 4];
-        text += digits[static_cast<unsigned char>(byte) & 0xF];
+        text += HexDigits(static_cast<unsigned char>(unit), 2);
     }
     return text;
 }
@@ -86,7 +73,7 @@ std::wstring ReadableValue(SetEntry const& entry)
 {
     if (entry.type % SetEntry::ofArrays == SetEntry::ofString)
     {
-        return Listed(Decode<std::vector<std::wstring>>(entry.bytes));
+        return Listed(Decode<std::vector<std::wstring>>(entry.bytes), L", ");
     }
     auto const integer = entry.type < SetEntry::ofArrays ? TypeOf(entry).integer : nullptr;
     return integer ? integer(entry.bytes) : Hexadecimal(entry.bytes);

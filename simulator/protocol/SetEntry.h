@@ -6,7 +6,7 @@
 namespace sim
 {
 
-// One value of a set, as it leaves its process.
+// One value of a value set, as it is sent to another process.
 struct SetEntry
 {
     // A Windows.Foundation.PropertyType: OtherType (20) for a set, Empty (0) for null.
@@ -17,15 +17,15 @@ struct SetEntry
     std::wstring name;
     std::int32_t type = 0;
 
-    // A single value or the elements of an array, as they lie in memory; strings encoded as a list, a set as its
-    // entries (Encoding.h).
+    // The little-endian representation of a single value or of an array's elements; strings encoded as a list, a set
+    // as its entries (Encoding.h).
     std::string bytes = {};
 };
 
 using SetEntries = std::vector<SetEntry>;
 
-// For people: whole numbers in decimal, strings as they are, other values in hexadecimal. Throws Error for bytes that
-// are no value of their type.
+// For people: integers in decimal, strings unchanged, other values in hexadecimal. Throws Error for bytes that are not
+// a value of their type.
 std::wstring TypeName(SetEntry const& entry);
 std::wstring ReadableValue(SetEntry const& entry);
 

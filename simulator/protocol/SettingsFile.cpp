@@ -9,7 +9,7 @@ namespace sim
 namespace
 {
 
-constexpr std::string_view mark = "local settings 2\n";
+constexpr std::string_view signature = "local settings 2\n";
 
 } // namespace
 
@@ -25,17 +25,17 @@ SetEntries ReadSettings(std::wstring const& path)
         return {};
     }
     auto const bytes = ReadBytes(path);
-    if (!bytes.starts_with(mark))
+    if (!bytes.starts_with(signature))
     {
         throw Error(path + L" is no file of local settings");
     }
-    return Decode<SetEntries>(std::string_view(bytes).substr(mark.size()));
+    return Decode<SetEntries>(std::string_view(bytes).substr(signature.size()));
 }
 
 void WriteSettings(std::wstring const& path, SetEntries const& settings)
 {
     MakeFolder(ParentOf(path));
-    ReplaceBytes(path, std::string(mark) + Encode(settings));
+    ReplaceBytes(path, std::string(signature) + Encode(settings));
 }
 
 } // namespace sim

@@ -6,13 +6,13 @@
 namespace sim
 {
 
-// The file of an app's local settings: a mark, then their entries (Encoding.h).
+// The file of an app's local settings: a signature, then the encoded entries (Encoding.h).
 std::wstring SettingsFileIn(std::wstring const& dataFolder);
 
-// None without a file. Throws Error.
+// Empty when there is no file. Throws Error.
 SetEntries ReadSettings(std::wstring const& path);
 
-// Replaces the file as a whole; makes its folder when that is missing. Throws Error.
+// Replaces the whole file; creates its folder if necessary. Throws Error.
 void WriteSettings(std::wstring const& path, SetEntries const& settings);
 
 } // namespace sim

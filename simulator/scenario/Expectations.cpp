@@ -14,8 +14,8 @@ namespace sim
 namespace
 {
 
-// How long something expected may take to come: much longer than it should on a busy machine, and above the longest
-// wait of the app. Once the app has ended little can follow: a desktop component's end, a new process.
+// How long something expected may take to arrive: much longer than a busy machine needs, and longer than any wait
+// of the app. After the end of the app little can follow: a desktop component's end, a new process.
 constexpr unsigned limitMilliseconds = 90'000;
 constexpr unsigned limitAfterEndMilliseconds = 5'000;
 
@@ -31,7 +31,7 @@ struct Range
     Moment to = 0;
 };
 
-// "after 3000..6000 ms" from the word at `at`; nothing when the words end there.
+// "after 3000..6000 ms" from the word at `at`; nullopt when the words end there.
 std::optional<Range> ParseRange(Words const& words, std::size_t at)
 {
     if (words.size() <= at)
@@ -43,14 +43,14 @@ std::optional<Range> ParseRange(Words const& words, std::size_t at)
     auto const to = dots == std::wstring::npos ? std::nullopt : ParseNumber(words[at + 1].substr(dots + 2));
     if (words[at] != L"after" || !from || !to || words[at + 2] != L"ms")
     {
-        throw Error(L"a time is written so: after 3000..6000 ms");
+        throw Error(L"expected a time such as: after 3000..6000 ms");
     }
     return Range{*from, *to};
 }
 
 using Lines = std::deque<ExpectedLine>;
 
-// Messages, each with the options that stand before it: those of each thread, which a | parts from the next one's.
+// The messages of each thread, separated by |. Options apply to the messages after them.
 std::vector<Lines> ParseThreads(Words const& words)
 {
     std::vector<Lines> threads(1);
@@ -85,14 +85,14 @@ bool IsLine(std::wstring const& text, ExpectedLine const& expected)
            (expected.category.empty() || line->category == expected.category);
 }
 
-std::wstring WhoIs(std::wstring const& helper)
+std::wstring Described(std::wstring const& helper)
 {
     return helper.empty() ? L"the helper" : L"the helper " + helper;
 }
 
 std::wstring const& Only(Words const& words, std::wstring const& usage)
 {
-    return words.size() == 1 ? words[0] : throw Error(L"call it so: " + usage);
+    return words.size() == 1 ? words[0] : throw Error(L"usage: " + usage);
 }
 
 } // namespace
@@ -106,6 +106,11 @@ std::wstring TakeHelperName(Words& words)
         words.erase(words.begin());
     }
     return name;
+}
+
+std::wstring Difference::Text(std::wstring const& where) const
+{
+    return L"\n" + where + L" differs\n  expected: " + expected + L"\n  found:    " + found;
 }
 
 Expectations::Expectations(Device const& device, Observer& observer) : m_device(device), m_observer(observer) {}
@@ -138,7 +143,7 @@ void Expectations::Run(Words const& words)
     auto const* const check = FindCommand(All(), words);
     if (!check)
     {
-        throw Error(L"nothing is expected so; sim help play lists them");
+        throw Error(L"there is no such expectation; sim help play lists them");
     }
     (this->*check->run)(check->ArgumentsOf(words));
 }
@@ -156,9 +161,9 @@ void Expectations::CheckNothingIsLeft()
     }
     for (auto const& [name, lines] : m_observer.helperLines)
     {
-        for (auto const& said : lines)
+        for (auto const& output : lines)
         {
-            left += L"\n    " + WhoIs(name) + (said.exitCode ? L" ended" : L": " + said.line);
+            left += L"\n    " + Described(name) + L": " + output.Text();
         }
     }
     for (auto const& line : m_observer.logLines)
@@ -198,13 +203,13 @@ void Expectations::CheckEvent(Words const& words)
 
 void Expectations::CheckLog(Words const& words)
 {
-    // Here options stand behind the message.
+    // Here the options follow the message.
     auto reordered = words;
     std::ranges::rotate(reordered, reordered.begin() + 1);
     auto threads = ParseThreads(reordered);
     if (threads.size() != 1 || threads[0].size() != 1)
     {
-        throw Error(L"expect log MESSAGE [level=LEVEL] [category=CATEGORY]");
+        throw Error(L"usage: expect log MESSAGE [level=LEVEL] [category=CATEGORY]");
     }
     CheckLines(std::move(threads), Joined(words));
 }
@@ -214,12 +219,12 @@ void Expectations::CheckInterleavedLog(Words const& words)
     auto threads = ParseThreads({words.begin() + 1, words.end()});
     if (words[0] != L"log" || std::ranges::any_of(threads, &Lines::empty))
     {
-        throw Error(L"expect interleaved log MESSAGE … | MESSAGE …");
+        throw Error(L"usage: expect interleaved log MESSAGE … | MESSAGE …");
     }
     CheckLines(std::move(threads), Joined(words));
 }
 
-// The next lines, those of each thread in their order.
+// The next lines: those of each thread in order, interleaved in any way.
 void Expectations::CheckLines(std::vector<Lines> threads, std::wstring const& expected)
 {
     while (!threads.empty())
@@ -245,11 +250,10 @@ void Expectations::CheckHelper(Words const& words)
     auto line = words;
     auto const name = TakeHelperName(line);
     auto const& expected = Only(line, L"expect helper [@NAME] LINE");
-    auto const said = TakeFromHelper(name, expected);
-    if (said.exitCode || said.line != expected)
+    auto const output = TakeFromHelper(name, expected);
+    if (output.exitCode || output.line != expected)
     {
-        throw Difference{WhoIs(name) + L": " + expected,
-                         said.exitCode ? L"it ended with " + std::to_wstring(*said.exitCode) : said.line};
+        throw Difference{Described(name) + L": " + expected, output.Text()};
     }
     ++m_helperLineCount;
 }
@@ -263,11 +267,10 @@ void Expectations::CheckHelperExit(Words const& words)
     {
         throw Error(code[0] + L" is no exit code");
     }
-    auto const said = TakeFromHelper(name, L"its end");
-    if (said.exitCode != *expected)
+    auto const output = TakeFromHelper(name, L"its end");
+    if (output.exitCode != *expected)
     {
-        throw Difference{WhoIs(name) + L" ended with " + code[0],
-                         said.exitCode ? std::to_wstring(*said.exitCode) : said.line};
+        throw Difference{Described(name) + L": ended with " + code[0], output.Text()};
     }
 }
 
@@ -281,12 +284,12 @@ void Expectations::CheckDesktop(Words const& words)
         throw Difference{L"the desktop component for " + words[0] + L", ended well",
                          started.Text() + L", " + ended.Text()};
     }
-    // What the process itself saw.
-    auto const seen = FromUtf8(ReadBytes(m_device.DesktopReportFile(ParseNumber(id).value_or(0))));
+    // The report of the process itself.
+    auto const reported = FromUtf8(ReadBytes(m_device.DesktopReportFile(ParseNumber(id).value_or(0))));
     auto const expected = words[1] + L"\r\n" + m_device.DesktopTemporaryFolder() + L"\\\r\n";
-    if (seen != expected)
+    if (reported != expected)
     {
-        throw Difference{expected, seen};
+        throw Difference{expected, reported};
     }
     ++m_desktopCount;
 }
@@ -307,9 +310,9 @@ void Expectations::CheckEnd(std::wstring const& kind, Words const& words)
     m_appStarted.reset();
 }
 
-Helpers::Said Expectations::TakeFromHelper(std::wstring const& name, std::wstring const& expected)
+Helpers::Output Expectations::TakeFromHelper(std::wstring const& name, std::wstring const& expected)
 {
-    return Take(m_observer.helperLines[name], WhoIs(name) + L": " + expected);
+    return Take(m_observer.helperLines[name], Described(name) + L": " + expected);
 }
 
 Event Expectations::TakeDesktopEvent(std::wstring const& kind)
@@ -324,7 +327,7 @@ Event Expectations::TakeEvent(std::deque<Event>& events, std::wstring const& exp
     return Take(events, expected);
 }
 
-// The next one, when it has come.
+// Waits for the next item.
 template <typename Item>
 Item Expectations::Take(std::deque<Item>& items, std::wstring const& expected)
 {
@@ -332,7 +335,7 @@ Item Expectations::Take(std::deque<Item>& items, std::wstring const& expected)
     m_observer.WaitUntil([&] { return isThere() || m_observer.IsAppOver(); }, limitMilliseconds);
     if (!m_observer.WaitUntil(isThere, m_observer.IsAppOver() ? limitAfterEndMilliseconds : 0))
     {
-        throw Difference{expected, L"nothing came"};
+        throw Difference{expected, L"nothing arrived"};
     }
     auto item = std::move(items.front());
     items.pop_front();

@@ -12,17 +12,20 @@
 namespace sim
 {
 
-// Takes the name of a helper, @NAME, from the front of the words; empty without.
+// Removes the name of a helper, @NAME, from the front of the words; empty when there is none.
 std::wstring TakeHelperName(Words& words);
 
-// Something was other than the scenario says: what was expected and what was there.
+// Something differs from the scenario: what was expected and what was found.
 struct Difference
 {
     std::wstring expected;
     std::wstring found;
+
+    // For people. where: the step.
+    std::wstring Text(std::wstring const& where) const;
 };
 
-// A line of the log, as a step describes it.
+// A line of the log, as a step expects it.
 struct ExpectedLine
 {
     std::wstring message;
@@ -30,8 +33,8 @@ struct ExpectedLine
     std::wstring category; // empty: any
 };
 
-// The expect steps: each takes what it expects from the observer, waiting for it, and throws Difference when something
-// else is there or nothing comes.
+// The expect steps: each waits for what it expects and takes it from the observer. It throws Difference when something
+// else arrives, or nothing.
 class Expectations
 {
   public:
@@ -41,10 +44,10 @@ class Expectations
 
     Expectations(Device const& device, Observer& observer);
 
-    // words: those after "expect". Throws Error for a step that there is not.
+    // words: those after "expect". Throws Error for an unknown expectation.
     void Run(Words const& words);
 
-    // At the end: nothing is left, and the app does not run.
+    // At the end: nothing is left and the app does not run.
     void CheckNothingIsLeft();
 
     // What was checked, for people.
@@ -62,7 +65,7 @@ class Expectations
     void CheckTerminated(Words const& words) { CheckEnd(L"app-terminated", words); }
     void CheckEnd(std::wstring const& kind, Words const& words);
     void CheckLines(std::vector<std::deque<ExpectedLine>> threads, std::wstring const& expected);
-    Helpers::Said TakeFromHelper(std::wstring const& name, std::wstring const& expected);
+    Helpers::Output TakeFromHelper(std::wstring const& name, std::wstring const& expected);
     Event TakeDesktopEvent(std::wstring const& kind);
     Event TakeEvent(std::deque<Event>& events, std::wstring const& expected);
 

@@ -13,7 +13,7 @@ namespace sim
 namespace
 {
 
-// Where it is: as VELMO_SIM_HELPER says, beside this program, or where the build puts it.
+// The helper's path: VELMO_SIM_HELPER, or a file beside this program or in the build's folder of the helper.
 std::wstring FindHelper()
 {
     if (auto const path = EnvironmentValue(L"VELMO_SIM_HELPER"))
@@ -31,7 +31,7 @@ std::wstring FindHelper()
     throw Error(L"there is no helper.exe beside this program: build it, or set VELMO_SIM_HELPER to it");
 }
 
-// A new file that what is started inherits.
+// A new file with an inheritable handle.
 Handle NewOutput(std::wstring const& path)
 {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
@@ -71,34 +71,34 @@ void Helpers::Kill(std::wstring const& name)
     TerminateProcess(found->second.handle.Get(), 1);
 }
 
-std::vector<Helpers::Said> Helpers::Take()
+std::vector<Helpers::Output> Helpers::Take()
 {
-    std::vector<Said> said;
+    std::vector<Output> output;
     for (auto entry = m_processes.begin(); entry != m_processes.end();)
     {
         auto const current = entry++;
         auto& [name, process] = *current;
         // Before its lines are read: after its end it prints none.
         auto const hasEnded = WaitForSingleObject(process.handle.Get(), 0) == WAIT_OBJECT_0;
-        TakeLines(name, process, said);
+        TakeLines(name, process, output);
         DWORD exitCode = 0;
         if (hasEnded && GetExitCodeProcess(process.handle.Get(), &exitCode))
         {
-            said.push_back({name, L"", exitCode});
+            output.push_back({name, L"", exitCode});
             m_processes.erase(current);
         }
     }
-    return said;
+    return output;
 }
 
-// Whole lines.
-void Helpers::TakeLines(std::wstring const& name, Process& process, std::vector<Said>& said)
+// Complete lines only.
+void Helpers::TakeLines(std::wstring const& name, Process& process, std::vector<Output>& lines)
 {
     auto const bytes = ReadBytes(process.output, process.taken);
     std::string_view rest = bytes;
     while (auto line = TakeUtf8Line(rest))
     {
-        said.push_back({name, std::move(*line), std::nullopt});
+        lines.push_back({name, std::move(*line), std::nullopt});
     }
     process.taken += bytes.size() - rest.size();
 }

@@ -10,34 +10,36 @@
 namespace sim
 {
 
-// The desktop helpers that a scenario has running, by name. They find the device as this process does, through the
-// environment, and print into files of the device. One thread uses it.
+// The running desktop helpers of a scenario, by name. They find the device as this process does, through the
+// environment, and print into files of the device. Not thread-safe.
 class Helpers
 {
   public:
-    // What one of them printed, or that it has ended.
-    struct Said
+    // A line that a helper has printed, or its end.
+    struct Output
     {
         std::wstring name;
         std::wstring line;
         std::optional<unsigned long> exitCode;
+
+        std::wstring Text() const { return exitCode ? L"ended with " + std::to_wstring(*exitCode) : line; }
     };
 
     explicit Helpers(Device const& device) : m_device(device) {}
     Helpers(Helpers const&) = delete;
     Helpers& operator=(Helpers const&) = delete;
-    ~Helpers(); // ends those that run
+    ~Helpers(); // ends the running ones
 
     // Throws Error when it cannot be started, or when one of that name runs.
     void Start(std::wstring const& name, std::vector<std::wstring> const& arguments);
 
-    // Ends it from outside. Throws Error when none of that name runs.
+    // Terminates it. Throws Error when none of that name runs.
     void Kill(std::wstring const& name);
 
-    // What has come since the last call.
-    std::vector<Said> Take();
+    // The output since the last call.
+    std::vector<Output> Take();
 
-    // Those that were started and whose end was not taken yet.
+    // Those that were started and whose end Take has not returned yet.
     std::vector<std::wstring> Running() const;
 
   private:
@@ -48,7 +50,7 @@ class Helpers
         std::size_t taken = 0; // bytes of it
     };
 
-    static void TakeLines(std::wstring const& name, Process& process, std::vector<Said>& said);
+    static void TakeLines(std::wstring const& name, Process& process, std::vector<Output>& lines);
 
     Device const& m_device;
     std::map<std::wstring, Process> m_processes;

@@ -38,7 +38,7 @@ bool Observer::WaitUntil(std::function<bool()> const& done, unsigned limitMillis
         {
             return false;
         }
-        WaitForSingleObject(m_broker->Arrived(), LogFile::lookMilliseconds);
+        WaitForSingleObject(m_broker->Arrived(), LogFile::pollMilliseconds);
     }
 }
 
@@ -60,11 +60,11 @@ void Observer::Collect()
 
 void Observer::CollectHelpers()
 {
-    for (auto& said : m_helpers.Take())
+    for (auto& output : m_helpers.Take())
     {
-        auto const text = said.exitCode ? L"ends with " + std::to_wstring(*said.exitCode) : said.line;
-        m_timeline.Add(Now(), Timeline::Source::Helper, said.name.empty() ? text : said.name + L" " + text);
-        helperLines[said.name].push_back(std::move(said));
+        auto const start = output.name.empty() ? L"" : output.name + L" ";
+        m_timeline.Add(Now(), Timeline::Source::Helper, start + output.Text());
+        helperLines[output.name].push_back(std::move(output));
     }
 }
 

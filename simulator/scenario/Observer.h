@@ -14,35 +14,35 @@
 namespace sim
 {
 
-// Follows the device's journal, the app's log and the helpers while a scenario plays, puts all on the timeline, and
-// keeps what no step has asked for yet: in order, for the platform's events, the desktop component's, each helper's
-// lines and end, and the log's lines.
+// Follows the device's journal, the app's log and the helpers while a scenario plays, adds everything to the timeline,
+// and keeps what no step has taken yet, each kind in its order.
 class Observer
 {
   public:
     Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline);
 
-    // Another one of the device: what it says first is known from the one before.
+    // Another broker of the same device: the events known from the previous one are skipped.
     void Follow(BrokerClient& broker);
 
-    // There is no log before a package is registered. One that was followed before goes on.
+    // Called once a package is registered. A log that was followed before continues.
     void FollowLog(std::wstring const& path);
 
-    // Waits until `done`, looked at whenever something has come. False when the time is up before.
+    // Waits until `done`, which is evaluated whenever something may have arrived. False when the limit is reached
+    // first.
     bool WaitUntil(std::function<bool()> const& done, unsigned limitMilliseconds);
 
-    // Takes what has come by now.
+    // Takes what has arrived.
     void Collect();
 
-    // Whether the last that was heard of the app is its end.
+    // Whether the app's last event is its end.
     bool IsAppOver() const noexcept { return m_isAppRunning == false; }
 
     bool IsAppRunning() const noexcept { return m_isAppRunning == true; }
 
     std::deque<Event> platformEvents;
     std::deque<Event> desktopEvents;
-    std::deque<std::wstring> logLines;                             // as in the file
-    std::map<std::wstring, std::deque<Helpers::Said>> helperLines; // by the helper's name
+    std::deque<std::wstring> logLines;                               // as in the file
+    std::map<std::wstring, std::deque<Helpers::Output>> helperLines; // by the helper's name
 
   private:
     void Sort(Event event);
@@ -55,8 +55,8 @@ class Observer
     std::map<std::wstring, LogFile> m_logs; // by their paths
     LogFile* m_log = nullptr;
     std::size_t m_seen = 0;             // events
-    std::size_t m_known = 0;            // of those that come, the first so many
-    std::optional<bool> m_isAppRunning; // nothing was heard of it without a value
+    std::size_t m_known = 0;            // how many of the next events are known already
+    std::optional<bool> m_isAppRunning; // no value before its first event
 };
 
 } // namespace sim

@@ -2,56 +2,37 @@
 
 #include "simulator/base/Console.h"
 #include "simulator/base/Error.h"
-#include "simulator/base/Files.h"
-#include "simulator/base/Inbox.h"
 #include "simulator/base/Text.h"
 #include "simulator/base/UnixPath.h"
-#include "simulator/base/Words.h"
-#include "simulator/client/DeviceCommands.h"
 #include "simulator/scenario/Player.h"
-#include "simulator/scenario/Recorder.h"
 #include "simulator/scenario/Scenario.h"
-
-#include <thread>
 
 namespace sim
 {
 
-namespace
+bool PlayScenario(std::wstring const& path, Device const& device, Colour colour)
 {
-
-void Report(std::wstring const& where, Difference const& difference)
-{
-    WriteLine(L"\n" + where + L" differs");
-    WriteLine(L"  expected: " + difference.expected);
-    WriteLine(L"  found:    " + difference.found);
-}
-
-std::wstring Where(std::wstring const& path, Step const& step)
-{
-    return path + L":" + std::to_wstring(step.line) + L": " + step.text;
-}
-
-// False after a difference, which it has told.
-bool RunSteps(Player& player, std::vector<Step> const& steps, std::wstring const& path)
-{
+    auto const steps = ReadScenario(path);
+    Player player(device, colour);
     auto where = path;
     try
     {
         for (auto const& step : steps)
         {
-            where = Where(path, step);
+            where = path + L":" + std::to_wstring(step.line) + L": " + step.text;
             player.Play(step.text, step.words);
         }
         where = path + L": end";
         player.CheckNothingIsLeft();
         player.End();
+        WriteLine(L"\n" + player.Summary());
         return true;
     }
     catch (Difference const& difference)
     {
         player.End();
-        Report(where, difference);
+        WriteLine(difference.Text(where));
+        WriteLine(L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
         return false;
     }
     catch (Error const& error)
@@ -59,165 +40,6 @@ bool RunSteps(Player& player, std::vector<Step> const& steps, std::wstring const
         player.End();
         throw Error(where + L": " + error.Message());
     }
-}
-
-using Lines = Inbox<std::wstring>;
-
-void ReadInput(Lines& lines)
-{
-    std::string text;
-    char block[4'096];
-    DWORD read = 0;
-    while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), block, sizeof block, &read, nullptr) && read > 0)
-    {
-        text.append(block, read);
-        std::string_view rest = text;
-        while (auto line = TakeUtf8Line(rest))
-        {
-            lines.Add(std::move(*line));
-        }
-        text.erase(0, text.size() - rest.size());
-    }
-    lines.Add(FromUtf8(text)); // what stands behind the last line end
-    lines.End();
-}
-
-// The lines of the standard input, as they come. The thread is left to the end of the process: nothing ends its wait.
-std::shared_ptr<Lines> LinesOfPerson()
-{
-    auto const lines = std::make_shared<Lines>();
-    std::thread([lines] { ReadInput(*lines); }).detach();
-    return lines;
-}
-
-class Recording
-{
-  public:
-    Recording(std::wstring path, Device const& device, Colour colour)
-        : m_path(std::move(path)), m_player(device, colour)
-    {
-    }
-
-    void PlayLines()
-    {
-        auto const lines = LinesOfPerson();
-        auto const hasLine = [&] {
-            Take();
-            return WaitForSingleObject(lines->Arrived(), 0) == WAIT_OBJECT_0;
-        };
-        while (m_player.Seen().WaitUntil(hasLine, patience) && !lines->HasEnded())
-        {
-            WaitUntilQuiet();
-            if (auto const line = lines->Take())
-            {
-                Play(*line);
-            }
-        }
-    }
-
-    // What was played ends by itself, or not.
-    bool End()
-    {
-        constexpr unsigned limitMilliseconds = 60'000;
-        auto const isOver = [&] {
-            Take();
-            return !m_player.IsAnythingRunning();
-        };
-        auto const over = m_player.Seen().WaitUntil(isOver, limitMilliseconds);
-        WaitUntilQuiet();
-        m_recorder.AddTaken(m_player.AllNames());
-        Write();
-        m_player.End();
-        return over;
-    }
-
-  private:
-    static constexpr unsigned patience = 0x7FFFFFFF; // milliseconds: weeks
-    static constexpr unsigned quietMilliseconds = 1'000;
-
-    bool Take() { return m_recorder.Take(m_player.Seen()); }
-
-    // A step is played when what the one before gave rise to is over, as far as that can be seen.
-    void WaitUntilQuiet()
-    {
-        while (m_player.Seen().WaitUntil([&] { return Take(); }, quietMilliseconds))
-        {
-        }
-    }
-
-    // A step that is refused is told, and is no part of the scenario.
-    void Play(std::wstring const& line)
-    try
-    {
-        auto const words = SplitWords(line);
-        if (words.empty())
-        {
-            return;
-        }
-        if (words[0] == L"expect")
-        {
-            throw WrongCall(L"what comes is expected by itself");
-        }
-        m_recorder.AddTaken(m_player.AllNames());
-        m_player.Play(line, words);
-        m_recorder.AddStep(line);
-        Write();
-    }
-    catch (Difference const& difference)
-    {
-        Report(line, difference);
-    }
-    catch (Error const& error)
-    {
-        WriteErrorLine(L"sim: " + error.Message());
-    }
-
-    void Write() const { WriteBytes(m_path, ToUtf8(m_recorder.Text())); }
-
-    std::wstring m_path;
-    Player m_player;
-    Recorder m_recorder;
-};
-
-template <typename Table>
-void AddUsages(std::wstring& text, std::wstring const& prefix, Table const& table)
-{
-    constexpr std::size_t width = 60;
-    for (auto const& command : table)
-    {
-        text += L"\n  " + LeftAligned(prefix + command.Usage(), width) + L" " + std::wstring(command.summary);
-    }
-}
-
-} // namespace
-
-bool PlayScenario(std::wstring const& path, Device const& device, Colour colour)
-{
-    auto const steps = ReadScenario(path);
-    Player player(device, colour);
-    auto const isAsExpected = RunSteps(player, steps, path);
-    WriteLine(isAsExpected ? L"\n" + player.Summary() : L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
-    return isAsExpected;
-}
-
-bool RecordScenario(std::wstring const& path, Device const& device, Colour colour)
-{
-    WriteBytes(path, ""); // before anything is played for nothing
-    Recording recording(path, device, colour);
-    recording.PlayLines();
-    auto const isOver = recording.End();
-    WriteLine(isOver ? L"\nrecorded: " + FromUtf8(UnixPath(path))
-                     : std::wstring(L"\nthe app or a helper still runs: a scenario ends with the end of all, as kill "
-                                    L"and kill helper bring it about"));
-    return isOver;
-}
-
-std::wstring ScenarioSteps()
-{
-    std::wstring text = L"Steps:";
-    AddUsages(text, L"", Player::Steps());
-    AddUsages(text, L"expect ", Expectations::All());
-    return text + L"\n  and each command of a device, as sim help lists them";
 }
 
 } // namespace sim

@@ -22,7 +22,7 @@ std::unique_ptr<BrokerClient> FreshDevice(Device const& device)
     return BrokerClient::Connect(device);
 }
 
-// Gives another value to an attribute of the package's identity.
+// Changes an attribute of the package's identity.
 void ChangeIdentity(std::wstring const& manifest, std::wstring const& attribute, std::wstring const& value)
 {
     auto text = ReadText(manifest);
@@ -58,6 +58,21 @@ std::span<std::wstring_view const> Player::NameList()
     return names;
 }
 
+std::wstring Player::Help()
+{
+    constexpr std::size_t width = 60;
+    std::wstring text = L"Steps:\n";
+    for (auto const& step : Steps())
+    {
+        text += step.ListLine(L"", width) + L"\n";
+    }
+    for (auto const& check : Expectations::All())
+    {
+        text += check.ListLine(L"expect ", width) + L"\n";
+    }
+    return text + L"  and each command of a device, as sim help lists them";
+}
+
 Player::Player(Device const& device, Colour colour)
     : m_device(device), m_broker(FreshDevice(device)), m_timeline(WriteLine, colour), m_helpers(device),
       m_observer(*m_broker, m_helpers, m_timeline), m_expectations(m_device, m_observer)
@@ -88,7 +103,7 @@ void Player::CheckNothingIsLeft()
     {
         throw Difference{L"all helpers have ended", L"the helper " + running.front() + L" runs"};
     }
-    m_broker->Ask(ShowStatus{}); // what the broker had to say has come before its answer
+    m_broker->Ask(ShowStatus{}); // earlier events arrive before its answer
     m_expectations.CheckNothingIsLeft();
 }
 
@@ -164,7 +179,7 @@ void Player::Restart(Words const&)
     {
         throw Error(L"the app runs: its end comes first");
     }
-    m_broker->Ask(ShowStatus{}); // what has happened is known before the next one tells it
+    m_broker->Ask(ShowStatus{}); // earlier events arrive before its answer
     m_observer.Collect();
     m_broker->Stop();
     m_broker = BrokerClient::Connect(m_device);
@@ -189,7 +204,7 @@ void Player::Kill(Words const& words)
     auto const name = TakeHelperName(rest);
     if (words[0] != L"helper" || !rest.empty())
     {
-        throw WrongCall(L"call it so: kill [helper [@NAME]]");
+        throw WrongCall(L"usage: kill [helper [@NAME]]");
     }
     m_helpers.Kill(name);
 }
@@ -204,7 +219,7 @@ void Player::GrowLog(Words const& words)
     LogFile(LogFile::PathOn(m_device)).GrowTo(*bytes);
 }
 
-// Of the package as it is, or of a copy with the changes that the options name.
+// The package's folder, or a copy of it with the changes of the options.
 std::wstring Player::PackageFolder(Words const& options)
 {
     auto package = FullPath(PackageFolderFromEnvironment());
@@ -221,7 +236,7 @@ std::wstring Player::PackageFolder(Words const& options)
         auto const value = i + 1 < options.size() ? options[i + 1] : std::wstring();
         if (value.empty() || (option != L"without" && option != L"version" && option != L"name"))
         {
-            throw WrongCall(L"a package is changed so: [without FILE] [version VERSION] [name NAME]");
+            throw WrongCall(L"expected [without FILE] [version VERSION] [name NAME]");
         }
         option == L"without"
             ? Remove(within + value)

@@ -16,24 +16,27 @@
 namespace sim
 {
 
-// Plays the steps of a scenario on a device, which is emptied first. docs/simulator.md has the language.
+// Plays the steps of a scenario on a device, which is emptied first. docs/simulator.md describes the language.
 class Player
 {
   public:
-    // A step that is none of the device's commands.
+    // A step that is not one of the device's commands.
     using Step = Command<void (Player::*)(Words const& arguments)>;
 
     static std::span<Step const> Steps();
 
-    // What stands for what in the words of a step, the longer values first.
+    // The names in the words of a step and their values, longer values first.
     using Names = std::vector<std::pair<std::wstring_view, std::wstring>>;
 
     static std::span<std::wstring_view const> NameList();
 
-    // Shows what happens as it happens.
+    // Each step and expectation on a line of its own.
+    static std::wstring Help();
+
+    // Prints what happens as it happens.
     Player(Device const& device, Colour colour);
 
-    // Throws Difference when something is other than the step says, Error when it cannot be played.
+    // Throws Difference when something differs from the step, Error when the step cannot be played.
     void Play(std::wstring const& text, Words const& words);
 
     // At the end of a scenario: nothing is left.
@@ -43,7 +46,7 @@ class Player
     void End();
 
     Names AllNames() const;
-    Observer& Seen() noexcept { return m_observer; }
+    Observer& Observed() noexcept { return m_observer; }
     bool IsAnythingRunning() const { return m_observer.IsAppRunning() || !m_helpers.Running().empty(); }
     std::wstring Summary() const { return m_expectations.Summary(); }
 

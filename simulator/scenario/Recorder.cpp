@@ -11,7 +11,7 @@ namespace sim
 namespace
 {
 
-// Moves what is in the one behind what is in the other.
+// Appends the items of one container to the other. False when there are none.
 template <typename From, typename To>
 bool MoveAll(From& from, To& to)
 {
@@ -27,7 +27,7 @@ bool Varies(std::wstring const& detail)
     return std::ranges::any_of(names, [&](auto const name) { return detail.starts_with(name); });
 }
 
-// The app's end has a step of its own.
+// The end of the app has its own kinds of step.
 Words WordsOf(Event const& event)
 {
     auto const code = event.Detail(L"code").value_or(L"");
@@ -57,13 +57,13 @@ bool Recorder::Take(Observer& observer)
     has |= MoveAll(observer.desktopEvents, m_events);
     for (auto& [name, lines] : observer.helperLines)
     {
-        has |= MoveAll(lines, m_said);
+        has |= MoveAll(lines, m_helperOutput);
     }
     for (auto const& text : observer.logLines)
     {
-        LogLine other; // than the app writes: a replay tells of it
-        other.message = text;
-        m_log.push_back(ParseLogLine(text).value_or(other));
+        LogLine unknown; // not written by the app: a replay will differ there
+        unknown.message = text;
+        m_log.push_back(ParseLogLine(text).value_or(unknown));
     }
     has |= !observer.logLines.empty();
     observer.logLines.clear();
@@ -82,19 +82,19 @@ void Recorder::AddTaken(Player::Names const& names)
         AddExpectation(WordsOf(event), names);
     }
     AddLog(names);
-    for (auto const& said : std::exchange(m_said, {}))
+    for (auto const& output : std::exchange(m_helperOutput, {}))
     {
-        Words words = {said.exitCode ? L"helper-exit" : L"helper"};
-        if (!said.name.empty())
+        Words words = {output.exitCode ? L"helper-exit" : L"helper"};
+        if (!output.name.empty())
         {
-            words.push_back(said.name);
+            words.push_back(output.name);
         }
-        words.push_back(said.exitCode ? std::to_wstring(*said.exitCode) : said.line);
+        words.push_back(output.exitCode ? std::to_wstring(*output.exitCode) : output.line);
         AddExpectation(std::move(words), names);
     }
 }
 
-// Lines of several threads may come in another order the next time.
+// Lines of several threads may be ordered differently in the next run.
 void Recorder::AddLog(Player::Names const& names)
 {
     auto const log = std::exchange(m_log, {});

@@ -8,15 +8,15 @@
 namespace sim
 {
 
-// Makes a scenario of what happens: steps, and behind each one what came of it as expect steps. What differs from one
-// time to the next (process ids, paths, the channel's URI) is left out, or named as scenarios name it.
+// Makes a scenario of what happens: steps, each followed by its results as expect steps. What differs from run to run
+// (process ids, paths, the channel's URI) is left out, or replaced by its name in scenarios.
 class Recorder
 {
   public:
-    // Takes all that the observer keeps. False when there is nothing.
+    // Takes all that the observer keeps. False when that is nothing.
     bool Take(Observer& observer);
 
-    // Puts down what was taken.
+    // Adds what was taken to the scenario.
     void AddTaken(Player::Names const& names);
 
     void AddStep(std::wstring const& step);
@@ -31,7 +31,7 @@ class Recorder
     std::wstring m_text;
     std::vector<Event> m_events;
     std::vector<LogLine> m_log;
-    std::vector<Helpers::Said> m_said;
+    std::vector<Helpers::Output> m_helperOutput;
 };
 
 } // namespace sim

@@ -14,7 +14,7 @@ struct Step
     std::vector<std::wstring> words;
 };
 
-// Throws Error that names the line when it cannot be split into words, and when there is no step.
+// Throws Error that names a line that cannot be split into words; also when there is no step.
 std::vector<Step> ParseScenario(std::wstring_view text);
 
 // A file in UTF-8, with a byte-order mark or without. Throws Error.

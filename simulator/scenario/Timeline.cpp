@@ -11,18 +11,18 @@ namespace sim
 namespace
 {
 
-struct Look
+struct Style
 {
     std::wstring_view name;
     std::wstring_view colour;
 };
 
 // By Source.
-constexpr Look looks[] = {{L"step    ", L"\x1b[1m"},
-                          {L"platform", L"\x1b[36m"},
-                          {L"desktop ", L"\x1b[33m"},
-                          {L"helper  ", L"\x1b[35m"},
-                          {L"log     ", L"\x1b[32m"}};
+constexpr Style styles[] = {{L"step    ", L"\x1b[1m"},
+                            {L"platform", L"\x1b[36m"},
+                            {L"desktop ", L"\x1b[33m"},
+                            {L"helper  ", L"\x1b[35m"},
+                            {L"log     ", L"\x1b[32m"}};
 
 // Seconds since the start: "  3.021".
 std::wstring Elapsed(Moment duration)
@@ -58,9 +58,9 @@ void Timeline::ShowUntil(Moment time)
     while (!m_held.empty() && m_held.begin()->first <= time)
     {
         auto const& [when, item] = *m_held.begin();
-        auto const& look = looks[static_cast<std::size_t>(item.source)];
-        auto line = Elapsed(when - m_start) + L"  " + std::wstring(look.name) + L"  " + item.text;
-        m_write(m_colour == Colour::Yes ? std::wstring(look.colour) + line + L"\x1b[0m" : line);
+        auto const& style = styles[static_cast<std::size_t>(item.source)];
+        auto line = Elapsed(when - m_start) + L"  " + std::wstring(style.name) + L"  " + item.text;
+        m_write(m_colour == Colour::Yes ? std::wstring(style.colour) + line + L"\x1b[0m" : line);
         m_held.erase(m_held.begin());
     }
 }

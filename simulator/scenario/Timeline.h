@@ -12,11 +12,11 @@ namespace sim
 enum class Colour
 {
     No,
-    Yes // escape sequences of a terminal
+    Yes // with a terminal's escape sequences
 };
 
-// What a person watches: the steps, the platform's events and the app's log beside each other, in the order of their
-// own times. They reach this process by different ways, so each is held back for a moment to let an earlier one pass.
+// The output for people: the steps, the platform's events and the app's log, merged in the order of their times. They
+// reach this process on different ways, so each is held back for a moment in case an earlier one follows.
 class Timeline
 {
   public:
@@ -33,7 +33,7 @@ class Timeline
 
     void Add(Moment time, Source source, std::wstring text);
 
-    // Shows what is old enough that nothing earlier will come.
+    // Shows what is so old that nothing earlier will follow.
     void ShowSettled();
 
     void ShowAll();

@@ -10,17 +10,17 @@
 namespace sim
 {
 
-// How often the deferrals of each request that the app serves were completed. Any thread.
+// How often the deferrals of each request to the app were completed. Any thread may use it.
 class DeferralLog
 {
   public:
     void Taken(std::uint32_t request);
     void Completed(std::uint32_t request);
 
-    // In the order in which the requests came.
+    // In the order in which the requests arrived.
     std::vector<unsigned> All() const;
 
-    // Waits until the deferral of that request, counted from 0, was completed so often.
+    // Waits until the deferral of that request, counted from 0, was completed that often.
     void WaitFor(std::size_t request, unsigned count) const;
 
   private:

@@ -9,7 +9,7 @@
 namespace sim
 {
 
-// How long a test waits for what does not come: longer than a busy machine takes, shorter than its watchdog.
+// How long a test waits for something: longer than a busy machine takes, shorter than the test's watchdog.
 inline constexpr std::chrono::seconds waitLimit(30);
 
 // The exception for a wait that reaches the limit. missing: what the wait was for, and what there was instead.

@@ -53,7 +53,7 @@ Package LocalPackage()
     return package;
 }
 
-// Desktop components that do nothing, and no app but the test itself.
+// Desktop components that do nothing; the app is the test itself.
 class LocalProcesses : public ProcessStarter
 {
   public:
@@ -97,7 +97,7 @@ std::wstring Texts(std::vector<Event> const& events)
 
 } // namespace
 
-// Asks as the command line does, and hears of all events.
+// Sends requests as the command line does, and receives all events.
 class LocalDevice::CommandLine : public Peer
 {
   public:
@@ -165,7 +165,7 @@ LocalDevice::LocalDevice(Limits limits)
       m_work([this] { m_platform.Work().Run(); }), m_commandLine(std::make_shared<CommandLine>()),
       m_app(std::make_shared<LocalProcess>(m_device, m_platform))
 {
-    m_platform.Work().PostAndWait([this] {
+    OnPlatform([this] {
         m_platform.Register(LocalPackage());
         m_platform.ExpectApp(appProcess);
     });
@@ -174,14 +174,14 @@ LocalDevice::LocalDevice(Limits limits)
     m_platform.Received(m_commandLine, Follow{});
     SetProcessHost(m_app);
     currentDevice = this;
-    // Factories kept from an earlier test would not meet this one's faults.
+    // Factories cached by an earlier test would bypass this one's faults.
     winrt::clear_factory_cache();
     winrt_activation_handler = GetLocalFactory;
 }
 
 LocalDevice::~LocalDevice()
 {
-    // Those that still wait for an answer get one while there is a host to work with.
+    // Pending requests are answered while there is still a host.
     m_app->CloseConnection();
     KillCaller();
     WaitUntilQuiet();
@@ -210,97 +210,35 @@ void LocalDevice::SetFault(std::wstring_view words)
     auto const fault = ParseFault(SplitWords(words));
     if (fault.call.find(L'.') == std::wstring::npos)
     {
-        winrt::clear_factory_cache(); // a factory that is kept would not be asked for
+        winrt::clear_factory_cache(); // a cached factory would bypass the fault
     }
     Command(sim::SetFault{fault});
-}
-
-void LocalDevice::ClearFaults()
-{
-    Command(sim::ClearFaults{});
-}
-
-void LocalDevice::SpareThisThread()
-{
-    m_app->SpareThisThread();
-}
-
-void LocalDevice::Launch(std::wstring arguments)
-{
-    Command(LaunchApp{std::move(arguments)});
-}
-
-void LocalDevice::OpenUri(std::wstring uri)
-{
-    Command(sim::OpenUri{std::move(uri)});
-}
-
-void LocalDevice::Suspend()
-{
-    Command(SuspendApp{});
-}
-
-void LocalDevice::RequestPage(std::wstring className)
-{
-    Command(sim::RequestPage{std::move(className)});
 }
 
 std::uint32_t LocalDevice::ActivateTask(std::wstring name, Trigger trigger, std::wstring payload)
 {
     constexpr wchar_t unregistered[] = L"00000000-0000-0000-0000-000000000000";
-    std::optional<std::uint32_t> instance;
-    m_platform.Work().PostAndWait([&] {
-        instance = m_platform.StartInstance(TaskStart{
-            .taskId = unregistered, .task = std::move(name), .trigger = trigger, .payload = std::move(payload)});
-    });
-    return instance.value_or(0);
+    return StartInstance(
+        TaskStart{.taskId = unregistered, .task = std::move(name), .trigger = trigger, .payload = std::move(payload)});
 }
 
 std::uint32_t LocalDevice::ActivateAppService()
 {
     constexpr std::uint32_t unknownConnection = UINT32_MAX;
+    return StartInstance(ServiceStart{.connection = unknownConnection, .service = appServiceName, .callerFamily = {}});
+}
+
+std::uint32_t LocalDevice::StartInstance(TaskInstances::Content content)
+{
     std::optional<std::uint32_t> instance;
-    m_platform.Work().PostAndWait([&] {
-        instance = m_platform.StartInstance(
-            ServiceStart{.connection = unknownConnection, .service = appServiceName, .callerFamily = {}});
-    });
+    OnPlatform([&] { instance = m_platform.StartInstance(std::move(content)); });
     return instance.value_or(0);
-}
-
-void LocalDevice::Cancel(std::uint32_t instance, std::uint32_t reason)
-{
-    m_platform.Work().PostAndWait([&] { m_platform.CancelInstance(instance, reason); });
-}
-
-void LocalDevice::Push(std::wstring const& payload)
-{
-    Command(sim::Push{payload});
-}
-
-void LocalDevice::AdvanceClock(std::int64_t minutes)
-{
-    Command(sim::AdvanceClock{minutes});
-}
-
-void LocalDevice::RevokeChannel()
-{
-    Command(sim::RevokeChannel{});
-}
-
-void LocalDevice::ReplaceChannel(std::wstring uri)
-{
-    m_platform.Work().PostAndWait([&] { m_platform.ReplaceChannel(std::move(uri)); });
-}
-
-void LocalDevice::CancelTasks(std::uint32_t reason)
-{
-    Command(sim::CancelTasks{reason});
 }
 
 std::vector<std::wstring> LocalDevice::TaskNames()
 {
     std::vector<std::wstring> names;
-    m_platform.Work().PostAndWait([&] { names = m_platform.TaskNames(); });
+    OnPlatform([&] { names = m_platform.TaskNames(); });
     return names;
 }
 
@@ -332,36 +270,6 @@ void LocalDevice::WaitUntilQuiet()
     } while (m_platform.Work().WaitUntilIdle() != before);
 }
 
-std::vector<unsigned> LocalDevice::Completions() const
-{
-    return m_app->Deferrals().All();
-}
-
-void LocalDevice::WaitForCompletions(std::size_t request, unsigned count) const
-{
-    m_app->Deferrals().WaitFor(request, count);
-}
-
-void LocalDevice::SetWindowContent(IInspectable content)
-{
-    m_app->SetWindowContent(std::move(content));
-}
-
-void LocalDevice::SetPackageFolder(std::wstring folder)
-{
-    m_app->SetPackageFolder(std::move(folder));
-}
-
-void LocalDevice::End()
-{
-    m_app->End();
-}
-
-LocalDevice::Launched LocalDevice::WaitForLaunch()
-{
-    return m_app->WaitForLaunch();
-}
-
 std::size_t LocalDevice::UnfetchedLaunches()
 {
     m_platform.Work().WaitUntilIdle();
@@ -371,11 +279,6 @@ std::size_t LocalDevice::UnfetchedLaunches()
 bool LocalDevice::HasExited()
 {
     return std::ranges::count(Reports(), L"exit-announced", &Event::kind) > 0;
-}
-
-std::optional<std::int32_t> LocalDevice::Failure() const
-{
-    return m_app->Failure();
 }
 
 std::vector<Event> LocalDevice::Reports()

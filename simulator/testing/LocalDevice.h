@@ -15,21 +15,21 @@
 namespace sim
 {
 
-// A device within a test's process: the platform that serves real processes, spoken to through memory; "processes" are
-// the threads of this one. While it lives, the program's runtime classes are the simulator's, those of the app's
-// process, which is connected already; what a thread does in CallerScope belongs to a desktop program.
+// A device within a test's process: the platform that also serves real processes, with messages passed in memory and
+// threads in place of processes. While it exists, the program's runtime classes are the simulator's and belong to the
+// app's process, which is connected; in a CallerScope they belong to a desktop program.
 //
 //   sim::LocalDevice device;
-//   device.SetFault(L"CoreApplication.Exit now 0x80004005 1");          // as on the simulator's command line
+//   device.SetFault(L"CoreApplication.Exit now 0x80004005 1");          // as for sim fault
 //   std::thread app([] { Application::Start([](auto&&) { winrt::make<App>(); }); });
 //   device.Launch();
 //   auto launch = device.WaitForLaunch();                               // launch.group is L"LaunchHOV"
-//   launch.Complete();                                                  // what waited for it has run when it returns
+//   launch.Complete();                                                  // its continuations have run when it returns
 //   app.join();                                                         // Start has returned: the app has ended
 //
-// An app that does not end by itself is ended by End. Where a real process would end at once since an override failed,
-// here Start returns and Failure tells. All members may be called from any thread. A wait for what does not come within
-// 30 s throws std::runtime_error, which says what was missing.
+// End ends an app that does not end by itself. Where a real process would end at once because an override failed, here
+// Start returns and Failure has the HRESULT. All members may be called from any thread. A wait throws
+// std::runtime_error after 30 s, which says what is missing.
 class LocalDevice
 {
   public:
@@ -43,38 +43,44 @@ class LocalDevice
     LocalDevice& operator=(LocalDevice const&) = delete;
     ~LocalDevice();
 
-    // The one that lives. There must be one.
+    // The existing one. There must be one.
     static LocalDevice& Current() noexcept;
 
-    // CALL KIND [NUMBER] [TIMES] [after CALLS]. Throws Error when it makes no sense. A fault of a whole class strikes
-    // its next use, also when the class was used before: nobody must be using classes meanwhile.
+    // CALL KIND [NUMBER] [TIMES] [after CALLS]. Throws Error for wrong words. A fault of a whole class applies to its
+    // next use, also when the class was used before: no thread may use classes meanwhile.
     void SetFault(std::wstring_view words);
-    void ClearFaults();
+    void ClearFaults() { Command(sim::ClearFaults{}); }
 
-    // No fault strikes what this thread calls from now on: it is the world outside, not the app.
-    void SpareThisThread();
+    // The calls of this thread never fail from now on: it is not part of the app.
+    void SpareThisThread() { m_app->SpareThisThread(); }
 
-    // Before Start, too.
-    void Launch(std::wstring arguments = {});
-    void OpenUri(std::wstring uri);
-    void Suspend();
-    void RequestPage(std::wstring className);
+    // Also before Start.
+    void Launch(std::wstring arguments = {}) { Command(LaunchApp{std::move(arguments)}); }
+    void OpenUri(std::wstring uri) { Command(sim::OpenUri{std::move(uri)}); }
+    void Suspend() { Command(SuspendApp{}); }
+    void RequestPage(std::wstring className) { Command(sim::RequestPage{std::move(className)}); }
 
-    // A background task of that name, which no registration is behind; its instance.
+    // Starts a background task of that name, without a registration; returns its instance.
     std::uint32_t ActivateTask(std::wstring name, Trigger trigger = Trigger::Timer, std::wstring payload = {});
 
-    // The app service for a connection that nobody has opened: what is sent on it fails. Its instance.
+    // Starts the app service for a connection that no caller has opened, on which sending fails; returns its instance.
     std::uint32_t ActivateAppService();
 
     // Cancels one of those instances.
-    void Cancel(std::uint32_t instance, std::uint32_t reason);
+    void Cancel(std::uint32_t instance, std::uint32_t reason)
+    {
+        OnPlatform([&] { m_platform.CancelInstance(instance, reason); });
+    }
 
-    // The push service, the clock in minutes, the user and the system.
-    void Push(std::wstring const& payload);
-    void AdvanceClock(std::int64_t minutes);
-    void RevokeChannel();
-    void ReplaceChannel(std::wstring uri);
-    void CancelTasks(std::uint32_t reason);
+    // What the push service, the clock (in minutes), the user and the system do.
+    void Push(std::wstring const& payload) { Command(sim::Push{payload}); }
+    void AdvanceClock(std::int64_t minutes) { Command(sim::AdvanceClock{minutes}); }
+    void RevokeChannel() { Command(sim::RevokeChannel{}); }
+    void ReplaceChannel(std::wstring uri)
+    {
+        OnPlatform([&] { m_platform.ReplaceChannel(std::move(uri)); });
+    }
+    void CancelTasks(std::uint32_t reason) { Command(sim::CancelTasks{reason}); }
 
     // The app's data on the device.
     std::wstring DataFolder() const { return m_app->DataFolder(); }
@@ -82,44 +88,45 @@ class LocalDevice
     // The names of the registered tasks, in the order of registration.
     std::vector<std::wstring> TaskNames();
 
-    // The process of the callers is killed; what they open from now on is another one's.
+    // Kills the process of the callers; a new one takes its place.
     void KillCaller();
 
-    // The process of the callers: of those that open app services.
+    // The process of the callers, which open app services.
     std::shared_ptr<LocalProcess> Caller() const;
 
-    // Waits until all that was asked for is answered, all that the platform had to say is delivered, and all that came
-    // of either, up to where it waited for something else, has returned.
+    // Waits until all requests are answered, all messages of the platform are delivered, and all work that results has
+    // returned or waits for something else.
     void WaitUntilQuiet();
 
     // How often the deferrals of each request to the app were completed, in the order in which the requests came.
-    std::vector<unsigned> Completions() const;
+    std::vector<unsigned> Completions() const { return m_app->Deferrals().All(); }
 
     // Waits until that request, counted from 0, was completed so often.
-    void WaitForCompletions(std::size_t request, unsigned count) const;
+    void WaitForCompletions(std::size_t request, unsigned count) const { m_app->Deferrals().WaitFor(request, count); }
 
-    // What the app's window holds when it is made; nothing unless set. Before the first foreground activation.
-    void SetWindowContent(IInspectable content);
+    // The content that the app's window has when it is created; none by default. Called before the first foreground
+    // activation.
+    void SetWindowContent(IInspectable content) { m_app->SetWindowContent(std::move(content)); }
 
-    // Where the app's package lies: its manifest and its markup. Nowhere unless set: the app has no package.
-    void SetPackageFolder(std::wstring folder);
+    // The folder of the app's package, with its manifest and markup. By default the app has no package.
+    void SetPackageFolder(std::wstring folder) { m_app->SetPackageFolder(std::move(folder)); }
 
-    // Ends the app from outside, once its thread is free.
-    void End();
+    // Ends the app once its UI thread is idle.
+    void End() { m_app->End(); }
 
     // The next launch in order; waits for it.
-    Launched WaitForLaunch();
+    Launched WaitForLaunch() { return m_app->WaitForLaunch(); }
 
-    // How many were asked for and not fetched with WaitForLaunch.
+    // The number of launches that WaitForLaunch has not returned yet.
     std::size_t UnfetchedLaunches();
 
-    // Whether the app asked for its end (CoreApplication.Exit).
+    // Whether the app has called CoreApplication.Exit.
     bool HasExited();
 
-    // The result code of the override that failed.
-    std::optional<std::int32_t> Failure() const;
+    // The HRESULT of the override that failed.
+    std::optional<std::int32_t> Failure() const { return m_app->Failure(); }
 
-    // What happened on the device, as in its journal.
+    // The device's events, as in its journal.
     std::vector<Event> Reports();
 
     // Waits for an event of that kind; the n-th of them, counted from 1.
@@ -131,17 +138,22 @@ class LocalDevice
     Shown Command(AnyRequest request);
     std::shared_ptr<LocalProcess> NewCaller();
 
+    // Runs the work on the platform's thread and waits for it.
+    void OnPlatform(Dispatcher::Work const& work) { m_platform.Work().PostAndWait(work); }
+
+    std::uint32_t StartInstance(TaskInstances::Content content);
+
     Device m_device;
     SystemTime m_time;
     Platform m_platform;
     std::thread m_work;                         // runs the platform
-    std::shared_ptr<CommandLine> m_commandLine; // which follows the journal, too
+    std::shared_ptr<CommandLine> m_commandLine; // receives the events, too
     std::shared_ptr<LocalProcess> m_app;
     mutable std::mutex m_mutex;                           // over the next
-    std::vector<std::shared_ptr<LocalProcess>> m_callers; // the last one has not been killed
+    std::vector<std::shared_ptr<LocalProcess>> m_callers; // all but the last one are killed
 };
 
-// What this thread does meanwhile is done by the callers' process.
+// In this scope the thread belongs to the callers' process.
 class CallerScope
 {
   public:

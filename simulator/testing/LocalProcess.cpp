@@ -151,7 +151,7 @@ IInspectable LocalProcess::WindowContent()
     return m_windowContent;
 }
 
-// What the test does with the app's classes afterwards is done by another process of the package.
+// What the test does with the app's classes from now on belongs to another process of the package.
 void LocalProcess::AppEnded()
 {
     CloseConnection();

@@ -16,13 +16,13 @@
 namespace sim
 {
 
-// The host of a "process" that is some threads of the test's. It speaks to the platform through memory. What it is
-// asked to do on a device that is no more is lost, as between processes.
+// The host of a simulated process: threads of the test that exchange messages with the platform in memory. Messages to
+// a device that no longer exists are lost, as between processes.
 class LocalProcess : public Host
 {
   public:
-    // A launch of the desktop component that the app has asked for, and the platform's answer, which the app does not
-    // have yet.
+    // A launch of the desktop component that the app has requested, with the platform's answer, which the app has not
+    // received yet.
     struct Launched
     {
         std::wstring application;
@@ -30,21 +30,21 @@ class LocalProcess : public Host
         std::shared_ptr<LocalProcess> process;
         Answer answer;
 
-        // Once. result: takes the place of the platform's success. Runs the app's continuations on a thread of the
-        // multi-threaded apartment and waits for them. Not called at all, the operation never ends.
+        // Called at most once. result: replaces the platform's success. Runs the app's continuations on a thread of the
+        // multi-threaded apartment and waits for them. Until it is called the operation does not complete.
         void Complete(std::int32_t result = 0) const;
     };
 
     // platform: outlives this.
     LocalProcess(Device const& device, Platform& platform) : Host(device), m_platform(platform) {}
 
-    // Connects as the process of that id.
+    // Connects as the process with that id.
     void Start(std::uint32_t id);
 
-    // Its connection closes; it is still told what others answer.
+    // Closes its connection; it still receives answers.
     void CloseConnection();
 
-    // No fault strikes what the calling thread calls from now on.
+    // The calls of this thread never fail from now on.
     void SpareThisThread();
 
     void SetWindowContent(IInspectable content);
@@ -80,7 +80,7 @@ class LocalProcess : public Host
     std::condition_variable m_launchCame;
     std::shared_ptr<Peer> m_peer;
     std::uint32_t m_id = 0;
-    std::map<std::uint32_t, LaunchDesktop> m_launches; // asked for, by the number of the request
+    std::map<std::uint32_t, LaunchDesktop> m_launches; // requested, by the number of the request
     std::deque<Launched> m_launched;
     std::set<unsigned long> m_sparedThreads;
     IInspectable m_windowContent;

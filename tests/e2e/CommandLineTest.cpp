@@ -195,7 +195,7 @@ TEST_F(CommandLine, RecordsWhatWasPlayedByHandAsAScenarioThatPasses)
     auto const recorded = Wait(Start(L"play --record \"" + scenario + L"\"", input));
     EXPECT_EQ(recorded.exitCode, 0u) << sim::ToUtf8(recorded.output);
     EXPECT_NE(recorded.output.find(L"sim: there is no step lunch\n"), std::wstring::npos);
-    EXPECT_NE(recorded.output.find(L"sim: what comes is expected by itself\n"), std::wstring::npos);
+    EXPECT_NE(recorded.output.find(L"sim: results are recorded by themselves\n"), std::wstring::npos);
     EXPECT_EQ(test::ReadBytes(scenario),
               "register\n"
               "expect event package-registered family={family} version=1.0.0.0\n"

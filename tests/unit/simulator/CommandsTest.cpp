@@ -5,7 +5,7 @@
 #include "simulator/client/DeviceCommands.h"
 #include "simulator/protocol/CancellationReason.h"
 #include "simulator/protocol/Fault.h"
-#include "simulator/scenario/Play.h"
+#include "simulator/scenario/Player.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -99,7 +99,7 @@ TEST(CommandsTest, HelpIsThereForEachOfThem)
 
 TEST(CommandsTest, HelpForPlayingNamesTheSteps)
 {
-    EXPECT_NE(OutputOf({L"help", L"play"}).find(sim::ScenarioSteps()), std::wstring::npos);
+    EXPECT_NE(OutputOf({L"help", L"play"}).find(sim::Player::Help()), std::wstring::npos);
 }
 
 TEST(CommandsTest, WithoutAnyWordTheyAreListed)
@@ -110,7 +110,7 @@ TEST(CommandsTest, WithoutAnyWordTheyAreListed)
 TEST(CommandsTest, HelpNamesEachKindOfFault)
 {
     auto const starts = LineStarts(OutputOf({L"help", L"fault"}));
-    EXPECT_EQ(sim::FaultKindNames().size(), static_cast<std::size_t>(LastOf(sim::FaultKind())) + 1);
+    EXPECT_EQ(sim::FaultKindNames().size(), static_cast<std::size_t>(sim::FaultKind::Last) + 1);
     for (auto const name : sim::FaultKindNames())
     {
         EXPECT_TRUE(Has(starts, name)) << sim::ToUtf8(name);

@@ -118,21 +118,21 @@ TEST(DeviceCommandsTest, RefuseAnUnknownCommand)
 
 TEST(DeviceCommandsTest, RefuseTooFewAndTooManyWords)
 {
-    EXPECT_EQ(RefusalOfLine(L"protocol"), L"call it so: protocol URI");
-    EXPECT_EQ(RefusalOfLine(L"clock +1h +1h"), L"call it so: clock [+TIME]");
+    EXPECT_EQ(RefusalOfLine(L"protocol"), L"usage: protocol URI");
+    EXPECT_EQ(RefusalOfLine(L"clock +1h +1h"), L"usage: clock [+TIME]");
     for (auto const& command : sim::DeviceCommands())
     {
         sim::Words words(command.fewestWords, L"x"); // the command's name and one too few
         if (!words.empty())
         {
             words[0] = command.name;
-            EXPECT_EQ(RefusalOf(words).find(L"call it so: "), 0u) << testing::PrintToString(command.name);
+            EXPECT_EQ(RefusalOf(words).find(L"usage: "), 0u) << testing::PrintToString(command.name);
         }
         if (command.mostWords < 10)
         {
             words.assign(command.mostWords + 2, L"x");
             words[0] = command.name;
-            EXPECT_EQ(RefusalOf(words).find(L"call it so: "), 0u) << testing::PrintToString(command.name);
+            EXPECT_EQ(RefusalOf(words).find(L"usage: "), 0u) << testing::PrintToString(command.name);
         }
     }
 }
@@ -141,15 +141,15 @@ TEST(DeviceCommandsTest, PutTheClockOnlyForward)
 {
     for (auto const* step : {L"24h", L"+h", L"+0h", L"+1w", L"", L"+", L"+-1h", L"-1h", L"+4294967296d", L"+1"})
     {
-        EXPECT_EQ(RefusalOf({L"clock", step}), L"the clock is put forward so: +15m, +24h or +30d")
+        EXPECT_EQ(RefusalOf({L"clock", step}), L"expected a time such as +15m, +24h or +30d")
             << testing::PrintToString(step);
     }
 }
 
 TEST(DeviceCommandsTest, RegisterOneFolder)
 {
-    EXPECT_EQ(RefusalOfLine(L"register C:\\a C:\\b"), L"one folder at a time");
-    EXPECT_EQ(RefusalOfLine(L"update C:\\a --force"), L"one folder at a time");
+    EXPECT_EQ(RefusalOfLine(L"register C:\\a C:\\b"), L"expected one folder");
+    EXPECT_EQ(RefusalOfLine(L"update C:\\a --force"), L"expected one folder");
 }
 
 TEST(DeviceCommandsTest, RefuseAnUnknownReason)
@@ -171,7 +171,7 @@ TEST(DeviceCommandsTest, RefuseAPushWithoutTheUriOrWithMoreThanAPayload)
 {
     for (auto const* words : {L"push --uri", L"push one two", L"push one two three"})
     {
-        EXPECT_EQ(RefusalOfLine(words), L"a push is sent so: [--uri URI] [PAYLOAD]") << testing::PrintToString(words);
+        EXPECT_EQ(RefusalOfLine(words), L"usage: push [--uri URI] [PAYLOAD]") << testing::PrintToString(words);
     }
 }
 

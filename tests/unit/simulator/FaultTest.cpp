@@ -81,7 +81,7 @@ TEST(FaultTest, ThatTheCallDoesNotKnowIsRefused)
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit never"),
               L"CoreApplication.Exit is not asynchronous: it has no completion; use now");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit null"),
-              L"CoreApplication.Exit hands out nothing that could be null; use now");
+              L"CoreApplication.Exit returns nothing that could be null; use now");
     EXPECT_EQ(ErrorOf(Launch(L"status 1")), L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync "
                                             L"completes with no status; use completion");
     EXPECT_EQ(ErrorOf(L"AppServiceConnection.OpenAsync status 0"), L"the status 0 is success");
@@ -94,8 +94,8 @@ TEST(FaultTest, ThatIsIncompleteOrOverfullIsRefused)
               L"there is no fault later; use now, completion, never, null, delay, cancelled, status, unheard or ended");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now"), L"now needs a number: result");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now soon"), L"soon is no number (result)");
-    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 5"), L"5 is no failing result code (they begin with 0x8)");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 5"), L"5 is no failing HRESULT (they begin with 0x8)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 often"), L"often is no number (how many times)");
-    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 1 2"), L"what is meant by 2 after the fault?");
+    EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 1 2"), L"unexpected 2 after the fault");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 after"), L"after needs a number: how many calls before it");
 }

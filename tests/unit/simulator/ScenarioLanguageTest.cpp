@@ -1,6 +1,5 @@
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
-#include "simulator/scenario/Play.h"
 #include "simulator/scenario/Player.h"
 
 #include <gtest/gtest.h>
@@ -42,7 +41,7 @@ TEST(ScenarioLanguageTest, IsOnItsPage)
 
 TEST(ScenarioLanguageTest, IsInTheHelp)
 {
-    auto const help = sim::ScenarioSteps();
+    auto const help = sim::Player::Help();
     for (auto const& step : sim::Player::Steps())
     {
         EXPECT_NE(help.find(L"\n  " + step.Usage() + L" "), std::wstring::npos) << sim::ToUtf8(step.Usage());

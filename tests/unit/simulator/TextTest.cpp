@@ -1,6 +1,8 @@
 #include "simulator/base/Text.h"
 
 #include <gtest/gtest.h>
+#include <string>
+#include <vector>
 
 TEST(TextTest, ParsingANumberTakesDecimalAndHexadecimalOf32Bits)
 {
@@ -42,4 +44,20 @@ TEST(TextTest, AlignsToAWidthAndNeverCuts)
     EXPECT_EQ(sim::RightAligned(12, 4), L"  12");
     EXPECT_EQ(sim::RightAligned(12, 4, L'0'), L"0012");
     EXPECT_EQ(sim::RightAligned(12345, 4), L"12345");
+}
+
+TEST(TextTest, ListsTextsWithASeparator)
+{
+    using Texts = std::vector<std::wstring>;
+    EXPECT_EQ(sim::Listed(Texts{}, L", "), L"");
+    EXPECT_EQ(sim::Listed(Texts{L"a"}, L", "), L"a");
+    EXPECT_EQ(sim::Listed(Texts{L"a", L"b"}, L", "), L"a, b");
+    EXPECT_EQ(sim::Listed(Texts{L"", L"a", L""}, L", "), L", a, ");
+}
+
+TEST(TextTest, WritesHexadecimalDigits)
+{
+    EXPECT_EQ(sim::HexDigits(0xA, 2), L"0A");
+    EXPECT_EQ(sim::HexDigits(0x1F, 1), L"F");
+    EXPECT_EQ(sim::Hex(0x8007000E), L"0x8007000E");
 }
