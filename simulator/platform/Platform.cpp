@@ -35,7 +35,8 @@ catch (std::exception const& error)
 Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
                    std::function<void()> switchOff, Limits limits, JournalFile journalFile)
     : m_device(device), m_dispatcher(time, [this](std::exception const& error) { NoteFailure(ReasonOf(error)); }),
-      m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring())),
+      m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring()),
+                time),
       m_session(device.SessionFile(), m_journal), m_clock({device.ClockFile(), m_journal}, time),
       m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)), m_processes(std::move(processes)),
       m_app(m_device, m_registration, m_journal, *m_processes),
@@ -54,7 +55,7 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
         m_dispatcher.Post(
             [this, id, exitCode] { Doing(L"the end of a process", [&] { ProcessEnded(id, exitCode); }); });
     });
-    m_sessionStart = Now();
+    m_sessionStart = m_journal.Now();
     if (m_session.Exists())
     {
         TakeSessionOver();
