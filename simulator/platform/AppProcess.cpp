@@ -84,10 +84,15 @@ void AppProcess::Activate(Activation::Content content)
     }
 }
 
-AppProcess::Activations AppProcess::Resume()
+AppProcess::Activations AppProcess::Release()
 {
     m_isHeld = false;
-    return StartForWaiting();
+    if (!m_process)
+    {
+        return StartForWaiting();
+    }
+    SendWaiting();
+    return {};
 }
 
 void AppProcess::Expect(unsigned long processId)
@@ -175,7 +180,7 @@ bool AppProcess::IsRunning() const noexcept
 
 bool AppProcess::RunsInBackgroundOnly() const noexcept
 {
-    return m_process && m_process->peer && !m_process->announcedExit && !m_process->isTerminated &&
+    return !m_isHeld && m_process && m_process->peer && !m_process->announcedExit && !m_process->isTerminated &&
            !m_process->wasInForeground &&
            std::ranges::none_of(m_waiting, [](auto const& waiting) { return IsForeground(waiting.activation); });
 }

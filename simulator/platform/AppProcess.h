@@ -29,11 +29,11 @@ class AppProcess
     // Throws Error when no package is registered or its process does not start; then the activation is lost.
     void Activate(Activation::Content content);
 
-    // While the package is updated, activations wait: they are for the process of the new version. Resume gives those
-    // that are lost as it does not start.
+    // While the package is updated, or the device sleeps or has no user, activations wait. Release gives those that are
+    // lost as the process does not start.
     void Hold() { m_isHeld = true; }
     bool IsHeld() const noexcept { return m_isHeld; }
-    Activations Resume();
+    Activations Release();
 
     // A process of that id, which was not started here, will connect as the app's.
     void Expect(unsigned long processId);

@@ -58,12 +58,6 @@ Shown Platform::AnswerTo(Peer const&, Push const& request)
     return {m_tasks.Push(m_channel, request)};
 }
 
-Shown Platform::AnswerTo(Peer const&, SetCondition const& request)
-{
-    m_tasks.Set(request);
-    return {};
-}
-
 Shown Platform::AnswerTo(Peer const&, AdvanceClock const& request)
 {
     if (request.minutes > 0)
@@ -146,6 +140,10 @@ Shown Platform::AnswerTo(Peer const&, ShowProcess const&)
 
 Shown Platform::Activate(Activation::Content content)
 {
+    if (auto const stop = m_tasks.StoppedBy(); !stop.empty())
+    {
+        throw Error(std::wstring(stop));
+    }
     m_app.Activate(std::move(content));
     return {m_app.Status()};
 }

@@ -232,7 +232,7 @@ void Platform::Handle(From const& from, TaskCompleted const& message)
     if (ended)
     {
         Ended(*ended);
-        ContinueUpdate();
+        ContinueStop();
         m_instances.WatchIdleness();
     }
 }
@@ -374,14 +374,14 @@ void Platform::ConnectionEnded(From const& from)
         Ended(ended); // first: what it was to get goes to the next process
     }
     Lost(m_app.ConnectionClosed(*from));
-    ContinueUpdate();
+    ContinueStop();
 }
 
 void Platform::ProcessEnded(unsigned long id, unsigned long exitCode)
 {
     Lost(m_app.ProcessEnded(id, exitCode));
     m_desktop.ProcessEnded(id, exitCode);
-    ContinueUpdate();
+    ContinueStop();
 }
 
 void Platform::Lost(AppProcess::Activations const& activations)

@@ -129,7 +129,12 @@ class Platform
     Shown Activate(Activation::Content content);
     Package OpenFor(std::wstring const& folder, bool isForced) const;
     void LoadState();
-    void ContinueUpdate();
+
+    // What the app has to end or stop for, and its running tasks to end first: an update, a logoff, sleep.
+    void StopAppFor(std::uint32_t reason);
+    void ContinueStop();
+    void FinishUpdate();
+
     void NeedApp() const;
     void NeedNoApp() const;
 
