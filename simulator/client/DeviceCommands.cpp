@@ -129,7 +129,10 @@ constexpr DeviceCommand commands[] = {
      Plain<UnregisterPackage>},
     {L"launch", L"[ARGUMENTS]", L"the user starts the app", L"", 0, 1, OfText<LaunchApp>},
     {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, OfText<OpenUri>},
-    {L"suspend", L"", L"the system suspends the app: its Suspending event is raised", L"", 0, 0, Plain<SuspendApp>},
+    {L"suspend", L"", L"the system suspends the app",
+     L"  Its Suspending event is raised. When that is dealt with, an app that nothing needs is suspended: its process\n"
+     L"  stops until the next activation. An idle app is suspended by itself, and ended soon afterwards.",
+     0, 0, Plain<SuspendApp>},
     {L"page", L"CLASS", L"the framework makes the app's page of that class",
      L"  In each of the two ways in which it can: by activating the class, and with the type that the app tells of "
      L"it.\n"
@@ -153,7 +156,8 @@ constexpr DeviceCommand commands[] = {
      0, 0, Put<Condition::LoggedOff, true>},
     {L"logon", L"", L"the user logs on again", L"", 0, 0, Put<Condition::LoggedOff, false>},
     {L"sleep", L"", L"the device goes to sleep",
-     L"  The background tasks that run are cancelled with SystemPolicy. Until sim wake pushes are lost and timers wait.",
+     L"  The background tasks that run are cancelled with SystemPolicy, then the app is suspended. Until sim wake pushes\n"
+     L"  are lost and timers wait.",
      0, 0, Put<Condition::Asleep, true>},
     {L"wake", L"", L"the device wakes up", L"", 0, 0, Put<Condition::Asleep, false>},
     {L"clock", L"[+TIME]", L"shows the device's clock, or puts it forward",

@@ -62,6 +62,14 @@ class AppProcess
     // Whether it runs, had nothing to do in the foreground and has not, and is not about to end.
     bool RunsInBackgroundOnly() const noexcept;
 
+    // Whether it runs, is not about to end, and all that was for it is taken.
+    bool HasTakenAll() const noexcept;
+
+    // Stops its threads until there is an activation for it; or until Release, unless it is in the background, and
+    // idle.
+    void Suspend();
+    bool IsSuspended() const noexcept { return m_process && m_process->isSuspended; }
+
     // Ends it from outside, as Task Manager does.
     void Kill();
 
@@ -80,7 +88,8 @@ class AppProcess
         bool tookActivation = false;
         bool wasInForeground = false;
         bool announcedExit = false;
-        bool isTerminated = false;                  // by the platform
+        bool isTerminated = false; // by the platform
+        bool isSuspended = false;
         std::optional<unsigned long> exitCode = {}; // once it has ended
     };
 
@@ -90,7 +99,14 @@ class AppProcess
         bool isSent = false;
     };
 
+    static bool IsSuspension(Waiting const& waiting) noexcept
+    {
+        return std::holds_alternative<Suspension>(waiting.activation.content);
+    }
+
+    bool IsActive() const noexcept; // connected, not about to end, and nothing is held
     void Start();
+    void Resume();
     void SendWaiting();
     void Report(Activation const& activation);
     Activations FinishIfOver();

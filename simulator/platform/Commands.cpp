@@ -35,7 +35,11 @@ Shown Platform::AnswerTo(Peer const&, OpenUri const& request)
 Shown Platform::AnswerTo(Peer const&, SuspendApp const&)
 {
     NeedApp();
-    m_app.Activate(Suspension{});
+    if (m_app.IsSuspended())
+    {
+        throw Error(L"the app is suspended already");
+    }
+    m_lifetime.Suspend();
     return {};
 }
 

@@ -33,7 +33,7 @@ catch (std::exception const& error)
 } // namespace
 
 Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
-                   std::function<void()> switchOff, Limits limits, JournalFile journalFile)
+                   std::function<void()> switchOff, Limits const& limits, JournalFile journalFile)
     : m_device(device), m_dispatcher(time, [this](std::exception const& error) { NoteFailure(ReasonOf(error)); }),
       m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring()),
                 time),
@@ -41,8 +41,9 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
       m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)), m_processes(std::move(processes)),
       m_app(m_device, m_registration, m_journal, *m_processes),
       m_desktop(m_device, m_registration, m_journal, *m_processes), m_channel(m_journal, m_clock),
-      m_instances(m_app, m_journal, m_dispatcher, limits), m_services(m_registration, m_app, m_instances, m_journal),
-      m_tasks(m_journal, m_clock, m_instances)
+      m_instances(m_app, m_journal, m_dispatcher, limits),
+      m_lifetime(m_app, m_instances, m_journal, m_dispatcher, limits),
+      m_services(m_registration, m_app, m_instances, m_journal), m_tasks(m_journal, m_clock, m_instances)
 {
     LoadState();
     m_journal.Listen([this](Event const& event) {
@@ -180,15 +181,28 @@ void Platform::Handle(From const& from, Hello const& message)
 void Platform::Handle(From const& from, ActivationTaken const& message)
 {
     auto const activation = m_app.Taken(*from, message.activation);
-    if (activation)
+    if (!activation)
     {
-        m_instances.Taken(from, InstanceOf(*activation));
+        return;
+    }
+    m_instances.Taken(from, InstanceOf(*activation));
+    if (std::holds_alternative<Suspension>(activation->content))
+    {
+        m_lifetime.SuspendingTaken();
     }
 }
 
 void Platform::Handle(From const& from, sim::ExitAnnounced const&)
 {
     m_app.ExitAnnounced(*from);
+}
+
+void Platform::Handle(From const& from, sim::SuspendingCompleted const&)
+{
+    if (m_app.IsPeer(*from))
+    {
+        m_lifetime.SuspendingCompleted();
+    }
 }
 
 void Platform::Handle(From const& from, FaultStruck const& message)
@@ -233,7 +247,7 @@ void Platform::Handle(From const& from, TaskCompleted const& message)
     {
         Ended(*ended);
         ContinueStop();
-        m_instances.WatchIdleness();
+        m_lifetime.Watch();
     }
 }
 

@@ -71,12 +71,17 @@ void Platform::ContinueStop()
         if (m_app.IsHeld())
         {
             Lost(m_app.Release());
-            m_instances.WatchIdleness();
+            m_lifetime.Watch();
         }
         return;
     }
-    if (m_instances.IsAnyRunning() || m_tasks.Holds(Condition::Asleep))
+    if (m_instances.IsAnyRunning())
     {
+        return;
+    }
+    if (m_tasks.Holds(Condition::Asleep))
+    {
+        m_app.Suspend();
         return;
     }
     if (m_app.IsRunning())

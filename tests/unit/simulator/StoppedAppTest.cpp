@@ -111,14 +111,59 @@ TEST_F(StoppedAppTest, IsThereAgainAfterTheDevicesSleep)
     EXPECT_EQ(Reports(),
               (Texts{L"condition power=asleep", L"task-cancelled instance=1 name=Push wake=1 reason=SystemPolicy"}));
     EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{1, 0, sim::CancellationReason::systemPolicy}));
+    EXPECT_TRUE(m_processes->suspended.empty());
     Complete(0);
+    EXPECT_EQ(Reports(), (Texts{L"task-completed instance=1 name=Push wake=1", L"app-suspended"}));
     ExpectStopped(L"the device is asleep", L"asleep");
     Pass(sim::Limits().idle);
     EXPECT_TRUE(Ended().empty());
+    EXPECT_EQ(m_processes->suspended, std::vector<unsigned long>{7});
+    EXPECT_TRUE(m_processes->resumed.empty());
     Set(Condition::Asleep, false);
-    EXPECT_EQ(Reports(), (Texts{L"condition power=awake", L"task-started instance=2 name=Daily wake=2"}));
+    EXPECT_EQ(Reports(),
+              (Texts{L"condition power=awake", L"task-started instance=2 name=Daily wake=2", L"app-resumed wake=2"}));
+    EXPECT_EQ(m_processes->resumed, std::vector<unsigned long>{7});
     ASSERT_EQ(m_activations.size(), 2u);
     EXPECT_EQ(TaskAt(1).task, L"Daily");
+}
+
+TEST_F(StoppedAppTest, GoesOnAfterTheDevicesSleepIfTheUserHadLaunchedIt)
+{
+    Set(Condition::Asleep, true);
+    EXPECT_EQ(Reports(), (Texts{L"condition power=asleep", L"app-suspended"}));
+    Set(Condition::Asleep, false);
+    EXPECT_EQ(Reports(), (Texts{L"condition power=awake", L"app-resumed"}));
+}
+
+TEST_F(StoppedAppTest, GoesOnWithItsStartAfterTheDevicesSleep)
+{
+    StartInBackground();
+    KillApp();
+    Push();
+    Set(Condition::Asleep, true);
+    EXPECT_EQ(m_processes->suspended, std::vector<unsigned long>{101});
+    Set(Condition::Asleep, false);
+    EXPECT_EQ(m_processes->resumed, std::vector<unsigned long>{101});
+    EXPECT_EQ(LastEvent().Text(), L"app-resumed wake=1");
+}
+
+TEST_F(StoppedAppTest, GoesOnWithItsExitAfterTheDevicesSleep)
+{
+    StartInBackground();
+    Say(m_app, sim::ExitAnnounced{});
+    Set(Condition::Asleep, true);
+    Set(Condition::Asleep, false);
+    EXPECT_EQ(m_processes->suspended, std::vector<unsigned long>{7});
+    EXPECT_EQ(m_processes->resumed, std::vector<unsigned long>{7});
+}
+
+TEST_F(StoppedAppTest, StaysSuspendedAfterTheDevicesSleepInTheBackground)
+{
+    StartInBackground();
+    Set(Condition::Asleep, true);
+    Set(Condition::Asleep, false);
+    EXPECT_EQ(Reports(), (Texts{L"condition power=asleep", L"app-suspended", L"condition power=awake"}));
+    EXPECT_TRUE(m_processes->resumed.empty());
 }
 
 TEST_F(StoppedAppTest, GetsWhatWaitsAlsoWhenTheDeviceWakesBeforeItsTasksHaveEnded)
