@@ -132,10 +132,16 @@ class Platform
     Package OpenFor(std::wstring const& folder, bool isForced) const;
     void LoadState();
 
+    struct Update
+    {
+        Package package;
+        AnyReply reply;
+    };
+
     // What the app has to end or stop for, and its running tasks to end first: an update, a logoff, sleep.
     void StopAppFor(std::uint32_t reason);
     void ContinueStop();
-    void FinishUpdate();
+    void Finish(Update& update); // the new version is registered
 
     void NeedApp() const;
     void NeedNoApp() const;
@@ -151,12 +157,6 @@ class Platform
     void ConnectionEnded(From const& from);
     void Lost(AppProcess::Activations const& activations);
     void Ended(TaskInstances::Ended const& instance);
-
-    struct Update
-    {
-        Package package;
-        AnyReply reply;
-    };
 
     Device const m_device;
     Dispatcher m_dispatcher;

@@ -43,7 +43,7 @@ Shown Platform::AnswerTo(Peer const&, SetCondition const& request)
 {
     auto const& traits = TraitsOf(request.condition);
     m_tasks.Set(request);
-    if (request.holds && traits.stopsTheApp)
+    if (request.holds && traits.stopsTheApp && traits.cancels)
     {
         StopAppFor(*traits.cancels);
     }
@@ -89,18 +89,15 @@ void Platform::ContinueStop()
         m_app.Terminate();
         return;
     }
-    if (m_update)
+    if (auto update = std::exchange(m_update, std::nullopt))
     {
-        FinishUpdate();
+        Finish(*update);
         ContinueStop();
     }
 }
 
-// The new version is registered.
-void Platform::FinishUpdate()
+void Platform::Finish(Update& update)
 {
-    auto update = std::move(*m_update);
-    m_update.reset();
     try
     {
         m_registration.Set(std::move(update.package));
