@@ -1,11 +1,16 @@
 #include "simulator/broker/WindowsProcessStarter.h"
 
-#include "simulator/base/Handle.h"
 #include "simulator/base/Text.h"
 
 #include <algorithm>
 #include <atomic>
 #include <windows.h>
+
+#include <winternl.h>
+
+// Of the whole process; the documented functions know threads only.
+extern "C" NTSTATUS NTAPI NtSuspendProcess(HANDLE process);
+extern "C" NTSTATUS NTAPI NtResumeProcess(HANDLE process);
 
 namespace sim
 {
@@ -50,6 +55,16 @@ std::wstring EnvironmentBlock(ProcessRequest const& request)
     return block + L'\0';
 }
 
+// Its processes end with its last handle.
+Handle MakeJob()
+{
+    Handle job(CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    return job;
+}
+
 } // namespace
 
 // A process until it has been seen to end.
@@ -75,13 +90,9 @@ class WindowsProcessStarter::Watch
 
     bool IsOver() const noexcept { return m_isOver; }
 
-    void Kill(unsigned long id, unsigned long exitCode) const
-    {
-        if (id == m_id && !m_isOver)
-        {
-            TerminateProcess(m_process.Get(), exitCode);
-        }
-    }
+    bool Runs(unsigned long id) const noexcept { return id == m_id && !m_isOver; }
+
+    HANDLE Process() const noexcept { return m_process.Get(); }
 
   private:
     static void CALLBACK OnEnd(PTP_CALLBACK_INSTANCE, void* context, PTP_WAIT, TP_WAIT_RESULT)
@@ -100,7 +111,7 @@ class WindowsProcessStarter::Watch
     std::atomic<bool> m_isOver = false;
 };
 
-WindowsProcessStarter::WindowsProcessStarter()
+WindowsProcessStarter::WindowsProcessStarter() : m_job(MakeJob())
 {
     // Inherited by what is started: a crash ends the process at once instead of asking a debugger or a person.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
@@ -134,10 +145,37 @@ StartedProcess WindowsProcessStarter::Start(ProcessRequest const& request)
 void WindowsProcessStarter::Kill(unsigned long id, unsigned long exitCode)
 {
     std::lock_guard const lock(m_mutex);
-    for (auto const& watch : m_watches)
+    if (auto* const process = Running(id))
     {
-        watch->Kill(id, exitCode);
+        TerminateProcess(process, exitCode);
     }
+}
+
+bool WindowsProcessStarter::Suspend(unsigned long id)
+{
+    std::lock_guard const lock(m_mutex);
+    auto* const process = Running(id);
+    if (!process)
+    {
+        return false;
+    }
+    AssignProcessToJobObject(m_job.Get(), process); // fails for one that is there already
+    return NtSuspendProcess(process) >= 0;
+}
+
+void WindowsProcessStarter::Resume(unsigned long id)
+{
+    std::lock_guard const lock(m_mutex);
+    if (auto* const process = Running(id))
+    {
+        NtResumeProcess(process);
+    }
+}
+
+HANDLE WindowsProcessStarter::Running(unsigned long id) const
+{
+    auto const found = std::ranges::find_if(m_watches, [&](auto const& watch) { return watch->Runs(id); });
+    return found == m_watches.end() ? nullptr : (*found)->Process();
 }
 
 } // namespace sim

@@ -1,4 +1,5 @@
 #pragma once
+#include "simulator/base/Handle.h"
 #include "simulator/platform/ProcessStarter.h"
 
 #include <list>
@@ -19,11 +20,17 @@ class WindowsProcessStarter : public ProcessStarter
 
     StartedProcess Start(ProcessRequest const& request) override;
     void Kill(unsigned long id, unsigned long exitCode) override;
+    bool Suspend(unsigned long id) override;
+    void Resume(unsigned long id) override;
 
   private:
     class Watch;
 
+    // Null for one that has ended, or was not started here. With the lock held.
+    HANDLE Running(unsigned long id) const;
+
     Ended m_ended;
+    Handle m_job;       // ends those that were suspended, even if this process is killed
     std::mutex m_mutex; // over the next
     std::list<std::unique_ptr<Watch>> m_watches;
 };

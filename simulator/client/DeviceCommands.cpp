@@ -84,13 +84,20 @@ AnyRequest SendPush(Words const& words)
 template <Condition condition>
 AnyRequest Change(Words const& words)
 {
-    auto const& known = WordsFor(condition);
+    auto const& known = TraitsOf(condition);
     if (words[0] != known.holds && words[0] != known.ends)
     {
         throw Error(std::wstring(known.name) + L" is " + std::wstring(known.holds) + L" or " +
                     std::wstring(known.ends));
     }
     return SetCondition{condition, words[0] == known.holds};
+}
+
+// Of a condition that has a command for its beginning and one for its end.
+template <Condition condition, bool holds>
+AnyRequest Put(Words const&)
+{
+    return SetCondition{condition, holds};
 }
 
 AnyRequest Clock(Words const& words)
@@ -122,7 +129,10 @@ constexpr DeviceCommand commands[] = {
      Plain<UnregisterPackage>},
     {L"launch", L"[ARGUMENTS]", L"the user starts the app", L"", 0, 1, OfText<LaunchApp>},
     {L"protocol", L"URI", L"a URI of the app's protocol is opened", L"", 1, 1, OfText<OpenUri>},
-    {L"suspend", L"", L"the system suspends the app: its Suspending event is raised", L"", 0, 0, Plain<SuspendApp>},
+    {L"suspend", L"", L"the system suspends the app",
+     L"  Its Suspending event is raised. When that is dealt with, an app that nothing needs is suspended: its process\n"
+     L"  stops until the next activation. An idle app is suspended by itself, and ended soon afterwards.",
+     0, 0, Plain<SuspendApp>},
     {L"page", L"CLASS", L"the framework makes the app's page of that class",
      L"  By activating the class, and through the app's XAML type information. Neither displays the page. sim events\n"
      L"  shows the result. An app that is not running is started.",
@@ -134,10 +144,21 @@ constexpr DeviceCommand commands[] = {
      0, 3, SendPush},
     {L"access", L"denied | allowed", L"the user denies the app background access, or allows it",
      L"  While it is denied background tasks wait. They may be registered.", 1, 1, Change<Condition::AccessDenied>},
-    {L"battery", L"saver | normal", L"the battery saver is on, or not", L"  While it is on background tasks wait.", 1,
+    {L"battery", L"saver | normal", L"the battery saver is on, or not",
+     L"  When it comes on the background task that runs is cancelled with EnergySaver; while it is on tasks wait.", 1,
      1, Change<Condition::BatterySaver>},
     {L"network", L"off | on", L"the device has no network, or has it", L"  Without it raw notifications are lost.", 1,
      1, Change<Condition::NetworkOff>},
+    {L"logoff", L"", L"the user logs off",
+     L"  The background tasks that run are cancelled with LoggingOff, then the app is ended. Until sim logon pushes are\n"
+     L"  lost and timers wait. A shutdown begins so: sim restart goes on with it.",
+     0, 0, Put<Condition::LoggedOff, true>},
+    {L"logon", L"", L"the user logs on again", L"", 0, 0, Put<Condition::LoggedOff, false>},
+    {L"sleep", L"", L"the device goes to sleep",
+     L"  The background tasks that run are cancelled with SystemPolicy, then the app is suspended. Until sim wake pushes\n"
+     L"  are lost and timers wait.",
+     0, 0, Put<Condition::Asleep, true>},
+    {L"wake", L"", L"the device wakes up", L"", 0, 0, Put<Condition::Asleep, false>},
     {L"clock", L"[+TIME]", L"shows the device's clock, or puts it forward",
      L"  +15m, +24h or +30d. Timers that become due run, each once; a channel that becomes too old expires.", 0, 1,
      Clock},

@@ -84,10 +84,19 @@ void AppProcess::Activate(Activation::Content content)
     }
 }
 
-AppProcess::Activations AppProcess::Resume()
+AppProcess::Activations AppProcess::Release()
 {
     m_isHeld = false;
-    return StartForWaiting();
+    if (!m_process)
+    {
+        return StartForWaiting();
+    }
+    if (!IsActive() || m_process->wasInForeground || !m_waiting.empty())
+    {
+        Resume(); // it starts, ends, or has something to do
+    }
+    SendWaiting();
+    return {};
 }
 
 void AppProcess::Expect(unsigned long processId)
@@ -175,9 +184,32 @@ bool AppProcess::IsRunning() const noexcept
 
 bool AppProcess::RunsInBackgroundOnly() const noexcept
 {
-    return m_process && m_process->peer && !m_process->announcedExit && !m_process->isTerminated &&
-           !m_process->wasInForeground &&
+    return IsActive() && !m_process->isSuspended && !m_process->wasInForeground &&
            std::ranges::none_of(m_waiting, [](auto const& waiting) { return IsForeground(waiting.activation); });
+}
+
+bool AppProcess::HasTakenAll() const noexcept
+{
+    return IsActive() && std::ranges::all_of(m_waiting, [](auto const& waiting) { return IsSuspension(waiting); });
+}
+
+void AppProcess::Suspend()
+{
+    if (m_process && !m_process->isTerminated && !m_process->isSuspended && m_processes.Suspend(m_process->id))
+    {
+        m_process->isSuspended = true;
+        m_journal.Add(L"app-suspended");
+    }
+}
+
+void AppProcess::Resume()
+{
+    if (std::exchange(m_process->isSuspended, false))
+    {
+        m_journal.Add(L"app-resumed",
+                      WithWake({}, m_waiting.empty() ? 0 : WakeOf(m_waiting.front().activation.content)));
+        m_processes.Resume(m_process->id);
+    }
 }
 
 void AppProcess::Terminate()
@@ -204,11 +236,20 @@ std::wstring AppProcess::Status() const
     {
         text += L", ending";
     }
+    else if (IsSuspended())
+    {
+        text += L", suspended";
+    }
     if (!m_waiting.empty())
     {
         text += L", activations waiting: " + std::to_wstring(m_waiting.size());
     }
     return text;
+}
+
+bool AppProcess::IsActive() const noexcept
+{
+    return !m_isHeld && m_process && m_process->peer && !m_process->announcedExit && !m_process->isTerminated;
 }
 
 void AppProcess::Start()
@@ -228,10 +269,11 @@ void AppProcess::Start()
 
 void AppProcess::SendWaiting()
 {
-    if (m_isHeld || !m_process->peer || m_process->announcedExit || m_process->isTerminated)
+    if (!IsActive() || m_waiting.empty())
     {
         return;
     }
+    Resume();
     for (auto& waiting : m_waiting)
     {
         if (!waiting.isSent)
@@ -268,8 +310,7 @@ AppProcess::Activations AppProcess::FinishIfOver()
     }
     auto const process = *std::exchange(m_process, std::nullopt);
     ReportEnd(process);
-    std::erase_if(m_waiting,
-                  [](auto const& waiting) { return std::holds_alternative<Suspension>(waiting.activation.content); });
+    std::erase_if(m_waiting, IsSuspension);
     if (m_isHeld)
     {
         return {};

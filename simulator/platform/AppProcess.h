@@ -29,11 +29,11 @@ class AppProcess
     // Throws Error when no package is registered or its process does not start; then the activation is lost.
     void Activate(Activation::Content content);
 
-    // While the package is updated, activations wait: they are for the process of the new version. Resume gives those
-    // that are lost as it does not start.
+    // While the package is updated, or the device sleeps or has no user, activations wait. Release gives those that are
+    // lost as the process does not start.
     void Hold() { m_isHeld = true; }
     bool IsHeld() const noexcept { return m_isHeld; }
-    Activations Resume();
+    Activations Release();
 
     // A process of that id, which was not started here, will connect as the app's.
     void Expect(unsigned long processId);
@@ -62,6 +62,14 @@ class AppProcess
     // Whether it runs, had nothing to do in the foreground and has not, and is not about to end.
     bool RunsInBackgroundOnly() const noexcept;
 
+    // Whether it runs, is not about to end, and all that was for it is taken.
+    bool HasTakenAll() const noexcept;
+
+    // Stops its threads until there is an activation for it; or until Release, unless it is in the background, and
+    // idle.
+    void Suspend();
+    bool IsSuspended() const noexcept { return m_process && m_process->isSuspended; }
+
     // Ends it from outside, as Task Manager does.
     void Kill();
 
@@ -80,7 +88,8 @@ class AppProcess
         bool tookActivation = false;
         bool wasInForeground = false;
         bool announcedExit = false;
-        bool isTerminated = false;                  // by the platform
+        bool isTerminated = false; // by the platform
+        bool isSuspended = false;
         std::optional<unsigned long> exitCode = {}; // once it has ended
     };
 
@@ -90,7 +99,14 @@ class AppProcess
         bool isSent = false;
     };
 
+    static bool IsSuspension(Waiting const& waiting) noexcept
+    {
+        return std::holds_alternative<Suspension>(waiting.activation.content);
+    }
+
+    bool IsActive() const noexcept; // connected, not about to end, and nothing is held
     void Start();
+    void Resume();
     void SendWaiting();
     void Report(Activation const& activation);
     Activations FinishIfOver();

@@ -28,7 +28,7 @@ void AppServices::Open(std::shared_ptr<Peer> const& caller, OpenConnection const
     }
     if (m_app.IsHeld())
     {
-        reply({OpenStatus::AppUnavailable}); // the package is being updated
+        reply({OpenStatus::AppUnavailable});
         return;
     }
     auto const number = ++m_lastConnection;

@@ -4,6 +4,7 @@
 #include "simulator/base/Text.h"
 #include "simulator/protocol/CancellationReason.h"
 
+#include <algorithm>
 #include <combaseapi.h>
 
 namespace sim
@@ -104,9 +105,12 @@ std::wstring BackgroundTasks::Push(PushChannel const& channel, sim::Push const& 
     {
         return Lose(L"no-channel", L"the app has no open channel");
     }
-    if (Holds(Condition::NetworkOff))
+    for (auto const condition : m_conditions)
     {
-        return Lose(L"no-network", L"the device has no network");
+        if (auto const& traits = TraitsOf(condition); !traits.losesPushes.empty())
+        {
+            return Lose(traits.losesPushes, traits.text);
+        }
     }
     auto const wake = ++m_lastWake;
     m_journal.Add(L"push-sent", WithWake({Detail(L"bytes", std::to_wstring(size))}, wake));
@@ -157,15 +161,19 @@ void BackgroundTasks::RunDue()
 
 void BackgroundTasks::Set(SetCondition const& request)
 {
-    auto const& words = WordsFor(request.condition);
+    auto const& traits = TraitsOf(request.condition);
     if (request.holds == Holds(request.condition))
     {
         return;
     }
     request.holds ? static_cast<void>(m_conditions.insert(request.condition))
                   : static_cast<void>(m_conditions.erase(request.condition));
-    m_journal.Add(L"condition", {Detail(words.name, request.holds ? words.holds : words.ends)});
-    if (!words.holdsTasksBack.empty())
+    m_journal.Add(L"condition", {Detail(traits.name, request.holds ? traits.holds : traits.ends)});
+    if (request.holds && traits.cancels)
+    {
+        m_instances.Cancel(m_running.instance, *traits.cancels);
+    }
+    if (traits.holdsTasksBack)
     {
         StartNext();
         RunDue();
@@ -201,8 +209,8 @@ std::wstring BackgroundTasks::ConditionText() const
     std::wstring text;
     for (auto const condition : m_conditions)
     {
-        auto const& words = WordsFor(condition);
-        text += L"\ncondition " + std::wstring(words.name) + L" " + std::wstring(words.holds);
+        auto const& traits = TraitsOf(condition);
+        text += L"\ncondition " + std::wstring(traits.name) + L" " + std::wstring(traits.holds);
     }
     return text;
 }
@@ -228,16 +236,11 @@ void BackgroundTasks::StartNext()
     }
 }
 
-std::wstring_view BackgroundTasks::HeldBackBy() const
+std::wstring_view BackgroundTasks::TextOf(bool ConditionTraits::* trait) const
 {
-    for (auto const condition : m_conditions)
-    {
-        if (auto const why = WordsFor(condition).holdsTasksBack; !why.empty())
-        {
-            return why;
-        }
-    }
-    return {};
+    auto const found =
+        std::ranges::find_if(m_conditions, [&](auto const condition) { return TraitsOf(condition).*trait; });
+    return found == m_conditions.end() ? std::wstring_view() : TraitsOf(*found).text;
 }
 
 std::wstring BackgroundTasks::WaitsFor() const

@@ -50,6 +50,11 @@ class BackgroundTasks
     // The next wake has the number after this one.
     void NumberAfter(std::uint32_t last) noexcept { m_lastWake = last; }
 
+    // What keeps everything from the app; empty: nothing does.
+    std::wstring_view StoppedBy() const { return TextOf(&ConditionTraits::stopsTheApp); }
+
+    bool Holds(Condition condition) const { return m_conditions.contains(condition); }
+
     // For people: a line for each registration; for each task that waits, and why; for each condition that holds.
     std::wstring Text() const;
     std::wstring WaitingText() const;
@@ -71,8 +76,8 @@ class BackgroundTasks
 
     std::wstring Lose(std::wstring_view reason, std::wstring_view text);
     void StartNext();
-    bool Holds(Condition condition) const { return m_conditions.contains(condition); }
-    std::wstring_view HeldBackBy() const; // empty: nothing
+    std::wstring_view TextOf(bool ConditionTraits::* trait) const; // of a condition that has it; empty: none has
+    std::wstring_view HeldBackBy() const { return TextOf(&ConditionTraits::holdsTasksBack); }
     std::wstring WaitsFor() const;
 
     TaskRegistry m_registry;

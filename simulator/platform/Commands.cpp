@@ -35,7 +35,11 @@ Shown Platform::AnswerTo(Peer const&, OpenUri const& request)
 Shown Platform::AnswerTo(Peer const&, SuspendApp const&)
 {
     NeedApp();
-    m_app.Activate(Suspension{});
+    if (m_app.IsSuspended())
+    {
+        throw Error(L"the app is suspended already");
+    }
+    m_lifetime.Suspend();
     return {};
 }
 
@@ -56,12 +60,6 @@ Shown Platform::AnswerTo(Peer const&, Push const& request)
     static_cast<void>(m_registration.Need());
     m_channel.ClockAdvanced();
     return {m_tasks.Push(m_channel, request)};
-}
-
-Shown Platform::AnswerTo(Peer const&, SetCondition const& request)
-{
-    m_tasks.Set(request);
-    return {};
 }
 
 Shown Platform::AnswerTo(Peer const&, AdvanceClock const& request)
@@ -146,6 +144,10 @@ Shown Platform::AnswerTo(Peer const&, ShowProcess const&)
 
 Shown Platform::Activate(Activation::Content content)
 {
+    if (auto const stop = m_tasks.StoppedBy(); !stop.empty())
+    {
+        throw Error(std::wstring(stop));
+    }
     m_app.Activate(std::move(content));
     return {m_app.Status()};
 }

@@ -9,7 +9,7 @@
 namespace sim
 {
 
-Journal::Journal(std::wstring path) : m_path(std::move(path))
+Journal::Journal(std::wstring path, TimeSource const& time) : m_path(std::move(path)), m_time(time)
 {
     if (!m_path.empty() && !OpenFile())
     {

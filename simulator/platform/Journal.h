@@ -1,6 +1,7 @@
 #pragma once
 #include "simulator/base/Handle.h"
 #include "simulator/base/TypeName.h"
+#include "simulator/platform/TimeSource.h"
 #include "simulator/protocol/Event.h"
 
 #include <functional>
@@ -15,8 +16,12 @@ namespace sim
 class Journal
 {
   public:
-    // Appends to the file, made when missing; without a path there is none. Throws Error when it cannot be opened.
-    explicit Journal(std::wstring path);
+    // Appends to the file, made when missing; without a path there is none. time: outlives this. Throws Error when the
+    // file cannot be opened.
+    Journal(std::wstring path, TimeSource const& time);
+
+    // The stamp of an event that happens now.
+    Moment Now() const { return LocalMoment(m_time.Utc()); }
 
     // Called for each event, after it has been written.
     void Listen(std::function<void(Event const&)> listener);
@@ -37,6 +42,7 @@ class Journal
     Handle OpenFile() const;
 
     std::wstring m_path;
+    TimeSource const& m_time;
     std::function<void(Event const&)> m_listener;
 };
 

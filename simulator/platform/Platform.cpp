@@ -33,15 +33,17 @@ catch (std::exception const& error)
 } // namespace
 
 Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
-                   std::function<void()> switchOff, Limits limits, JournalFile journalFile)
+                   std::function<void()> switchOff, Limits const& limits, JournalFile journalFile)
     : m_device(device), m_dispatcher(time, [this](std::exception const& error) { NoteFailure(ReasonOf(error)); }),
-      m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring())),
+      m_journal((MakeFolder(device.Home()), journalFile == JournalFile::Kept ? device.JournalFile() : std::wstring()),
+                time),
       m_session(device.SessionFile(), m_journal), m_clock({device.ClockFile(), m_journal}, time),
       m_registration(m_device, m_journal), m_switchOff(std::move(switchOff)), m_processes(std::move(processes)),
       m_app(m_device, m_registration, m_journal, *m_processes),
       m_desktop(m_device, m_registration, m_journal, *m_processes), m_channel(m_journal, m_clock),
-      m_instances(m_app, m_journal, m_dispatcher, limits), m_services(m_registration, m_app, m_instances, m_journal),
-      m_tasks(m_journal, m_clock, m_instances)
+      m_instances(m_app, m_journal, m_dispatcher, limits),
+      m_lifetime(m_app, m_instances, m_journal, m_dispatcher, limits),
+      m_services(m_registration, m_app, m_instances, m_journal), m_tasks(m_journal, m_clock, m_instances)
 {
     LoadState();
     m_journal.Listen([this](Event const& event) {
@@ -54,7 +56,7 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
         m_dispatcher.Post(
             [this, id, exitCode] { Doing(L"the end of a process", [&] { ProcessEnded(id, exitCode); }); });
     });
-    m_sessionStart = Now();
+    m_sessionStart = m_journal.Now();
     if (m_session.Exists())
     {
         TakeSessionOver();
@@ -179,15 +181,28 @@ void Platform::Handle(From const& from, Hello const& message)
 void Platform::Handle(From const& from, ActivationTaken const& message)
 {
     auto const activation = m_app.Taken(*from, message.activation);
-    if (activation)
+    if (!activation)
     {
-        m_instances.Taken(from, InstanceOf(*activation));
+        return;
+    }
+    m_instances.Taken(from, InstanceOf(*activation));
+    if (std::holds_alternative<Suspension>(activation->content))
+    {
+        m_lifetime.SuspendingTaken();
     }
 }
 
 void Platform::Handle(From const& from, sim::ExitAnnounced const&)
 {
     m_app.ExitAnnounced(*from);
+}
+
+void Platform::Handle(From const& from, sim::SuspendingCompleted const&)
+{
+    if (m_app.IsPeer(*from))
+    {
+        m_lifetime.SuspendingCompleted();
+    }
 }
 
 void Platform::Handle(From const& from, FaultStruck const& message)
@@ -231,8 +246,8 @@ void Platform::Handle(From const& from, TaskCompleted const& message)
     if (ended)
     {
         Ended(*ended);
-        ContinueUpdate();
-        m_instances.WatchIdleness();
+        ContinueStop();
+        m_lifetime.Watch();
     }
 }
 
@@ -373,14 +388,14 @@ void Platform::ConnectionEnded(From const& from)
         Ended(ended); // first: what it was to get goes to the next process
     }
     Lost(m_app.ConnectionClosed(*from));
-    ContinueUpdate();
+    ContinueStop();
 }
 
 void Platform::ProcessEnded(unsigned long id, unsigned long exitCode)
 {
     Lost(m_app.ProcessEnded(id, exitCode));
     m_desktop.ProcessEnded(id, exitCode);
-    ContinueUpdate();
+    ContinueStop();
 }
 
 void Platform::Lost(AppProcess::Activations const& activations)

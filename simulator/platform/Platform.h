@@ -1,4 +1,5 @@
 #pragma once
+#include "simulator/platform/AppLifetime.h"
 #include "simulator/platform/AppProcess.h"
 #include "simulator/platform/AppServices.h"
 #include "simulator/platform/BackgroundTasks.h"
@@ -37,7 +38,7 @@ class Platform
     // switchOff: called on the dispatcher when the device is to be switched off. time: outlives this.
     // Throws Error when the journal cannot be written.
     Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
-             std::function<void()> switchOff, Limits limits = {}, JournalFile journalFile = JournalFile::Kept);
+             std::function<void()> switchOff, Limits const& limits = {}, JournalFile journalFile = JournalFile::Kept);
     Platform(Platform const&) = delete;
     Platform& operator=(Platform const&) = delete;
     ~Platform() = default;
@@ -78,6 +79,7 @@ class Platform
     void Handle(From const& from, Hello const& message);
     void Handle(From const& from, ActivationTaken const& message);
     void Handle(From const& from, sim::ExitAnnounced const& message);
+    void Handle(From const& from, sim::SuspendingCompleted const& message);
     void Handle(From const& from, FaultStruck const& message);
     void Handle(From const& from, Report const& message);
     void Handle(From const& from, TaskReturned const& message);
@@ -129,7 +131,18 @@ class Platform
     Shown Activate(Activation::Content content);
     Package OpenFor(std::wstring const& folder, bool isForced) const;
     void LoadState();
-    void ContinueUpdate();
+
+    struct Update
+    {
+        Package package;
+        AnyReply reply;
+    };
+
+    // What the app has to end or stop for, and its running tasks to end first: an update, a logoff, sleep.
+    void StopAppFor(std::uint32_t reason);
+    void ContinueStop();
+    void Finish(Update& update); // the new version is registered
+
     void NeedApp() const;
     void NeedNoApp() const;
 
@@ -144,12 +157,6 @@ class Platform
     void ConnectionEnded(From const& from);
     void Lost(AppProcess::Activations const& activations);
     void Ended(TaskInstances::Ended const& instance);
-
-    struct Update
-    {
-        Package package;
-        AnyReply reply;
-    };
 
     Device const m_device;
     Dispatcher m_dispatcher;
@@ -166,6 +173,7 @@ class Platform
     DesktopComponent m_desktop;
     PushChannel m_channel;
     TaskInstances m_instances;
+    AppLifetime m_lifetime;
     AppServices m_services;
     BackgroundTasks m_tasks;
     std::optional<Update> m_update; // while it waits for the app's end

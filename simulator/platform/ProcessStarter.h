@@ -21,7 +21,7 @@ struct StartedProcess
     unsigned long id = 0;
 };
 
-// Starts processes and tells when they end.
+// Starts processes, stops and ends them, and tells when they end.
 class ProcessStarter
 {
   public:
@@ -37,6 +37,11 @@ class ProcessStarter
 
     // Ends a process that was started here and still runs.
     virtual void Kill(unsigned long id, unsigned long exitCode) = 0;
+
+    // Stops all threads of such a process, and lets them go on. False when they do not stop, as in one that is ending.
+    // A process that was suspended does not outlive this.
+    virtual bool Suspend(unsigned long id) = 0;
+    virtual void Resume(unsigned long id) = 0;
 };
 
 } // namespace sim

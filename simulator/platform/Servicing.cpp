@@ -36,28 +36,68 @@ void Platform::Answer(From const& from, std::uint32_t number, UpdatePackage cons
         throw Error(L"the package is being updated already");
     }
     m_update = Update{std::move(package), ReplyTo(from, number)};
-    m_app.Hold();
-    m_instances.CancelRunning(CancellationReason::servicingUpdate);
-    ContinueUpdate();
+    StopAppFor(CancellationReason::servicingUpdate);
 }
 
-// The running tasks end first, then the process; then the new version is registered, and gets what waits.
-void Platform::ContinueUpdate()
+Shown Platform::AnswerTo(Peer const&, SetCondition const& request)
 {
-    if (!m_update)
+    auto const& traits = TraitsOf(request.condition);
+    m_tasks.Set(request);
+    if (request.holds && traits.stopsTheApp && traits.cancels)
     {
+        StopAppFor(*traits.cancels);
+    }
+    if (request.holds && request.condition == Condition::LoggedOff)
+    {
+        m_desktop.KillAll();
+    }
+    ContinueStop();
+    return {};
+}
+
+void Platform::StopAppFor(std::uint32_t reason)
+{
+    m_app.Hold();
+    m_instances.CancelRunning(reason);
+    ContinueStop();
+}
+
+// The running tasks end first, then the process. What waits is for the process after it, or for the same one after the
+// device's sleep.
+void Platform::ContinueStop()
+{
+    if (!m_update && m_tasks.StoppedBy().empty())
+    {
+        if (m_app.IsHeld())
+        {
+            Lost(m_app.Release());
+            m_lifetime.Watch();
+        }
+        return;
+    }
+    if (m_instances.IsAnyRunning())
+    {
+        return;
+    }
+    if (m_tasks.Holds(Condition::Asleep))
+    {
+        m_app.Suspend();
         return;
     }
     if (m_app.IsRunning())
     {
-        if (!m_instances.IsAnyRunning())
-        {
-            m_app.Terminate();
-        }
+        m_app.Terminate();
         return;
     }
-    auto update = std::move(*m_update);
-    m_update.reset();
+    if (auto update = std::exchange(m_update, std::nullopt))
+    {
+        Finish(*update);
+        ContinueStop();
+    }
+}
+
+void Platform::Finish(Update& update)
+{
     try
     {
         m_registration.Set(std::move(update.package));
@@ -67,7 +107,6 @@ void Platform::ContinueUpdate()
     {
         update.reply(Refused{error.Message()});
     }
-    Lost(m_app.Resume());
 }
 
 Package Platform::OpenFor(std::wstring const& folder, bool isForced) const

@@ -34,14 +34,13 @@ std::vector<std::wstring> DetailsOf(std::uint32_t instance, TaskInstances::Conte
 
 } // namespace
 
-TaskInstances::TaskInstances(AppProcess& app, Journal& journal, Dispatcher& dispatcher, Limits limits)
+TaskInstances::TaskInstances(AppProcess& app, Journal& journal, Dispatcher& dispatcher, Limits const& limits)
     : m_app(app), m_journal(journal), m_dispatcher(dispatcher), m_limits(limits)
 {
 }
 
 std::optional<std::uint32_t> TaskInstances::Start(Content content)
 {
-    m_dispatcher.CancelTimer(m_idleLimit);
     auto const number = ++m_last;
     std::visit([&](auto& start) { start.instance = number; }, content);
     m_journal.Add(L"task-started", DetailsOf(number, content));
@@ -169,21 +168,6 @@ void TaskInstances::TellCancellation(std::uint32_t instance)
     }
 }
 
-void TaskInstances::WatchIdleness()
-{
-    if (!IsIdle())
-    {
-        return;
-    }
-    m_journal.Add(L"app-idle");
-    m_idleLimit = m_dispatcher.SetTimer(m_limits.idle, [this] {
-        if (IsIdle()) // the user may have launched the app meanwhile
-        {
-            m_app.Terminate();
-        }
-    });
-}
-
 std::wstring TaskInstances::Text() const
 {
     std::wstring text;
@@ -242,11 +226,6 @@ TaskInstances::Ended TaskInstances::Remove(Map::iterator entry, End end, std::ws
     m_dispatcher.CancelTimer(node.mapped().limit);
     m_journal.Add(event, DetailsOf(node.key(), node.mapped().content));
     return {node.mapped().content, end};
-}
-
-bool TaskInstances::IsIdle() const
-{
-    return m_instances.empty() && m_app.RunsInBackgroundOnly();
 }
 
 } // namespace sim

@@ -21,7 +21,9 @@ struct Limits
 {
     unsigned task = 30'000;       // for a trigger task's deferrals, then it is cancelled
     unsigned afterCancel = 5'000; // for the deferrals of a cancelled task, then the process is ended
-    unsigned idle = 5'000;        // with nothing left to do for an app that is in the background only
+    unsigned idle = 5'000; // with nothing left to do for an app that is in the background only, then it is suspended
+    unsigned suspending = 5'000; // for the deferrals of Suspending
+    unsigned suspended = 2'000;  // then such an app is ended
 };
 
 // The background tasks that run, one instance for each activation of the app: from the trigger until the last deferral
@@ -45,7 +47,7 @@ class TaskInstances
         End end;
     };
 
-    TaskInstances(AppProcess& app, Journal& journal, Dispatcher& dispatcher, Limits limits);
+    TaskInstances(AppProcess& app, Journal& journal, Dispatcher& dispatcher, Limits const& limits);
 
     // The next instance has the number after this one.
     void NumberAfter(std::uint32_t last) noexcept { m_last = last; }
@@ -74,9 +76,6 @@ class TaskInstances
     // Tells the app of a cancellation that came before OnBackgroundActivated had returned.
     void TellCancellation(std::uint32_t instance);
 
-    // An app with nothing left to do is ended after a while.
-    void WatchIdleness();
-
     // For people: a line for each.
     std::wstring Text() const;
 
@@ -101,7 +100,6 @@ class TaskInstances
     void SetLimit(Map::value_type& entry);
     void Overdue(std::uint32_t instance);
     Ended Remove(Map::iterator entry, End end, std::wstring const& event);
-    bool IsIdle() const;
 
     AppProcess& m_app;
     Journal& m_journal;
@@ -109,7 +107,6 @@ class TaskInstances
     Limits m_limits;
     Map m_instances;
     std::uint32_t m_last = 0;
-    Dispatcher::TimerId m_idleLimit = 0;
 };
 
 } // namespace sim

@@ -9,9 +9,12 @@ namespace sim::CancellationReason
 {
 
 constexpr std::uint32_t abort = 0;
+constexpr std::uint32_t loggingOff = 2;
 constexpr std::uint32_t servicingUpdate = 3;
+constexpr std::uint32_t systemPolicy = 7;
 constexpr std::uint32_t executionTimeExceeded = 9;
 constexpr std::uint32_t resourceRevocation = 10;
+constexpr std::uint32_t energySaver = 11;
 
 // Its name in the platform; the number for any other value.
 std::wstring NameOf(std::uint32_t reason);

@@ -1,5 +1,8 @@
 #pragma once
+#include "simulator/protocol/CancellationReason.h"
+
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace sim
@@ -11,28 +14,38 @@ enum class Condition : std::uint32_t
     AccessDenied = 0,
     BatterySaver = 1,
     NetworkOff = 2,
-    Last = NetworkOff
+    LoggedOff = 3,
+    Asleep = 4,
+    Last = Asleep
 };
 
-// Their names on the command line and in the journal.
-struct ConditionWords
+struct ConditionTraits
 {
+    // In the words of the command line and the journal; what it is, for people.
     std::wstring_view name;
     std::wstring_view holds;
     std::wstring_view ends;
-    std::wstring_view holdsTasksBack; // the reason; empty when background tasks run
+    std::wstring_view text;
+
+    bool stopsTheApp; // its tasks end, and nothing comes to it meanwhile
+    bool holdsTasksBack;
+    std::wstring_view losesPushes;        // the reason in the journal; empty: it does not
+    std::optional<std::uint32_t> cancels; // the reason for which running tasks are cancelled when it begins
 };
 
 // By Condition.
-constexpr ConditionWords conditionWords[] = {
-    {L"access", L"denied", L"allowed", L"background access is denied"},
-    {L"battery", L"saver", L"normal", L"the battery saver is on"},
-    {L"network", L"off", L"on", L""},
+constexpr ConditionTraits conditionTraits[] = {
+    {L"access", L"denied", L"allowed", L"background access is denied", false, true, L"", {}},
+    {L"battery", L"saver", L"normal", L"the battery saver is on", false, true, L"", CancellationReason::energySaver},
+    {L"network", L"off", L"on", L"the device has no network", false, false, L"no-network", {}},
+    {L"session", L"logged-off", L"logged-on", L"nobody is logged on", true, true, L"logged-off",
+     CancellationReason::loggingOff},
+    {L"power", L"asleep", L"awake", L"the device is asleep", true, true, L"asleep", CancellationReason::systemPolicy},
 };
 
-constexpr ConditionWords const& WordsFor(Condition condition) noexcept
+constexpr ConditionTraits const& TraitsOf(Condition condition) noexcept
 {
-    return conditionWords[static_cast<std::uint32_t>(condition)];
+    return conditionTraits[static_cast<std::uint32_t>(condition)];
 }
 
 } // namespace sim

@@ -36,6 +36,11 @@ struct ExitAnnounced
 {
 };
 
+// The handlers of Suspending have returned, and every deferral that was taken is completed.
+struct SuspendingCompleted
+{
+};
+
 // A fault has made this call fail.
 struct FaultStruck
 {
@@ -174,7 +179,7 @@ struct EventHappened
 
 using FromProcess =
     std::variant<Hello, ActivationTaken, ExitAnnounced, FaultStruck, Report, TaskReturned, TaskCompleted,
-                 RequestCompleted, RequestRefused, ConnectionClosed, Request, Follow, SwitchOff>;
+                 RequestCompleted, RequestRefused, ConnectionClosed, Request, Follow, SwitchOff, SuspendingCompleted>;
 
 using ToProcess = std::variant<Welcome, NotTheApp, Activate, FaultSet, FaultsCleared, TaskCancelled, TaskEnded,
                                RequestArrived, OtherEndClosed, Answer, EventHappened>;

@@ -1,8 +1,11 @@
 #include "simulator/runtime/ApplicationBase.h"
 
+#include "simulator/runtime/DeferralCounter.h"
 #include "simulator/runtime/Framework.h"
+#include "simulator/runtime/HostReference.h"
 #include "simulator/runtime/Record.h"
 
+#include <atomic>
 #include <chrono>
 
 namespace sim
@@ -11,18 +14,45 @@ namespace sim
 namespace
 {
 
-// What a handler of Suspending gets. The deadline is told and not enforced: nothing is suspended here.
+// What a handler of Suspending gets. The platform goes by the deadline that it is told.
 
 struct SuspendingDeferral : winrt::implements<SuspendingDeferral, AppModel::ISuspendingDeferral>
 {
     using class_type = AppModel::SuspendingDeferral;
 
-    void Complete() const noexcept {}
+    explicit SuspendingDeferral(std::shared_ptr<DeferralCounter> counter) : m_counter(std::move(counter)) {}
+
+    void Complete()
+    {
+        if (!m_isCompleted.exchange(true))
+        {
+            m_counter->Finish();
+        }
+    }
+
+  private:
+    std::shared_ptr<DeferralCounter> const m_counter;
+    std::atomic<bool> m_isCompleted = false;
 };
 
-using SuspendingOperation =
-    Record<AppModel::SuspendingOperation, Interfaces<AppModel::ISuspendingOperation>,
-           Property<"GetDeferral", AppModel::SuspendingDeferral>, Property<"Deadline", Foundation::DateTime>>;
+struct SuspendingOperation : winrt::implements<SuspendingOperation, AppModel::ISuspendingOperation>
+{
+    using class_type = AppModel::SuspendingOperation;
+
+    explicit SuspendingOperation(std::shared_ptr<DeferralCounter> counter) : m_counter(std::move(counter)) {}
+
+    AppModel::SuspendingDeferral GetDeferral() const
+    {
+        m_counter->Take();
+        return winrt::make<SuspendingDeferral>(m_counter);
+    }
+
+    Foundation::DateTime Deadline() const noexcept { return m_deadline; }
+
+  private:
+    std::shared_ptr<DeferralCounter> const m_counter;
+    Foundation::DateTime const m_deadline = winrt::clock::now() + std::chrono::seconds(5);
+};
 
 using SuspendingEventArgs = Record<AppModel::SuspendingEventArgs, Interfaces<AppModel::ISuspendingEventArgs>,
                                    Property<"SuspendingOperation", AppModel::SuspendingOperation>>;
@@ -36,9 +66,10 @@ ApplicationBase::~ApplicationBase()
 
 void ApplicationBase::RaiseSuspending(IInspectable const& sender)
 {
-    auto const operation = winrt::make<SuspendingOperation>(winrt::make<SuspendingDeferral>(),
-                                                            winrt::clock::now() + std::chrono::seconds(5));
-    m_suspending(sender, winrt::make<SuspendingEventArgs>(operation));
+    auto const counter =
+        std::make_shared<DeferralCounter>([host = HostReference()] { host.Tell(SuspendingCompleted{}); });
+    m_suspending(sender, winrt::make<SuspendingEventArgs>(winrt::make<SuspendingOperation>(counter)));
+    counter->Finish();
 }
 
 void ApplicationBase::RaiseUnhandledException(IInspectable const& sender)

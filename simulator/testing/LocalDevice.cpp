@@ -67,6 +67,8 @@ class LocalProcesses : public ProcessStarter
     }
 
     void Kill(unsigned long, unsigned long) override {}
+    bool Suspend(unsigned long) override { return true; } // the threads are the test's
+    void Resume(unsigned long) override {}
 
   private:
     unsigned long m_count = 0;
@@ -158,7 +160,7 @@ class LocalDevice::CommandLine : public Peer
     std::uint32_t m_lastNumber = 0;
 };
 
-LocalDevice::LocalDevice(Limits limits)
+LocalDevice::LocalDevice(Limits const& limits)
     : m_device(NewFolder()),
       m_platform(
           m_device, m_time, std::make_unique<LocalProcesses>(), [] {}, limits, Platform::JournalFile::None),

@@ -38,7 +38,7 @@ class LocalDevice
 
     using Launched = LocalProcess::Launched;
 
-    explicit LocalDevice(Limits limits = {});
+    explicit LocalDevice(Limits const& limits = {});
     LocalDevice(LocalDevice const&) = delete;
     LocalDevice& operator=(LocalDevice const&) = delete;
     ~LocalDevice();

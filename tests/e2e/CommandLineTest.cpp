@@ -126,6 +126,25 @@ TEST_F(CommandLine, SaysThatItsBrokerHangs)
     EXPECT_EQ(Run(L"status").exitCode, 0u);
 }
 
+// It cannot hear that its broker is lost.
+TEST_F(CommandLine, EndsASuspendedAppWithItsBroker)
+{
+    Run(L"register");
+    Run(L"page VelmoNotificationClient.MainPage"); // it stays
+    Run(L"suspend");
+    std::wstring status;
+    while (status.find(L", suspended\n") == std::wstring::npos)
+    {
+        status = Run(L"status").output;
+    }
+    std::wstring const before = L"process ";
+    auto const id = std::stoul(status.substr(status.find(before) + before.size()));
+    sim::Handle const app(OpenProcess(SYNCHRONIZE, FALSE, id));
+    EXPECT_EQ(WaitForSingleObject(app.Get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+    Kill(Broker());
+    EXPECT_EQ(WaitForSingleObject(app.Get(), 30'000), static_cast<DWORD>(WAIT_OBJECT_0));
+}
+
 TEST_F(CommandLine, SaysThatAStateFileIsDamaged)
 {
     Run(L"status");

@@ -1,6 +1,11 @@
 #include "tests/support/ChildProcess.h"
 
 #include <gtest/gtest.h>
+#include <winternl.h>
+
+// Of the whole process; the documented functions know threads only.
+extern "C" NTSTATUS NTAPI NtSuspendProcess(HANDLE process);
+extern "C" NTSTATUS NTAPI NtResumeProcess(HANDLE process);
 
 namespace test
 {
@@ -76,6 +81,16 @@ void ChildProcess::Kill()
 {
     TerminateProcess(m_process.Get(), 1);
     ExitCode();
+}
+
+void ChildProcess::Suspend() const
+{
+    EXPECT_GE(NtSuspendProcess(m_process.Get()), 0);
+}
+
+void ChildProcess::Resume() const
+{
+    EXPECT_GE(NtResumeProcess(m_process.Get()), 0);
 }
 
 DWORD ChildProcess::ExitCode()

@@ -27,6 +27,10 @@ class ChildProcess
     // Ends the process at once, as a crash does, and waits until it has ended.
     void Kill();
 
+    // Stops its threads, as the platform does to an app that is idle; lets them go on.
+    void Suspend() const;
+    void Resume() const;
+
     // Waits until the process ends by itself; returns its exit code.
     DWORD ExitCode();
 

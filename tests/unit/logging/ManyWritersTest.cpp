@@ -123,6 +123,32 @@ TEST_F(ManyWriters, AProcessKilledWhileItHoldsTheMutexDoesNotStopTheOthers)
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"first", L"second"}));
 }
 
+// Unlike a killed one it does not abandon the mutex. It finishes its line when it is resumed; the others have given up.
+TEST_F(ManyWriters, AProcessSuspendedWhileItHoldsTheMutexSilencesTheOthersUntilTheyEnd)
+{
+    LogTargetDefault target;
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    auto const readyName = LogName() + L"-ready";
+    UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+    ChildProcess holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
+    ASSERT_TRUE(holder.AwaitSignal(ready.Get()));
+    holder.Suspend();
+    EXPECT_TRUE(LogAt(target, 0, L"lost"));
+    LogTargetDefault late; // of a process that starts meanwhile
+    Configure(late);
+    EXPECT_TRUE(late.Open());
+    holder.Resume();
+    holder.Kill();
+    EXPECT_TRUE(LogAt(target, 0, L"lost too"));
+    EXPECT_TRUE(LogAt(late, 0, L"lost as well"));
+    LogTargetDefault next;
+    Configure(next);
+    ASSERT_TRUE(next.Open());
+    LogAt(next, 0, L"written");
+    EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"written"});
+}
+
 // A partial copy would replace a whole one, and repeat what the log still has.
 TEST_F(ManyWriters, AProcessKilledWhileItCopiesTheLogLeavesNoPartOfTheCopy)
 {

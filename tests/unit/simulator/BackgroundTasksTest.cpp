@@ -1,5 +1,7 @@
 #include "tests/unit/simulator/ServicesFixture.h"
 
+#include "simulator/protocol/CancellationReason.h"
+
 #include <windows.h>
 
 namespace
@@ -286,6 +288,24 @@ TEST_F(BackgroundTasksTest, AreHeldBackWhileTheUserDeniesAccess)
 TEST_F(BackgroundTasksTest, AreHeldBackByTheBatterySaver)
 {
     ExpectHeldBackBy(sim::Condition::BatterySaver, L"the battery saver is on", L"battery=saver", L"battery=normal");
+}
+
+TEST_F(BackgroundTasksTest, AreCancelledByTheBatterySaverButNoAppService)
+{
+    RegisterPush(L"Push");
+    OpenChannel();
+    Open(m_caller);
+    Push();
+    Return(1);
+    Push();
+    m_app->received.clear();
+    Reports();
+    Ask(sim::SetCondition{sim::Condition::BatterySaver, true});
+    EXPECT_EQ(Reports(),
+              (Texts{L"condition battery=saver", L"task-cancelled instance=2 name=Push wake=1 reason=EnergySaver"}));
+    EXPECT_EQ(m_app->received, Sent(sim::TaskCancelled{2, 0, sim::CancellationReason::energySaver}));
+    Complete(1);
+    EXPECT_EQ(m_activations.size(), 2u); // the second push waits
 }
 
 TEST_F(BackgroundTasksTest, AreHeldBackUntilNothingHoldsThem)

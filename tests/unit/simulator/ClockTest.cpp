@@ -18,9 +18,9 @@ class ClockTest : public testing::Test
     sim::StateFile File() { return {m_file, m_journal}; }
 
     test::TemporaryFolder m_folder;
-    sim::Journal m_journal{L""};
-    std::wstring m_file = m_folder / L"clock.txt";
     ManualTime m_time;
+    sim::Journal m_journal{L"", m_time};
+    std::wstring m_file = m_folder / L"clock.txt";
 };
 
 } // namespace

@@ -84,6 +84,7 @@ std::vector<sim::FromProcess> FromProcesses()
         sim::ConnectionClosed{1, sim::ConnectionEnd::Service},
         sim::Follow{},
         sim::SwitchOff{},
+        sim::SuspendingCompleted{},
     };
     for (auto& request : Requests())
     {

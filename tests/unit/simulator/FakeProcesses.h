@@ -32,6 +32,14 @@ class FakeProcesses : public sim::ProcessStarter
         killCode = exitCode;
     }
 
+    bool Suspend(unsigned long id) override
+    {
+        suspended.push_back(id);
+        return canSuspend;
+    }
+
+    void Resume(unsigned long id) override { resumed.push_back(id); }
+
     static unsigned long IdOf(std::size_t index) { return firstId + static_cast<unsigned long>(index); }
 
     void End(unsigned long id, unsigned long exitCode) const { m_ended(id, exitCode); }
@@ -39,8 +47,11 @@ class FakeProcesses : public sim::ProcessStarter
     unsigned long error = 0;         // the next starts fail with it
     char const* exception = nullptr; // the next starts throw it
     unsigned long killCode = 0;
+    bool canSuspend = true;
     std::vector<sim::ProcessRequest> started;
     std::vector<unsigned long> killed;
+    std::vector<unsigned long> suspended;
+    std::vector<unsigned long> resumed;
 
   private:
     Ended m_ended;

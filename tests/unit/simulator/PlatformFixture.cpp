@@ -38,6 +38,7 @@ void PlatformFixture::SwitchOn(sim::Limits limits)
     if (m_platform)
     {
         m_platform->SwitchOff();
+        m_time.Advance(1); // a session is told from the one before by its start
     }
     StartPlatform(limits);
 }

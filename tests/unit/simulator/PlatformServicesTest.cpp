@@ -65,6 +65,7 @@ class PlatformServicesTest : public PlatformFixture
     }
 
     static constexpr unsigned idle = sim::Limits{}.idle;
+    static constexpr unsigned suspended = sim::Limits{}.suspended;
 };
 
 } // namespace
@@ -202,6 +203,12 @@ TEST_F(PlatformServicesTest, EndsAnAppThatHasNothingLeftToDo)
 {
     auto const app = AppThatIsDone();
     Pass(idle - 1);
+    EXPECT_EQ(ActivationsOf(*app).size(), 1u);
+    Pass(1);
+    Take(app, 2);
+    Say(app, sim::SuspendingCompleted{});
+    EXPECT_EQ(m_processes->suspended, std::vector<unsigned long>{100});
+    Pass(suspended - 1);
     EXPECT_TRUE(m_processes->killed.empty());
     Pass(1);
     EXPECT_EQ(m_processes->killed, std::vector<unsigned long>{100});
@@ -214,8 +221,12 @@ TEST_F(PlatformServicesTest, GivesToTheNextProcessWhatTheEndedOneDidNotTake)
 {
     auto const app = AppThatIsDone();
     Pass(idle);
+    Take(app, 2);
+    Say(app, sim::SuspendingCompleted{});
+    Pass(suspended);
     NewCaller();
-    EXPECT_EQ(ActivationsOf(*app).size(), 1u); // it gets no more
+    EXPECT_EQ(ActivationsOf(*app).size(), 2u); // it gets no more
+    EXPECT_TRUE(m_processes->resumed.empty());
     Close(app);
     End(0, 1);
     ASSERT_EQ(m_processes->started.size(), 2u);

@@ -212,6 +212,48 @@ TEST_F(RuntimeTest, HearThatTheyAreSuspendedWithADeadline)
     EXPECT_EQ(deferrals, 1);
 }
 
+// The second event is raised when the handler of the first one has returned.
+TEST_F(RuntimeTest, AreSuspendedWhenAllDeferralsOfSuspendingAreCompleted)
+{
+    SuspendingDeferral deferral = nullptr;
+    m_script.onLaunched = [&](auto&&) {
+        Application::Current().Suspending([&](auto&&, SuspendingEventArgs const& args) {
+            if (!deferral)
+            {
+                auto const operation = args.SuspendingOperation();
+                deferral = operation.GetDeferral();
+                auto const other = operation.GetDeferral();
+                other.Complete();
+                other.Complete();
+                return;
+            }
+            EXPECT_EQ(std::ranges::count(m_host.Reports(), L"app-suspended", &sim::Event::kind), 0);
+            deferral.Complete();
+            m_host.WaitForReport(L"app-suspended");
+            CoreApplication::Exit();
+        });
+        m_host.Suspend();
+        m_host.Suspend();
+    };
+    m_host.Launch();
+    EXPECT_EQ(Launch(), 0);
+}
+
+TEST_F(RuntimeTest, AreSuspendedWhenAHandlerOfSuspendingHasReturnedThatTakesNoDeferral)
+{
+    m_script.onLaunched = [&](auto&&) {
+        Application::Current().Suspending([](auto&&...) {});
+        m_host.Suspend();
+    };
+    std::thread end([&] {
+        m_host.WaitForReport(L"app-suspended");
+        m_host.End();
+    });
+    m_host.Launch();
+    EXPECT_EQ(Launch(), 0);
+    end.join();
+}
+
 TEST_F(RuntimeTest, HaveAWindowOnceInTheForeground)
 {
     m_script.onConstructed = [] { EXPECT_FALSE(Window::Current()); };
