@@ -66,6 +66,25 @@ void CopyOneFile(std::wstring const& from, std::wstring const& to)
     }
 }
 
+// Returns the system's error code. A file that is open cannot be replaced, and a reader has it open for a moment.
+unsigned long MoveOnto(std::wstring const& path, std::wstring const& from)
+{
+    constexpr unsigned pause = 5, limit = 1'000; // in milliseconds
+    for (unsigned waited = 0;; waited += pause)
+    {
+        if (MoveFileExW(from.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
+        {
+            return ERROR_SUCCESS;
+        }
+        auto const error = GetLastError();
+        if ((error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) || waited >= limit)
+        {
+            return error;
+        }
+        Sleep(pause);
+    }
+}
+
 } // namespace
 
 bool FileExists(std::wstring const& path)
@@ -199,9 +218,8 @@ void ReplaceBytes(std::wstring const& path, std::string_view bytes)
 {
     auto const written = path + L".new";
     WriteBytes(written, bytes);
-    if (!MoveFileExW(written.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
+    if (auto const error = MoveOnto(path, written); error != ERROR_SUCCESS)
     {
-        auto const error = GetLastError();
         Remove(written);
         ThrowSystemError(L"cannot replace " + path, error);
     }

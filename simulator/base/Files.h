@@ -35,7 +35,8 @@ std::wstring ReadText(std::wstring const& path);
 // Replaces the file. Throws Error.
 void WriteBytes(std::wstring const& path, std::string_view bytes);
 
-// The same, atomically: a reader, also after a crash, finds either the old bytes or the new ones. Throws Error.
+// The same, atomically: a reader, also after a crash, finds either the old bytes or the new ones. Waits a second for a
+// file that is open. Throws Error.
 void ReplaceBytes(std::wstring const& path, std::string_view bytes);
 
 // Absolute, with backslashes, without one at the end.
