@@ -1,5 +1,6 @@
 #include "simulator/runtime/ApplicationBase.h"
 
+#include "simulator/runtime/Deferral.h"
 #include "simulator/runtime/Framework.h"
 #include "simulator/runtime/Record.h"
 
@@ -11,15 +12,7 @@ namespace sim
 namespace
 {
 
-// What a handler of Suspending gets. The deadline is told and not enforced: nothing is suspended here.
-
-struct SuspendingDeferral : winrt::implements<SuspendingDeferral, AppModel::ISuspendingDeferral>
-{
-    using class_type = AppModel::SuspendingDeferral;
-
-    void Complete() const noexcept {}
-};
-
+// The deadline is told and not enforced: nothing is suspended here.
 using SuspendingOperation =
     Record<AppModel::SuspendingOperation, Interfaces<AppModel::ISuspendingOperation>,
            Property<"GetDeferral", AppModel::SuspendingDeferral>, Property<"Deadline", Foundation::DateTime>>;
@@ -36,8 +29,8 @@ ApplicationBase::~ApplicationBase()
 
 void ApplicationBase::RaiseSuspending(IInspectable const& sender)
 {
-    auto const operation = winrt::make<SuspendingOperation>(winrt::make<SuspendingDeferral>(),
-                                                            winrt::clock::now() + std::chrono::seconds(5));
+    auto const deferral = winrt::make<Deferral<AppModel::SuspendingDeferral>>([](bool) {});
+    auto const operation = winrt::make<SuspendingOperation>(deferral, winrt::clock::now() + std::chrono::seconds(5));
     m_suspending(sender, winrt::make<SuspendingEventArgs>(operation));
 }
 

@@ -1,12 +1,48 @@
 #include "simulator/runtime/AsyncFault.h"
 
-#include "simulator/runtime/Awaiters.h"
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/CurrentHost.h"
+
+#include <coroutine>
+#include <windows.h>
 
 using winrt::Windows::Foundation::IAsyncAction;
 
 namespace sim
 {
+
+namespace
+{
+
+// co_await: resumes after so many milliseconds, on a thread of the multi-threaded apartment.
+class Delay
+{
+  public:
+    explicit Delay(std::uint32_t milliseconds) noexcept : m_milliseconds(milliseconds) {}
+
+    bool await_ready() const noexcept { return false; }
+
+    void await_suspend(std::coroutine_handle<> coroutine) const
+    {
+        auto* const timer = CreateThreadpoolTimer(OnTime, coroutine.address(), nullptr);
+        winrt::check_bool(timer != nullptr);
+        auto const due = -static_cast<std::int64_t>(m_milliseconds) * 10'000; // from now, in units of 100 ns
+        FILETIME time{static_cast<DWORD>(due & 0xFFFFFFFF), static_cast<DWORD>(due >> 32)};
+        SetThreadpoolTimer(timer, &time, 0, 0);
+    }
+
+    void await_resume() const noexcept {}
+
+  private:
+    static void CALLBACK OnTime(PTP_CALLBACK_INSTANCE, void* context, PTP_TIMER timer)
+    {
+        CloseThreadpoolTimer(timer);
+        std::coroutine_handle<>::from_address(context).resume();
+    }
+
+    std::uint32_t m_milliseconds;
+};
+
+} // namespace
 
 AsyncFault::AsyncFault(std::wstring_view call) : m_fault(CurrentHost().TakeFault(call))
 {

@@ -1,7 +1,6 @@
 #pragma once
 #include "simulator/protocol/Fault.h"
 #include "simulator/runtime/CancellableOperation.h"
-#include "simulator/runtime/RejectingOperation.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,24 +18,20 @@ class AsyncFault
     explicit AsyncFault(std::wstring_view call);
 
     // The call is to hand out null.
-    bool GivesNull() const noexcept { return m_fault && m_fault->kind == FaultKind::Null; }
+    bool GivesNull() const noexcept { return Is(FaultKind::Null); }
 
     // What the operation is to complete with, without doing anything.
     std::optional<std::uint32_t> Status() const noexcept
     {
-        return m_fault && m_fault->kind == FaultKind::Status ? std::optional(m_fault->value) : std::nullopt;
+        return Is(FaultKind::Status) ? std::optional(m_fault->value) : std::nullopt;
     }
 
-    // What the call hands out for its operation: that, or one that takes no handler or has ended already if it is to.
+    // What the call hands out for its operation: one that can be cancelled, or takes no handler, or has ended already.
     template <typename Operation>
     Operation Handed(Operation const& operation) const
     {
-        if (m_fault && m_fault->kind == FaultKind::Unheard)
-        {
-            return winrt::make<RejectingOperation<Operation>>(operation, m_fault->Result());
-        }
-        return m_fault && m_fault->kind == FaultKind::Ended ? Ended(operation)
-                                                            : CancellableOperation<Operation>::Of(operation);
+        auto const refusal = Is(FaultKind::Unheard) ? m_fault->Result() : 0;
+        return Is(FaultKind::Ended) ? Ended(operation) : CancellableOperation<Operation>::Of(operation, refusal);
     }
 
     // The operation awaits it first: it fails, is cancelled or never goes on if it is to. Agile.
@@ -46,6 +41,8 @@ class AsyncFault
     winrt::Windows::Foundation::IAsyncAction End() const { return End(m_fault); }
 
   private:
+    bool Is(FaultKind kind) const noexcept { return m_fault && m_fault->kind == kind; }
+
     // Waits for its end.
     template <typename Operation>
     static Operation Ended(Operation operation)

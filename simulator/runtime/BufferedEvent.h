@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/runtime/HostReference.h"
+#include "simulator/runtime/CurrentHost.h"
 
 #include <functional>
 #include <mutex>

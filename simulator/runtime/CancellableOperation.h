@@ -1,6 +1,6 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/RunOnPool.h"
+#include "simulator/runtime/PoolWork.h"
 
 #include <mutex>
 #include <utility>
@@ -17,10 +17,10 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
     using AsyncStatus = Foundation::AsyncStatus;
     using Handler = decltype(std::declval<Operation>().Completed());
 
-    // Of an operation whose completion nobody has asked for.
-    static Operation Of(Operation const& operation)
+    // Of an operation whose completion nobody has asked for. refusal: each handler's, if it is a failure.
+    static Operation Of(Operation const& operation, std::int32_t refusal = 0)
     {
-        auto const made = winrt::make_self<CancellableOperation>(operation);
+        auto const made = winrt::make_self<CancellableOperation>(operation, refusal);
         operation.Completed([made](auto const&, AsyncStatus status) {
             Handler handler;
             if (made->TryEnd(status, handler))
@@ -31,10 +31,14 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
         return *made;
     }
 
-    explicit CancellableOperation(Operation operation) : m_operation(std::move(operation)) {}
+    CancellableOperation(Operation operation, std::int32_t refusal)
+        : m_operation(std::move(operation)), m_refusal(refusal)
+    {
+    }
 
     void Completed(Handler const& handler)
     {
+        winrt::check_hresult(m_refusal);
         {
             std::lock_guard const lock(m_mutex);
             if (std::exchange(m_handlerWasSet, true))
@@ -116,6 +120,7 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
     }
 
     Operation const m_operation;
+    std::int32_t const m_refusal;
     mutable std::mutex m_mutex; // over all that follows
     AsyncStatus m_status = AsyncStatus::Started;
     bool m_handlerWasSet = false;

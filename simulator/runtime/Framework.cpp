@@ -3,7 +3,9 @@
 #include "simulator/base/Overloaded.h"
 #include "simulator/base/Text.h"
 #include "simulator/protocol/Event.h"
-#include "simulator/runtime/ActivatedEventArgs.h"
+#include "simulator/runtime/Record.h"
+#include "simulator/runtime/background/BackgroundTaskInstance.h"
+#include "simulator/runtime/xaml/Markup.h"
 #include "simulator/runtime/xaml/PageMaker.h"
 
 #include <thread>
@@ -14,6 +16,29 @@ namespace sim
 
 namespace
 {
+
+// What OnLaunched gets.
+using LaunchActivatedEventArgs = Record<Activated::LaunchActivatedEventArgs,
+                                        Interfaces<Activated::ILaunchActivatedEventArgs, Activated::IActivatedEventArgs,
+                                                   Activated::IPrelaunchActivatedEventArgs>,
+                                        Property<"Kind", Activated::ActivationKind>,
+                                        Property<"PreviousExecutionState", Activated::ApplicationExecutionState>,
+                                        Property<"Arguments", winrt::hstring>, Property<"PrelaunchActivated", bool>>;
+
+// What OnActivated gets when a URI of the app's protocol is opened.
+using ProtocolActivatedEventArgs =
+    Record<Activated::ProtocolActivatedEventArgs,
+           Interfaces<Activated::IProtocolActivatedEventArgs, Activated::IActivatedEventArgs>,
+           Property<"Kind", Activated::ActivationKind>,
+           Property<"PreviousExecutionState", Activated::ApplicationExecutionState>>;
+
+// What OnBackgroundActivated gets.
+using BackgroundActivatedEventArgs =
+    Record<Activated::BackgroundActivatedEventArgs, Interfaces<Activated::IBackgroundActivatedEventArgs>,
+           Property<"TaskInstance", Background::IBackgroundTaskInstance>>;
+
+// It shows nothing.
+using Window = Record<Xaml::Window, Interfaces<Xaml::IWindow>, Property<"Content", Xaml::UIElement>>;
 
 struct InitializationParams : winrt::implements<InitializationParams, Xaml::IApplicationInitializationCallbackParams>
 {
@@ -114,21 +139,16 @@ void Framework::Construct(Xaml::ApplicationInitializationCallback const& callbac
     }
 }
 
+// What an override throws ends the app.
 void Framework::Deliver(Activation const& activation)
+try
 {
     std::visit(Overloaded{
                    [this](Suspension const&) { m_base->RaiseSuspending(m_application); },
                    [this](PageRequest const& page) { MakePage(CurrentApplication(), page.className); },
-                   [this](auto const& content) { CallOverride(content); },
+                   [this](auto const& content) { Override(content); },
                },
                activation.content);
-}
-
-template <typename Content>
-void Framework::CallOverride(Content const& content)
-try
-{
-    Override(content);
 }
 catch (...)
 {
@@ -136,16 +156,6 @@ catch (...)
     CurrentHost().Report(L"unhandled-exception", ResultDetail(result));
     m_base->RaiseUnhandledException(m_application);
     CurrentHost().Fail(result);
-}
-
-void Framework::Override(ServiceStart const& start)
-{
-    Activate(*BackgroundTaskInstance::Start(start));
-}
-
-void Framework::Override(TaskStart const& start)
-{
-    Activate(*BackgroundTaskInstance::Start(start));
 }
 
 void Framework::Override(ProtocolLaunch const&)
@@ -162,19 +172,19 @@ void Framework::Override(UserLaunch const& launch)
         Activated::ActivationKind::Launch, before, winrt::hstring(launch.arguments), false));
 }
 
-void Framework::Activate(BackgroundTaskInstance& instance) const
+void Framework::Override(auto const& taskStart)
 {
-    m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(
-        MakeArgs<BackgroundActivatedEventArgs>(instance.get_strong().as<Background::IBackgroundTaskInstance>()));
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the caller holds it
-    instance.Returned();
+    RunTask(taskStart, [this](Background::IBackgroundTaskInstance const& instance) {
+        m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(
+            MakeArgs<BackgroundActivatedEventArgs>(instance));
+    });
 }
 
 Activated::ApplicationExecutionState Framework::ShowWindow()
 {
     if (!m_window)
     {
-        m_window = winrt::make<sim::Window>(CurrentHost().WindowContent());
+        m_window = winrt::make<Window>(AsElement(CurrentHost().WindowContent()));
     }
     using Activated::ApplicationExecutionState;
     return std::exchange(m_wasActivated, true) ? ApplicationExecutionState::Running

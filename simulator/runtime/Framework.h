@@ -2,23 +2,22 @@
 #include "simulator/protocol/Activation.h"
 #include "simulator/runtime/ApplicationBase.h"
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/Window.h"
-#include "simulator/runtime/background/BackgroundTaskInstance.h"
 
 #include <atomic>
 #include <winrt/Windows.ApplicationModel.Activation.h>
+#include <winrt/Windows.UI.Core.h>
 #include <winrt/Windows.UI.Xaml.h>
 
 namespace sim
 {
 
-// The XAML framework of a process: its one application object, its window, and the main view's thread that runs them.
+// The XAML framework of a process: its one application object, its window, and the UI thread that runs them.
 class Framework
 {
   public:
     static Framework& Instance() noexcept;
 
-    // Runs the app on a new thread, the main view's, and returns when it has ended: 0, or the failure of the callback
+    // Runs the app on a new thread, its UI thread, and returns when it has ended: 0, or the failure of the callback
     // that was to construct the application object.
     std::int32_t Run(Xaml::ApplicationInitializationCallback const& callback);
 
@@ -31,10 +30,10 @@ class Framework
 
     Xaml::Application CurrentApplication() const;
 
-    // Null without a foreground activation, and on all threads but the main view's.
+    // Null without a foreground activation, and on all threads but the UI thread.
     Xaml::Window CurrentWindow() const noexcept;
 
-    // Throws RPC_E_WRONG_THREAD on all threads but the main view's.
+    // Throws RPC_E_WRONG_THREAD on all threads but the UI thread.
     void NeedViewThread() const;
 
   private:
@@ -42,14 +41,10 @@ class Framework
     void Construct(Xaml::ApplicationInitializationCallback const& callback);
     void Deliver(Activation const& activation);
 
-    // Calls the override for it. What is thrown there ends the app.
-    template <typename Content>
-    void CallOverride(Content const& content);
+    // Calls the app's override for it.
     void Override(UserLaunch const& launch);
     void Override(ProtocolLaunch const& launch);
-    void Override(ServiceStart const& start);
-    void Override(TaskStart const& start);
-    void Activate(BackgroundTaskInstance& instance) const;
+    void Override(auto const& taskStart);
 
     // The window is there from now on. Gives the state of the app before.
     Activated::ApplicationExecutionState ShowWindow();

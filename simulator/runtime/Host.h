@@ -65,7 +65,10 @@ class Host : public std::enable_shared_from_this<Host>
     virtual std::optional<Fault> TakeFault(std::wstring_view call);
 
     // For the device's journal.
-    void Report(std::wstring kind, std::vector<std::wstring> details);
+    void Report(std::wstring kind, std::vector<std::wstring> details)
+    {
+        Tell(sim::Report{std::move(kind), std::move(details)});
+    }
 
     void Tell(FromProcess const& message) { m_link->Send(message); }
 
@@ -78,7 +81,10 @@ class Host : public std::enable_shared_from_this<Host>
     }
 
     // The same; `answered` is called on a thread of the system's pool, with what AnswerIn reads.
-    void AskLater(AnyRequest request, std::function<void(AnyAnswer const&)> answered);
+    void AskLater(AnyRequest request, std::function<void(AnyAnswer const&)> answered)
+    {
+        Ask(std::move(request), {std::move(answered), true});
+    }
 
     // Throws hresult_error for a refusal.
     template <typename Request>
@@ -134,16 +140,8 @@ class Host : public std::enable_shared_from_this<Host>
         bool isOnPool; // else where the answer arrives
     };
 
-    // One for each message of the platform; those for connections and instances are the router's.
-    void Handle(Welcome const& message);
-    void Handle(NotTheApp const& message);
-    void Handle(Activate const& message);
-    void Handle(FaultSet const& message);
-    void Handle(FaultsCleared const& message);
-    void Handle(MessageRouter::Message const& message);
-    void Handle(Answer const& message);
-    void Handle(EventHappened const& message);
-
+    void Handle(Answer const& answer);
+    std::optional<Waiter> TakeWaiter(std::uint32_t number);
     void TakeRole(Role role);
     void NeedApp() const;
     AnyAnswer AskAny(AnyRequest request);

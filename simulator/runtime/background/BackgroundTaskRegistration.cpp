@@ -1,44 +1,74 @@
 #include "simulator/runtime/background/BackgroundTaskRegistration.h"
 
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Factory.h"
+#include "simulator/runtime/Record.h"
 #include "simulator/runtime/values/MapView.h"
 
 namespace sim
 {
 
-winrt::guid BackgroundTaskRegistration::TaskId() const
+namespace
 {
-    return m_id.empty() ? winrt::guid{} : winrt::guid(std::wstring_view(m_id));
+
+using Background::IBackgroundTaskRegistration;
+
+winrt::guid GuidOf(std::wstring_view id)
+{
+    return id.empty() ? winrt::guid{} : winrt::guid(id);
 }
 
-winrt::hstring BackgroundTaskRegistration::Name() const
+struct BackgroundTaskRegistration
+    : RecordOf<BackgroundTaskRegistration, Background::BackgroundTaskRegistration,
+               Interfaces<IBackgroundTaskRegistration, Background::IBackgroundTaskRegistration2,
+                          Background::IBackgroundTaskRegistration3>,
+               Property<"TaskId", winrt::guid>, Property<"Name", winrt::hstring>>
 {
-    ThrowIfStruck(L"BackgroundTaskRegistration.Name");
-    return m_name;
-}
-
-void BackgroundTaskRegistration::Unregister(bool cancelTask) const
-{
-    ThrowIfStruck(L"BackgroundTaskRegistration.Unregister");
-    winrt::check_hresult(CurrentHost().Ask(UnregisterTask{m_id, cancelTask}).result);
-}
-
-Collections::IMapView<winrt::guid, Background::IBackgroundTaskRegistration> BackgroundTaskRegistrationFactory::
-    AllTasks() const
-{
-    using AppModel::Background::IBackgroundTaskRegistration;
-    constexpr wchar_t call[] = L"BackgroundTaskRegistration.AllTasks";
-    if (StruckByNull(call))
+    BackgroundTaskRegistration(std::wstring const& id, std::wstring_view name)
+        : RecordOf(GuidOf(id), winrt::hstring(name)), m_id(id)
     {
-        return nullptr;
     }
-    auto tasks = std::make_shared<std::vector<std::pair<winrt::guid, IBackgroundTaskRegistration>>>();
-    for (auto const& task : CurrentHost().Ask(ListTasks{}).tasks)
+
+    // cancelTask: running instances of it, too. Nothing when it is registered no more.
+    void Unregister(bool cancelTask) const
     {
-        tasks->emplace_back(winrt::guid(std::wstring_view(task.id)),
-                            winrt::make<BackgroundTaskRegistration>(task.id, task.name));
+        ThrowIfStruck(L"BackgroundTaskRegistration.Unregister");
+        winrt::check_hresult(CurrentHost().Ask(UnregisterTask{m_id, cancelTask}).result);
     }
-    return winrt::make<MapView<winrt::guid, IBackgroundTaskRegistration>>(std::move(tasks), MapCalls{call});
+
+  private:
+    std::wstring const m_id;
+};
+
+struct BackgroundTaskRegistrationFactory
+    : Implements<BackgroundTaskRegistrationFactory, IActivationFactory, Background::IBackgroundTaskRegistrationStatics>
+{
+    // As they are now, in the order of their registration.
+    Collections::IMapView<winrt::guid, IBackgroundTaskRegistration> AllTasks() const
+    {
+        constexpr wchar_t call[] = L"BackgroundTaskRegistration.AllTasks";
+        if (StruckByNull(call))
+        {
+            return nullptr;
+        }
+        auto tasks = std::make_shared<std::vector<std::pair<winrt::guid, IBackgroundTaskRegistration>>>();
+        for (auto const& task : CurrentHost().Ask(ListTasks{}).tasks)
+        {
+            tasks->emplace_back(GuidOf(task.id), MakeRegistration(task.id, task.name));
+        }
+        return winrt::make<MapView<winrt::guid, IBackgroundTaskRegistration>>(std::move(tasks), call);
+    }
+};
+
+} // namespace
+
+Background::BackgroundTaskRegistration MakeRegistration(std::wstring const& id, std::wstring_view name)
+{
+    return winrt::make<BackgroundTaskRegistration>(id, name);
+}
+
+IInspectable MakeBackgroundTaskRegistrationFactory()
+{
+    return winrt::make<BackgroundTaskRegistrationFactory>();
 }
 
 } // namespace sim

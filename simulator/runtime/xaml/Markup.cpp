@@ -76,18 +76,22 @@ void CheckElement(XmlElement const& element)
 
 Xaml::UIElement MakeContent(XmlElement const& root)
 {
-    Xaml::UIElement content{nullptr};
-    if (!root.children.empty())
+    if (root.children.empty())
     {
-        CheckElement(root.children.front());
-        // UIElement's own interface is not among the known ones, and any object will do.
-        IInspectable const element = winrt::make<Element>(root.children.front().name);
-        winrt::copy_from_abi(content, winrt::get_abi(element));
+        return nullptr;
     }
-    return content;
+    CheckElement(root.children.front());
+    return AsElement(winrt::make<Element>(root.children.front().name));
 }
 
 } // namespace
+
+Xaml::UIElement AsElement(IInspectable const& object)
+{
+    Xaml::UIElement element{nullptr};
+    winrt::copy_from_abi(element, winrt::get_abi(object));
+    return element;
+}
 
 void LoadMarkup(IInspectable const& component, Foundation::Uri const& address, ComponentResourceLocation location)
 {

@@ -1,14 +1,14 @@
-#pragma once
+#include "simulator/runtime/Factory.h"
 #include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Runtime.h"
 
 #include <winrt/Windows.ApplicationModel.Core.h>
-#include <winrt/Windows.Foundation.h>
 
 namespace sim
 {
 
-// The static members of Windows.ApplicationModel.Core.CoreApplication.
+namespace
+{
+
 struct CoreApplicationFactory : Implements<CoreApplicationFactory, IActivationFactory, AppModel::Core::ICoreApplication,
                                            AppModel::Core::ICoreApplicationExit>
 {
@@ -19,5 +19,12 @@ struct CoreApplicationFactory : Implements<CoreApplicationFactory, IActivationFa
         CurrentHost().Exit();
     }
 };
+
+} // namespace
+
+IInspectable MakeCoreApplicationFactory()
+{
+    return winrt::make<CoreApplicationFactory>();
+}
 
 } // namespace sim

@@ -1,13 +1,13 @@
-#pragma once
+#include "simulator/runtime/Factory.h"
 #include "simulator/runtime/Framework.h"
-#include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Runtime.h"
 
-#include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.UI.Xaml.Controls.h>
 #include <winrt/Windows.UI.Xaml.Navigation.h>
 
 namespace sim
+{
+
+namespace
 {
 
 // The platform's half of a page: the inner object that the app's own class is composed over. It is shown nowhere.
@@ -30,7 +30,7 @@ struct PageBase : Implements<PageBase, Xaml::Controls::IPage, Xaml::Controls::IP
 
 struct PageFactory : Implements<PageFactory, IActivationFactory, Xaml::Controls::IPageFactory>
 {
-    // On the main view's thread alone: RPC_E_WRONG_THREAD elsewhere.
+    // On the UI thread alone: RPC_E_WRONG_THREAD elsewhere.
     Xaml::Controls::Page CreateInstance(IInspectable const& outer, IInspectable& inner) const
     {
         ThrowIfStruck(L"Page.CreateInstance");
@@ -38,5 +38,12 @@ struct PageFactory : Implements<PageFactory, IActivationFactory, Xaml::Controls:
         return winrt::impl::composable_factory<PageBase>::CreateInstance<Xaml::Controls::Page>(outer, inner);
     }
 };
+
+} // namespace
+
+IInspectable MakePageFactory()
+{
+    return winrt::make<PageFactory>();
+}
 
 } // namespace sim

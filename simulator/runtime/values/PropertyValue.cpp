@@ -1,14 +1,13 @@
-#pragma once
-#include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Factory.h"
 #include "simulator/runtime/values/ArrayValue.h"
-
-#include <winrt/Windows.Foundation.h>
 
 namespace sim
 {
 
-// The static members of Windows.Foundation.PropertyValue, which make objects of values.
+namespace
+{
+
+// Makes objects of values.
 struct PropertyValueFactory : Implements<PropertyValueFactory, IActivationFactory, Foundation::IPropertyValueStatics>
 {
     IInspectable CreateString(winrt::hstring const& value) const
@@ -33,5 +32,12 @@ struct PropertyValueFactory : Implements<PropertyValueFactory, IActivationFactor
         return winrt::make<ArrayValue<T>>(values);
     }
 };
+
+} // namespace
+
+IInspectable MakePropertyValueFactory()
+{
+    return winrt::make<PropertyValueFactory>();
+}
 
 } // namespace sim
