@@ -40,7 +40,7 @@ TABLE = {
     ],
     "simulator/cli": [
         "simulator/base", "simulator/broker", "simulator/client", "simulator/log", "simulator/package",
-        "simulator/platform", "simulator/protocol", "simulator/runtime/ClassNames.h", "simulator/scenario",
+        "simulator/platform", "simulator/protocol", "simulator/scenario",
     ],
     "package/msix": [],
     "package": ["package/msix"],

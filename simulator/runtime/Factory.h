@@ -14,7 +14,6 @@ IInspectable MakePushNotificationTriggerFactory();
 IInspectable MakeTimeTriggerFactory();
 IInspectable MakeCoreApplicationFactory();
 IInspectable MakeFullTrustProcessLauncherFactory();
-IInspectable MakeValueSetFactory();
 IInspectable MakePropertyValueFactory();
 IInspectable MakeUriFactory();
 IInspectable MakePushNotificationChannelManagerFactory();
@@ -32,6 +31,8 @@ struct DefaultFactory : winrt::implements<DefaultFactory<T>, IActivationFactory>
         ThrowIfStruck(CallOf<typename T::class_type>(L"ActivateInstance"));
         return winrt::make<T>();
     }
+
+    static IInspectable Make() { return winrt::make<DefaultFactory>(); }
 };
 
 } // namespace sim

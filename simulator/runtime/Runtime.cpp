@@ -1,8 +1,10 @@
 #include "simulator/runtime/Runtime.h"
 
 #include "simulator/runtime/Factory.h"
+#include "simulator/runtime/values/ValueSet.h"
 
 #include <algorithm>
+#include <ranges>
 #include <windows.h>
 #include <winrt/Windows.ApplicationModel.AppService.h>
 #include <winrt/Windows.ApplicationModel.Background.h>
@@ -32,7 +34,7 @@ constexpr KnownClass classes[] = {
     {winrt::name_of<Background::TimeTrigger>(), MakeTimeTriggerFactory},
     {winrt::name_of<AppModel::Core::CoreApplication>(), MakeCoreApplicationFactory},
     {winrt::name_of<AppModel::FullTrustProcessLauncher>(), MakeFullTrustProcessLauncherFactory},
-    {winrt::name_of<Collections::ValueSet>(), MakeValueSetFactory},
+    {winrt::name_of<Collections::ValueSet>(), DefaultFactory<ValueSet>::Make},
     {winrt::name_of<Foundation::PropertyValue>(), MakePropertyValueFactory},
     {winrt::name_of<Foundation::Uri>(), MakeUriFactory},
     {winrt::name_of<Pushes::PushNotificationChannelManager>(), MakePushNotificationChannelManagerFactory},
@@ -63,6 +65,12 @@ bool StruckByNull(std::wstring_view call)
 void ThrowIfStruck(std::wstring_view call)
 {
     StruckByNull(call);
+}
+
+std::vector<std::wstring_view> ClassNames()
+{
+    auto const names = classes | std::views::transform(&KnownClass::name);
+    return {names.begin(), names.end()};
 }
 
 bool HasClass(std::wstring_view className) noexcept

@@ -4,15 +4,16 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 #include <winrt/base.h>
 
 namespace sim
 {
 
-// For a call that takes place at once: throws hresult_error when it is to fail. True: it is to hand out null.
+// The fault of a synchronous call: throws hresult_error when the call fails; true when it returns null.
 bool StruckByNull(std::wstring_view call);
 
-// The same for a call that hands out nothing.
+// The same for a call that returns no object.
 void ThrowIfStruck(std::wstring_view call);
 
 // The last part of a class's name.
@@ -28,7 +29,10 @@ std::wstring CallOf(std::wstring const& member)
     return std::wstring(LastPart(winrt::name_of<Class>())) + L"." + member;
 }
 
-// Whether the simulator has this class.
+// The classes that programs can ask the simulator for.
+std::vector<std::wstring_view> ClassNames();
+
+// Whether it is one of these.
 bool HasClass(std::wstring_view className) noexcept;
 
 // The factory of a class, as DllGetActivationFactory gives it: null, and class not registered (0x80040154), for one
