@@ -3,6 +3,7 @@
 #include "simulator/runtime/xaml/Markup.h"
 
 #include <windows.h>
+#include <winrt/Windows.ApplicationModel.Core.h>
 
 namespace sim
 {
@@ -38,7 +39,7 @@ struct ApplicationFactory
                        ComponentResourceLocation location = ComponentResourceLocation::Application) const
     {
         ThrowIfStruck(L"Application.LoadComponent");
-        Framework::Instance().NeedViewThread();
+        Framework::Instance().NeedUiThread();
         if (!component || !address)
         {
             throw winrt::hresult_error(E_POINTER);
@@ -47,11 +48,40 @@ struct ApplicationFactory
     }
 };
 
+struct WindowFactory : Implements<WindowFactory, IActivationFactory, Xaml::IWindowStatics>
+{
+    Xaml::Window Current() const
+    {
+        return StruckByNull(L"Window.Current") ? nullptr : Framework::Instance().CurrentWindow();
+    }
+};
+
+struct CoreApplicationFactory : Implements<CoreApplicationFactory, IActivationFactory, AppModel::Core::ICoreApplication,
+                                           AppModel::Core::ICoreApplicationExit>
+{
+    // Ends the app without Suspending. Returns before the end, which comes when the UI thread is free.
+    void Exit() const
+    {
+        ThrowIfStruck(L"CoreApplication.Exit");
+        CurrentHost().Exit();
+    }
+};
+
 } // namespace
 
 IInspectable MakeApplicationFactory()
 {
     return winrt::make<ApplicationFactory>();
+}
+
+IInspectable MakeWindowFactory()
+{
+    return winrt::make<WindowFactory>();
+}
+
+IInspectable MakeCoreApplicationFactory()
+{
+    return winrt::make<CoreApplicationFactory>();
 }
 
 } // namespace sim

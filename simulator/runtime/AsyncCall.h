@@ -1,14 +1,69 @@
 #pragma once
-#include "simulator/runtime/AsyncFault.h"
+#include "simulator/protocol/Fault.h"
+#include "simulator/runtime/CancellableOperation.h"
 #include "simulator/runtime/CurrentHost.h"
 
 #include <coroutine>
+#include <cstdint>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <winrt/Windows.Foundation.h>
 
 namespace sim
 {
+
+// The fault of an asynchronous call, if it has one.
+class AsyncFault
+{
+  public:
+    // Throws hresult_error when the call itself fails.
+    explicit AsyncFault(std::wstring_view call);
+
+    // The call returns null.
+    bool GivesNull() const noexcept { return Is(FaultKind::Null); }
+
+    // The status that the operation completes with, without doing anything.
+    std::optional<std::uint32_t> Status() const noexcept
+    {
+        return Is(FaultKind::Status) ? std::optional(m_fault->value) : std::nullopt;
+    }
+
+    // What the call returns for its operation: one that can be cancelled, or takes no handler, or has ended already.
+    template <typename Operation>
+    Operation Handed(Operation const& operation) const
+    {
+        auto const refusal = Is(FaultKind::Unheard) ? m_fault->Result() : 0;
+        return Is(FaultKind::Ended) ? Ended(operation) : CancellableOperation<Operation>::Of(operation, refusal);
+    }
+
+    // The operation holds this object and awaits Begin first, where the fault fails it, cancels it or keeps it for
+    // good. Agile.
+    winrt::Windows::Foundation::IAsyncAction Begin() const;
+
+    // The operation awaits it last, where the fault delays it. Agile.
+    winrt::Windows::Foundation::IAsyncAction End() const;
+
+  private:
+    bool Is(FaultKind kind) const noexcept { return m_fault && m_fault->kind == kind; }
+
+    // Waits for its end.
+    template <typename Operation>
+    static Operation Ended(Operation operation)
+    {
+        try
+        {
+            operation.get();
+        }
+        catch (...)
+        {
+            // ignored: GetResults throws it, too
+        }
+        co_return operation.GetResults();
+    }
+
+    std::optional<Fault> m_fault;
+};
 
 // co_await: asks the platform, resumes when it has answered, on a thread of the multi-threaded apartment, and gives the
 // answer. Throws hresult_error when the platform refuses. Give it a request that has a name: GCC 12 cannot make one
@@ -37,18 +92,20 @@ class AnswerOf
     AnyAnswer m_answer;
 };
 
-// The operation of a call that asks the platform. known: its result, when the platform need not be asked. finish: makes
-// it of the answer otherwise. Fails as cancelled when the process is no more.
-template <typename Result, typename Request, typename Finish>
-winrt::Windows::Foundation::IAsyncOperation<Result> AskPlatform(AsyncFault fault, HostReference process,
-                                                                Request request, Finish finish,
-                                                                std::optional<Result> known = std::nullopt)
+// The operation of a call that asks the platform. finish: makes the result of the answer. known: the result, when the
+// platform need not be asked. Fails as cancelled when the process has ended.
+template <typename Operation, typename Request, typename Finish, typename Known = std::nullopt_t>
+Operation AskPlatform(AsyncFault fault, HostReference process, Request request, Finish finish,
+                      Known known = std::nullopt)
 {
     co_await winrt::resume_agile(fault.Begin());
-    if (known)
+    if constexpr (!std::is_same_v<Known, std::nullopt_t>)
     {
-        co_await winrt::resume_background(); // where completions arrive
-        co_return *known;
+        if (known)
+        {
+            co_await winrt::resume_background(); // where completions arrive
+            co_return *known;
+        }
     }
     auto const host = process.Get();
     if (!host)

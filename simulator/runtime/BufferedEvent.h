@@ -10,8 +10,7 @@
 namespace sim
 {
 
-// An event of Owner that is not lost on an owner nobody listens to yet: what is raised before waits for the first
-// handler. Any thread.
+// An event of Owner. What is raised before the first handler is added waits for it. Any thread.
 template <typename Owner, typename Delegate>
 class BufferedEvent
 {
@@ -46,7 +45,7 @@ class BufferedEvent
 
     void Remove(winrt::event_token token) { m_event.remove(token); }
 
-    // Nobody listens any more, and nothing waits.
+    // Removes all handlers and what waits.
     void Clear()
     {
         m_event.clear();

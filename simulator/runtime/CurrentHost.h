@@ -27,17 +27,16 @@ class HostScope
     Host* m_before;
 };
 
-// The host that was current when this was made. Objects may outlive it where tests follow one another in one process,
-// and have nobody to speak to then.
+// The host that was current when this was made. Objects may outlive it, where tests follow one another in one process.
 class HostReference
 {
   public:
     HostReference() noexcept : m_host(CurrentHost().weak_from_this()) {}
 
-    // Null when that host is no more.
+    // Null when that host is destroyed.
     std::shared_ptr<Host> Get() const noexcept { return m_host.lock(); }
 
-    // Nothing when that host is no more.
+    // Does nothing when that host is destroyed.
     void Tell(FromProcess const& message) const
     {
         if (auto const host = Get())

@@ -40,12 +40,10 @@ using BackgroundActivatedEventArgs =
 // It shows nothing.
 using Window = Record<Xaml::Window, Interfaces<Xaml::IWindow>, Property<"Content", Xaml::UIElement>>;
 
-struct InitializationParams : winrt::implements<InitializationParams, Xaml::IApplicationInitializationCallbackParams>
-{
-    using class_type = Xaml::ApplicationInitializationCallbackParams;
-};
+using InitializationParams =
+    Record<Xaml::ApplicationInitializationCallbackParams, Interfaces<Xaml::IApplicationInitializationCallbackParams>>;
 
-// Null when these arguments are to be missing.
+// Null when a fault takes these arguments away.
 template <typename Args, typename... Values>
 typename Args::class_type MakeArgs(Values const&... values)
 {
@@ -69,48 +67,14 @@ Framework& Framework::Instance() noexcept
 std::int32_t Framework::Run(Xaml::ApplicationInitializationCallback const& callback)
 {
     std::int32_t result = S_OK;
-    std::thread view([&] { result = RunView(callback); });
-    view.join();
+    std::thread([&] { result = RunApp(callback); }).join();
     return result;
 }
 
-void Framework::Adopt(IInspectable const& application, ApplicationBase& base)
-{
-    m_application = application;
-    m_base = &base;
-}
-
-void Framework::Forget(ApplicationBase const& base) noexcept
-{
-    if (m_base == &base)
-    {
-        m_base = nullptr;
-        winrt::detach_abi(m_application);
-    }
-}
-
-Xaml::Application Framework::CurrentApplication() const
-{
-    return m_application ? m_application.as<Xaml::Application>() : Xaml::Application(nullptr);
-}
-
-Xaml::Window Framework::CurrentWindow() const noexcept
-{
-    return GetCurrentThreadId() == m_viewThread ? m_window : Xaml::Window(nullptr);
-}
-
-void Framework::NeedViewThread() const
-{
-    if (GetCurrentThreadId() != m_viewThread)
-    {
-        throw winrt::hresult_error(RPC_E_WRONG_THREAD);
-    }
-}
-
-std::int32_t Framework::RunView(Xaml::ApplicationInitializationCallback const& callback)
+std::int32_t Framework::RunApp(Xaml::ApplicationInitializationCallback const& callback)
 {
     std::int32_t result = S_OK;
-    m_viewThread = GetCurrentThreadId();
+    m_uiThread = GetCurrentThreadId();
     winrt::init_apartment(winrt::apartment_type::single_threaded);
     try
     {
@@ -196,7 +160,7 @@ void Framework::End() noexcept
     m_window = nullptr;
     m_base = nullptr;
     m_application = nullptr;
-    m_viewThread = 0;
+    m_uiThread = 0;
     m_wasActivated = false;
 }
 

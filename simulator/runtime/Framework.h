@@ -4,6 +4,7 @@
 #include "simulator/runtime/Namespaces.h"
 
 #include <atomic>
+#include <windows.h>
 #include <winrt/Windows.ApplicationModel.Activation.h>
 #include <winrt/Windows.UI.Core.h>
 #include <winrt/Windows.UI.Xaml.h>
@@ -22,22 +23,45 @@ class Framework
     std::int32_t Run(Xaml::ApplicationInitializationCallback const& callback);
 
     // Takes the app's object and keeps it from here on: the callback drops the only other reference.
-    void Adopt(IInspectable const& application, ApplicationBase& base);
+    void Adopt(IInspectable const& application, ApplicationBase& base)
+    {
+        m_application = application;
+        m_base = &base;
+    }
 
     // The base goes. If its application is still kept, its constructor failed after composing and it is no object any
     // more: the reference is dropped without being released.
-    void Forget(ApplicationBase const& base) noexcept;
+    void Forget(ApplicationBase const& base) noexcept
+    {
+        if (m_base == &base)
+        {
+            m_base = nullptr;
+            winrt::detach_abi(m_application);
+        }
+    }
 
-    Xaml::Application CurrentApplication() const;
+    Xaml::Application CurrentApplication() const
+    {
+        return m_application ? m_application.as<Xaml::Application>() : Xaml::Application(nullptr);
+    }
 
     // Null without a foreground activation, and on all threads but the UI thread.
-    Xaml::Window CurrentWindow() const noexcept;
+    Xaml::Window CurrentWindow() const noexcept
+    {
+        return GetCurrentThreadId() == m_uiThread ? m_window : Xaml::Window(nullptr);
+    }
 
     // Throws RPC_E_WRONG_THREAD on all threads but the UI thread.
-    void NeedViewThread() const;
+    void NeedUiThread() const
+    {
+        if (GetCurrentThreadId() != m_uiThread)
+        {
+            throw winrt::hresult_error(RPC_E_WRONG_THREAD);
+        }
+    }
 
   private:
-    std::int32_t RunView(Xaml::ApplicationInitializationCallback const& callback);
+    std::int32_t RunApp(Xaml::ApplicationInitializationCallback const& callback);
     void Construct(Xaml::ApplicationInitializationCallback const& callback);
     void Deliver(Activation const& activation);
 
@@ -53,7 +77,7 @@ class Framework
     IInspectable m_application;
     ApplicationBase* m_base = nullptr; // as long as m_application
     Xaml::Window m_window{nullptr};
-    std::atomic<unsigned long> m_viewThread = 0;
+    std::atomic<unsigned long> m_uiThread = 0;
     bool m_wasActivated = false;
 };
 

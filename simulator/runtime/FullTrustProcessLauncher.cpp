@@ -11,26 +11,15 @@ namespace
 {
 
 // Completes when the process has been started, on a thread of the multi-threaded apartment.
-// cppcheck-suppress passedByValue ; a coroutine outlives what its caller holds
-Foundation::IAsyncAction Run(AsyncFault fault, HostReference process, LaunchDesktop launch)
-{
-    co_await winrt::resume_agile(fault.Begin());
-    auto const host = process.Get();
-    if (!host)
-    {
-        throw winrt::hresult_canceled();
-    }
-    auto const answer = co_await AnswerOf(*host, launch);
-    co_await winrt::resume_agile(fault.End());
-    winrt::check_hresult(answer.result);
-}
-
 Foundation::IAsyncAction Launch(std::wstring_view call, winrt::hstring const& application,
                                 std::optional<std::wstring> group = std::nullopt)
 {
     AsyncFault const fault(call);
-    return fault.GivesNull() ? nullptr
-                             : fault.Handed(Run(fault, HostReference(), {std::wstring(application), std::move(group)}));
+    LaunchDesktop launch{std::wstring(application), std::move(group)};
+    auto const finish = [](DesktopLaunched const& launched) { winrt::check_hresult(launched.result); };
+    return fault.GivesNull()
+               ? nullptr
+               : fault.Handed(AskPlatform<Foundation::IAsyncAction>(fault, HostReference(), std::move(launch), finish));
 }
 
 struct FullTrustProcessLauncherFactory

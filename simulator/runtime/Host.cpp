@@ -48,7 +48,7 @@ void Host::Received(ToProcess const& message)
                    },
                    [this](MessageRouter::Message const& routed) { m_router.Add(routed); },
                    [this](Answer const& answer) { Handle(answer); },
-                   [](EventHappened const&) {}, // only for those who follow, which no process with runtime classes does
+                   [](EventHappened const&) {}, // for processes that Follow
                },
                message);
 }
@@ -65,12 +65,6 @@ void Host::Disconnected()
     PlatformLost();
 }
 
-bool Host::IsApp() const
-{
-    std::lock_guard const lock(m_mutex);
-    return m_role == Role::App;
-}
-
 std::optional<Activation> Host::NextActivation()
 {
     auto activation = m_activations.Next();
@@ -85,12 +79,6 @@ std::optional<Activation> Host::NextActivation()
     return activation;
 }
 
-void Host::Exit()
-{
-    Tell(ExitAnnounced{});
-    End();
-}
-
 std::optional<Fault> Host::TakeFault(std::wstring_view call)
 {
     std::optional<Fault> fault;
@@ -103,18 +91,6 @@ std::optional<Fault> Host::TakeFault(std::wstring_view call)
         Tell(FaultStruck{fault->call});
     }
     return fault;
-}
-
-std::wstring Host::DataFolder() const
-{
-    NeedApp();
-    return m_device.PackageDataFolder(m_welcome.family);
-}
-
-std::wstring Host::PackageFolder() const
-{
-    NeedApp();
-    return m_welcome.folder;
 }
 
 void Host::Deliver(Answer const& answer)
@@ -153,17 +129,18 @@ void Host::TakeRole(Role role)
     m_changed.notify_all();
 }
 
-void Host::NeedApp() const
+Welcome const& Host::AppsWelcome() const
 {
     if (!IsApp())
     {
         throw winrt::hresult_error(HRESULT_FROM_WIN32(APPMODEL_ERROR_NO_PACKAGE));
     }
+    return m_welcome;
 }
 
 AnyAnswer Host::AskAny(AnyRequest request)
 {
-    auto const answer = std::make_shared<std::optional<AnyAnswer>>(); // it may come when nothing waits any more
+    auto const answer = std::make_shared<std::optional<AnyAnswer>>(); // it may come after the wait
     Ask(std::move(request), {[this, answer](AnyAnswer const& given) {
                                  std::lock_guard const lock(m_mutex);
                                  *answer = given;

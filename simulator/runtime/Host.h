@@ -43,20 +43,28 @@ class Host : public std::enable_shared_from_this<Host>
     // APPMODEL_ERROR_NO_PACKAGE when the platform hangs up, ERROR_TIMEOUT when it hangs.
     void Connect(std::shared_ptr<PlatformLink> link, std::uint32_t processId);
 
-    // What the platform says, in its order; and that it says no more.
+    // The platform's messages, in their order; and the end of the connection.
     void Received(ToProcess const& message);
     void Disconnected();
 
     // Any other process is a desktop program: it has no package identity, gets no activations and is struck by no
     // faults.
-    bool IsApp() const;
+    bool IsApp() const
+    {
+        std::lock_guard const lock(m_mutex);
+        return m_role == Role::App;
+    }
 
-    // Waits for what the platform has for the app; nothing when the app is to end. Called on the UI thread, a
+    // Waits for the next activation; nothing when the app ends. Called on the UI thread, a
     // single-threaded apartment, which serves its COM calls meanwhile.
     std::optional<Activation> NextActivation();
 
     // The app asks for its end: NextActivation gives nothing more.
-    void Exit();
+    void Exit()
+    {
+        Tell(ExitAnnounced{});
+        End();
+    }
 
     // The same, from outside.
     void End() { m_activations.End(); }
@@ -96,8 +104,9 @@ class Host : public std::enable_shared_from_this<Host>
 
     // The folder of the app's data (...\Packages\<family>), and where the app's package lies. Throw hresult_error
     // APPMODEL_ERROR_NO_PACKAGE for a process without package identity.
-    std::wstring DataFolder() const;
-    virtual std::wstring PackageFolder() const;
+    std::wstring DataFolder() const { return m_device.PackageDataFolder(AppsWelcome().family); }
+
+    virtual std::wstring PackageFolder() const { return AppsWelcome().folder; }
 
     // What the platform says to connections and task instances goes through it.
     MessageRouter& Router() noexcept { return m_router; }
@@ -131,7 +140,7 @@ class Host : public std::enable_shared_from_this<Host>
         Unknown,
         App,
         DesktopProgram,
-        None // nobody serves the device
+        None // no broker serves the device
     };
 
     struct Waiter
@@ -143,7 +152,7 @@ class Host : public std::enable_shared_from_this<Host>
     void Handle(Answer const& answer);
     std::optional<Waiter> TakeWaiter(std::uint32_t number);
     void TakeRole(Role role);
-    void NeedApp() const;
+    Welcome const& AppsWelcome() const;
     AnyAnswer AskAny(AnyRequest request);
     void Ask(AnyRequest request, Waiter waiter);
     static void ThrowIfRefused(AnyAnswer const& answer);

@@ -22,11 +22,15 @@ DWORD TurnSlot()
 Address AddressOf(MessageRouter::Message const& message)
 {
     return std::visit(
-        Overloaded{
-            [](RequestArrived const& arrived) { return Address::Of(arrived.end, arrived.connection); },
-            [](OtherEndClosed const& closed) { return Address::Of(closed.end, closed.connection); },
-            [](TaskCancelled const& cancelled) { return Address{Address::Kind::Instance, cancelled.instance}; },
-            [](TaskEnded const& ended) { return Address{Address::Kind::Instance, ended.instance}; },
+        [](auto const& said) {
+            if constexpr (requires { said.instance; })
+            {
+                return Address{Address::Kind::Instance, said.instance};
+            }
+            else
+            {
+                return Address::Of(said.end, said.connection);
+            }
         },
         message);
 }
@@ -181,7 +185,7 @@ void MessageRouter::DeliverNext(Address queueAddress)
     }
 }
 
-// Nothing when nobody is there, nor about to be.
+// Null when there is none and no connection is being opened.
 MessageRouter::Receiver MessageRouter::WaitForReceiver(Address address)
 {
     std::unique_lock lock(m_mutex);

@@ -22,8 +22,8 @@ struct Interfaces
 {
 };
 
-// A class D whose objects hold the values of properties, which are read alone. Each getter can be made to fail. D may
-// declare more members.
+// A class D whose objects hold the values of read-only properties. A fault can strike each getter. D may declare other
+// members.
 template <typename D, typename Class, typename List, typename... Properties>
 struct RecordOf;
 
@@ -68,7 +68,7 @@ struct RecordOf<D, Class, Interfaces<I...>, Properties...> : Implements<D, I...>
     std::tuple<typename Properties::Type...> m_values;
 };
 
-// One that declares no more.
+// One without other members.
 template <typename Class, typename List, typename... Properties>
 struct Record : RecordOf<Record<Class, List, Properties...>, Class, List, Properties...>
 {

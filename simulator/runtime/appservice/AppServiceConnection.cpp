@@ -80,7 +80,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
         return fault.Handed(Open(fault));
     }
 
-    // Ends when the other end has done with the message. Throws RO_E_CLOSED after Close, E_ILLEGAL_METHOD_CALL when it
+    // Ends when the other end has completed the request. Throws RO_E_CLOSED after Close, E_ILLEGAL_METHOD_CALL when it
     // was not opened.
     Foundation::IAsyncOperation<Response> SendMessageAsync(Collections::ValueSet const& message)
     {
@@ -91,14 +91,15 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
         }
         Change(State::Open, State::Open);
         auto set = BytesOf(message ? message : throw winrt::hresult_invalid_argument());
-        auto const known = KnownStatus(fault, m_host, set);
+        auto const status = KnownStatus(fault, m_host, set);
         // It keeps this end.
         auto const responseIn = [self = get_strong()](ResponseGiven const& given) {
             return ResponseOf(static_cast<AppServiceResponseStatus>(given.status), given.set);
         };
         SendRequest request{m_connection, m_end, std::move(set)};
-        return fault.Handed(AskPlatform<Response>(fault, m_host, std::move(request), responseIn,
-                                                  known ? std::optional(ResponseOf(*known, {})) : std::nullopt));
+        auto known = status ? std::optional(ResponseOf(*status, {})) : std::nullopt;
+        return fault.Handed(AskPlatform<Foundation::IAsyncOperation<Response>>(fault, m_host, std::move(request),
+                                                                               responseIn, std::move(known)));
     }
 
     // Not refused after Close, which may come from another thread between two subscriptions: then it is never called.
@@ -129,7 +130,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
 
     void ServiceClosed(winrt::event_token token) { m_serviceClosed.Remove(token); }
 
-    // Nothing is raised any more.
+    // No event is raised afterwards.
     void Close()
     {
         ThrowIfStruck(L"AppServiceConnection.Close");
@@ -323,7 +324,7 @@ AppService::AppServiceConnection MakeServiceEnd(std::uint32_t connection, std::w
 
 IInspectable MakeAppServiceConnectionFactory()
 {
-    return winrt::make<DefaultFactory<AppServiceConnection>>();
+    return DefaultFactory<AppServiceConnection>::Make();
 }
 
 } // namespace sim

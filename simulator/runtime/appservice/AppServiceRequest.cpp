@@ -1,9 +1,7 @@
 #include "simulator/runtime/appservice/AppServiceRequest.h"
 
 #include "simulator/protocol/Frames.h"
-#include "simulator/runtime/AsyncCall.h"
 #include "simulator/runtime/Deferral.h"
-#include "simulator/runtime/DeferralCounter.h"
 #include "simulator/runtime/Record.h"
 #include "simulator/runtime/values/ValueBytes.h"
 
@@ -89,7 +87,8 @@ struct AppServiceRequest
         auto const known = KnownStatus(fault, process, set);
         auto const statusIn = [](ResponseTaken const& taken) { return static_cast<Status>(taken.status); };
         GiveResponse response{m_pending->Number(), std::move(set)};
-        return fault.Handed(AskPlatform<Status>(fault, process, std::move(response), statusIn, known));
+        return fault.Handed(
+            AskPlatform<Foundation::IAsyncOperation<Status>>(fault, process, std::move(response), statusIn, known));
     }
 
   private:

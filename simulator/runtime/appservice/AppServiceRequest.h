@@ -1,7 +1,6 @@
 #pragma once
 #include "simulator/protocol/Messages.h"
-#include "simulator/runtime/AsyncFault.h"
-#include "simulator/runtime/CurrentHost.h"
+#include "simulator/runtime/AsyncCall.h"
 
 #include <functional>
 #include <optional>

@@ -79,7 +79,7 @@ struct BackgroundTaskBuilder : Implements<BackgroundTaskBuilder, Background::IBa
 
 IInspectable MakePushNotificationTriggerFactory()
 {
-    return winrt::make<DefaultFactory<PushNotificationTrigger>>();
+    return DefaultFactory<PushNotificationTrigger>::Make();
 }
 
 IInspectable MakeTimeTriggerFactory()
@@ -89,7 +89,7 @@ IInspectable MakeTimeTriggerFactory()
 
 IInspectable MakeBackgroundTaskBuilderFactory()
 {
-    return winrt::make<DefaultFactory<BackgroundTaskBuilder>>();
+    return DefaultFactory<BackgroundTaskBuilder>::Make();
 }
 
 } // namespace sim

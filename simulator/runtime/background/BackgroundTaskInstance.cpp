@@ -2,7 +2,6 @@
 
 #include "simulator/runtime/BufferedEvent.h"
 #include "simulator/runtime/Deferral.h"
-#include "simulator/runtime/DeferralCounter.h"
 #include "simulator/runtime/Record.h"
 #include "simulator/runtime/appservice/AppServiceConnection.h"
 #include "simulator/runtime/background/BackgroundTaskRegistration.h"

@@ -28,7 +28,7 @@ struct BackgroundTaskRegistration
     {
     }
 
-    // cancelTask: running instances of it, too. Nothing when it is registered no more.
+    // cancelTask: cancels its running instances, too. Does nothing for a task that is not registered.
     void Unregister(bool cancelTask) const
     {
         ThrowIfStruck(L"BackgroundTaskRegistration.Unregister");

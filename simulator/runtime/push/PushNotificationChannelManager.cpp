@@ -30,9 +30,10 @@ struct PushNotificationChannelManagerFactory : Implements<PushNotificationChanne
         const
     {
         AsyncFault const fault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync");
-        return fault.GivesNull() ? nullptr
-                                 : fault.Handed(AskPlatform<Pushes::PushNotificationChannel>(
-                                       fault, HostReference(), CreateChannel(), ChannelIn));
+        return fault.GivesNull()
+                   ? nullptr
+                   : fault.Handed(AskPlatform<Foundation::IAsyncOperation<Pushes::PushNotificationChannel>>(
+                         fault, HostReference(), CreateChannel(), ChannelIn));
     }
 
     NotImplemented CreatePushNotificationChannelForApplicationAsync(winrt::hstring const&) const { return {}; }

@@ -1,7 +1,6 @@
 #include "simulator/runtime/Factory.h"
 #include "simulator/runtime/Record.h"
 #include "simulator/runtime/storage/SettingsStore.h"
-#include "simulator/runtime/values/NamedMap.h"
 
 #include <winrt/Windows.Storage.h>
 

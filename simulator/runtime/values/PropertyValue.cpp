@@ -29,7 +29,7 @@ struct PropertyValueFactory : Implements<PropertyValueFactory, IActivationFactor
     template <typename T>
     static IInspectable Default(winrt::array_view<T const> const& values)
     {
-        return winrt::make<ArrayValue<T>>(values);
+        return winrt::make<ArrayValue<T>>(winrt::com_array<T>(values.begin(), values.end()));
     }
 };
 

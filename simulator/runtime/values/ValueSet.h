@@ -1,6 +1,6 @@
 #pragma once
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/values/NamedMap.h"
+#include "simulator/runtime/values/NamedValues.h"
 
 namespace sim
 {

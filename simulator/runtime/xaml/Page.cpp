@@ -34,7 +34,7 @@ struct PageFactory : Implements<PageFactory, IActivationFactory, Xaml::Controls:
     Xaml::Controls::Page CreateInstance(IInspectable const& outer, IInspectable& inner) const
     {
         ThrowIfStruck(L"Page.CreateInstance");
-        Framework::Instance().NeedViewThread();
+        Framework::Instance().NeedUiThread();
         return winrt::impl::composable_factory<PageBase>::CreateInstance<Xaml::Controls::Page>(outer, inner);
     }
 };

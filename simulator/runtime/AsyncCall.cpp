@@ -1,8 +1,5 @@
-#include "simulator/runtime/AsyncFault.h"
+#include "simulator/runtime/AsyncCall.h"
 
-#include "simulator/runtime/CurrentHost.h"
-
-#include <coroutine>
 #include <windows.h>
 
 using winrt::Windows::Foundation::IAsyncAction;
@@ -46,35 +43,31 @@ class Delay
 
 AsyncFault::AsyncFault(std::wstring_view call) : m_fault(CurrentHost().TakeFault(call))
 {
-    if (m_fault && m_fault->kind == FaultKind::Now)
+    if (Is(FaultKind::Now))
     {
         throw winrt::hresult_error(m_fault->Result());
     }
 }
 
-IAsyncAction AsyncFault::Begin(std::optional<Fault> fault)
+IAsyncAction AsyncFault::Begin() const
 {
-    if (!fault)
-    {
-        co_return;
-    }
-    if (fault->kind == FaultKind::Never)
+    if (Is(FaultKind::Never))
     {
         co_await std::suspend_always();
     }
-    if (fault->kind == FaultKind::Completion || fault->kind == FaultKind::Cancelled)
+    if (Is(FaultKind::Completion) || Is(FaultKind::Cancelled))
     {
         co_await winrt::resume_background(); // later, and where completions arrive
         constexpr auto cancelled = static_cast<std::int32_t>(0x800704C7);
-        throw winrt::hresult_error(fault->kind == FaultKind::Cancelled ? cancelled : fault->Result());
+        throw winrt::hresult_error(Is(FaultKind::Cancelled) ? cancelled : m_fault->Result());
     }
 }
 
-IAsyncAction AsyncFault::End(std::optional<Fault> fault)
+IAsyncAction AsyncFault::End() const
 {
-    if (fault && fault->kind == FaultKind::Delay)
+    if (Is(FaultKind::Delay))
     {
-        co_await Delay(fault->value);
+        co_await Delay(m_fault->value);
     }
 }
 
