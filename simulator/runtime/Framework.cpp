@@ -6,7 +6,7 @@
 #include "simulator/runtime/Record.h"
 #include "simulator/runtime/background/BackgroundTaskInstance.h"
 #include "simulator/runtime/xaml/Markup.h"
-#include "simulator/runtime/xaml/PageMaker.h"
+#include "simulator/runtime/xaml/Page.h"
 
 #include <thread>
 #include <windows.h>

@@ -21,31 +21,23 @@ DWORD TurnSlot()
 
 Address AddressOf(MessageRouter::Message const& message)
 {
-    return std::visit(
-        [](auto const& said) {
-            if constexpr (requires { said.instance; })
-            {
-                return Address{Address::Kind::Instance, said.instance};
-            }
-            else
-            {
-                return Address::Of(said.end, said.connection);
-            }
-        },
-        message);
+    return std::visit(Overloaded{
+                          [](RequestArrived const& arrived) { return Address::Of(arrived.end, arrived.connection); },
+                          [](OtherEndClosed const& closed) { return Address::Of(closed.end, closed.connection); },
+                          [](auto const& ofTask) { return Address{Address::Kind::Instance, ofTask.instance}; },
+                      },
+                      message);
 }
 
 Address QueueOf(MessageRouter::Message const& message)
 {
-    auto const ofTask = [&](std::uint32_t connection) {
-        return connection == 0 ? AddressOf(message) : Address::Of(ConnectionEnd::Service, connection);
-    };
-    return std::visit(Overloaded{
-                          [&](TaskCancelled const& cancelled) { return ofTask(cancelled.connection); },
-                          [&](TaskEnded const& ended) { return ofTask(ended.connection); },
-                          [&](auto const&) { return AddressOf(message); },
-                      },
-                      message);
+    auto const service = std::visit(Overloaded{
+                                        [](TaskCancelled const& cancelled) { return cancelled.connection; },
+                                        [](TaskEnded const& ended) { return ended.connection; },
+                                        [](auto const&) { return std::uint32_t{}; },
+                                    },
+                                    message);
+    return service == 0 ? AddressOf(message) : Address::Of(ConnectionEnd::Service, service);
 }
 
 } // namespace

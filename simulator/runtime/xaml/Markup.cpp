@@ -17,7 +17,6 @@ namespace sim
 namespace
 {
 
-constexpr auto parseFailed = static_cast<std::int32_t>(0x802B000A); // E_XAMLPARSEFAILED
 constexpr wchar_t presentation[] = L"http://schemas.microsoft.com/winfx/2006/xaml/presentation";
 constexpr std::wstring_view knownElements[] = {L"Grid", L"StackPanel", L"TextBlock"};
 
@@ -110,7 +109,7 @@ void LoadMarkup(IInspectable const& component, Foundation::Uri const& address, C
     catch (Error const& error)
     {
         CurrentHost().Report(L"markup-failed", {addressDetail, Detail(L"reason", error.Message())});
-        throw winrt::hresult_error(parseFailed, error.Message());
+        throw winrt::hresult_error(xamlParseFailed, error.Message());
     }
     auto const isApplication = location == ComponentResourceLocation::Application;
     CurrentHost().Report(L"markup-loaded",

@@ -8,6 +8,8 @@
 namespace sim
 {
 
+constexpr auto xamlParseFailed = static_cast<std::int32_t>(0x802B000A); // E_XAMLPARSEFAILED
+
 // Any object will do for an element: the interface of UIElement itself is not among the known ones.
 Xaml::UIElement AsElement(IInspectable const& object);
 
