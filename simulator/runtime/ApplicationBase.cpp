@@ -12,7 +12,7 @@ namespace sim
 namespace
 {
 
-// The deadline is told and not enforced: nothing is suspended here.
+// The deadline is not enforced: nothing is suspended here.
 using SuspendingOperation =
     Record<AppModel::SuspendingOperation, Interfaces<AppModel::ISuspendingOperation>,
            Property<"GetDeferral", AppModel::SuspendingDeferral>, Property<"Deadline", Foundation::DateTime>>;

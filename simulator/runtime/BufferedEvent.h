@@ -55,7 +55,7 @@ class BufferedEvent
 
     bool HasHandlers() const { return static_cast<bool>(m_event); }
 
-    // At once when there is a handler.
+    // Raises it at once when there is a handler.
     void RaiseOrWait(Owner& owner, Raise raise)
     {
         {
@@ -69,7 +69,7 @@ class BufferedEvent
         raise(owner);
     }
 
-    // Calls the handlers, here. Their failures stay with them.
+    // Calls the handlers on this thread. Their exceptions do not propagate.
     template <typename... Arguments>
     void Call(Arguments const&... arguments)
     {

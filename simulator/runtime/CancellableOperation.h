@@ -108,7 +108,7 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
         return std::exchange(m_handler, nullptr);
     }
 
-    // Its failure stays its own.
+    // Its exceptions do not propagate.
     void Call(Handler const& handler)
     {
         if (handler)

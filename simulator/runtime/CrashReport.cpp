@@ -18,7 +18,7 @@ namespace
 
 constexpr int mostFrames = 24;
 
-// Set once, and there until the process ends.
+// Set once; they stay until the process ends.
 wchar_t const* g_file = nullptr;
 LPTOP_LEVEL_EXCEPTION_FILTER g_next = nullptr;
 
@@ -30,7 +30,7 @@ bool IsOnStack(DWORD64 address)
     return address >= low && address + sizeof(DWORD64) <= high;
 }
 
-// To the caller; false where there is none, or none that can be found.
+// Unwinds to the caller; false when none is found.
 bool Unwind(CONTEXT& context)
 {
     DWORD64 base = 0;
@@ -108,7 +108,7 @@ void WINAPI OnFailFast(EXCEPTION_RECORD* record, CONTEXT* context, DWORD flags)
     RaiseFailFastException(record, context, flags);
 }
 
-// What lies at an offset of the program in memory.
+// The object at an offset of the program's image.
 template <typename T>
 T* At(ULONGLONG offset)
 {
@@ -125,7 +125,7 @@ void Replace(ULONGLONG& slot, void* replacement)
     }
 }
 
-// Of one imported module: the names, and beside them the slots with the addresses.
+// Replaces it among the imports of one module: a list of names, and beside it one of addresses.
 void ReplaceIn(IMAGE_IMPORT_DESCRIPTOR const& module, char const* name, void* replacement)
 {
     auto const* lookup = At<IMAGE_THUNK_DATA>(module.OriginalFirstThunk);
@@ -162,7 +162,7 @@ void ReportCrashes(std::wstring const& file)
 {
     g_file = (new std::wstring(file))->c_str();
     g_next = SetUnhandledExceptionFilter(OnUnhandledException);
-    // It asks no filter.
+    // It calls no exception filter.
     ReplaceImport("RaiseFailFastException", reinterpret_cast<void*>(OnFailFast));
 }
 

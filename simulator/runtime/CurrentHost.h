@@ -10,10 +10,10 @@ namespace sim
 // There must be one before a class is used.
 Host& CurrentHost() noexcept;
 
-// Makes it the process's; null takes it away.
+// Sets the process's host; null removes it.
 void SetProcessHost(std::shared_ptr<Host> host);
 
-// What this thread does meanwhile belongs to that host: several processes can live in one as threads.
+// Makes a host the current one of this thread, for its own lifetime: threads can stand for several processes.
 class HostScope
 {
   public:

@@ -9,7 +9,7 @@
 namespace sim
 {
 
-// A deferral of a class of the platform. To release it is not to complete it.
+// A deferral. Releasing it does not complete it.
 template <typename Class>
 struct Deferral : winrt::implements<Deferral<Class>, winrt::default_interface<Class>>
 {
@@ -37,10 +37,10 @@ class DeferralCounter
     // ended: called once, by the last one to finish.
     explicit DeferralCounter(std::function<void()> ended) : m_ended(std::move(ended)) {}
 
-    // A deferral is taken. After the end it changes nothing.
+    // Counts a deferral that is taken. Does nothing after the end.
     void Take() noexcept { ++m_unfinished; }
 
-    // A deferral is completed, or the handler has returned.
+    // Counts a deferral that is completed, or the return of the handler.
     void Finish()
     {
         if (--m_unfinished == 0 && !m_hasEnded.exchange(true))

@@ -17,7 +17,7 @@ namespace sim
 namespace
 {
 
-// What OnLaunched gets.
+// The arguments of OnLaunched.
 using LaunchActivatedEventArgs = Record<Activated::LaunchActivatedEventArgs,
                                         Interfaces<Activated::ILaunchActivatedEventArgs, Activated::IActivatedEventArgs,
                                                    Activated::IPrelaunchActivatedEventArgs>,
@@ -25,14 +25,14 @@ using LaunchActivatedEventArgs = Record<Activated::LaunchActivatedEventArgs,
                                         Property<"PreviousExecutionState", Activated::ApplicationExecutionState>,
                                         Property<"Arguments", winrt::hstring>, Property<"PrelaunchActivated", bool>>;
 
-// What OnActivated gets when a URI of the app's protocol is opened.
+// The arguments of OnActivated for a URI of the app's protocol.
 using ProtocolActivatedEventArgs =
     Record<Activated::ProtocolActivatedEventArgs,
            Interfaces<Activated::IProtocolActivatedEventArgs, Activated::IActivatedEventArgs>,
            Property<"Kind", Activated::ActivationKind>,
            Property<"PreviousExecutionState", Activated::ApplicationExecutionState>>;
 
-// What OnBackgroundActivated gets.
+// The arguments of OnBackgroundActivated.
 using BackgroundActivatedEventArgs =
     Record<Activated::BackgroundActivatedEventArgs, Interfaces<Activated::IBackgroundActivatedEventArgs>,
            Property<"TaskInstance", Background::IBackgroundTaskInstance>>;
@@ -103,7 +103,7 @@ void Framework::Construct(Xaml::ApplicationInitializationCallback const& callbac
     }
 }
 
-// What an override throws ends the app.
+// An exception of an override ends the app.
 void Framework::Deliver(Activation const& activation)
 try
 {

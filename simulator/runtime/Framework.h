@@ -22,15 +22,15 @@ class Framework
     // that was to construct the application object.
     std::int32_t Run(Xaml::ApplicationInitializationCallback const& callback);
 
-    // Takes the app's object and keeps it from here on: the callback drops the only other reference.
+    // Keeps the app's object: the callback drops the only other reference.
     void Adopt(IInspectable const& application, ApplicationBase& base)
     {
         m_application = application;
         m_base = &base;
     }
 
-    // The base goes. If its application is still kept, its constructor failed after composing and it is no object any
-    // more: the reference is dropped without being released.
+    // The base is destroyed. If its application is still kept, the app's constructor failed after composition and there
+    // is no object to release: the reference is dropped.
     void Forget(ApplicationBase const& base) noexcept
     {
         if (m_base == &base)
@@ -70,7 +70,7 @@ class Framework
     void Override(ProtocolLaunch const& launch);
     void Override(auto const& taskStart);
 
-    // The window is there from now on. Gives the state of the app before.
+    // Makes the window. Returns the previous execution state.
     Activated::ApplicationExecutionState ShowWindow();
     void End() noexcept;
 

@@ -101,7 +101,7 @@ void Host::Deliver(Answer const& answer)
     }
 }
 
-// What waits on this thread for an answer must not run the app's continuations: messages are read on it.
+// The app's continuations run on the pool: they may block, and this thread reads messages.
 void Host::Handle(Answer const& answer)
 {
     auto const waiter = TakeWaiter(answer.number);

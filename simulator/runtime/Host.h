@@ -24,7 +24,7 @@
 namespace sim
 {
 
-// What the runtime classes of one process have of the world outside: their side of the protocol, whatever carries it.
+// The runtime classes' side of the protocol, for one process, over any link.
 // Any thread, unless said otherwise.
 class Host : public std::enable_shared_from_this<Host>
 {
@@ -69,7 +69,7 @@ class Host : public std::enable_shared_from_this<Host>
     // The same, from outside.
     void End() { m_activations.End(); }
 
-    // The fault that strikes this call, if one does.
+    // The fault that strikes this call, if any.
     virtual std::optional<Fault> TakeFault(std::wstring_view call);
 
     // For the device's journal.
@@ -111,10 +111,10 @@ class Host : public std::enable_shared_from_this<Host>
     // What the platform says to connections and task instances goes through it.
     MessageRouter& Router() noexcept { return m_router; }
 
-    // An override failed and nothing handled it. A real process ends in here, at once.
+    // An override failed and nothing handled it. Ends a real process at once.
     virtual void Fail(std::int32_t result) = 0;
 
-    // What the app's window holds when it is made, by its first foreground activation. Called on the UI thread.
+    // The initial content of the app's window. Called on the UI thread.
     virtual IInspectable WindowContent() { return nullptr; }
 
     // The app has taken a deferral of a request that it serves, or has completed one. Told each time, also when that
@@ -123,13 +123,13 @@ class Host : public std::enable_shared_from_this<Host>
     virtual void DeferralCompleted(std::uint32_t request) {}
 
   protected:
-    // Runs what waits for the answer, here.
+    // Runs the continuation of a request on this thread.
     void Deliver(Answer const& answer);
 
-    // There is no next activation: the app's UI thread ends.
+    // The app's UI thread ends.
     virtual void AppEnded() {}
 
-    // The platform is no longer there.
+    // The connection to the platform is lost.
     virtual void PlatformLost() {}
 
     PoolWork& Work() noexcept { return m_work; }

@@ -12,7 +12,7 @@ namespace sim
 namespace
 {
 
-// Where a thread keeps its turn. Not thread_local, as in CurrentHost.cpp.
+// The slot for a thread's turn. Not thread_local, as in CurrentHost.cpp.
 DWORD TurnSlot()
 {
     static auto const slot = TlsAlloc();
@@ -142,7 +142,7 @@ void MessageRouter::Run(std::function<void()> function)
 
 void MessageRouter::Close()
 {
-    std::map<Address, Receiver> dropped; // after the lock: they may hold anything
+    std::map<Address, Receiver> dropped; // after the lock: they may hold objects of the app
     {
         std::lock_guard const lock(m_mutex);
         m_isClosed = true;

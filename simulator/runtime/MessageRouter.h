@@ -55,7 +55,7 @@ class MessageRouter
     MessageRouter(MessageRouter const&) = delete;
     MessageRouter& operator=(MessageRouter const&) = delete;
 
-    // Close, if that was not called before.
+    // Closes it.
     ~MessageRouter();
 
     void AddReceiver(Address address, Receiver receiver);

@@ -22,17 +22,17 @@ constexpr std::wstring_view LastPart(std::wstring_view className)
     return className.substr(className.find_last_of(L'.') + 1);
 }
 
-// A member of a class as it is called among the calls that can be made to fail.
+// The name of a member, as faults name it.
 template <typename Class>
 std::wstring CallOf(std::wstring const& member)
 {
     return std::wstring(LastPart(winrt::name_of<Class>())) + L"." + member;
 }
 
-// The classes that programs can ask the simulator for.
+// The classes that the simulator has.
 std::vector<std::wstring_view> ClassNames();
 
-// Whether it is one of these.
+// Whether the simulator has this class.
 bool HasClass(std::wstring_view className) noexcept;
 
 // The factory of a class, as DllGetActivationFactory gives it: null, and class not registered (0x80040154), for one

@@ -18,12 +18,12 @@ using AppModel::AppService::AppServiceClosedStatus;
 using AppModel::AppService::AppServiceConnectionStatus;
 using AppModel::AppService::AppServiceResponseStatus;
 
-// What came of a message that was sent. Message: empty when there was no response.
+// The outcome of a request. Message: empty when there was no response.
 using AppServiceResponse =
     Record<AppService::AppServiceResponse, Interfaces<AppService::IAppServiceResponse>,
            Property<"Status", AppServiceResponseStatus>, Property<"Message", Collections::ValueSet>>;
 
-// What a handler of ServiceClosed gets.
+// The arguments of ServiceClosed.
 using AppServiceClosedEventArgs =
     Record<AppService::AppServiceClosedEventArgs, Interfaces<AppService::IAppServiceClosedEventArgs>,
            Property<"Status", AppServiceClosedStatus>>;
@@ -92,7 +92,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
         Change(State::Open, State::Open);
         auto set = BytesOf(message ? message : throw winrt::hresult_invalid_argument());
         auto const status = KnownStatus(fault, m_host, set);
-        // It keeps this end.
+        // The operation keeps this end.
         auto const responseIn = [self = get_strong()](ResponseGiven const& given) {
             return ResponseOf(static_cast<AppServiceResponseStatus>(given.status), given.set);
         };
@@ -130,7 +130,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
 
     void ServiceClosed(winrt::event_token token) { m_serviceClosed.Remove(token); }
 
-    // No event is raised afterwards.
+    // Afterwards no event is raised.
     void Close()
     {
         ThrowIfStruck(L"AppServiceConnection.Close");
@@ -147,7 +147,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
         m_serviceClosed.Clear();
     }
 
-    // From here on it gets what the platform says to it.
+    // From here on it receives messages.
     void Attach()
     {
         if (auto const host = m_host.Get())
@@ -260,7 +260,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
         });
     }
 
-    // A service that has just been activated may need a while to listen; a caller that does not listen never will.
+    // A new service may add its handler later; a caller without a handler refuses requests.
     void Receive(RequestArrived const& arrived)
     {
         if (m_end == ConnectionEnd::Caller && !m_requestReceived.HasHandlers())

@@ -64,7 +64,7 @@ class PendingRequest
     DeferralCounter m_end;
 };
 
-// A message that arrived, with the way to answer it.
+// A request, with the way to answer it.
 struct AppServiceRequest
     : RecordOf<AppServiceRequest, AppService::AppServiceRequest, Interfaces<AppService::IAppServiceRequest>,
                Property<"Message", Collections::ValueSet>>
@@ -105,7 +105,7 @@ struct AppServiceRequestReceivedEventArgs
     {
     }
 
-    // From here on the connection's next message does not wait for the handler's return.
+    // The connection's next message then no longer waits for the handler to return.
     AppService::AppServiceDeferral GetDeferral() const
     {
         if (StruckByNull(L"AppServiceRequestReceivedEventArgs.GetDeferral"))

@@ -16,12 +16,11 @@ namespace
 
 using AppModel::Background::BackgroundTaskCancellationReason;
 
-// What a push carries.
+// The trigger details of a push.
 using RawNotification =
     Record<Pushes::RawNotification, Interfaces<Pushes::IRawNotification>, Property<"Content", winrt::hstring>>;
 
-// What an app gets that is activated for a new connection. CallerPackageFamilyName: empty for a caller without a
-// package.
+// The trigger details of a new connection. CallerPackageFamilyName: empty for a caller without a package.
 using AppServiceTriggerDetails =
     Record<AppService::AppServiceTriggerDetails,
            Interfaces<AppService::IAppServiceTriggerDetails, AppService::IAppServiceTriggerDetails2,
@@ -30,7 +29,7 @@ using AppServiceTriggerDetails =
            Property<"AppServiceConnection", AppService::AppServiceConnection>,
            Property<"IsRemoteSystemConnection", bool>>;
 
-// One run of a background task.
+// An instance of a background task.
 struct BackgroundTaskInstance : Implements<BackgroundTaskInstance, Background::IBackgroundTaskInstance,
                                            Background::IBackgroundTaskInstance2, Background::IBackgroundTaskInstance4>
 {
@@ -51,7 +50,7 @@ struct BackgroundTaskInstance : Implements<BackgroundTaskInstance, Background::I
         m_end->Finish();
     }
 
-    // Its own is not known here: the device's number for it.
+    // The device's number for it: how the platform makes ids is unknown.
     winrt::guid InstanceId() const noexcept { return {m_number, 0, 0, {}}; }
 
     Registration Task() const { return StruckByNull(L"BackgroundTaskInstance.Task") ? Registration(nullptr) : m_task; }

@@ -42,7 +42,7 @@ struct BackgroundTaskRegistration
 struct BackgroundTaskRegistrationFactory
     : Implements<BackgroundTaskRegistrationFactory, IActivationFactory, Background::IBackgroundTaskRegistrationStatics>
 {
-    // As they are now, in the order of their registration.
+    // A snapshot, in the order of registration.
     Collections::IMapView<winrt::guid, IBackgroundTaskRegistration> AllTasks() const
     {
         constexpr wchar_t call[] = L"BackgroundTaskRegistration.AllTasks";

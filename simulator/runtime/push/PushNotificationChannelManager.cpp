@@ -25,7 +25,7 @@ Pushes::PushNotificationChannel ChannelIn(ChannelCreated const& answer)
 struct PushNotificationChannelManagerFactory : Implements<PushNotificationChannelManagerFactory, IActivationFactory,
                                                           Pushes::IPushNotificationChannelManagerStatics>
 {
-    // The channel that there is, or a new one.
+    // The existing channel, or a new one.
     Foundation::IAsyncOperation<Pushes::PushNotificationChannel> CreatePushNotificationChannelForApplicationAsync()
         const
     {

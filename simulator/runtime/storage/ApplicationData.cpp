@@ -20,7 +20,7 @@ struct ApplicationDataContainerSettings : NamedMap<ApplicationDataContainerSetti
     {
     }
 
-    // Each time an object of its own; null for a missing name.
+    // A new object each time; null for a missing name.
     IInspectable Lookup(winrt::hstring const& name) const
     {
         return StruckByNull(L"ApplicationDataContainerSettings.Lookup") ? nullptr : m_store->CopyOf(name);
@@ -45,7 +45,7 @@ using ApplicationDataContainer =
     Record<Storage::ApplicationDataContainer, Interfaces<Storage::IApplicationDataContainer>,
            Property<"Values", Collections::IPropertySet>>;
 
-// What an app keeps on the device: its local settings alone are served.
+// Only the local settings are served.
 using ApplicationData = Record<Storage::ApplicationData, Interfaces<Storage::IApplicationData>,
                                Property<"LocalSettings", Storage::ApplicationDataContainer>>;
 

@@ -16,7 +16,7 @@ namespace sim
 template <typename K, typename V>
 using MapEntries = std::shared_ptr<std::vector<std::pair<K, V>> const>;
 
-// In all three: call: what the map is called among the calls that can be made to fail; empty for one that cannot.
+// call, in all three: the name of the map, as faults name it; empty for one that has no faults.
 
 template <typename K, typename V>
 struct KeyValuePair : winrt::implements<KeyValuePair<K, V>, Collections::IKeyValuePair<K, V>>
@@ -66,7 +66,7 @@ struct MapIterator : Implements<MapIterator<K, V>, Collections::IIterator<Collec
     std::size_t m_next = 0;
 };
 
-// A map that does not change.
+// A read-only map.
 template <typename K, typename V>
 struct MapView
     : Implements<MapView<K, V>, Collections::IMapView<K, V>, Collections::IIterable<Collections::IKeyValuePair<K, V>>>

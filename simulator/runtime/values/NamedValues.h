@@ -20,7 +20,7 @@ class NamedValues
     NamedValues& operator=(NamedValues const&) = delete;
     virtual ~NamedValues() = default;
 
-    // As they are now.
+    // A snapshot.
     MapEntries<winrt::hstring, IInspectable> All() const
     {
         std::lock_guard const lock(m_mutex);
@@ -59,21 +59,24 @@ class NamedValues
 
     void Clear()
     {
-        Change([](Entries& entries) { return entries.clear(), true; });
+        Change([](Entries& entries) {
+            entries.clear();
+            return true;
+        });
     }
 
   protected:
-    // Called with what the values are to become; they stay as they are when it throws.
-    virtual void Keep(Entries const& entries) {}
+    // Called with the values to be; nothing changes when it throws.
+    virtual void Save(Entries const& entries) {}
 
   private:
     bool Change(std::function<bool(Entries&)> const& change)
     {
-        MapEntries<winrt::hstring, IInspectable> old; // released after the lock: a value may be anything
+        MapEntries<winrt::hstring, IInspectable> old; // released after the lock: a value's destructor may be the app's
         std::lock_guard const lock(m_mutex);
         auto entries = std::make_shared<Entries>(*m_entries);
         auto const result = change(*entries);
-        Keep(*entries);
+        Save(*entries);
         old = std::exchange(m_entries, std::move(entries));
         return result;
     }
@@ -82,7 +85,7 @@ class NamedValues
     MapEntries<winrt::hstring, IInspectable> m_entries;
 };
 
-// What the platform's maps of values by name have in common; D declares the other members.
+// The common members of the platform's maps of values by name; D declares the others.
 template <typename D>
 struct NamedMap : Implements<D, Collections::IPropertySet, Collections::IObservableMap<winrt::hstring, IInspectable>,
                              Collections::IMap<winrt::hstring, IInspectable>,

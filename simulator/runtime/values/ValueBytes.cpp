@@ -75,7 +75,7 @@ bool TryEncode(IPropertyValue const& value, SetEntry& entry)
     return true;
 }
 
-// The opposite.
+// The reverse.
 template <typename T>
 bool TryDecode(SetEntry const& entry, IInspectable& value)
 {
