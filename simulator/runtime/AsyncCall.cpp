@@ -43,31 +43,32 @@ class Delay
 
 AsyncFault::AsyncFault(std::wstring_view call) : m_fault(CurrentHost().TakeFault(call))
 {
-    if (Is(FaultKind::Now))
+    if (auto const* const fault = Of(FaultKind::Now))
     {
-        throw winrt::hresult_error(m_fault->Result());
+        throw winrt::hresult_error(fault->Result());
     }
 }
 
 IAsyncAction AsyncFault::Begin() const
 {
-    if (Is(FaultKind::Never))
+    if (Of(FaultKind::Never))
     {
         co_await std::suspend_always();
     }
-    if (Is(FaultKind::Completion) || Is(FaultKind::Cancelled))
+    auto const* const failure = Of(FaultKind::Completion);
+    if (failure || Of(FaultKind::Cancelled))
     {
         co_await winrt::resume_background(); // later, and where completions arrive
         constexpr auto cancelled = static_cast<std::int32_t>(0x800704C7);
-        throw winrt::hresult_error(Is(FaultKind::Cancelled) ? cancelled : m_fault->Result());
+        throw winrt::hresult_error(failure ? failure->Result() : cancelled);
     }
 }
 
 IAsyncAction AsyncFault::End() const
 {
-    if (Is(FaultKind::Delay))
+    if (auto const* const fault = Of(FaultKind::Delay))
     {
-        co_await Delay(m_fault->value);
+        co_await Delay(fault->value);
     }
 }
 

@@ -21,20 +21,22 @@ class AsyncFault
     explicit AsyncFault(std::wstring_view call);
 
     // The call returns null.
-    bool GivesNull() const noexcept { return Is(FaultKind::Null); }
+    bool GivesNull() const noexcept { return Of(FaultKind::Null) != nullptr; }
 
     // The status that the operation completes with, without doing anything.
     std::optional<std::uint32_t> Status() const noexcept
     {
-        return Is(FaultKind::Status) ? std::optional(m_fault->value) : std::nullopt;
+        auto const* const fault = Of(FaultKind::Status);
+        return fault ? std::optional(fault->value) : std::nullopt;
     }
 
     // What the call returns for its operation: one that can be cancelled, or takes no handler, or has ended already.
     template <typename Operation>
     Operation Handed(Operation const& operation) const
     {
-        auto const refusal = Is(FaultKind::Unheard) ? m_fault->Result() : 0;
-        return Is(FaultKind::Ended) ? Ended(operation) : CancellableOperation<Operation>::Of(operation, refusal);
+        auto const* const unheard = Of(FaultKind::Unheard);
+        auto const refusal = unheard ? unheard->Result() : 0;
+        return Of(FaultKind::Ended) ? Ended(operation) : CancellableOperation<Operation>::Of(operation, refusal);
     }
 
     // The operation holds this object and awaits Begin first, where the fault fails it, cancels it or keeps it for
@@ -45,7 +47,8 @@ class AsyncFault
     winrt::Windows::Foundation::IAsyncAction End() const;
 
   private:
-    bool Is(FaultKind kind) const noexcept { return m_fault && m_fault->kind == kind; }
+    // The fault if it is of that kind; otherwise null.
+    Fault const* Of(FaultKind kind) const noexcept { return m_fault && m_fault->kind == kind ? &*m_fault : nullptr; }
 
     // Waits for its end.
     template <typename Operation>
