@@ -40,7 +40,7 @@ TABLE = {
     ],
     "simulator/cli": [
         "simulator/base", "simulator/broker", "simulator/client", "simulator/log", "simulator/package",
-        "simulator/platform", "simulator/protocol", "simulator/runtime/ClassNames.h", "simulator/scenario",
+        "simulator/platform", "simulator/protocol", "simulator/scenario",
     ],
     "package/msix": [],
     "package": ["package/msix"],
@@ -50,7 +50,7 @@ TABLE = {
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
     "tests/native": ["logging", "utils"],
     "tests/unit/app": [
-        "app", "service", "logging", "projection", "simulator/runtime/NotImplemented.h", "simulator/testing",
+        "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
         "tests/support",
     ],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
@@ -63,7 +63,7 @@ TABLE = {
     ],
     "tests/unit/utils": ["logging", "utils", "tests/support"],
     "tests/flow": [
-        "app", "service", "logging", "utils", "projection", "simulator/runtime/NotImplemented.h", "simulator/testing",
+        "app", "service", "logging", "utils", "projection", "simulator/runtime/Implements.h", "simulator/testing",
         "tests/support",
     ],
     "tests/storm": ["service", "projection", "simulator/testing", "tests/flow"],

@@ -3,20 +3,12 @@
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Process.h"
-#include "simulator/runtime/ClassNames.h"
 
+#include <bit>
 #include <windows.h>
 
 namespace sim
 {
-
-namespace
-{
-
-// The system's registry of classes, which Wine's RoGetActivationFactory reads.
-constexpr wchar_t classesKey[] = L"Software\\Microsoft\\WindowsRuntime\\ActivatableClassId\\";
-
-} // namespace
 
 void InstallRuntimeClasses()
 {
@@ -25,16 +17,16 @@ void InstallRuntimeClasses()
     {
         throw Error(L"there is no " + library + L": build it first");
     }
-    for (auto const* name : runtimeClassNames)
+    auto* const module = LoadLibraryW(library.c_str());
+    auto const entry = module ? GetProcAddress(module, "DllRegisterServer") : nullptr;
+    if (!entry)
     {
-        auto const error =
-            RegSetKeyValueW(HKEY_LOCAL_MACHINE, (std::wstring(classesKey) + name).c_str(), L"DllPath", REG_SZ,
-                            library.c_str(), static_cast<DWORD>((library.size() + 1) * sizeof(wchar_t)));
-        if (error != ERROR_SUCCESS)
-        {
-            throw Error(std::wstring(L"cannot register the class ") + name + L": " +
-                        SystemMessage(static_cast<unsigned long>(error)));
-        }
+        throw Error(L"cannot load " + library + L": " + SystemMessage(GetLastError()));
+    }
+    if (auto const result = std::bit_cast<HRESULT(__stdcall*)()>(entry)(); result < 0)
+    {
+        throw Error(L"cannot register the classes of " + library + L": " +
+                    SystemMessage(static_cast<unsigned long>(result)));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "simulator/base/Handle.h"
 #include "simulator/protocol/Activation.h"
 
+#include <combaseapi.h>
 #include <deque>
 #include <mutex>
 #include <optional>
@@ -9,26 +10,49 @@
 namespace sim
 {
 
-// What waits for the main view's thread.
+// The activations that wait for the UI thread.
 class ActivationQueue
 {
   public:
-    ActivationQueue();
-
-    void Add(Activation activation);
+    void Add(Activation activation)
+    {
+        std::lock_guard const lock(m_mutex);
+        m_waiting.push_back(std::move(activation));
+        SetEvent(m_changed.Get());
+    }
 
     // Next gives nothing from now on, whatever still waits.
-    void End();
+    void End()
+    {
+        std::lock_guard const lock(m_mutex);
+        m_hasEnded = true;
+        SetEvent(m_changed.Get());
+    }
 
     // Waits, serving calls to the thread's apartment. For one thread.
-    std::optional<Activation> Next();
+    std::optional<Activation> Next()
+    {
+        std::unique_lock lock(m_mutex);
+        while (!m_hasEnded && m_waiting.empty())
+        {
+            lock.unlock();
+            HANDLE changed = m_changed.Get();
+            DWORD index = 0;
+            CoWaitForMultipleHandles(COWAIT_DEFAULT, INFINITE, 1, &changed, &index);
+            lock.lock();
+        }
+        if (m_hasEnded)
+        {
+            return std::nullopt;
+        }
+        auto next = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        return next;
+    }
 
   private:
-    // Whether the end or an activation is there; then `next` is what Next gives.
-    bool TryTake(std::optional<Activation>& next);
-
-    Handle m_changed;
-    std::mutex m_mutex;
+    Handle m_changed{CreateEventW(nullptr, FALSE, FALSE, nullptr)};
+    std::mutex m_mutex; // over all that follows
     std::deque<Activation> m_waiting;
     bool m_hasEnded = false;
 };

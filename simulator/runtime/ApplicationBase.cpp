@@ -1,11 +1,10 @@
 #include "simulator/runtime/ApplicationBase.h"
 
-#include "simulator/runtime/DeferralCounter.h"
+#include "simulator/runtime/CurrentHost.h"
+#include "simulator/runtime/Deferral.h"
 #include "simulator/runtime/Framework.h"
-#include "simulator/runtime/HostReference.h"
 #include "simulator/runtime/Record.h"
 
-#include <atomic>
 #include <chrono>
 
 namespace sim
@@ -15,43 +14,19 @@ namespace
 {
 
 // What a handler of Suspending gets. The platform goes by the deadline that it is told.
-
-struct SuspendingDeferral : winrt::implements<SuspendingDeferral, AppModel::ISuspendingDeferral>
+struct SuspendingOperation
+    : RecordOf<SuspendingOperation, AppModel::SuspendingOperation, Interfaces<AppModel::ISuspendingOperation>,
+               Property<"Deadline", Foundation::DateTime>>
 {
-    using class_type = AppModel::SuspendingDeferral;
-
-    explicit SuspendingDeferral(std::shared_ptr<DeferralCounter> counter) : m_counter(std::move(counter)) {}
-
-    void Complete()
+    explicit SuspendingOperation(std::shared_ptr<DeferralCounter> counter)
+        : RecordOf(winrt::clock::now() + std::chrono::seconds(5)), m_counter(std::move(counter))
     {
-        if (!m_isCompleted.exchange(true))
-        {
-            m_counter->Finish();
-        }
     }
+
+    AppModel::SuspendingDeferral GetDeferral() const { return TakeDeferral<AppModel::SuspendingDeferral>(m_counter); }
 
   private:
     std::shared_ptr<DeferralCounter> const m_counter;
-    std::atomic<bool> m_isCompleted = false;
-};
-
-struct SuspendingOperation : winrt::implements<SuspendingOperation, AppModel::ISuspendingOperation>
-{
-    using class_type = AppModel::SuspendingOperation;
-
-    explicit SuspendingOperation(std::shared_ptr<DeferralCounter> counter) : m_counter(std::move(counter)) {}
-
-    AppModel::SuspendingDeferral GetDeferral() const
-    {
-        m_counter->Take();
-        return winrt::make<SuspendingDeferral>(m_counter);
-    }
-
-    Foundation::DateTime Deadline() const noexcept { return m_deadline; }
-
-  private:
-    std::shared_ptr<DeferralCounter> const m_counter;
-    Foundation::DateTime const m_deadline = winrt::clock::now() + std::chrono::seconds(5);
 };
 
 using SuspendingEventArgs = Record<AppModel::SuspendingEventArgs, Interfaces<AppModel::ISuspendingEventArgs>,

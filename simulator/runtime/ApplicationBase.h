@@ -39,10 +39,10 @@ struct ApplicationBase : Implements<ApplicationBase, Xaml::IApplication, Xaml::I
 
     void RaiseSuspending(IInspectable const& sender);
 
-    // The handlers get no arguments: what they hold is not among the known binary interfaces.
+    // The handlers get null for arguments, whose binary interface is unknown.
     void RaiseUnhandledException(IInspectable const& sender);
 
-    // The overrides of an app that does not override them.
+    // The defaults of the overrides.
     void OnActivated(auto const&...) const noexcept {}
     void OnLaunched(auto const&...) const noexcept {}
     void OnFileActivated(auto const&...) const noexcept {}

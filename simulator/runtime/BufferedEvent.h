@@ -1,5 +1,5 @@
 #pragma once
-#include "simulator/runtime/HostReference.h"
+#include "simulator/runtime/CurrentHost.h"
 
 #include <functional>
 #include <mutex>
@@ -10,8 +10,7 @@
 namespace sim
 {
 
-// An event of Owner that is not lost on an owner nobody listens to yet: what is raised before waits for the first
-// handler. Any thread.
+// An event of Owner. What is raised before the first handler is added waits for it. Any thread.
 template <typename Owner, typename Delegate>
 class BufferedEvent
 {
@@ -46,7 +45,7 @@ class BufferedEvent
 
     void Remove(winrt::event_token token) { m_event.remove(token); }
 
-    // Nobody listens any more, and nothing waits.
+    // Removes all handlers and what waits.
     void Clear()
     {
         m_event.clear();
@@ -56,7 +55,7 @@ class BufferedEvent
 
     bool HasHandlers() const { return static_cast<bool>(m_event); }
 
-    // At once when there is a handler.
+    // Raises it at once when there is a handler.
     void RaiseOrWait(Owner& owner, Raise raise)
     {
         {
@@ -70,7 +69,7 @@ class BufferedEvent
         raise(owner);
     }
 
-    // Calls the handlers, here. Their failures stay with them.
+    // Calls the handlers on this thread. Their exceptions do not propagate.
     template <typename... Arguments>
     void Call(Arguments const&... arguments)
     {

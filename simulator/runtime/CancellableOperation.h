@@ -1,8 +1,9 @@
 #pragma once
 #include "simulator/runtime/Namespaces.h"
-#include "simulator/runtime/RunOnPool.h"
+#include "simulator/runtime/PoolWork.h"
 
 #include <mutex>
+#include <optional>
 #include <utility>
 #include <winrt/Windows.Foundation.h>
 
@@ -17,24 +18,27 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
     using AsyncStatus = Foundation::AsyncStatus;
     using Handler = decltype(std::declval<Operation>().Completed());
 
-    // Of an operation whose completion nobody has asked for.
-    static Operation Of(Operation const& operation)
+    // operation: without a handler. refusal: what each handler is refused with, if it is a failure.
+    static Operation Of(Operation const& operation, std::int32_t refusal = 0)
     {
-        auto const made = winrt::make_self<CancellableOperation>(operation);
+        auto const made = winrt::make_self<CancellableOperation>(operation, refusal);
         operation.Completed([made](auto const&, AsyncStatus status) {
-            Handler handler;
-            if (made->TryEnd(status, handler))
+            if (auto const handler = made->End(status))
             {
-                made->Call(handler);
+                made->Call(*handler);
             }
         });
         return *made;
     }
 
-    explicit CancellableOperation(Operation operation) : m_operation(std::move(operation)) {}
+    CancellableOperation(Operation operation, std::int32_t refusal)
+        : m_operation(std::move(operation)), m_refusal(refusal)
+    {
+    }
 
     void Completed(Handler const& handler)
     {
+        winrt::check_hresult(m_refusal);
         {
             std::lock_guard const lock(m_mutex);
             if (std::exchange(m_handlerWasSet, true))
@@ -82,31 +86,29 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
     // The handler is called where completions arrive.
     void Cancel()
     {
-        Handler handler;
-        if (TryEnd(AsyncStatus::Canceled, handler))
+        if (auto const handler = End(AsyncStatus::Canceled))
         {
             m_operation.Cancel();
-            RunOnPool([self = this->get_strong(), handler] { self->Call(handler); });
+            RunOnPool([self = this->get_strong(), handler] { self->Call(*handler); });
         }
     }
 
     void Close() const { m_operation.Close(); }
 
   private:
-    // False when it has ended already. handler: is to be called.
-    bool TryEnd(AsyncStatus status, Handler& handler)
+    // The handler to call; nothing when it has ended already.
+    std::optional<Handler> End(AsyncStatus status)
     {
         std::lock_guard const lock(m_mutex);
         if (m_status != AsyncStatus::Started)
         {
-            return false;
+            return std::nullopt;
         }
         m_status = status;
-        handler = std::exchange(m_handler, nullptr);
-        return true;
+        return std::exchange(m_handler, nullptr);
     }
 
-    // Its failure stays its own.
+    // Its exceptions do not propagate.
     void Call(Handler const& handler)
     {
         if (handler)
@@ -116,6 +118,7 @@ struct CancellableOperation : winrt::implements<CancellableOperation<Operation>,
     }
 
     Operation const m_operation;
+    std::int32_t const m_refusal;
     mutable std::mutex m_mutex; // over all that follows
     AsyncStatus m_status = AsyncStatus::Started;
     bool m_handlerWasSet = false;

@@ -2,11 +2,12 @@
 
 #include "simulator/base/Handle.h"
 #include "simulator/base/Text.h"
-#include "simulator/runtime/ReplaceImport.h"
 
 #include <atomic>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <windows.h>
 
 namespace sim
@@ -17,7 +18,7 @@ namespace
 
 constexpr int mostFrames = 24;
 
-// Set once, and there until the process ends.
+// Set once; they stay until the process ends.
 wchar_t const* g_file = nullptr;
 LPTOP_LEVEL_EXCEPTION_FILTER g_next = nullptr;
 
@@ -29,7 +30,7 @@ bool IsOnStack(DWORD64 address)
     return address >= low && address + sizeof(DWORD64) <= high;
 }
 
-// To the caller; false where there is none, or none that can be found.
+// Unwinds to the caller; false when none is found.
 bool Unwind(CONTEXT& context)
 {
     DWORD64 base = 0;
@@ -107,13 +108,61 @@ void WINAPI OnFailFast(EXCEPTION_RECORD* record, CONTEXT* context, DWORD flags)
     RaiseFailFastException(record, context, flags);
 }
 
+// The object at an offset of the program's image.
+template <typename T>
+T* At(ULONGLONG offset)
+{
+    return reinterpret_cast<T*>(reinterpret_cast<std::byte*>(GetModuleHandleW(nullptr)) + offset);
+}
+
+void Replace(ULONGLONG& slot, void* replacement)
+{
+    DWORD protection = 0;
+    if (VirtualProtect(&slot, sizeof slot, PAGE_READWRITE, &protection))
+    {
+        slot = reinterpret_cast<ULONGLONG>(replacement);
+        VirtualProtect(&slot, sizeof slot, protection, &protection);
+    }
+}
+
+// Replaces it among the imports of one module: a list of names, and beside it one of addresses.
+void ReplaceIn(IMAGE_IMPORT_DESCRIPTOR const& module, char const* name, void* replacement)
+{
+    auto const* lookup = At<IMAGE_THUNK_DATA>(module.OriginalFirstThunk);
+    auto* slot = At<IMAGE_THUNK_DATA>(module.FirstThunk);
+    for (; lookup->u1.AddressOfData != 0; ++lookup, ++slot)
+    {
+        auto const isNamed = !IMAGE_SNAP_BY_ORDINAL(lookup->u1.Ordinal);
+        if (isNamed && std::strcmp(At<IMAGE_IMPORT_BY_NAME>(lookup->u1.AddressOfData)->Name, name) == 0)
+        {
+            Replace(slot->u1.Function, replacement);
+        }
+    }
+}
+
+// From now on this process's program calls the replacement where it imports a function of that name; its modules do
+// not. Nothing happens when the program does not import it.
+void ReplaceImport(char const* name, void* replacement)
+{
+    auto const& headers = *At<IMAGE_NT_HEADERS>(static_cast<ULONGLONG>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
+    auto const imports = headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+    if (imports == 0)
+    {
+        return;
+    }
+    for (auto const* module = At<IMAGE_IMPORT_DESCRIPTOR>(imports); module->Name != 0; ++module)
+    {
+        ReplaceIn(*module, name, replacement);
+    }
+}
+
 } // namespace
 
 void ReportCrashes(std::wstring const& file)
 {
     g_file = (new std::wstring(file))->c_str();
     g_next = SetUnhandledExceptionFilter(OnUnhandledException);
-    // It asks no filter.
+    // It calls no exception filter.
     ReplaceImport("RaiseFailFastException", reinterpret_cast<void*>(OnFailFast));
 }
 

@@ -8,7 +8,7 @@ namespace sim
 namespace
 {
 
-// Where a thread keeps its host. Not thread_local: GCC's own goes through a thread library that at times does not know
+// The slot for a thread's host. Not thread_local: GCC's own goes through a thread library that at times does not know
 // the threads of the system's pool, and then writes to address 0x68.
 DWORD HostSlot()
 {

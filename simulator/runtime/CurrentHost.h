@@ -10,10 +10,10 @@ namespace sim
 // There must be one before a class is used.
 Host& CurrentHost() noexcept;
 
-// Makes it the process's; null takes it away.
+// Sets the process's host; null removes it.
 void SetProcessHost(std::shared_ptr<Host> host);
 
-// What this thread does meanwhile belongs to that host: several processes can live in one as threads.
+// Makes a host the current one of this thread, for its own lifetime: threads can stand for several processes.
 class HostScope
 {
   public:
@@ -25,6 +25,28 @@ class HostScope
 
   private:
     Host* m_before;
+};
+
+// The host that was current when this was made. Objects may outlive it, where tests follow one another in one process.
+class HostReference
+{
+  public:
+    HostReference() noexcept : m_host(CurrentHost().weak_from_this()) {}
+
+    // Null when that host is destroyed.
+    std::shared_ptr<Host> Get() const noexcept { return m_host.lock(); }
+
+    // Does nothing when that host is destroyed.
+    void Tell(FromProcess const& message) const
+    {
+        if (auto const host = Get())
+        {
+            host->Tell(message);
+        }
+    }
+
+  private:
+    std::weak_ptr<Host> m_host;
 };
 
 } // namespace sim

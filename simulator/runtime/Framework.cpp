@@ -3,8 +3,10 @@
 #include "simulator/base/Overloaded.h"
 #include "simulator/base/Text.h"
 #include "simulator/protocol/Event.h"
-#include "simulator/runtime/ActivatedEventArgs.h"
-#include "simulator/runtime/xaml/PageMaker.h"
+#include "simulator/runtime/Record.h"
+#include "simulator/runtime/background/BackgroundTaskInstance.h"
+#include "simulator/runtime/xaml/Markup.h"
+#include "simulator/runtime/xaml/Page.h"
 
 #include <thread>
 #include <windows.h>
@@ -15,12 +17,33 @@ namespace sim
 namespace
 {
 
-struct InitializationParams : winrt::implements<InitializationParams, Xaml::IApplicationInitializationCallbackParams>
-{
-    using class_type = Xaml::ApplicationInitializationCallbackParams;
-};
+// The arguments of OnLaunched.
+using LaunchActivatedEventArgs = Record<Activated::LaunchActivatedEventArgs,
+                                        Interfaces<Activated::ILaunchActivatedEventArgs, Activated::IActivatedEventArgs,
+                                                   Activated::IPrelaunchActivatedEventArgs>,
+                                        Property<"Kind", Activated::ActivationKind>,
+                                        Property<"PreviousExecutionState", Activated::ApplicationExecutionState>,
+                                        Property<"Arguments", winrt::hstring>, Property<"PrelaunchActivated", bool>>;
 
-// Null when these arguments are to be missing.
+// The arguments of OnActivated for a URI of the app's protocol.
+using ProtocolActivatedEventArgs =
+    Record<Activated::ProtocolActivatedEventArgs,
+           Interfaces<Activated::IProtocolActivatedEventArgs, Activated::IActivatedEventArgs>,
+           Property<"Kind", Activated::ActivationKind>,
+           Property<"PreviousExecutionState", Activated::ApplicationExecutionState>>;
+
+// The arguments of OnBackgroundActivated.
+using BackgroundActivatedEventArgs =
+    Record<Activated::BackgroundActivatedEventArgs, Interfaces<Activated::IBackgroundActivatedEventArgs>,
+           Property<"TaskInstance", Background::IBackgroundTaskInstance>>;
+
+// It shows nothing.
+using Window = Record<Xaml::Window, Interfaces<Xaml::IWindow>, Property<"Content", Xaml::UIElement>>;
+
+using InitializationParams =
+    Record<Xaml::ApplicationInitializationCallbackParams, Interfaces<Xaml::IApplicationInitializationCallbackParams>>;
+
+// Null when a fault takes these arguments away.
 template <typename Args, typename... Values>
 typename Args::class_type MakeArgs(Values const&... values)
 {
@@ -44,48 +67,14 @@ Framework& Framework::Instance() noexcept
 std::int32_t Framework::Run(Xaml::ApplicationInitializationCallback const& callback)
 {
     std::int32_t result = S_OK;
-    std::thread view([&] { result = RunView(callback); });
-    view.join();
+    std::thread([&] { result = RunApp(callback); }).join();
     return result;
 }
 
-void Framework::Adopt(IInspectable const& application, ApplicationBase& base)
-{
-    m_application = application;
-    m_base = &base;
-}
-
-void Framework::Forget(ApplicationBase const& base) noexcept
-{
-    if (m_base == &base)
-    {
-        m_base = nullptr;
-        winrt::detach_abi(m_application);
-    }
-}
-
-Xaml::Application Framework::CurrentApplication() const
-{
-    return m_application ? m_application.as<Xaml::Application>() : Xaml::Application(nullptr);
-}
-
-Xaml::Window Framework::CurrentWindow() const noexcept
-{
-    return GetCurrentThreadId() == m_viewThread ? m_window : Xaml::Window(nullptr);
-}
-
-void Framework::NeedViewThread() const
-{
-    if (GetCurrentThreadId() != m_viewThread)
-    {
-        throw winrt::hresult_error(RPC_E_WRONG_THREAD);
-    }
-}
-
-std::int32_t Framework::RunView(Xaml::ApplicationInitializationCallback const& callback)
+std::int32_t Framework::RunApp(Xaml::ApplicationInitializationCallback const& callback)
 {
     std::int32_t result = S_OK;
-    m_viewThread = GetCurrentThreadId();
+    m_uiThread = GetCurrentThreadId();
     winrt::init_apartment(winrt::apartment_type::single_threaded);
     try
     {
@@ -114,21 +103,16 @@ void Framework::Construct(Xaml::ApplicationInitializationCallback const& callbac
     }
 }
 
+// An exception of an override ends the app.
 void Framework::Deliver(Activation const& activation)
+try
 {
     std::visit(Overloaded{
                    [this](Suspension const&) { m_base->RaiseSuspending(m_application); },
                    [this](PageRequest const& page) { MakePage(CurrentApplication(), page.className); },
-                   [this](auto const& content) { CallOverride(content); },
+                   [this](auto const& content) { Override(content); },
                },
                activation.content);
-}
-
-template <typename Content>
-void Framework::CallOverride(Content const& content)
-try
-{
-    Override(content);
 }
 catch (...)
 {
@@ -136,16 +120,6 @@ catch (...)
     CurrentHost().Report(L"unhandled-exception", ResultDetail(result));
     m_base->RaiseUnhandledException(m_application);
     CurrentHost().Fail(result);
-}
-
-void Framework::Override(ServiceStart const& start)
-{
-    Activate(*BackgroundTaskInstance::Start(start));
-}
-
-void Framework::Override(TaskStart const& start)
-{
-    Activate(*BackgroundTaskInstance::Start(start));
 }
 
 void Framework::Override(ProtocolLaunch const&)
@@ -162,19 +136,19 @@ void Framework::Override(UserLaunch const& launch)
         Activated::ActivationKind::Launch, before, winrt::hstring(launch.arguments), false));
 }
 
-void Framework::Activate(BackgroundTaskInstance& instance) const
+void Framework::Override(auto const& taskStart)
 {
-    m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(
-        MakeArgs<BackgroundActivatedEventArgs>(instance.get_strong().as<Background::IBackgroundTaskInstance>()));
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the caller holds it
-    instance.Returned();
+    RunTask(taskStart, [this](Background::IBackgroundTaskInstance const& instance) {
+        m_application.as<Xaml::IApplicationOverrides2>().OnBackgroundActivated(
+            MakeArgs<BackgroundActivatedEventArgs>(instance));
+    });
 }
 
 Activated::ApplicationExecutionState Framework::ShowWindow()
 {
     if (!m_window)
     {
-        m_window = winrt::make<sim::Window>(CurrentHost().WindowContent());
+        m_window = winrt::make<Window>(AsElement(CurrentHost().WindowContent()));
     }
     using Activated::ApplicationExecutionState;
     return std::exchange(m_wasActivated, true) ? ApplicationExecutionState::Running
@@ -186,7 +160,7 @@ void Framework::End() noexcept
     m_window = nullptr;
     m_base = nullptr;
     m_application = nullptr;
-    m_viewThread = 0;
+    m_uiThread = 0;
     m_wasActivated = false;
 }
 

@@ -1,10 +1,8 @@
-#include "simulator/runtime/FullTrustProcessLauncher.h"
+#include "simulator/runtime/AsyncCall.h"
+#include "simulator/runtime/Factory.h"
+#include "simulator/runtime/Implements.h"
 
-#include "simulator/runtime/AsyncFault.h"
-#include "simulator/runtime/Awaiters.h"
-#include "simulator/runtime/HostReference.h"
-
-using winrt::Windows::Foundation::IAsyncAction;
+#include <winrt/Windows.ApplicationModel.h>
 
 namespace sim
 {
@@ -12,28 +10,40 @@ namespace sim
 namespace
 {
 
-// cppcheck-suppress passedByValue ; a coroutine outlives what its caller holds
-IAsyncAction Run(AsyncFault fault, HostReference process, LaunchDesktop launch)
+// Completes when the process has been started, on a thread of the multi-threaded apartment.
+Foundation::IAsyncAction Launch(std::wstring_view call, winrt::hstring const& application,
+                                std::optional<std::wstring> group = std::nullopt)
 {
-    co_await winrt::resume_agile(fault.Begin());
-    auto const host = process.Get();
-    if (!host)
-    {
-        throw winrt::hresult_canceled();
-    }
-    auto const answer = co_await AnswerOf(*host, launch);
-    co_await winrt::resume_agile(fault.End());
-    winrt::check_hresult(answer.result);
+    AsyncFault const fault(call);
+    LaunchDesktop launch{std::wstring(application), std::move(group)};
+    auto const finish = [](DesktopLaunched const& launched) { winrt::check_hresult(launched.result); };
+    return fault.GivesNull()
+               ? nullptr
+               : fault.Handed(AskPlatform<Foundation::IAsyncAction>(fault, HostReference(), std::move(launch), finish));
 }
+
+struct FullTrustProcessLauncherFactory
+    : Implements<FullTrustProcessLauncherFactory, IActivationFactory, AppModel::IFullTrustProcessLauncherStatics>
+{
+    // Of the overloads, group is the parameter group's id.
+    static Foundation::IAsyncAction LaunchFullTrustProcessForCurrentAppAsync(auto const&... group)
+    {
+        return Launch(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync", {}, std::wstring(group)...);
+    }
+
+    static Foundation::IAsyncAction LaunchFullTrustProcessForAppAsync(winrt::hstring const& application,
+                                                                      auto const&... group)
+    {
+        return Launch(L"FullTrustProcessLauncher.LaunchFullTrustProcessForAppAsync", application,
+                      std::wstring(group)...);
+    }
+};
 
 } // namespace
 
-IAsyncAction FullTrustProcessLauncherFactory::Launch(std::wstring_view call, std::wstring_view application,
-                                                     std::optional<std::wstring> group)
+IInspectable MakeFullTrustProcessLauncherFactory()
 {
-    AsyncFault const fault(call);
-    return fault.GivesNull() ? nullptr
-                             : fault.Handed(Run(fault, HostReference(), {std::wstring(application), std::move(group)}));
+    return winrt::make<FullTrustProcessLauncherFactory>();
 }
 
 } // namespace sim

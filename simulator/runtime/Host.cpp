@@ -1,20 +1,14 @@
 #include "simulator/runtime/Host.h"
 
+#include "simulator/base/Overloaded.h"
+#include "simulator/protocol/BrokerPipe.h"
 #include "simulator/runtime/CurrentHost.h"
 
 #include <chrono>
-#include <utility>
 #include <windows.h>
 
 namespace sim
 {
-
-namespace
-{
-
-constexpr wchar_t hungText[] = L"the device's broker does not answer";
-
-} // namespace
 
 void Host::Connect(std::shared_ptr<PlatformLink> link, std::uint32_t processId)
 {
@@ -23,7 +17,7 @@ void Host::Connect(std::shared_ptr<PlatformLink> link, std::uint32_t processId)
     std::unique_lock lock(m_mutex);
     if (!m_changed.wait_for(lock, std::chrono::milliseconds(m_answerLimit), [&] { return m_role != Role::Unknown; }))
     {
-        throw winrt::hresult_error(HRESULT_FROM_WIN32(ERROR_TIMEOUT), hungText);
+        throw winrt::hresult_error(HRESULT_FROM_WIN32(ERROR_TIMEOUT), HungText(0));
     }
     if (m_role == Role::None)
     {
@@ -33,27 +27,42 @@ void Host::Connect(std::shared_ptr<PlatformLink> link, std::uint32_t processId)
 
 void Host::Received(ToProcess const& message)
 {
-    std::visit([this](auto const& said) { Handle(said); }, message);
+    std::visit(Overloaded{
+                   [this](Welcome const& welcome) {
+                       std::lock_guard const lock(m_mutex);
+                       m_welcome = welcome;
+                       TakeRole(Role::App);
+                   },
+                   [this](NotTheApp const&) {
+                       std::lock_guard const lock(m_mutex);
+                       TakeRole(Role::DesktopProgram);
+                   },
+                   [this](Activate const& activate) { m_activations.Add(activate.activation); },
+                   [this](FaultSet const& set) {
+                       std::lock_guard const lock(m_mutex);
+                       m_faults.Set(set.fault);
+                   },
+                   [this](FaultsCleared const&) {
+                       std::lock_guard const lock(m_mutex);
+                       m_faults.Clear();
+                   },
+                   [this](MessageRouter::Message const& routed) { m_router.Add(routed); },
+                   [this](Answer const& answer) { Handle(answer); },
+                   [](EventHappened const&) {}, // for processes that Follow
+               },
+               message);
 }
 
 void Host::Disconnected()
 {
+    std::unique_lock lock(m_mutex);
+    if (m_role == Role::Unknown)
     {
-        std::unique_lock lock(m_mutex);
-        if (m_role != Role::Unknown)
-        {
-            lock.unlock();
-            PlatformLost();
-            return;
-        }
+        TakeRole(Role::None);
+        return;
     }
-    TakeRole(Role::None);
-}
-
-bool Host::IsApp() const
-{
-    std::lock_guard const lock(m_mutex);
-    return m_role == Role::App;
+    lock.unlock();
+    PlatformLost();
 }
 
 std::optional<Activation> Host::NextActivation()
@@ -70,12 +79,6 @@ std::optional<Activation> Host::NextActivation()
     return activation;
 }
 
-void Host::Exit()
-{
-    Tell(ExitAnnounced{});
-    End();
-}
-
 std::optional<Fault> Host::TakeFault(std::wstring_view call)
 {
     std::optional<Fault> fault;
@@ -90,116 +93,54 @@ std::optional<Fault> Host::TakeFault(std::wstring_view call)
     return fault;
 }
 
-void Host::Report(std::wstring kind, std::vector<std::wstring> details)
-{
-    Tell(sim::Report{std::move(kind), std::move(details)});
-}
-
-void Host::AskLater(AnyRequest request, std::function<void(AnyAnswer const&)> answered)
-{
-    Ask(std::move(request), {std::move(answered), true});
-}
-
-std::wstring Host::DataFolder() const
-{
-    NeedApp();
-    return m_device.PackageDataFolder(m_welcome.family);
-}
-
-std::wstring Host::PackageFolder() const
-{
-    NeedApp();
-    return m_welcome.folder;
-}
-
 void Host::Deliver(Answer const& answer)
 {
-    std::unique_lock lock(m_mutex);
-    auto const waiter = m_waiters.extract(answer.number);
-    lock.unlock();
-    if (waiter)
+    if (auto const waiter = TakeWaiter(answer.number))
     {
-        waiter.mapped().answered(answer.content);
+        waiter->answered(answer.content);
     }
 }
 
-void Host::Handle(Welcome const& message)
+// The app's continuations run on the pool: they may block, and this thread reads messages.
+void Host::Handle(Answer const& answer)
 {
+    auto const waiter = TakeWaiter(answer.number);
+    if (waiter && waiter->isOnPool)
     {
-        std::lock_guard const lock(m_mutex);
-        m_welcome = message;
+        m_router.Run([answered = waiter->answered, content = answer.content] { answered(content); });
     }
-    TakeRole(Role::App);
+    else if (waiter)
+    {
+        waiter->answered(answer.content);
+    }
 }
 
-void Host::Handle(NotTheApp const&)
-{
-    TakeRole(Role::DesktopProgram);
-}
-
-void Host::Handle(Activate const& message)
-{
-    m_activations.Add(message.activation);
-}
-
-void Host::Handle(FaultSet const& message)
+std::optional<Host::Waiter> Host::TakeWaiter(std::uint32_t number)
 {
     std::lock_guard const lock(m_mutex);
-    m_faults.Set(message.fault);
+    auto waiter = m_waiters.extract(number);
+    return waiter ? std::optional(std::move(waiter.mapped())) : std::nullopt;
 }
 
-void Host::Handle(FaultsCleared const&)
-{
-    std::lock_guard const lock(m_mutex);
-    m_faults.Clear();
-}
-
-void Host::Handle(MessageRouter::Message const& message)
-{
-    m_router.Add(message);
-}
-
-// What waits on this thread for an answer must not run the app's continuations: messages are read on it.
-void Host::Handle(Answer const& message)
-{
-    std::unique_lock lock(m_mutex);
-    auto const waiter = m_waiters.find(message.number);
-    auto const isOnPool = waiter != m_waiters.end() && waiter->second.isOnPool;
-    lock.unlock();
-    if (!isOnPool)
-    {
-        Deliver(message);
-        return;
-    }
-    m_work.Run([this, message] {
-        HostScope const scope(*this);
-        Deliver(message);
-    });
-}
-
-void Host::Handle(EventHappened const&)
-{
-    // Only for those who follow, which no process with runtime classes does.
-}
-
+// Under m_mutex.
 void Host::TakeRole(Role role)
 {
-    std::lock_guard const lock(m_mutex);
     m_role = role;
     m_changed.notify_all();
 }
 
-void Host::NeedApp() const
+Welcome const& Host::AppsWelcome() const
 {
     if (!IsApp())
     {
         throw winrt::hresult_error(HRESULT_FROM_WIN32(APPMODEL_ERROR_NO_PACKAGE));
     }
+    return m_welcome;
 }
 
 AnyAnswer Host::AskAny(AnyRequest request)
 {
-    auto const answer = std::make_shared<std::optional<AnyAnswer>>(); // it may come when nothing waits any more
+    auto const answer = std::make_shared<std::optional<AnyAnswer>>(); // it may come after the wait
     Ask(std::move(request), {[this, answer](AnyAnswer const& given) {
                                  std::lock_guard const lock(m_mutex);
                                  *answer = given;
@@ -208,7 +149,7 @@ AnyAnswer Host::AskAny(AnyRequest request)
                              false});
     std::unique_lock lock(m_mutex);
     m_changed.wait_for(lock, std::chrono::milliseconds(m_answerLimit), [&] { return answer->has_value(); });
-    return answer->value_or(Refused{hungText});
+    return answer->value_or(Refused{HungText(0)});
 }
 
 void Host::Ask(AnyRequest request, Waiter waiter)

@@ -24,7 +24,7 @@
 namespace sim
 {
 
-// What the runtime classes of one process have of the world outside: their side of the protocol, whatever carries it.
+// The runtime classes' side of the protocol, for one process, over any link.
 // Any thread, unless said otherwise.
 class Host : public std::enable_shared_from_this<Host>
 {
@@ -43,29 +43,40 @@ class Host : public std::enable_shared_from_this<Host>
     // APPMODEL_ERROR_NO_PACKAGE when the platform hangs up, ERROR_TIMEOUT when it hangs.
     void Connect(std::shared_ptr<PlatformLink> link, std::uint32_t processId);
 
-    // What the platform says, in its order; and that it says no more.
+    // The platform's messages, in their order; and the end of the connection.
     void Received(ToProcess const& message);
     void Disconnected();
 
     // Any other process is a desktop program: it has no package identity, gets no activations and is struck by no
     // faults.
-    bool IsApp() const;
+    bool IsApp() const
+    {
+        std::lock_guard const lock(m_mutex);
+        return m_role == Role::App;
+    }
 
-    // Waits for what the platform has for the app; nothing when the app is to end. Called on the UI thread, a
+    // Waits for the next activation; nothing when the app ends. Called on the UI thread, a
     // single-threaded apartment, which serves its COM calls meanwhile.
     std::optional<Activation> NextActivation();
 
     // The app asks for its end: NextActivation gives nothing more.
-    void Exit();
+    void Exit()
+    {
+        Tell(ExitAnnounced{});
+        End();
+    }
 
     // The same, from outside.
     void End() { m_activations.End(); }
 
-    // The fault that strikes this call, if one does.
+    // The fault that strikes this call, if any.
     virtual std::optional<Fault> TakeFault(std::wstring_view call);
 
     // For the device's journal.
-    void Report(std::wstring kind, std::vector<std::wstring> details);
+    void Report(std::wstring kind, std::vector<std::wstring> details)
+    {
+        Tell(sim::Report{std::move(kind), std::move(details)});
+    }
 
     void Tell(FromProcess const& message) { m_link->Send(message); }
 
@@ -78,7 +89,10 @@ class Host : public std::enable_shared_from_this<Host>
     }
 
     // The same; `answered` is called on a thread of the system's pool, with what AnswerIn reads.
-    void AskLater(AnyRequest request, std::function<void(AnyAnswer const&)> answered);
+    void AskLater(AnyRequest request, std::function<void(AnyAnswer const&)> answered)
+    {
+        Ask(std::move(request), {std::move(answered), true});
+    }
 
     // Throws hresult_error for a refusal.
     template <typename Request>
@@ -90,16 +104,17 @@ class Host : public std::enable_shared_from_this<Host>
 
     // The folder of the app's data (...\Packages\<family>), and where the app's package lies. Throw hresult_error
     // APPMODEL_ERROR_NO_PACKAGE for a process without package identity.
-    std::wstring DataFolder() const;
-    virtual std::wstring PackageFolder() const;
+    std::wstring DataFolder() const { return m_device.PackageDataFolder(AppsWelcome().family); }
+
+    virtual std::wstring PackageFolder() const { return AppsWelcome().folder; }
 
     // What the platform says to connections and task instances goes through it.
     MessageRouter& Router() noexcept { return m_router; }
 
-    // An override failed and nothing handled it. A real process ends in here, at once.
+    // An override failed and nothing handled it. Ends a real process at once.
     virtual void Fail(std::int32_t result) = 0;
 
-    // What the app's window holds when it is made, by its first foreground activation. Called on the UI thread.
+    // The initial content of the app's window. Called on the UI thread.
     virtual IInspectable WindowContent() { return nullptr; }
 
     // The app has taken a deferral of a request that it serves, or has completed one. Told each time, also when that
@@ -108,13 +123,13 @@ class Host : public std::enable_shared_from_this<Host>
     virtual void DeferralCompleted(std::uint32_t request) {}
 
   protected:
-    // Runs what waits for the answer, here.
+    // Runs the continuation of a request on this thread.
     void Deliver(Answer const& answer);
 
-    // There is no next activation: the app's UI thread ends.
+    // The app's UI thread ends.
     virtual void AppEnded() {}
 
-    // The platform is no longer there.
+    // The connection to the platform is lost.
     virtual void PlatformLost() {}
 
     PoolWork& Work() noexcept { return m_work; }
@@ -125,7 +140,7 @@ class Host : public std::enable_shared_from_this<Host>
         Unknown,
         App,
         DesktopProgram,
-        None // nobody serves the device
+        None // no broker serves the device
     };
 
     struct Waiter
@@ -134,18 +149,10 @@ class Host : public std::enable_shared_from_this<Host>
         bool isOnPool; // else where the answer arrives
     };
 
-    // One for each message of the platform; those for connections and instances are the router's.
-    void Handle(Welcome const& message);
-    void Handle(NotTheApp const& message);
-    void Handle(Activate const& message);
-    void Handle(FaultSet const& message);
-    void Handle(FaultsCleared const& message);
-    void Handle(MessageRouter::Message const& message);
-    void Handle(Answer const& message);
-    void Handle(EventHappened const& message);
-
+    void Handle(Answer const& answer);
+    std::optional<Waiter> TakeWaiter(std::uint32_t number);
     void TakeRole(Role role);
-    void NeedApp() const;
+    Welcome const& AppsWelcome() const;
     AnyAnswer AskAny(AnyRequest request);
     void Ask(AnyRequest request, Waiter waiter);
     static void ThrowIfRefused(AnyAnswer const& answer);

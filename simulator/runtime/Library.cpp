@@ -47,3 +47,22 @@ catch (...)
 {
     return winrt::to_hresult();
 }
+
+// Registers this library for its classes in the platform's list, where Wine's RoGetActivationFactory looks.
+extern "C" __declspec(dllexport) HRESULT __stdcall DllRegisterServer()
+try
+{
+    auto const path = sim::RuntimeModulePath();
+    auto const size = static_cast<DWORD>((path.size() + 1) * sizeof(wchar_t));
+    for (auto const name : sim::ClassNames())
+    {
+        auto const key = L"Software\\Microsoft\\WindowsRuntime\\ActivatableClassId\\" + std::wstring(name);
+        auto const error = RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), L"DllPath", REG_SZ, path.c_str(), size);
+        winrt::check_hresult(HRESULT_FROM_WIN32(static_cast<DWORD>(error)));
+    }
+    return S_OK;
+}
+catch (...)
+{
+    return winrt::to_hresult();
+}

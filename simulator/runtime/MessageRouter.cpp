@@ -12,7 +12,7 @@ namespace sim
 namespace
 {
 
-// Where a thread keeps its turn. Not thread_local, as in CurrentHost.cpp.
+// The slot for a thread's turn. Not thread_local, as in CurrentHost.cpp.
 DWORD TurnSlot()
 {
     static auto const slot = TlsAlloc();
@@ -21,27 +21,23 @@ DWORD TurnSlot()
 
 Address AddressOf(MessageRouter::Message const& message)
 {
-    return std::visit(
-        Overloaded{
-            [](RequestArrived const& arrived) { return Address::Of(arrived.end, arrived.connection); },
-            [](OtherEndClosed const& closed) { return Address::Of(closed.end, closed.connection); },
-            [](TaskCancelled const& cancelled) { return Address{Address::Kind::Instance, cancelled.instance}; },
-            [](TaskEnded const& ended) { return Address{Address::Kind::Instance, ended.instance}; },
-        },
-        message);
+    return std::visit(Overloaded{
+                          [](RequestArrived const& arrived) { return Address::Of(arrived.end, arrived.connection); },
+                          [](OtherEndClosed const& closed) { return Address::Of(closed.end, closed.connection); },
+                          [](auto const& ofTask) { return Address{Address::Kind::Instance, ofTask.instance}; },
+                      },
+                      message);
 }
 
 Address QueueOf(MessageRouter::Message const& message)
 {
-    auto const ofTask = [&](std::uint32_t connection) {
-        return connection == 0 ? AddressOf(message) : Address::Of(ConnectionEnd::Service, connection);
-    };
-    return std::visit(Overloaded{
-                          [&](TaskCancelled const& cancelled) { return ofTask(cancelled.connection); },
-                          [&](TaskEnded const& ended) { return ofTask(ended.connection); },
-                          [&](auto const&) { return AddressOf(message); },
-                      },
-                      message);
+    auto const service = std::visit(Overloaded{
+                                        [](TaskCancelled const& cancelled) { return cancelled.connection; },
+                                        [](TaskEnded const& ended) { return ended.connection; },
+                                        [](auto const&) { return std::uint32_t{}; },
+                                    },
+                                    message);
+    return service == 0 ? AddressOf(message) : Address::Of(ConnectionEnd::Service, service);
 }
 
 } // namespace
@@ -146,7 +142,7 @@ void MessageRouter::Run(std::function<void()> function)
 
 void MessageRouter::Close()
 {
-    std::map<Address, Receiver> dropped; // after the lock: they may hold anything
+    std::map<Address, Receiver> dropped; // after the lock: they may hold objects of the app
     {
         std::lock_guard const lock(m_mutex);
         m_isClosed = true;
@@ -181,7 +177,7 @@ void MessageRouter::DeliverNext(Address queueAddress)
     }
 }
 
-// Nothing when nobody is there, nor about to be.
+// Null when there is none and no connection is being opened.
 MessageRouter::Receiver MessageRouter::WaitForReceiver(Address address)
 {
     std::unique_lock lock(m_mutex);

@@ -55,7 +55,7 @@ class MessageRouter
     MessageRouter(MessageRouter const&) = delete;
     MessageRouter& operator=(MessageRouter const&) = delete;
 
-    // Close, if that was not called before.
+    // Closes it.
     ~MessageRouter();
 
     void AddReceiver(Address address, Receiver receiver);
@@ -75,7 +75,7 @@ class MessageRouter
         MessageRouter& m_router;
     };
 
-    // Never blocks. What is for nobody is dropped: its receiver is no more.
+    // Never blocks. A message without a receiver is dropped.
     void Add(Message message);
 
     // Called in a receiver, on its thread: the next message of the same queue need not wait for its return. Does
@@ -85,7 +85,7 @@ class MessageRouter
     // Runs a function on the system's pool, in the host's scope.
     void Run(std::function<void()> function);
 
-    // Drops all receivers and what still waits, and returns when nothing runs any more.
+    // Drops all receivers and what still waits, and returns when the last receiver has returned.
     void Close();
 
   private:

@@ -3,12 +3,20 @@
 #include <cstddef>
 #include <functional>
 #include <mutex>
+#include <utility>
+#include <winrt/base.h>
 
 namespace sim
 {
 
-// Functions that run on threads of the system's pool, which belong to the multi-threaded apartment, and can be waited
-// for. May be used from any thread.
+// Runs a function on a thread of the system's pool, which belongs to the multi-threaded apartment. It must not throw.
+inline winrt::fire_and_forget RunOnPool(std::function<void()> function)
+{
+    co_await winrt::resume_background();
+    function();
+}
+
+// Functions that run on threads of the system's pool and can be waited for. Any thread.
 class PoolWork
 {
   public:
@@ -18,10 +26,27 @@ class PoolWork
     ~PoolWork() { Wait(); }
 
     // The function must not throw; it may block.
-    void Run(std::function<void()> function);
+    void Run(std::function<void()> function)
+    {
+        {
+            std::lock_guard const lock(m_mutex);
+            ++m_count;
+        }
+        RunOnPool([this, function = std::move(function)]() mutable {
+            function();
+            function = nullptr; // what it holds goes before it counts as ended
+            std::lock_guard const lock(m_mutex);
+            --m_count;
+            m_ended.notify_all();
+        });
+    }
 
     // Until none of them runs or waits to run. Not from within one.
-    void Wait();
+    void Wait()
+    {
+        std::unique_lock lock(m_mutex);
+        m_ended.wait(lock, [&] { return m_count == 0; });
+    }
 
   private:
     std::mutex m_mutex; // over all that follows

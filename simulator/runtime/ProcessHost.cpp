@@ -38,22 +38,21 @@ class PipeLink : public PlatformLink
     std::shared_ptr<PipeChannel> m_channel;
 };
 
-// sim.exe, which lies beside the runtime classes' module.
-std::wstring BrokerProgram()
+} // namespace
+
+std::wstring RuntimeModulePath()
 {
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<wchar_t const*>(&BrokerProgram), &module);
-    return ParentOf(ModulePath(module)) + L"\\sim.exe";
+                       reinterpret_cast<wchar_t const*>(&RuntimeModulePath), &module);
+    return ModulePath(module);
 }
-
-} // namespace
 
 std::shared_ptr<ProcessHost> ProcessHost::Connected()
 try
 {
     auto const device = Device::FromEnvironment();
-    auto const channel = PipeChannel::Open(NeedBroker(device, BrokerProgram()));
+    auto const channel = PipeChannel::Open(NeedBroker(device, ParentOf(RuntimeModulePath()) + L"\\sim.exe"));
     auto host = std::make_shared<ProcessHost>(device);
     channel->Start({[host](std::string_view message) { host->Received(Decode<ToProcess>(message)); },
                     [host] { host->Disconnected(); }});

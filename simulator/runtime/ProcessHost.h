@@ -2,9 +2,13 @@
 #include "simulator/runtime/Host.h"
 
 #include <memory>
+#include <string>
 
 namespace sim
 {
+
+// The module of the runtime classes: VelmoPlatform.dll, beside sim.exe.
+std::wstring RuntimeModulePath();
 
 // The host of a real process, over a pipe to its device's broker. It lives until the process ends. When the broker
 // goes, the device is off, and so is the process.

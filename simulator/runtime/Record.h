@@ -22,23 +22,25 @@ struct Interfaces
 {
 };
 
-// A runtime class whose objects hold the values of properties, which are read alone. Each getter can be made to fail.
-template <typename Class, typename List, typename... Properties>
-struct Record;
+// A class D whose objects hold the values of read-only properties. A fault can strike each getter. D may declare other
+// members.
+template <typename D, typename Class, typename List, typename... Properties>
+struct RecordOf;
 
-template <typename Class, typename... I, typename... Properties>
-struct Record<Class, Interfaces<I...>, Properties...> : Implements<Record<Class, Interfaces<I...>, Properties...>, I...>
+template <typename D, typename Class, typename... I, typename... Properties>
+struct RecordOf<D, Class, Interfaces<I...>, Properties...> : Implements<D, I...>
 {
     using class_type = Class;
 
-    explicit Record(typename Properties::Type... values) : m_values(std::move(values)...) {}
+    // NOLINTNEXTLINE(bugprone-crtp-constructor-accessibility): as winrt::implements
+    explicit RecordOf(typename Properties::Type... values) : m_values(std::move(values)...) {}
 
     template <winrt::impl::member_name Name>
     auto Member(auto const&...) const
     {
-        constexpr bool isThis[] = {Properties::name == Name...};
+        constexpr bool isThis[] = {Properties::name == Name..., false};
         constexpr auto position = static_cast<std::size_t>(std::ranges::find(isThis, true) - isThis);
-        if constexpr (position == sizeof...(Properties))
+        if constexpr (position >= sizeof...(Properties))
         {
             return NotImplemented();
         }
@@ -64,6 +66,13 @@ struct Record<Class, Interfaces<I...>, Properties...> : Implements<Record<Class,
     }
 
     std::tuple<typename Properties::Type...> m_values;
+};
+
+// One without other members.
+template <typename Class, typename List, typename... Properties>
+struct Record : RecordOf<Record<Class, List, Properties...>, Class, List, Properties...>
+{
+    using RecordOf<Record, Class, List, Properties...>::RecordOf;
 };
 
 } // namespace sim

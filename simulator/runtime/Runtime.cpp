@@ -1,23 +1,18 @@
 #include "simulator/runtime/Runtime.h"
-#include "simulator/runtime/Application.h"
-#include "simulator/runtime/CoreApplication.h"
-#include "simulator/runtime/FullTrustProcessLauncher.h"
-#include "simulator/runtime/Uri.h"
-#include "simulator/runtime/Window.h"
-#include "simulator/runtime/appservice/AppServiceConnection.h"
-#include "simulator/runtime/background/BackgroundTaskBuilder.h"
-#include "simulator/runtime/background/BackgroundTaskRegistration.h"
-#include "simulator/runtime/background/PushNotificationTrigger.h"
-#include "simulator/runtime/background/TimeTrigger.h"
-#include "simulator/runtime/push/PushNotificationChannelManager.h"
-#include "simulator/runtime/storage/ApplicationData.h"
-#include "simulator/runtime/values/PropertyValue.h"
-#include "simulator/runtime/values/ValueSet.h"
-#include "simulator/runtime/xaml/Page.h"
 
-#include <windows.h>
+#include "simulator/runtime/Factory.h"
+#include "simulator/runtime/values/ValueSet.h"
 
 #include <algorithm>
+#include <ranges>
+#include <windows.h>
+#include <winrt/Windows.ApplicationModel.AppService.h>
+#include <winrt/Windows.ApplicationModel.Background.h>
+#include <winrt/Windows.ApplicationModel.Core.h>
+#include <winrt/Windows.Foundation.Collections.h>
+#include <winrt/Windows.Networking.PushNotifications.h>
+#include <winrt/Windows.Storage.h>
+#include <winrt/Windows.UI.Xaml.Controls.h>
 
 namespace sim
 {
@@ -31,40 +26,22 @@ struct KnownClass
     IInspectable (*makeFactory)();
 };
 
-// Of a class whose objects are made without arguments.
-template <typename T>
-struct DefaultFactory : winrt::implements<DefaultFactory<T>, IActivationFactory>
-{
-    IInspectable ActivateInstance() const
-    {
-        ThrowIfStruck(CallOf<typename T::class_type>(L"ActivateInstance"));
-        return winrt::make<T>();
-    }
-};
-
-template <typename Factory>
-IInspectable Make()
-{
-    return *winrt::make_self<Factory>();
-}
-
 constexpr KnownClass classes[] = {
-    {L"Windows.ApplicationModel.AppService.AppServiceConnection", Make<DefaultFactory<AppServiceConnection>>},
-    {L"Windows.ApplicationModel.Background.BackgroundTaskBuilder", Make<DefaultFactory<BackgroundTaskBuilder>>},
-    {L"Windows.ApplicationModel.Background.BackgroundTaskRegistration", Make<BackgroundTaskRegistrationFactory>},
-    {L"Windows.ApplicationModel.Background.PushNotificationTrigger", Make<PushNotificationTriggerFactory>},
-    {L"Windows.ApplicationModel.Background.TimeTrigger", Make<TimeTriggerFactory>},
-    {L"Windows.ApplicationModel.Core.CoreApplication", Make<CoreApplicationFactory>},
-    {L"Windows.ApplicationModel.FullTrustProcessLauncher", Make<FullTrustProcessLauncherFactory>},
-    {L"Windows.Foundation.Collections.ValueSet", Make<DefaultFactory<ValueSet>>},
-    {L"Windows.Foundation.PropertyValue", Make<PropertyValueFactory>},
-    {L"Windows.Foundation.Uri", Make<UriFactory>},
-    {L"Windows.Networking.PushNotifications.PushNotificationChannelManager",
-     Make<PushNotificationChannelManagerFactory>},
-    {L"Windows.Storage.ApplicationData", Make<ApplicationDataFactory>},
-    {L"Windows.UI.Xaml.Application", Make<ApplicationFactory>},
-    {L"Windows.UI.Xaml.Controls.Page", Make<PageFactory>},
-    {L"Windows.UI.Xaml.Window", Make<WindowFactory>},
+    {winrt::name_of<AppService::AppServiceConnection>(), MakeAppServiceConnectionFactory},
+    {winrt::name_of<Background::BackgroundTaskBuilder>(), MakeBackgroundTaskBuilderFactory},
+    {winrt::name_of<Background::BackgroundTaskRegistration>(), MakeBackgroundTaskRegistrationFactory},
+    {winrt::name_of<Background::PushNotificationTrigger>(), MakePushNotificationTriggerFactory},
+    {winrt::name_of<Background::TimeTrigger>(), MakeTimeTriggerFactory},
+    {winrt::name_of<AppModel::Core::CoreApplication>(), MakeCoreApplicationFactory},
+    {winrt::name_of<AppModel::FullTrustProcessLauncher>(), MakeFullTrustProcessLauncherFactory},
+    {winrt::name_of<Collections::ValueSet>(), DefaultFactory<ValueSet>::Make},
+    {winrt::name_of<Foundation::PropertyValue>(), MakePropertyValueFactory},
+    {winrt::name_of<Foundation::Uri>(), MakeUriFactory},
+    {winrt::name_of<Pushes::PushNotificationChannelManager>(), MakePushNotificationChannelManagerFactory},
+    {winrt::name_of<Storage::ApplicationData>(), MakeApplicationDataFactory},
+    {winrt::name_of<Xaml::Application>(), MakeApplicationFactory},
+    {winrt::name_of<Xaml::Controls::Page>(), MakePageFactory},
+    {winrt::name_of<Xaml::Window>(), MakeWindowFactory},
 };
 
 KnownClass const* Find(std::wstring_view name) noexcept
@@ -90,6 +67,12 @@ void ThrowIfStruck(std::wstring_view call)
     StruckByNull(call);
 }
 
+std::vector<std::wstring_view> ClassNames()
+{
+    auto const names = classes | std::views::transform(&KnownClass::name);
+    return {names.begin(), names.end()};
+}
+
 bool HasClass(std::wstring_view className) noexcept
 {
     return Find(className) != nullptr;
@@ -99,13 +82,13 @@ std::int32_t GetFactory(std::wstring_view className, void** factory) noexcept
 try
 {
     *factory = nullptr;
-    auto const* const known = Find(className);
-    if (!known)
+    auto const* const found = Find(className);
+    if (!found)
     {
         return REGDB_E_CLASSNOTREG;
     }
     ThrowIfStruck(LastPart(className));
-    *factory = winrt::detach_abi(known->makeFactory());
+    *factory = winrt::detach_abi(found->makeFactory());
     return S_OK;
 }
 catch (...)

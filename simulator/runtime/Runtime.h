@@ -4,15 +4,16 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 #include <winrt/base.h>
 
 namespace sim
 {
 
-// For a call that takes place at once: throws hresult_error when it is to fail. True: it is to hand out null.
+// The fault of a synchronous call: throws hresult_error when the call fails; true when it returns null.
 bool StruckByNull(std::wstring_view call);
 
-// The same for a call that hands out nothing.
+// The same for a call that returns no object.
 void ThrowIfStruck(std::wstring_view call);
 
 // The last part of a class's name.
@@ -21,12 +22,15 @@ constexpr std::wstring_view LastPart(std::wstring_view className)
     return className.substr(className.find_last_of(L'.') + 1);
 }
 
-// A member of a class as it is called among the calls that can be made to fail.
+// The name of a member, as faults name it.
 template <typename Class>
 std::wstring CallOf(std::wstring const& member)
 {
     return std::wstring(LastPart(winrt::name_of<Class>())) + L"." + member;
 }
+
+// The classes that the simulator has.
+std::vector<std::wstring_view> ClassNames();
 
 // Whether the simulator has this class.
 bool HasClass(std::wstring_view className) noexcept;

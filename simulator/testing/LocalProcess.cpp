@@ -2,7 +2,7 @@
 
 #include "simulator/base/Handle.h"
 #include "simulator/runtime/CurrentHost.h"
-#include "simulator/runtime/RunOnPool.h"
+#include "simulator/runtime/PoolWork.h"
 #include "simulator/testing/LimitedWait.h"
 
 #include <windows.h>

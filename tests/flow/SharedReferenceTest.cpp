@@ -1,6 +1,6 @@
 #include "service/SharedReference.h"
 #include "service/NotificationAppService.h"
-#include "simulator/runtime/NotImplemented.h"
+#include "simulator/runtime/Implements.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -74,20 +74,11 @@ struct Deferral : winrt::implements<Deferral, IBackgroundTaskDeferral>
     std::function<void()> m_onComplete;
 };
 
-struct Connection : winrt::implements<Connection, IAppServiceConnection, IClosable>
+struct Connection : sim::Implements<Connection, IAppServiceConnection, IClosable>
 {
     using class_type = AppServiceConnection;
 
     explicit Connection(std::function<void()> onClose = [] {}) : m_onClose(std::move(onClose)) {}
-
-    // clang-format off
-    template <typename... T> sim::NotImplemented AppServiceName(T const&...) const { return {}; }
-    template <typename... T> sim::NotImplemented PackageFamilyName(T const&...) const { return {}; }
-    template <typename... T> sim::NotImplemented OpenAsync(T const&...) const { return {}; }
-    template <typename... T> sim::NotImplemented SendMessageAsync(T const&...) const { return {}; }
-    template <typename... T> sim::NotImplemented RequestReceived(T const&...) const { return {}; }
-    template <typename... T> sim::NotImplemented ServiceClosed(T const&...) const { return {}; }
-    // clang-format on
 
     void Close() const { m_onClose(); }
 

@@ -1,8 +1,8 @@
 #include "simulator/runtime/appservice/AppServiceRequest.h"
 
 #include "simulator/protocol/Frames.h"
-#include "simulator/runtime/AsyncFault.h"
-#include "simulator/runtime/Awaiters.h"
+#include "simulator/runtime/Deferral.h"
+#include "simulator/runtime/Record.h"
 #include "simulator/runtime/values/ValueBytes.h"
 
 namespace sim
@@ -11,43 +11,137 @@ namespace sim
 namespace
 {
 
-using Status = AppServiceRequest::Status;
+using Status = AppService::AppServiceResponseStatus;
 
-Foundation::IAsyncOperation<Status> Respond(std::shared_ptr<PendingRequest> request, AsyncFault fault, std::string set)
+class PendingRequest
 {
-    co_await winrt::resume_agile(fault.Begin());
-    if (auto const status = fault.Status())
+  public:
+    PendingRequest(std::uint32_t number, bool isServed)
+        : m_number(number), m_isServed(isServed),
+          m_end([host = m_host, number] { host.Tell(RequestCompleted{number}); })
     {
-        co_await winrt::resume_background();
-        co_return static_cast<Status>(*status);
     }
-    auto const host = request->ItsHost().Get();
-    if (!host)
+
+    std::uint32_t Number() const noexcept { return m_number; }
+
+    HostReference const& ItsHost() const noexcept { return m_host; }
+
+    void HandlersReturned()
     {
-        co_return Status::Failure;
+        if (m_waitsForHandlers.exchange(false))
+        {
+            m_end.Finish();
+        }
     }
-    if (set.size() > largestSet)
+
+    void DeferralTaken()
     {
-        co_await winrt::resume_background();
-        co_return Status::MessageSizeTooLarge;
+        m_end.Take();
+        HandlersReturned(); // from here on they do not count
+        if (auto const host = m_isServed ? m_host.Get() : nullptr)
+        {
+            host->DeferralTaken(m_number);
+        }
     }
-    GiveResponse const question{request->Number(), std::move(set)};
-    auto const answer = co_await AnswerOf(*host, question);
-    co_await winrt::resume_agile(fault.End());
-    co_return static_cast<Status>(answer.status);
-}
+
+    void DeferralCompleted(bool isFirst)
+    {
+        if (auto const host = m_isServed ? m_host.Get() : nullptr)
+        {
+            host->DeferralCompleted(m_number);
+        }
+        if (isFirst)
+        {
+            m_end.Finish();
+        }
+    }
+
+  private:
+    std::uint32_t m_number;
+    bool m_isServed;
+    HostReference m_host;
+    std::atomic<bool> m_waitsForHandlers = true;
+    DeferralCounter m_end;
+};
+
+// A request, with the way to answer it.
+struct AppServiceRequest
+    : RecordOf<AppServiceRequest, AppService::AppServiceRequest, Interfaces<AppService::IAppServiceRequest>,
+               Property<"Message", Collections::ValueSet>>
+{
+    AppServiceRequest(std::shared_ptr<PendingRequest> pending, Collections::ValueSet const& message)
+        : RecordOf(message), m_pending(std::move(pending))
+    {
+    }
+
+    // The sender gets the response when the request is done with.
+    Foundation::IAsyncOperation<Status> SendResponseAsync(Collections::ValueSet const& message) const
+    {
+        AsyncFault const fault(L"AppServiceRequest.SendResponseAsync");
+        if (fault.GivesNull())
+        {
+            return nullptr;
+        }
+        auto const& process = m_pending->ItsHost();
+        auto set = BytesOf(message ? message : throw winrt::hresult_invalid_argument());
+        auto const known = KnownStatus(fault, process, set);
+        auto const statusIn = [](ResponseTaken const& taken) { return static_cast<Status>(taken.status); };
+        GiveResponse response{m_pending->Number(), std::move(set)};
+        return fault.Handed(
+            AskPlatform<Foundation::IAsyncOperation<Status>>(fault, process, std::move(response), statusIn, known));
+    }
+
+  private:
+    std::shared_ptr<PendingRequest> m_pending;
+};
+
+struct AppServiceRequestReceivedEventArgs
+    : RecordOf<AppServiceRequestReceivedEventArgs, AppService::AppServiceRequestReceivedEventArgs,
+               Interfaces<AppService::IAppServiceRequestReceivedEventArgs>,
+               Property<"Request", AppService::AppServiceRequest>>
+{
+    AppServiceRequestReceivedEventArgs(std::shared_ptr<PendingRequest> pending, Collections::ValueSet const& message)
+        : RecordOf(winrt::make<AppServiceRequest>(pending, message)), m_pending(std::move(pending))
+    {
+    }
+
+    // The connection's next message then no longer waits for the handler to return.
+    AppService::AppServiceDeferral GetDeferral() const
+    {
+        if (StruckByNull(L"AppServiceRequestReceivedEventArgs.GetDeferral"))
+        {
+            return nullptr;
+        }
+        m_pending->DeferralTaken();
+        MessageRouter::ReleaseQueue();
+        return winrt::make<Deferral<AppService::AppServiceDeferral>>(
+            [pending = m_pending](bool isFirst) { pending->DeferralCompleted(isFirst); });
+    }
+
+  private:
+    std::shared_ptr<PendingRequest> m_pending;
+};
 
 } // namespace
 
-Foundation::IAsyncOperation<Status> AppServiceRequest::SendResponseAsync(Collections::ValueSet const& message) const
+void HandleRequest(RequestArrived const& arrived, bool isServed, RequestHandlers const& handlers)
 {
-    AsyncFault const fault(L"AppServiceRequest.SendResponseAsync");
-    if (fault.GivesNull())
+    auto const pending = std::make_shared<PendingRequest>(arrived.request, isServed);
+    handlers(winrt::make<AppServiceRequestReceivedEventArgs>(pending, SetFrom(arrived.set)));
+    pending->HandlersReturned();
+}
+
+std::optional<Status> KnownStatus(AsyncFault const& fault, HostReference const& process, std::string const& set)
+{
+    if (auto const status = fault.Status())
     {
-        return nullptr;
+        return static_cast<Status>(*status);
     }
-    return fault.Handed(
-        Respond(m_request, fault, BytesOf(message ? message : throw winrt::hresult_invalid_argument())));
+    if (!process.Get())
+    {
+        return Status::Failure;
+    }
+    return set.size() > largestSet ? std::optional(Status::MessageSizeTooLarge) : std::nullopt;
 }
 
 } // namespace sim

@@ -1,5 +1,7 @@
 #include "simulator/runtime/background/BackgroundTaskInstance.h"
 
+#include "simulator/runtime/BufferedEvent.h"
+#include "simulator/runtime/Deferral.h"
 #include "simulator/runtime/Record.h"
 #include "simulator/runtime/appservice/AppServiceConnection.h"
 #include "simulator/runtime/background/BackgroundTaskRegistration.h"
@@ -9,17 +11,16 @@
 namespace sim
 {
 
-using AppModel::Background::BackgroundTaskCancellationReason;
-
 namespace
 {
 
-// What a push carries.
+using AppModel::Background::BackgroundTaskCancellationReason;
+
+// The trigger details of a push.
 using RawNotification =
     Record<Pushes::RawNotification, Interfaces<Pushes::IRawNotification>, Property<"Content", winrt::hstring>>;
 
-// What an app gets that is activated for a new connection. CallerPackageFamilyName: empty for a caller without a
-// package.
+// The trigger details of a new connection. CallerPackageFamilyName: empty for a caller without a package.
 using AppServiceTriggerDetails =
     Record<AppService::AppServiceTriggerDetails,
            Interfaces<AppService::IAppServiceTriggerDetails, AppService::IAppServiceTriggerDetails2,
@@ -28,33 +29,84 @@ using AppServiceTriggerDetails =
            Property<"AppServiceConnection", AppService::AppServiceConnection>,
            Property<"IsRemoteSystemConnection", bool>>;
 
-// Keeps a task running until it is completed. Released without that, it keeps it running until the platform's limit.
-struct BackgroundTaskDeferral : winrt::implements<BackgroundTaskDeferral, Background::IBackgroundTaskDeferral>
+// An instance of a background task.
+struct BackgroundTaskInstance : Implements<BackgroundTaskInstance, Background::IBackgroundTaskInstance,
+                                           Background::IBackgroundTaskInstance2, Background::IBackgroundTaskInstance4>
 {
-    using class_type = Background::BackgroundTaskDeferral;
+    using Registration = Background::BackgroundTaskRegistration;
+    using CanceledHandler = Background::BackgroundTaskCanceledEventHandler;
 
-    explicit BackgroundTaskDeferral(std::shared_ptr<DeferralCounter> task) : m_task(std::move(task)) { m_task->Take(); }
-
-    // Once is enough; more does nothing.
-    void Complete()
+    BackgroundTaskInstance(std::uint32_t number, Registration task, IInspectable triggerDetails)
+        : m_number(number),
+          m_end(std::make_shared<DeferralCounter>([host = m_host, number] { host.Tell(TaskCompleted{number}); })),
+          m_task(std::move(task)), m_triggerDetails(std::move(triggerDetails))
     {
-        ThrowIfStruck(L"BackgroundTaskDeferral.Complete");
-        if (!m_isCompleted.exchange(true))
+    }
+
+    // OnBackgroundActivated has returned.
+    void Returned()
+    {
+        m_host.Tell(TaskReturned{m_number});
+        m_end->Finish();
+    }
+
+    // The device's number for it: how the platform makes ids is unknown.
+    winrt::guid InstanceId() const noexcept { return {m_number, 0, 0, {}}; }
+
+    Registration Task() const { return StruckByNull(L"BackgroundTaskInstance.Task") ? Registration(nullptr) : m_task; }
+
+    IInspectable TriggerDetails() const
+    {
+        return StruckByNull(L"BackgroundTaskInstance.TriggerDetails") ? nullptr : m_triggerDetails;
+    }
+
+    // Released without being completed, it keeps the task running until the platform's limit.
+    Background::BackgroundTaskDeferral GetDeferral() const
+    {
+        if (StruckByNull(L"BackgroundTaskInstance.GetDeferral"))
         {
-            m_task->Finish();
+            return nullptr;
+        }
+        return TakeDeferral<Background::BackgroundTaskDeferral>(m_end);
+    }
+
+    winrt::event_token Canceled(CanceledHandler const& handler)
+    {
+        ThrowIfStruck(L"BackgroundTaskInstance.Canceled");
+        return m_canceled.Add(handler, *this);
+    }
+
+    void Canceled(winrt::event_token token) { m_canceled.Remove(token); }
+
+    // A completion may cross the cancellation: Canceled is raised all the same.
+    void Receive(MessageRouter::Message const& message)
+    {
+        if (auto const* const cancelled = std::get_if<TaskCancelled>(&message))
+        {
+            auto const reason = static_cast<BackgroundTaskCancellationReason>(cancelled->reason);
+            m_canceled.RaiseOrWait(*this, [reason](BackgroundTaskInstance& self) {
+                self.m_canceled.Call(self.get_strong().as<Background::IBackgroundTaskInstance>(), reason);
+            });
+        }
+        else if (auto const host = m_host.Get()) // it has ended
+        {
+            host->Router().RemoveReceiver({Address::Kind::Instance, m_number});
         }
     }
 
   private:
-    std::shared_ptr<DeferralCounter> m_task;
-    std::atomic<bool> m_isCompleted = false;
+    std::uint32_t m_number;
+    HostReference m_host;
+    std::shared_ptr<DeferralCounter> m_end;
+    Registration m_task;
+    IInspectable m_triggerDetails;
+    BufferedEvent<BackgroundTaskInstance, CanceledHandler> m_canceled;
 };
 
 IInspectable DetailsOf(ServiceStart const& start)
 {
-    auto const connection = AppServiceConnection::OfService(start.connection, start.service);
     return winrt::make<AppServiceTriggerDetails>(winrt::hstring(start.service), winrt::hstring(start.callerFamily),
-                                                 connection.as<AppServiceConnection::class_type>(), false);
+                                                 MakeServiceEnd(start.connection, start.service), false);
 }
 
 IInspectable DetailsOf(TaskStart const& start)
@@ -64,88 +116,26 @@ IInspectable DetailsOf(TaskStart const& start)
                : nullptr;
 }
 
-} // namespace
-
-winrt::com_ptr<BackgroundTaskInstance> BackgroundTaskInstance::Start(ServiceStart const& start)
+void Run(std::uint32_t number, Background::BackgroundTaskRegistration const& task, IInspectable const& triggerDetails,
+         ActivateInBackground const& activate)
 {
-    return Start(start.instance, winrt::make<BackgroundTaskRegistration>(L"", start.service), DetailsOf(start));
-}
-
-winrt::com_ptr<BackgroundTaskInstance> BackgroundTaskInstance::Start(TaskStart const& start)
-{
-    return Start(start.instance, winrt::make<BackgroundTaskRegistration>(start.taskId, start.task), DetailsOf(start));
-}
-
-winrt::com_ptr<BackgroundTaskInstance> BackgroundTaskInstance::Start(std::uint32_t number, Registration const& task,
-                                                                     IInspectable const& triggerDetails)
-{
-    auto instance = winrt::make_self<BackgroundTaskInstance>(number, task, triggerDetails);
+    auto const instance = winrt::make_self<BackgroundTaskInstance>(number, task, triggerDetails);
     CurrentHost().Router().AddReceiver({Address::Kind::Instance, number},
                                        [instance](auto const& message) { instance->Receive(message); });
-    return instance;
+    activate(*instance);
+    instance->Returned();
 }
 
-BackgroundTaskInstance::BackgroundTaskInstance(std::uint32_t number, Registration task, IInspectable triggerDetails)
-    : m_number(number),
-      m_end(std::make_shared<DeferralCounter>([host = m_host, number] { host.Tell(TaskCompleted{number}); })),
-      m_task(std::move(task)), m_triggerDetails(std::move(triggerDetails))
+} // namespace
+
+void RunTask(ServiceStart const& start, ActivateInBackground const& activate)
 {
+    Run(start.instance, MakeRegistration(L"", start.service), DetailsOf(start), activate);
 }
 
-void BackgroundTaskInstance::Returned()
+void RunTask(TaskStart const& start, ActivateInBackground const& activate)
 {
-    m_host.Tell(TaskReturned{m_number});
-    m_end->Finish();
-}
-
-// Its own is not known here: the device's number for it.
-winrt::guid BackgroundTaskInstance::InstanceId() const noexcept
-{
-    return {m_number, 0, 0, {}};
-}
-
-BackgroundTaskInstance::Registration BackgroundTaskInstance::Task() const
-{
-    return StruckByNull(L"BackgroundTaskInstance.Task") ? Registration(nullptr) : m_task;
-}
-
-IInspectable BackgroundTaskInstance::TriggerDetails() const
-{
-    return StruckByNull(L"BackgroundTaskInstance.TriggerDetails") ? nullptr : m_triggerDetails;
-}
-
-Background::BackgroundTaskDeferral BackgroundTaskInstance::GetDeferral() const
-{
-    return StruckByNull(L"BackgroundTaskInstance.GetDeferral") ? Background::BackgroundTaskDeferral(nullptr)
-                                                               : winrt::make<BackgroundTaskDeferral>(m_end);
-}
-
-winrt::event_token BackgroundTaskInstance::Canceled(CanceledHandler const& handler)
-{
-    ThrowIfStruck(L"BackgroundTaskInstance.Canceled");
-    return m_canceled.Add(handler, *this);
-}
-
-void BackgroundTaskInstance::Canceled(winrt::event_token token)
-{
-    m_canceled.Remove(token);
-}
-
-// A completion may cross the cancellation: Canceled is raised all the same.
-void BackgroundTaskInstance::Receive(MessageRouter::Message const& message)
-{
-    if (auto const* const cancelled = std::get_if<TaskCancelled>(&message))
-    {
-        auto const reason = static_cast<BackgroundTaskCancellationReason>(cancelled->reason);
-        m_canceled.RaiseOrWait(*this, [reason](BackgroundTaskInstance& self) {
-            self.m_canceled.Call(self.get_strong().as<Background::IBackgroundTaskInstance>(), reason);
-        });
-        return;
-    }
-    if (auto const host = m_host.Get()) // it has ended
-    {
-        host->Router().RemoveReceiver({Address::Kind::Instance, m_number});
-    }
+    Run(start.instance, MakeRegistration(start.taskId, start.task), DetailsOf(start), activate);
 }
 
 } // namespace sim

@@ -1,9 +1,8 @@
-#include "simulator/runtime/push/PushNotificationChannelManager.h"
-
-#include "simulator/runtime/AsyncFault.h"
-#include "simulator/runtime/Awaiters.h"
-#include "simulator/runtime/HostReference.h"
+#include "simulator/runtime/AsyncCall.h"
+#include "simulator/runtime/Factory.h"
 #include "simulator/runtime/Record.h"
+
+#include <winrt/Windows.Networking.PushNotifications.h>
 
 namespace sim
 {
@@ -16,29 +15,35 @@ using PushNotificationChannel =
     Record<Pushes::PushNotificationChannel, Interfaces<Pushes::IPushNotificationChannel>,
            Property<"Uri", winrt::hstring>, Property<"ExpirationTime", Foundation::DateTime>>;
 
-Foundation::IAsyncOperation<Pushes::PushNotificationChannel> Create(AsyncFault fault, HostReference process)
+Pushes::PushNotificationChannel ChannelIn(ChannelCreated const& answer)
 {
-    co_await winrt::resume_agile(fault.Begin());
-    auto const host = process.Get();
-    if (!host)
-    {
-        throw winrt::hresult_canceled();
-    }
-    CreateChannel const question;
-    auto const answer = co_await AnswerOf(*host, question);
     winrt::check_hresult(answer.result);
-    co_await winrt::resume_agile(fault.End());
-    co_return winrt::make<PushNotificationChannel>(winrt::hstring(answer.uri),
-                                                   Foundation::DateTime(Foundation::TimeSpan(answer.expiry)));
+    return winrt::make<PushNotificationChannel>(winrt::hstring(answer.uri),
+                                                Foundation::DateTime(Foundation::TimeSpan(answer.expiry)));
 }
+
+struct PushNotificationChannelManagerFactory : Implements<PushNotificationChannelManagerFactory, IActivationFactory,
+                                                          Pushes::IPushNotificationChannelManagerStatics>
+{
+    // The existing channel, or a new one.
+    Foundation::IAsyncOperation<Pushes::PushNotificationChannel> CreatePushNotificationChannelForApplicationAsync()
+        const
+    {
+        AsyncFault const fault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync");
+        return fault.GivesNull()
+                   ? nullptr
+                   : fault.Handed(AskPlatform<Foundation::IAsyncOperation<Pushes::PushNotificationChannel>>(
+                         fault, HostReference(), CreateChannel(), ChannelIn));
+    }
+
+    NotImplemented CreatePushNotificationChannelForApplicationAsync(winrt::hstring const&) const { return {}; }
+};
 
 } // namespace
 
-Foundation::IAsyncOperation<Pushes::PushNotificationChannel> PushNotificationChannelManagerFactory::
-    CreatePushNotificationChannelForApplicationAsync() const
+IInspectable MakePushNotificationChannelManagerFactory()
 {
-    AsyncFault const fault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync");
-    return fault.GivesNull() ? nullptr : fault.Handed(Create(fault, HostReference()));
+    return winrt::make<PushNotificationChannelManagerFactory>();
 }
 
 } // namespace sim

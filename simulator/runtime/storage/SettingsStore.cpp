@@ -83,7 +83,7 @@ bool SettingsStore::Insert(winrt::hstring const& name, IInspectable const& value
     return value ? NamedValues::Insert(name, ValueFrom(SettingOf(name, value))) : Remove(name);
 }
 
-void SettingsStore::Keep(Entries const& entries)
+void SettingsStore::Save(Entries const& entries)
 {
     SetEntries settings;
     for (auto const& [name, value] : entries)

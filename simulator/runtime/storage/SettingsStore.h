@@ -19,7 +19,7 @@ class SettingsStore : public NamedValues
 
     explicit SettingsStore(std::wstring path);
 
-    // Null for a name that there is not.
+    // Null for a missing name.
     IInspectable CopyOf(winrt::hstring const& name) const;
 
     // Keeps a copy; null removes the value. True when it replaced one. Throws hresult_error for a name or a value that
@@ -27,7 +27,7 @@ class SettingsStore : public NamedValues
     bool Insert(winrt::hstring const& name, IInspectable const& value);
 
   protected:
-    void Keep(Entries const& entries) override;
+    void Save(Entries const& entries) override;
 
   private:
     std::wstring m_path;

@@ -1,7 +1,7 @@
 #pragma once
 #include "simulator/runtime/Implements.h"
 
-#include <vector>
+#include <utility>
 #include <windows.h>
 #include <winrt/Windows.Foundation.h>
 
@@ -32,9 +32,9 @@ using Mismatch = Failing<static_cast<std::int32_t>(TYPE_E_TYPEMISMATCH)>;
 template <typename T>
 struct ArrayValue : Implements<ArrayValue<T>, Foundation::IReferenceArray<T>, Foundation::IPropertyValue>
 {
-    explicit ArrayValue(winrt::array_view<T const> values) : m_values(values.begin(), values.end()) {}
+    explicit ArrayValue(winrt::com_array<T> values) : m_values(std::move(values)) {}
 
-    winrt::com_array<T> Value() const { return {m_values.begin(), m_values.end()}; }
+    winrt::com_array<T> Value() const { return winrt::com_array<T>(m_values.begin(), m_values.end()); }
 
     Foundation::PropertyType Type() const noexcept { return ArrayTypeOf<T>(); }
 
@@ -48,7 +48,7 @@ struct ArrayValue : Implements<ArrayValue<T>, Foundation::IReferenceArray<T>, Fo
     void Default(winrt::com_array<T>& values) const { values = Value(); }
 
   private:
-    std::vector<T> m_values;
+    winrt::com_array<T> m_values;
 };
 
 } // namespace sim

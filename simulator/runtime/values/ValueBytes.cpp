@@ -18,7 +18,7 @@ using Foundation::IPropertyValue;
 using Foundation::PropertyType;
 
 template <typename T>
-std::string BytesOf(winrt::array_view<T const> elements)
+std::string BytesOf(winrt::com_array<T> const& elements)
 {
     if constexpr (std::is_same_v<T, winrt::hstring>)
     {
@@ -55,12 +55,6 @@ winrt::com_array<T> ElementsFrom(std::string bytes) // NOLINT(performance-unnece
     }
 }
 
-template <typename T>
-winrt::array_view<T const> ViewOf(winrt::com_array<T> const& elements)
-{
-    return winrt::array_view<T const>(elements.data(), elements.size());
-}
-
 // Fills in the bytes if the value is a T or an array of these.
 template <typename T>
 bool TryEncode(IPropertyValue const& value, SetEntry& entry)
@@ -68,26 +62,27 @@ bool TryEncode(IPropertyValue const& value, SetEntry& entry)
     auto const type = value.Type();
     if (type == winrt::impl::property_type_of<T>())
     {
-        auto const element = value.as<Foundation::IReference<T>>().Value();
-        entry.bytes = BytesOf<T>(winrt::array_view<T const>(&element, 1));
-        return true;
+        entry.bytes = BytesOf(winrt::com_array<T>(1, value.as<Foundation::IReference<T>>().Value()));
     }
-    if (type == ArrayTypeOf<T>())
+    else if (type == ArrayTypeOf<T>())
     {
-        entry.bytes = BytesOf<T>(ViewOf(value.as<Foundation::IReferenceArray<T>>().Value()));
-        return true;
+        entry.bytes = BytesOf(value.as<Foundation::IReferenceArray<T>>().Value());
     }
-    return false;
+    else
+    {
+        return false;
+    }
+    return true;
 }
 
-// The opposite.
+// The reverse.
 template <typename T>
 bool TryDecode(SetEntry const& entry, IInspectable& value)
 {
     auto const type = static_cast<PropertyType>(entry.type);
     if (type == ArrayTypeOf<T>())
     {
-        value = winrt::make<ArrayValue<T>>(ViewOf(ElementsFrom<T>(entry.bytes)));
+        value = winrt::make<ArrayValue<T>>(ElementsFrom<T>(entry.bytes));
     }
     else if (type == winrt::impl::property_type_of<T>())
     {

@@ -15,11 +15,11 @@ namespace sim
 // Throws hresult_error: ERROR_UNSUPPORTED_TYPE for another value.
 std::string BytesOf(Collections::IPropertySet const& set);
 
-// The opposite; a new set with values of its own, an empty one of no bytes. Throws hresult_error E_INVALIDARG for bytes
+// The reverse: a new set with values of its own, an empty one of no bytes. Throws hresult_error E_INVALIDARG for bytes
 // that are no set.
 Collections::ValueSet SetFrom(std::string_view bytes);
 
-// One value alone.
+// A single value.
 SetEntry EntryOf(std::wstring_view name, IInspectable const& value);
 IInspectable ValueFrom(SetEntry const& entry);
 

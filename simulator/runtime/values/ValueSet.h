@@ -1,5 +1,6 @@
 #pragma once
-#include "simulator/runtime/values/NamedMap.h"
+#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/values/NamedValues.h"
 
 namespace sim
 {
@@ -8,26 +9,38 @@ namespace sim
 struct ValueSet : NamedMap<ValueSet>
 {
     using class_type = Collections::ValueSet;
-    using MapChangedHandler = Collections::MapChangedEventHandler<winrt::hstring, IInspectable>;
 
     explicit ValueSet(NamedValues::Entries entries = {}) : NamedMap(std::make_shared<NamedValues>(std::move(entries)))
     {
     }
 
-    // Fails with E_BOUNDS for a name that there is not.
-    IInspectable Lookup(winrt::hstring const& name) const;
-    bool Insert(winrt::hstring const& name, IInspectable const& value);
-    void Remove(winrt::hstring const& name);
-    void Clear();
+    // Fails with E_BOUNDS for a missing name.
+    IInspectable Lookup(winrt::hstring const& name) const
+    {
+        if (StruckByNull(L"ValueSet.Lookup"))
+        {
+            return nullptr;
+        }
+        auto const found = m_values->Find(name);
+        return found ? *found : throw winrt::hresult_out_of_bounds();
+    }
 
-    winrt::event_token MapChanged(MapChangedHandler const& handler) { return m_mapChanged.add(handler); }
+    bool Insert(winrt::hstring const& name, IInspectable const& value) const
+    {
+        ThrowIfStruck(L"ValueSet.Insert");
+        return m_values->Insert(name, value);
+    }
 
-    void MapChanged(winrt::event_token token) { m_mapChanged.remove(token); }
+    // As Lookup.
+    void Remove(winrt::hstring const& name) const
+    {
+        if (!m_values->Remove(name))
+        {
+            throw winrt::hresult_out_of_bounds();
+        }
+    }
 
-  private:
-    void Raise(Collections::CollectionChange change, winrt::hstring const& name);
-
-    winrt::event<MapChangedHandler> m_mapChanged;
+    void Clear() const { m_values->Clear(); }
 };
 
 } // namespace sim

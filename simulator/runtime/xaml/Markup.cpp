@@ -17,7 +17,6 @@ namespace sim
 namespace
 {
 
-constexpr auto parseFailed = static_cast<std::int32_t>(0x802B000A); // E_XAMLPARSEFAILED
 constexpr wchar_t presentation[] = L"http://schemas.microsoft.com/winfx/2006/xaml/presentation";
 constexpr std::wstring_view knownElements[] = {L"Grid", L"StackPanel", L"TextBlock"};
 
@@ -76,18 +75,22 @@ void CheckElement(XmlElement const& element)
 
 Xaml::UIElement MakeContent(XmlElement const& root)
 {
-    Xaml::UIElement content{nullptr};
-    if (!root.children.empty())
+    if (root.children.empty())
     {
-        CheckElement(root.children.front());
-        // UIElement's own interface is not among the known ones, and any object will do.
-        IInspectable const element = winrt::make<Element>(root.children.front().name);
-        winrt::copy_from_abi(content, winrt::get_abi(element));
+        return nullptr;
     }
-    return content;
+    CheckElement(root.children.front());
+    return AsElement(winrt::make<Element>(root.children.front().name));
 }
 
 } // namespace
+
+Xaml::UIElement AsElement(IInspectable const& object)
+{
+    Xaml::UIElement element{nullptr};
+    winrt::copy_from_abi(element, winrt::get_abi(object));
+    return element;
+}
 
 void LoadMarkup(IInspectable const& component, Foundation::Uri const& address, ComponentResourceLocation location)
 {
@@ -106,7 +109,7 @@ void LoadMarkup(IInspectable const& component, Foundation::Uri const& address, C
     catch (Error const& error)
     {
         CurrentHost().Report(L"markup-failed", {addressDetail, Detail(L"reason", error.Message())});
-        throw winrt::hresult_error(parseFailed, error.Message());
+        throw winrt::hresult_error(xamlParseFailed, error.Message());
     }
     auto const isApplication = location == ComponentResourceLocation::Application;
     CurrentHost().Report(L"markup-loaded",

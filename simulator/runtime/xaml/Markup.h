@@ -8,6 +8,11 @@
 namespace sim
 {
 
+constexpr auto xamlParseFailed = static_cast<std::int32_t>(0x802B000A); // E_XAMLPARSEFAILED
+
+// Any object will do for an element: the interface of UIElement itself is not among the known ones.
+Xaml::UIElement AsElement(IInspectable const& object);
+
 // Reads the markup of a page out of the package (ms-appx:///FILE) and gives the page the content that it describes: an
 // object of the root's one child, which knows its class and no more. The root must be a page of the component's class.
 //

@@ -1,42 +1,16 @@
 #pragma once
-#include "simulator/runtime/Framework.h"
-#include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Namespaces.h"
 
-#include <winrt/Windows.Foundation.h>
-#include <winrt/Windows.UI.Xaml.Controls.h>
-#include <winrt/Windows.UI.Xaml.Navigation.h>
+#include <string>
+#include <winrt/Windows.UI.Xaml.h>
 
 namespace sim
 {
 
-// The platform's half of a page: the inner object that the app's own class is composed over. It is shown nowhere.
-struct PageBase : Implements<PageBase, Xaml::Controls::IPage, Xaml::Controls::IPageOverrides,
-                             Xaml::Controls::IUserControl, winrt::composable>
-{
-    using class_type = Xaml::Controls::Page;
-
-    Xaml::UIElement Content() const { return m_content; }
-
-    void Content(Xaml::UIElement const& value) { m_content = value; }
-
-    void OnNavigatedFrom(auto const&...) const noexcept {}
-    void OnNavigatedTo(auto const&...) const noexcept {}
-    void OnNavigatingFrom(auto const&...) const noexcept {}
-
-  private:
-    Xaml::UIElement m_content{nullptr};
-};
-
-struct PageFactory : Implements<PageFactory, IActivationFactory, Xaml::Controls::IPageFactory>
-{
-    // On the main view's thread alone: RPC_E_WRONG_THREAD elsewhere.
-    Xaml::Controls::Page CreateInstance(IInspectable const& outer, IInspectable& inner) const
-    {
-        ThrowIfStruck(L"Page.CreateInstance");
-        Framework::Instance().NeedViewThread();
-        return winrt::impl::composable_factory<PageBase>::CreateInstance<Xaml::Controls::Page>(outer, inner);
-    }
-};
+// Makes the app's page of that class in each of the two ways in which the framework can, and releases it: by
+// activating the class that the package declares, and with the type that the application object tells of it. Nothing is
+// shown and nothing is navigated to. The device's journal gets for each way page-made or page-failed with the result
+// code. On the UI thread.
+void MakePage(Xaml::Application const& application, std::wstring const& className);
 
 } // namespace sim

@@ -1,7 +1,7 @@
 #include "app/MainPage.h"
 #include "app/ActivationFactories.h"
 #include "app/XamlMetaDataProvider.h"
-#include "simulator/runtime/NotImplemented.h"
+#include "simulator/runtime/Implements.h"
 #include "tests/support/Files.h"
 #include "tests/unit/app/PageFixture.h"
 
@@ -74,7 +74,7 @@ TEST_F(MainPages, LoadTheirMarkupOnceEach)
 }
 
 // A loader that asks the page to initialise itself while it loads.
-struct ReentrantLoader : winrt::implements<ReentrantLoader, IApplicationStatics>
+struct ReentrantLoader : sim::Implements<ReentrantLoader, IApplicationStatics>
 {
     // While it lives, it stands in the place of the platform's.
     class InPlace
@@ -108,18 +108,6 @@ struct ReentrantLoader : winrt::implements<ReentrantLoader, IApplicationStatics>
         static inline ReentrantLoader* s_loader = nullptr;
         static inline decltype(winrt_activation_handler) s_next = nullptr;
     };
-
-    template <typename... T>
-    sim::NotImplemented Current(T const&...) const
-    {
-        return {};
-    }
-
-    template <typename... T>
-    sim::NotImplemented Start(T const&...) const
-    {
-        return {};
-    }
 
     void LoadComponent(IInspectable const& page, winrt::Windows::Foundation::Uri const&,
                        Controls::Primitives::ComponentResourceLocation = {})

@@ -1,5 +1,7 @@
 #include "simulator/runtime/Host.h"
 
+#include "simulator/protocol/BrokerPipe.h"
+
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -33,8 +35,6 @@ class HostTest : public testing::Test
 
 using Failure = std::pair<std::int32_t, std::wstring>;
 
-constexpr wchar_t hung[] = L"the device's broker does not answer";
-
 Failure FailureOf(auto const& work)
 {
     try
@@ -52,14 +52,14 @@ Failure FailureOf(auto const& work)
 
 TEST_F(HostTest, SaysThatThePlatformHangsWhenItConnects)
 {
-    EXPECT_EQ(FailureOf([&] { Connect(); }), Failure(HRESULT_FROM_WIN32(ERROR_TIMEOUT), hung));
+    EXPECT_EQ(FailureOf([&] { Connect(); }), Failure(HRESULT_FROM_WIN32(ERROR_TIMEOUT), sim::HungText(0)));
 }
 
 TEST_F(HostTest, SaysThatThePlatformHangsWhenItAsks)
 {
     m_host->Received(sim::NotTheApp{});
     Connect();
-    EXPECT_EQ(FailureOf([&] { m_host->Ask(sim::ListTasks{}); }), Failure(E_FAIL, hung));
+    EXPECT_EQ(FailureOf([&] { m_host->Ask(sim::ListTasks{}); }), Failure(E_FAIL, sim::HungText(0)));
     m_host->Received(sim::Answer{1, sim::TaskList{}}); // too late
 }
 

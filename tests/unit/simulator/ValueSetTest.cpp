@@ -6,7 +6,6 @@ using namespace test;
 using winrt::Windows::Foundation::IPropertyValue;
 using winrt::Windows::Foundation::PropertyType;
 using winrt::Windows::Foundation::PropertyValue;
-using winrt::Windows::Foundation::Collections::CollectionChange;
 
 namespace
 {
@@ -87,25 +86,6 @@ TEST_F(ValueSets, AreWalkedThroughAsTheyWere)
     EXPECT_TRUE(view.HasKey(L"a"));
     EXPECT_EQ(winrt::unbox_value<int>(view.Lookup(L"a")), 1);
     EXPECT_EQ(FailureOf([&] { view.Lookup(L"b"); }), outOfBounds);
-}
-
-TEST_F(ValueSets, TellOfTheirChanges)
-{
-    std::vector<std::pair<CollectionChange, std::wstring>> changes;
-    auto const token = set.MapChanged([&](auto const& sender, auto const& args) {
-        EXPECT_EQ(sender, set);
-        changes.emplace_back(args.CollectionChange(), args.Key());
-    });
-    set.Insert(L"a", nullptr);
-    set.Insert(L"a", nullptr);
-    set.Remove(L"a");
-    set.Clear();
-    set.MapChanged(token);
-    set.Insert(L"b", nullptr);
-    EXPECT_EQ(changes, (std::vector<std::pair<CollectionChange, std::wstring>>{{CollectionChange::ItemInserted, L"a"},
-                                                                               {CollectionChange::ItemChanged, L"a"},
-                                                                               {CollectionChange::ItemRemoved, L"a"},
-                                                                               {CollectionChange::Reset, L""}}));
 }
 
 TEST_F(ValueSets, FailOnRequest)

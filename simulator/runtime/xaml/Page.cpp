@@ -1,13 +1,16 @@
-#include "simulator/runtime/xaml/PageMaker.h"
+#include "simulator/runtime/xaml/Page.h"
 
 #include "simulator/base/Text.h"
 #include "simulator/protocol/Event.h"
+#include "simulator/runtime/Factory.h"
+#include "simulator/runtime/Framework.h"
 #include "simulator/runtime/PackagedClasses.h"
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/xaml/Markup.h"
 
 #include <winrt/Windows.UI.Xaml.Controls.h>
 #include <winrt/Windows.UI.Xaml.Interop.h>
 #include <winrt/Windows.UI.Xaml.Markup.h>
+#include <winrt/Windows.UI.Xaml.Navigation.h>
 
 namespace sim
 {
@@ -15,7 +18,34 @@ namespace sim
 namespace
 {
 
-constexpr auto parseFailed = static_cast<std::int32_t>(0x802B000A); // E_XAMLPARSEFAILED
+// The platform's half of a page: the inner object that the app's own class is composed over. It is shown nowhere.
+struct PageBase : Implements<PageBase, Xaml::Controls::IPage, Xaml::Controls::IPageOverrides,
+                             Xaml::Controls::IUserControl, winrt::composable>
+{
+    using class_type = Xaml::Controls::Page;
+
+    Xaml::UIElement Content() const { return m_content; }
+
+    void Content(Xaml::UIElement const& value) { m_content = value; }
+
+    void OnNavigatedFrom(auto const&...) const noexcept {}
+    void OnNavigatedTo(auto const&...) const noexcept {}
+    void OnNavigatingFrom(auto const&...) const noexcept {}
+
+  private:
+    Xaml::UIElement m_content{nullptr};
+};
+
+struct PageFactory : Implements<PageFactory, IActivationFactory, Xaml::Controls::IPageFactory>
+{
+    // On the UI thread alone: RPC_E_WRONG_THREAD elsewhere.
+    Xaml::Controls::Page CreateInstance(IInspectable const& outer, IInspectable& inner) const
+    {
+        ThrowIfStruck(L"Page.CreateInstance");
+        Framework::Instance().NeedUiThread();
+        return winrt::impl::composable_factory<PageBase>::CreateInstance<Xaml::Controls::Page>(outer, inner);
+    }
+};
 
 IInspectable ByActivation(Xaml::Application const&, std::wstring const& className)
 {
@@ -27,7 +57,7 @@ IInspectable ByProvider(Xaml::Application const& application, std::wstring const
     auto const type = application.as<Xaml::Markup::IXamlMetadataProvider>().GetXamlType(className);
     if (!type || !type.IsConstructible())
     {
-        throw winrt::hresult_error(parseFailed, L"the type " + className + L" is not available");
+        throw winrt::hresult_error(xamlParseFailed, L"the type " + className + L" is not available");
     }
     return type.ActivateInstance();
 }
@@ -54,6 +84,11 @@ void MakePage(Xaml::Application const& application, std::wstring const& classNam
 {
     Try(application, className, L"activation", ByActivation);
     Try(application, className, L"provider", ByProvider);
+}
+
+IInspectable MakePageFactory()
+{
+    return winrt::make<PageFactory>();
 }
 
 } // namespace sim

@@ -1,39 +1,14 @@
-#pragma once
-#include "simulator/runtime/Host.h"
+#include "simulator/runtime/AsyncCall.h"
 
-#include <coroutine>
-#include <cstdint>
 #include <windows.h>
+
+using winrt::Windows::Foundation::IAsyncAction;
 
 namespace sim
 {
 
-// co_await: asks the platform, resumes when it has answered, on a thread of the multi-threaded apartment, and gives the
-// answer. Throws hresult_error when the platform refuses. Give it a request that has a name: GCC 12 cannot make one
-// within a co_await.
-template <typename Request>
-class AnswerOf
+namespace
 {
-  public:
-    AnswerOf(Host& host, Request request) : m_host(host), m_request(std::move(request)) {}
-
-    bool await_ready() const noexcept { return false; }
-
-    void await_suspend(std::coroutine_handle<> coroutine)
-    {
-        m_host.AskLater(m_request, [this, coroutine](AnyAnswer const& answer) {
-            m_answer = answer;
-            coroutine.resume();
-        });
-    }
-
-    typename Request::Answer await_resume() const { return Host::AnswerIn<Request>(m_answer); }
-
-  private:
-    Host& m_host;
-    Request m_request;
-    AnyAnswer m_answer;
-};
 
 // co_await: resumes after so many milliseconds, on a thread of the multi-threaded apartment.
 class Delay
@@ -63,5 +38,38 @@ class Delay
 
     std::uint32_t m_milliseconds;
 };
+
+} // namespace
+
+AsyncFault::AsyncFault(std::wstring_view call) : m_fault(CurrentHost().TakeFault(call))
+{
+    if (auto const* const fault = Of(FaultKind::Now))
+    {
+        throw winrt::hresult_error(fault->Result());
+    }
+}
+
+IAsyncAction AsyncFault::Begin() const
+{
+    if (Of(FaultKind::Never))
+    {
+        co_await std::suspend_always();
+    }
+    auto const* const failure = Of(FaultKind::Completion);
+    if (failure || Of(FaultKind::Cancelled))
+    {
+        co_await winrt::resume_background(); // later, and where completions arrive
+        constexpr auto cancelled = static_cast<std::int32_t>(0x800704C7);
+        throw winrt::hresult_error(failure ? failure->Result() : cancelled);
+    }
+}
+
+IAsyncAction AsyncFault::End() const
+{
+    if (auto const* const fault = Of(FaultKind::Delay))
+    {
+        co_await Delay(fault->value);
+    }
+}
 
 } // namespace sim

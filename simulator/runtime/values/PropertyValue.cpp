@@ -1,14 +1,13 @@
-#pragma once
-#include "simulator/runtime/Implements.h"
-#include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/Factory.h"
 #include "simulator/runtime/values/ArrayValue.h"
-
-#include <winrt/Windows.Foundation.h>
 
 namespace sim
 {
 
-// The static members of Windows.Foundation.PropertyValue, which make objects of values.
+namespace
+{
+
+// Makes objects of values.
 struct PropertyValueFactory : Implements<PropertyValueFactory, IActivationFactory, Foundation::IPropertyValueStatics>
 {
     IInspectable CreateString(winrt::hstring const& value) const
@@ -30,8 +29,15 @@ struct PropertyValueFactory : Implements<PropertyValueFactory, IActivationFactor
     template <typename T>
     static IInspectable Default(winrt::array_view<T const> const& values)
     {
-        return winrt::make<ArrayValue<T>>(values);
+        return winrt::make<ArrayValue<T>>(winrt::com_array<T>(values.begin(), values.end()));
     }
 };
+
+} // namespace
+
+IInspectable MakePropertyValueFactory()
+{
+    return winrt::make<PropertyValueFactory>();
+}
 
 } // namespace sim
