@@ -35,10 +35,7 @@ class Pushes
 {
   public:
     // The device is on.
-    explicit Pushes(sim::Device const& device) : m_broker(sim::BrokerClient::ConnectToRunning(device))
-    {
-        m_broker->Follow();
-    }
+    explicit Pushes(sim::Device const& device) : m_broker(sim::BrokerClient::Connect(device)) { m_broker->Follow(); }
 
     ~Pushes() { m_broker->Stop(); }
 
