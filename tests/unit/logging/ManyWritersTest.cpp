@@ -22,6 +22,16 @@ class ManyWriters : public LogFixture
                             what + L" \"" + LogPath() + L"\" " + tag + L' ' + std::to_wstring(linesEach));
     }
 
+    // A process that has reached the middle of what it does there: of holding the mutex, or of copying the log.
+    ChildProcess InTheMiddle(std::wstring const& of) const
+    {
+        auto const readyName = LogName() + L"-ready";
+        UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+        ChildProcess process(L"logging_writer.exe", of + L' ' + readyName);
+        EXPECT_TRUE(process.AwaitSignal(ready.Get()));
+        return process;
+    }
+
     // Starts four writers together, the first of which does `what`, and waits for their end.
     void RunFour(std::wstring const& what)
     {
@@ -113,10 +123,7 @@ TEST_F(ManyWriters, AProcessKilledWhileItHoldsTheMutexDoesNotStopTheOthers)
     LogTargetDefault target;
     Configure(target);
     ASSERT_TRUE(target.Open());
-    auto const readyName = LogName() + L"-ready";
-    UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
-    ChildProcess holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
-    ASSERT_TRUE(holder.AwaitSignal(ready.Get()));
+    auto holder = InTheMiddle(L"hold " + LogName());
     holder.Kill();
     LogAt(target, 0, L"first");
     LogAt(target, 0, L"second");
@@ -129,10 +136,7 @@ TEST_F(ManyWriters, AProcessSuspendedWhileItHoldsTheMutexSilencesTheOthersUntilT
     LogTargetDefault target;
     Configure(target);
     ASSERT_TRUE(target.Open());
-    auto const readyName = LogName() + L"-ready";
-    UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
-    ChildProcess holder(L"logging_writer.exe", L"hold " + LogName() + L" " + readyName);
-    ASSERT_TRUE(holder.AwaitSignal(ready.Get()));
+    auto holder = InTheMiddle(L"hold " + LogName());
     holder.Suspend();
     EXPECT_TRUE(LogAt(target, 0, L"lost"));
     LogTargetDefault late; // of a process that starts meanwhile
@@ -153,10 +157,7 @@ TEST_F(ManyWriters, AProcessSuspendedWhileItHoldsTheMutexSilencesTheOthersUntilT
 TEST_F(ManyWriters, AProcessKilledWhileItCopiesTheLogLeavesNoPartOfTheCopy)
 {
     WriteLogOfSize(LogPath(), 1'000'000);
-    auto const readyName = LogName() + L"-ready";
-    UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
-    ChildProcess copying(L"logging_writer.exe", L"copy \"" + LogPath() + L"\" " + readyName);
-    ASSERT_TRUE(copying.AwaitSignal(ready.Get()));
+    auto copying = InTheMiddle(L"copy \"" + LogPath() + L'"');
     EXPECT_EQ(NamesIn(folder.Path()).size(), 2u) << "the copy in the making";
     copying.Kill();
     EXPECT_EQ(NamesIn(folder.Path()), std::vector{LogName()});
