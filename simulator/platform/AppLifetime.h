@@ -29,7 +29,6 @@ class AppLifetime
     bool IsIdle() const { return m_instances.Count() == 0 && m_app.RunsInBackgroundOnly(); }
     void SetTimer(unsigned milliseconds, void (AppLifetime::*work)()); // in place of the one before
     void Raise();
-    void SuspendIdle();
     void EndSuspended();
 
     AppProcess& m_app;
