@@ -354,7 +354,7 @@ TEST_F(AppServiceTest, LeaveNothingBehindOfManyRequests)
         host.WaitUntilQuiet();
         return winrt::get_module_lock().load(); // how many objects are alive
     };
-    // The main view's thread may still hold what the connection was activated with.
+    // The UI thread may still hold what the connection was activated with.
     auto const before = send(10);
     EXPECT_LT(send(500), before + 500);
 }
@@ -377,7 +377,7 @@ TEST_F(AppServiceTest, LeaveNothingBehindOfManyConnections)
         host.WaitUntilQuiet();
         return winrt::get_module_lock().load();
     };
-    // The main view's thread may still hold what the last connection was activated with.
+    // The UI thread may still hold what the last connection was activated with.
     auto const before = connect(0, 10);
     EXPECT_LT(connect(10, 100), before + 90);
 }

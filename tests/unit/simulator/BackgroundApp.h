@@ -80,7 +80,7 @@ class BackgroundApp : public testing::Test
     // How often the device reported that.
     std::size_t CountReports(std::wstring_view kind);
 
-    // Called on the main view's thread.
+    // Called on the UI thread.
     std::function<void(IBackgroundTaskInstance const&)> onActivated;
 
     sim::LocalDevice host;

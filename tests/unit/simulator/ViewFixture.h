@@ -12,7 +12,7 @@ class ViewFixture : public testing::Test
   protected:
     ViewFixture() { m_host.SetPackageFolder(m_package.Path()); }
 
-    // Runs the test's body on the main view's thread, while the app lives.
+    // Runs the test's body on the UI thread, while the app lives.
     void OnView(std::function<void()> const& body);
 
     // What is thrown there, or 0.
