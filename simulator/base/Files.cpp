@@ -69,7 +69,8 @@ void CopyOneFile(std::wstring const& from, std::wstring const& to)
 // Returns the system's error code. A file that is open cannot be replaced, and a reader has it open for a moment.
 unsigned long MoveOnto(std::wstring const& path, std::wstring const& from)
 {
-    constexpr unsigned pause = 5, limit = 1'000; // in milliseconds
+    constexpr unsigned pause = 5; // in milliseconds, as the limit
+    constexpr unsigned limit = 1'000;
     for (unsigned waited = 0;; waited += pause)
     {
         if (MoveFileExW(from.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
