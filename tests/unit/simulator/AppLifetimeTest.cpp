@@ -189,6 +189,18 @@ TEST_F(AppLifetimeTest, SuspendsAnAppOnRequestAndDoesNotEndIt)
     EXPECT_EQ(Endings(), 0u);
 }
 
+TEST_F(AppLifetimeTest, RaisesSuspendingOnceWhenAnIdleAppIsSuspendedOnRequest)
+{
+    RunTask();
+    Ask(sim::SuspendApp{});
+    Pass(limits.idle);
+    EXPECT_EQ(m_activations.size(), 2u); // the task's, then Suspending
+    CompleteSuspending();
+    Pass(limits.suspended);
+    EXPECT_EQ(Suspensions(), 1u);
+    EXPECT_EQ(Endings(), 0u);
+}
+
 TEST_F(AppLifetimeTest, DoesNotSuspendAnAppOnRequestThatIsNeeded)
 {
     Open(m_caller);
@@ -213,6 +225,18 @@ TEST_F(AppLifetimeTest, HearsOfSuspendingFromTheAppAlone)
     Take(0);
     Say(m_caller, sim::SuspendingCompleted{});
     EXPECT_EQ(Suspensions(), 0u);
+}
+
+TEST_F(AppLifetimeTest, TakesNoCompletionOfSuspendingAfterTheDeadline)
+{
+    RunTask();
+    Pass(limits.idle);
+    Take(1);
+    Pass(limits.suspending);
+    EXPECT_EQ(Suspensions(), 1u);
+    RunTask();
+    Say(m_app, sim::SuspendingCompleted{});
+    EXPECT_EQ(Suspensions(), 1u);
 }
 
 TEST_F(AppLifetimeTest, SaysNothingOfAProcessThatCannotBeSuspended)
