@@ -82,7 +82,7 @@ class RuntimeTest : public testing::Test
         return Start();
     }
 
-    sim::LocalDevice m_host;
+    sim::LocalDevice m_host{{.suspending = 600'000}}; // milliseconds: no test waits for the deadline
     Script m_script;
 };
 
@@ -235,7 +235,6 @@ TEST_F(RuntimeTest, AreSuspendedWhenAllDeferralsOfSuspendingAreCompleted)
         m_host.Suspend();
         m_host.Suspend();
     };
-    m_host.Launch();
     EXPECT_EQ(Launch(), 0);
 }
 
@@ -249,7 +248,6 @@ TEST_F(RuntimeTest, AreSuspendedWhenAHandlerOfSuspendingHasReturnedThatTakesNoDe
         m_host.WaitForReport(L"app-suspended");
         m_host.End();
     });
-    m_host.Launch();
     EXPECT_EQ(Launch(), 0);
     end.join();
 }
