@@ -38,8 +38,8 @@ class ProcessStarter
     // Ends a process that was started here and still runs.
     virtual void Kill(unsigned long id, unsigned long exitCode) = 0;
 
-    // Stops all threads of such a process, and lets them go on. False when they do not stop, as in one that is ending.
-    // A process that was suspended does not outlive this.
+    // Suspend stops all threads of such a process; it returns false when they do not stop, as in a process that is
+    // ending. Resume restarts them. A suspended process does not outlive this object.
     virtual bool Suspend(unsigned long id) = 0;
     virtual void Resume(unsigned long id) = 0;
 };
