@@ -1,6 +1,7 @@
 #include "tests/unit/projection/TestOperation.h"
 #include "tests/unit/projection/WrappedRuntime.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
 #include <thread>
 #include <windows.h>
@@ -15,16 +16,30 @@ using namespace Windows::Foundation;
 namespace
 {
 
-class TestContext : public impl::IContextCallback
+// It lives until the last one lets go of it: a thread of the pool still leaves it when the test has seen its end.
+class TestContext final : public impl::IContextCallback
 {
   public:
     int32_t __stdcall QueryInterface(guid const& id, void** object) noexcept override
     {
         *object = is_guid_of<impl::IContextCallback>(id) ? this : nullptr;
-        return *object ? S_OK : E_NOINTERFACE;
+        if (!*object)
+        {
+            return E_NOINTERFACE;
+        }
+        AddRef();
+        return S_OK;
     }
-    uint32_t __stdcall AddRef() noexcept override { return 2; }
-    uint32_t __stdcall Release() noexcept override { return 1; }
+    uint32_t __stdcall AddRef() noexcept override { return ++m_references; }
+    uint32_t __stdcall Release() noexcept override
+    {
+        auto const left = --m_references;
+        if (left == 0)
+        {
+            delete this;
+        }
+        return left;
+    }
 
     int32_t __stdcall ContextCallback(int32_t(__stdcall* callback)(impl::context_call_data*),
                                       impl::context_call_data* data, guid const& id, int, void*) noexcept override
@@ -45,7 +60,12 @@ class TestContext : public impl::IContextCallback
     int entered = 0;
     guid asked{};
     bool isInside = false;
+
+  private:
+    std::atomic<uint32_t> m_references = 1;
 };
+
+com_ptr<TestContext> MakeContext() { return {new TestContext, take_ownership_from_abi}; }
 
 struct Seen
 {
@@ -53,9 +73,17 @@ struct Seen
     DWORD thread = 0;
     hresult code{};
     Signal resumed;
+
+    // The coroutine's last step: the test may end with it, so that the coroutine keeps no object beyond it.
+    void Resumed(TestContext const& context)
+    {
+        inside = context.isInside;
+        thread = GetCurrentThreadId();
+        resumed.Set();
+    }
 };
 
-fire_and_forget Await(IAsyncAction operation, TestContext& context, Seen& seen)
+fire_and_forget Await(IAsyncAction operation, TestContext const& context, Seen& seen)
 {
     try
     {
@@ -65,34 +93,30 @@ fire_and_forget Await(IAsyncAction operation, TestContext& context, Seen& seen)
     {
         seen.code = to_hresult();
     }
-    seen.inside = context.isInside;
-    seen.thread = GetCurrentThreadId();
-    seen.resumed.Set();
+    operation = nullptr;
+    seen.Resumed(context);
 }
 
-fire_and_forget AwaitAgile(IAsyncAction operation, TestContext& context, Seen& seen)
+fire_and_forget AwaitAgile(IAsyncAction operation, TestContext const& context, Seen& seen)
 {
     co_await resume_agile(operation);
-    seen.inside = context.isInside;
-    seen.thread = GetCurrentThreadId();
-    seen.resumed.Set();
+    operation = nullptr;
+    seen.Resumed(context);
 }
 
-fire_and_forget LeaveAndReturn(TestContext& context, Seen& seen)
+fire_and_forget LeaveAndReturn(TestContext const& context, Seen& seen)
 {
-    apartment_context const origin;
-    co_await resume_background();
     try
     {
+        apartment_context const origin;
+        co_await resume_background();
         co_await apartment_context(origin);
     }
     catch (...)
     {
         seen.code = to_hresult();
     }
-    seen.inside = context.isInside;
-    seen.thread = GetCurrentThreadId();
-    seen.resumed.Set();
+    seen.Resumed(context);
 }
 
 // The thread of the test is a single-threaded apartment with a context of its own; other threads have none.
@@ -114,14 +138,14 @@ class ApartmentSingleThreaded : public testing::Test
     }
 
     DWORD const home = GetCurrentThreadId();
-    TestContext context;
+    com_ptr<TestContext> const context = MakeContext();
     GetObjectContextCall const contexts{[this](auto, guid const& id, void** result) -> int32_t {
         if (GetCurrentThreadId() != home)
         {
             *result = nullptr;
             return CO_E_NOTINITIALIZED;
         }
-        return context.QueryInterface(id, result);
+        return context->QueryInterface(id, result);
     }};
     com_ptr<TestAction> operation = make_self<TestAction>();
     Seen seen;
@@ -131,34 +155,34 @@ class ApartmentSingleThreaded : public testing::Test
 
 TEST_F(ApartmentSingleThreaded, WaitingReturnsToIt)
 {
-    Await(*operation, context, seen);
+    Await(*operation, *context, seen);
     EndOnAnotherThread();
     ASSERT_TRUE(seen.resumed.IsSet());
     EXPECT_TRUE(seen.inside);
-    EXPECT_EQ(context.entered, 1);
+    EXPECT_EQ(context->entered, 1);
     EXPECT_EQ(seen.code, S_OK);
 }
 
 TEST_F(ApartmentSingleThreaded, ItIsNotReenteredMeanwhile)
 {
-    Await(*operation, context, seen);
+    Await(*operation, *context, seen);
     EndOnAnotherThread();
-    EXPECT_EQ(context.asked, guid("0A299774-3E4E-FC42-1D9D-72CEE105CA57"));
+    EXPECT_EQ(context->asked, guid("0A299774-3E4E-FC42-1D9D-72CEE105CA57"));
 }
 
 TEST_F(ApartmentSingleThreaded, AnEndOnItsOwnThreadNeedsNoReturn)
 {
-    Await(*operation, context, seen);
+    Await(*operation, *context, seen);
     operation->End(AsyncStatus::Completed);
     ASSERT_TRUE(seen.resumed.IsSet());
-    EXPECT_EQ(context.entered, 0);
+    EXPECT_EQ(context->entered, 0);
     EXPECT_EQ(seen.thread, home);
 }
 
 TEST_F(ApartmentSingleThreaded, OneThatCannotBeReachedIsRaisedWhereTheOperationEnded)
 {
-    context.failure = RPC_E_DISCONNECTED;
-    Await(*operation, context, seen);
+    context->failure = RPC_E_DISCONNECTED;
+    Await(*operation, *context, seen);
     EndOnAnotherThread();
     ASSERT_TRUE(seen.resumed.IsSet());
     EXPECT_NE(seen.thread, home);
@@ -168,26 +192,26 @@ TEST_F(ApartmentSingleThreaded, OneThatCannotBeReachedIsRaisedWhereTheOperationE
 TEST_F(ApartmentSingleThreaded, AgileWaitingGoesOnWhereTheOperationEndedWhileTheApartmentIsBlocked)
 {
     DWORD ended = 0;
-    AwaitAgile(*operation, context, seen);
+    AwaitAgile(*operation, *context, seen);
     EndOnAnotherThread(&ended); // this thread is blocked in it
     ASSERT_TRUE(seen.resumed.IsSet());
     EXPECT_EQ(seen.thread, ended);
-    EXPECT_EQ(context.entered, 0);
+    EXPECT_EQ(context->entered, 0);
     EXPECT_FALSE(seen.inside);
 }
 
 TEST_F(ApartmentSingleThreaded, AContextMadeInItLeadsBackToIt)
 {
-    LeaveAndReturn(context, seen);
+    LeaveAndReturn(*context, seen);
     ASSERT_TRUE(seen.resumed.Wait());
     EXPECT_TRUE(seen.inside);
-    EXPECT_EQ(context.entered, 1);
+    EXPECT_EQ(context->entered, 1);
 }
 
 TEST_F(ApartmentSingleThreaded, AContextThatCannotBeReachedIsRaised)
 {
-    context.failure = RPC_E_SERVER_DIED;
-    LeaveAndReturn(context, seen);
+    context->failure = RPC_E_SERVER_DIED;
+    LeaveAndReturn(*context, seen);
     ASSERT_TRUE(seen.resumed.Wait());
     EXPECT_EQ(seen.code, RPC_E_SERVER_DIED);
 }
@@ -196,10 +220,10 @@ TEST(ApartmentMultiThreaded, WaitingGoesOnWhereTheOperationEnded)
 {
     std::thread([] {
         init_apartment();
-        TestContext context;
+        auto const context = MakeContext();
         Seen seen;
         auto const operation = make_self<TestAction>();
-        Await(*operation, context, seen);
+        Await(*operation, *context, seen);
         DWORD ended = 0;
         std::thread([&] {
             init_apartment();
@@ -217,10 +241,10 @@ TEST(ApartmentMultiThreaded, WaitingLeavesASingleThreadedApartmentThatEndedTheOp
 {
     std::thread([] {
         init_apartment();
-        TestContext context;
+        auto const context = MakeContext();
         Seen seen;
         auto const operation = make_self<TestAction>();
-        Await(*operation, context, seen);
+        Await(*operation, *context, seen);
         DWORD ended = 0;
         std::thread([&] {
             init_apartment(apartment_type::single_threaded);
@@ -238,10 +262,10 @@ TEST(ApartmentMultiThreaded, WithoutAPoolWaitingRaisesWhereTheOperationEnded)
 {
     std::thread([] {
         init_apartment();
-        TestContext context;
+        auto const context = MakeContext();
         Seen seen;
         auto const operation = make_self<TestAction>();
-        Await(*operation, context, seen);
+        Await(*operation, *context, seen);
         SubmitCall const fails([](auto, auto, auto, auto) {
             SetLastError(ERROR_NOT_ENOUGH_MEMORY);
             return FALSE;
