@@ -74,6 +74,18 @@ class DevTest(support.ScriptTest):
     def build_step(self, text):
         (self.clone / "build-step").write_text(text)
 
+    def make_gate(self):
+        """The command that waits until the test opens the gate: once for each that waits, in any order."""
+        gate = self.folder / "gate"
+        os.mkfifo(gate)
+        # Open for both, the pipe has neither an end for who reads nor a wait for who writes.
+        self.gate = os.open(gate, os.O_RDWR)
+        self.addCleanup(os.close, self.gate)
+        return f"read -r -n 1 <{gate}"
+
+    def open_gate(self):
+        os.write(self.gate, b".")
+
     def calls(self):
         calls = self.clone / "calls"
         return calls.read_text().splitlines() if calls.exists() else []
@@ -194,11 +206,7 @@ class Lock(DevTest):
 
     def setUp(self):
         super().setUp()
-        os.mkfifo(self.folder / "gate")
-        self.build_step(f"echo begins; read -r <{self.folder}/gate; echo ends >>calls")
-
-    def open_gate(self):
-        (self.folder / "gate").write_text("go on\n")
+        self.build_step(f"echo begins; {self.make_gate()}; echo ends >>calls")
 
     def test_a_second_one_says_whom_it_waits_for_and_then_works(self):
         first = self.start_dev("build")
@@ -217,8 +225,8 @@ class Lock(DevTest):
         support.wait_until(lambda: "built product" in self.calls(), "the first builds")
         second = self.start_dev("build", "gcc")
         support.wait_until(lambda: "built gcc" in self.calls(), "the second builds")
-        for process in (first, second):
-            self.open_gate()
+        self.open_gate()
+        self.open_gate()
         self.assertEqual([0, 0], [process.wait(support.LIMIT) for process in (first, second)])
 
     def test_clean_waits_for_the_end_of_what_works_on_the_folder(self):
@@ -282,26 +290,24 @@ class Watched(DevTest):
         self.environment["VELMO_PROGRESS_SECONDS"] = "0.05"
 
     def test_without_a_terminal_a_long_build_shows_how_far_it_is(self):
-        os.mkfifo(self.folder / "gate")
-        self.build_step(f"echo '[3/70] Building it'; read -r <{self.folder}/gate")
+        self.build_step(f"echo '[3/70] Building it'; {self.make_gate()}")
         process = self.start_dev("build")
         self.read_until(process, "3/70 steps, ")
-        (self.folder / "gate").write_text("go on\n")
+        self.open_gate()
         self.assertIn("done in", process.stdout.read())
 
     def test_so_do_long_tests(self):
-        os.mkfifo(self.folder / "gate")
         self.script(
             self.tools / "ctest",
             "#!/usr/bin/env bash\n"
             "case $* in *--show-only*) echo '  Test  #4: One.OfThem'; exit ;; esac\n"
             "echo '  4/9 Test  #4: One.OfThem ...   Passed    0.10 sec'\n"
-            f"read -r <{self.folder}/gate\n"
+            f"{self.make_gate()}\n"
             "echo '100% tests passed, 0 tests failed out of 9'\n",
         )
         process = self.start_dev("test", "OfThem")
         self.read_until(process, "4/9 tests, ")
-        (self.folder / "gate").write_text("go on\n")
+        self.open_gate()
         self.assertIn("100% tests passed", process.stdout.read())
 
     def test_a_signal_ends_what_runs_and_what_that_has_started(self):
