@@ -25,7 +25,7 @@ USING = re.compile(rf"\busing\s+(?:[\w:]*::)?(?P<name>{NAME})\s*(?:;|=[^;]*;)")
 DIRECTIVE = re.compile(r"\busing\s+namespace\s+[\w:]+\s*;")
 MACRO = re.compile(rf"^\s*#\s*(?:define|undef)\s+(?P<name>{NAME})", re.MULTILINE)
 ENTRY = re.compile(r"\bint\s+(?P<name>w?main)\s*\(")
-SHARED = {"PrintTo", "catch", "noexcept", "static_assert"}  # overloads, and what only looks like a name
+SHARED = {"PrintTo", "catch", "noexcept", "static_assert", "try"}  # overloads, and what only looks like a name
 
 
 @dataclass
@@ -76,7 +76,7 @@ def read(path):
     text = IGNORED.sub(" ", pathlib.Path(path).read_text(encoding="utf-8"))
     unnamed, named = namespace_scope(re.sub(r"^\s*#.*$", "", text, flags=re.MULTILINE))
     own = {name for statement in USING.sub(" ", unnamed).split(";") for name in declared(statement.strip())}
-    own |= {found["name"] for found in KEPT_CONSTANT.finditer(named)}
+    own |= {found["name"] for found in KEPT_CONSTANT.finditer(named)} - SHARED
     own |= {found["name"] for found in MACRO.finditer(text)}
     own |= {found["name"] for found in ENTRY.finditer(text)}  # there is one in a program
     return Source(path, len(text), set(WORD.findall(text)), own,

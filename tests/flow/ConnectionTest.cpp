@@ -236,24 +236,43 @@ TEST_P(ConnectionNotTakenFor, EndsTheProcess)
     EXPECT_EQ(HasConnection(), GetParam().hasConnection);
 }
 
-constexpr wchar_t received[] = L"App service connection request received";
-constexpr wchar_t inside[] = L"AppService: Inside ServiceNewConnection .";
-constexpr wchar_t deferral[] = L"AppService: ServiceNewConnection deferral.";
+constexpr wchar_t connectionReceived[] = L"App service connection request received";
+constexpr wchar_t insideConnection[] = L"AppService: Inside ServiceNewConnection .";
+constexpr wchar_t connectionDeferral[] = L"AppService: ServiceNewConnection deferral.";
 
 INSTANTIATE_TEST_SUITE_P(
     Failures, ConnectionNotTakenFor,
-    testing::Values(
-        Takeover{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}, false, false},
-        Takeover{L"BackgroundActivatedEventArgs.TaskInstance null", {}, false, false},
-        Takeover{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}, false, false},
-        Takeover{L"BackgroundTaskInstance.GetDeferral now 0x80004005", {received, inside}, false, false},
-        Takeover{L"BackgroundTaskInstance.TriggerDetails null 1 after 1", {received, inside, deferral}, true, false},
-        Takeover{L"BackgroundTaskInstance.Canceled now 0x80004005", {received, inside, deferral}, true, false},
-        Takeover{
-            L"AppServiceTriggerDetails.AppServiceConnection now 0x80004005", {received, inside, deferral}, true, false},
-        Takeover{L"AppServiceTriggerDetails.AppServiceConnection null", {received, inside, deferral}, true, false},
-        Takeover{L"AppServiceConnection.ServiceClosed now 0x80004005", {received, inside, deferral}, true, true},
-        Takeover{L"AppServiceConnection.RequestReceived now 0x80004005", {received, inside, deferral}, true, true}));
+    testing::Values(Takeover{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}, false, false},
+                    Takeover{L"BackgroundActivatedEventArgs.TaskInstance null", {}, false, false},
+                    Takeover{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}, false, false},
+                    Takeover{L"BackgroundTaskInstance.GetDeferral now 0x80004005",
+                             {connectionReceived, insideConnection},
+                             false,
+                             false},
+                    Takeover{L"BackgroundTaskInstance.TriggerDetails null 1 after 1",
+                             {connectionReceived, insideConnection, connectionDeferral},
+                             true,
+                             false},
+                    Takeover{L"BackgroundTaskInstance.Canceled now 0x80004005",
+                             {connectionReceived, insideConnection, connectionDeferral},
+                             true,
+                             false},
+                    Takeover{L"AppServiceTriggerDetails.AppServiceConnection now 0x80004005",
+                             {connectionReceived, insideConnection, connectionDeferral},
+                             true,
+                             false},
+                    Takeover{L"AppServiceTriggerDetails.AppServiceConnection null",
+                             {connectionReceived, insideConnection, connectionDeferral},
+                             true,
+                             false},
+                    Takeover{L"AppServiceConnection.ServiceClosed now 0x80004005",
+                             {connectionReceived, insideConnection, connectionDeferral},
+                             true,
+                             true},
+                    Takeover{L"AppServiceConnection.RequestReceived now 0x80004005",
+                             {connectionReceived, insideConnection, connectionDeferral},
+                             true,
+                             true}));
 
 // A call, after how many others of the same, and another that comes later.
 using CallOrder = std::pair<std::pair<std::wstring, int>, std::wstring>;

@@ -10,9 +10,9 @@ using test::Error;
 using test::Info;
 using test::Lines;
 using test::RequestLines;
+using test::TaskRemoved;
 
-Lines const received = RequestLines() + Lines{Info(L"RequestReceived to exit Velmo Notification Client")};
-std::wstring const unregister = Info(L"Background task found going to unregister it");
+Lines const exitRequested = RequestLines() + Lines{Info(L"RequestReceived to exit Velmo Notification Client")};
 Lines const acknowledged = {Info(L"Ack sent to VelmoNotificationHelper for exit"), Info(L"Exit ZEB deferral complete")};
 
 class ExitRequest : public test::ServiceFlow
@@ -33,10 +33,10 @@ class ExitRequest : public test::ServiceFlow
     {
         auto const trace = test::CalledFrom(where);
         auto const request = Ask();
-        log->WaitForLines(received.size() + lines.size());
+        log->WaitForLines(exitRequested.size() + lines.size());
         host.WaitUntilQuiet();
         EXPECT_FALSE(host.HasExited());
-        ExpectLog(received + lines, {}, {}, where);
+        ExpectLog(exitRequested + lines, {}, {}, where);
         EXPECT_EQ(Completions(), std::vector<unsigned>{0});
     }
 };
@@ -48,7 +48,7 @@ TEST_F(ExitRequest, RemovesTheTasksAcknowledgesAndEndsTheApp)
     WaitForEnd();
     EXPECT_EQ(TaskNames(), Lines{L"another"});
     EXPECT_TRUE(host.HasExited());
-    ExpectLog(received + Lines{unregister, unregister} + acknowledged);
+    ExpectLog(exitRequested + Lines{TaskRemoved(), TaskRemoved()} + acknowledged);
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
@@ -64,7 +64,7 @@ TEST_P(ExitRequestAckFailing, EndsTheAppAsIfItHadWorked)
     Ask();
     WaitForEnd();
     EXPECT_TRUE(host.HasExited());
-    ExpectLog(received + Lines{unregister, unregister} + acknowledged);
+    ExpectLog(exitRequested + Lines{TaskRemoved(), TaskRemoved()} + acknowledged);
 }
 
 INSTANTIATE_TEST_SUITE_P(Outcomes, ExitRequestAckFailing,
@@ -80,7 +80,7 @@ TEST_P(ExitRequestAckNotSent, IsCompletedAndEndsTheApp)
     EXPECT_EQ(test::TestHelper::Text(Ask().get().Message()), L"");
     WaitForEnd();
     EXPECT_TRUE(host.HasExited());
-    ExpectLog(received + Lines{unregister, unregister, Error(L"Error in sending ack still closing")});
+    ExpectLog(exitRequested + Lines{TaskRemoved(), TaskRemoved(), Error(L"Error in sending ack still closing")});
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -92,27 +92,27 @@ TEST_F(ExitRequest, IsCompletedAndEndsTheAppWhenNobodyCouldHearOfTheEndOfTheAckn
     Ask();
     WaitForEnd();
     EXPECT_TRUE(host.HasExited());
-    ExpectLog(received + Lines{unregister, unregister, Error(L"Error in sending ack still closing")});
+    ExpectLog(exitRequested + Lines{TaskRemoved(), TaskRemoved(), Error(L"Error in sending ack still closing")});
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
 TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenATaskCannotBeRemoved)
 {
     host.SetFault(L"BackgroundTaskRegistration.Unregister now 0x80004005");
-    ExpectNoEnd({unregister});
+    ExpectNoEnd({TaskRemoved()});
 }
 
 TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenTheAcknowledgementCannotBeWritten)
 {
     host.SetFault(L"ValueSet.Insert now 0x80004005 1");
-    ExpectNoEnd({unregister, unregister});
+    ExpectNoEnd({TaskRemoved(), TaskRemoved()});
 }
 
 TEST_F(ExitRequest, StaysOpenAndDoesNotEndTheAppWhenItCannotBeCompletedEither)
 {
     host.SetFault(L"AppServiceRequest.SendResponseAsync now 0x80000013");
     host.SetFault(L"AppServiceDeferral.Complete now 0x80004005");
-    ExpectNoEnd({unregister, unregister, Error(L"Error in sending ack still closing")});
+    ExpectNoEnd({TaskRemoved(), TaskRemoved(), Error(L"Error in sending ack still closing")});
 }
 
 // Whether the app had been asked to end when a line had been written.
@@ -142,7 +142,7 @@ TEST_F(ExitRequest, WaitsForTheAcknowledgementToBeSent)
 {
     host.SetFault(L"AppServiceRequest.SendResponseAsync never");
     Ask();
-    log->WaitForLines(received.size() + 2);
+    log->WaitForLines(exitRequested.size() + 2);
     host.WaitUntilQuiet();
     EXPECT_FALSE(host.HasExited());
 }

@@ -8,7 +8,7 @@ namespace
 
 using test::ExpectInterleaved;
 using test::ExpectLines;
-using Lines = std::vector<std::wstring>;
+using test::Lines;
 
 // What a comparison says that fails.
 class ExpectLinesTest : public testing::Test

@@ -15,7 +15,7 @@ using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
 constexpr wchar_t uri[] = L"https://db3.notify.windows.com/?token=AQ%2bE%2fw%3d";
 constexpr wchar_t updated[] = L"NewMessage=UpdatedChannelURIAvailable";
 
-Lines const received = RequestLines() + Lines{Info(L"RequestReceived for channel URI")};
+Lines const uriRequested = RequestLines() + Lines{Info(L"RequestReceived for channel URI")};
 Lines const stored = {Info(L"Channel URI Received"),
                       Info(L"Received Channel URI is https://db3.notify.windows.com/?token=AQ%%2bE%%2fw%%3d"),
                       Info(L"From Appservice channel : uri is written to local setting")};
@@ -51,7 +51,7 @@ TEST_F(GetChannelUri, StoresTheUriAndSendsIt)
 {
     Ask();
     EXPECT_EQ(helper->WaitForMessages(1), (Lines{std::wstring(updated) + L" NewCuri=" + uri}));
-    ExpectLog(received + stored + Lines{found}, {sent}, {noException});
+    ExpectLog(uriRequested + stored + Lines{found}, {sent}, {noException});
     EXPECT_EQ(StoredUri(), uri);
     EXPECT_EQ(Completions(), std::vector<unsigned>{2});
 }
@@ -67,7 +67,7 @@ TEST_F(GetChannelUri, WritesAUriThatIsStoredAlreadyAgain)
 {
     StoreUri(winrt::box_value(uri));
     Ask();
-    ExpectLog(received + stored + Lines{found}, {sent}, {noException});
+    ExpectLog(uriRequested + stored + Lines{found}, {sent}, {noException});
 }
 
 TEST_F(GetChannelUri, SendsAStoredValueThatIsNoTextAsItIs)
@@ -84,7 +84,7 @@ TEST_F(GetChannelUri, TellsOfAnUpdateWithoutAUriWhenNoneIsReadBack)
     host.SetFault(L"ApplicationDataContainerSettings.Lookup null");
     Ask();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{updated});
-    ExpectLog(received + stored + Lines{notFound}, {sent}, {notFoundAfterSend, noException});
+    ExpectLog(uriRequested + stored + Lines{notFound}, {sent}, {notFoundAfterSend, noException});
     EXPECT_EQ(Completions(), std::vector<unsigned>{2});
 }
 
@@ -93,7 +93,7 @@ TEST_F(GetChannelUri, HasNothingToStoreWithoutSettings)
     host.SetFault(L"ApplicationData.LocalSettings null");
     Ask();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{updated});
-    ExpectLog(received + Lines{stored[0], stored[1], notFound}, {sent}, {notFoundAfterSend, noException});
+    ExpectLog(uriRequested + Lines{stored[0], stored[1], notFound}, {sent}, {notFoundAfterSend, noException});
 }
 
 // What makes storing the URI fail, once.
@@ -105,7 +105,7 @@ class GetChannelUriNotStored : public GetChannelUri, public testing::WithParamIn
 
     Lines StoredLines() const
     {
-        return received + (LogsTheWrite() ? stored : Lines{stored[0], stored[1]}) + Lines{unableToWrite};
+        return uriRequested + (LogsTheWrite() ? stored : Lines{stored[0], stored[1]}) + Lines{unableToWrite};
     }
 };
 
@@ -147,7 +147,7 @@ TEST_P(GetChannelUriNotStarted, TellsOfAnUpdateWithoutAUri)
     SetFault(GetParam());
     Ask();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{updated});
-    ExpectLog(received + Lines{Info(L"GetChannelUriStr Deferral Complete with exception in create task")});
+    ExpectLog(uriRequested + Lines{Info(L"GetChannelUriStr Deferral Complete with exception in create task")});
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -156,8 +156,9 @@ TEST_P(GetChannelUriNotStarted, IsCompletedWhenThatCannotBeSent)
     SetFault(GetParam());
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + Lines{Error(L"GetChannelUriStr Deferral Complete with exception in task_creation, failed to "
-                                     L"send response to Helper APP")});
+    ExpectLog(uriRequested +
+              Lines{Error(L"GetChannelUriStr Deferral Complete with exception in task_creation, failed to "
+                          L"send response to Helper APP")});
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
@@ -167,9 +168,9 @@ TEST_P(GetChannelUriNotStarted, StaysOpenWhenThatCannotBeWritten)
     SetFault(GetParam());
     host.SetFault(L"ValueSet.Insert now 0x80004005 1");
     auto const request = Ask();
-    log->WaitForLines(received.size());
+    log->WaitForLines(uriRequested.size());
     host.WaitUntilQuiet();
-    ExpectLog(received);
+    ExpectLog(uriRequested);
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
 }
@@ -198,7 +199,7 @@ TEST_P(GetChannelUriFailingLater, SendsNothingAndIsCompletedOnce)
 {
     SetFault(GetParam().fault);
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + GetParam().lines + Lines{exception});
+    ExpectLog(uriRequested + GetParam().lines + Lines{exception});
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
@@ -217,9 +218,9 @@ TEST_F(GetChannelUri, LeavesNoTraceAndStaysOpenWhenTheChannelRequestIsCancelled)
 {
     SetFault(L"channel cancelled");
     auto const request = Ask();
-    log->WaitForLines(received.size());
+    log->WaitForLines(uriRequested.size());
     host.WaitUntilQuiet();
-    ExpectLines(log->Lines(), received);
+    ExpectLines(log->Lines(), uriRequested);
     helper->Close(); // ends the request, which is never completed
     EXPECT_EQ(request.get().Status(), AppServiceResponseStatus::Failure);
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
@@ -237,7 +238,7 @@ TEST_F(GetChannelUri, IsCompletedTwiceWhenTheMessageCannotBeSent)
 {
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + stored + Lines{found, notSent, noException});
+    ExpectLog(uriRequested + stored + Lines{found, notSent, noException});
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{2});
 }
@@ -247,7 +248,7 @@ TEST_F(GetChannelUri, IsCompletedByTheEndOfTheChainWhenTheFailedSendCouldNotComp
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
     host.SetFault(L"AppServiceDeferral.Complete now 0x80004005 1");
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + stored + Lines{found, exception});
+    ExpectLog(uriRequested + stored + Lines{found, exception});
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -255,7 +256,7 @@ TEST_F(GetChannelUri, IsNotDisturbedByACompletionThatThePlatformRefusesAfterAnot
 {
     host.SetFault(L"AppServiceDeferral.Complete now 0x8000000E 1000 after 1");
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + stored + Lines{found}, {sent}, {noException});
+    ExpectLog(uriRequested + stored + Lines{found}, {sent}, {noException});
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -264,7 +265,7 @@ TEST_F(GetChannelUri, EndsAsWithAnExceptionWhenTheEndOfTheChainCannotComplete)
     host.SetFault(L"AppServiceConnection.SendMessageAsync never 1");
     host.SetFault(L"AppServiceDeferral.Complete now 0x80004005 1");
     Ask();
-    ExpectLog(received + stored + Lines{found, exception});
+    ExpectLog(uriRequested + stored + Lines{found, exception});
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -274,7 +275,7 @@ TEST_F(GetChannelUri, SaysThatTheUriIsNotStoredBeforeItSends)
     host.SetFault(L"ApplicationDataContainerSettings.Insert now 0x80073DC8 1");
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1"); // its line comes at once
     Ask();
-    ExpectLog(received + stored + Lines{unableToWrite, notSent, found}, {noException}, {sent});
+    ExpectLog(uriRequested + stored + Lines{unableToWrite, notSent, found}, {noException}, {sent});
     EXPECT_EQ(Completions(), std::vector<unsigned>{3});
 }
 
@@ -283,7 +284,7 @@ TEST_F(GetChannelUri, SendsTheVeryObjectThatIsStored)
     host.SetFault(L"PropertyValue.CreateString now 0x80004005 1000 after 2"); // one to store it, one for "NewMessage"
     Ask();
     EXPECT_EQ(helper->WaitForMessages(1), (Lines{std::wstring(updated) + L" NewCuri=" + uri}));
-    ExpectLog(received + stored + Lines{found}, {sent}, {noException});
+    ExpectLog(uriRequested + stored + Lines{found}, {sent}, {noException});
 }
 
 TEST_F(GetChannelUri, SaysThatNoUriIsStoredAlsoWhenTheMessageCannotBeSent)
@@ -291,7 +292,7 @@ TEST_F(GetChannelUri, SaysThatNoUriIsStoredAlsoWhenTheMessageCannotBeSent)
     host.SetFault(L"ApplicationDataContainerSettings.Lookup null");
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
     Ask();
-    ExpectLog(received + stored + Lines{notFound, notSent, notFoundAfterSend, noException});
+    ExpectLog(uriRequested + stored + Lines{notFound, notSent, notFoundAfterSend, noException});
 }
 
 // The outcome of a send is ignored, whether it fails or has another status than success.
@@ -303,7 +304,7 @@ TEST_P(GetChannelUriSendFailing, LogsTheSameAsOneThatWorks)
 {
     host.SetFault(std::wstring(L"AppServiceConnection.SendMessageAsync ") + GetParam() + L" 1");
     Ask();
-    ExpectLog(received + stored + Lines{found}, {sent}, {noException});
+    ExpectLog(uriRequested + stored + Lines{found}, {sent}, {noException});
     EXPECT_EQ(Completions(), std::vector<unsigned>{2});
 }
 

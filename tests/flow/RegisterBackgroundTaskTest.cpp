@@ -13,20 +13,21 @@ using test::Error;
 using test::Info;
 using test::Lines;
 using test::RequestLines;
+using test::TaskRemoved;
 using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
 
 constexpr wchar_t uri[] = L"https://db3.notify.windows.com/?token=AQ";
 constexpr wchar_t failed[] = L"NewMessage=BackgroundtaskRegistrationFailed";
 
-Lines const received = RequestLines() + Lines{Info(L"RequestReceived to Register BackgroundTask"),
-                                              Info(L"Going to Wait for 60 sec till background Task is registered"),
-                                              Info(L"Inside RegsiterBackgroundtasks")};
+Lines const registrationRequested =
+    RequestLines() + Lines{Info(L"RequestReceived to Register BackgroundTask"),
+                           Info(L"Going to Wait for 60 sec till background Task is registered"),
+                           Info(L"Inside RegsiterBackgroundtasks")};
 std::wstring const channel = Info(L"Channel URI Received");
 std::wstring const channelUri = Info(L"Received Channel URI is https://db3.notify.windows.com/?token=AQ");
 std::wstring const written = Info(L"Appservice channel : uri is written to local setting");
 std::wstring const unableToWrite = Info(L"Appservice unable to write channel uri to localdata");
 std::wstring const unregisterAll = Info(L"Unregister all the background tasks");
-std::wstring const unregister = Info(L"Background task found going to unregister it");
 std::wstring const pushRegistered = Info(L"Register background task: PushNotificationTrigger task");
 std::wstring const timerRegistered = Info(L"Register background task: TimerTaskName");
 std::wstring const noException = Info(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
@@ -59,7 +60,7 @@ TEST_F(RegisterBackgroundTask, RegistersBothTasksAndSendsTheStoredUri)
     EXPECT_EQ(helper->WaitForMessages(1), Lines{std::wstring(L"NewMessage=RegisterBkgTaskDone NewCuri=") + uri});
     EXPECT_EQ(TaskNames(), ownTasks);
     EXPECT_EQ(StoredUri(), uri);
-    ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException}, done);
+    ExpectLog(registrationRequested + stored + Lines{pushRegistered, timerRegistered}, {noException}, done);
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -88,7 +89,8 @@ TEST_F(RegisterBackgroundTask, RemovesItsOwnEarlierTasksAndNoOthers)
     }
     Ask().get();
     EXPECT_EQ(TaskNames(), (Lines{L"MyPushNotificationBGTask2", L"pushnotificationbgtask"} + ownTasks));
-    ExpectLog(received + stored + Lines{unregister, unregister, unregister, pushRegistered, timerRegistered},
+    ExpectLog(registrationRequested + stored +
+                  Lines{TaskRemoved(), TaskRemoved(), TaskRemoved(), pushRegistered, timerRegistered},
               {noException}, done);
 }
 
@@ -104,7 +106,7 @@ TEST_F(RegisterBackgroundTask, FailsWithoutAStoredUriAndSaysThatItIsDone)
     host.SetFault(L"ApplicationDataContainerSettings.Lookup null");
     Ask().get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
-    ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException},
+    ExpectLog(registrationRequested + stored + Lines{pushRegistered, timerRegistered}, {noException},
               {done[0], Error(L"URI is not present in local setting"), done[2], done[3]});
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
@@ -114,8 +116,8 @@ TEST_F(RegisterBackgroundTask, FailsWithoutSettings)
     host.SetFault(L"ApplicationData.LocalSettings null");
     Ask().get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
-    ExpectLog(received + Lines{channel, channelUri, unregisterAll, pushRegistered, timerRegistered}, {noException},
-              {done[0], Error(L"URI is not present in local setting"), done[2], done[3]});
+    ExpectLog(registrationRequested + Lines{channel, channelUri, unregisterAll, pushRegistered, timerRegistered},
+              {noException}, {done[0], Error(L"URI is not present in local setting"), done[2], done[3]});
 }
 
 // What goes wrong before the tasks are registered, with the lines of the registration and the tasks that are left of
@@ -146,15 +148,15 @@ class RegisterBackgroundTaskFailing : public RegisterBackgroundTask, public test
 TEST_P(RegisterBackgroundTaskFailing, IsToldWhenTheTimeIsUp)
 {
     Ask();
-    log->WaitForLines(received.size() + GetParam().lines.size());
+    log->WaitForLines(registrationRequested.size() + GetParam().lines.size());
     EndRegistrationWait();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
     EXPECT_EQ(TaskNames(), GetParam().tasksLeft);
-    ExpectLog(received + GetParam().lines + timedOut);
+    ExpectLog(registrationRequested + GetParam().lines + timedOut);
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
-Lines const removed = stored + Lines{unregister, unregister};
+Lines const removed = stored + Lines{TaskRemoved(), TaskRemoved()};
 Lines const pushFailed =
     removed + Lines{Error(L"Register background task: PushNotificationTrigger task failed"), noException};
 Lines const timerFailed =
@@ -206,10 +208,10 @@ INSTANTIATE_TEST_SUITE_P(
         Failure{L"BackgroundTaskRegistration.AllTasks null 1", stored + Lines{exception}, ownTasks},
         Failure{L"BackgroundTaskRegistration.AllTasks.First now 0x80004005 1", stored + Lines{exception}, ownTasks},
         Failure{L"BackgroundTaskRegistration.Name now 0x80004005 1", stored + Lines{exception}, ownTasks},
-        Failure{L"BackgroundTaskRegistration.Unregister now 0x80004005 1", stored + Lines{unregister, exception},
+        Failure{L"BackgroundTaskRegistration.Unregister now 0x80004005 1", stored + Lines{TaskRemoved(), exception},
                 ownTasks},
         Failure{L"BackgroundTaskRegistration.Unregister now 0x80004005 1 after 1",
-                stored + Lines{unregister, unregister, exception}, onlyTimer}));
+                stored + Lines{TaskRemoved(), TaskRemoved(), exception}, onlyTimer}));
 
 INSTANTIATE_TEST_SUITE_P(
     Registration, RegisterBackgroundTaskFailing,
@@ -239,7 +241,7 @@ TEST_F(RegisterBackgroundTask, IsWaitedForWhileItsChannelIsThereAtOnce)
     log->After(L"Channel URI Received", [this] { RegistrationWaits(1); });
     Ask().get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{std::wstring(L"NewMessage=RegisterBkgTaskDone NewCuri=") + uri});
-    ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException}, done);
+    ExpectLog(registrationRequested + stored + Lines{pushRegistered, timerRegistered}, {noException}, done);
 }
 
 TEST_F(RegisterBackgroundTask, FailsWhenTheWaitFails)
@@ -248,7 +250,7 @@ TEST_F(RegisterBackgroundTask, FailsWhenTheWaitFails)
     host.SetFault(L"PushNotificationChannelManager now 0x80040154");
     Ask().get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
-    ExpectLog(received + Lines{notStarted} + timedOut);
+    ExpectLog(registrationRequested + Lines{notStarted} + timedOut);
 }
 
 TEST_F(RegisterBackgroundTask, MakesTheEventBeforeItSaysThatItWaits)
@@ -275,7 +277,7 @@ TEST_F(RegisterBackgroundTask, FailsAtOnceWhenNoEventCanBeMadeAndRegistersAllThe
             return IsOfRegistration(manual) ? nullptr : system(attributes, manual, initial, name);
         });
         Ask().get();
-        ExpectLog(received, timedOut, stored + Lines{pushRegistered, timerRegistered, noException});
+        ExpectLog(registrationRequested, timedOut, stored + Lines{pushRegistered, timerRegistered, noException});
     }
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
     EXPECT_EQ(TaskNames(), ownTasks);
@@ -296,9 +298,10 @@ TEST_F(RegisterBackgroundTask, IsCompletedWhenItsFailureCannotBeSent)
     host.SetFault(L"PushNotificationChannelManager now 0x80040154");
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + Lines{notStarted, timedOut[0],
-                               Error(L"Error in sending response for appservice requset after timeout  in bkg task "
-                                     L"registration")});
+    ExpectLog(registrationRequested +
+              Lines{notStarted, timedOut[0],
+                    Error(L"Error in sending response for appservice requset after timeout  in bkg task "
+                          L"registration")});
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
@@ -307,7 +310,7 @@ TEST_F(RegisterBackgroundTask, IsCompletedWhenItsSuccessCannotBeSent)
 {
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + stored + Lines{pushRegistered, timerRegistered}, {noException},
+    ExpectLog(registrationRequested + stored + Lines{pushRegistered, timerRegistered}, {noException},
               {done[0], done[1],
                Error(L"Error in sending response for appservice requset after sucessful bkg task registration deferral "
                      L"complete")});
@@ -334,7 +337,7 @@ TEST_P(RegisterBackgroundTaskLeaving, StaysOpenWithoutAWord)
 {
     host.SetFault(GetParam().fault);
     auto const request = Ask();
-    auto const registration = received + stored + Lines{pushRegistered, timerRegistered};
+    auto const registration = registrationRequested + stored + Lines{pushRegistered, timerRegistered};
     log->WaitForLines(registration.size() + 1 + GetParam().lines.size());
     host.WaitUntilQuiet();
     EXPECT_TRUE(request.IsOpen());
@@ -370,7 +373,7 @@ TEST_F(RegisterBackgroundTask, StaysOpenWithoutAWordWhenItsFailureCannotBeWritte
     EXPECT_TRUE(request.IsOpen());
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
-    ExpectLog(received + Lines{notStarted, timedOut[0]});
+    ExpectLog(registrationRequested + Lines{notStarted, timedOut[0]});
 }
 
 TEST_F(RegisterBackgroundTask, FailsToThePlatformWhenItsFailureCannotBeWritten)
@@ -396,7 +399,7 @@ TEST_F(RegisterBackgroundTask, TouchesNoTaskWhenTheLineBeforeTheirRemovalFails)
     Ask();
     log->WaitForMessage(L"Inside RegsiterBackgroundtasks, task executed no exception seen");
     EndRegistrationWait();
-    ExpectLog(received + stored + Lines{unableToWrite, noException} + timedOut);
+    ExpectLog(registrationRequested + stored + Lines{unableToWrite, noException} + timedOut);
     EXPECT_EQ(TaskNames(), Lines{L"PushNotificationBGTask"});
 }
 
@@ -404,7 +407,7 @@ TEST_F(RegisterBackgroundTask, DoesNotHoldUpOtherRequestsWhileItWaits)
 {
     host.SetFault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync never 1");
     auto const registration = Ask();
-    log->WaitForLines(received.size());
+    log->WaitForLines(registrationRequested.size());
     helper->Ask(L"UnregisterBackgroundTask").get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{L"NewMessage=UnregisterBackgroundTaskDone"});
     EXPECT_TRUE(registration.IsOpen());

@@ -33,6 +33,11 @@ Lines RequestLines()
             Info(L"Acquired deferral to complete app service request")};
 }
 
+std::wstring TaskRemoved()
+{
+    return Info(L"Background task found going to unregister it");
+}
+
 ServiceFlow::ServiceFlow()
     : m_registrationWaitOver(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
       m_createEvent([this](auto system, auto attributes, BOOL manual, BOOL initial, auto name) {

@@ -68,4 +68,7 @@ class ServiceFlow : public AppFlow
 // The first lines of each request.
 Lines RequestLines();
 
+// What a request says for each registered task that it removes.
+std::wstring TaskRemoved();
+
 } // namespace test

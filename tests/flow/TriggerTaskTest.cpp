@@ -160,18 +160,18 @@ TEST_F(TriggerTaskFlow, IsToldByItsNameWhateverItsTrigger)
 }
 
 // A failure in the activation itself ends the process.
-struct Failure
+struct TaskFailure
 {
     wchar_t const* fault;
     Lines lines;
 };
 
-void PrintTo(Failure const& failure, std::ostream* stream)
+void PrintTo(TaskFailure const& failure, std::ostream* stream)
 {
     *stream << testing::PrintToString(failure.fault);
 }
 
-class TriggerTaskFailing : public TriggerTaskFlow, public testing::WithParamInterface<Failure>
+class TriggerTaskFailing : public TriggerTaskFlow, public testing::WithParamInterface<TaskFailure>
 {
 };
 
@@ -192,16 +192,17 @@ Lines const untilLaunch = {deferral, L"Notification bkg thread invocation",
 INSTANTIATE_TEST_SUITE_P(
     Failures, TriggerTaskFailing,
     testing::Values(
-        Failure{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}},
-        Failure{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}},
-        Failure{L"BackgroundTaskInstance.GetDeferral now 0x80004005", {}},
-        Failure{L"BackgroundTaskInstance.Task now 0x80004005", {deferral}},
-        Failure{L"BackgroundTaskRegistration.Name now 0x80004005", {deferral}},
-        Failure{L"BackgroundTaskRegistration.Name now 0x80004005 1 after 1", {deferral}},
-        Failure{L"FullTrustProcessLauncher now 0x80040154", untilLaunch},
-        Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync now 0x80070490", untilLaunch},
-        Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync unheard 0x8000000E", untilLaunch},
-        Failure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null", untilLaunch}));
+        TaskFailure{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}},
+        TaskFailure{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}},
+        TaskFailure{L"BackgroundTaskInstance.GetDeferral now 0x80004005", {}},
+        TaskFailure{L"BackgroundTaskInstance.Task now 0x80004005", {deferral}},
+        TaskFailure{L"BackgroundTaskRegistration.Name now 0x80004005", {deferral}},
+        TaskFailure{L"BackgroundTaskRegistration.Name now 0x80004005 1 after 1", {deferral}},
+        TaskFailure{L"FullTrustProcessLauncher now 0x80040154", untilLaunch},
+        TaskFailure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync now 0x80070490", untilLaunch},
+        TaskFailure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync unheard 0x8000000E",
+                    untilLaunch},
+        TaskFailure{L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null", untilLaunch}));
 
 TEST_F(TriggerTaskFlow, StartsTheDesktopComponentAlsoWithoutADeferralToComplete)
 {

@@ -10,13 +10,13 @@ using test::Error;
 using test::Info;
 using test::Lines;
 using test::RequestLines;
+using test::TaskRemoved;
 using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
 
-constexpr wchar_t done[] = L"NewMessage=UnregisterBackgroundTaskDone";
+constexpr wchar_t removalDone[] = L"NewMessage=UnregisterBackgroundTaskDone";
 
-Lines const received = RequestLines() + Lines{Info(L"RequestReceived to Unregister BackgroundTask"),
-                                              Info(L"ZEB From Appservice Unregister all the background tasks")};
-std::wstring const unregister = Info(L"Background task found going to unregister it");
+Lines const removalRequested = RequestLines() + Lines{Info(L"RequestReceived to Unregister BackgroundTask"),
+                                                      Info(L"ZEB From Appservice Unregister all the background tasks")};
 Lines const sent = {Info(L"Msg sent to WIN32 for background task unregistration done"),
                     Info(L"UnRegisterBkgServices deferral complete")};
 
@@ -39,9 +39,9 @@ TEST_F(UnregisterBackgroundTask, RemovesItsOwnTasksAndSaysSo)
     auto const response = Ask().get();
     EXPECT_EQ(response.Status(), AppServiceResponseStatus::Success);
     EXPECT_EQ(test::TestHelper::Text(response.Message()), L"");
-    EXPECT_EQ(helper->WaitForMessages(1), Lines{done});
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{removalDone});
     EXPECT_EQ(TaskNames(), Lines{L"another"});
-    ExpectLog(received + Lines{unregister, unregister} + sent);
+    ExpectLog(removalRequested + Lines{TaskRemoved(), TaskRemoved()} + sent);
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -49,17 +49,18 @@ TEST_F(UnregisterBackgroundTask, SaysSoEachTimeAlsoWhenNothingIsLeft)
 {
     Ask().get();
     Ask().get();
-    EXPECT_EQ(helper->WaitForMessages(2), (Lines{done, done}));
-    ExpectLog(received + Lines{unregister, unregister} + sent + received + sent);
+    EXPECT_EQ(helper->WaitForMessages(2), (Lines{removalDone, removalDone}));
+    ExpectLog(removalRequested + Lines{TaskRemoved(), TaskRemoved()} + sent + removalRequested + sent);
 }
 
 TEST_F(UnregisterBackgroundTask, IsCompletedWhenTheMessageCannotBeSent)
 {
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + Lines{unregister, unregister,
-                               Error(L"Error in sending response for appservice requset after sucessful bkg task "
-                                     L"unregistration")});
+    ExpectLog(removalRequested +
+              Lines{TaskRemoved(), TaskRemoved(),
+                    Error(L"Error in sending response for appservice requset after sucessful bkg task "
+                          L"unregistration")});
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
@@ -68,10 +69,11 @@ TEST_F(UnregisterBackgroundTask, IsCompletedWhenNobodyCouldHearOfTheEndOfTheSend
 {
     host.SetFault(L"AppServiceConnection.SendMessageAsync unheard 0x8000000E 1");
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    EXPECT_EQ(helper->WaitForMessages(1), Lines{done});
-    ExpectLog(received + Lines{unregister, unregister,
-                               Error(L"Error in sending response for appservice requset after sucessful bkg task "
-                                     L"unregistration")});
+    EXPECT_EQ(helper->WaitForMessages(1), Lines{removalDone});
+    ExpectLog(removalRequested +
+              Lines{TaskRemoved(), TaskRemoved(),
+                    Error(L"Error in sending response for appservice requset after sucessful bkg task "
+                          L"unregistration")});
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -80,9 +82,10 @@ TEST_F(UnregisterBackgroundTask, LeavesTheHandlerWhenTheFailedSendCannotBeComple
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80000013 1");
     host.SetFault(L"AppServiceDeferral.Complete now 0x80004005 1");
     auto const request = Ask();
-    ExpectLog(received + Lines{unregister, unregister,
-                               Error(L"Error in sending response for appservice requset after sucessful bkg task "
-                                     L"unregistration")});
+    ExpectLog(removalRequested +
+              Lines{TaskRemoved(), TaskRemoved(),
+                    Error(L"Error in sending response for appservice requset after sucessful bkg task "
+                          L"unregistration")});
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
 }
 
@@ -96,7 +99,7 @@ TEST_P(UnregisterBackgroundTaskSendFailing, LogsTheSameAsOneThatWorks)
 {
     host.SetFault(std::wstring(L"AppServiceConnection.SendMessageAsync ") + GetParam() + L" 1");
     Ask();
-    ExpectLog(received + Lines{unregister, unregister} + sent);
+    ExpectLog(removalRequested + Lines{TaskRemoved(), TaskRemoved()} + sent);
     EXPECT_EQ(Completions(), std::vector<unsigned>{1});
 }
 
@@ -104,18 +107,19 @@ INSTANTIATE_TEST_SUITE_P(Outcomes, UnregisterBackgroundTaskSendFailing,
                          testing::Values(L"completion 0x800706BA", L"status 1", L"cancelled"));
 
 // What fails where nothing is prepared for it: the fault, and the lines until then.
-struct Failure
+struct RemovalFailure
 {
     wchar_t const* fault;
     Lines lines;
 };
 
-void PrintTo(Failure const& failure, std::ostream* stream)
+void PrintTo(RemovalFailure const& failure, std::ostream* stream)
 {
     *stream << testing::PrintToString(failure.fault);
 }
 
-class UnregisterBackgroundTaskLeaving : public UnregisterBackgroundTask, public testing::WithParamInterface<Failure>
+class UnregisterBackgroundTaskLeaving : public UnregisterBackgroundTask,
+                                        public testing::WithParamInterface<RemovalFailure>
 {
 };
 
@@ -123,9 +127,9 @@ TEST_P(UnregisterBackgroundTaskLeaving, StaysOpenWithoutAWord)
 {
     host.SetFault(GetParam().fault);
     auto const request = Ask();
-    log->WaitForLines(received.size() + GetParam().lines.size());
+    log->WaitForLines(removalRequested.size() + GetParam().lines.size());
     host.WaitUntilQuiet(); // of the app: this one has left
-    ExpectLog(received + GetParam().lines);
+    ExpectLog(removalRequested + GetParam().lines);
     EXPECT_EQ(helper->Messages(), Lines());
     EXPECT_EQ(Completions(), std::vector<unsigned>{0});
 }
@@ -137,20 +141,22 @@ TEST_P(UnregisterBackgroundTaskLeaving, FailsToThePlatform)
     EXPECT_TRUE(test::FailureOf(args).has_value());
 }
 
-INSTANTIATE_TEST_SUITE_P(Failures, UnregisterBackgroundTaskLeaving,
-                         testing::Values(Failure{L"BackgroundTaskRegistration.AllTasks now 0x80070490", {}},
-                                         Failure{L"BackgroundTaskRegistration.AllTasks.First now 0x80004005", {}},
-                                         Failure{L"BackgroundTaskRegistration.Name now 0x80004005", {}},
-                                         Failure{L"BackgroundTaskRegistration.Unregister now 0x80004005", {unregister}},
-                                         Failure{L"ValueSet.Insert now 0x80004005 1", {unregister, unregister}}));
+INSTANTIATE_TEST_SUITE_P(
+    Failures, UnregisterBackgroundTaskLeaving,
+    testing::Values(RemovalFailure{L"BackgroundTaskRegistration.AllTasks now 0x80070490", {}},
+                    RemovalFailure{L"BackgroundTaskRegistration.AllTasks.First now 0x80004005", {}},
+                    RemovalFailure{L"BackgroundTaskRegistration.Name now 0x80004005", {}},
+                    RemovalFailure{L"BackgroundTaskRegistration.Unregister now 0x80004005", {TaskRemoved()}},
+                    RemovalFailure{L"ValueSet.Insert now 0x80004005 1", {TaskRemoved(), TaskRemoved()}}));
 
 TEST_F(UnregisterBackgroundTask, TakesTheWayOfAFailedSendWhenTheConnectionIsGone)
 {
     VelmoNotificationClient::NotificationAppService::appServiceConnection.Set(nullptr);
     EXPECT_EQ(Ask().get().Status(), AppServiceResponseStatus::Success);
-    ExpectLog(received + Lines{unregister, unregister,
-                               Error(L"Error in sending response for appservice requset after sucessful bkg task "
-                                     L"unregistration")});
+    ExpectLog(removalRequested +
+              Lines{TaskRemoved(), TaskRemoved(),
+                    Error(L"Error in sending response for appservice requset after sucessful bkg task "
+                          L"unregistration")});
 }
 
 } // namespace

@@ -11,7 +11,7 @@ namespace
 using test::banner;
 using test::ExpectLines;
 
-constexpr wchar_t inside[] = L"Inside OnLaunched";
+constexpr wchar_t insideOnLaunched[] = L"Inside OnLaunched";
 constexpr wchar_t goingToLaunch[] = L"Going to launch full trust app to launch HOV";
 constexpr wchar_t launchDone[] = L"Launch Done !! ";
 constexpr wchar_t goingToExit[] = L"Going to exit";
@@ -45,7 +45,7 @@ TEST_F(UserLaunch, LogsItsFourLinesInOrderAndExits)
     launch.Complete();
     EndWait();
     WaitForEnd();
-    ExpectLines(Messages(), {banner, inside, goingToLaunch, launchDone, goingToExit});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, launchDone, goingToExit});
     EXPECT_TRUE(host.HasExited());
     EXPECT_EQ(startResult, 0);
 }
@@ -77,7 +77,7 @@ TEST_F(UserLaunch, ExitsWithoutTheDoneLineWhenTheLaunchTakesLonger)
     auto const launch = host.WaitForLaunch();
     EndWait();
     WaitForEnd();
-    ExpectLines(Messages(), {banner, inside, goingToLaunch, goingToExit});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, goingToExit});
     EXPECT_TRUE(host.HasExited());
 }
 
@@ -116,7 +116,7 @@ TEST_P(UserLaunchFailingLater, HasNoLineAndIsNotRetriedAndTheAppWaitsAndExits)
     host.WaitForLaunch().Complete(GetParam());
     EndWait();
     WaitForEnd();
-    ExpectLines(Messages(), {banner, inside, goingToLaunch, goingToExit});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, goingToExit});
     EXPECT_EQ(waits, std::vector<DWORD>{3000});
     EXPECT_EQ(host.UnfetchedLaunches(), 0u);
     EXPECT_TRUE(host.HasExited());
@@ -131,7 +131,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchFailsAtOnce)
     host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync now 0x80070490");
     RunToEnd();
     EXPECT_EQ(host.Failure(), HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
-    ExpectLines(Messages(), {banner, inside, goingToLaunch});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch});
     EXPECT_TRUE(waits.empty());
     EXPECT_FALSE(host.HasExited());
 }
@@ -141,7 +141,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheLauncherCannotBeHad)
     host.SetFault(L"FullTrustProcessLauncher now 0x80040154");
     RunToEnd();
     EXPECT_EQ(host.Failure(), REGDB_E_CLASSNOTREG);
-    ExpectLines(Messages(), {banner, inside, goingToLaunch});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch});
 }
 
 TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchGivesNoOperation)
@@ -149,7 +149,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheLaunchGivesNoOperation)
     host.SetFault(L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync null");
     RunToEnd();
     EXPECT_EQ(host.Failure(), E_POINTER);
-    ExpectLines(Messages(), {banner, inside, goingToLaunch});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch});
 }
 
 TEST_F(UserLaunch, EndsTheProcessWhenTheExitCannotBeHad)
@@ -160,7 +160,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheExitCannotBeHad)
     EndWait();
     WaitForEnd();
     EXPECT_EQ(host.Failure(), REGDB_E_CLASSNOTREG);
-    ExpectLines(Messages(), {banner, inside, goingToLaunch, launchDone, goingToExit});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, launchDone, goingToExit});
 }
 
 TEST_F(UserLaunch, AsksTheWindowsContentWhetherItIsAPageAndGoesOnThoughItIsNone)
@@ -172,7 +172,7 @@ TEST_F(UserLaunch, AsksTheWindowsContentWhetherItIsAPageAndGoesOnThoughItIsNone)
     EndWait();
     WaitForEnd();
     EXPECT_EQ(questions, 1);
-    ExpectLines(Messages(), {banner, inside, goingToLaunch, launchDone, goingToExit});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, launchDone, goingToExit});
 }
 
 TEST_F(UserLaunch, GoesOnWithoutAWindow)
@@ -182,7 +182,7 @@ TEST_F(UserLaunch, GoesOnWithoutAWindow)
     host.WaitForLaunch().Complete();
     EndWait();
     WaitForEnd();
-    ExpectLines(Messages(), {banner, inside, goingToLaunch, launchDone, goingToExit});
+    ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, launchDone, goingToExit});
 }
 
 TEST_F(UserLaunch, EndsTheProcessWhenTheWindowCannotBeLookedAt)
@@ -190,7 +190,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheWindowCannotBeLookedAt)
     host.SetFault(L"Window.Content now 0x8000FFFF");
     RunToEnd();
     EXPECT_EQ(host.Failure(), E_UNEXPECTED);
-    ExpectLines(Messages(), {banner, inside});
+    ExpectLines(Messages(), {banner, insideOnLaunched});
 }
 
 } // namespace

@@ -13,7 +13,7 @@ using namespace Windows::Foundation;
 namespace
 {
 
-struct Thing : implements<Thing, IStringable>
+struct AgileThing : implements<AgileThing, IStringable>
 {
     hstring ToString() const { return L"thing"; }
 
@@ -73,7 +73,7 @@ TEST(AgileRef, KeepsAnAgileObject)
 {
     auto const before = Alive::Count();
     {
-        auto thing = make<Thing>();
+        auto thing = make<AgileThing>();
         auto const agile = make_agile(thing);
         thing = nullptr;
         EXPECT_EQ(agile.get().ToString(), L"thing");

@@ -11,7 +11,7 @@ using namespace Windows::Foundation;
 namespace
 {
 
-struct Thing : implements<Thing, IStringable, IClosable>
+struct CountedThing : implements<CountedThing, IStringable, IClosable>
 {
     hstring ToString() const { return L"thing"; }
     void Close() noexcept { closed = true; }
@@ -33,7 +33,7 @@ uint32_t References(T const& object)
 
 TEST(ComPtr, CountsReferences)
 {
-    auto thing = make_self<Thing>();
+    auto thing = make_self<CountedThing>();
     IStringable const held = *thing;
     EXPECT_EQ(References(held), 2u);
     auto copy = thing;
@@ -48,18 +48,18 @@ TEST(ComPtr, CountsReferences)
 
 TEST(ComPtr, ReachesTheImplementation)
 {
-    auto const thing = make_self<Thing>();
+    auto const thing = make_self<CountedThing>();
     thing->Close();
     EXPECT_TRUE((*thing).closed);
     EXPECT_EQ(thing.as<IStringable>().ToString(), L"thing");
     EXPECT_THROW(thing.as<IPropertyValue>(), hresult_no_interface);
     EXPECT_FALSE(thing.try_as<IPropertyValue>());
-    EXPECT_FALSE(com_ptr<Thing>().as<IStringable>());
+    EXPECT_FALSE(com_ptr<CountedThing>().as<IStringable>());
 }
 
 TEST(ComPtr, HoldsInterfacesOfClassicCom)
 {
-    auto const thing = make<Thing>();
+    auto const thing = make<CountedThing>();
     auto const unknown = thing.as<::IUnknown>();
     EXPECT_EQ(References(thing), 2u);
     EXPECT_EQ(unknown.as<IStringable>().ToString(), L"thing");
@@ -70,7 +70,7 @@ TEST(ComPtr, HoldsInterfacesOfClassicCom)
 
 TEST(ComPtr, PutReleasesWhatItHeld)
 {
-    auto thing = make_self<Thing>();
+    auto thing = make_self<CountedThing>();
     auto const before = Alive::Count();
     thing.put();
     EXPECT_EQ(Alive::Count(), before - 1);
@@ -78,13 +78,13 @@ TEST(ComPtr, PutReleasesWhatItHeld)
 
 TEST(ComPtr, CopiesInAndOut)
 {
-    auto const thing = make_self<Thing>();
-    com_ptr<Thing> copy;
+    auto const thing = make_self<CountedThing>();
+    com_ptr<CountedThing> copy;
     copy.copy_from(thing.get());
     EXPECT_EQ(copy, thing);
-    Thing* raw = nullptr;
+    CountedThing* raw = nullptr;
     copy.copy_to(&raw);
-    com_ptr<Thing> const owner(raw, take_ownership_from_abi);
+    com_ptr<CountedThing> const owner(raw, take_ownership_from_abi);
     EXPECT_EQ(References(IStringable(*thing)), 4u);
 }
 
@@ -97,14 +97,14 @@ TEST(ComPtr, CapturesFromFunctionsOfTheSystem)
     com_ptr<::IUnknown> result;
     EXPECT_THROW(result.capture(fails), hresult_access_denied);
     EXPECT_FALSE(result.try_capture(fails));
-    auto const thing = make<Thing>();
+    auto const thing = make<CountedThing>();
     result.capture([&](guid const& id, void** object) noexcept { return thing.as(id, object); });
     EXPECT_TRUE(result);
 }
 
 TEST(ComPtrOfProjectedInterface, SelfAssignmentKeepsTheObject)
 {
-    IStringable thing = make<Thing>();
+    IStringable thing = make<CountedThing>();
     auto& same = thing;
     thing = same;
     EXPECT_EQ(References(thing), 1u);
@@ -124,15 +124,15 @@ TEST(ComPtrOfProjectedInterface, NullGivesNull)
 
 TEST(ComPtrOfProjectedInterface, EqualsAnotherInterfaceOfItsObject)
 {
-    auto const thing = make<Thing>();
+    auto const thing = make<CountedThing>();
     EXPECT_EQ(thing, thing.as<IClosable>());
-    EXPECT_NE(thing, make<Thing>());
+    EXPECT_NE(thing, make<CountedThing>());
     EXPECT_NE(thing, nullptr);
 }
 
 TEST(ComPtrOfProjectedInterface, PassesInAndOutOfTheBinaryInterface)
 {
-    auto thing = make<Thing>();
+    auto thing = make<CountedThing>();
     void* copy = nullptr;
     copy_to_abi(thing, copy);
     EXPECT_EQ(References(thing), 2u);

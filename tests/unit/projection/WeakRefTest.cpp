@@ -12,7 +12,7 @@ using namespace Windows::Foundation;
 namespace
 {
 
-struct Thing : implements<Thing, IStringable, IClosable>
+struct WeakThing : implements<WeakThing, IStringable, IClosable>
 {
     hstring ToString() const { return L"thing"; }
     void Close() const noexcept {}
@@ -38,7 +38,7 @@ struct LeavesAWeakReference : implements<LeavesAWeakReference, IStringable>
 TEST(WeakRef, DoesNotKeepItsObject)
 {
     auto const before = Alive::Count();
-    auto thing = make<Thing>();
+    auto thing = make<WeakThing>();
     auto const weak = make_weak(thing);
     EXPECT_EQ(weak.get(), thing);
     thing = nullptr;
@@ -49,7 +49,7 @@ TEST(WeakRef, DoesNotKeepItsObject)
 
 TEST(WeakRef, GivesTheInterfaceItWasMadeFor)
 {
-    auto const thing = make<Thing>();
+    auto const thing = make<WeakThing>();
     weak_ref<IClosable> const weak = thing.as<IClosable>();
     static_assert(std::is_same_v<decltype(weak.get()), IClosable>);
     EXPECT_EQ(get_abi(weak.get()), get_abi(thing.as<IClosable>()));
@@ -57,9 +57,9 @@ TEST(WeakRef, GivesTheInterfaceItWasMadeFor)
 
 TEST(WeakRef, OfAnImplementationGivesTheImplementation)
 {
-    auto self = make_self<Thing>();
+    auto self = make_self<WeakThing>();
     auto const weak = self->get_weak();
-    static_assert(std::is_same_v<decltype(weak.get()), com_ptr<Thing>>);
+    static_assert(std::is_same_v<decltype(weak.get()), com_ptr<WeakThing>>);
     EXPECT_EQ(weak.get().get(), self.get());
     EXPECT_EQ(self->get_strong().get(), self.get());
     self = nullptr;
@@ -81,7 +81,7 @@ TEST(WeakRef, ObjectsMayRefuse)
 
 TEST(WeakRef, SeveralLeadToOneObject)
 {
-    auto thing = make<Thing>();
+    auto thing = make<WeakThing>();
     auto const first = make_weak(thing);
     auto const second = make_weak(thing);
     auto const copy = first;
@@ -101,7 +101,7 @@ TEST(WeakRef, CountsStayRightWhenTheFirstIsMadeUnderLoad)
     auto const before = Alive::Count();
     for (int round = 0; round < 200; ++round)
     {
-        auto const thing = make<Thing>();
+        auto const thing = make<WeakThing>();
         std::vector<std::thread> threads;
         for (int i = 0; i < 3; ++i)
         {
@@ -125,7 +125,7 @@ TEST(WeakRef, ResolvesToAWholeObjectOrToNone)
     auto const before = Alive::Count();
     for (int round = 0; round < 500; ++round)
     {
-        auto thing = make<Thing>();
+        auto thing = make<WeakThing>();
         auto const weak = make_weak(thing);
         std::atomic<bool> go = false;
         std::thread resolver([&] {

@@ -11,11 +11,10 @@ using winrt::Windows::Foundation::PropertyValue;
 namespace
 {
 
-constexpr auto fail = static_cast<std::int32_t>(0x80004005);
 constexpr auto closed = static_cast<std::int32_t>(0x80000013);
 constexpr auto illegalCall = static_cast<std::int32_t>(0x8000000E);
 constexpr auto illegalAssignment = static_cast<std::int32_t>(0x80000018);
-constexpr auto unsupported = static_cast<std::int32_t>(0x8007065E);
+constexpr auto unsupportedType = static_cast<std::int32_t>(0x8007065E);
 
 class AppServiceTest : public ServiceApp
 {
@@ -141,7 +140,7 @@ TEST_F(AppServiceTest, KeepARequestOpenWhoseHandlerFails)
 {
     onRequest = [&](auto&&, Args const& args) {
         args.GetDeferral();
-        throw winrt::hresult_error(fail);
+        throw winrt::hresult_error(E_FAIL);
     };
     auto const connection = Open();
     auto const sending = connection.SendMessageAsync(ValueSet());
@@ -464,7 +463,7 @@ TEST_F(AppServiceTest, TakeNoMessageFromAConnectionThatIsNotOpen)
 TEST_F(AppServiceTest, GetNoValuesThatCannotTravel)
 {
     auto const connection = Open();
-    EXPECT_EQ(FailureOf([&] { connection.SendMessageAsync(SetOf({{L"Object", connection}})); }), unsupported);
+    EXPECT_EQ(FailureOf([&] { connection.SendMessageAsync(SetOf({{L"Object", connection}})); }), unsupportedType);
     EXPECT_EQ(FailureOf([&] { connection.SendMessageAsync(nullptr); }), E_INVALIDARG);
 }
 
@@ -556,7 +555,7 @@ TEST_F(AppServiceTest, FailToOpenOnRequest)
 {
     host.SetFault(L"AppServiceConnection.OpenAsync now 0x80004005 1");
     auto const connection = NewConnection();
-    EXPECT_EQ(FailureOf([&] { connection.OpenAsync(); }), fail);
+    EXPECT_EQ(FailureOf([&] { connection.OpenAsync(); }), E_FAIL);
     host.SetFault(L"AppServiceConnection.OpenAsync status 4 1");
     EXPECT_EQ(connection.OpenAsync().get(), AppServiceConnectionStatus::Unknown);
     EXPECT_EQ(CountReports(L"task-started"), 0u);
@@ -569,11 +568,11 @@ TEST_F(AppServiceTest, FailToSendOnRequest)
     int received = 0;
     onRequest = [&](auto&&...) { ++received; };
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80004005 1");
-    EXPECT_EQ(FailureOf([&] { send(); }), fail);
+    EXPECT_EQ(FailureOf([&] { send(); }), E_FAIL);
     host.SetFault(L"AppServiceConnection.SendMessageAsync null 1");
     EXPECT_FALSE(send());
     host.SetFault(L"AppServiceConnection.SendMessageAsync completion 0x80004005 1");
-    EXPECT_EQ(FailureOf([&] { send().get(); }), fail);
+    EXPECT_EQ(FailureOf([&] { send().get(); }), E_FAIL);
     host.SetFault(L"AppServiceConnection.SendMessageAsync cancelled 1");
     auto const cancelled = send();
     EXPECT_EQ(FailureOf([&] { cancelled.get(); }), static_cast<std::int32_t>(0x800704C7));
@@ -585,7 +584,7 @@ TEST_F(AppServiceTest, FailToSendOnRequest)
     EXPECT_EQ(received, 0);
     host.SetFault(L"AppServiceConnection.SendMessageAsync now 0x80004005 1 after 1");
     EXPECT_EQ(send().get().Status(), AppServiceResponseStatus::Success);
-    EXPECT_EQ(FailureOf([&] { send(); }), fail);
+    EXPECT_EQ(FailureOf([&] { send(); }), E_FAIL);
     EXPECT_EQ(received, 1);
 }
 
@@ -593,11 +592,11 @@ TEST_F(AppServiceTest, FailToRespondOnRequest)
 {
     onRequest = [&](auto&&, Args const& args) {
         auto const respond = [&] { return args.Request().SendResponseAsync(ValueSet()); };
-        EXPECT_EQ(FailureOf([&] { respond(); }), fail);
+        EXPECT_EQ(FailureOf([&] { respond(); }), E_FAIL);
         host.SetFault(L"AppServiceRequest.SendResponseAsync status 1 1");
         EXPECT_EQ(respond().get(), AppServiceResponseStatus::Failure);
         host.SetFault(L"AppServiceRequest.SendResponseAsync completion 0x80004005 1");
-        EXPECT_EQ(FailureOf([&] { respond().get(); }), fail);
+        EXPECT_EQ(FailureOf([&] { respond().get(); }), E_FAIL);
         EXPECT_EQ(respond().get(), AppServiceResponseStatus::Success);
     };
     host.SetFault(L"AppServiceRequest.SendResponseAsync now 0x80004005 1");
@@ -612,14 +611,14 @@ TEST_F(AppServiceTest, FailInTheirHandlersOnRequest)
         host.SetFault(std::wstring(call) + L" now 0x80004005");
     }
     onRequest = [&](auto&&, Args const& args) {
-        EXPECT_EQ(FailureOf([&] { args.GetDeferral(); }), fail);
-        EXPECT_EQ(FailureOf([&] { args.Request(); }), fail);
+        EXPECT_EQ(FailureOf([&] { args.GetDeferral(); }), E_FAIL);
+        EXPECT_EQ(FailureOf([&] { args.Request(); }), E_FAIL);
         host.ClearFaults();
         host.SetFault(L"AppServiceRequest.Message null");
         host.SetFault(L"AppServiceDeferral.Complete now 0x80004005 1");
         EXPECT_FALSE(args.Request().Message());
         auto const deferral = args.GetDeferral();
-        EXPECT_EQ(FailureOf([&] { deferral.Complete(); }), fail);
+        EXPECT_EQ(FailureOf([&] { deferral.Complete(); }), E_FAIL);
         deferral.Complete();
     };
     Open().SendMessageAsync(ValueSet()).get();
@@ -632,14 +631,14 @@ TEST_F(AppServiceTest, FailToListenOnRequest)
     host.SetFault(L"AppServiceConnection.RequestReceived now 0x80004005");
     host.SetFault(L"AppServiceConnection.ServiceClosed now 0x80004005");
     host.SetFault(L"AppServiceConnection.Close now 0x80004005 1");
-    EXPECT_EQ(FailureOf([&] { connection.RequestReceived([](auto&&...) {}); }), fail);
-    EXPECT_EQ(FailureOf([&] { connection.ServiceClosed([](auto&&...) {}); }), fail);
-    EXPECT_EQ(FailureOf([&] { connection.Close(); }), fail);
+    EXPECT_EQ(FailureOf([&] { connection.RequestReceived([](auto&&...) {}); }), E_FAIL);
+    EXPECT_EQ(FailureOf([&] { connection.ServiceClosed([](auto&&...) {}); }), E_FAIL);
+    EXPECT_EQ(FailureOf([&] { connection.Close(); }), E_FAIL);
 }
 
 TEST_F(AppServiceTest, AreStruckByFaultsAndTheSparedThreadIsNot)
 {
-    onRequest = [&](auto&&, auto&&) { EXPECT_EQ(FailureOf([] { ValueSet().Insert(L"a", nullptr); }), fail); };
+    onRequest = [&](auto&&, auto&&) { EXPECT_EQ(FailureOf([] { ValueSet().Insert(L"a", nullptr); }), E_FAIL); };
     auto const connection = Open();
     host.SpareThisThread();
     host.SetFault(L"ValueSet.Insert now 0x80004005");

@@ -12,7 +12,6 @@ using winrt::Windows::Networking::PushNotifications::RawNotification;
 namespace
 {
 
-constexpr auto fail = static_cast<std::int32_t>(0x80004005);
 constexpr std::int64_t day = 24 * 60; // minutes
 
 BackgroundTaskRegistration Register(wchar_t const* name, IBackgroundTrigger const& trigger)
@@ -205,11 +204,11 @@ TEST_F(BackgroundTasks, HearItLateWhenTheyListenLate)
 
 TEST_F(BackgroundTasks, EndTheAppWithTheFailureOfItsOverride)
 {
-    onActivated = [](auto&&) { throw winrt::hresult_error(fail); };
+    onActivated = [](auto&&) { throw winrt::hresult_error(E_FAIL); };
     host.ActivateTask(L"Any");
     host.WaitForReport(L"unhandled-exception");
     EndApp();
-    EXPECT_EQ(host.Failure(), fail);
+    EXPECT_EQ(host.Failure(), E_FAIL);
 }
 
 TEST_F(BackgroundTasks, FailToRegisterOnRequest)
@@ -219,7 +218,7 @@ TEST_F(BackgroundTasks, FailToRegisterOnRequest)
                                    L"BackgroundTaskBuilder.SetTrigger", L"BackgroundTaskBuilder.Register"})
     {
         host.SetFault(std::wstring(call) + L" now 0x80004005 1");
-        EXPECT_EQ(FailureOf([&] { Register(L"a", trigger); }), fail);
+        EXPECT_EQ(FailureOf([&] { Register(L"a", trigger); }), E_FAIL);
     }
     host.SetFault(L"BackgroundTaskBuilder.Register now 0x80070718 1 after 1");
     EXPECT_EQ(FailureOf([&] { Register(L"a", trigger); }), 0);
@@ -230,9 +229,9 @@ TEST_F(BackgroundTasks, FailToRegisterOnRequest)
 TEST_F(BackgroundTasks, HaveTriggersThatFailOnRequest)
 {
     host.SetFault(L"PushNotificationTrigger.ActivateInstance now 0x80004005 1");
-    EXPECT_EQ(FailureOf([] { PushNotificationTrigger(); }), fail);
+    EXPECT_EQ(FailureOf([] { PushNotificationTrigger(); }), E_FAIL);
     host.SetFault(L"TimeTrigger.Create now 0x80004005 1");
-    EXPECT_EQ(FailureOf([] { TimeTrigger(15, false); }), fail);
+    EXPECT_EQ(FailureOf([] { TimeTrigger(15, false); }), E_FAIL);
     host.SetFault(L"TimeTrigger now 0x80040154 1");
     EXPECT_EQ(FailureOf([] { TimeTrigger(15, false); }), REGDB_E_CLASSNOTREG);
 }
@@ -247,12 +246,12 @@ TEST_F(BackgroundTasks, FailToBeWalkedThroughOnRequest)
           L"BackgroundTaskRegistration.Name"})
     {
         host.SetFault(std::wstring(call) + L" now 0x80004005 1");
-        EXPECT_EQ(FailureOf([] { RegisteredNames(); }), fail);
+        EXPECT_EQ(FailureOf([] { RegisteredNames(); }), E_FAIL);
     }
     host.SetFault(L"BackgroundTaskRegistration.AllTasks null 1");
     EXPECT_FALSE(BackgroundTaskRegistration::AllTasks());
     host.SetFault(L"BackgroundTaskRegistration.Unregister now 0x80004005 1");
-    EXPECT_EQ(FailureOf([&] { registration.Unregister(true); }), fail);
+    EXPECT_EQ(FailureOf([&] { registration.Unregister(true); }), E_FAIL);
     EXPECT_EQ(RegisteredNames(), std::vector<std::wstring>{L"a"});
 }
 
@@ -264,15 +263,15 @@ TEST_F(BackgroundTasks, FailInTheAppOnRequest)
         {
             host.SetFault(L"BackgroundTaskInstance." + std::wstring(member) + L" now 0x80004005 1");
         }
-        EXPECT_EQ(FailureOf([&] { instance.GetDeferral(); }), fail);
-        EXPECT_EQ(FailureOf([&] { instance.Task(); }), fail);
-        EXPECT_EQ(FailureOf([&] { instance.TriggerDetails(); }), fail);
-        EXPECT_EQ(FailureOf([&] { instance.Canceled([](auto&&...) {}); }), fail);
+        EXPECT_EQ(FailureOf([&] { instance.GetDeferral(); }), E_FAIL);
+        EXPECT_EQ(FailureOf([&] { instance.Task(); }), E_FAIL);
+        EXPECT_EQ(FailureOf([&] { instance.TriggerDetails(); }), E_FAIL);
+        EXPECT_EQ(FailureOf([&] { instance.Canceled([](auto&&...) {}); }), E_FAIL);
         host.SetFault(L"BackgroundTaskInstance.GetDeferral null 1");
         EXPECT_FALSE(instance.GetDeferral());
         host.SetFault(L"BackgroundTaskDeferral.Complete now 0x80004005 1");
         auto const deferral = instance.GetDeferral();
-        EXPECT_EQ(FailureOf([&] { deferral.Complete(); }), fail);
+        EXPECT_EQ(FailureOf([&] { deferral.Complete(); }), E_FAIL);
         deferral.Complete();
         isDone.Set();
     };
@@ -319,5 +318,5 @@ TEST_F(BackgroundTasks, GetNoChannelOnRequest)
     EXPECT_FALSE(create());
     auto const channel = create().get();
     host.SetFault(L"PushNotificationChannel.Uri now 0x80004005 1");
-    EXPECT_EQ(FailureOf([&] { channel.Uri(); }), fail);
+    EXPECT_EQ(FailureOf([&] { channel.Uri(); }), E_FAIL);
 }

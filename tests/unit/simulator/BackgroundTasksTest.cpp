@@ -7,7 +7,6 @@
 namespace
 {
 
-constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
 constexpr auto invalidArgument = static_cast<std::int32_t>(0x80070057);
 constexpr std::uint32_t aborted = 0;
 

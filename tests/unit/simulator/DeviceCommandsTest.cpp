@@ -61,7 +61,7 @@ std::vector<Example> Examples()
 }
 
 // Why the words are refused; empty when they are not.
-std::wstring RefusalOf(sim::Words const& words)
+std::wstring RefusalOfWords(sim::Words const& words)
 {
     try
     {
@@ -76,7 +76,7 @@ std::wstring RefusalOf(sim::Words const& words)
 
 std::wstring RefusalOfLine(std::wstring_view words)
 {
-    return RefusalOf(sim::SplitWords(words));
+    return RefusalOfWords(sim::SplitWords(words));
 }
 
 } // namespace
@@ -116,7 +116,7 @@ TEST(DeviceCommandsTest, RefuseAnUnknownCommand)
 {
     EXPECT_EQ(RefusalOfLine(L"lunch"), L"there is no command lunch");
     EXPECT_EQ(RefusalOfLine(L"Launch"), L"there is no command Launch");
-    EXPECT_EQ(RefusalOf(sim::Words{}), L"an empty command");
+    EXPECT_EQ(RefusalOfWords(sim::Words{}), L"an empty command");
     EXPECT_EQ(sim::FindCommand(sim::DeviceCommands(), L"lunch"), nullptr);
 }
 
@@ -130,13 +130,13 @@ TEST(DeviceCommandsTest, RefuseTooFewAndTooManyWords)
         if (!words.empty())
         {
             words[0] = command.name;
-            EXPECT_EQ(RefusalOf(words).find(L"usage: "), 0u) << testing::PrintToString(command.name);
+            EXPECT_EQ(RefusalOfWords(words).find(L"usage: "), 0u) << testing::PrintToString(command.name);
         }
         if (command.mostWords < 10)
         {
             words.assign(command.mostWords + 2, L"x");
             words[0] = command.name;
-            EXPECT_EQ(RefusalOf(words).find(L"usage: "), 0u) << testing::PrintToString(command.name);
+            EXPECT_EQ(RefusalOfWords(words).find(L"usage: "), 0u) << testing::PrintToString(command.name);
         }
     }
 }
@@ -145,7 +145,7 @@ TEST(DeviceCommandsTest, PutTheClockOnlyForward)
 {
     for (auto const* step : {L"24h", L"+h", L"+0h", L"+1w", L"", L"+", L"+-1h", L"-1h", L"+4294967296d", L"+1"})
     {
-        EXPECT_EQ(RefusalOf({L"clock", step}), L"expected a time such as +15m, +24h or +30d")
+        EXPECT_EQ(RefusalOfWords({L"clock", step}), L"expected a time such as +15m, +24h or +30d")
             << testing::PrintToString(step);
     }
 }

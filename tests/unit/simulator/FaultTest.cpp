@@ -28,7 +28,7 @@ std::wstring ErrorOf(std::wstring_view words)
 
 constexpr wchar_t launch[] = L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync ";
 
-std::wstring Launch(std::wstring const& rest)
+std::wstring LaunchFault(std::wstring const& rest)
 {
     return launch + rest;
 }
@@ -37,13 +37,13 @@ std::wstring Launch(std::wstring const& rest)
 
 TEST(FaultTest, IsReadWithItsResultAndCount)
 {
-    auto const fault = Parse(Launch(L"completion 0x80070005 3"));
+    auto const fault = Parse(LaunchFault(L"completion 0x80070005 3"));
     EXPECT_EQ(fault.kind, sim::FaultKind::Completion);
     EXPECT_EQ(fault.Result(), static_cast<std::int32_t>(0x80070005));
     EXPECT_EQ(fault.times, 3u);
     EXPECT_EQ(Parse(L"CoreApplication.Exit now 0x80004005").times, sim::Fault::always);
-    EXPECT_EQ(Parse(Launch(L"delay 250")).value, 250u);
-    EXPECT_EQ(Parse(Launch(L"never 2")).times, 2u);
+    EXPECT_EQ(Parse(LaunchFault(L"delay 250")).value, 250u);
+    EXPECT_EQ(Parse(LaunchFault(L"never 2")).times, 2u);
     EXPECT_EQ(Parse(L"AppServiceConnection.SendMessageAsync status 2").value, 2u);
 }
 
@@ -52,7 +52,7 @@ TEST(FaultTest, IsReadWithTheCallsBeforeIt)
     auto const limited = Parse(L"BackgroundTaskBuilder.Register now 0x80070718 1 after 2");
     EXPECT_EQ(limited.times, 1u);
     EXPECT_EQ(limited.after, 2u);
-    auto const unlimited = Parse(Launch(L"cancelled after 3"));
+    auto const unlimited = Parse(LaunchFault(L"cancelled after 3"));
     EXPECT_EQ(unlimited.times, sim::Fault::always);
     EXPECT_EQ(unlimited.after, 3u);
 }
@@ -66,7 +66,7 @@ TEST(FaultTest, ComesBackFromItsWords)
     {
         EXPECT_EQ(Parse(words).Words(), sim::SplitWords(words));
     }
-    EXPECT_EQ(Parse(Launch(L"delay 250 1")).Words(), sim::SplitWords(Launch(L"delay 250 1")));
+    EXPECT_EQ(Parse(LaunchFault(L"delay 250 1")).Words(), sim::SplitWords(LaunchFault(L"delay 250 1")));
 }
 
 TEST(FaultTest, OfAnUnknownCallIsRefusedWithTheKnownOnes)
@@ -82,8 +82,8 @@ TEST(FaultTest, ThatTheCallDoesNotKnowIsRefused)
               L"CoreApplication.Exit is not asynchronous: it has no completion; use now");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit null"),
               L"CoreApplication.Exit returns nothing that could be null; use now");
-    EXPECT_EQ(ErrorOf(Launch(L"status 1")), L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync "
-                                            L"completes with no status; use completion");
+    EXPECT_EQ(ErrorOf(LaunchFault(L"status 1")), L"FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync "
+                                                 L"completes with no status; use completion");
     EXPECT_EQ(ErrorOf(L"AppServiceConnection.OpenAsync status 0"), L"the status 0 is success");
 }
 

@@ -35,7 +35,7 @@ class HostTest : public testing::Test
 
 using Failure = std::pair<std::int32_t, std::wstring>;
 
-Failure FailureOf(auto const& work)
+Failure CodeAndTextOf(auto const& work)
 {
     try
     {
@@ -52,14 +52,14 @@ Failure FailureOf(auto const& work)
 
 TEST_F(HostTest, SaysThatThePlatformHangsWhenItConnects)
 {
-    EXPECT_EQ(FailureOf([&] { Connect(); }), Failure(HRESULT_FROM_WIN32(ERROR_TIMEOUT), sim::HungText(0)));
+    EXPECT_EQ(CodeAndTextOf([&] { Connect(); }), Failure(HRESULT_FROM_WIN32(ERROR_TIMEOUT), sim::HungText(0)));
 }
 
 TEST_F(HostTest, SaysThatThePlatformHangsWhenItAsks)
 {
     m_host->Received(sim::NotTheApp{});
     Connect();
-    EXPECT_EQ(FailureOf([&] { m_host->Ask(sim::ListTasks{}); }), Failure(E_FAIL, sim::HungText(0)));
+    EXPECT_EQ(CodeAndTextOf([&] { m_host->Ask(sim::ListTasks{}); }), Failure(E_FAIL, sim::HungText(0)));
     m_host->Received(sim::Answer{1, sim::TaskList{}}); // too late
 }
 

@@ -13,7 +13,6 @@ using winrt::Windows::Storage::ApplicationData;
 namespace
 {
 
-constexpr auto fail = static_cast<std::int32_t>(0x80004005);
 constexpr auto tooLarge = static_cast<std::int32_t>(0x80073DC8);
 constexpr std::size_t longestText = 4091; // with what it costs, 8 KB
 
@@ -118,7 +117,7 @@ TEST_F(LocalSettings, StayAsTheyAreWhenTheyCannotBeWritten)
 {
     Values().Insert(L"a", winrt::box_value(L"old"));
     sim::MakeFolder(sim::SettingsFileIn(host.DataFolder()) + L".new"); // where the new file is to be written
-    EXPECT_EQ(Insert(L"a", winrt::box_value(L"new")), fail);
+    EXPECT_EQ(Insert(L"a", winrt::box_value(L"new")), E_FAIL);
     EXPECT_EQ(Kept(L"a"), L"old");
     EXPECT_EQ(winrt::unbox_value<winrt::hstring>(Values().Lookup(L"a")), L"old");
 }
@@ -128,24 +127,24 @@ TEST_F(LocalSettings, AreNotReadFromAFileThatIsNone)
     auto const path = sim::SettingsFileIn(host.DataFolder());
     sim::MakeFolder(sim::ParentOf(path));
     sim::WriteBytes(path, "no settings");
-    EXPECT_EQ(FailureOf([] { Values(); }), fail);
+    EXPECT_EQ(FailureOf([] { Values(); }), E_FAIL);
 }
 
 TEST_F(LocalSettings, FailOnRequest)
 {
     host.SetFault(L"ApplicationData.Current now 0x80004005 1");
-    EXPECT_EQ(FailureOf([] { ApplicationData::Current(); }), fail);
+    EXPECT_EQ(FailureOf([] { ApplicationData::Current(); }), E_FAIL);
     host.SetFault(L"ApplicationData.Current null 1");
     EXPECT_FALSE(ApplicationData::Current());
     host.SetFault(L"ApplicationData.LocalSettings now 0x80004005 1");
-    EXPECT_EQ(FailureOf([] { ApplicationData::Current().LocalSettings(); }), fail);
+    EXPECT_EQ(FailureOf([] { ApplicationData::Current().LocalSettings(); }), E_FAIL);
     host.SetFault(L"ApplicationData.LocalSettings null 1");
     EXPECT_FALSE(ApplicationData::Current().LocalSettings());
     host.SetFault(L"ApplicationDataContainer.Values null 1");
     EXPECT_FALSE(Values());
     host.SetFault(L"ApplicationDataContainerSettings.Lookup now 0x80004005 1");
-    EXPECT_EQ(FailureOf([] { Values().Lookup(L"a"); }), fail);
+    EXPECT_EQ(FailureOf([] { Values().Lookup(L"a"); }), E_FAIL);
     host.SetFault(L"ApplicationDataContainerSettings.Insert now 0x80004005 1");
-    EXPECT_EQ(Insert(L"a", winrt::box_value(1)), fail);
+    EXPECT_EQ(Insert(L"a", winrt::box_value(1)), E_FAIL);
     EXPECT_FALSE(Values().HasKey(L"a"));
 }

@@ -11,6 +11,9 @@
 #include <string>
 #include <vector>
 
+// The platform's answer for what is not there: ERROR_NOT_FOUND as an HRESULT.
+inline constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
+
 // A request that a process has sent.
 template <typename Request>
 class Asked

@@ -6,7 +6,6 @@
 namespace
 {
 
-constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
 constexpr std::uint32_t loggingOff = 2;
 constexpr std::uint32_t resourceRevocation = 10;
 

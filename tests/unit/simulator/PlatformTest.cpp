@@ -9,7 +9,6 @@
 namespace
 {
 
-constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
 constexpr auto accessDenied = static_cast<std::int32_t>(0x80070005);
 constexpr auto unspecifiedFailure = static_cast<std::int32_t>(0x80004005);
 constexpr auto fileNotFound = static_cast<std::int32_t>(0x80070002);

@@ -5,8 +5,6 @@
 namespace
 {
 
-constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
-
 class PushChannelTest : public ServicesFixture
 {
   protected:

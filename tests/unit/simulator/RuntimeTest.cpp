@@ -29,15 +29,15 @@ struct Script
 
 Script* g_script = nullptr; // of the running test
 
-struct App : ApplicationT<App>
+struct ScriptedApp : ApplicationT<ScriptedApp>
 {
-    App()
+    ScriptedApp()
     {
         g_script->onConstructed();
         ++g_script->appsAlive;
     }
 
-    ~App() { --g_script->appsAlive; }
+    ~ScriptedApp() { --g_script->appsAlive; }
 
     void OnLaunched(LaunchActivatedEventArgs const& args) { g_script->onLaunched(args); }
 
@@ -67,7 +67,7 @@ class RuntimeTest : public testing::Test
     {
         try
         {
-            Application::Start([](auto&&) { winrt::make<App>(); });
+            Application::Start([](auto&&) { winrt::make<ScriptedApp>(); });
             return 0;
         }
         catch (winrt::hresult_error const& error)
@@ -85,8 +85,6 @@ class RuntimeTest : public testing::Test
     sim::LocalDevice m_host{{.suspending = 600'000}}; // milliseconds: no test waits for the deadline
     Script m_script;
 };
-
-constexpr auto fail = static_cast<std::int32_t>(0x80004005);
 
 } // namespace
 
@@ -277,7 +275,7 @@ TEST_F(RuntimeTest, FailWithTheirConstructor)
 TEST_F(RuntimeTest, CanStartAfterOneThatFailed)
 {
     m_host.SetFault(L"Application.CreateInstance now 0x80004005 1");
-    EXPECT_EQ(Launch(), fail);
+    EXPECT_EQ(Launch(), E_FAIL);
     EXPECT_EQ(Start(), 0);
 }
 
@@ -299,10 +297,10 @@ TEST_F(RuntimeTest, EndWithTheFailureOfAnOverride)
     bool wasRaised = false;
     m_script.onLaunched = [&](auto&&) {
         Application::Current().UnhandledException([&](auto&&...) { wasRaised = true; });
-        throw winrt::hresult_error(fail);
+        throw winrt::hresult_error(E_FAIL);
     };
     EXPECT_EQ(Launch(), 0);
-    EXPECT_EQ(m_host.Failure(), fail);
+    EXPECT_EQ(m_host.Failure(), E_FAIL);
     EXPECT_TRUE(wasRaised);
     EXPECT_EQ(m_host.WaitForReport(L"unhandled-exception").Text(), L"unhandled-exception result=0x80004005");
 }
@@ -310,7 +308,7 @@ TEST_F(RuntimeTest, EndWithTheFailureOfAnOverride)
 TEST_F(RuntimeTest, FailWithTheirBase)
 {
     m_host.SetFault(L"Application.CreateInstance now 0x80004005");
-    EXPECT_EQ(Launch(), fail);
+    EXPECT_EQ(Launch(), E_FAIL);
 }
 
 TEST_F(RuntimeTest, FailWithTheirBasesClass)
@@ -322,7 +320,7 @@ TEST_F(RuntimeTest, FailWithTheirBasesClass)
 TEST_F(RuntimeTest, FailWithStart)
 {
     m_host.SetFault(L"Application.Start now 0x80004005");
-    EXPECT_EQ(Launch(), fail);
+    EXPECT_EQ(Launch(), E_FAIL);
 }
 
 TEST_F(RuntimeTest, FailWithTheSubscriptionToSuspending)
@@ -330,7 +328,7 @@ TEST_F(RuntimeTest, FailWithTheSubscriptionToSuspending)
     m_host.SetFault(L"Application.Suspending now 0x80004005");
     // Composed already when it fails: the platform must not touch the half-made object any more.
     m_script.onConstructed = [] { Application::Current().Suspending([](auto&&...) {}); };
-    EXPECT_EQ(Launch(), fail);
+    EXPECT_EQ(Launch(), E_FAIL);
     EXPECT_FALSE(Application::Current());
 }
 
@@ -338,7 +336,7 @@ TEST_F(RuntimeTest, EndWhenExitFails)
 {
     m_host.SetFault(L"CoreApplication.Exit now 0x80004005");
     EXPECT_EQ(Launch(), 0);
-    EXPECT_EQ(m_host.Failure(), fail);
+    EXPECT_EQ(m_host.Failure(), E_FAIL);
 }
 
 TEST_F(RuntimeTest, EndWhenTheClassOfExitIsMissing)
@@ -355,7 +353,7 @@ TEST_F(RuntimeTest, EndWhenTheKindOfAnActivationFails)
     m_script.onActivated = [](IActivatedEventArgs const& args) { static_cast<void>(args.Kind()); };
     m_host.OpenUri(L"x:");
     EXPECT_EQ(Start(), 0);
-    EXPECT_EQ(m_host.Failure(), fail);
+    EXPECT_EQ(m_host.Failure(), E_FAIL);
 }
 
 TEST_F(RuntimeTest, AreActivatedWithoutArgumentsOnRequest)

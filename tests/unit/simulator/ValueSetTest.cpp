@@ -10,7 +10,6 @@ using winrt::Windows::Foundation::PropertyValue;
 namespace
 {
 
-constexpr auto fail = static_cast<std::int32_t>(0x80004005);
 constexpr auto outOfBounds = static_cast<std::int32_t>(0x8000000B);
 
 class ValueSetElements : public testing::Test
@@ -93,13 +92,13 @@ TEST_F(ValueSets, FailOnRequest)
     host.SetFault(L"ValueSet now 0x80040154 1");
     EXPECT_EQ(FailureOf([] { ValueSet(); }), REGDB_E_CLASSNOTREG);
     host.SetFault(L"ValueSet.ActivateInstance now 0x80004005 1");
-    EXPECT_EQ(FailureOf([] { ValueSet(); }), fail);
+    EXPECT_EQ(FailureOf([] { ValueSet(); }), E_FAIL);
     host.SetFault(L"ValueSet.Insert now 0x80004005 1");
-    EXPECT_EQ(FailureOf([&] { set.Insert(L"a", nullptr); }), fail);
+    EXPECT_EQ(FailureOf([&] { set.Insert(L"a", nullptr); }), E_FAIL);
     EXPECT_FALSE(set.HasKey(L"a"));
     set.Insert(L"a", winrt::box_value(1));
     host.SetFault(L"ValueSet.Lookup now 0x80004005 1");
-    EXPECT_EQ(FailureOf([&] { set.Lookup(L"a"); }), fail);
+    EXPECT_EQ(FailureOf([&] { set.Lookup(L"a"); }), E_FAIL);
     host.SetFault(L"ValueSet.Lookup null 1");
     EXPECT_FALSE(set.Lookup(L"a"));
     EXPECT_TRUE(set.Lookup(L"a"));
@@ -149,7 +148,7 @@ TEST_F(ValueSetElements, ThatAreArraysAreReferencesToThem)
 TEST_F(ValueSetElements, FailOnRequest)
 {
     host.SetFault(L"PropertyValue.CreateString now 0x80004005 1");
-    EXPECT_EQ(FailureOf([] { winrt::box_value(L"text"); }), fail);
+    EXPECT_EQ(FailureOf([] { winrt::box_value(L"text"); }), E_FAIL);
     host.SetFault(L"PropertyValue now 0x80040154 1");
     EXPECT_EQ(FailureOf([] { winrt::box_value(L"text"); }), REGDB_E_CLASSNOTREG);
 }
