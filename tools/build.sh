@@ -127,29 +127,13 @@ prepare_prefix() {
     [ ! -e "$simulator" ] || attend cmake/wine-run "$prefix" "$simulator" install >/dev/null
 }
 
-# fuzz SECONDS: so long on the redaction, and a quarter of that on the simulator's protocol.
+# fuzz SECONDS: so long on the redaction, and beside it a quarter of that on the simulator's protocol.
 fuzz() {
-    local protocol=$((($1 + 3) / 4)) result=0
+    local protocol=$((($1 + 3) / 4)) log=build/logs/fuzz.log result=0
     build native --target redaction_fuzz protocol_fuzz
-    fuzz_one redaction "$1" -max_len=96 fuzz/corpus/redaction || result=1
-    fuzz_one protocol "$protocol" -max_len=512 || result=1
+    step "fuzzing the redaction for $1 s, the protocol for $protocol s"
+    attend_logged "$log" xargs --max-procs=2 --max-lines=1 tools/fuzz-one < <(printf '%s\n' \
+        "redaction $1 -max_len=96 fuzz/corpus/redaction" "protocol $protocol -max_len=512") || result=1
+    cat "$log"
     return $result
-}
-
-# fuzz_one NAME SECONDS ARGUMENTS...: what it finds is kept in build/, beside the repository's corpus.
-fuzz_one() {
-    local name=$1 seconds=$2
-    shift 2
-    step "fuzzing the $name for $seconds s"
-    local found=build/fuzz/$name log=build/logs/fuzz-$name.log
-    mkdir -p "$found"
-    # A smaller store of freed memory and shorter stacks: three times as many inputs in the time.
-    if ! ASAN_OPTIONS=quarantine_size_mb=16:malloc_context_size=4 attend_logged "$log" \
-        "build/native/fuzz/${name}_fuzz" -max_total_time="$seconds" -timeout=20 -print_final_stats=1 \
-        -artifact_prefix="$found-" "$found" "$@" ||
-        ! grep -q '^stat::number_of_executed_units' "$log"; then
-        tail -n 40 "$log"
-        return 1
-    fi
-    sed -n 's/^stat::number_of_executed_units: */    inputs tried: /p' "$log"
 }
