@@ -205,7 +205,7 @@ void Platform::Handle(From const& from, sim::SuspendingCompleted const&)
     }
 }
 
-void Platform::Handle(From const& from, FaultStruck const& message)
+void Platform::Handle(From const& from, FaultTriggered const& message)
 {
     auto const fault = m_app.IsPeer(*from) ? m_faults.Use(message.call) : std::nullopt;
     if (fault)

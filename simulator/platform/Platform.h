@@ -80,7 +80,7 @@ class Platform
     void Handle(From const& from, ActivationTaken const& message);
     void Handle(From const& from, sim::ExitAnnounced const& message);
     void Handle(From const& from, sim::SuspendingCompleted const& message);
-    void Handle(From const& from, FaultStruck const& message);
+    void Handle(From const& from, FaultTriggered const& message);
     void Handle(From const& from, Report const& message);
     void Handle(From const& from, TaskReturned const& message);
     void Handle(From const& from, TaskCompleted const& message);

@@ -52,7 +52,7 @@ class LocalDevice
     void ClearFaults() { Command(sim::ClearFaults{}); }
 
     // The calls of this thread never fail from now on: it is not part of the app.
-    void SpareThisThread() { m_app->SpareThisThread(); }
+    void ExemptThisThread() { m_app->ExemptThisThread(); }
 
     // Also before Start.
     void Launch(std::wstring arguments = {}) { Command(LaunchApp{std::move(arguments)}); }
