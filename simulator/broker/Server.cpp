@@ -93,11 +93,11 @@ class Server
   private:
     void AcceptUntilStopped()
     {
-        constexpr DWORD lookMilliseconds = 500; // for the folder
+        constexpr DWORD pollMilliseconds = 500; // for the folder
         while (FolderExists(m_device.Home()))
         {
             HANDLE const handles[] = {m_stop.Get(), m_listener->Connected()};
-            switch (WaitForMultipleObjects(ARRAYSIZE(handles), handles, FALSE, lookMilliseconds))
+            switch (WaitForMultipleObjects(ARRAYSIZE(handles), handles, FALSE, pollMilliseconds))
             {
             case WAIT_OBJECT_0 + 1:
                 Accept();

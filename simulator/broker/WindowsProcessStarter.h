@@ -13,6 +13,7 @@ namespace sim
 class WindowsProcessStarter : public ProcessStarter
 {
   public:
+    // Throws Error when the system has no job object for it.
     WindowsProcessStarter();
     ~WindowsProcessStarter() override;
 
@@ -26,8 +27,8 @@ class WindowsProcessStarter : public ProcessStarter
   private:
     class Watch;
 
-    // Null for one that has ended, or was not started here. With the lock held.
-    HANDLE Running(unsigned long id) const;
+    // Null for one that has ended, or was not started here. The caller holds the lock.
+    Watch* Running(unsigned long id) const;
 
     Ended m_ended;
     Handle m_job;       // ends those that were suspended, even if this process is killed

@@ -1,19 +1,10 @@
 #pragma once
+#include "simulator/base/Process.h"
+
 #include <functional>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace sim
 {
-
-struct ProcessRequest
-{
-    std::wstring executable;
-    std::wstring commandLine;
-    std::wstring folder;                                            // its current one
-    std::vector<std::pair<std::wstring, std::wstring>> environment; // in place of the platform's own values
-};
 
 struct StartedProcess
 {
