@@ -43,15 +43,11 @@ Shown Platform::AnswerTo(Peer const&, SetCondition const& request)
 {
     auto const& traits = TraitsOf(request.condition);
     m_tasks.Set(request);
-    if (request.holds && traits.stopsTheApp && traits.cancels)
-    {
-        StopAppFor(*traits.cancels);
-    }
+    request.holds&& traits.stopsTheApp&& traits.cancels ? StopAppFor(*traits.cancels) : ContinueStop();
     if (request.holds && request.condition == Condition::LoggedOff)
     {
         m_desktop.KillAll();
     }
-    ContinueStop();
     return {};
 }
 
