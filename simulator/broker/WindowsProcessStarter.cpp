@@ -9,7 +9,7 @@
 
 #include <winternl.h>
 
-// Of the whole process; the documented functions know threads only.
+// They suspend and resume a whole process; the documented functions only a thread.
 extern "C" NTSTATUS NTAPI NtSuspendProcess(HANDLE process);
 extern "C" NTSTATUS NTAPI NtResumeProcess(HANDLE process);
 
@@ -34,7 +34,7 @@ Handle MakeJob()
 
 } // namespace
 
-// A process until it has been seen to end.
+// Waits for the end of a process.
 class WindowsProcessStarter::Watch
 {
   public:
@@ -88,7 +88,7 @@ class WindowsProcessStarter::Watch
 
 WindowsProcessStarter::WindowsProcessStarter() : m_job(MakeJob())
 {
-    // Inherited by what is started: a crash ends the process at once instead of asking a debugger or a person.
+    // Child processes inherit it: a crash ends them at once, without a debugger or a message box.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
 }
 

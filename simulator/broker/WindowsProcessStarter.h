@@ -9,7 +9,7 @@
 namespace sim
 {
 
-// Real processes; their ends are seen through their handles.
+// Starts real processes and waits on their handles.
 class WindowsProcessStarter : public ProcessStarter
 {
   public:
@@ -31,8 +31,8 @@ class WindowsProcessStarter : public ProcessStarter
     Watch* Running(unsigned long id) const;
 
     Ended m_ended;
-    Handle m_job;       // ends those that were suspended, even if this process is killed
-    std::mutex m_mutex; // over the next
+    Handle m_job;       // terminates suspended processes, even if this process is killed
+    std::mutex m_mutex; // guards m_watches
     std::list<std::unique_ptr<Watch>> m_watches;
 };
 

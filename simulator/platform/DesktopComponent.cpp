@@ -19,7 +19,7 @@ struct Target
     std::wstring parameters;
 };
 
-// What to start the component with, or why it is not started.
+// The component's parameters, or the HRESULT that refuses to start it.
 Target FindTarget(Manifest const& manifest, std::wstring const& applicationId, std::optional<std::wstring> const& group)
 {
     if (!manifest.desktopComponent || (!applicationId.empty() && applicationId != manifest.applicationId))
@@ -48,7 +48,7 @@ DesktopComponent::DesktopComponent(Device const& device, Registration const& reg
 
 std::int32_t DesktopComponent::Launch(LaunchDesktop const& launch, std::uint32_t wake)
 {
-    auto const& package = m_registration.Need();
+    auto const& package = m_registration.Require();
     auto const target = FindTarget(package.manifest, launch.application, launch.group);
     auto const groupName = launch.group.value_or(L"");
     auto const result = target.result < 0 ? target.result : Start(package, groupName, target.parameters, wake);

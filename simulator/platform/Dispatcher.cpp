@@ -21,7 +21,7 @@ void Dispatcher::PostAndWait(Work const& work)
     std::condition_variable ended;
     bool hasEnded = false;
     Post([&] {
-        Do(work);
+        Execute(work);
         std::lock_guard const lock(mutex);
         hasEnded = true;
         ended.notify_all();
@@ -55,8 +55,8 @@ bool Dispatcher::Step()
     {
         return false;
     }
-    Do(work);
-    work = nullptr; // what it holds goes before it counts as ended
+    Execute(work);
+    work = nullptr; // releases what it holds before it counts as ended
     std::lock_guard const lock(m_mutex);
     m_isRunningWork = false;
     m_changed.notify_all();
@@ -107,14 +107,14 @@ std::uint64_t Dispatcher::WaitUntilIdle()
     return m_postCount;
 }
 
-void Dispatcher::Do(Work const& work) const
+void Dispatcher::Execute(Work const& work) const
 try
 {
     work();
 }
 catch (std::exception const& error)
 {
-    m_failed(error);
+    m_onError(error);
 }
 
 Dispatcher::Work Dispatcher::TakeDue()

@@ -110,7 +110,7 @@ std::optional<PushChannel::Refusal> PushChannel::RefusalOf(std::wstring const& u
 
 PushChannel::Channel const& PushChannel::Create()
 {
-    ClockAdvanced(); // the wall clock, too, goes on
+    ClockAdvanced(); // time has passed without an advance, too
     return m_channel ? *m_channel : Open(NewUri());
 }
 
@@ -123,12 +123,12 @@ void PushChannel::Replace(std::wstring uri)
 PushChannel::Channel const& PushChannel::Open(std::wstring uri)
 {
     Channel channel{std::move(uri), m_clock.Now() + lifetime};
-    Keep(channel);
+    Save(channel);
     m_journal.Add(L"channel-created", {Detail(L"expires", Clock::Text(channel.expiry))});
     return m_channel.emplace(std::move(channel));
 }
 
-void PushChannel::Keep(std::optional<Channel> const& channel) const
+void PushChannel::Save(std::optional<Channel> const& channel) const
 {
     std::vector<StateFile::Words> lines(m_ended.size());
     std::ranges::transform(m_ended, lines.begin(), [](auto const& uri) { return StateFile::Words{uri, ended}; });
@@ -160,7 +160,7 @@ void PushChannel::End(std::wstring uri, std::wstring event)
     m_ended.push_back(std::move(uri));
     m_channel.reset();
     m_journal.Add(std::move(event));
-    Keep(std::nullopt);
+    Save(std::nullopt);
 }
 
 std::wstring PushChannel::Status() const

@@ -139,7 +139,7 @@ class LocalDevice
     std::shared_ptr<LocalProcess> NewCaller();
 
     // Runs the work on the platform's thread and waits for it.
-    void OnPlatform(Dispatcher::Work const& work) { m_platform.Work().PostAndWait(work); }
+    void OnPlatform(Dispatcher::Work const& work) { m_platform.Dispatcher().PostAndWait(work); }
 
     std::uint32_t StartInstance(TaskInstances::Content content);
 

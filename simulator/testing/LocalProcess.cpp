@@ -160,7 +160,7 @@ void LocalProcess::AppEnded()
         std::lock_guard const lock(m_mutex);
         ended = m_id;
     }
-    m_platform.Work().PostAndWait([this, ended] {
+    m_platform.Dispatcher().PostAndWait([this, ended] {
         m_platform.ProcessEnded(ended, 0);
         m_platform.ExpectApp(ended + 1);
     });
