@@ -45,7 +45,7 @@ void AppLifetime::SuspendingCompleted()
 void AppLifetime::SetTimer(unsigned milliseconds, void (AppLifetime::*work)())
 {
     m_dispatcher.CancelTimer(m_timer);
-    m_timer = work ? m_dispatcher.SetTimer(milliseconds, [this, work] { (this->*work)(); }) : 0;
+    m_timer = work ? m_dispatcher.SetTimer(milliseconds, [this, work] { (this->*work)(); }) : Dispatcher::TimerId();
 }
 
 // The user may have launched the app since the timer was set.

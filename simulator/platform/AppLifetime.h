@@ -37,7 +37,7 @@ class AppLifetime
     Journal& m_journal;
     Dispatcher& m_dispatcher;
     Limits const m_limits;
-    Dispatcher::TimerId m_timer = 0;
+    Dispatcher::TimerId m_timer;
     bool m_isSuspending = false; // Suspending is raised, and neither completed nor overdue
     bool m_isOnRequest = false;
 };

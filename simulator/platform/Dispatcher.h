@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace sim
 {
@@ -19,8 +20,8 @@ class Dispatcher
   public:
     using Work = std::function<void()>;
 
-    // 0 for none.
-    using TimerId = std::uint64_t;
+    // The time when it is due, and its number; zeros for none.
+    using TimerId = std::pair<std::uint64_t, std::uint64_t>;
 
     // Handles an exception that propagates from work.
     using ErrorHandler = std::function<void(std::exception const&)>;
@@ -41,7 +42,7 @@ class Dispatcher
     // Runs the work once, after that time, unless it is cancelled. Called from work.
     TimerId SetTimer(unsigned milliseconds, Work work);
 
-    // Ignores a timer that has expired, and 0. Called from work.
+    // Ignores a timer that has expired, and none. Called from work.
     void CancelTimer(TimerId id);
 
     // Runs the next work: that of an expired timer before posted work. False when there is none.
@@ -60,29 +61,20 @@ class Dispatcher
     std::uint64_t WaitUntilIdle();
 
   private:
-    struct Timer
-    {
-        std::uint64_t due;
-        Work work;
-    };
-
-    using Timers = std::map<TimerId, Timer>;
-
     void Execute(Work const& work) const;
 
     // The caller holds the lock.
     Work TakeDue();
-    bool IsDue(std::uint64_t now); // whether there is work
-    bool IsTimerDue(std::uint64_t now);
-    Timers::iterator Next(); // the earliest timer
+    bool IsDue(std::uint64_t now) const; // whether there is work
+    bool IsTimerDue(std::uint64_t now) const;
 
     TimeSource const& m_time;
     ErrorHandler const m_onError;
     std::mutex m_mutex; // over all that follows
     std::condition_variable m_changed;
     std::deque<Work> m_posted;
-    Timers m_timers;
-    TimerId m_lastTimer = 0;
+    std::map<TimerId, Work> m_timers;
+    std::uint64_t m_lastTimer = 0;
     std::uint64_t m_postCount = 0;
     bool m_isRunningWork = false;
     bool m_isStopped = false;

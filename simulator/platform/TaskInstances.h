@@ -91,7 +91,7 @@ class TaskInstances
         std::shared_ptr<Peer> app = {}; // null until it is taken
         bool hasReturned = false;
         std::optional<std::uint32_t> cancelReason = {};
-        Dispatcher::TimerId limit = 0;
+        Dispatcher::TimerId limit = {};
     };
 
     using Map = std::map<std::uint32_t, Instance>; // by number, which is the order of their start
