@@ -101,9 +101,6 @@ class LocalDevice
     // How often the deferrals of each request to the app were completed, in the order in which the requests came.
     std::vector<unsigned> Completions() const { return m_app->Deferrals().All(); }
 
-    // Waits until that request, counted from 0, was completed so often.
-    void WaitForCompletions(std::size_t request, unsigned count) const { m_app->Deferrals().WaitFor(request, count); }
-
     // The content that the app's window has when it is created; none by default. Called before the first foreground
     // activation.
     void SetWindowContent(IInspectable content) { m_app->SetWindowContent(std::move(content)); }
