@@ -19,14 +19,8 @@ ProcessRequest RequestFor(Package const& package, Device const& device)
     MakeFolder(temporary);
     MakeFolder(ParentOf(device.CrashFile(0)));
     auto const server = ServerName(package.FamilyName(), package.manifest.applicationId);
-    return {package.Executable(),
-            L"\"" + package.Executable() + L"\" -ServerName:" + server,
-            package.folder,
-            // GetTempPathW asks for TMP first.
-            {{L"VELMO_SIM_HOME", device.Home()},
-             {L"LOCALAPPDATA", device.Home()},
-             {L"TEMP", temporary},
-             {L"TMP", temporary}}};
+    return {package.Executable(), L"\"" + package.Executable() + L"\" -ServerName:" + server, package.folder,
+            device.Environment(temporary)};
 }
 
 std::wstring EndEvent(bool isTerminated, bool announcedExit)

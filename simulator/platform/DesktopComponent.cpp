@@ -77,14 +77,8 @@ std::int32_t DesktopComponent::Start(Package const& package, std::wstring const&
     auto const executable = package.DesktopExecutable();
     auto const command = L"\"" + executable + L"\" /InvokerPRAID: " + package.manifest.applicationId +
                          (parameters.empty() ? L"" : L" " + parameters);
-    ProcessRequest const request{executable,
-                                 command,
-                                 ParentOf(executable),
-                                 {{L"VELMO_SIM_HOME", m_device.Home()},
-                                  {L"LOCALAPPDATA", m_device.Home()},
-                                  {L"TEMP", temporary},
-                                  {L"TMP", temporary}}};
-    auto const started = m_processes.Start(request);
+    auto const started =
+        m_processes.Start({executable, command, ParentOf(executable), m_device.Environment(temporary)});
     if (started.error != 0)
     {
         return static_cast<std::int32_t>(win32Facility | (started.error & 0xFFFF));
