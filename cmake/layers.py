@@ -57,9 +57,9 @@ TABLE = {
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
     "tests/unit/simulator": [
-        "helper", "projection", "simulator/base", "simulator/cli", "simulator/client", "simulator/log",
-        "simulator/package", "simulator/platform", "simulator/protocol", "simulator/runtime", "simulator/scenario",
-        "simulator/testing", "tests/support",
+        "helper", "projection", "simulator/base", "simulator/broker", "simulator/cli", "simulator/client",
+        "simulator/log", "simulator/package", "simulator/platform", "simulator/protocol", "simulator/runtime",
+        "simulator/scenario", "simulator/testing", "tests/support",
     ],
     "tests/unit/utils": ["logging", "utils", "tests/support"],
     "tests/flow": [

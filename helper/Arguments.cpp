@@ -32,7 +32,7 @@ constexpr Command commands[] = {
 
 [[noreturn]] void Refuse(std::wstring const& text)
 {
-    throw WrongCall(zant::ToUtf8(text).value_or("wrong call"));
+    throw UsageError(zant::ToUtf8(text).value_or("usage error"));
 }
 
 Arguments::Entry ParseEntry(std::wstring const& word)
@@ -150,7 +150,7 @@ wchar_t const* const helpText =
     L"  --watch           stay connected until the client closes the connection; alone: "
     L"connect only\n"
     L"  --timeout SECONDS how long to wait for the answer, and then for the message (90)\n\n"
-    L"exit code: 0 done · 1 the client could not do it · 2 wrong call · 3 no connection · "
+    L"exit code: 0 done · 1 the client could not do it · 2 usage error · 3 no connection · "
     L"4 no answer";
 
 } // namespace helper

@@ -22,13 +22,13 @@ struct Arguments
 };
 
 // An invalid command line; what() is the sentence for its author.
-class WrongCall : public std::runtime_error
+class UsageError : public std::runtime_error
 {
   public:
     using std::runtime_error::runtime_error;
 };
 
-// words: the command line without the program's name. Nothing: a call for help. Throws WrongCall.
+// words: the command line without the program's name. Nothing: a call for help. Throws UsageError.
 std::optional<Arguments> ParseArguments(std::vector<std::wstring> const& words);
 
 // The commands, options and exit codes.

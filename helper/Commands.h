@@ -9,7 +9,7 @@ enum class Outcome
 {
     Done = 0,
     NotDone = 1, // the client said so
-    WrongCall = 2,
+    UsageError = 2,
     NoConnection = 3,
     NoAnswer = 4
 };

@@ -23,11 +23,11 @@ try
     winrt::init_apartment();
     return helper::Run(*arguments);
 }
-catch (helper::WrongCall const& wrong)
+catch (helper::UsageError const& error)
 {
-    helper::WriteErrorLine(L"helper: " + zant::ToWide(wrong.what()).value_or(L"wrong call") +
+    helper::WriteErrorLine(L"helper: " + zant::ToWide(error.what()).value_or(L"usage error") +
                            L"\nhelper help lists the commands");
-    return Outcome::WrongCall;
+    return Outcome::UsageError;
 }
 catch (winrt::hresult_error const& error)
 {

@@ -18,7 +18,7 @@ namespace sim
 namespace
 {
 
-// One end of the pipe that waits for its client.
+// A pipe instance that waits for its client.
 class Listener
 {
   public:
@@ -27,7 +27,7 @@ class Listener
     {
         if (!m_pipe)
         {
-            throw Error(L"cannot make the pipe " + name + L": " + SystemMessage(GetLastError()));
+            throw Error(L"cannot create the pipe " + name + L": " + SystemMessage(GetLastError()));
         }
         m_overlapped.hEvent = m_connected.Get();
         if (!ConnectNamedPipe(m_pipe.Get(), &m_overlapped) && GetLastError() == ERROR_PIPE_CONNECTED)
@@ -58,7 +58,7 @@ class Listener
     OVERLAPPED m_overlapped{};
 };
 
-// A process at the other end of a pipe.
+// The process at the other end of a pipe.
 class PipePeer : public Peer
 {
   public:
@@ -80,24 +80,24 @@ class Server
     {
     }
 
-    // Until the device is switched off or its folder goes.
+    // Returns when the device is switched off or its folder is removed.
     void Run()
     {
-        std::thread work([this] { m_platform.Work().Run(); });
+        std::thread dispatcher([this] { m_platform.Dispatcher().Run(); });
         AcceptUntilStopped();
-        m_platform.Work().PostAndWait([this] { m_platform.SwitchOff(); });
-        m_platform.Work().Stop();
-        work.join();
+        m_platform.Dispatcher().PostAndWait([this] { m_platform.SwitchOff(); });
+        m_platform.Dispatcher().Stop();
+        dispatcher.join();
     }
 
   private:
     void AcceptUntilStopped()
     {
-        constexpr DWORD lookMilliseconds = 500; // for the folder
+        constexpr DWORD pollMilliseconds = 500; // of the folder
         while (FolderExists(m_device.Home()))
         {
             HANDLE const handles[] = {m_stop.Get(), m_listener->Connected()};
-            switch (WaitForMultipleObjects(ARRAYSIZE(handles), handles, FALSE, lookMilliseconds))
+            switch (WaitForMultipleObjects(ARRAYSIZE(handles), handles, FALSE, pollMilliseconds))
             {
             case WAIT_OBJECT_0 + 1:
                 Accept();
@@ -115,7 +115,7 @@ class Server
         auto const channel = PipeChannel::Open(m_listener->Take());
         m_listener = std::make_unique<Listener>(m_device.PipeName());
         auto const peer = std::make_shared<PipePeer>(channel);
-        // The channel keeps its handlers until it closes, and they keep the channel.
+        // The channel owns its handlers until it closes, and they own the channel.
         channel->Start(
             {[this, peer](std::string_view message) { m_platform.Received(peer, Decode<FromProcess>(message)); },
              [this, peer] { m_platform.Closed(peer); }});
@@ -132,7 +132,7 @@ class Server
 
 void Serve(Device const& device)
 {
-    // Not left to the pipe: Wine lets a second process serve the same name.
+    // A mutex, since Wine lets a second process create a pipe of the same name.
     Handle const serving(CreateMutexW(nullptr, FALSE, device.MutexName().c_str()));
     if (WaitForSingleObject(serving.Get(), 0) == WAIT_TIMEOUT)
     {
@@ -142,7 +142,7 @@ void Serve(Device const& device)
     Handle const ready(CreateEventW(nullptr, TRUE, FALSE, device.ReadyEventName().c_str()));
     SetEvent(ready.Get());
     server.Run();
-    // At once: connections may be in the middle of a message.
+    // Without clean-up: connections may be in the middle of a message.
     ExitProcess(0);
 }
 

@@ -4,7 +4,7 @@
 namespace sim
 {
 
-// Serves a device until it is switched off or its folder goes. Returns at once when another process serves it.
+// Serves a device until it is switched off or its folder is removed. Returns at once when another process serves it.
 // Throws Error.
 void Serve(Device const& device);
 

@@ -1,6 +1,7 @@
 #include "simulator/broker/WindowsProcessStarter.h"
 
-#include "simulator/base/Text.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
 
 #include <algorithm>
 #include <atomic>
@@ -8,7 +9,7 @@
 
 #include <winternl.h>
 
-// Of the whole process; the documented functions know threads only.
+// They suspend and resume a whole process; the documented functions only a thread.
 extern "C" NTSTATUS NTAPI NtSuspendProcess(HANDLE process);
 extern "C" NTSTATUS NTAPI NtResumeProcess(HANDLE process);
 
@@ -18,56 +19,22 @@ namespace sim
 namespace
 {
 
-std::vector<std::wstring> OwnEnvironment()
-{
-    std::vector<std::wstring> variables;
-    auto* const block = GetEnvironmentStringsW();
-    for (auto const* variable = block; *variable; variable += variables.back().size() + 1)
-    {
-        variables.emplace_back(variable);
-    }
-    FreeEnvironmentStringsW(block);
-    return variables;
-}
-
-// This process's environment with the request's values in place of its own, as CreateProcess takes it: each variable
-// ended by a zero, the whole by one more.
-std::wstring EnvironmentBlock(ProcessRequest const& request)
-{
-    auto variables = OwnEnvironment();
-    for (auto const& [name, value] : request.environment)
-    {
-        auto const start = name + L"=";
-        std::erase_if(variables, [&](std::wstring const& variable) {
-            return EqualIgnoringCase(std::wstring_view(variable).substr(0, start.size()), start);
-        });
-        variables.push_back(start + value);
-    }
-    // Windows searches the block as sorted.
-    std::ranges::sort(variables, [](auto const& left, auto const& right) {
-        return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_LESS_THAN;
-    });
-    std::wstring block;
-    for (auto const& variable : variables)
-    {
-        block.append(variable.c_str(), variable.size() + 1);
-    }
-    return block + L'\0';
-}
-
-// Its processes end with its last handle.
+// A job whose processes end with its last handle. Throws Error.
 Handle MakeJob()
 {
     Handle job(CreateJobObjectW(nullptr, nullptr));
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    if (!job || !SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits))
+    {
+        throw Error(L"cannot create a job object for suspended processes: " + SystemMessage(GetLastError()));
+    }
     return job;
 }
 
 } // namespace
 
-// A process until it has been seen to end.
+// Waits for the end of a process.
 class WindowsProcessStarter::Watch
 {
   public:
@@ -94,6 +61,13 @@ class WindowsProcessStarter::Watch
 
     HANDLE Process() const noexcept { return m_process.Get(); }
 
+    // Assigns the process to the job; false on failure. A process joins a job once.
+    bool Join(HANDLE job)
+    {
+        m_isInJob = m_isInJob || AssignProcessToJobObject(job, m_process.Get()) != FALSE;
+        return m_isInJob;
+    }
+
   private:
     static void CALLBACK OnEnd(PTP_CALLBACK_INSTANCE, void* context, PTP_WAIT, TP_WAIT_RESULT)
     {
@@ -109,11 +83,12 @@ class WindowsProcessStarter::Watch
     Ended const& m_ended;
     PTP_WAIT m_wait;
     std::atomic<bool> m_isOver = false;
+    bool m_isInJob = false;
 };
 
 WindowsProcessStarter::WindowsProcessStarter() : m_job(MakeJob())
 {
-    // Inherited by what is started: a crash ends the process at once instead of asking a debugger or a person.
+    // Child processes inherit it: a crash ends them at once, without a debugger or a message box.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
 }
 
@@ -121,61 +96,49 @@ WindowsProcessStarter::~WindowsProcessStarter() = default;
 
 StartedProcess WindowsProcessStarter::Start(ProcessRequest const& request)
 {
-    auto commandLine = request.commandLine; // CreateProcess writes into it
-    auto environment = EnvironmentBlock(request);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    // Detached: it does not share the console that the broker was started from.
-    if (!CreateProcessW(request.executable.c_str(), commandLine.data(), nullptr, nullptr, FALSE,
-                        CREATE_UNICODE_ENVIRONMENT | DETACHED_PROCESS, environment.data(), request.folder.c_str(),
-                        &startup, &started))
+    auto process = StartProcess(request);
+    if (!process)
     {
         return {GetLastError(), 0};
     }
-    Handle const thread(started.hThread);
-    auto watch = std::make_unique<Watch>(Handle(started.hProcess), started.dwProcessId, m_ended);
+    auto const id = GetProcessId(process.Get());
+    auto watch = std::make_unique<Watch>(std::move(process), id, m_ended);
     watch->Begin();
     std::lock_guard const lock(m_mutex);
     m_watches.remove_if([](auto const& other) { return other->IsOver(); });
     m_watches.push_back(std::move(watch));
-    return {0, started.dwProcessId};
+    return {0, id};
 }
 
 void WindowsProcessStarter::Kill(unsigned long id, unsigned long exitCode)
 {
     std::lock_guard const lock(m_mutex);
-    if (auto* const process = Running(id))
+    if (auto const* const watch = Running(id))
     {
-        TerminateProcess(process, exitCode);
+        TerminateProcess(watch->Process(), exitCode);
     }
 }
 
 bool WindowsProcessStarter::Suspend(unsigned long id)
 {
     std::lock_guard const lock(m_mutex);
-    auto* const process = Running(id);
-    if (!process)
-    {
-        return false;
-    }
-    AssignProcessToJobObject(m_job.Get(), process); // fails for one that is there already
-    return NtSuspendProcess(process) >= 0;
+    auto* const watch = Running(id);
+    return watch != nullptr && watch->Join(m_job.Get()) && NtSuspendProcess(watch->Process()) >= 0;
 }
 
 void WindowsProcessStarter::Resume(unsigned long id)
 {
     std::lock_guard const lock(m_mutex);
-    if (auto* const process = Running(id))
+    if (auto const* const watch = Running(id))
     {
-        NtResumeProcess(process);
+        NtResumeProcess(watch->Process());
     }
 }
 
-HANDLE WindowsProcessStarter::Running(unsigned long id) const
+WindowsProcessStarter::Watch* WindowsProcessStarter::Running(unsigned long id) const
 {
     auto const found = std::ranges::find_if(m_watches, [&](auto const& watch) { return watch->Runs(id); });
-    return found == m_watches.end() ? nullptr : (*found)->Process();
+    return found == m_watches.end() ? nullptr : found->get();
 }
 
 } // namespace sim

@@ -9,10 +9,11 @@
 namespace sim
 {
 
-// Real processes; their ends are seen through their handles.
+// Starts real processes and waits on their handles.
 class WindowsProcessStarter : public ProcessStarter
 {
   public:
+    // Throws Error when the system has no job object for it.
     WindowsProcessStarter();
     ~WindowsProcessStarter() override;
 
@@ -26,12 +27,12 @@ class WindowsProcessStarter : public ProcessStarter
   private:
     class Watch;
 
-    // Null for one that has ended, or was not started here. With the lock held.
-    HANDLE Running(unsigned long id) const;
+    // Null for one that has ended, or was not started here. The caller holds the lock.
+    Watch* Running(unsigned long id) const;
 
     Ended m_ended;
-    Handle m_job;       // ends those that were suspended, even if this process is killed
-    std::mutex m_mutex; // over the next
+    Handle m_job;       // terminates suspended processes, even if this process is killed
+    std::mutex m_mutex; // guards m_watches
     std::list<std::unique_ptr<Watch>> m_watches;
 };
 

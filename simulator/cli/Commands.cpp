@@ -63,7 +63,7 @@ bool WantsToFollow(Words const& words)
 {
     if (!words.empty() && words[0] != L"--follow")
     {
-        throw WrongCall(L"unexpected argument " + words[0]);
+        throw UsageError(L"unexpected argument " + words[0]);
     }
     return !words.empty();
 }
@@ -140,7 +140,7 @@ int Play(Words const& words)
     auto const records = TakeOption(rest, L"--record");
     if (rest.size() != 1)
     {
-        throw WrongCall(L"expected one scenario");
+        throw UsageError(L"expected one scenario");
     }
     InstallRuntimeClasses();
     auto const path = WindowsPath(rest[0]);
@@ -184,7 +184,7 @@ void WriteHelp(AnyCommand const& command)
 OwnCommand const& Need(Words const& words)
 {
     auto const* const command = FindCommand(OwnCommands(), words);
-    return command ? *command : throw WrongCall(L"there is no command " + words[0] + L"; sim help lists them");
+    return command ? *command : throw UsageError(L"there is no command " + words[0] + L"; sim help lists them");
 }
 
 int Help(Words const& words)
@@ -250,9 +250,9 @@ try
 {
     return Run(words.empty() ? Words{L"help"} : words);
 }
-catch (WrongCall const& wrong)
+catch (UsageError const& error)
 {
-    WriteErrorLine(L"sim: " + wrong.Message());
+    WriteErrorLine(L"sim: " + error.Message());
     return 2;
 }
 catch (Error const& error)

@@ -6,7 +6,7 @@
 namespace sim
 {
 
-// A command that this program executes itself: returns the exit code, throws Error or WrongCall. Those that a device
+// A command that this program executes itself: returns the exit code, throws Error or UsageError. Those that a device
 // executes are in client/DeviceCommands.h.
 using OwnCommand = Command<int (*)(Words const& arguments)>;
 

@@ -14,7 +14,7 @@ namespace sim
 using Words = std::vector<std::wstring>;
 
 // The arguments of a command are wrong.
-class WrongCall : public Error
+class UsageError : public Error
 {
   public:
     using Error::Error;
@@ -54,12 +54,12 @@ struct Command
         return L"  " + LeftAligned(prefix + Usage(), width) + L" " + std::wstring(summary);
     }
 
-    // The words after the command's name. Throws WrongCall when there are too few or too many.
+    // The words after the command's name. Throws UsageError when there are too few or too many.
     Words ArgumentsOf(Words const& words) const
     {
         if (words.size() <= fewestWords || words.size() - 1 > mostWords)
         {
-            throw WrongCall(L"usage: " + Usage());
+            throw UsageError(L"usage: " + Usage());
         }
         return {words.begin() + 1, words.end()};
     }

@@ -205,7 +205,7 @@ try
 }
 catch (Error const& error)
 {
-    throw WrongCall(error.Message());
+    throw UsageError(error.Message());
 }
 
 } // namespace sim

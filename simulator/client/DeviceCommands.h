@@ -12,7 +12,7 @@ using DeviceCommand = Command<AnyRequest (*)(Words const& arguments)>;
 
 std::span<DeviceCommand const> DeviceCommands();
 
-// The request of a command; its name is the first word. Throws WrongCall for an unknown command and for wrong
+// The request of a command; its name is the first word. Throws UsageError for an unknown command and for wrong
 // arguments.
 AnyRequest RequestFor(Words const& words);
 

@@ -9,13 +9,13 @@ AppLifetime::AppLifetime(AppProcess& app, TaskInstances const& instances, Journa
 {
 }
 
-void AppLifetime::Watch()
+void AppLifetime::CheckIdle()
 {
     if (IsIdle())
     {
-        m_isRaised = false;
+        m_isSuspending = false;
         m_journal.Add(L"app-idle");
-        SetTimer(m_limits.idle, &AppLifetime::Raise);
+        SetTimer(m_limits.idle, &AppLifetime::RaiseSuspending);
     }
 }
 
@@ -28,13 +28,13 @@ void AppLifetime::Suspend()
 
 void AppLifetime::SuspendingTaken()
 {
-    m_isRaised = true;
+    m_isSuspending = true;
     SetTimer(m_limits.suspending, &AppLifetime::SuspendingCompleted);
 }
 
 void AppLifetime::SuspendingCompleted()
 {
-    if (!std::exchange(m_isRaised, false) || m_instances.Count() != 0 || !m_app.HasTakenAll())
+    if (!std::exchange(m_isSuspending, false) || m_instances.Count() != 0 || !m_app.HasTakenAll())
     {
         return;
     }
@@ -45,17 +45,17 @@ void AppLifetime::SuspendingCompleted()
 void AppLifetime::SetTimer(unsigned milliseconds, void (AppLifetime::*work)())
 {
     m_dispatcher.CancelTimer(m_timer);
-    m_timer = work ? m_dispatcher.SetTimer(milliseconds, [this, work] { (this->*work)(); }) : 0;
+    m_timer = work ? m_dispatcher.SetTimer(milliseconds, [this, work] { (this->*work)(); }) : Dispatcher::TimerId();
 }
 
-// The user may have launched the app meanwhile.
-void AppLifetime::Raise()
+// The user may have launched the app since the timer was set.
+void AppLifetime::RaiseSuspending()
 {
     if (IsIdle())
     {
         m_app.Activate(Suspension{});
         m_isOnRequest = false;
-        SuspendingTaken(); // from now on: its UI thread may hang
+        SuspendingTaken(); // the deadline runs from now on: the UI thread may hang
     }
 }
 

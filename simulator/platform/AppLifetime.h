@@ -7,28 +7,29 @@
 namespace sim
 {
 
-// What becomes of an app that nobody needs: Suspending is raised, then its process is suspended, and ended later. One
-// that is suspended on request is not ended.
+// The lifetime of an idle app: Suspending is raised, its process is suspended, and terminated later. An app that is
+// suspended on request is not terminated.
 class AppLifetime
 {
   public:
     AppLifetime(AppProcess& app, TaskInstances const& instances, Journal& journal, Dispatcher& dispatcher,
                 Limits const& limits);
 
-    // The app may have nothing left to do: then this begins after a while, if it is in the background only.
-    void Watch();
+    // Starts the idle timer if the app runs in the background only and has nothing left to do.
+    void CheckIdle();
 
-    // The system suspends the app, whether it has been idle or not.
+    // Raises Suspending on request, whether the app is idle or not.
     void Suspend();
 
-    // The app is at Suspending; the app has dealt with it. Not needed, it is suspended: then, or at the deadline.
+    // The app has received Suspending; it has completed it. An app that is not needed is suspended then, or at the
+    // deadline.
     void SuspendingTaken();
     void SuspendingCompleted();
 
   private:
     bool IsIdle() const { return m_instances.Count() == 0 && m_app.RunsInBackgroundOnly(); }
-    void SetTimer(unsigned milliseconds, void (AppLifetime::*work)()); // in place of the one before
-    void Raise();
+    void SetTimer(unsigned milliseconds, void (AppLifetime::*work)()); // replaces the previous one
+    void RaiseSuspending();
     void EndSuspended();
 
     AppProcess& m_app;
@@ -36,8 +37,8 @@ class AppLifetime
     Journal& m_journal;
     Dispatcher& m_dispatcher;
     Limits const m_limits;
-    Dispatcher::TimerId m_timer = 0;
-    bool m_isRaised = false; // and neither completed nor overdue
+    Dispatcher::TimerId m_timer;
+    bool m_isSuspending = false; // Suspending is raised, and neither completed nor overdue
     bool m_isOnRequest = false;
 };
 

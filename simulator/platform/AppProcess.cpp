@@ -19,17 +19,11 @@ ProcessRequest RequestFor(Package const& package, Device const& device)
     MakeFolder(temporary);
     MakeFolder(ParentOf(device.CrashFile(0)));
     auto const server = ServerName(package.FamilyName(), package.manifest.applicationId);
-    return {package.Executable(),
-            L"\"" + package.Executable() + L"\" -ServerName:" + server,
-            package.folder,
-            // GetTempPathW asks for TMP first.
-            {{L"VELMO_SIM_HOME", device.Home()},
-             {L"LOCALAPPDATA", device.Home()},
-             {L"TEMP", temporary},
-             {L"TMP", temporary}}};
+    return {package.Executable(), L"\"" + package.Executable() + L"\" -ServerName:" + server, package.folder,
+            device.Environment(temporary)};
 }
 
-std::wstring EndOf(bool isTerminated, bool announcedExit)
+std::wstring EndEvent(bool isTerminated, bool announcedExit)
 {
     if (isTerminated)
     {
@@ -38,7 +32,8 @@ std::wstring EndOf(bool isTerminated, bool announcedExit)
     return announcedExit ? L"app-exited" : L"app-crashed";
 }
 
-// What the process left: the place, and after the first blank its callers. The id may be given to another process.
+// Reads the crash report that the process left: the place, and after the first blank its callers. Removes it, since the
+// system may reuse the process id.
 std::vector<std::wstring> CrashDetails(std::wstring const& file)
 try
 {
@@ -66,7 +61,7 @@ AppProcess::AppProcess(Device const& device, Registration const& registration, J
 
 void AppProcess::Activate(Activation::Content content)
 {
-    static_cast<void>(m_registration.Need());
+    static_cast<void>(m_registration.Require());
     m_waiting.push_back({{++m_lastActivation, std::move(content)}});
     if (m_process || m_isHeld)
     {
@@ -79,7 +74,7 @@ void AppProcess::Activate(Activation::Content content)
     }
     catch (Error const&)
     {
-        LoseWaiting(); // this one alone: without a process nothing else waits
+        DropWaiting(); // only this one: without a process nothing else waits
         throw;
     }
 }
@@ -93,7 +88,7 @@ AppProcess::Activations AppProcess::Release()
     }
     if (!IsActive() || m_process->wasInForeground || !m_waiting.empty())
     {
-        Resume(); // it starts, ends, or has something to do
+        Resume(); // it is starting, ending, or has something to do
     }
     SendWaiting();
     return {};
@@ -109,7 +104,7 @@ bool AppProcess::IsExpected(unsigned long processId) const noexcept
     return m_process && m_process->id == processId && !m_process->hasConnected;
 }
 
-// There is a process where its peer speaks or is expected, which the lint cannot know.
+// There is a process wherever its peer sends or is expected, which the lint cannot know.
 // NOLINTBEGIN(bugprone-unchecked-optional-access)
 
 void AppProcess::Attach(std::shared_ptr<Peer> peer)
@@ -151,7 +146,7 @@ AppProcess::Activations AppProcess::ConnectionClosed(Peer const& from)
         return {};
     }
     m_process->peer.reset();
-    return FinishIfOver();
+    return FinishIfEnded();
 }
 
 AppProcess::Activations AppProcess::ProcessEnded(unsigned long id, unsigned long exitCode)
@@ -161,7 +156,7 @@ AppProcess::Activations AppProcess::ProcessEnded(unsigned long id, unsigned long
         return {};
     }
     m_process->exitCode = exitCode;
-    return FinishIfOver();
+    return FinishIfEnded();
 }
 
 void AppProcess::Send(ToProcess const& message)
@@ -225,7 +220,7 @@ void AppProcess::Kill()
 {
     if (m_process && !m_process->exitCode)
     {
-        m_processes.Kill(m_process->id, 1); // the code that Task Manager gives
+        m_processes.Kill(m_process->id, 1); // Task Manager's exit code
     }
 }
 
@@ -254,7 +249,7 @@ bool AppProcess::IsActive() const noexcept
 
 void AppProcess::Start()
 {
-    auto const request = RequestFor(m_registration.Need(), m_device);
+    auto const request = RequestFor(m_registration.Require(), m_device);
     auto const started = m_processes.Start(request);
     if (started.error != 0)
     {
@@ -300,9 +295,9 @@ void AppProcess::Report(Activation const& activation)
     }
 }
 
-// A process is over when it has ended and all that it said has been heard: its connection closes after its last words,
-// while its end may be seen before them.
-AppProcess::Activations AppProcess::FinishIfOver()
+// The process counts as ended when it has exited and its connection has closed: its exit may be seen before its last
+// message.
+AppProcess::Activations AppProcess::FinishIfEnded()
 {
     if (!m_process->exitCode || m_process->peer)
     {
@@ -315,7 +310,7 @@ AppProcess::Activations AppProcess::FinishIfOver()
     {
         return {};
     }
-    return process.tookActivation ? StartForWaiting() : LoseWaiting();
+    return process.tookActivation ? StartForWaiting() : DropWaiting();
 }
 
 void AppProcess::ReportEnd(Process const& process)
@@ -325,7 +320,7 @@ void AppProcess::ReportEnd(Process const& process)
         Detail(L"pid", std::to_wstring(process.id)),
         Detail(L"code", code > 0xFFFF ? Hex(static_cast<std::uint32_t>(code)) : std::to_wstring(code))};
     std::ranges::move(CrashDetails(m_device.CrashFile(process.id)), std::back_inserter(details));
-    m_journal.Add(EndOf(process.isTerminated, process.announcedExit), std::move(details));
+    m_journal.Add(EndEvent(process.isTerminated, process.announcedExit), std::move(details));
 }
 
 AppProcess::Activations AppProcess::StartForWaiting()
@@ -345,11 +340,11 @@ AppProcess::Activations AppProcess::StartForWaiting()
     }
     catch (Error const&)
     {
-        return LoseWaiting(); // why is in the journal already
+        return DropWaiting(); // the journal has the reason
     }
 }
 
-AppProcess::Activations AppProcess::LoseWaiting()
+AppProcess::Activations AppProcess::DropWaiting()
 {
     Activations lost;
     for (auto& waiting : std::exchange(m_waiting, {}))

@@ -13,12 +13,12 @@
 namespace sim
 {
 
-// The app's one process: started when there is an activation for it, given the activations in order, told apart when it
-// ends into one that announced its exit, one that the platform ended and one that crashed.
+// The app's single process. An activation starts it; it receives its activations in order. Its end is an announced
+// exit, a termination by the platform, or a crash.
 //
-// An activation stays here until the process says that it takes it. One that comes while the process ends waits for the
-// next process. A process that ends before it took any activation is not started again for those it was to get: they
-// are lost, or a broken app would be started again and again.
+// An activation is queued until the process takes it. An activation that arrives while the process ends is for the next
+// process. When a process ends before it has taken any activation, the queued ones are lost: otherwise a broken app
+// would be restarted without end.
 class AppProcess
 {
   public:
@@ -26,57 +26,55 @@ class AppProcess
 
     AppProcess(Device const& device, Registration const& registration, Journal& journal, ProcessStarter& processes);
 
-    // Throws Error when no package is registered or its process does not start; then the activation is lost.
+    // Throws Error, and drops the activation, when no package is registered or its process does not start.
     void Activate(Activation::Content content);
 
-    // While the package is updated, or the device sleeps or has no user, activations wait. Release gives those that are
-    // lost as the process does not start.
+    // Activations are held while the package is updated, the device sleeps or no user is logged on. Release returns
+    // those that are lost because the process does not start.
     void Hold() { m_isHeld = true; }
     bool IsHeld() const noexcept { return m_isHeld; }
     Activations Release();
 
-    // A process of that id, which was not started here, will connect as the app's.
+    // The process with that id, which was not started here, will connect as the app's.
     void Expect(unsigned long processId);
 
-    // Whether this is the process that was started and has not connected yet.
+    // Whether the process with that id was started and has not connected yet.
     bool IsExpected(unsigned long processId) const noexcept;
 
     // The expected process has connected.
     void Attach(std::shared_ptr<Peer> peer);
 
-    // Gives the activation; nullopt for one that the process was not to take.
+    // Returns the activation; nullopt for one that was not sent to this process.
     std::optional<Activation> Taken(Peer const& from, std::uint32_t activation);
     void ExitAnnounced(Peer const& from);
 
-    // Its connection has closed; the process has ended. When both have come, what no process will take is lost, and is
-    // given.
+    // The connection has closed; the process has ended. After both, these return the activations that are lost.
     Activations ConnectionClosed(Peer const& from);
     Activations ProcessEnded(unsigned long id, unsigned long exitCode);
 
-    // To the app's process, if there is one that listens.
+    // Sends to the app's process if it is connected.
     void Send(ToProcess const& message);
 
     bool IsPeer(Peer const& peer) const noexcept;
     bool IsRunning() const noexcept;
 
-    // Whether it runs, had nothing to do in the foreground and has not, and is not about to end.
+    // Whether it runs, has never been in the foreground, is not suspended and is not about to end.
     bool RunsInBackgroundOnly() const noexcept;
 
-    // Whether it runs, is not about to end, and all that was for it is taken.
+    // Whether it runs, is not about to end, and has taken all activations.
     bool HasTakenAll() const noexcept;
 
-    // Stops its threads until there is an activation for it; or until Release, unless it is in the background, and
-    // idle.
+    // Suspends its threads until the next activation; or until Release, unless the app is in the background and idle.
     void Suspend();
     bool IsSuspended() const noexcept { return m_process && m_process->isSuspended; }
 
-    // Ends it from outside, as Task Manager does.
+    // Terminates it from outside, as Task Manager does.
     void Kill();
 
-    // Ends it as the platform does: not a crash. It gets nothing more.
+    // Terminates it as the platform does, which is not a crash. It receives nothing more.
     void Terminate();
 
-    // For people: whether it runs, and what waits.
+    // Display text: whether it runs, and how many activations wait.
     std::wstring Status() const;
 
   private:
@@ -104,21 +102,21 @@ class AppProcess
         return std::holds_alternative<Suspension>(waiting.activation.content);
     }
 
-    bool IsActive() const noexcept; // connected, not about to end, and nothing is held
+    bool IsActive() const noexcept; // connected, not about to end, and not held
     void Start();
     void Resume();
     void SendWaiting();
     void Report(Activation const& activation);
-    Activations FinishIfOver();
+    Activations FinishIfEnded();
     void ReportEnd(Process const& process);
     Activations StartForWaiting();
-    Activations LoseWaiting();
+    Activations DropWaiting();
 
     Device const& m_device;
     Registration const& m_registration;
     Journal& m_journal;
     ProcessStarter& m_processes;
-    std::optional<Process> m_process; // none: not running
+    std::optional<Process> m_process; // nullopt: not running
     std::deque<Waiting> m_waiting;
     bool m_isHeld = false;
     std::uint32_t m_lastActivation = 0;

@@ -100,7 +100,7 @@ void AppServices::Closed(Peer const& from, ConnectionClosed const& message)
     auto const found = m_connections.find(message.connection);
     if (found == m_connections.end() || (found->second.closedEarly && message.end == ConnectionEnd::Caller))
     {
-        return; // it is closed already
+        return; // already closed
     }
     if (!Owns(from, found->second, message.end))
     {
@@ -132,7 +132,7 @@ void AppServices::ServiceReturned(std::uint32_t number, std::shared_ptr<Peer> co
     auto const found = m_connections.find(number);
     if (found == m_connections.end())
     {
-        return; // the service itself has closed it
+        return; // the service has closed it
     }
     auto& connection = found->second;
     if (connection.closedEarly)
@@ -185,7 +185,7 @@ void AppServices::ClosedByService(std::uint32_t number, ClosedStatus status)
     auto const& connection = node.mapped();
     if (connection.closedEarly)
     {
-        return; // nobody is left to be told
+        return; // the caller has closed it
     }
     ReportClosed(number, ConnectionEnd::Service, status);
     FailRequests(number);
@@ -197,7 +197,7 @@ void AppServices::ClosedByService(std::uint32_t number, ClosedStatus status)
     connection.caller->Send(OtherEndClosed{number, ConnectionEnd::Caller, status});
 }
 
-// Before OnBackgroundActivated has returned, the service is the app that runs.
+// Until OnBackgroundActivated has returned, the service's end belongs to the running app.
 bool AppServices::Owns(Peer const& from, Connection const& connection, ConnectionEnd end) const
 {
     if (end == ConnectionEnd::Service && !connection.app)

@@ -16,21 +16,21 @@
 namespace sim
 {
 
-// The app-service connections: between a caller and an instance of the app's background task, and the requests that are
-// under way on them, in both directions.
+// The app-service connections, each between a caller and an instance of the app's background task, and the pending
+// requests on them, in both directions.
 class AppServices
 {
   public:
-    // To the sender of a request; called once, now or later.
+    // Answers the sender of a request. Called once, at once or later.
     template <typename Request>
     using Reply = std::function<void(typename Request::Answer const&)>;
 
     AppServices(Registration const& registration, AppProcess const& app, TaskInstances& instances, Journal& journal);
 
-    // The next connection has the number after this one.
-    void NumberAfter(std::uint32_t last) noexcept { m_lastConnection = last; }
+    // The next connection gets the number after this one.
+    void SetLastNumber(std::uint32_t last) noexcept { m_lastConnection = last; }
 
-    // Each of these as the message that it takes.
+    // Each handles the message that it takes.
     void Open(std::shared_ptr<Peer> const& caller, OpenConnection const& request, Reply<OpenConnection> const& reply);
     void Send(Peer const& from, SendRequest const& request, Reply<SendRequest> const& reply);
     ResponseTaken Respond(Peer const& from, GiveResponse const& request);
@@ -38,7 +38,7 @@ class AppServices
     void Refused(Peer const& from, RequestRefused const& message);
     void Closed(Peer const& from, ConnectionClosed const& message);
 
-    // A process has ended, and with it the connections that it opened. Those to the app end with its task instances.
+    // A process has ended: closes the connections that it opened. Those to the app end with its task instances.
     void CallerEnded(Peer const& caller);
 
     // OnBackgroundActivated has returned for this connection, or its instance has ended.
@@ -53,10 +53,10 @@ class AppServices
         std::wstring service;
         std::uint32_t instance = 0;
         std::shared_ptr<Peer> caller = {};
-        std::shared_ptr<Peer> app = {};               // once OnBackgroundActivated has returned
-        Reply<OpenConnection> opened = {};            // to the caller, until then
-        std::vector<RequestArrived> early = {};       // for the caller, until then
-        std::optional<ClosedStatus> closedEarly = {}; // by the caller, before the service was there to hear it
+        std::shared_ptr<Peer> app = {};               // null until OnBackgroundActivated has returned
+        Reply<OpenConnection> opened = {};            // to the caller; null after that
+        std::vector<RequestArrived> early = {};       // sent to the caller after that
+        std::optional<ClosedStatus> closedEarly = {}; // by the caller, before that
     };
 
     using Connections = std::map<std::uint32_t, Connection>; // by number, from 1
@@ -66,14 +66,14 @@ class AppServices
         std::uint32_t connection;
         std::shared_ptr<Peer> receiver;
         Reply<SendRequest> reply;
-        std::optional<std::string> response = {}; // given by its receiver
+        std::optional<std::string> response = {}; // from its receiver
     };
 
     void ClosedByCaller(std::uint32_t number, ClosedStatus status);
     void ClosedByService(std::uint32_t number, ClosedStatus status);
     bool Owns(Peer const& from, Connection const& connection, ConnectionEnd end) const;
 
-    // The request of the message, if it has come to this process.
+    // The pending request that the message names; null unless this process received it.
     template <typename Message>
     PendingRequest* RequestOf(Peer const& from, Message const& message);
     void EndRequest(std::uint32_t number, ResponseStatus status);

@@ -21,7 +21,7 @@ std::wstring NewId()
     GUID id{};
     if (FAILED(CoCreateGuid(&id)))
     {
-        throw Error(L"the system gives no new ids");
+        throw Error(L"cannot create a GUID");
     }
     wchar_t text[39];
     StringFromGUID2(id, text, ARRAYSIZE(text));
@@ -47,7 +47,7 @@ TaskRegistered BackgroundTasks::Register(RegisterTask const& request)
     {
         return {invalidArgument, {}};
     }
-    // The platform leaves itself up to fifteen minutes more for the first run; here it comes when the period is over.
+    // Windows may delay the first run by up to fifteen minutes; here it comes when the period is over.
     auto const due = isTimer ? m_clock.Now() + request.minutes * Clock::minute : 0;
     RegisteredTask const task{NewId(), request.name, request.trigger, request.minutes, request.once, due};
     // cppcheck-suppress danglingTemporaryLifetime; the task has the id itself
@@ -101,15 +101,15 @@ std::wstring BackgroundTasks::Push(PushChannel const& channel, sim::Push const& 
         m_journal.Add(L"push-refused", {Detail(L"status", status)});
         return L"the push service answers " + status + L" " + std::wstring(refusal->meaning);
     }
-    if (!channel.IsLive())
+    if (!channel.IsOpen())
     {
-        return Lose(L"no-channel", L"the app has no open channel");
+        return DropPush(L"no-channel", L"the app has no open channel");
     }
     for (auto const condition : m_conditions)
     {
         if (auto const& traits = TraitsOf(condition); !traits.losesPushes.empty())
         {
-            return Lose(traits.losesPushes, traits.text);
+            return DropPush(traits.losesPushes, traits.text);
         }
     }
     auto const wake = ++m_lastWake;
@@ -124,14 +124,14 @@ std::wstring BackgroundTasks::Push(PushChannel const& channel, sim::Push const& 
     }
     if (m_waiting.size() == before)
     {
-        return Lose(L"no-task", L"the app has no task that a push triggers");
+        return DropPush(L"no-task", L"the app has no task that a push triggers");
     }
     auto const waits = WaitsFor();
     StartNext();
     return waits.empty() ? L"sent" : L"sent; it waits: " + waits;
 }
 
-std::wstring BackgroundTasks::Lose(std::wstring_view reason, std::wstring_view text)
+std::wstring BackgroundTasks::DropPush(std::wstring_view reason, std::wstring_view text)
 {
     m_journal.Add(L"push-lost", {Detail(L"reason", reason)});
     return L"lost: " + std::wstring(text);
@@ -141,10 +141,10 @@ void BackgroundTasks::RunDue()
 {
     if (!HeldBackBy().empty())
     {
-        return; // they stay due
+        return; // timers stay due
     }
     auto const now = m_clock.Now();
-    auto const tasks = m_registry.All(); // what runs once goes meanwhile
+    auto const tasks = m_registry.All(); // a copy: one-time tasks are removed below
     for (auto const& task : tasks)
     {
         if (task.trigger != Trigger::Timer || task.due > now)

@@ -13,49 +13,49 @@
 namespace sim
 {
 
-// What triggers the app's background tasks: their registrations, pushes, and timers that go by the device's clock. One
-// task runs at a time, others wait.
+// The app's background tasks: their registrations, and the pushes and timers that trigger them. Timers use the device's
+// clock. One task runs at a time, others wait.
 class BackgroundTasks
 {
   public:
     BackgroundTasks(Journal& journal, Clock const& clock, TaskInstances& instances);
 
-    // Throws Error when it cannot be kept.
+    // Throws Error when it cannot be saved.
     TaskRegistered Register(RegisterTask const& request);
 
     std::vector<RegisteredTask> const& All() const noexcept { return m_registry.All(); }
 
-    // Running instances that are not cancelled are left to finish.
+    // Running instances finish unless the request cancels them.
     void Unregister(UnregisterTask const& request);
 
-    // The registrations that are kept in that file take the place of these. Nothing runs.
+    // Replaces the registrations by those in the file. Nothing runs.
     void Load(std::wstring file);
 
-    // channel: the app's, which a push without a URI comes through. Gives what became of it; throws Error for a payload
-    // beyond the limit.
+    // channel: the app's, for a push without a URI. Returns the outcome as display text; throws Error for a payload
+    // above the limit.
     std::wstring Push(PushChannel const& channel, sim::Push const& push);
 
-    // Starts the timers that are due, each once, however often it was due.
+    // Starts the timers that are due, each once, even if several periods have passed.
     void RunDue();
 
-    // What held tasks back may do so no longer.
+    // Sets or clears a condition; starts the tasks that it no longer holds back.
     void Set(SetCondition const& request);
 
     // A task's instance has ended: the next task may run.
     void InstanceEnded(std::uint32_t instance);
 
-    // Of the task that runs; 0 for none.
+    // The wake of the running task; 0 for none.
     std::uint32_t RunningWake() const noexcept { return m_running.wake; }
 
-    // The next wake has the number after this one.
-    void NumberAfter(std::uint32_t last) noexcept { m_lastWake = last; }
+    // The next wake gets the number after this one.
+    void SetLastNumber(std::uint32_t last) noexcept { m_lastWake = last; }
 
-    // What keeps everything from the app; empty: nothing does.
+    // The condition that stops the app; empty: none does.
     std::wstring_view StoppedBy() const { return TextOf(&ConditionTraits::stopsTheApp); }
 
     bool Holds(Condition condition) const { return m_conditions.contains(condition); }
 
-    // For people: a line for each registration; for each task that waits, and why; for each condition that holds.
+    // Display text: a line for each registration; for each waiting task, with the reason; for each condition in force.
     std::wstring Text() const;
     std::wstring WaitingText() const;
     std::wstring ConditionText() const;
@@ -70,13 +70,13 @@ class BackgroundTasks
 
     struct Running
     {
-        std::uint32_t instance = 0; // 0: none
+        std::uint32_t instance = 0; // 0 for none
         std::uint32_t wake = 0;
     };
 
-    std::wstring Lose(std::wstring_view reason, std::wstring_view text);
+    std::wstring DropPush(std::wstring_view reason, std::wstring_view text);
     void StartNext();
-    std::wstring_view TextOf(bool ConditionTraits::* trait) const; // of a condition that has it; empty: none has
+    std::wstring_view TextOf(bool ConditionTraits::* trait) const; // of a condition with this trait; empty for none
     std::wstring_view HeldBackBy() const { return TextOf(&ConditionTraits::holdsTasksBack); }
     std::wstring WaitsFor() const;
 

@@ -9,7 +9,7 @@ namespace sim
 namespace
 {
 
-constexpr std::int64_t farthest = 1'000LL * 365 * 24 * 60; // minutes
+constexpr std::int64_t maximum = 1'000LL * 365 * 24 * 60; // minutes
 constexpr wchar_t minutesAhead[] = L"minutes-ahead";
 
 } // namespace
@@ -21,7 +21,7 @@ Clock::Clock(StateFile file, TimeSource const& time) : m_file(std::move(file)), 
         {
             throw Error(std::wstring(L"it is not ") + minutesAhead + L" MINUTES");
         }
-        m_minutesAhead = NumberIn(words[1], minutesAhead, farthest);
+        m_minutesAhead = NumberIn(words[1], minutesAhead, maximum);
     });
 }
 
@@ -32,7 +32,7 @@ std::int64_t Clock::Now() const
 
 void Clock::Advance(std::int64_t minutes)
 {
-    if (minutes > farthest - m_minutesAhead)
+    if (minutes > maximum - m_minutesAhead)
     {
         throw Error(L"the clock goes no further than a thousand years");
     }

@@ -8,12 +8,12 @@
 namespace sim
 {
 
-// The clock of the device: the time source's, and all that it was put forward. Kept on the device, so that what was to
-// happen in a day stays due when the device is switched on again.
+// The device's clock: the time source's time plus all advances. Saved on the device, so that timers keep their due
+// times across a restart.
 class Clock
 {
   public:
-    // A time and a duration: 100 ns, times since 1601 in UTC.
+    // Times and durations are in units of 100 ns, times since 1601 in UTC.
     static constexpr std::int64_t minute = 60LL * 10'000'000;
 
     // time: outlives this.
@@ -21,11 +21,10 @@ class Clock
 
     std::int64_t Now() const;
 
-    // Only forward: minutes is above 0. Throws Error when it cannot be kept, or is too far: more than a thousand years
-    // in all.
+    // minutes: above 0. Throws Error when it cannot be saved, or for more than a thousand years in all.
     void Advance(std::int64_t minutes);
 
-    // The time that it shows, for people: local.
+    // Display text: the local time.
     std::wstring Text() const { return Text(Now()); }
 
     static std::wstring Text(std::int64_t time);

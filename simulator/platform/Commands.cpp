@@ -17,7 +17,7 @@ Shown Platform::AnswerTo(Peer const&, LaunchApp const& request)
 Shown Platform::AnswerTo(Peer const&, OpenUri const& request)
 {
     auto const scheme = request.uri.substr(0, request.uri.find(L':'));
-    auto const& declared = m_registration.Need().manifest.protocols;
+    auto const& declared = m_registration.Require().manifest.protocols;
     if (scheme.size() == request.uri.size() ||
         std::ranges::none_of(declared, [&](auto const& protocol) { return EqualIgnoringCase(protocol, scheme); }))
     {
@@ -34,7 +34,7 @@ Shown Platform::AnswerTo(Peer const&, OpenUri const& request)
 
 Shown Platform::AnswerTo(Peer const&, SuspendApp const&)
 {
-    NeedApp();
+    RequireApp();
     if (m_app.IsSuspended())
     {
         throw Error(L"the app is suspended already");
@@ -50,14 +50,14 @@ Shown Platform::AnswerTo(Peer const&, RequestPage const& request)
 
 Shown Platform::AnswerTo(Peer const&, KillApp const&)
 {
-    NeedApp();
+    RequireApp();
     m_app.Kill();
     return {};
 }
 
 Shown Platform::AnswerTo(Peer const&, Push const& request)
 {
-    static_cast<void>(m_registration.Need());
+    static_cast<void>(m_registration.Require());
     m_channel.ClockAdvanced();
     return {m_tasks.Push(m_channel, request)};
 }
@@ -94,7 +94,7 @@ Shown Platform::AnswerTo(Peer const&, ShowTasks const&)
 Shown Platform::AnswerTo(Peer const&, SetFault const& request)
 {
     m_faults.Set(request.fault);
-    KeepSession();
+    SaveSession();
     m_app.Send(FaultSet{request.fault});
     return {};
 }
@@ -102,7 +102,7 @@ Shown Platform::AnswerTo(Peer const&, SetFault const& request)
 Shown Platform::AnswerTo(Peer const&, ClearFaults const&)
 {
     m_faults.Clear();
-    KeepSession();
+    SaveSession();
     m_app.Send(FaultsCleared{});
     return {};
 }
@@ -152,7 +152,7 @@ Shown Platform::Activate(Activation::Content content)
     return {m_app.Status()};
 }
 
-void Platform::NeedApp() const
+void Platform::RequireApp() const
 {
     if (!m_app.IsRunning())
     {
@@ -160,7 +160,7 @@ void Platform::NeedApp() const
     }
 }
 
-void Platform::NeedNoApp() const
+void Platform::RequireNoApp() const
 {
     if (m_app.IsRunning())
     {

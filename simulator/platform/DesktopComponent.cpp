@@ -19,7 +19,7 @@ struct Target
     std::wstring parameters;
 };
 
-// What to start the component with, or why it is not started.
+// The component's parameters, or the HRESULT that refuses to start it.
 Target FindTarget(Manifest const& manifest, std::wstring const& applicationId, std::optional<std::wstring> const& group)
 {
     if (!manifest.desktopComponent || (!applicationId.empty() && applicationId != manifest.applicationId))
@@ -48,7 +48,7 @@ DesktopComponent::DesktopComponent(Device const& device, Registration const& reg
 
 std::int32_t DesktopComponent::Launch(LaunchDesktop const& launch, std::uint32_t wake)
 {
-    auto const& package = m_registration.Need();
+    auto const& package = m_registration.Require();
     auto const target = FindTarget(package.manifest, launch.application, launch.group);
     auto const groupName = launch.group.value_or(L"");
     auto const result = target.result < 0 ? target.result : Start(package, groupName, target.parameters, wake);
@@ -77,14 +77,8 @@ std::int32_t DesktopComponent::Start(Package const& package, std::wstring const&
     auto const executable = package.DesktopExecutable();
     auto const command = L"\"" + executable + L"\" /InvokerPRAID: " + package.manifest.applicationId +
                          (parameters.empty() ? L"" : L" " + parameters);
-    ProcessRequest const request{executable,
-                                 command,
-                                 ParentOf(executable),
-                                 {{L"VELMO_SIM_HOME", m_device.Home()},
-                                  {L"LOCALAPPDATA", m_device.Home()},
-                                  {L"TEMP", temporary},
-                                  {L"TMP", temporary}}};
-    auto const started = m_processes.Start(request);
+    auto const started =
+        m_processes.Start({executable, command, ParentOf(executable), m_device.Environment(temporary)});
     if (started.error != 0)
     {
         return static_cast<std::int32_t>(win32Facility | (started.error & 0xFFFF));

@@ -13,18 +13,18 @@
 namespace sim
 {
 
-// Starts the package's full-trust desktop component. Each launch is a process of its own; none is looked for again.
+// Starts the package's full-trust desktop component. Each launch starts a new process.
 class DesktopComponent
 {
   public:
     DesktopComponent(Device const& device, Registration const& registration, Journal& journal,
                      ProcessStarter& processes);
 
-    // Gives 0, or the failing HRESULT that the platform gives. wake: of the task that runs meanwhile. Throws Error when
-    // no package is registered.
+    // Returns S_OK, or the HRESULT of the failure. wake: the running task's. Throws Error when no package is
+    // registered.
     std::int32_t Launch(LaunchDesktop const& launch, std::uint32_t wake);
 
-    // Nothing for a process that is none of them.
+    // Ignores any other process.
     void ProcessEnded(unsigned long id, unsigned long exitCode);
 
     void KillAll();
@@ -39,7 +39,7 @@ class DesktopComponent
     Registration const& m_registration;
     Journal& m_journal;
     ProcessStarter& m_processes;
-    std::map<unsigned long, std::uint32_t> m_running; // their wakes
+    std::map<unsigned long, std::uint32_t> m_running; // the wake, by process id
 };
 
 } // namespace sim

@@ -1,6 +1,5 @@
 #include "simulator/platform/Dispatcher.h"
 
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -21,7 +20,7 @@ void Dispatcher::PostAndWait(Work const& work)
     std::condition_variable ended;
     bool hasEnded = false;
     Post([&] {
-        Do(work);
+        Execute(work);
         std::lock_guard const lock(mutex);
         hasEnded = true;
         ended.notify_all();
@@ -33,8 +32,9 @@ void Dispatcher::PostAndWait(Work const& work)
 Dispatcher::TimerId Dispatcher::SetTimer(unsigned milliseconds, Work work)
 {
     std::lock_guard const lock(m_mutex);
-    m_timers.emplace(++m_lastTimer, Timer{m_time.Ticks() + milliseconds, std::move(work)});
-    return m_lastTimer;
+    TimerId const id{m_time.Ticks() + milliseconds, ++m_lastTimer};
+    m_timers.emplace(id, std::move(work));
+    return id;
 }
 
 void Dispatcher::CancelTimer(TimerId id)
@@ -55,8 +55,8 @@ bool Dispatcher::Step()
     {
         return false;
     }
-    Do(work);
-    work = nullptr; // what it holds goes before it counts as ended
+    Execute(work);
+    work = nullptr; // releases what it holds before it counts as ended
     std::lock_guard const lock(m_mutex);
     m_isRunningWork = false;
     m_changed.notify_all();
@@ -80,10 +80,9 @@ void Dispatcher::Run()
         {
             continue;
         }
-        auto const next = Next();
-        next == m_timers.end()
-            ? m_changed.wait(lock)
-            : static_cast<void>(m_changed.wait_for(lock, std::chrono::milliseconds(next->second.due - now)));
+        m_timers.empty() ? m_changed.wait(lock)
+                         : static_cast<void>(m_changed.wait_for(
+                               lock, std::chrono::milliseconds(m_timers.begin()->first.first - now)));
     }
 }
 
@@ -107,14 +106,14 @@ std::uint64_t Dispatcher::WaitUntilIdle()
     return m_postCount;
 }
 
-void Dispatcher::Do(Work const& work) const
+void Dispatcher::Execute(Work const& work) const
 try
 {
     work();
 }
 catch (std::exception const& error)
 {
-    m_failed(error);
+    m_onError(error);
 }
 
 Dispatcher::Work Dispatcher::TakeDue()
@@ -125,7 +124,9 @@ Dispatcher::Work Dispatcher::TakeDue()
     }
     if (IsTimerDue(m_time.Ticks()))
     {
-        return std::move(m_timers.extract(Next()).mapped().work);
+        auto work = std::move(m_timers.begin()->second);
+        m_timers.erase(m_timers.begin());
+        return work;
     }
     if (m_posted.empty())
     {
@@ -136,20 +137,14 @@ Dispatcher::Work Dispatcher::TakeDue()
     return work;
 }
 
-bool Dispatcher::IsDue(std::uint64_t now)
+bool Dispatcher::IsDue(std::uint64_t now) const
 {
     return !m_posted.empty() || IsTimerDue(now);
 }
 
-bool Dispatcher::IsTimerDue(std::uint64_t now)
+bool Dispatcher::IsTimerDue(std::uint64_t now) const
 {
-    auto const next = Next();
-    return next != m_timers.end() && next->second.due <= now;
-}
-
-Dispatcher::Timers::iterator Dispatcher::Next()
-{
-    return std::ranges::min_element(m_timers, {}, [](auto const& timer) { return timer.second.due; });
+    return !m_timers.empty() && m_timers.begin()->first.first <= now;
 }
 
 } // namespace sim

@@ -8,81 +8,73 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace sim
 {
 
-// Everything that happens on a device, one thing after the other: what processes say, their ends, the limits that run
-// out. What runs here needs no lock. A thread runs it, or a test takes it step by step.
+// Runs all work of a device in sequence: messages from processes, their ends, expired timers. Work needs no lock. A
+// thread runs the dispatcher, or a test steps it.
 class Dispatcher
 {
   public:
     using Work = std::function<void()>;
 
-    // 0 is none.
-    using TimerId = std::uint64_t;
+    // The time when it is due, and its number; zeros for none.
+    using TimerId = std::pair<std::uint64_t, std::uint64_t>;
 
-    // What work has thrown.
-    using Failed = std::function<void(std::exception const&)>;
+    // Handles an exception that propagates from work.
+    using ErrorHandler = std::function<void(std::exception const&)>;
 
-    // time: outlives this. failed: called where the work ran, instead of what would run on.
-    Dispatcher(TimeSource const& time, Failed failed) : m_time(time), m_failed(std::move(failed)) {}
+    // time: outlives this. onError: called on the thread that ran the work.
+    Dispatcher(TimeSource const& time, ErrorHandler onError) : m_time(time), m_onError(std::move(onError)) {}
 
     Dispatcher(Dispatcher const&) = delete;
     Dispatcher& operator=(Dispatcher const&) = delete;
     ~Dispatcher() = default;
 
-    // Behind all that was posted before. From any thread; never blocks.
+    // Queues the work behind all posted work. Any thread; never blocks.
     void Post(Work work);
 
-    // Posts the work and waits until it has run. From any thread but the one that runs this.
+    // Posts the work and waits until it has run. Any thread except the one that runs this.
     void PostAndWait(Work const& work);
 
-    // The work runs once the time is over, unless it is cancelled before. From within work.
+    // Runs the work once, after that time, unless it is cancelled. Called from work.
     TimerId SetTimer(unsigned milliseconds, Work work);
 
-    // Nothing for a timer that has run, or for 0. From within work.
+    // Ignores a timer that has expired, and none. Called from work.
     void CancelTimer(TimerId id);
 
-    // Runs the next work that is due, a timer's before what was posted. False when there is none.
+    // Runs the next work: that of an expired timer before posted work. False when there is none.
     bool Step();
 
-    // Runs all work as it comes, until Stop.
+    // Runs all work until Stop.
     void Run();
 
-    // Run returns after the work that it is at; what still waits never runs. From any thread.
+    // Makes Run return after the current work; queued work never runs. Any thread.
     void Stop();
 
-    // The time source has another time.
+    // The time source's time has changed.
     void TimeChanged();
 
-    // Returns when nothing is due and nothing runs. Gives how much has been posted until then.
+    // Waits until no work is due or running. Returns how often Post has been called.
     std::uint64_t WaitUntilIdle();
 
   private:
-    struct Timer
-    {
-        std::uint64_t due;
-        Work work;
-    };
+    void Execute(Work const& work) const;
 
-    using Timers = std::map<TimerId, Timer>;
-
-    void Do(Work const& work) const;
-
-    // With the lock held.
+    // The caller holds the lock.
     Work TakeDue();
-    bool IsDue(std::uint64_t now); // whether there is work
-    bool IsTimerDue(std::uint64_t now);
-    Timers::iterator Next(); // the earliest timer
+    bool IsDue(std::uint64_t now) const; // whether there is work
+    bool IsTimerDue(std::uint64_t now) const;
 
     TimeSource const& m_time;
-    Failed const m_failed;
+    ErrorHandler const m_onError;
     std::mutex m_mutex; // over all that follows
     std::condition_variable m_changed;
     std::deque<Work> m_posted;
-    Timers m_timers;
-    TimerId m_lastTimer = 0;
+    std::map<TimerId, Work> m_timers;
+    std::uint64_t m_lastTimer = 0;
     std::uint64_t m_postCount = 0;
     bool m_isRunningWork = false;
     bool m_isStopped = false;

@@ -11,26 +11,26 @@
 namespace sim
 {
 
-// The device's record of events: a text file in UTF-8, a line for each, and a listener. Not thread-safe: its
-// owner serialises.
+// The device's record of events: a UTF-8 text file with a line for each, and a listener. Not thread-safe: its owner
+// serialises.
 class Journal
 {
   public:
-    // Appends to the file, made when missing; without a path there is none. time: outlives this. Throws Error when the
-    // file cannot be opened.
+    // Appends to the file and creates it if needed; without a path there is no file. time: outlives this. Throws Error
+    // when the file cannot be opened.
     Journal(std::wstring path, TimeSource const& time);
 
-    // The stamp of an event that happens now.
+    // The time stamp of an event that happens now.
     Moment Now() const { return LocalMoment(m_time.Utc()); }
 
-    // Called for each event, after it has been written.
+    // The listener is called for each event after it is written.
     void Listen(std::function<void(Event const&)> listener);
 
-    // A line that the disk does not take is lost for the file, not for the listener. The file is not kept open: the
+    // A failing write loses the line in the file; the listener still gets the event. The file is not kept open: the
     // device's folder may be removed at any time.
     void Add(std::wstring kind, std::vector<std::wstring> details = {});
 
-    // A process has sent a message that is for another one to send. name, value: of what it is about.
+    // A process has sent a message that only another one may send. name, value: the object of the message.
     template <typename Message>
     void AddRefusal(std::wstring_view name, std::wstring_view value)
     {
@@ -46,7 +46,7 @@ class Journal
     std::function<void(Event const&)> m_listener;
 };
 
-// All events of a journal's file; none when it is missing.
+// All events in a journal's file; none when it is missing.
 std::vector<Event> ReadJournal(std::wstring const& path);
 
 } // namespace sim

@@ -18,16 +18,16 @@ namespace
 constexpr auto elementNotFound = static_cast<std::int32_t>(0x80070490);
 constexpr auto unspecifiedFailure = static_cast<std::int32_t>(0x80004005);
 
-// What the work throws says what was being done.
+// Prefixes the message of an exception from the work with its context.
 template <typename Work>
-void Doing(std::wstring const& what, Work const& work)
+void WithContext(std::wstring const& context, Work const& work)
 try
 {
     work();
 }
 catch (std::exception const& error)
 {
-    throw Error(what + L": " + ReasonOf(error));
+    throw Error(context + L": " + ReasonOf(error));
 }
 
 } // namespace
@@ -54,29 +54,29 @@ Platform::Platform(Device const& device, TimeSource const& time, std::unique_ptr
     });
     m_processes->Listen([this](unsigned long id, unsigned long exitCode) {
         m_dispatcher.Post(
-            [this, id, exitCode] { Doing(L"the end of a process", [&] { ProcessEnded(id, exitCode); }); });
+            [this, id, exitCode] { WithContext(L"the end of a process", [&] { ProcessEnded(id, exitCode); }); });
     });
     m_sessionStart = m_journal.Now();
     if (m_session.Exists())
     {
-        TakeSessionOver();
+        RestoreSession();
     }
-    KeepSession();
+    SaveSession();
 }
 
 void Platform::Received(std::shared_ptr<Peer> from, FromProcess message)
 {
     m_dispatcher.Post([this, from = std::move(from), message = std::move(message)] {
-        std::visit(
-            [&]<typename Message>(Message const& said) { Doing(TypeName<Message>(), [&] { Handle(from, said); }); },
-            message);
+        std::visit([&]<typename Message>(
+                       Message const& said) { WithContext(TypeName<Message>(), [&] { Handle(from, said); }); },
+                   message);
     });
 }
 
 void Platform::Closed(std::shared_ptr<Peer> from)
 {
     m_dispatcher.Post(
-        [this, from = std::move(from)] { Doing(L"the end of a connection", [&] { ConnectionEnded(from); }); });
+        [this, from = std::move(from)] { WithContext(L"the end of a connection", [&] { ConnectionEnded(from); }); });
 }
 
 void Platform::Register(Package package)
@@ -113,7 +113,7 @@ void Platform::SwitchOff()
     m_session.Remove();
 }
 
-void Platform::TakeSessionOver()
+void Platform::RestoreSession()
 {
     m_session.Read([this](StateFile::Words const& words) {
         if (words.size() == 2 && words[0] == L"since")
@@ -140,14 +140,14 @@ void Platform::TakeSessionOver()
         return number;
     };
     auto const lastInstance = last(L"instance");
-    m_instances.NumberAfter(lastInstance);
-    m_services.NumberAfter(last(L"connection"));
-    m_tasks.NumberAfter(last(L"wake"));
+    m_instances.SetLastNumber(lastInstance);
+    m_services.SetLastNumber(last(L"connection"));
+    m_tasks.SetLastNumber(last(L"wake"));
     m_journal.Add(L"broker-lost", {Detail(L"last-instance", std::to_wstring(lastInstance)),
                                    Detail(L"faults", std::to_wstring(m_faults.All().size()))});
 }
 
-void Platform::KeepSession()
+void Platform::SaveSession()
 {
     if (!m_sessionStart)
     {
@@ -173,9 +173,9 @@ void Platform::Handle(From const& from, Hello const& message)
     {
         from->Send(FaultSet{fault});
     }
-    auto const& package = m_registration.Need();
+    auto const& package = m_registration.Require();
     from->Send(Welcome{package.FamilyName(), package.folder});
-    m_app.Attach(from); // sends the first activations: they find the faults in force
+    m_app.Attach(from); // after the faults: it sends the first activations
 }
 
 void Platform::Handle(From const& from, ActivationTaken const& message)
@@ -205,7 +205,7 @@ void Platform::Handle(From const& from, sim::SuspendingCompleted const&)
     }
 }
 
-void Platform::Handle(From const& from, FaultStruck const& message)
+void Platform::Handle(From const& from, FaultTriggered const& message)
 {
     auto const fault = m_app.IsPeer(*from) ? m_faults.Use(message.call) : std::nullopt;
     if (fault)
@@ -213,7 +213,7 @@ void Platform::Handle(From const& from, FaultStruck const& message)
         m_journal.Add(L"fault", fault->Details());
         if (fault->times != Fault::always)
         {
-            KeepSession();
+            SaveSession();
         }
     }
 }
@@ -237,7 +237,7 @@ void Platform::Handle(From const& from, TaskReturned const& message)
     {
         m_services.ServiceReturned(service->connection, from);
     }
-    m_instances.TellCancellation(message.instance);
+    m_instances.SendCancellation(message.instance);
 }
 
 void Platform::Handle(From const& from, TaskCompleted const& message)
@@ -247,7 +247,7 @@ void Platform::Handle(From const& from, TaskCompleted const& message)
     {
         Ended(*ended);
         ContinueStop();
-        m_lifetime.Watch();
+        m_lifetime.CheckIdle();
     }
 }
 
@@ -385,7 +385,7 @@ void Platform::ConnectionEnded(From const& from)
     m_services.CallerEnded(*from);
     for (auto const& ended : m_instances.ProcessEnded(*from))
     {
-        Ended(ended); // first: what it was to get goes to the next process
+        Ended(ended); // first: the activations that waited are for the next process
     }
     Lost(m_app.ConnectionClosed(*from));
     ContinueStop();

@@ -23,64 +23,63 @@
 namespace sim
 {
 
-// The platform of one device: what Windows' own services are to packaged apps. Its host brings it what
-// processes say (simulator/protocol/Messages.h), starts processes for it, and runs its dispatcher, where everything
-// happens.
+// The platform of one device: what the services of Windows are to packaged apps. Its host passes on the messages of
+// processes (simulator/protocol/Messages.h), starts processes for it, and runs its dispatcher, which runs all its work.
 class Platform
 {
   public:
     enum class JournalFile
     {
         Kept,
-        None // events are for followers alone
+        None // followers alone get events
     };
 
-    // switchOff: called on the dispatcher when the device is to be switched off. time: outlives this.
-    // Throws Error when the journal cannot be written.
+    // switchOff: called on the dispatcher when the device is to be switched off. time: outlives this. Throws Error when
+    // the journal cannot be opened.
     Platform(Device const& device, TimeSource const& time, std::unique_ptr<ProcessStarter> processes,
              std::function<void()> switchOff, Limits const& limits = {}, JournalFile journalFile = JournalFile::Kept);
     Platform(Platform const&) = delete;
     Platform& operator=(Platform const&) = delete;
     ~Platform() = default;
 
-    // From any thread; messages of one process in its order.
+    // Any thread; the messages of a process in the order in which it sent them.
     void Received(std::shared_ptr<Peer> from, FromProcess message);
 
-    // After the process's last message: its connection has closed. From any thread.
+    // The connection has closed, after its last message. Any thread.
     void Closed(std::shared_ptr<Peer> from);
 
-    Dispatcher& Work() noexcept { return m_dispatcher; }
+    sim::Dispatcher& Dispatcher() noexcept { return m_dispatcher; }
 
-    // --- the rest on the dispatcher only ---
+    // --- all that follows: called from the dispatcher's work ---
 
-    // For a device whose package lies in no folder and whose app process is the caller's own.
+    // For a device whose package is in no folder and whose app process is the caller's own.
     void Register(Package package);
     void ExpectApp(unsigned long processId);
     void ProcessEnded(unsigned long id, unsigned long exitCode);
 
-    // What an activation that no registration or no caller is behind does.
+    // Start and cancellation of an instance without a registration or a caller.
     std::optional<std::uint32_t> StartInstance(TaskInstances::Content content);
     void CancelInstance(std::uint32_t instance, std::uint32_t reason);
 
     // Opens a channel with a URI of the caller's choice.
     void ReplaceChannel(std::wstring uri);
 
-    // Of the registered background tasks, whether the app runs or not.
+    // The names of the registered background tasks, whether the app runs or not.
     std::vector<std::wstring> TaskNames() const;
 
-    // Ends everything that was started: the device is switched off. A platform that is not told so was killed; the next
-    // one takes over its faults, and its numbers go on.
+    // The device is switched off: terminates all processes. The successor of a platform that was killed instead
+    // restores its faults and continues its numbers.
     void SwitchOff();
 
   private:
     using From = std::shared_ptr<Peer>;
 
-    // What processes say.
+    // Messages of processes.
     void Handle(From const& from, Hello const& message);
     void Handle(From const& from, ActivationTaken const& message);
     void Handle(From const& from, sim::ExitAnnounced const& message);
     void Handle(From const& from, sim::SuspendingCompleted const& message);
-    void Handle(From const& from, FaultStruck const& message);
+    void Handle(From const& from, FaultTriggered const& message);
     void Handle(From const& from, Report const& message);
     void Handle(From const& from, TaskReturned const& message);
     void Handle(From const& from, TaskCompleted const& message);
@@ -91,16 +90,16 @@ class Platform
     void Handle(From const& from, Follow const& message);
     void Handle(From const& from, sim::SwitchOff const& message);
 
-    // What they ask. What is thrown refuses it.
+    // Their requests. An exception refuses the request.
     using AnyReply = std::function<void(AnyAnswer const&)>;
     static AnyReply ReplyTo(From const& from, std::uint32_t number);
 
-    // Answers that come later.
+    // Answered later.
     void Answer(From const& from, std::uint32_t number, OpenConnection const& request);
     void Answer(From const& from, std::uint32_t number, SendRequest const& request);
     void Answer(From const& from, std::uint32_t number, UpdatePackage const& request);
 
-    // Answers at once.
+    // Answered at once.
     template <typename Request>
     void Answer(From const& from, std::uint32_t number, Request const& request);
     ResponseTaken AnswerTo(Peer const& from, GiveResponse const& request);
@@ -138,31 +137,31 @@ class Platform
         AnyReply reply;
     };
 
-    // What the app has to end or stop for, and its running tasks to end first: an update, a logoff, sleep.
+    // Ends or suspends the app for an update, a logoff or sleep, after its running tasks have ended.
     void StopAppFor(std::uint32_t reason);
     void ContinueStop();
     void Finish(Update& update); // the new version is registered
 
-    void NeedApp() const;
-    void NeedNoApp() const;
+    void RequireApp() const;
+    void RequireNoApp() const;
 
-    // What is in force until the device is switched off.
-    void TakeSessionOver();
-    void KeepSession();
+    // The session: what is in force until the device is switched off.
+    void RestoreSession();
+    void SaveSession();
 
-    // Something has failed that no process hears of.
+    // Notes a failure that is reported to no process.
     void NoteFailure(std::wstring const& reason);
 
-    // What follows from an end.
+    // Consequences of an end.
     void ConnectionEnded(From const& from);
     void Lost(AppProcess::Activations const& activations);
     void Ended(TaskInstances::Ended const& instance);
 
     Device const m_device;
-    Dispatcher m_dispatcher;
+    sim::Dispatcher m_dispatcher;
     Journal m_journal;
     StateFile m_session;
-    std::optional<Moment> m_sessionStart; // none once it is over
+    std::optional<Moment> m_sessionStart; // nullopt after the session
     Clock m_clock;
     Registration m_registration;
     FaultTable m_faults;
@@ -176,7 +175,7 @@ class Platform
     AppLifetime m_lifetime;
     AppServices m_services;
     BackgroundTasks m_tasks;
-    std::optional<Update> m_update; // while it waits for the app's end
+    std::optional<Update> m_update; // set while it waits for the app's end
 };
 
 } // namespace sim

@@ -1,45 +1,36 @@
 #pragma once
+#include "simulator/base/Process.h"
+
 #include <functional>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace sim
 {
 
-struct ProcessRequest
-{
-    std::wstring executable;
-    std::wstring commandLine;
-    std::wstring folder;                                            // its current one
-    std::vector<std::pair<std::wstring, std::wstring>> environment; // in place of the platform's own values
-};
-
 struct StartedProcess
 {
-    unsigned long error = 0; // of the system; 0: started
+    unsigned long error = 0; // the system's; 0 for success
     unsigned long id = 0;
 };
 
-// Starts processes, stops and ends them, and tells when they end.
+// Starts, suspends and terminates processes, and reports when they end.
 class ProcessStarter
 {
   public:
     using Ended = std::function<void(unsigned long id, unsigned long exitCode)>;
 
-    // Nothing is told any more when it returns.
+    // No callback runs after it returns.
     virtual ~ProcessStarter() = default;
 
-    // ended: called once for each process that was started, on any thread. Once, before the first Start.
+    // ended: called once for each started process, on any thread. Called once, before the first Start.
     virtual void Listen(Ended ended) = 0;
 
     virtual StartedProcess Start(ProcessRequest const& request) = 0;
 
-    // Ends a process that was started here and still runs.
+    // Terminates a process that was started here and still runs.
     virtual void Kill(unsigned long id, unsigned long exitCode) = 0;
 
-    // Suspend stops all threads of such a process; it returns false when they do not stop, as in a process that is
-    // ending. Resume restarts them. A suspended process does not outlive this object.
+    // Suspends all threads of such a process; false on failure, as for a process that is ending. Resume reverses it. A
+    // suspended process does not outlive this object.
     virtual bool Suspend(unsigned long id) = 0;
     virtual void Resume(unsigned long id) = 0;
 };

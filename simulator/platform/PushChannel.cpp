@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
 #include <windows.h>
 
 #include <bcrypt.h>
@@ -19,61 +18,30 @@ namespace
 constexpr wchar_t ended[] = L"ended";
 constexpr std::int64_t lifetime = 30LL * 24 * 60 * Clock::minute;
 
-std::wstring Base64(std::span<unsigned char const> bytes)
-{
-    constexpr std::wstring_view digits = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::wstring text;
-    for (std::size_t i = 0; i < bytes.size(); i += 3)
-    {
-        auto const at = [&](std::size_t index) { return index < bytes.size() ? bytes[index] : 0u; };
-        auto const group = at(i) << 16 | at(i + 1) << 8 | at(i + 2);
-        text += digits[group >> 18];
-        text += digits[group >> 12 & 63];
-        text += i + 1 < bytes.size() ? digits[group >> 6 & 63] : L'=';
-        text += i + 2 < bytes.size() ? digits[group & 63] : L'=';
-    }
-    return text;
-}
-
-// With "+", "/" and "=" in it: what has to be escaped in a URI is there each time.
-std::wstring NewToken()
-{
-    for (;;)
-    {
-        std::array<unsigned char, 112> bytes;
-        if (BCryptGenRandom(nullptr, bytes.data(), bytes.size(), BCRYPT_USE_SYSTEM_PREFERRED_RNG) < 0)
-        {
-            throw Error(L"the system gives no random numbers");
-        }
-        auto token = Base64(bytes);
-        if (token.find(L'+') != std::wstring::npos && token.find(L'/') != std::wstring::npos)
-        {
-            return token;
-        }
-    }
-}
-
+// With an escaped "+", "/" and "=" in each: clients must keep the escapes.
 std::wstring NewUri()
 {
-    std::wstring uri = L"https://db5p.notify.windows.com/?token=";
-    for (auto const character : NewToken())
+    // Those of Base64.
+    constexpr std::wstring_view digits = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+    constexpr std::wstring_view escapedDigits[] = {L"%2b", L"%2f"};
+    for (;;)
     {
-        switch (character)
+        std::array<unsigned char, 150> bytes;
+        if (BCryptGenRandom(nullptr, bytes.data(), bytes.size(), BCRYPT_USE_SYSTEM_PREFERRED_RNG) < 0)
         {
-        case L'+':
-            uri += L"%2b";
-            break;
-        case L'/':
-            uri += L"%2f";
-            break;
-        case L'=':
-            uri += L"%3d";
-            break;
-        default:
-            uri += character;
+            throw Error(L"cannot generate random numbers");
+        }
+        std::wstring token;
+        for (auto const byte : bytes)
+        {
+            auto const index = byte % 64u;
+            token += index < digits.size() ? digits.substr(index, 1) : escapedDigits[index - digits.size()];
+        }
+        if (std::ranges::all_of(escapedDigits, [&](auto const digit) { return token.find(digit) != token.npos; }))
+        {
+            return L"https://db5p.notify.windows.com/?token=" + token + L"%3d%3d";
         }
     }
-    return uri;
 }
 
 } // namespace
@@ -110,7 +78,7 @@ std::optional<PushChannel::Refusal> PushChannel::RefusalOf(std::wstring const& u
 
 PushChannel::Channel const& PushChannel::Create()
 {
-    ClockAdvanced(); // the wall clock, too, goes on
+    ClockAdvanced(); // time has passed without an advance, too
     return m_channel ? *m_channel : Open(NewUri());
 }
 
@@ -123,12 +91,12 @@ void PushChannel::Replace(std::wstring uri)
 PushChannel::Channel const& PushChannel::Open(std::wstring uri)
 {
     Channel channel{std::move(uri), m_clock.Now() + lifetime};
-    Keep(channel);
+    Save(channel);
     m_journal.Add(L"channel-created", {Detail(L"expires", Clock::Text(channel.expiry))});
     return m_channel.emplace(std::move(channel));
 }
 
-void PushChannel::Keep(std::optional<Channel> const& channel) const
+void PushChannel::Save(std::optional<Channel> const& channel) const
 {
     std::vector<StateFile::Words> lines(m_ended.size());
     std::ranges::transform(m_ended, lines.begin(), [](auto const& uri) { return StateFile::Words{uri, ended}; });
@@ -160,7 +128,7 @@ void PushChannel::End(std::wstring uri, std::wstring event)
     m_ended.push_back(std::move(uri));
     m_channel.reset();
     m_journal.Add(std::move(event));
-    Keep(std::nullopt);
+    Save(std::nullopt);
 }
 
 std::wstring PushChannel::Status() const

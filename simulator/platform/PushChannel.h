@@ -10,57 +10,58 @@
 namespace sim
 {
 
-// The app's push channel, kept on the device. The URI stays the same until the channel expires or is revoked.
+// The app's push channel, saved on the device. The URI stays the same until the channel expires or is revoked.
 class PushChannel
 {
   public:
     struct Channel
     {
         std::wstring uri;
-        std::int64_t expiry; // of the clock
+        std::int64_t expiry; // by the clock
     };
 
     PushChannel(Journal& journal, Clock const& clock) : m_file({}, journal), m_journal(journal), m_clock(clock) {}
 
-    // The channel that is kept in that file takes the place of this one.
+    // Replaces the channel by the one in the file.
     void Load(std::wstring file);
 
-    // The live channel, or a new one. Throws Error when that cannot be kept.
+    // Returns the open channel, or a new one. Throws Error when that cannot be saved.
     Channel const& Create();
 
-    // Opens a new channel with a URI of the caller's choice, in place of the one that is there. Throws Error.
+    // Revokes the channel and opens a new one with the caller's URI. Throws Error.
     void Replace(std::wstring uri);
 
-    bool IsLive() const { return m_channel.has_value(); }
+    bool IsOpen() const { return m_channel.has_value(); }
 
-    // What the push service answers to a push to that URI: its status and what that means. None: it takes the push.
+    // The push service's refusal of a push to a URI: its HTTP status and what that means.
     struct Refusal
     {
         unsigned status;
         std::wstring_view meaning;
     };
 
+    // nullopt: the service accepts the push.
     std::optional<Refusal> RefusalOf(std::wstring const& uri) const;
 
     // Ends the channel, if there is one.
     void Revoke();
 
-    // Ends the channel if its time is over.
+    // Ends the channel if it has expired.
     void ClockAdvanced();
 
-    // For people.
+    // Display text.
     std::wstring Status() const;
 
   private:
     Channel const& Open(std::wstring uri);
     void End(std::wstring uri, std::wstring event);
-    void Keep(std::optional<Channel> const& channel) const;
+    void Save(std::optional<Channel> const& channel) const;
 
     StateFile m_file;
     Journal& m_journal;
     Clock const& m_clock;
     std::optional<Channel> m_channel;
-    std::vector<std::wstring> m_ended; // the URIs of those before
+    std::vector<std::wstring> m_ended; // the URIs of earlier channels
 };
 
 } // namespace sim

@@ -22,7 +22,7 @@ Registration::Registration(Device const& device, Journal& journal) : m_device(de
     }
 }
 
-Package const& Registration::Need() const
+Package const& Registration::Require() const
 {
     if (!m_package)
     {
@@ -31,7 +31,7 @@ Package const& Registration::Need() const
     return *m_package;
 }
 
-void Registration::NeedNoDowngradeTo(Package const& package) const
+void Registration::RequireNoDowngradeTo(Package const& package) const
 {
     if (m_package && m_package->FamilyName() == package.FamilyName() &&
         package.manifest.VersionNumber() < m_package->manifest.VersionNumber())
@@ -53,7 +53,7 @@ void Registration::Set(Package package)
 
 void Registration::Remove()
 {
-    auto const family = Need().FamilyName();
+    auto const family = Require().FamilyName();
     sim::Remove(m_device.RegistrationFile());
     sim::Remove(m_device.PackageDataFolder(family));
     m_package.reset();

@@ -12,22 +12,22 @@ namespace sim
 class Registration
 {
   public:
-    // Reads which one that is. A package whose files are missing or broken since then is registered no more.
+    // Reads it from the device. A package whose files are missing or damaged is no longer registered.
     Registration(Device const& device, Journal& journal);
 
     // Null when none is registered.
     Package const* Current() const noexcept { return m_package ? &*m_package : nullptr; }
 
     // Throws Error when none is registered.
-    Package const& Need() const;
+    Package const& Require() const;
 
-    // Throws Error for a version that is lower than the registered one of the same family.
-    void NeedNoDowngradeTo(Package const& package) const;
+    // Throws Error for a version lower than the registered one of the same family.
+    void RequireNoDowngradeTo(Package const& package) const;
 
-    // Throws Error when it cannot be kept.
+    // Throws Error when it cannot be saved.
     void Set(Package package);
 
-    // As on the platform, all that the device keeps for its family goes with it.
+    // Also removes all data that the device keeps for its family, as Windows does.
     void Remove();
 
   private:

@@ -8,16 +8,16 @@ namespace sim
 Shown Platform::AnswerTo(Peer const&, RegisterPackage const& request)
 {
     auto package = OpenFor(request.folder, request.isForced);
-    NeedNoApp();
+    RequireNoApp();
     m_registration.Set(std::move(package));
     LoadState();
-    return {m_registration.Need().FamilyName()};
+    return {m_registration.Require().FamilyName()};
 }
 
 Shown Platform::AnswerTo(Peer const&, UnregisterPackage const&)
 {
-    auto const family = m_registration.Need().FamilyName();
-    NeedNoApp();
+    auto const family = m_registration.Require().FamilyName();
+    RequireNoApp();
     m_registration.Remove();
     LoadState();
     return {family};
@@ -25,7 +25,7 @@ Shown Platform::AnswerTo(Peer const&, UnregisterPackage const&)
 
 void Platform::Answer(From const& from, std::uint32_t number, UpdatePackage const& request)
 {
-    auto const family = m_registration.Need().FamilyName();
+    auto const family = m_registration.Require().FamilyName();
     auto package = OpenFor(request.folder, request.isForced);
     if (package.FamilyName() != family)
     {
@@ -43,15 +43,11 @@ Shown Platform::AnswerTo(Peer const&, SetCondition const& request)
 {
     auto const& traits = TraitsOf(request.condition);
     m_tasks.Set(request);
-    if (request.holds && traits.stopsTheApp && traits.cancels)
-    {
-        StopAppFor(*traits.cancels);
-    }
+    request.holds&& traits.stopsTheApp&& traits.cancels ? StopAppFor(*traits.cancels) : ContinueStop();
     if (request.holds && request.condition == Condition::LoggedOff)
     {
         m_desktop.KillAll();
     }
-    ContinueStop();
     return {};
 }
 
@@ -62,8 +58,8 @@ void Platform::StopAppFor(std::uint32_t reason)
     ContinueStop();
 }
 
-// The running tasks end first, then the process. What waits is for the process after it, or for the same one after the
-// device's sleep.
+// The running tasks end first, then the process is terminated or, for sleep, suspended. Held activations are for the
+// next process, or for the same one after the sleep.
 void Platform::ContinueStop()
 {
     if (!m_update && m_tasks.StoppedBy().empty())
@@ -71,7 +67,7 @@ void Platform::ContinueStop()
         if (m_app.IsHeld())
         {
             Lost(m_app.Release());
-            m_lifetime.Watch();
+            m_lifetime.CheckIdle();
         }
         return;
     }
@@ -101,7 +97,7 @@ void Platform::Finish(Update& update)
     try
     {
         m_registration.Set(std::move(update.package));
-        update.reply(Shown{m_registration.Need().FamilyName()});
+        update.reply(Shown{m_registration.Require().FamilyName()});
     }
     catch (Error const& error)
     {
@@ -114,12 +110,12 @@ Package Platform::OpenFor(std::wstring const& folder, bool isForced) const
     auto package = OpenPackage(folder);
     if (!isForced)
     {
-        m_registration.NeedNoDowngradeTo(package);
+        m_registration.RequireNoDowngradeTo(package);
     }
     return package;
 }
 
-// What the device keeps for the registered package's family: nothing of it is another family's.
+// Channel and tasks belong to the registered package's family.
 void Platform::LoadState()
 {
     auto const* const package = m_registration.Current();

@@ -8,7 +8,7 @@
 namespace sim
 {
 
-// A file in which the platform keeps something beyond the device's restart, as lines of words.
+// A file of the platform's state that outlasts the device's restart. Its lines are words.
 class StateFile
 {
   public:
@@ -16,8 +16,8 @@ class StateFile
 
     StateFile(std::wstring path, Journal& journal) : m_path(std::move(path)), m_journal(&journal) {}
 
-    // Gives its lines to `take`, which throws Error for one that makes no sense. A damaged file is set aside
-    // (Device::SetAside), the journal says what is wrong with it, and its other lines stay in force.
+    // Passes each line to `take`, which throws Error for an invalid one. A damaged file is set aside
+    // (Device::SetAside), the journal gives the reason, and its valid lines stay in force.
     void Read(std::function<void(Words const&)> const& take) const;
 
     // Throws Error.
@@ -33,7 +33,7 @@ class StateFile
     Journal* m_journal;
 };
 
-// The number that a word stands for, at most the largest one. Throws Error; what: its name.
+// Parses a number of at most `largest`. what: its name in the Error that it throws.
 std::int64_t NumberIn(std::wstring const& word, std::wstring_view what, std::int64_t largest = INT64_MAX);
 
 } // namespace sim

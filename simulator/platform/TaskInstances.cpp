@@ -19,7 +19,7 @@ std::wstring NameIn(TaskInstances::Content const& content)
                       content);
 }
 
-// Of an app service; 0 for a task.
+// The app service's connection; 0 for a task.
 std::uint32_t ConnectionIn(TaskInstances::Content const& content)
 {
     auto const* const service = std::get_if<ServiceStart>(&content);
@@ -52,7 +52,7 @@ std::optional<std::uint32_t> TaskInstances::Start(Content content)
     }
     catch (Error const&)
     {
-        Lost(number); // why is in the journal already
+        Lost(number); // the journal has the reason
         return std::nullopt;
     }
 }
@@ -92,7 +92,7 @@ std::optional<TaskInstances::Ended> TaskInstances::Completed(std::uint32_t insta
 std::optional<TaskInstances::Ended> TaskInstances::Lost(std::uint32_t instance)
 {
     auto const entry = m_instances.find(instance);
-    return entry == m_instances.end() ? std::nullopt : std::optional(Remove(entry, End::Gone, L"task-lost"));
+    return entry == m_instances.end() ? std::nullopt : std::optional(Remove(entry, End::Lost, L"task-lost"));
 }
 
 std::vector<TaskInstances::Ended> TaskInstances::ProcessEnded(Peer const& app)
@@ -103,7 +103,7 @@ std::vector<TaskInstances::Ended> TaskInstances::ProcessEnded(Peer const& app)
         auto const current = entry++;
         if (current->second.app.get() == &app)
         {
-            ended.push_back(Remove(current, End::Gone, L"task-lost"));
+            ended.push_back(Remove(current, End::Lost, L"task-lost"));
         }
     }
     return ended;
@@ -154,7 +154,7 @@ bool TaskInstances::IsAnyRunning() const noexcept
     return std::ranges::any_of(m_instances, [](auto const& entry) { return entry.second.app != nullptr; });
 }
 
-void TaskInstances::TellCancellation(std::uint32_t instance)
+void TaskInstances::SendCancellation(std::uint32_t instance)
 {
     auto const entry = m_instances.find(instance);
     if (entry == m_instances.end())
@@ -191,14 +191,14 @@ void TaskInstances::Cancel(Map::value_type& entry, std::uint32_t reason)
     auto details = DetailsOf(number, instance.content);
     details.push_back(Detail(L"reason", CancellationReason::NameOf(reason)));
     m_journal.Add(L"task-cancelled", std::move(details));
-    TellCancellation(number);
+    SendCancellation(number);
     if (instance.app)
     {
         SetLimit(entry);
     }
 }
 
-// The limit that the instance now has in place of the one before. An app service lives as long as its caller does.
+// Replaces the instance's time limit. An app service has none until it is cancelled: it lives as long as its caller.
 void TaskInstances::SetLimit(Map::value_type& entry)
 {
     auto& [number, instance] = entry;

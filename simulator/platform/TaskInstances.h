@@ -16,18 +16,18 @@
 namespace sim
 {
 
-// How long the platform waits, in milliseconds.
+// Time limits of the platform, in milliseconds.
 struct Limits
 {
-    unsigned task = 30'000;       // for a trigger task's deferrals, then it is cancelled
-    unsigned afterCancel = 5'000; // for the deferrals of a cancelled task, then the process is ended
-    unsigned idle = 5'000; // with nothing left to do for an app that is in the background only, then it is suspended
-    unsigned suspending = 5'000; // for the deferrals of Suspending
-    unsigned suspended = 2'000;  // then such an app is ended
+    unsigned task = 30'000;       // for a trigger task's deferrals; then it is cancelled
+    unsigned afterCancel = 5'000; // for a cancelled task's deferrals; then the process is terminated
+    unsigned idle = 5'000;        // of an app in the background; then Suspending is raised
+    unsigned suspending = 5'000;  // for the deferrals of Suspending; then it is suspended
+    unsigned suspended = 2'000;   // then it is terminated
 };
 
-// The background tasks that run, one instance for each activation of the app: from the trigger until the last deferral
-// is completed, the limits that they keep, and their cancellation. All run in the app's one process.
+// The instances of background tasks, one for each activation of the app, from the trigger until the last deferral is
+// completed: their time limits and their cancellation. All run in the app's single process.
 class TaskInstances
 {
   public:
@@ -37,7 +37,7 @@ class TaskInstances
     {
         Completed,
         Cancelled, // completed after a cancellation
-        Gone       // the process ended, or did not even start
+        Lost       // the process ended, or did not start
     };
 
     // An instance that has ended.
@@ -49,52 +49,52 @@ class TaskInstances
 
     TaskInstances(AppProcess& app, Journal& journal, Dispatcher& dispatcher, Limits const& limits);
 
-    // The next instance has the number after this one.
-    void NumberAfter(std::uint32_t last) noexcept { m_last = last; }
+    // The next instance gets the number after this one.
+    void SetLastNumber(std::uint32_t last) noexcept { m_last = last; }
 
-    // Activates the app; content: its instance is given here. Gives the instance, or nothing when the app does not
-    // start.
+    // Activates the app. Sets the instance in the content and returns it; nullopt when the app does not start.
     std::optional<std::uint32_t> Start(Content content);
 
-    // What the app's process says of an instance. Nothing for one that has ended. Returned: what has returned, once.
+    // The app's process has taken an instance; its OnBackgroundActivated has returned; its deferrals are completed. An
+    // instance that has ended is ignored. Returned returns the content once.
     void Taken(std::shared_ptr<Peer> const& app, std::uint32_t instance);
     std::optional<Content> Returned(std::shared_ptr<Peer> const& app, std::uint32_t instance);
     std::optional<Ended> Completed(std::uint32_t instance);
 
-    // The activation did not reach a process.
+    // The activation has reached no process.
     std::optional<Ended> Lost(std::uint32_t instance);
 
-    // The process of an app has ended, and with it the instances that it had taken.
+    // The app's process has ended: ends the instances that it had taken.
     std::vector<Ended> ProcessEnded(Peer const& app);
 
-    // Once for each instance. The app is told when OnBackgroundActivated has returned.
+    // Takes effect once for each instance. The app is notified once OnBackgroundActivated has returned.
     void Cancel(std::uint32_t instance, std::uint32_t reason);
     void CancelTask(std::wstring const& taskId, std::uint32_t reason);
     void CancelAll(std::uint32_t reason);
-    void CancelRunning(std::uint32_t reason); // those that the app's process has taken
+    void CancelRunning(std::uint32_t reason); // the instances that the app's process has taken
 
-    // Tells the app of a cancellation that came before OnBackgroundActivated had returned.
-    void TellCancellation(std::uint32_t instance);
+    // Sends the app a cancellation from before OnBackgroundActivated had returned.
+    void SendCancellation(std::uint32_t instance);
 
-    // For people: a line for each.
+    // Display text: a line for each.
     std::wstring Text() const;
 
     std::size_t Count() const noexcept { return m_instances.size(); }
 
-    // Whether the app's process has taken one.
+    // Whether the app's process has taken an instance.
     bool IsAnyRunning() const noexcept;
 
   private:
     struct Instance
     {
         Content content;
-        std::shared_ptr<Peer> app = {}; // once it was taken
+        std::shared_ptr<Peer> app = {}; // null until it is taken
         bool hasReturned = false;
         std::optional<std::uint32_t> cancelReason = {};
-        Dispatcher::TimerId limit = 0;
+        Dispatcher::TimerId limit = {};
     };
 
-    using Map = std::map<std::uint32_t, Instance>; // by number, so in the order of their start
+    using Map = std::map<std::uint32_t, Instance>; // by number, which is the order of their start
 
     void Cancel(Map::value_type& entry, std::uint32_t reason);
     void SetLimit(Map::value_type& entry);

@@ -54,7 +54,7 @@ void TaskRegistry::Add(RegisteredTask task)
 {
     auto tasks = m_tasks;
     tasks.push_back(std::move(task));
-    Keep(std::move(tasks));
+    Save(std::move(tasks));
 }
 
 void TaskRegistry::Remove(std::wstring const& id)
@@ -62,7 +62,7 @@ void TaskRegistry::Remove(std::wstring const& id)
     auto tasks = m_tasks;
     if (std::erase_if(tasks, [&](auto const& task) { return task.id == id; }) > 0)
     {
-        Keep(std::move(tasks));
+        Save(std::move(tasks));
     }
 }
 
@@ -76,10 +76,10 @@ void TaskRegistry::SetDue(std::wstring const& id, std::int64_t due)
             task.due = due;
         }
     }
-    Keep(std::move(tasks));
+    Save(std::move(tasks));
 }
 
-void TaskRegistry::Keep(std::vector<RegisteredTask> tasks)
+void TaskRegistry::Save(std::vector<RegisteredTask> tasks)
 {
     std::vector<Words> lines(tasks.size());
     std::ranges::transform(tasks, lines.begin(), WordsOf);

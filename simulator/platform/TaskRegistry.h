@@ -14,12 +14,12 @@ struct RegisteredTask
     std::wstring id; // a GUID without braces
     std::wstring name;
     Trigger trigger = Trigger::Push;
-    unsigned minutes = 0; // of a timer: its period
-    bool once = false;    // of a timer: it runs a single time
-    std::int64_t due = 0; // of a timer: when it runs next, by the device's clock
+    unsigned minutes = 0; // the period of a timer
+    bool once = false;    // whether a timer runs a single time
+    std::int64_t due = 0; // the next run of a timer, by the device's clock
 };
 
-// The registrations of background tasks, in their order, kept on the device.
+// The registrations of background tasks, in their order, saved on the device.
 class TaskRegistry
 {
   public:
@@ -29,13 +29,13 @@ class TaskRegistry
 
     std::vector<RegisteredTask> const& All() const noexcept { return m_tasks; }
 
-    // These throw Error, and change nothing, when the change cannot be kept.
+    // These throw Error, and change nothing, when the change cannot be saved.
     void Add(RegisteredTask task);
-    void Remove(std::wstring const& id); // nothing when there is none of that id
+    void Remove(std::wstring const& id); // ignores an unknown id
     void SetDue(std::wstring const& id, std::int64_t due);
 
   private:
-    void Keep(std::vector<RegisteredTask> tasks);
+    void Save(std::vector<RegisteredTask> tasks);
 
     StateFile m_file;
     std::vector<RegisteredTask> m_tasks;

@@ -1,6 +1,7 @@
 #pragma once
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace sim
@@ -71,6 +72,15 @@ class Device
 
     // The user's temporary folder, which desktop programs use.
     std::wstring DesktopTemporaryFolder() const { return m_home + L"\\Temp"; }
+
+    // The environment variables of the package's processes, in place of their parent's. GetTempPathW reads TMP first.
+    std::vector<std::pair<std::wstring, std::wstring>> Environment(std::wstring const& temporaryFolder) const
+    {
+        return {{L"VELMO_SIM_HOME", m_home},
+                {L"LOCALAPPDATA", m_home},
+                {L"TEMP", temporaryFolder},
+                {L"TMP", temporaryFolder}};
+    }
 
     // The report of a stand-in desktop component about itself, one file for each process.
     std::wstring DesktopReportFile(unsigned long processId) const

@@ -42,7 +42,7 @@ struct SuspendingCompleted
 };
 
 // A fault has made this call fail.
-struct FaultStruck
+struct FaultTriggered
 {
     std::wstring call;
 };
@@ -178,7 +178,7 @@ struct EventHappened
 };
 
 using FromProcess =
-    std::variant<Hello, ActivationTaken, ExitAnnounced, FaultStruck, Report, TaskReturned, TaskCompleted,
+    std::variant<Hello, ActivationTaken, ExitAnnounced, FaultTriggered, Report, TaskReturned, TaskCompleted,
                  RequestCompleted, RequestRefused, ConnectionClosed, Request, Follow, SwitchOff, SuspendingCompleted>;
 
 using ToProcess = std::variant<Welcome, NotTheApp, Activate, FaultSet, FaultsCleared, TaskCancelled, TaskEnded,

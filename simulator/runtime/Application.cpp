@@ -18,7 +18,7 @@ struct ApplicationFactory
 {
     Xaml::Application CreateInstance(IInspectable const& outer, IInspectable& inner) const
     {
-        ThrowIfStruck(L"Application.CreateInstance");
+        InjectFault(L"Application.CreateInstance");
         auto const application =
             winrt::impl::composable_factory<ApplicationBase>::CreateInstance<Xaml::Application>(outer, inner);
         auto* const base = winrt::get_self<ApplicationBase>(application.as<Xaml::IApplication>());
@@ -30,7 +30,7 @@ struct ApplicationFactory
 
     void Start(Xaml::ApplicationInitializationCallback const& callback) const
     {
-        ThrowIfStruck(L"Application.Start");
+        InjectFault(L"Application.Start");
         winrt::check_hresult(Framework::Instance().Run(callback));
     }
 
@@ -38,7 +38,7 @@ struct ApplicationFactory
     void LoadComponent(IInspectable const& component, Foundation::Uri const& address,
                        ComponentResourceLocation location = ComponentResourceLocation::Application) const
     {
-        ThrowIfStruck(L"Application.LoadComponent");
+        InjectFault(L"Application.LoadComponent");
         Framework::Instance().NeedUiThread();
         if (!component || !address)
         {
@@ -52,7 +52,7 @@ struct WindowFactory : Implements<WindowFactory, IActivationFactory, Xaml::IWind
 {
     Xaml::Window Current() const
     {
-        return StruckByNull(L"Window.Current") ? nullptr : Framework::Instance().CurrentWindow();
+        return InjectFault(L"Window.Current") ? nullptr : Framework::Instance().CurrentWindow();
     }
 };
 
@@ -62,7 +62,7 @@ struct CoreApplicationFactory : Implements<CoreApplicationFactory, IActivationFa
     // Ends the app without Suspending. Returns before the end, which comes when the UI thread is free.
     void Exit() const
     {
-        ThrowIfStruck(L"CoreApplication.Exit");
+        InjectFault(L"CoreApplication.Exit");
         CurrentHost().Exit();
     }
 };

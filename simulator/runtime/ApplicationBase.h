@@ -29,7 +29,7 @@ struct ApplicationBase : Implements<ApplicationBase, Xaml::IApplication, Xaml::I
 
     winrt::event_token Suspending(Xaml::SuspendingEventHandler const& handler)
     {
-        ThrowIfStruck(L"Application.Suspending");
+        InjectFault(L"Application.Suspending");
         return m_suspending.add(handler);
     }
 

@@ -21,7 +21,7 @@ struct Deferral : winrt::implements<Deferral<Class>, winrt::default_interface<Cl
 
     void Complete()
     {
-        ThrowIfStruck(CallOf<Class>(L"Complete"));
+        InjectFault(CallOf<Class>(L"Complete"));
         m_completed(!m_isCompleted.exchange(true));
     }
 

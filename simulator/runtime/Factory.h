@@ -28,7 +28,7 @@ struct DefaultFactory : winrt::implements<DefaultFactory<T>, IActivationFactory>
 {
     IInspectable ActivateInstance() const
     {
-        ThrowIfStruck(CallOf<typename T::class_type>(L"ActivateInstance"));
+        InjectFault(CallOf<typename T::class_type>(L"ActivateInstance"));
         return winrt::make<T>();
     }
 

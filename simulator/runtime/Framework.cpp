@@ -48,7 +48,7 @@ template <typename Args, typename... Values>
 typename Args::class_type MakeArgs(Values const&... values)
 {
     auto const name = LastPart(winrt::name_of<typename Args::class_type>());
-    return StruckByNull(name) ? nullptr : winrt::make<Args>(values...);
+    return InjectFault(name) ? nullptr : winrt::make<Args>(values...);
 }
 
 std::vector<std::wstring> ResultDetail(std::int32_t result)

@@ -88,7 +88,7 @@ std::optional<Fault> Host::TakeFault(std::wstring_view call)
     }
     if (fault)
     {
-        Tell(FaultStruck{fault->call});
+        Tell(FaultTriggered{fault->call});
     }
     return fault;
 }

@@ -47,7 +47,7 @@ class Host : public std::enable_shared_from_this<Host>
     void Received(ToProcess const& message);
     void Disconnected();
 
-    // Any other process is a desktop program: it has no package identity, gets no activations and is struck by no
+    // Any other process is a desktop program: it has no package identity, gets no activations and is exempt from
     // faults.
     bool IsApp() const
     {
@@ -69,7 +69,7 @@ class Host : public std::enable_shared_from_this<Host>
     // The same, from outside.
     void End() { m_activations.End(); }
 
-    // The fault that strikes this call, if any.
+    // The fault to inject into this call, if any.
     virtual std::optional<Fault> TakeFault(std::wstring_view call);
 
     // For the device's journal.

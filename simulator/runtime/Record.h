@@ -22,8 +22,8 @@ struct Interfaces
 {
 };
 
-// A class D whose objects hold the values of read-only properties. A fault can strike each getter. D may declare other
-// members.
+// A class D whose objects hold the values of read-only properties. A fault can be injected into each getter. D may
+// declare other members.
 template <typename D, typename Class, typename List, typename... Properties>
 struct RecordOf;
 
@@ -54,7 +54,7 @@ struct RecordOf<D, Class, Interfaces<I...>, Properties...> : Implements<D, I...>
     template <typename T>
     static T ValueOf(std::string_view property, T const& value)
     {
-        auto const isNull = StruckByNull(CallOf<Class>(std::wstring(property.begin(), property.end())));
+        auto const isNull = InjectFault(CallOf<Class>(std::wstring(property.begin(), property.end())));
         if constexpr (std::is_base_of_v<Foundation::IUnknown, T>)
         {
             return isNull ? T(nullptr) : value;

@@ -52,7 +52,7 @@ KnownClass const* Find(std::wstring_view name) noexcept
 
 } // namespace
 
-bool StruckByNull(std::wstring_view call)
+bool InjectFault(std::wstring_view call)
 {
     auto const fault = CurrentHost().TakeFault(call);
     if (fault && fault->kind == FaultKind::Now)
@@ -60,11 +60,6 @@ bool StruckByNull(std::wstring_view call)
         throw winrt::hresult_error(fault->Result());
     }
     return fault && fault->kind == FaultKind::Null;
-}
-
-void ThrowIfStruck(std::wstring_view call)
-{
-    StruckByNull(call);
 }
 
 std::vector<std::wstring_view> ClassNames()
@@ -87,7 +82,7 @@ try
     {
         return REGDB_E_CLASSNOTREG;
     }
-    ThrowIfStruck(LastPart(className));
+    InjectFault(LastPart(className));
     *factory = winrt::detach_abi(found->makeFactory());
     return S_OK;
 }

@@ -10,11 +10,9 @@
 namespace sim
 {
 
-// The fault of a synchronous call: throws hresult_error when the call fails; true when it returns null.
-bool StruckByNull(std::wstring_view call);
-
-// The same for a call that returns no object.
-void ThrowIfStruck(std::wstring_view call);
+// Applies the fault of a synchronous call: throws hresult_error when the call is to fail; returns true when it is to
+// return null.
+bool InjectFault(std::wstring_view call);
 
 // The last part of a class's name.
 constexpr std::wstring_view LastPart(std::wstring_view className)

@@ -36,7 +36,7 @@ struct UriFactory : Implements<UriFactory, IActivationFactory, Foundation::IUriR
 {
     Foundation::Uri CreateUri(winrt::hstring const& uri) const
     {
-        return StruckByNull(L"Uri.CreateUri") ? Foundation::Uri(nullptr) : Parse(uri);
+        return InjectFault(L"Uri.CreateUri") ? Foundation::Uri(nullptr) : Parse(uri);
     }
 };
 

@@ -158,7 +158,7 @@ void Player::Refuse(Words const& words)
     {
         Run({words.begin() + 1, words.end()});
     }
-    catch (WrongCall const&)
+    catch (UsageError const&)
     {
         throw;
     }
@@ -204,7 +204,7 @@ void Player::Kill(Words const& words)
     auto const name = TakeHelperName(rest);
     if (words[0] != L"helper" || !rest.empty())
     {
-        throw WrongCall(L"usage: kill [helper [@NAME]]");
+        throw UsageError(L"usage: kill [helper [@NAME]]");
     }
     m_helpers.Kill(name);
 }
@@ -236,7 +236,7 @@ std::wstring Player::PackageFolder(Words const& options)
         auto const value = i + 1 < options.size() ? options[i + 1] : std::wstring();
         if (value.empty() || (option != L"without" && option != L"version" && option != L"name"))
         {
-            throw WrongCall(L"expected [without FILE] [version VERSION] [name NAME]");
+            throw UsageError(L"expected [without FILE] [version VERSION] [name NAME]");
         }
         option == L"without"
             ? Remove(within + value)

@@ -113,7 +113,7 @@ class Recording
         }
         if (words[0] == L"expect")
         {
-            throw WrongCall(L"results are recorded by themselves");
+            throw UsageError(L"results are recorded by themselves");
         }
         m_recorder.AddTaken(m_player.AllNames());
         m_player.Play(line, words);

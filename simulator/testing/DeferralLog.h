@@ -1,10 +1,8 @@
 #pragma once
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <mutex>
-#include <string>
 #include <vector>
 
 namespace sim
@@ -14,18 +12,30 @@ namespace sim
 class DeferralLog
 {
   public:
-    void Taken(std::uint32_t request);
-    void Completed(std::uint32_t request);
+    void Taken(std::uint32_t request)
+    {
+        std::lock_guard const lock(m_mutex);
+        if (m_positions.try_emplace(request, m_counts.size()).second)
+        {
+            m_counts.push_back(0);
+        }
+    }
+
+    void Completed(std::uint32_t request)
+    {
+        std::lock_guard const lock(m_mutex);
+        ++m_counts[m_positions.at(request)];
+    }
 
     // In the order in which the requests arrived.
-    std::vector<unsigned> All() const;
-
-    // Waits until the deferral of that request, counted from 0, was completed that often.
-    void WaitFor(std::size_t request, unsigned count) const;
+    std::vector<unsigned> All() const
+    {
+        std::lock_guard const lock(m_mutex);
+        return m_counts;
+    }
 
   private:
-    mutable std::mutex m_mutex; // over all that follows
-    mutable std::condition_variable m_changed;
+    mutable std::mutex m_mutex; // guards all that follows
     std::map<std::uint32_t, std::size_t> m_positions;
     std::vector<unsigned> m_counts;
 };

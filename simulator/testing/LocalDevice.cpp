@@ -164,7 +164,7 @@ LocalDevice::LocalDevice(Limits const& limits)
     : m_device(NewFolder()),
       m_platform(
           m_device, m_time, std::make_unique<LocalProcesses>(), [] {}, limits, Platform::JournalFile::None),
-      m_work([this] { m_platform.Work().Run(); }), m_commandLine(std::make_shared<CommandLine>()),
+      m_work([this] { m_platform.Dispatcher().Run(); }), m_commandLine(std::make_shared<CommandLine>()),
       m_app(std::make_shared<LocalProcess>(m_device, m_platform))
 {
     OnPlatform([this] {
@@ -197,7 +197,7 @@ LocalDevice::~LocalDevice()
     currentDevice = nullptr;
     SetProcessHost(nullptr);
     WaitUntilQuiet();
-    m_platform.Work().Stop();
+    m_platform.Dispatcher().Stop();
     m_work.join();
     Remove(m_device.Home());
 }
@@ -263,18 +263,18 @@ void LocalDevice::WaitUntilQuiet()
     std::uint64_t before = 0;
     do
     {
-        before = m_platform.Work().WaitUntilIdle();
+        before = m_platform.Dispatcher().WaitUntilIdle();
         m_app->WaitForWork();
         std::unique_lock lock(m_mutex);
         auto const callers = m_callers;
         lock.unlock();
         std::ranges::for_each(callers, &LocalProcess::WaitForWork);
-    } while (m_platform.Work().WaitUntilIdle() != before);
+    } while (m_platform.Dispatcher().WaitUntilIdle() != before);
 }
 
 std::size_t LocalDevice::UnfetchedLaunches()
 {
-    m_platform.Work().WaitUntilIdle();
+    m_platform.Dispatcher().WaitUntilIdle();
     return m_app->UnfetchedLaunches();
 }
 
@@ -285,7 +285,7 @@ bool LocalDevice::HasExited()
 
 std::vector<Event> LocalDevice::Reports()
 {
-    m_platform.Work().WaitUntilIdle();
+    m_platform.Dispatcher().WaitUntilIdle();
     return m_commandLine->Events();
 }
 

@@ -52,7 +52,7 @@ class LocalDevice
     void ClearFaults() { Command(sim::ClearFaults{}); }
 
     // The calls of this thread never fail from now on: it is not part of the app.
-    void SpareThisThread() { m_app->SpareThisThread(); }
+    void ExemptThisThread() { m_app->ExemptThisThread(); }
 
     // Also before Start.
     void Launch(std::wstring arguments = {}) { Command(LaunchApp{std::move(arguments)}); }
@@ -101,9 +101,6 @@ class LocalDevice
     // How often the deferrals of each request to the app were completed, in the order in which the requests came.
     std::vector<unsigned> Completions() const { return m_app->Deferrals().All(); }
 
-    // Waits until that request, counted from 0, was completed so often.
-    void WaitForCompletions(std::size_t request, unsigned count) const { m_app->Deferrals().WaitFor(request, count); }
-
     // The content that the app's window has when it is created; none by default. Called before the first foreground
     // activation.
     void SetWindowContent(IInspectable content) { m_app->SetWindowContent(std::move(content)); }
@@ -139,7 +136,7 @@ class LocalDevice
     std::shared_ptr<LocalProcess> NewCaller();
 
     // Runs the work on the platform's thread and waits for it.
-    void OnPlatform(Dispatcher::Work const& work) { m_platform.Work().PostAndWait(work); }
+    void OnPlatform(Dispatcher::Work const& work) { m_platform.Dispatcher().PostAndWait(work); }
 
     std::uint32_t StartInstance(TaskInstances::Content content);
 

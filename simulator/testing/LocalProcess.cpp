@@ -73,10 +73,10 @@ void LocalProcess::CloseConnection()
     m_platform.Closed(m_peer);
 }
 
-void LocalProcess::SpareThisThread()
+void LocalProcess::ExemptThisThread()
 {
     std::lock_guard const lock(m_mutex);
-    m_sparedThreads.insert(GetCurrentThreadId());
+    m_exemptThreads.insert(GetCurrentThreadId());
 }
 
 void LocalProcess::SetWindowContent(IInspectable content)
@@ -118,7 +118,7 @@ std::optional<Fault> LocalProcess::TakeFault(std::wstring_view call)
 {
     {
         std::lock_guard const lock(m_mutex);
-        if (m_sparedThreads.contains(GetCurrentThreadId()))
+        if (m_exemptThreads.contains(GetCurrentThreadId()))
         {
             return std::nullopt;
         }
@@ -160,7 +160,7 @@ void LocalProcess::AppEnded()
         std::lock_guard const lock(m_mutex);
         ended = m_id;
     }
-    m_platform.Work().PostAndWait([this, ended] {
+    m_platform.Dispatcher().PostAndWait([this, ended] {
         m_platform.ProcessEnded(ended, 0);
         m_platform.ExpectApp(ended + 1);
     });

@@ -45,7 +45,7 @@ class LocalProcess : public Host
     void CloseConnection();
 
     // The calls of this thread never fail from now on.
-    void SpareThisThread();
+    void ExemptThisThread();
 
     void SetWindowContent(IInspectable content);
     void SetPackageFolder(std::wstring folder);
@@ -82,7 +82,7 @@ class LocalProcess : public Host
     std::uint32_t m_id = 0;
     std::map<std::uint32_t, LaunchDesktop> m_launches; // requested, by the number of the request
     std::deque<Launched> m_launched;
-    std::set<unsigned long> m_sparedThreads;
+    std::set<unsigned long> m_exemptThreads;
     IInspectable m_windowContent;
     std::wstring m_packageFolder;
     std::optional<std::int32_t> m_failure;

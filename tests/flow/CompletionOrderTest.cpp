@@ -82,7 +82,7 @@ class CompletionOrderOfTask : public test::AppFlow
 
 TEST_F(CompletionOrderOfTask, OfATriggerTaskIsBetweenItsTwoLines)
 {
-    host.SpareThisThread();
+    host.ExemptThisThread();
     test::RegisterDailyTask(L"URITimerBGTask");
     Start();
     host.AdvanceClock(1440);
@@ -95,7 +95,7 @@ TEST_F(CompletionOrderOfTask, OfATriggerTaskIsBetweenItsTwoLines)
 
 TEST_F(CompletionOrderOfTask, IsCutShortForARunningTaskThatIsUnregistered)
 {
-    host.SpareThisThread();
+    host.ExemptThisThread();
     test::RegisterDailyTask(L"URITimerBGTask");
     Start();
     host.AdvanceClock(1440);

@@ -110,7 +110,7 @@ TEST_F(Connection, HasNothingLeftToDoAtItsSecondEnd)
 
 TEST_F(Connection, FailsToThePlatformWhenItCannotBeCompletedOrClosed)
 {
-    // The platform's, which faults strike.
+    // On a thread of the platform, which is not exempt from faults.
     auto const callOnServiceClosed = [] {
         std::thread([] {
             EXPECT_THROW(NotificationAppService::OnServiceClosed(nullptr, nullptr), winrt::hresult_error);
@@ -197,7 +197,7 @@ class ConnectionNotTaken : public test::AppFlow
     // The app from its start to the end that its failure brings.
     void Fail()
     {
-        host.SpareThisThread();
+        host.ExemptThisThread();
         Start();
         sim::CallerScope const caller;
         AppServiceConnection const connection;

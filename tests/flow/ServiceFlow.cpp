@@ -48,7 +48,7 @@ ServiceFlow::ServiceFlow()
           return IsForRegistration(handle) ? WaitForRegistration(handle, milliseconds) : system(handle, milliseconds);
       })
 {
-    host.SpareThisThread(); // it is the helper
+    host.ExemptThisThread(); // it is the helper
     Start();
     helper = std::make_unique<TestHelper>();
     log = std::make_unique<LogRecorder>([this] {

@@ -37,7 +37,7 @@ class TriggerTaskFlow : public test::AppFlow
   protected:
     TriggerTaskFlow()
     {
-        host.SpareThisThread(); // it plays the outside world
+        host.ExemptThisThread(); // it plays the outside world
     }
 
     void Register(wchar_t const* name, bool isPush)

@@ -9,11 +9,13 @@ namespace test
 
 // The functions of the system that tests replace. A program replaces those that it links with --wrap and defines with
 // WRAP.
+REPLACEABLE(AssignProcessCall, AssignProcessToJobObject);
 REPLACEABLE(CloseHandleCall, CloseHandle);
 REPLACEABLE(CloseKeyCall, RegCloseKey);
 REPLACEABLE(CreateDirectoryCall, CreateDirectoryW);
 REPLACEABLE(CreateEventCall, CreateEventW);
 REPLACEABLE(CreateFileCall, CreateFileW);
+REPLACEABLE(CreateJobCall, CreateJobObjectW);
 REPLACEABLE(CreateMutexCall, CreateMutexW);
 REPLACEABLE(DeleteCriticalSectionCall, DeleteCriticalSection);
 REPLACEABLE(DeleteFileCall, DeleteFileW);
@@ -48,6 +50,7 @@ REPLACEABLE(SetEndOfFileCall, SetEndOfFile);
 REPLACEABLE(SetFileAttributesCall, SetFileAttributesW);
 REPLACEABLE(SetFileInformationCall, SetFileInformationByHandle);
 REPLACEABLE(SetFilePointerCall, SetFilePointerEx);
+REPLACEABLE(SetJobInformationCall, SetInformationJobObject);
 REPLACEABLE(SleepCall, Sleep);
 REPLACEABLE(SubmitCall, TrySubmitThreadpoolCallback);
 REPLACEABLE(VerifyVersionCall, VerifyVersionInfoW);

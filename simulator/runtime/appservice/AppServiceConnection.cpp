@@ -105,7 +105,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
     // Not refused after Close, which may come from another thread between two subscriptions: then it is never called.
     winrt::event_token RequestReceived(RequestReceivedHandler const& handler)
     {
-        ThrowIfStruck(L"AppServiceConnection.RequestReceived");
+        InjectFault(L"AppServiceConnection.RequestReceived");
         return m_requestReceived.Add(handler, *this);
     }
 
@@ -115,7 +115,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
     // the one of the cancellation might, which closes the connection.
     winrt::event_token ServiceClosed(ServiceClosedHandler const& handler)
     {
-        ThrowIfStruck(L"AppServiceConnection.ServiceClosed");
+        InjectFault(L"AppServiceConnection.ServiceClosed");
         if (!handler)
         {
             throw winrt::hresult_invalid_argument();
@@ -133,7 +133,7 @@ struct AppServiceConnection : Implements<AppServiceConnection, AppService::IAppS
     // Afterwards no event is raised.
     void Close()
     {
-        ThrowIfStruck(L"AppServiceConnection.Close");
+        InjectFault(L"AppServiceConnection.Close");
         State before{};
         {
             std::lock_guard const lock(m_mutex);

@@ -108,7 +108,7 @@ struct AppServiceRequestReceivedEventArgs
     // The connection's next message then no longer waits for the handler to return.
     AppService::AppServiceDeferral GetDeferral() const
     {
-        if (StruckByNull(L"AppServiceRequestReceivedEventArgs.GetDeferral"))
+        if (InjectFault(L"AppServiceRequestReceivedEventArgs.GetDeferral"))
         {
             return nullptr;
         }

@@ -53,17 +53,17 @@ struct BackgroundTaskInstance : Implements<BackgroundTaskInstance, Background::I
     // The device's number for it: how the platform makes ids is unknown.
     winrt::guid InstanceId() const noexcept { return {m_number, 0, 0, {}}; }
 
-    Registration Task() const { return StruckByNull(L"BackgroundTaskInstance.Task") ? Registration(nullptr) : m_task; }
+    Registration Task() const { return InjectFault(L"BackgroundTaskInstance.Task") ? Registration(nullptr) : m_task; }
 
     IInspectable TriggerDetails() const
     {
-        return StruckByNull(L"BackgroundTaskInstance.TriggerDetails") ? nullptr : m_triggerDetails;
+        return InjectFault(L"BackgroundTaskInstance.TriggerDetails") ? nullptr : m_triggerDetails;
     }
 
     // Released without being completed, it keeps the task running until the platform's limit.
     Background::BackgroundTaskDeferral GetDeferral() const
     {
-        if (StruckByNull(L"BackgroundTaskInstance.GetDeferral"))
+        if (InjectFault(L"BackgroundTaskInstance.GetDeferral"))
         {
             return nullptr;
         }
@@ -72,7 +72,7 @@ struct BackgroundTaskInstance : Implements<BackgroundTaskInstance, Background::I
 
     winrt::event_token Canceled(CanceledHandler const& handler)
     {
-        ThrowIfStruck(L"BackgroundTaskInstance.Canceled");
+        InjectFault(L"BackgroundTaskInstance.Canceled");
         return m_canceled.Add(handler, *this);
     }
 

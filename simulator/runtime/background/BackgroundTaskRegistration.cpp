@@ -31,7 +31,7 @@ struct BackgroundTaskRegistration
     // cancelTask: cancels its running instances, too. Does nothing for a task that is not registered.
     void Unregister(bool cancelTask) const
     {
-        ThrowIfStruck(L"BackgroundTaskRegistration.Unregister");
+        InjectFault(L"BackgroundTaskRegistration.Unregister");
         winrt::check_hresult(CurrentHost().Ask(UnregisterTask{m_id, cancelTask}).result);
     }
 
@@ -46,7 +46,7 @@ struct BackgroundTaskRegistrationFactory
     Collections::IMapView<winrt::guid, IBackgroundTaskRegistration> AllTasks() const
     {
         constexpr wchar_t call[] = L"BackgroundTaskRegistration.AllTasks";
-        if (StruckByNull(call))
+        if (InjectFault(call))
         {
             return nullptr;
         }
@@ -72,8 +72,8 @@ struct TimeTriggerFactory : Implements<TimeTriggerFactory, IActivationFactory, B
 {
     Background::TimeTrigger Create(std::uint32_t freshnessTime, bool oneShot) const
     {
-        return StruckByNull(L"TimeTrigger.Create") ? Background::TimeTrigger(nullptr)
-                                                   : winrt::make<TimeTrigger>(freshnessTime, oneShot);
+        return InjectFault(L"TimeTrigger.Create") ? Background::TimeTrigger(nullptr)
+                                                  : winrt::make<TimeTrigger>(freshnessTime, oneShot);
     }
 };
 
@@ -87,20 +87,20 @@ struct BackgroundTaskBuilder : Implements<BackgroundTaskBuilder, Background::IBa
 
     void Name(winrt::hstring const& value)
     {
-        ThrowIfStruck(L"BackgroundTaskBuilder.Name");
+        InjectFault(L"BackgroundTaskBuilder.Name");
         m_name = value;
     }
 
     void SetTrigger(Background::IBackgroundTrigger const& trigger)
     {
-        ThrowIfStruck(L"BackgroundTaskBuilder.SetTrigger");
+        InjectFault(L"BackgroundTaskBuilder.SetTrigger");
         m_trigger = trigger;
     }
 
     // Fails without a trigger, and with a time trigger below 15 minutes.
     Background::BackgroundTaskRegistration Register() const
     {
-        if (StruckByNull(L"BackgroundTaskBuilder.Register"))
+        if (InjectFault(L"BackgroundTaskBuilder.Register"))
         {
             return nullptr;
         }

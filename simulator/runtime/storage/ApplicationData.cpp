@@ -23,12 +23,12 @@ struct ApplicationDataContainerSettings : NamedMap<ApplicationDataContainerSetti
     // A new object each time; null for a missing name.
     IInspectable Lookup(winrt::hstring const& name) const
     {
-        return StruckByNull(L"ApplicationDataContainerSettings.Lookup") ? nullptr : m_store->CopyOf(name);
+        return InjectFault(L"ApplicationDataContainerSettings.Lookup") ? nullptr : m_store->CopyOf(name);
     }
 
     bool Insert(winrt::hstring const& name, IInspectable const& value) const
     {
-        ThrowIfStruck(L"ApplicationDataContainerSettings.Insert");
+        InjectFault(L"ApplicationDataContainerSettings.Insert");
         return m_store->Insert(name, value);
     }
 
@@ -54,7 +54,7 @@ struct ApplicationDataFactory : Implements<ApplicationDataFactory, IActivationFa
     // Fails with 0x80073D54 in a process without package identity.
     Storage::ApplicationData Current() const
     {
-        if (StruckByNull(L"ApplicationData.Current"))
+        if (InjectFault(L"ApplicationData.Current"))
         {
             return nullptr;
         }

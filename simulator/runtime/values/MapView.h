@@ -25,7 +25,7 @@ struct KeyValuePair : winrt::implements<KeyValuePair<K, V>, Collections::IKeyVal
 
     K Key() const { return m_entry.first; }
 
-    V Value() const { return StruckByNull(m_call + L".Value") ? nullptr : m_entry.second; }
+    V Value() const { return InjectFault(m_call + L".Value") ? nullptr : m_entry.second; }
 
   private:
     std::pair<K, V> m_entry;
@@ -39,7 +39,7 @@ struct MapIterator : Implements<MapIterator<K, V>, Collections::IIterator<Collec
 
     Collections::IKeyValuePair<K, V> Current() const
     {
-        if (StruckByNull(m_call + L".Current"))
+        if (InjectFault(m_call + L".Current"))
         {
             return nullptr;
         }
@@ -49,13 +49,13 @@ struct MapIterator : Implements<MapIterator<K, V>, Collections::IIterator<Collec
 
     bool HasCurrent() const
     {
-        ThrowIfStruck(m_call + L".HasCurrent");
+        InjectFault(m_call + L".HasCurrent");
         return m_next < m_entries->size();
     }
 
     bool MoveNext()
     {
-        ThrowIfStruck(m_call + L".MoveNext");
+        InjectFault(m_call + L".MoveNext");
         m_next = std::min(m_next + 1, m_entries->size());
         return m_next < m_entries->size();
     }
@@ -88,7 +88,7 @@ struct MapView
 
     Collections::IIterator<Collections::IKeyValuePair<K, V>> First() const
     {
-        return StruckByNull(m_call + L".First") ? nullptr : winrt::make<MapIterator<K, V>>(m_entries, m_call);
+        return InjectFault(m_call + L".First") ? nullptr : winrt::make<MapIterator<K, V>>(m_entries, m_call);
     }
 
   private:

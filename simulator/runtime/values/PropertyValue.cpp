@@ -12,7 +12,7 @@ struct PropertyValueFactory : Implements<PropertyValueFactory, IActivationFactor
 {
     IInspectable CreateString(winrt::hstring const& value) const
     {
-        return StruckByNull(L"PropertyValue.CreateString") ? nullptr : Default(value);
+        return InjectFault(L"PropertyValue.CreateString") ? nullptr : Default(value);
     }
 
     // The other members, which differ in the type of their argument alone.

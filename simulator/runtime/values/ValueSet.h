@@ -17,7 +17,7 @@ struct ValueSet : NamedMap<ValueSet>
     // Fails with E_BOUNDS for a missing name.
     IInspectable Lookup(winrt::hstring const& name) const
     {
-        if (StruckByNull(L"ValueSet.Lookup"))
+        if (InjectFault(L"ValueSet.Lookup"))
         {
             return nullptr;
         }
@@ -27,7 +27,7 @@ struct ValueSet : NamedMap<ValueSet>
 
     bool Insert(winrt::hstring const& name, IInspectable const& value) const
     {
-        ThrowIfStruck(L"ValueSet.Insert");
+        InjectFault(L"ValueSet.Insert");
         return m_values->Insert(name, value);
     }
 

@@ -41,7 +41,7 @@ struct PageFactory : Implements<PageFactory, IActivationFactory, Xaml::Controls:
     // On the UI thread alone: RPC_E_WRONG_THREAD elsewhere.
     Xaml::Controls::Page CreateInstance(IInspectable const& outer, IInspectable& inner) const
     {
-        ThrowIfStruck(L"Page.CreateInstance");
+        InjectFault(L"Page.CreateInstance");
         Framework::Instance().NeedUiThread();
         return winrt::impl::composable_factory<PageBase>::CreateInstance<Xaml::Controls::Page>(outer, inner);
     }

@@ -22,9 +22,9 @@ try
     helper::ParseArguments(words);
     return "not refused";
 }
-catch (helper::WrongCall const& wrong)
+catch (helper::UsageError const& error)
 {
-    return wrong.what();
+    return error.what();
 }
 
 } // namespace
@@ -96,7 +96,7 @@ TEST(Arguments, HaveAHelpThatNamesEveryCommandOptionAndExitCode)
     std::wstring const help = helper::helpText;
     for (auto const* part :
          {L"get-channel-uri", L"register", L"unregister", L"exit", L"send KEY=VALUE", L"--watch", L"--timeout SECONDS",
-          L"0 done", L"1 the client could not do it", L"2 wrong call", L"3 no connection", L"4 no answer"})
+          L"0 done", L"1 the client could not do it", L"2 usage error", L"3 no connection", L"4 no answer"})
     {
         EXPECT_NE(help.find(part), std::wstring::npos) << std::string(part, part + std::wcslen(part));
     }

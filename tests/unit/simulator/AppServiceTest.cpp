@@ -636,11 +636,11 @@ TEST_F(AppServiceTest, FailToListenOnRequest)
     EXPECT_EQ(FailureOf([&] { connection.Close(); }), E_FAIL);
 }
 
-TEST_F(AppServiceTest, AreStruckByFaultsAndTheSparedThreadIsNot)
+TEST_F(AppServiceTest, AreSubjectToFaultsAndTheExemptThreadIsNot)
 {
     onRequest = [&](auto&&, auto&&) { EXPECT_EQ(FailureOf([] { ValueSet().Insert(L"a", nullptr); }), E_FAIL); };
     auto const connection = Open();
-    host.SpareThisThread();
+    host.ExemptThisThread();
     host.SetFault(L"ValueSet.Insert now 0x80004005");
     EXPECT_EQ(connection.SendMessageAsync(SetOf(L"Text", L"x")).get().Status(), AppServiceResponseStatus::Success);
 }

@@ -16,7 +16,7 @@
 namespace
 {
 
-// No command here reaches a broker: a wrong call is refused before.
+// No command here reaches a broker: usage errors are found first.
 class CommandsCalledWronglyTest : public testing::TestWithParam<sim::Words>
 {
 };

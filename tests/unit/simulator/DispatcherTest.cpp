@@ -128,11 +128,11 @@ TEST_F(DispatcherTest, DoesNotRunACancelledTimer)
 {
     auto const first = m_dispatcher.SetTimer(10, Note(1));
     auto const second = m_dispatcher.SetTimer(10, Note(2));
-    EXPECT_NE(first, 0u);
+    EXPECT_NE(first, sim::Dispatcher::TimerId());
     EXPECT_NE(first, second);
     m_dispatcher.CancelTimer(first);
     m_dispatcher.CancelTimer(first);
-    m_dispatcher.CancelTimer(0);
+    m_dispatcher.CancelTimer({});
     m_time.Advance(10);
     EXPECT_EQ(Done(), Numbers{2});
     m_dispatcher.CancelTimer(second); // it has run

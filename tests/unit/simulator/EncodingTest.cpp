@@ -74,7 +74,7 @@ std::vector<sim::FromProcess> FromProcesses()
         sim::Hello{12},
         sim::ActivationTaken{1},
         sim::ExitAnnounced{},
-        sim::FaultStruck{L"CoreApplication.Exit"},
+        sim::FaultTriggered{L"CoreApplication.Exit"},
         sim::Report{L"kind", {}},
         sim::Report{L"", {L"one=1", L"", L"two=2"}},
         sim::TaskReturned{1},

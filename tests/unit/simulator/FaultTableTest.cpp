@@ -13,7 +13,7 @@ sim::Fault Parse(std::wstring_view words)
 
 } // namespace
 
-TEST(FaultTableTest, StrikesAsOftenAsWasAsked)
+TEST(FaultTableTest, TriggersAsOftenAsWasAsked)
 {
     sim::FaultTable table;
     table.Set(Parse(L"CoreApplication.Exit now 0x80004005 2"));
@@ -23,7 +23,7 @@ TEST(FaultTableTest, StrikesAsOftenAsWasAsked)
     EXPECT_FALSE(table.Take(L"CoreApplication.Exit"));
 }
 
-TEST(FaultTableTest, StrikesEachTimeWithoutACount)
+TEST(FaultTableTest, TriggersEachTimeWithoutACount)
 {
     sim::FaultTable table;
     table.Set(Parse(L"CoreApplication.Exit now 0x80004005"));

@@ -59,7 +59,7 @@ void PlatformFixture::StartPlatform(sim::Limits limits)
 
 void PlatformFixture::Run()
 {
-    while (m_platform->Work().Step())
+    while (m_platform->Dispatcher().Step())
     {
     }
 }

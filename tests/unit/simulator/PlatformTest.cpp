@@ -264,7 +264,7 @@ TEST_F(PlatformTest, ListensToTheAppAlone)
     Reports();
     Take(stranger, 1);
     Say(stranger, sim::ExitAnnounced{});
-    Say(stranger, sim::FaultStruck{L"CoreApplication.Exit"});
+    Say(stranger, sim::FaultTriggered{L"CoreApplication.Exit"});
     Say(stranger, sim::Report{L"kind", {}});
     Close(stranger);
     EXPECT_EQ(Reports(), Texts{});
@@ -374,13 +374,13 @@ TEST_F(PlatformTest, TellsANewProcessItsFaultsBeforeItsActivations)
     EXPECT_EQ(app->received, Sent(sim::FaultSet{ExitFault(3).fault}, sim::FaultsCleared{}));
 }
 
-TEST_F(PlatformTest, CountsTheFaultsThatStruck)
+TEST_F(PlatformTest, CountsTriggeredFaults)
 {
     Register();
     Ask(ExitFault(1));
     Launch();
     auto const first = Connect(0);
-    Say(first, sim::FaultStruck{L"CoreApplication.Exit"});
+    Say(first, sim::FaultTriggered{L"CoreApplication.Exit"});
     EXPECT_EQ(LastEvent().Text(), L"fault call=CoreApplication.Exit kind=now result=0x80004005 times=1");
     Close(first);
     End(0, 3);

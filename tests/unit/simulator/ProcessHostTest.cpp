@@ -19,7 +19,7 @@ using Said = std::optional<sim::FromProcess>;
 class ProcessHost : public testing::Test
 {
   protected:
-    static constexpr wchar_t struckCall[] = L"CoreApplication.Exit";
+    static constexpr wchar_t faultyCall[] = L"CoreApplication.Exit";
 
     ProcessHost()
     {
@@ -27,7 +27,7 @@ class ProcessHost : public testing::Test
         pipe = (new sim::Handle(sim::MakePipe(sim::Device::FromEnvironment().PipeName())))->Get();
         std::thread broker([this] {
             Hear();
-            Say(sim::FaultSet{{struckCall, sim::FaultKind::Now, 0x80004005}});
+            Say(sim::FaultSet{{faultyCall, sim::FaultKind::Now, 0x80004005}});
             Say(sim::Activate{{1, sim::UserLaunch{}}});
             Say(sim::Welcome{L"Family", L"C:\\package"});
         });
@@ -91,8 +91,8 @@ class ProcessHost : public testing::Test
 // The process may end right after each of these calls.
 TEST_F(ProcessHost, HasSaidWhatHappenedWhenTheCallReturns)
 {
-    EXPECT_TRUE(host->TakeFault(struckCall));
-    EXPECT_TRUE(HasHeard(sim::FaultStruck{struckCall}));
+    EXPECT_TRUE(host->TakeFault(faultyCall));
+    EXPECT_TRUE(HasHeard(sim::FaultTriggered{faultyCall}));
     EXPECT_TRUE(host->NextActivation());
     EXPECT_TRUE(HasHeard(sim::ActivationTaken{1}));
     for (std::uint32_t round = 1; round <= 200; ++round) // said without waiting, it would have left by chance in some

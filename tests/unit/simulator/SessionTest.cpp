@@ -27,7 +27,7 @@ TEST_F(SessionTest, IsTakenOverFromAKilledPlatform)
     RegisterTimer(L"Daily", day);
     AdvanceClock(day);
     SetFault({m_exit, L"now", L"0x80004005", L"2"});
-    Say(m_app, sim::FaultStruck{m_exit});
+    Say(m_app, sim::FaultTriggered{m_exit});
     Reports();
     KillPlatform();
     EXPECT_EQ(Reports(), Texts{L"broker-lost last-instance=2 faults=1"});
@@ -64,7 +64,7 @@ TEST_F(SessionTest, IsOverForWhatThePlatformHearsAfterItsEnd)
     SetFault({m_exit, L"now", L"0x80004005", L"2"});
     m_platform->SwitchOff();
     EXPECT_FALSE(sim::FileExists(m_device.SessionFile()));
-    Say(m_app, sim::FaultStruck{m_exit});
+    Say(m_app, sim::FaultTriggered{m_exit});
     EXPECT_FALSE(sim::FileExists(m_device.SessionFile()));
 }
 

@@ -164,6 +164,38 @@ TEST_F(StoppedAppTest, StaysSuspendedAfterTheDevicesSleepInTheBackground)
     Set(Condition::Asleep, false);
     EXPECT_EQ(Reports(), (Texts{L"condition power=asleep", L"app-suspended", L"condition power=awake"}));
     EXPECT_TRUE(m_processes->resumed.empty());
+    Pass(60'000);
+    EXPECT_TRUE(Ended().empty());
+}
+
+TEST_F(StoppedAppTest, IsEndedDuringTheSleepIfItWasSuspendedBefore)
+{
+    RunTask();
+    Complete(0);
+    Pass(sim::Limits().idle);
+    Take(1);
+    Say(m_app, sim::SuspendingCompleted{});
+    Set(Condition::Asleep, true);
+    Pass(sim::Limits().suspended - 1);
+    EXPECT_TRUE(Ended().empty());
+    Pass(1);
+    EXPECT_EQ(Ended(), std::vector<unsigned long>{7});
+    EXPECT_EQ(m_processes->suspended, std::vector<unsigned long>{7}); // once
+}
+
+TEST_F(StoppedAppTest, IsSuspendedForItsIdlenessAfterASleepThatCouldNotSuspendIt)
+{
+    RunTask();
+    m_processes->canSuspend = false;
+    Set(Condition::Asleep, true);
+    Complete(0);
+    m_processes->canSuspend = true;
+    Set(Condition::Asleep, false);
+    Reports();
+    Pass(sim::Limits().idle);
+    EXPECT_EQ(m_activations.size(), 2u); // Suspending
+    Pass(sim::Limits().suspending);
+    EXPECT_EQ(Reports(), Texts{L"app-suspended"});
 }
 
 TEST_F(StoppedAppTest, GetsWhatWaitsAlsoWhenTheDeviceWakesBeforeItsTasksHaveEnded)
