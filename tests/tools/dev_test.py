@@ -60,8 +60,7 @@ class DevTest(support.ScriptTest):
     def make_clone(self, clone):
         clone.mkdir()
         for part in ("dev", "tools", "cmake", "bench", "package"):
-            source = support.ROOT / part
-            (shutil.copytree if source.is_dir() else shutil.copy)(source, clone / part)
+            support.copy_part(part, clone)
         self.script(clone / "build-step", "")
         self.script(clone / "cmake" / "wine-run", WINE_RUN)
         self.script(self.tools / "cmake", CMAKE.format(clone=clone))

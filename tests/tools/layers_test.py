@@ -118,7 +118,7 @@ class LayersTest(unittest.TestCase):
                          self.found({"low/B.cpp": ""}, table, known))
 
     def test_the_command_prints_what_it_finds_in_its_own_tree_and_fails(self):
-        shutil.copytree(support.ROOT / "cmake", self.root / "cmake")
+        support.copy_part("cmake", self.root)
         (self.root / "utils").mkdir()
         (self.root / "utils" / "A.cpp").write_text(includes("app/App.h"))
         run = subprocess.run([sys.executable, "-B", self.root / "cmake" / "layers.py"], capture_output=True, text=True,
