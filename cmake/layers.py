@@ -7,6 +7,7 @@ include besides their own row: other rows, or single headers.
 
 import ast
 import graphlib
+import os
 import pathlib
 import re
 import sys
@@ -93,10 +94,11 @@ INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<(winrt/[^>]+)>)', re.MULT
 
 
 def sources(root):
-    for path in sorted(root.rglob("*")):
-        place = path.relative_to(root)
-        if path.suffix in (".h", ".cpp", ".py") and place.parts[0] not in OUTPUT and not place.parts[0].startswith("."):
-            yield place
+    for folder, folders, names in os.walk(root):
+        place = pathlib.Path(folder).relative_to(root)
+        # Not even looked into: tests at work there remove folders at any moment.
+        folders[:] = sorted(name for name in folders if not name.startswith(".") and (place / name).as_posix() not in OUTPUT)
+        yield from (place / name for name in sorted(names) if name.endswith((".h", ".cpp", ".py")))
 
 
 def included(root, file):

@@ -1,8 +1,6 @@
 # shellcheck shell=bash
 # Sourced: what a script starts ends with it, on every way out: at its end, after a failure, by Ctrl-C or a signal.
 
-group=     # the process group of the command that is attended to
-ticker=    # the process that tells when to show progress
 endings=() # what is done at the end, the last first
 
 # at_end COMMAND...: runs the command when the script ends.
@@ -10,32 +8,27 @@ at_end() { endings=("${*@Q}" "${endings[@]}"); }
 
 # attend COMMAND...: runs a command in a process group of its own and waits for it. The shell hears signals meanwhile.
 attend() {
-    local code=0
     setsid "$@" <&0 &
-    group=$!
-    wait "$group" || code=$?
-    group=
-    return $code
+    wait $!
 }
 
 # attend_logged LOG COMMAND...: the same with all output in a file; every half minute shows how far the file tells of.
 attend_logged() {
-    local log=$1 started=$SECONDS ended code
+    local log=$1 started=$SECONDS attended ticker ended code
     shift
     mkdir -p "$(dirname "$log")"
     setsid "$@" <&0 >"$log" 2>&1 &
-    group=$!
+    attended=$!
     while :; do
-        sleep "${VELMO_PROGRESS_SECONDS:-30}" &
+        sleep "${VELMO_PROGRESS_SECONDS:-30}" 9>&- &
         ticker=$!
         code=0
-        wait -n -p ended "$group" "$ticker" || code=$?
+        wait -n -p ended "$attended" "$ticker" || code=$?
         [ "$ended" = "$ticker" ] || break
         show_progress "$(progress_in "$log")$((SECONDS - started)) s"
     done
-    group=
     kill "$ticker" 2>/dev/null || true
-    ticker=
+    wait "$ticker" 2>/dev/null || true
     return $code
 }
 
@@ -44,25 +37,40 @@ progress_in() {
     sed -nE 's|^\[([0-9]+/[0-9]+)\].*|\1 steps, |p; s|^ *([0-9]+/[0-9]+) Test +#.*|\1 tests, |p' "$1" | tail -n 1
 }
 
-# True while processes of the attended group live. (One that has ended may stay in the table.)
-group_lives() {
-    cat /proc/[0-9]*/stat 2>/dev/null |
-        awk -v group="$group" '{ sub(/^.*\) /, "") } $3 == group && $1 != "Z" { n++ } END { exit !n }'
+# lives JOBS...: true while one of these processes lives, or one of its group. (One that has ended may stay in the table,
+# and one may end while the table is read.)
+lives() {
+    { cat /proc/[0-9]*/stat 2>/dev/null || true; } |
+        awk -v jobs=" $* " '
+            { id = $1; sub(/^.*\) /, "") }
+            $1 != "Z" && (index(jobs, " " id " ") || index(jobs, " " $3 " ")) { n++ }
+            END { exit !n }'
 }
 
-end_group() {
-    kill -TERM -- "-$group" 2>/dev/null || true
-    local deadline=$((SECONDS + 10))
-    while group_lives && [ $SECONDS -lt $deadline ]; do
+# send SIGNAL JOBS...: to each and to its group, which one that has just been started has not made yet.
+send() {
+    local signal=$1 job
+    shift
+    for job in "$@"; do
+        kill -s "$signal" -- "-$job" "$job" 2>/dev/null || true
+    done
+}
+
+# The shell's own table of jobs is right at any moment, unlike a variable that is set after the start.
+end_jobs() {
+    local jobs deadline=$((SECONDS + 10))
+    mapfile -t jobs <<<"$(jobs -p)"
+    [ -n "${jobs[*]}" ] || return 0
+    send TERM "${jobs[@]}"
+    while lives "${jobs[@]}" && [ $SECONDS -lt $deadline ]; do
         sleep 0.1
     done
-    kill -KILL -- "-$group" 2>/dev/null || true
+    send KILL "${jobs[@]}"
 }
 
 end_all() {
     trap '' INT TERM HUP
-    [ -z "$ticker" ] || kill "$ticker" 2>/dev/null || true
-    [ -z "$group" ] || end_group
+    end_jobs
     local ending
     for ending in "${endings[@]}"; do
         eval "$ending" || true

@@ -178,6 +178,7 @@ constexpr DeviceCommand commands[] = {
      L"  never              its asynchronous operation never completes\n"
      L"  null               it succeeds and returns null\n"
      L"  delay MS           its asynchronous operation completes that many milliseconds later\n"
+     L"  held               its asynchronous operation completes as usual, once the faults are cleared\n"
      L"  unheard RESULT     setting the completion handler of its asynchronous operation fails with the HRESULT\n"
      L"  ended              its asynchronous operation has completed when the call returns\n"
      L"  TIMES: how many calls fail; without it all. CALLS: how many succeed before. fault clear removes all faults.\n"

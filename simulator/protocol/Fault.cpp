@@ -38,6 +38,7 @@ constexpr std::array<Kind, static_cast<std::size_t>(FaultKind::Last) + 1> kinds 
     {L"status", L"status"},
     {L"unheard", resultName},
     {L"ended", L""},
+    {L"held", L""},
 }};
 
 Kind const& Row(FaultKind kind)
@@ -122,6 +123,14 @@ void CheckValue(Fault const& fault, std::wstring const& word)
     }
 }
 
+void CheckTimes(Fault const& fault)
+{
+    if (fault.kind == FaultKind::Held)
+    {
+        throw Error(L"held ends when the faults are cleared, not after a number of times");
+    }
+}
+
 using WordsLeft = std::span<std::wstring const>;
 
 std::wstring const& Take(WordsLeft& words)
@@ -198,6 +207,7 @@ Fault ParseFault(std::vector<std::wstring> const& words)
     if (!rest.empty() && rest.front() != afterName)
     {
         fault.times = TakeNumber(rest, name, L"how many times");
+        CheckTimes(fault);
     }
     if (!rest.empty() && rest.front() == afterName)
     {

@@ -20,7 +20,8 @@ enum class FaultKind : std::uint32_t
     Status = 6,     // its asynchronous operation completes with the status, and does nothing
     Unheard = 7,    // its asynchronous operation goes on, but setting its completion handler fails with the HRESULT
     Ended = 8,      // its asynchronous operation has completed as usual by the time the call returns
-    Last = Ended
+    Held = 9,       // its asynchronous operation completes as usual, once the faults are cleared
+    Last = Held
 };
 
 // By FaultKind, as ParseFault reads them.
@@ -47,8 +48,8 @@ struct Fault
 };
 
 // CALL now|completion|unheard RESULT [TIMES] [after CALLS] · CALL never|null|cancelled|ended … · CALL delay MS … · CALL
-// status NUMBER … Throws Error for an unknown call, with the list of the known ones, or a kind that the call does not
-// support.
+// status NUMBER … · CALL held [after CALLS]. Throws Error for an unknown call, with the list of the known ones, or a
+// kind that the call does not support.
 Fault ParseFault(std::vector<std::wstring> const& words);
 
 } // namespace sim

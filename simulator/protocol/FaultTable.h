@@ -1,6 +1,7 @@
 #pragma once
 #include "simulator/protocol/Fault.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,8 @@ class FaultTable
     void Set(Fault fault);
 
     void Clear() noexcept { m_faults.clear(); }
+
+    bool Has(std::wstring_view call) const { return std::ranges::find(m_faults, call, &Fault::call) != m_faults.end(); }
 
     // The fault that makes this call fail, if there is one. The call is counted, also one that succeeds.
     std::optional<Fault> Take(std::wstring_view call);

@@ -70,6 +70,11 @@ IAsyncAction AsyncFault::End() const
     {
         co_await Delay(fault->value);
     }
+    while (IsHeld())
+    {
+        constexpr std::uint32_t pause = 10; // in milliseconds
+        co_await Delay(pause);
+    }
 }
 
 } // namespace sim

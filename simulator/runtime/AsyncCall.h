@@ -43,12 +43,18 @@ class AsyncFault
     // good. Agile.
     winrt::Windows::Foundation::IAsyncAction Begin() const;
 
-    // The operation awaits it last, where the fault delays it. Agile.
+    // The operation awaits it last, where the fault delays or holds it. Agile.
     winrt::Windows::Foundation::IAsyncAction End() const;
 
   private:
     // The fault if it is of that kind; otherwise null.
     Fault const* Of(FaultKind kind) const noexcept { return m_fault && m_fault->kind == kind ? &*m_fault : nullptr; }
+
+    bool IsHeld() const
+    {
+        auto const process = Of(FaultKind::Held) ? m_process.Get() : nullptr;
+        return process && process->HasFault(m_fault->call);
+    }
 
     // Waits for its end.
     template <typename Operation>
@@ -65,6 +71,7 @@ class AsyncFault
         co_return operation.GetResults();
     }
 
+    HostReference m_process;
     std::optional<Fault> m_fault;
 };
 

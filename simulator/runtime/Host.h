@@ -72,6 +72,13 @@ class Host : public std::enable_shared_from_this<Host>
     // The fault to inject into this call, if any.
     virtual std::optional<Fault> TakeFault(std::wstring_view call);
 
+    // A fault of this call is in force.
+    bool HasFault(std::wstring_view call) const
+    {
+        std::lock_guard const lock(m_mutex);
+        return m_faults.Has(call);
+    }
+
     // For the device's journal.
     void Report(std::wstring kind, std::vector<std::wstring> details)
     {

@@ -75,6 +75,7 @@ class Expectations
     Device const& m_device;
     Observer& m_observer;
     std::optional<Moment> m_appStarted; // while it runs
+    Moment m_lastActivation = 0;        // or start, or fault
     unsigned m_eventCount = 0;
     unsigned m_lineCount = 0;
     unsigned m_desktopCount = 0;

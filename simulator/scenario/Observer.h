@@ -9,7 +9,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 
 namespace sim
 {
@@ -34,10 +33,8 @@ class Observer
     // Takes what has arrived.
     void Collect();
 
-    // Whether the app's last event is its end.
-    bool IsAppOver() const noexcept { return m_isAppRunning == false; }
-
-    bool IsAppRunning() const noexcept { return m_isAppRunning == true; }
+    // Whether the app's last event is not its end.
+    bool IsAppRunning() const noexcept { return m_isAppRunning; }
 
     std::deque<Event> platformEvents;
     std::deque<Event> desktopEvents;
@@ -54,9 +51,9 @@ class Observer
     Timeline& m_timeline;
     std::map<std::wstring, LogFile> m_logs; // by their paths
     LogFile* m_log = nullptr;
-    std::size_t m_seen = 0;             // events
-    std::size_t m_known = 0;            // how many of the next events are known already
-    std::optional<bool> m_isAppRunning; // no value before its first event
+    std::size_t m_seen = 0;  // events
+    std::size_t m_known = 0; // how many of the next events are known already
+    bool m_isAppRunning = false;
 };
 
 } // namespace sim

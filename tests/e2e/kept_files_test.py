@@ -50,9 +50,9 @@ class KeptFiles(unittest.TestCase):
 
 
 class EndOfTheProgram(unittest.TestCase):
-    def check_named(self, test, words):
+    def check_named(self, test, words, **environment):
         ended = run("tests/e2e/failing_test.exe", "--gtest_brief=1", "--gtest_also_run_disabled_tests",
-                    f"--gtest_filter=Failing.DISABLED_{test}", demand=("--demand", "test"), VELMO_TEST_SECONDS="2")
+                    f"--gtest_filter=Failing.DISABLED_{test}", demand=("--demand", "test"), **environment)
         self.assertNotEqual(0, ended.returncode)
         self.assertIn(f"{words} in Failing.DISABLED_{test}", ended.stderr)
 
@@ -66,7 +66,7 @@ class EndOfTheProgram(unittest.TestCase):
         self.check_named("Exits", "exited")
 
     def test_by_its_limit_names_the_test(self):
-        self.check_named("Hangs", "watchdog: still running after 2 s")
+        self.check_named("Hangs", "watchdog: still running after 2 s", VELMO_TEST_SECONDS="2")
 
 
 if __name__ == "__main__":

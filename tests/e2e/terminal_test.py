@@ -28,6 +28,7 @@ class Terminal:
     def __init__(self, command, environment):
         self.pid, self.screen = pty.fork()
         if self.pid == 0:
+            signal.signal(signal.SIGINT, signal.SIG_DFL)  # a caller in the background ignores it
             fcntl.ioctl(0, termios.TIOCSWINSZ, struct.pack("HHHH", 24, WIDTH, 0, 0))
             os.execve(command[0], command, environment)
         self.shown = b""

@@ -179,7 +179,7 @@ class Hostile(unittest.TestCase):
         done = subprocess.run(
             [sys.executable, COMMAND, *map(str, arguments)],
             cwd=self.folder, preexec_fn=limited, stdin=subprocess.DEVNULL, capture_output=True, check=False,
-            timeout=500,
+            timeout=1500,
         )  # fmt: skip
         told = done.stderr.decode("utf-8", "replace")
         self.assertNotIn("Traceback", told)

@@ -60,8 +60,7 @@ class DevTest(support.ScriptTest):
     def make_clone(self, clone):
         clone.mkdir()
         for part in ("dev", "tools", "cmake", "bench", "package"):
-            source = support.ROOT / part
-            (shutil.copytree if source.is_dir() else shutil.copy)(source, clone / part)
+            support.copy_part(part, clone)
         self.script(clone / "build-step", "")
         self.script(clone / "cmake" / "wine-run", WINE_RUN)
         self.script(self.tools / "cmake", CMAKE.format(clone=clone))
@@ -242,10 +241,13 @@ class Lock(DevTest):
     def test_one_that_waits_ends_by_a_signal(self):
         first = self.start_dev("build")
         support.wait_until(lambda: "built product" in self.calls(), "the first builds")
+        mark = f"VELMO_TEST_MARK={self.folder}"
+        self.environment |= dict([mark.split("=")])
         second = self.start_dev("build")
         self.read_until(second, "waiting")
-        second.send_signal(signal.SIGTERM)
+        second.send_signal(signal.SIGTERM)  # about when what waits for the lock is started
         self.assertEqual(-signal.SIGTERM, second.wait(support.LIMIT))
+        self.assertEqual([], support.processes_with(mark))
         self.open_gate()
         self.assertEqual(0, first.wait(support.LIMIT))
 
@@ -323,6 +325,14 @@ class Watched(DevTest):
                 process.send_signal(number)
                 self.assertEqual(-number, process.wait(support.LIMIT))
                 self.assertEqual([], support.processes_with(mark))
+
+    def test_what_a_signal_ends_may_tidy_up_first(self):
+        self.build_step("trap 'sleep 0.3; echo tidied >>calls; exit' TERM; sleep 1000 & : >started; wait")
+        process = self.start_dev("build")
+        support.wait_until((self.clone / "started").exists, "the build runs")
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(-signal.SIGTERM, process.wait(support.LIMIT))
+        self.assertEqual("tidied", self.calls()[-1])
 
     def test_a_failed_build_shows_its_end_and_fails(self):
         self.build_step("echo 'error: this line'; exit 1")

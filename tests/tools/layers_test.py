@@ -1,11 +1,13 @@
 """cmake/layers.py: what it lets pass, and each thing that it reports. On small trees, each with a table of its own."""
 
+import os
 import pathlib
 import shutil
 import subprocess
 import sys
 import tempfile
 import unittest
+from unittest import mock
 
 import support
 
@@ -117,8 +119,15 @@ class LayersTest(unittest.TestCase):
         self.assertEqual(["low/B.cpp no longer includes high/A.h: remove the exception"],
                          self.found({"low/B.cpp": ""}, table, known))
 
+    def test_what_is_built_is_not_looked_into(self):
+        """Tests at work there remove folders at any moment."""
+        with mock.patch("os.scandir", side_effect=os.scandir) as looked_into:
+            self.assertEqual([], self.found({"low/A.h": "", "build/product/prefix/B.h": "", ".git/C.h": ""}, {"low": []}))
+        folders = {pathlib.Path(call.args[0]) for call in looked_into.call_args_list}
+        self.assertEqual({self.root, self.root / "low"}, folders)
+
     def test_the_command_prints_what_it_finds_in_its_own_tree_and_fails(self):
-        shutil.copytree(support.ROOT / "cmake", self.root / "cmake")
+        support.copy_part("cmake", self.root)
         (self.root / "utils").mkdir()
         (self.root / "utils" / "A.cpp").write_text(includes("app/App.h"))
         run = subprocess.run([sys.executable, "-B", self.root / "cmake" / "layers.py"], capture_output=True, text=True,

@@ -20,9 +20,9 @@ class StoryTest(support.ScriptTest):
     def setUpClass(cls):
         cls.clone = pathlib.Path(tempfile.mkdtemp()) / "clone"
         cls.addClassCleanup(shutil.rmtree, cls.clone.parent, ignore_errors=True)
-        for part in ("tools", "cmake", "simulator/scenarios"):
-            shutil.copytree(support.ROOT / part, cls.clone / part)
-        shutil.copy(support.ROOT / "dev", cls.clone / "dev")
+        cls.clone.mkdir()
+        for part in ("dev", "tools", "cmake", "simulator/scenarios"):
+            support.copy_part(part, cls.clone)
         product = cls.clone / "build" / "product"
         product.mkdir(parents=True)
         for part in ("simulator", "helper", "package"):

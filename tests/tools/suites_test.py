@@ -38,7 +38,7 @@ class SuitesTest(unittest.TestCase):
     def test_the_command_prints_what_it_finds_in_its_own_tree_and_fails(self):
         root = pathlib.Path(tempfile.mkdtemp())
         self.addCleanup(shutil.rmtree, root)
-        shutil.copytree(support.ROOT / "cmake", root / "cmake")
+        support.copy_part("cmake", root)
         (root / "tests").mkdir()
         (root / "tests" / "ATest.cpp").write_text("TEST(B, C)\n")
         run = subprocess.run([sys.executable, "-B", root / "cmake" / "suites.py"], capture_output=True, text=True,

@@ -266,7 +266,7 @@ TEST(EncodingTest, RefusesAnUnknownEnumerator)
     EndsAt(sim::OpenStatus::AppServiceUnavailable);
     EndsAt(sim::ResponseStatus::Failure);
     EndsAt(sim::ClosedStatus::Canceled);
-    EndsAt(sim::FaultKind::Ended);
+    EndsAt(sim::FaultKind::Held);
 }
 
 TEST(EncodingTest, RefusesAFlagThatIsNeitherSetNorClear)

@@ -62,7 +62,8 @@ TEST(FaultTest, ComesBackFromItsWords)
     for (auto const* words :
          {L"CoreApplication now 0x80040154 2", L"Window.Current null",
           L"AppServiceConnection.OpenAsync status 4 2 after 1", L"AppServiceConnection.OpenAsync cancelled after 1",
-          L"AppServiceConnection.OpenAsync unheard 0x80000013", L"AppServiceConnection.OpenAsync ended 1"})
+          L"AppServiceConnection.OpenAsync unheard 0x80000013", L"AppServiceConnection.OpenAsync ended 1",
+          L"AppServiceConnection.OpenAsync held after 1"})
     {
         EXPECT_EQ(Parse(words).Words(), sim::SplitWords(words));
     }
@@ -91,11 +92,13 @@ TEST(FaultTest, ThatIsIncompleteOrOverfullIsRefused)
 {
     EXPECT_NE(ErrorOf(L"CoreApplication.Exit"), L"no error");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit later"),
-              L"there is no fault later; use now, completion, never, null, delay, cancelled, status, unheard or ended");
+              L"there is no fault later; use now, completion, never, null, delay, cancelled, status, unheard, ended or "
+              L"held");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now"), L"now needs a number: result");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now soon"), L"soon is no number (result)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 5"), L"5 is no failing HRESULT (they begin with 0x8)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 often"), L"often is no number (how many times)");
+    EXPECT_EQ(ErrorOf(Launch(L"held 1")), L"held ends when the faults are cleared, not after a number of times");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 1 2"), L"unexpected 2 after the fault");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 after"), L"after needs a number: how many calls before it");
 }

@@ -164,6 +164,17 @@ TEST_F(Launcher, EndsLaterOnRequest)
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(49));
 }
 
+TEST_F(Launcher, EndsWhenTheFaultsAreClearedOnRequest)
+{
+    SetFault(L"held");
+    auto const action = Launch();
+    Ending const ending(action);
+    m_host.WaitForLaunch().Complete();
+    EXPECT_EQ(action.Status(), AsyncStatus::Started);
+    m_host.ClearFaults();
+    EXPECT_EQ(ending.Status(), AsyncStatus::Completed);
+}
+
 TEST_F(Launcher, ClassIsMissingOnRequest)
 {
     m_host.SetFault(L"FullTrustProcessLauncher now 0x80040154");
