@@ -98,7 +98,7 @@ TEST(FaultTest, ThatIsIncompleteOrOverfullIsRefused)
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now soon"), L"soon is no number (result)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 5"), L"5 is no failing HRESULT (they begin with 0x8)");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 often"), L"often is no number (how many times)");
-    EXPECT_EQ(ErrorOf(Launch(L"held 1")), L"held ends when the faults are cleared, not after a number of times");
+    EXPECT_EQ(ErrorOf(LaunchFault(L"held 1")), L"held ends when the faults are cleared, not after a number of times");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 1 2"), L"unexpected 2 after the fault");
     EXPECT_EQ(ErrorOf(L"CoreApplication.Exit now 0x80004005 after"), L"after needs a number: how many calls before it");
 }
