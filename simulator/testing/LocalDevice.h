@@ -117,6 +117,9 @@ class LocalDevice
     // The next launch in order; waits for it.
     Launched WaitForLaunch() { return m_app->WaitForLaunch(); }
 
+    // An event, signalled while the app's UI thread is at no activation.
+    HANDLE UiThreadIdle() const noexcept { return m_app->UiThreadIdle(); }
+
     // The number of launches that WaitForLaunch has not returned yet.
     std::size_t UnfetchedLaunches();
 
