@@ -197,6 +197,8 @@ LocalDevice::~LocalDevice()
     currentDevice = nullptr;
     SetProcessHost(nullptr);
     WaitUntilQuiet();
+    m_app->Detach();
+    std::ranges::for_each(m_callers, &LocalProcess::Detach);
     m_platform.Work().Stop();
     m_work.join();
     Remove(m_device.Home());
