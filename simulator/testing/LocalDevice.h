@@ -28,8 +28,8 @@ namespace sim
 //   app.join();                                                         // Start has returned: the app has ended
 //
 // End ends an app that does not end by itself. Where a real process would end at once because an override failed, here
-// Start returns and Failure has the HRESULT. All members may be called from any thread. A wait throws
-// std::runtime_error after 30 s, which says what is missing.
+// Start returns and Failure has the HRESULT. All members may be called from any thread. The platform's
+// limits are never reached. A wait throws std::runtime_error after 30 s, which says what is missing.
 class LocalDevice
 {
   public:
@@ -38,7 +38,7 @@ class LocalDevice
 
     using Launched = LocalProcess::Launched;
 
-    explicit LocalDevice(Limits const& limits = {});
+    LocalDevice();
     LocalDevice(LocalDevice const&) = delete;
     LocalDevice& operator=(LocalDevice const&) = delete;
     ~LocalDevice();

@@ -20,9 +20,8 @@ constexpr auto limitMilliseconds = static_cast<DWORD>(std::chrono::milliseconds(
 
 } // namespace
 
-AppFlow::AppFlow(sim::Limits limits)
-    : host(limits), m_ended(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
-      m_waiting(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+AppFlow::AppFlow()
+    : m_ended(CreateEventW(nullptr, TRUE, FALSE, nullptr)), m_waiting(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
       m_waitMayEnd(CreateSemaphoreW(nullptr, 0, LONG_MAX, nullptr)), m_sleep([this](auto system, DWORD milliseconds) {
           if (milliseconds < 1000) // the thread library's, between two looks at a lock
           {

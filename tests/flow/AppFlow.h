@@ -20,7 +20,7 @@ namespace test
 class AppFlow : public testing::Test
 {
   protected:
-    explicit AppFlow(sim::Limits limits = {});
+    AppFlow();
     ~AppFlow() override;
 
     // What main does, on a thread of its own.
