@@ -65,7 +65,10 @@ class TestContext final : public impl::IContextCallback
     std::atomic<uint32_t> m_references = 1;
 };
 
-com_ptr<TestContext> MakeContext() { return {new TestContext, take_ownership_from_abi}; }
+com_ptr<TestContext> MakeContext()
+{
+    return {new TestContext, take_ownership_from_abi};
+}
 
 struct Seen
 {
