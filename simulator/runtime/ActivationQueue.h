@@ -33,6 +33,7 @@ class ActivationQueue
     std::optional<Activation> Next()
     {
         std::unique_lock lock(m_mutex);
+        SetEvent(m_idle.Get());
         while (!m_hasEnded && m_waiting.empty())
         {
             lock.unlock();
@@ -47,11 +48,16 @@ class ActivationQueue
         }
         auto next = std::move(m_waiting.front());
         m_waiting.pop_front();
+        ResetEvent(m_idle.Get());
         return next;
     }
 
+    // Signalled while that thread is at no activation: it has come back to Next from the last one.
+    HANDLE Idle() const noexcept { return m_idle.Get(); }
+
   private:
     Handle m_changed{CreateEventW(nullptr, FALSE, FALSE, nullptr)};
+    Handle m_idle{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     std::mutex m_mutex; // over all that follows
     std::deque<Activation> m_waiting;
     bool m_hasEnded = false;

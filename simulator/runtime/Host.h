@@ -59,6 +59,9 @@ class Host : public std::enable_shared_from_this<Host>
     // single-threaded apartment, which serves its COM calls meanwhile.
     std::optional<Activation> NextActivation();
 
+    // Signalled while the UI thread is at no activation.
+    HANDLE UiThreadIdle() const noexcept { return m_activations.Idle(); }
+
     // The app asks for its end: NextActivation gives nothing more.
     void Exit()
     {

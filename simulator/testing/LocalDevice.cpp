@@ -22,6 +22,11 @@ namespace
 constexpr std::uint32_t appProcess = 1;
 constexpr std::uint32_t desktopProgram = 0;
 
+// In milliseconds: a busy machine may stop a test for longer than a real device's limits.
+constexpr unsigned anHour = 3'600'000;
+constexpr Limits neverReached{
+    .task = anHour, .afterCancel = anHour, .idle = anHour, .suspending = anHour, .suspended = anHour};
+
 std::atomic<LocalDevice*> currentDevice = nullptr;
 
 std::wstring NewFolder()
@@ -160,10 +165,10 @@ class LocalDevice::CommandLine : public Peer
     std::uint32_t m_lastNumber = 0;
 };
 
-LocalDevice::LocalDevice(Limits const& limits)
+LocalDevice::LocalDevice()
     : m_device(NewFolder()),
       m_platform(
-          m_device, m_time, std::make_unique<LocalProcesses>(), [] {}, limits, Platform::JournalFile::None),
+          m_device, m_time, std::make_unique<LocalProcesses>(), [] {}, neverReached, Platform::JournalFile::None),
       m_work([this] { m_platform.Dispatcher().Run(); }), m_commandLine(std::make_shared<CommandLine>()),
       m_app(std::make_shared<LocalProcess>(m_device, m_platform))
 {
@@ -197,6 +202,8 @@ LocalDevice::~LocalDevice()
     currentDevice = nullptr;
     SetProcessHost(nullptr);
     WaitUntilQuiet();
+    m_app->Detach();
+    std::ranges::for_each(m_callers, &LocalProcess::Detach);
     m_platform.Dispatcher().Stop();
     m_work.join();
     Remove(m_device.Home());

@@ -28,8 +28,8 @@ namespace sim
 //   app.join();                                                         // Start has returned: the app has ended
 //
 // End ends an app that does not end by itself. Where a real process would end at once because an override failed, here
-// Start returns and Failure has the HRESULT. All members may be called from any thread. A wait throws
-// std::runtime_error after 30 s, which says what is missing.
+// Start returns and Failure has the HRESULT. All members may be called from any thread. The platform's
+// limits are never reached. A wait throws std::runtime_error after 30 s, which says what is missing.
 class LocalDevice
 {
   public:
@@ -38,7 +38,7 @@ class LocalDevice
 
     using Launched = LocalProcess::Launched;
 
-    explicit LocalDevice(Limits const& limits = {});
+    LocalDevice();
     LocalDevice(LocalDevice const&) = delete;
     LocalDevice& operator=(LocalDevice const&) = delete;
     ~LocalDevice();
@@ -113,6 +113,9 @@ class LocalDevice
 
     // The next launch in order; waits for it.
     Launched WaitForLaunch() { return m_app->WaitForLaunch(); }
+
+    // An event, signalled while the app's UI thread is at no activation.
+    HANDLE UiThreadIdle() const noexcept { return m_app->UiThreadIdle(); }
 
     // The number of launches that WaitForLaunch has not returned yet.
     std::size_t UnfetchedLaunches();

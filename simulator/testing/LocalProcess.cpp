@@ -61,6 +61,17 @@ void LocalProcess::Launched::Complete(std::int32_t result) const
     WaitForSingleObject(done.Get(), INFINITE);
 }
 
+LocalProcess::LocalProcess(Device const& device, Platform& platform)
+    : Host(device, static_cast<unsigned>(std::chrono::milliseconds(waitLimit).count())), m_platform(&platform)
+{
+}
+
+void LocalProcess::Detach()
+{
+    std::lock_guard const lock(m_mutex);
+    m_platform = nullptr;
+}
+
 void LocalProcess::Start(std::uint32_t id)
 {
     NewPeer(id);
@@ -70,7 +81,10 @@ void LocalProcess::Start(std::uint32_t id)
 void LocalProcess::CloseConnection()
 {
     std::lock_guard const lock(m_mutex);
-    m_platform.Closed(m_peer);
+    if (m_platform)
+    {
+        m_platform->Closed(m_peer);
+    }
 }
 
 void LocalProcess::ExemptThisThread()
@@ -156,13 +170,15 @@ void LocalProcess::AppEnded()
 {
     CloseConnection();
     std::uint32_t ended = 0;
+    Platform* platform = nullptr;
     {
         std::lock_guard const lock(m_mutex);
         ended = m_id;
+        platform = m_platform;
     }
-    m_platform.Dispatcher().PostAndWait([this, ended] {
-        m_platform.ProcessEnded(ended, 0);
-        m_platform.ExpectApp(ended + 1);
+    platform->Dispatcher().PostAndWait([platform, ended] {
+        platform->ProcessEnded(ended, 0);
+        platform->ExpectApp(ended + 1);
     });
     NewPeer(ended + 1);
     Tell(Hello{ended + 1});
@@ -184,12 +200,16 @@ void LocalProcess::NewPeer(std::uint32_t id)
 void LocalProcess::Sent(FromProcess const& message)
 {
     std::lock_guard const lock(m_mutex);
+    if (!m_platform)
+    {
+        return;
+    }
     auto const* const request = std::get_if<Request>(&message);
     if (auto const* const launch = request ? std::get_if<LaunchDesktop>(&request->content) : nullptr)
     {
         m_launches.emplace(request->number, *launch);
     }
-    m_platform.Received(m_peer, message);
+    m_platform->Received(m_peer, message);
 }
 
 void LocalProcess::Arrived(ToProcess const& message)

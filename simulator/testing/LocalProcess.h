@@ -17,7 +17,7 @@ namespace sim
 {
 
 // The host of a simulated process: threads of the test that exchange messages with the platform in memory. Messages to
-// a device that no longer exists are lost, as between processes.
+// a device that no longer exists are lost, as between processes: objects of the app may outlive it.
 class LocalProcess : public Host
 {
   public:
@@ -35,8 +35,11 @@ class LocalProcess : public Host
         void Complete(std::int32_t result = 0) const;
     };
 
-    // platform: outlives this.
-    LocalProcess(Device const& device, Platform& platform) : Host(device), m_platform(platform) {}
+    // platform: there until Detach.
+    LocalProcess(Device const& device, Platform& platform);
+
+    // From now on what is sent is lost.
+    void Detach();
 
     // Connects as the process with that id.
     void Start(std::uint32_t id);
@@ -74,9 +77,9 @@ class LocalProcess : public Host
     void Sent(FromProcess const& message);
     void Arrived(ToProcess const& message);
 
-    Platform& m_platform;
     DeferralLog m_deferrals;
     mutable std::mutex m_mutex; // over all that follows
+    Platform* m_platform;       // null: the device is gone
     std::condition_variable m_launchCame;
     std::shared_ptr<Peer> m_peer;
     std::uint32_t m_id = 0;

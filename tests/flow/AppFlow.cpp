@@ -13,8 +13,15 @@ WRAP(SleepCall, Sleep);
 namespace test
 {
 
-AppFlow::AppFlow(sim::Limits limits)
-    : host(limits), m_ended(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+namespace
+{
+
+constexpr auto limitMilliseconds = static_cast<DWORD>(std::chrono::milliseconds(sim::waitLimit).count());
+
+} // namespace
+
+AppFlow::AppFlow()
+    : m_ended(CreateEventW(nullptr, TRUE, FALSE, nullptr)), m_waiting(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
       m_waitMayEnd(CreateSemaphoreW(nullptr, 0, LONG_MAX, nullptr)), m_sleep([this](auto system, DWORD milliseconds) {
           if (milliseconds < 1000) // the thread library's, between two looks at a lock
           {
@@ -22,6 +29,7 @@ AppFlow::AppFlow(sim::Limits limits)
               return;
           }
           waits.push_back(milliseconds);
+          SetEvent(m_waiting.Get());
           WaitForSingleObject(m_waitMayEnd.Get(), INFINITE);
       })
 {
@@ -49,8 +57,7 @@ void AppFlow::JoinMain()
 
 bool AppFlow::TryWaitForEnd() const
 {
-    auto const limit = std::chrono::milliseconds(sim::waitLimit).count();
-    return WaitForSingleObject(m_ended.Get(), static_cast<DWORD>(limit)) == WAIT_OBJECT_0;
+    return WaitForSingleObject(m_ended.Get(), limitMilliseconds) == WAIT_OBJECT_0;
 }
 
 std::runtime_error AppFlow::EndIsMissing() const
@@ -89,6 +96,17 @@ void AppFlow::RunToEnd()
 {
     Start();
     WaitForEnd();
+}
+
+sim::LocalDevice::Launched AppFlow::WaitForLaunch()
+{
+    auto launch = host.WaitForLaunch();
+    HANDLE const either[] = {m_waiting.Get(), host.UiThreadIdle()};
+    if (WaitForMultipleObjects(2, either, FALSE, limitMilliseconds) == WAIT_TIMEOUT)
+    {
+        throw sim::Missing(L"the end of the activation that launches, after" + Shown(Messages()));
+    }
+    return launch;
 }
 
 std::size_t AppFlow::CountReports(std::wstring_view kind)

@@ -20,7 +20,7 @@ namespace test
 class AppFlow : public testing::Test
 {
   protected:
-    explicit AppFlow(sim::Limits limits = {});
+    AppFlow();
     ~AppFlow() override;
 
     // What main does, on a thread of its own.
@@ -34,6 +34,10 @@ class AppFlow : public testing::Test
 
     // Start and WaitForEnd, for an app that does not wait.
     void RunToEnd();
+
+    // The next launch of the desktop component, once the app has set its handler of the launch's end: its UI thread has
+    // come back from the activation, or is in its wait.
+    sim::LocalDevice::Launched WaitForLaunch();
 
     // Ends the current or next wait of the app.
     void EndWait() { ReleaseSemaphore(m_waitMayEnd.Get(), 1, nullptr); }
@@ -60,7 +64,8 @@ class AppFlow : public testing::Test
     std::runtime_error EndIsMissing() const;
 
     LogTearDown m_logTearDown;
-    zant::UniqueHandle m_ended; // signalled when Application::Start has returned or thrown
+    zant::UniqueHandle m_ended;   // signalled when Application::Start has returned or thrown
+    zant::UniqueHandle m_waiting; // signalled from the app's first wait on
     zant::UniqueHandle m_waitMayEnd;
     SleepCall m_sleep;
     std::thread m_main;

@@ -86,7 +86,7 @@ TEST_F(CompletionOrderOfTask, OfATriggerTaskIsBetweenItsTwoLines)
     test::RegisterDailyTask(L"URITimerBGTask");
     Start();
     host.AdvanceClock(1440);
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     test::LogRecorder const log([this] { return static_cast<unsigned>(CountReports(L"task-completed")); });
     launch.Complete();
     EXPECT_EQ(log.WaitForMessage(L"Launch Done !! "), 0u);
@@ -99,7 +99,7 @@ TEST_F(CompletionOrderOfTask, IsCutShortForARunningTaskThatIsUnregistered)
     test::RegisterDailyTask(L"URITimerBGTask");
     Start();
     host.AdvanceClock(1440);
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     VelmoNotificationClient::UnregisterOwnBackgroundTasks();
     EXPECT_EQ(host.WaitForReport(L"task-cancelled").Detail(L"reason"), L"Abort");
     EXPECT_EQ(CountReports(L"task-completed"), 0u);

@@ -415,8 +415,9 @@ TEST_F(RegisterBackgroundTask, DoesNotHoldUpOtherRequestsWhileItWaits)
 
 TEST_F(RegisterBackgroundTask, IsNotDisturbedByASignalThatComesAfterItsTime)
 {
-    host.SetFault(L"PushNotificationChannelManager.CreatePushNotificationChannelForApplicationAsync delay 300 1");
-    EndRegistrationWait(); // before the channel is there
+    log->After(L"Channel URI Received",
+               [this] { log->WaitForMessage(L"Wait for background task registration failed"); });
+    EndRegistrationWait();
     Ask().get();
     EXPECT_EQ(helper->WaitForMessages(1), Lines{failed});
     log->WaitForMessage(L"Inside RegsiterBackgroundtasks, task executed no exception seen");

@@ -87,7 +87,7 @@ TEST_F(StartUp, SuspensionTakesNoDeferral)
 {
     Start();
     host.Launch();
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     auto const args = winrt::make_self<SuspendingArgs>();
     app.get()->OnSuspending(nullptr, args.as<winrt::Windows::ApplicationModel::SuspendingEventArgs>());
     EXPECT_EQ(args->questions, 0);
@@ -98,7 +98,7 @@ TEST_F(StartUp, TheApplicationObjectTellsItsRuntimeClass)
 {
     Start();
     host.Launch();
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     auto const running = app.get();
     ASSERT_TRUE(running);
     EXPECT_EQ(winrt::get_class_name(running.as<winrt::Windows::Foundation::IInspectable>()),

@@ -85,7 +85,7 @@ class TriggerTask : public TriggerTaskFlow, public testing::WithParamInterface<T
 
 TEST_P(TriggerTask, StartsTheDesktopComponentAndIsCompletedWhenThatHasStarted)
 {
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     EXPECT_EQ(launch.group, GetParam().group);
     ExpectLines(Messages(), ExpectedLines());
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
@@ -97,13 +97,13 @@ TEST_P(TriggerTask, StartsTheDesktopComponentAndIsCompletedWhenThatHasStarted)
 
 TEST_P(TriggerTask, DoesNotEndTheApp)
 {
-    host.WaitForLaunch().Complete();
+    WaitForLaunch().Complete();
     EXPECT_FALSE(host.HasExited());
 }
 
 TEST_P(TriggerTask, IsNeverCompletedWhenTheLaunchFailsLater)
 {
-    host.WaitForLaunch().Complete(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    WaitForLaunch().Complete(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
     ExpectLinesAtTheEnd(ExpectedLines());
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
     EXPECT_EQ(host.UnfetchedLaunches(), 0u);
@@ -111,7 +111,7 @@ TEST_P(TriggerTask, IsNeverCompletedWhenTheLaunchFailsLater)
 
 TEST_P(TriggerTask, KeepsTheAppAliveUntilTheLaunchHasCompleted)
 {
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     ExpectLinesAtTheEnd(ExpectedLines());
     EXPECT_TRUE(app.get());
     launch.Complete();
@@ -156,7 +156,7 @@ TEST_F(TriggerTaskFlow, IsToldByItsNameWhateverItsTrigger)
     Register(L"URITimerBGTask", true);
     Start();
     Trigger(true);
-    EXPECT_EQ(host.WaitForLaunch().group, L"CURIUpdated");
+    EXPECT_EQ(WaitForLaunch().group, L"CURIUpdated");
 }
 
 // A failure in the activation itself ends the process.
@@ -210,7 +210,7 @@ TEST_F(TriggerTaskFlow, StartsTheDesktopComponentAlsoWithoutADeferralToComplete)
     host.SetFault(L"BackgroundTaskInstance.GetDeferral null");
     Start();
     Trigger(true);
-    host.WaitForLaunch().Complete();
+    WaitForLaunch().Complete();
     ExpectLinesAtTheEnd(Lines({banner, inside}) + untilLaunch + Lines{launchDone});
 }
 

@@ -41,7 +41,7 @@ class UserLaunch : public test::AppFlow
 TEST_F(UserLaunch, LogsItsFourLinesInOrderAndExits)
 {
     Start();
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     launch.Complete();
     EndWait();
     WaitForEnd();
@@ -53,7 +53,7 @@ TEST_F(UserLaunch, LogsItsFourLinesInOrderAndExits)
 TEST_F(UserLaunch, StartsTheDesktopComponentOnceWithItsParameterGroup)
 {
     Start();
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     EXPECT_EQ(launch.group, L"LaunchHOV");
     EXPECT_EQ(launch.application, L"");
     launch.Complete();
@@ -65,7 +65,7 @@ TEST_F(UserLaunch, StartsTheDesktopComponentOnceWithItsParameterGroup)
 TEST_F(UserLaunch, WaitsThreeSecondsAlsoWhenTheLaunchIsDoneEarlier)
 {
     Start();
-    host.WaitForLaunch().Complete();
+    WaitForLaunch().Complete();
     EndWait();
     WaitForEnd();
     EXPECT_EQ(waits, std::vector<DWORD>{3000});
@@ -74,7 +74,7 @@ TEST_F(UserLaunch, WaitsThreeSecondsAlsoWhenTheLaunchIsDoneEarlier)
 TEST_F(UserLaunch, ExitsWithoutTheDoneLineWhenTheLaunchTakesLonger)
 {
     Start();
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     EndWait();
     WaitForEnd();
     ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, goingToExit});
@@ -98,7 +98,7 @@ TEST_F(UserLaunch, LogsThatTheLaunchIsDoneOnAnotherThreadAlsoWhenItIsDoneAtOnce)
 TEST_F(UserLaunch, KeepsTheAppAliveUntilTheLaunchHasCompleted)
 {
     Start();
-    auto const launch = host.WaitForLaunch();
+    auto const launch = WaitForLaunch();
     EndWait();
     WaitForEnd();
     EXPECT_TRUE(app.get());
@@ -113,7 +113,7 @@ class UserLaunchFailingLater : public UserLaunch, public testing::WithParamInter
 TEST_P(UserLaunchFailingLater, HasNoLineAndIsNotRetriedAndTheAppWaitsAndExits)
 {
     Start();
-    host.WaitForLaunch().Complete(GetParam());
+    WaitForLaunch().Complete(GetParam());
     EndWait();
     WaitForEnd();
     ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, goingToExit});
@@ -156,7 +156,7 @@ TEST_F(UserLaunch, EndsTheProcessWhenTheExitCannotBeHad)
 {
     host.SetFault(L"CoreApplication now 0x80040154");
     Start();
-    host.WaitForLaunch().Complete();
+    WaitForLaunch().Complete();
     EndWait();
     WaitForEnd();
     EXPECT_EQ(host.Failure(), REGDB_E_CLASSNOTREG);
@@ -168,7 +168,7 @@ TEST_F(UserLaunch, AsksTheWindowsContentWhetherItIsAPageAndGoesOnThoughItIsNone)
     std::atomic<int> questions = 0;
     host.SetWindowContent(winrt::make<Content>(questions));
     Start();
-    host.WaitForLaunch().Complete();
+    WaitForLaunch().Complete();
     EndWait();
     WaitForEnd();
     EXPECT_EQ(questions, 1);
@@ -179,7 +179,7 @@ TEST_F(UserLaunch, GoesOnWithoutAWindow)
 {
     host.SetFault(L"Window.Current null");
     Start();
-    host.WaitForLaunch().Complete();
+    WaitForLaunch().Complete();
     EndWait();
     WaitForEnd();
     ExpectLines(Messages(), {banner, insideOnLaunched, goingToLaunch, launchDone, goingToExit});

@@ -1,4 +1,5 @@
 #pragma once
+#include <atomic>
 #include <functional>
 #include <utility>
 
@@ -36,9 +37,8 @@ class WrappedCall<Import>
 
     using Function = std::function<Result(Next, Arguments...)>;
 
-    explicit WrappedCall(Function function) : m_function(std::move(function)), m_previous(std::exchange(s_latest, this))
-    {
-    }
+    // Set when it is whole: the C++ library's calls of other threads may come meanwhile.
+    explicit WrappedCall(Function function) : m_function(std::move(function)), m_previous(s_latest) { s_latest = this; }
 
     WrappedCall(WrappedCall const&) = delete;
     WrappedCall& operator=(WrappedCall const&) = delete;
@@ -51,7 +51,7 @@ class WrappedCall<Import>
     static Result Entry(Arguments... arguments) { return Next(s_latest)(arguments...); }
 
   private:
-    static inline WrappedCall const* s_latest = nullptr;
+    static inline std::atomic<WrappedCall const*> s_latest = nullptr;
 
     Function m_function;
     WrappedCall const* m_previous;

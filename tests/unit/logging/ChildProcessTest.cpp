@@ -6,8 +6,10 @@ using namespace test;
 
 TEST(ChildProcess, ASignalThatComesIsAwaited)
 {
-    zant::UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, L"ChildProcessTest-ready"));
-    ChildProcess const holder(L"logging_writer.exe", L"hold ChildProcessTest ChildProcessTest-ready");
+    auto const name = L"ChildProcessTest" + std::to_wstring(GetCurrentProcessId()); // the session sees it
+    auto const readyName = name + L"-ready";
+    zant::UniqueHandle const ready(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+    ChildProcess const holder(L"logging_writer.exe", L"hold " + name + L' ' + readyName);
     EXPECT_TRUE(holder.AwaitSignal(ready.Get()));
 }
 

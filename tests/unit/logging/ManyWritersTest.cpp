@@ -1,4 +1,5 @@
 #include "tests/support/ChildProcess.h"
+#include "tests/support/WrappedSystem.h"
 #include "tests/unit/logging/LogFixture.h"
 
 #include <algorithm>
@@ -190,6 +191,7 @@ TEST_F(ManyWriters, ThreadsWithoutALockLoseNoLine)
     LogTargetDefault target;
     Configure(target);
     ASSERT_TRUE(target.Open());
+    WaitCall const patient([](auto next, HANDLE handle, DWORD) { return next(handle, INFINITE); }); // as the writers
     std::vector<std::thread> threads;
     for (int number = 0; number < threadCount; ++number)
     {

@@ -4,7 +4,8 @@
 //                                                which therefore checks the file's size
 //   logging_writer hold NAME READY               owns the mutex NAME, sets the event READY and never releases it
 //   logging_writer copy PATH READY               copies the log, sets the event READY in the middle and never ends
-// The first two wait, before the first line, until the event that PATH's file name plus "-start" names is set.
+// The first two wait, before the first line, until the event that PATH's file name plus "-start" names is set. They
+// wait for the log's mutex as long as it takes: a busy machine may stop its owner for longer than the log's own limit.
 #include "logging/DatedName.h"
 #include "logging/LogPath.h"
 #include "logging/LogTargetDefault.h"
@@ -17,12 +18,14 @@ using namespace test;
 using namespace zant;
 
 WRAP(ReadFileCall, ReadFile);
+WRAP(WaitCall, WaitForSingleObject);
 
 namespace
 {
 
 bool Write(std::wstring const& path, std::wstring const& tag, unsigned count, bool rotates)
 {
+    WaitCall const patient([](auto next, HANDLE handle, DWORD) { return next(handle, INFINITE); });
     LogTargetDefault target;
     target.filePath = path;
     target.fileName = FileNameOf(path);

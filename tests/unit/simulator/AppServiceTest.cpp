@@ -308,7 +308,7 @@ TEST_F(AppServiceTest, MayHaveTheirSendsCancelledAtOnce)
     });
     sending.Cancel();
     EXPECT_EQ(sending.Status(), AsyncStatus::Canceled);
-    constexpr DWORD limitMilliseconds = 10'000;
+    constexpr DWORD limitMilliseconds = 30'000;
     ASSERT_EQ(WaitForSingleObject(completed.Get(), limitMilliseconds), WAIT_OBJECT_0)
         << "it is cancelled, and still waits for the response";
     EXPECT_THROW(sending.GetResults(), winrt::hresult_canceled);

@@ -82,7 +82,7 @@ class RuntimeTest : public testing::Test
         return Start();
     }
 
-    sim::LocalDevice m_host{{.suspending = 600'000}}; // milliseconds: no test waits for the deadline
+    sim::LocalDevice m_host;
     Script m_script;
 };
 
