@@ -1,5 +1,7 @@
 #include "tests/support/ExpectLines.h"
 
+#include "tests/flow/Lines.h"
+
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
