@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <objidl.h>
+#include <windows.h>
 
 using namespace test;
 using winrt::Windows::Foundation::AsyncStatus;

@@ -1,6 +1,7 @@
 #include "tests/unit/simulator/BackgroundApp.h"
 
 #include <algorithm>
+#include <windows.h>
 #include <winrt/Windows.ApplicationModel.Core.h>
 #include <winrt/Windows.Networking.PushNotifications.h>
 

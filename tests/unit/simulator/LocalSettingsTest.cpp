@@ -4,6 +4,7 @@
 #include "simulator/runtime/values/ValueBytes.h"
 #include "tests/unit/simulator/BackgroundApp.h"
 
+#include <windows.h>
 #include <winrt/Windows.Storage.h>
 
 using namespace test;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <objidl.h>
 #include <thread>
+#include <windows.h>
 #include <winrt/Windows.ApplicationModel.Activation.h>
 #include <winrt/Windows.ApplicationModel.Core.h>
 #include <winrt/Windows.ApplicationModel.h>

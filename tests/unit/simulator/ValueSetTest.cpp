@@ -1,6 +1,7 @@
 #include "tests/unit/simulator/BackgroundApp.h"
 
 #include <algorithm>
+#include <windows.h>
 
 using namespace test;
 using winrt::Windows::Foundation::IPropertyValue;
