@@ -24,6 +24,10 @@ TABLE = {
     "app": ["service", "logging", "utils", "projection"],
     # What stands beside it.
     "helper": ["service/Messages.h", "utils/Utf8.h", "projection"],
+    "doctor/base": ["utils"],
+    "doctor/log": ["doctor/base", "utils"],
+    "doctor/show": ["doctor/base", "doctor/log", "utils"],
+    "doctor": ["doctor/base", "doctor/show", "utils"],
     "simulator/base": ["projection"],
     "simulator/protocol": ["simulator/base"],
     "simulator/package": ["simulator/base", "simulator/protocol"],
@@ -49,11 +53,12 @@ TABLE = {
     "tools": [],
     # What tries them.
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
-    "tests/native": ["logging", "utils"],
+    "tests/native": ["doctor/log", "logging", "utils"],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
         "tests/support",
     ],
+    "tests/unit/doctor": ["doctor", "doctor/base", "doctor/log", "doctor/show", "utils", "tests/support"],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
@@ -75,7 +80,7 @@ TABLE = {
     "tests/executable": ["package/msix"],
     "tests/package": ["package", "package/msix"],
     "tests/tools": ["cmake"],
-    "fuzz": ["simulator/protocol", "tests/native"],
+    "fuzz": ["doctor/log", "simulator/protocol", "tests/native"],
     "bench": [
         "app", "service", "logging", "utils", "projection", "simulator/base", "simulator/broker", "simulator/client",
         "simulator/protocol", "simulator/testing",

@@ -9,7 +9,7 @@ import unittest
 
 import support
 
-COMMANDS = ["run", "test", "build", "package", "bench", "fuzz", "check", "coverage", "sim", "helper",
+COMMANDS = ["run", "test", "build", "package", "bench", "fuzz", "check", "coverage", "sim", "helper", "doctor",
             "symbolize", "clean"]
 
 WRONG_CALLS = [
@@ -127,7 +127,8 @@ class Calls(DevTest):
         self.assertIn("there is no test whose name matches 'Nonsense'", output)
 
     def test_programs_by_hand_are_built_before_they_run_without_a_word(self):
-        for name, program in (("sim", "simulator/sim.exe"), ("helper", "helper/helper.exe")):
+        for name, program in (("sim", "simulator/sim.exe"), ("helper", "helper/helper.exe"),
+                              ("doctor", "doctor/doctor.exe")):
             with self.subTest(name):
                 expected = f"wine-run {self.clone}/build/product/{program} help\n"
                 self.assertEqual((0, expected), self.dev(name, "help"))

@@ -1,0 +1,14 @@
+#pragma once
+#include <filesystem>
+#include <string>
+
+namespace doctor
+{
+
+// The system's message for an error code of its functions: "Access is denied. (5)".
+std::string SystemText(unsigned long code);
+
+// A path as people read it, in UTF-8.
+std::string PathText(std::filesystem::path const& path);
+
+} // namespace doctor

@@ -1,0 +1,60 @@
+#include "doctor/log/InputFile.h"
+
+#include "doctor/base/Error.h"
+#include "doctor/base/SystemText.h"
+
+namespace doctor
+{
+
+namespace
+{
+
+[[noreturn]] void ThrowLastError(std::filesystem::path const& path)
+{
+    throw Error(PathText(path) + ": " + SystemText(GetLastError()));
+}
+
+} // namespace
+
+InputFile::InputFile(std::filesystem::path const& path)
+    : m_path(path),
+      m_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                         OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr))
+{
+    if (!m_file)
+    {
+        ThrowLastError(m_path);
+    }
+}
+
+std::string_view InputFile::Read(std::span<char> buffer)
+{
+    DWORD count = 0;
+    if (!ReadFile(m_file.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr))
+    {
+        ThrowLastError(m_path);
+    }
+    return {buffer.data(), count};
+}
+
+std::uint64_t InputFile::Size() const
+{
+    LARGE_INTEGER size;
+    if (!GetFileSizeEx(m_file.Get(), &size))
+    {
+        ThrowLastError(m_path);
+    }
+    return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+void InputFile::Seek(std::uint64_t position)
+{
+    LARGE_INTEGER target;
+    target.QuadPart = static_cast<LONGLONG>(position);
+    if (!SetFilePointerEx(m_file.Get(), target, nullptr, FILE_BEGIN))
+    {
+        ThrowLastError(m_path);
+    }
+}
+
+} // namespace doctor

@@ -1,0 +1,35 @@
+#pragma once
+#include "utils/UniqueHandle.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string_view>
+
+namespace doctor
+{
+
+// A file that is read while others write, rename or delete it: it is opened so that nothing of that fails because of
+// the reader.
+class InputFile
+{
+  public:
+    // Throws Error.
+    explicit InputFile(std::filesystem::path const& path);
+
+    // The next bytes, into the buffer; empty at the end of the file. Throws Error.
+    std::string_view Read(std::span<char> buffer);
+
+    // How many bytes it has now. Throws Error.
+    std::uint64_t Size() const;
+
+    // Reads on from that byte. Throws Error.
+    void Seek(std::uint64_t position);
+
+  private:
+    std::filesystem::path m_path;
+    zant::UniqueHandle m_file;
+};
+
+} // namespace doctor

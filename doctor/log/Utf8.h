@@ -1,0 +1,15 @@
+#pragma once
+#include <string>
+
+namespace doctor
+{
+
+// Appends a character; it must be no surrogate and at most U+10FFFF.
+void AppendUtf8(std::string& text, char32_t character);
+
+// Replaces each byte that belongs to no well-formed character by U+FFFD. False when there was none.
+bool ReplaceMalformed(std::string& text);
+
+inline constexpr char32_t replacementCharacter = 0xFFFD;
+
+} // namespace doctor

@@ -1,0 +1,117 @@
+#include "doctor/show/LineFormat.h"
+
+#include "doctor/base/SystemText.h"
+#include "doctor/log/ChannelUri.h"
+#include "doctor/log/Utf8.h"
+
+#include <nlohmann/json.hpp>
+
+namespace doctor
+{
+
+namespace
+{
+
+std::string Padded(std::string_view text, std::size_t width)
+{
+    std::string padded(text);
+    padded.resize(std::max(padded.size(), width), ' ');
+    return padded;
+}
+
+std::string LevelText(zant::LogLevel level)
+{
+    auto const name = zant::LevelName(level);
+    return {name.begin(), name.end()}; // ASCII
+}
+
+std::string WithoutControls(std::string_view text)
+{
+    std::string result;
+    for (auto const each : text)
+    {
+        auto const isControl = (each >= 0 && each < ' ' && each != '\t') || each == '\x7F';
+        isControl ? AppendUtf8(result, replacementCharacter) : result.push_back(each);
+    }
+    return result;
+}
+
+constexpr std::string_view faint = "\x1b[2m";
+
+// Empty for what is shown in the terminal's own colour.
+std::string_view ColourOf(zant::LogLevel level)
+{
+    using enum zant::LogLevel;
+    if (level >= Error)
+    {
+        return "\x1b[31m";
+    }
+    if (level >= Warn)
+    {
+        return "\x1b[33m";
+    }
+    return level >= Info ? "" : faint;
+}
+
+std::string TextOf(LogLine const& line, std::string_view message)
+{
+    return TimeText(line.time) + " " + Padded(LevelText(line.level), 5) + " " + Padded(std::to_string(line.thread), 5) +
+           " " + Padded(line.category, 10) + " " + std::string(message);
+}
+
+std::string JsonOf(Entry const& entry, std::filesystem::path const& file, std::string_view message)
+{
+    nlohmann::ordered_json object;
+    if (entry.line)
+    {
+        auto const& line = *entry.line;
+        object["time"] = TimeText(line.time);
+        object["level"] = LevelText(line.level);
+        object["thread"] = line.thread;
+        object["product"] = line.product;
+        object["component"] = line.component;
+        object["category"] = line.category;
+        object["detail"] = line.detail;
+        object["origin"] = line.origin;
+    }
+    object["message"] = message;
+    object["file"] = PathText(file);
+    object["line"] = entry.raw.number;
+    if (entry.raw.isDamaged)
+    {
+        object["damaged"] = true;
+    }
+    return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+} // namespace
+
+std::string TimeText(LogTime time)
+{
+    using namespace std::chrono;
+    auto const day = floor<days>(time);
+    year_month_day const date(day);
+    hh_mm_ss const clock(time - day);
+    char text[40];
+    auto const length =
+        std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d:%02d.%03d", static_cast<int>(date.year()),
+                      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                      static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                      static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
+    return {text, static_cast<std::size_t>(length)};
+}
+
+std::string FormatEntry(Entry const& entry, std::filesystem::path const& file, LineFormat const& format)
+{
+    auto const whole = entry.line ? entry.line->message : entry.raw.text;
+    auto const message = format.hasFullUris ? std::string(whole) : WithShortUris(whole);
+    if (format.form == Form::Json)
+    {
+        return JsonOf(entry, file, message);
+    }
+    auto const text = WithoutControls(entry.line ? TextOf(*entry.line, message) : message);
+    auto const colour = entry.line ? ColourOf(entry.line->level) : faint;
+    return format.form == Form::Coloured && !colour.empty() ? std::string(colour) + text + "\x1b[0m" : text;
+}
+
+} // namespace doctor

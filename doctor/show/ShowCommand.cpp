@@ -1,0 +1,48 @@
+#include "doctor/show/ShowCommand.h"
+
+#include "doctor/log/LogFiles.h"
+#include "doctor/show/Follow.h"
+
+namespace doctor
+{
+
+namespace
+{
+
+bool Matches(Filter const& filter, Entry const& entry)
+{
+    return entry.line ? filter.Matches(*entry.line) : filter.MatchesText(entry.raw.text);
+}
+
+} // namespace
+
+void Show(ShowOptions const& options, WriteText const& write, std::function<void()> const& pause)
+{
+    auto files = LogFilesAt(options.paths);
+    auto const live = files.back();
+    if (options.follows)
+    {
+        files.pop_back();
+    }
+    auto const writeFrom = [&](std::filesystem::path const& file) {
+        return [&](Entry const& entry) {
+            if (Matches(options.filter, entry))
+            {
+                write(FormatEntry(entry, file, options.format));
+            }
+            return true;
+        };
+    };
+    for (auto const& file : files)
+    {
+        ReadLog(file, writeFrom(file));
+    }
+    Follower follower(live);
+    while (options.follows)
+    {
+        follower.TakeNew(writeFrom(live));
+        pause();
+    }
+}
+
+} // namespace doctor

@@ -1,0 +1,28 @@
+#pragma once
+#include "doctor/show/Filter.h"
+#include "doctor/show/LineFormat.h"
+
+#include <filesystem>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+namespace doctor
+{
+
+struct ShowOptions
+{
+    std::vector<std::filesystem::path> paths;
+    Filter filter;
+    LineFormat format;
+    bool follows = false;
+};
+
+// Takes a line of output, in UTF-8 and without a line end.
+using WriteText = std::function<void(std::string_view)>;
+
+// doctor show: writes the lines of logs. With `follows` it goes on with what is added to the last of the files, and
+// calls `pause` between two looks, until one of the two throws. Throws Error.
+void Show(ShowOptions const& options, WriteText const& write, std::function<void()> const& pause);
+
+} // namespace doctor

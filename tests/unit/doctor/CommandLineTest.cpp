@@ -1,0 +1,127 @@
+#include "doctor/CommandLine.h"
+
+#include "doctor/base/Error.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/unit/doctor/LogText.h"
+#include "utils/Utf8.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+using doctor::Outcome;
+using test::LogText;
+
+namespace
+{
+
+class CommandLine : public testing::Test
+{
+  protected:
+    Outcome Run(std::vector<std::string> words)
+    {
+        m_lines.clear();
+        m_errors.clear();
+        return doctor::RunCommandLine(std::move(words),
+                                      {[&](std::string_view line) { m_lines.emplace_back(line); },
+                                       [&](std::string_view line) { m_errors.emplace_back(line); }, m_pause});
+    }
+
+    // What `show` writes of a log with an INFO line of thread 7, a WARN line of thread 8 and text that is no line.
+    std::string Shown(std::vector<std::string> options)
+    {
+        test::WriteBytes(m_path, test::Utf16(test::mark + LogText(L"01/05/24 09:30:12:045", L"Inside one") + L"\r\n" +
+                                             LogText(L"01/05/24 09:30:13:000", L"two", L"WARN", L"AppService", 8) +
+                                             L"\r\nother text\r\n"));
+        options.insert(options.begin(), {"show", zant::ToUtf8(m_path).value()});
+        m_outcome = Run(std::move(options));
+        return ShownMessages();
+    }
+
+    // The last words of the lines.
+    std::string ShownMessages() const
+    {
+        std::string messages;
+        for (auto const& line : m_lines)
+        {
+            messages += line.substr(line.find_last_of(' ') + 1) + ";";
+        }
+        return messages;
+    }
+
+    test::TemporaryFolder m_folder;
+    std::wstring const m_path = m_folder / L"KZ\u00C9B.log";
+    std::vector<std::string> m_lines;
+    std::vector<std::string> m_errors;
+    std::function<void()> m_pause = [] { throw doctor::Error("paused"); };
+    Outcome m_outcome{};
+};
+
+} // namespace
+
+TEST_F(CommandLine, ShowsALogAndHasItsOptions)
+{
+    EXPECT_EQ(Shown({}), "one;two;text;");
+    EXPECT_EQ(m_outcome, Outcome::Done);
+    EXPECT_EQ(m_errors, std::vector<std::string>{});
+    EXPECT_EQ(Shown({"--level", "warn"}), "two;");
+    EXPECT_EQ(Shown({"--thread", "7"}), "one;");
+    EXPECT_EQ(Shown({"--category", "appservice"}), "two;");
+    EXPECT_EQ(Shown({"--grep", "inside"}), "one;");
+    EXPECT_EQ(Shown({"--since", "2024-01-05 09:30:13"}), "two;");
+    EXPECT_EQ(Shown({"--colour", "--level", "warn"}), "two\x1b[0m;");
+    Shown({"--json"});
+    EXPECT_TRUE(m_lines.at(0).starts_with(R"({"time":")"));
+}
+
+TEST_F(CommandLine, FollowsTheLastFile)
+{
+    std::vector<std::string> shown;
+    m_pause = [&] {
+        shown.push_back(ShownMessages());
+        if (shown.size() == 2)
+        {
+            throw doctor::Error("the test ends it");
+        }
+        auto bytes = test::ReadBytes(m_path);
+        test::WriteBytes(m_path, bytes + test::Utf16(LogText(L"01/05/24 09:30:14:000", L"three") + L"\r\n"));
+    };
+    Shown({"--follow"});
+    EXPECT_EQ(shown, (std::vector<std::string>{"one;two;text;", "one;two;text;three;"}));
+    EXPECT_EQ(m_outcome, Outcome::Failed);
+    EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
+}
+
+TEST_F(CommandLine, HasHelp)
+{
+    EXPECT_EQ(Run({"--help"}), Outcome::Done);
+    EXPECT_NE(m_lines.at(0).find("show "), std::string::npos) << m_lines.at(0);
+    EXPECT_EQ(Run({"show", "--help"}), Outcome::Done);
+    EXPECT_NE(m_lines.at(0).find("--follow "), std::string::npos) << m_lines.at(0);
+    EXPECT_EQ(m_errors, std::vector<std::string>{});
+}
+
+TEST_F(CommandLine, RefusesWhatItDoesNotKnowWithASentence)
+{
+    for (auto const& words : std::vector<std::vector<std::string>>{{},
+                                                                   {"cure"},
+                                                                   {"show"},
+                                                                   {"show", "a", "--no-such-option"},
+                                                                   {"show", "a", "--since", "yesterday"},
+                                                                   {"show", "a", "--level", "loud"},
+                                                                   {"show", "a", "--thread", "x"}})
+    {
+        EXPECT_EQ(Run(words), Outcome::UsageError);
+        ASSERT_EQ(m_errors.size(), 1u);
+        EXPECT_TRUE(m_errors[0].starts_with("doctor: ")) << m_errors[0];
+        EXPECT_TRUE(m_errors[0].ends_with("\ndoctor --help lists the commands")) << m_errors[0];
+        EXPECT_EQ(m_lines, std::vector<std::string>{});
+    }
+}
+
+TEST_F(CommandLine, SaysWhatFails)
+{
+    EXPECT_EQ(Run({"show", "nowhere"}), Outcome::Failed);
+    EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: there is no log at nowhere"});
+    EXPECT_EQ(Run({"show", "/nowhere"}), Outcome::Failed); // no option: a path as shells here write it
+}
