@@ -29,8 +29,8 @@ class ProcessStarter
     // Terminates a process that was started here and still runs.
     virtual void Kill(unsigned long id, unsigned long exitCode) = 0;
 
-    // Suspends all threads of such a process; false on failure, as for a process that is ending. Resume reverses it. A
-    // suspended process does not outlive this object.
+    // Suspends all threads of a process that was started here; false on failure, as for a process that is ending.
+    // Resume reverses it. A suspended process does not outlive this object.
     virtual bool Suspend(unsigned long id) = 0;
     virtual void Resume(unsigned long id) = 0;
 };
