@@ -28,7 +28,7 @@ void TellEnd(char const* how)
 unsigned LimitInSeconds()
 {
     auto const* set = std::getenv("VELMO_TEST_SECONDS");
-    return set ? static_cast<unsigned>(std::strtoul(set, nullptr, 10)) : 100;
+    return set ? static_cast<unsigned>(std::strtoul(set, nullptr, 10)) : 300;
 }
 
 DWORD WINAPI Watch(void*)
