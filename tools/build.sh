@@ -49,13 +49,13 @@ build_quietly() {
     release
 }
 
-# run_tests PRESET [CTEST ARGUMENTS...]: four more at a time than there are processors, since some of them mostly wait.
+# run_tests PRESET [CTEST ARGUMENTS...]: two more at a time than there are processors, since some of them mostly wait.
 run_tests() {
     local preset=$1 result=0
     shift
     [ "$preset" = native ] || prepare_prefix "$preset" || return
     step "testing $preset"
-    show_tests "build/logs/test-$preset.log" ctest --test-dir "build/$preset" --parallel $(($(nproc) + 4)) \
+    show_tests "build/logs/test-$preset.log" ctest --test-dir "build/$preset" --parallel $(($(nproc) + 2)) \
         --output-on-failure --no-tests=error "$@" || result=$?
     count_tests "build/$preset/Testing/Temporary/LastTest.log"
     [ "$preset" = native ] || stop_wine "$PWD/build/$preset/prefix"
