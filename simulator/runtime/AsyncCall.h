@@ -52,8 +52,9 @@ class AsyncFault
 
     bool IsHeld() const
     {
-        auto const process = Of(FaultKind::Held) ? m_process.Get() : nullptr;
-        return process && process->HasFault(m_fault->call);
+        auto const* const fault = Of(FaultKind::Held);
+        auto const process = fault ? m_process.Get() : nullptr;
+        return process && process->HasFault(fault->call);
     }
 
     // Waits for its end.
