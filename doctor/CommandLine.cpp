@@ -36,11 +36,11 @@ std::optional<zant::LogLevel> LevelOfWord(std::string word)
     return LevelOf(word);
 }
 
-void AddShow(CLI::App& app, ShowOptions& options, ShowWords& words)
+void AddShow(CLI::App& app, ShowOptions& options, ShowWords& words, bool needsPath)
 {
     auto* const show =
         app.add_subcommand("show", "writes the lines of log files, decoded, in the order of their copies");
-    show->add_option("PATH", words.paths, "log files, or folders with log files")->required();
+    show->add_option("PATH", words.paths, "log files, or folders with log files")->required(needsPath);
     show->add_flag("--follow", options.follows, "goes on with what is added to the newest of them");
     show->add_option("--since", words.since, R"(lines from that local time on: 2024-01-05, or "2024-01-05 09:30")")
         ->check(ParsedBy(ParseTime, R"(time: 2024-01-05, "2024-01-05 09:30" or "2024-01-05 09:30:12")"));
@@ -60,6 +60,11 @@ void RunShow(ShowOptions& options, ShowWords const& words, Surroundings const& s
     for (auto const& path : words.paths)
     {
         options.paths.emplace_back(zant::ToWide(path).value_or(L""));
+    }
+    if (words.paths.empty())
+    {
+        options.paths.push_back(surroundings.ownLog());
+        options.waits = true;
     }
     options.filter.since = ParseTime(words.since);
     options.filter.level = LevelOfWord(words.level);
@@ -81,7 +86,7 @@ try
     app.allow_windows_style_options(false); // a path may begin with a slash
     ShowOptions showOptions;
     ShowWords showWords;
-    AddShow(app, showOptions, showWords);
+    AddShow(app, showOptions, showWords, !surroundings.ownLog);
     try
     {
         std::ranges::reverse(words); // as the parser takes them

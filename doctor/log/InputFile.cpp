@@ -14,17 +14,30 @@ namespace
     throw Error(PathText(path) + ": " + SystemText(GetLastError()));
 }
 
+HANDLE Open(std::filesystem::path const& path)
+{
+    return CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                       OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+}
+
 } // namespace
 
-InputFile::InputFile(std::filesystem::path const& path)
-    : m_path(path),
-      m_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                         OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr))
+InputFile::InputFile(std::filesystem::path const& path) : m_path(path), m_file(Open(path))
 {
     if (!m_file)
     {
         ThrowLastError(m_path);
     }
+}
+
+std::optional<InputFile> InputFile::IfThere(std::filesystem::path const& path)
+{
+    zant::UniqueHandle file(Open(path));
+    if (!file && GetLastError() != ERROR_FILE_NOT_FOUND && GetLastError() != ERROR_PATH_NOT_FOUND)
+    {
+        ThrowLastError(path);
+    }
+    return file ? std::optional(InputFile(path, std::move(file))) : std::nullopt;
 }
 
 std::string_view InputFile::Read(std::span<char> buffer)

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -18,6 +19,9 @@ class InputFile
     // Throws Error.
     explicit InputFile(std::filesystem::path const& path);
 
+    // Nothing when there is no such file. Throws Error when it is there and cannot be opened.
+    static std::optional<InputFile> IfThere(std::filesystem::path const& path);
+
     // The next bytes, into the buffer; empty at the end of the file. Throws Error.
     std::string_view Read(std::span<char> buffer);
 
@@ -28,6 +32,8 @@ class InputFile
     void Seek(std::uint64_t position);
 
   private:
+    InputFile(std::filesystem::path const& path, zant::UniqueHandle file) : m_path(path), m_file(std::move(file)) {}
+
     std::filesystem::path m_path;
     zant::UniqueHandle m_file;
 };

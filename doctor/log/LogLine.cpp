@@ -21,48 +21,12 @@ std::optional<Number> NumberIn(std::string_view text)
     return error == std::errc() && stopped == text.data() + text.size() ? std::optional(number) : std::nullopt;
 }
 
-// A number of that many digits at that place, negative when there is none.
-int DigitsAt(std::string_view text, std::size_t at, std::size_t count)
-{
-    auto const digits = text.substr(at, count);
-    auto const isDigit = [](char each) { return each >= '0' && each <= '9'; };
-    return std::ranges::all_of(digits, isDigit) ? NumberIn<int>(digits).value_or(-1) : -1;
-}
-
-// "01/05/24 09:30:12:045", in the C locale's order: month, day, year of this century.
+// In the C locale's order.
 std::optional<LogTime> ParseStamp(std::string_view stamp)
 {
-    using namespace std::chrono;
-    constexpr std::string_view form = "00/00/00 00:00:00:000";
+    constexpr std::string_view form = "MM/DD/YY hh:mm:ss:fff";
     static_assert(form.size() == stampLength);
-    if (stamp.size() != stampLength)
-    {
-        return std::nullopt;
-    }
-    for (std::size_t at = 0; at < stampLength; ++at)
-    {
-        if (form[at] != '0' && stamp[at] != form[at])
-        {
-            return std::nullopt;
-        }
-    }
-    auto const number = [&](std::size_t at, std::size_t count) { return DigitsAt(stamp, at, count); };
-    auto const hour = number(9, 2);
-    auto const minute = number(12, 2);
-    auto const second = number(15, 2);
-    auto const millisecond = number(18, 3);
-    auto const yearInCentury = number(6, 2);
-    if (yearInCentury < 0 || hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59 ||
-        millisecond < 0)
-    {
-        return std::nullopt;
-    }
-    auto const date = year(2000 + yearInCentury) / number(0, 2) / number(3, 2);
-    if (!date.ok())
-    {
-        return std::nullopt;
-    }
-    return local_days(date) + hours(hour) + minutes(minute) + seconds(second) + milliseconds(millisecond);
+    return TimeIn(stamp, form);
 }
 
 // Takes the text up to the next separator away; nullopt when there is none.

@@ -1,16 +1,13 @@
 #pragma once
+#include "doctor/log/LogTime.h"
 #include "utils/LogLevel.h"
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
 namespace doctor
 {
-
-// The local time of the machine that wrote the log, in milliseconds. A log says nothing of its time zone.
-using LogTime = std::chrono::local_time<std::chrono::milliseconds>;
 
 // "INFO" and so on, as lines have it; nullopt for other words.
 std::optional<zant::LogLevel> LevelOf(std::string_view name);

@@ -1,8 +1,6 @@
 #include "doctor/show/Filter.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 namespace doctor
 {
@@ -36,34 +34,13 @@ bool Filter::MatchesText(std::string_view other) const
 
 std::optional<LogTime> ParseTime(std::string_view text)
 {
-    using namespace std::chrono;
-    constexpr std::array<std::string_view, 3> forms = {"0000-00-00", "0000-00-00 00:00", "0000-00-00 00:00:00"};
-    auto const fits = [&](std::string_view form) {
-        return std::ranges::equal(text, form, [](char each, char kind) {
-            return kind == '0' ? each >= '0' && each <= '9' : each == kind || (kind == ' ' && each == 'T');
-        });
-    };
-    if (std::ranges::none_of(forms, fits))
+    std::optional<LogTime> time;
+    for (auto const* const form :
+         {"YYYY-MM-DD", "YYYY-MM-DD hh:mm", "YYYY-MM-DDThh:mm", "YYYY-MM-DD hh:mm:ss", "YYYY-MM-DDThh:mm:ss"})
     {
-        return std::nullopt;
+        time = time ? time : TimeIn(text, form);
     }
-    auto const number = [&](std::size_t at, std::size_t length) {
-        auto value = 0;
-        for (auto const digit : at < text.size() ? text.substr(at, length) : std::string_view())
-        {
-            value = value * 10 + (digit - '0');
-        }
-        return value;
-    };
-    auto const date = year(number(0, 4)) / number(5, 2) / number(8, 2);
-    auto const hour = number(11, 2);
-    auto const minute = number(14, 2);
-    auto const second = number(17, 2);
-    if (!date.ok() || hour > 23 || minute > 59 || second > 59)
-    {
-        return std::nullopt;
-    }
-    return local_days(date) + hours(hour) + minutes(minute) + seconds(second);
+    return time;
 }
 
 } // namespace doctor

@@ -10,20 +10,18 @@ namespace doctor
 void Follower::TakeNew(TakeEntry const& take)
 {
     constexpr std::size_t blockBytes = std::size_t{64} * 1024;
-    std::error_code none;
-    if (!std::filesystem::exists(m_path, none))
+    auto file = InputFile::IfThere(m_path);
+    if (!file || file->Size() < m_position)
     {
         BeginAgain();
+    }
+    if (!file)
+    {
         return;
     }
-    InputFile file(m_path);
-    if (file.Size() < m_position)
-    {
-        BeginAgain();
-    }
-    file.Seek(m_position);
+    file->Seek(m_position);
     std::vector<char> buffer(blockBytes);
-    for (auto bytes = file.Read(buffer); !bytes.empty(); bytes = file.Read(buffer))
+    for (auto bytes = file->Read(buffer); !bytes.empty(); bytes = file->Read(buffer))
     {
         m_position += bytes.size();
         m_reader.Add(bytes, [&](RawLine const& raw) { TakeSplit(raw, take); });

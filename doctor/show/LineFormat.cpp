@@ -86,21 +86,6 @@ std::string JsonOf(Entry const& entry, std::filesystem::path const& file, std::s
 
 } // namespace
 
-std::string TimeText(LogTime time)
-{
-    using namespace std::chrono;
-    auto const day = floor<days>(time);
-    year_month_day const date(day);
-    hh_mm_ss const clock(time - day);
-    char text[40];
-    auto const length =
-        std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d:%02d.%03d", static_cast<int>(date.year()),
-                      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                      static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                      static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
-    return {text, static_cast<std::size_t>(length)};
-}
-
 std::string FormatEntry(Entry const& entry, std::filesystem::path const& file, LineFormat const& format)
 {
     auto const whole = entry.line ? entry.line->message : entry.raw.text;

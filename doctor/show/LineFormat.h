@@ -24,7 +24,4 @@ struct LineFormat
 // cursor with them.
 std::string FormatEntry(Entry const& entry, std::filesystem::path const& file, LineFormat const& format);
 
-// 2024-01-05 09:30:12.045
-std::string TimeText(LogTime time);
-
 } // namespace doctor

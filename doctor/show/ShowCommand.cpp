@@ -14,11 +14,18 @@ bool Matches(Filter const& filter, Entry const& entry)
     return entry.line ? filter.Matches(*entry.line) : filter.MatchesText(entry.raw.text);
 }
 
+std::vector<std::filesystem::path> FilesOf(ShowOptions const& options)
+{
+    std::error_code none;
+    auto const waits = options.follows && options.waits && !std::filesystem::exists(options.paths.front(), none);
+    return waits ? options.paths : LogFilesAt(options.paths);
+}
+
 } // namespace
 
 void Show(ShowOptions const& options, WriteText const& write, std::function<void()> const& pause)
 {
-    auto files = LogFilesAt(options.paths);
+    auto files = FilesOf(options);
     auto const live = files.back();
     if (options.follows)
     {

@@ -16,6 +16,7 @@ struct ShowOptions
     Filter filter;
     LineFormat format;
     bool follows = false;
+    bool waits = false; // one that is followed may be missing yet
 };
 
 // Takes a line of output, in UTF-8 and without a line end.

@@ -24,7 +24,7 @@ class CommandLine : public testing::Test
         m_errors.clear();
         return doctor::RunCommandLine(std::move(words),
                                       {[&](std::string_view line) { m_lines.emplace_back(line); },
-                                       [&](std::string_view line) { m_errors.emplace_back(line); }, m_pause});
+                                       [&](std::string_view line) { m_errors.emplace_back(line); }, m_pause, m_ownLog});
     }
 
     // What `show` writes of a log with an INFO line of thread 7, a WARN line of thread 8 and text that is no line.
@@ -54,6 +54,7 @@ class CommandLine : public testing::Test
     std::vector<std::string> m_lines;
     std::vector<std::string> m_errors;
     std::function<void()> m_pause = [] { throw doctor::Error("paused"); };
+    std::function<std::filesystem::path()> m_ownLog;
     Outcome m_outcome{};
 };
 
@@ -90,6 +91,40 @@ TEST_F(CommandLine, FollowsTheLastFile)
     EXPECT_EQ(shown, (std::vector<std::string>{"one;two;text;", "one;two;text;three;"}));
     EXPECT_EQ(m_outcome, Outcome::Failed);
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
+}
+
+TEST_F(CommandLine, ShowsItsOwnLogWhereNoPathIsGiven)
+{
+    Shown({});
+    m_ownLog = [&] { return m_path; };
+    EXPECT_EQ(Run({"show", "--level", "warn"}), Outcome::Done);
+    EXPECT_EQ(ShownMessages(), "two;");
+    test::WriteBytes(m_folder / L"other.log", "other\n");
+    EXPECT_EQ(Run({"show", "--json", zant::ToUtf8(m_folder / L"other.log").value()}), Outcome::Done);
+    ASSERT_EQ(m_lines.size(), 1u);
+    EXPECT_NE(m_lines[0].find("other.log"), std::string::npos) << m_lines[0];
+}
+
+TEST_F(CommandLine, FollowsItsOwnLogFromBeforeItIsThere)
+{
+    m_ownLog = [&] { return m_path; };
+    EXPECT_EQ(Run({"show"}), Outcome::Failed);
+    m_pause = [&] {
+        if (!m_lines.empty())
+        {
+            throw doctor::Error("the test ends it");
+        }
+        test::WriteBytes(m_path, test::Utf16(test::mark + LogText(L"01/05/24 09:30:12:045", L"one") + L"\r\n"));
+    };
+    EXPECT_EQ(Run({"show", "--follow"}), Outcome::Failed);
+    EXPECT_EQ(ShownMessages(), "one;");
+    EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
+}
+
+TEST_F(CommandLine, FollowsNoOtherLogThatIsMissing)
+{
+    EXPECT_EQ(Run({"show", "nowhere", "--follow"}), Outcome::Failed);
+    EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: there is no log at nowhere"});
 }
 
 TEST_F(CommandLine, HasHelp)

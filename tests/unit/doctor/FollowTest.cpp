@@ -1,5 +1,6 @@
 #include "doctor/show/Follow.h"
 
+#include "doctor/base/Error.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/unit/doctor/LogText.h"
@@ -51,6 +52,20 @@ TEST_F(Follow, GivesNothingUntilTheFileIsThere)
     EXPECT_EQ(New(), std::vector<std::string>{});
 }
 
+TEST_F(Follow, GivesNothingUntilTheFolderOfTheFileIsThere)
+{
+    doctor::Follower follower(m_folder / L"missing\\KZEB.log");
+    auto entries = 0;
+    follower.TakeNew([&](doctor::Entry const&) { return ++entries; });
+    EXPECT_EQ(entries, 0);
+}
+
+TEST_F(Follow, FailsWhereTheFileIsThereAndCannotBeOpened)
+{
+    doctor::Follower follower(m_folder.Path()); // a folder has no lines
+    EXPECT_THROW(follower.TakeNew([](doctor::Entry const&) { return true; }), doctor::Error);
+}
+
 TEST_F(Follow, GivesALineWhenItIsWhole)
 {
     Write(mark + LogText(m_time, L"o"));
@@ -67,6 +82,18 @@ TEST_F(Follow, BeginsAgainWithAFileThatWasRotated)
     EXPECT_EQ(New(), std::vector<std::string>{"one"});
     Write(mark + LogText(m_time, L"two") + L"\r\n");
     EXPECT_EQ(New(), std::vector<std::string>{"two"});
+}
+
+TEST_F(Follow, GoesOnWithAFileThatWasEmptiedAndHasNoMark)
+{
+    Write(mark + LogText(m_time, L"one") + L"\r\n");
+    New();
+    Write(L"");
+    EXPECT_EQ(New(), std::vector<std::string>{});
+    Write(LogText(m_time, L"two") + L"\r\n");
+    EXPECT_EQ(New(), std::vector<std::string>{"two"});
+    Append(LogText(m_time, L"three") + L"\r\n");
+    EXPECT_EQ(New(), std::vector<std::string>{"three"});
 }
 
 TEST_F(Follow, GoesOnWhereTheFileWasAwayForAWhile)
