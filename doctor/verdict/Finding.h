@@ -1,6 +1,6 @@
 #pragma once
-#include "doctor/log/LogLine.h"
-#include "doctor/verdict/Stage.h"
+#include "doctor/log/LogTime.h"
+#include "doctor/stories/Stage.h"
 
 #include <cstdint>
 #include <filesystem>
