@@ -1,0 +1,119 @@
+#include "doctor/verdict/Report.h"
+
+#include "doctor/log/LogTime.h"
+
+#include <algorithm>
+
+namespace doctor
+{
+
+namespace
+{
+
+bool Has(StageReport const& stage, Result result)
+{
+    return std::ranges::find(stage.findings, result, &Finding::result) != stage.findings.end();
+}
+
+Result ResultOf(StageReport const& stage)
+{
+    if (Has(stage, Result::Failed))
+    {
+        return Result::Failed;
+    }
+    if (stage.worked > 0)
+    {
+        return Result::Worked;
+    }
+    return Has(stage, Result::CannotBeTold) ? Result::CannotBeTold : Result::NotSeen;
+}
+
+Finding const* LastFailure(StageReport const& stage)
+{
+    Finding const* last = nullptr;
+    for (auto const& finding : stage.findings)
+    {
+        auto const isLater = !last || (finding.last && last->last && finding.last->time > last->last->time);
+        if (finding.result == Result::Failed && isLater)
+        {
+            last = &finding;
+        }
+    }
+    return last;
+}
+
+// It has worked since its last failure.
+bool IsMended(StageReport const& stage)
+{
+    auto const* const failure = LastFailure(stage);
+    return failure && failure->last && stage.lastWorked && stage.lastWorked->time > failure->last->time;
+}
+
+std::string Times(std::uint64_t count)
+{
+    return count == 1 ? "once" : std::to_string(count) + " times";
+}
+
+std::string SummaryOf(StageReport const& stage)
+{
+    auto const& finding = *LastFailure(stage);
+    auto text = "The first stage that failed: " + std::string(StageName(stage.stage)) + ". " + finding.what;
+    if (finding.first)
+    {
+        text += " It happened " + Times(finding.count) + ", " + (finding.count == 1 ? "at " : "last at ") +
+                TimeText(finding.last->time) + ".";
+    }
+    return IsMended(stage) ? text + " It has worked since." : text;
+}
+
+std::string SummaryWithoutFailure(Report const& report)
+{
+    switch (report.Verdict())
+    {
+    case Result::Worked:
+        return "Nothing failed.";
+    case Result::CannotBeTold:
+        return "Nothing failed up to the log's end, where something is under way.";
+    default:
+        return "There is no line of the app.";
+    }
+}
+
+} // namespace
+
+Result Report::Verdict() const
+{
+    auto verdict = Result::NotSeen;
+    for (auto const& stage : stages)
+    {
+        if (stage.result == Result::Failed)
+        {
+            return Result::Failed;
+        }
+        if (Has(stage, Result::CannotBeTold))
+        {
+            verdict = Result::CannotBeTold;
+        }
+        else if (stage.result == Result::Worked && verdict == Result::NotSeen)
+        {
+            verdict = Result::Worked;
+        }
+    }
+    return verdict;
+}
+
+void Conclude(Report& report)
+{
+    for (auto& stage : report.stages)
+    {
+        stage.result = ResultOf(stage);
+    }
+    auto const hasFailed = [](StageReport const& stage) { return stage.result == Result::Failed; };
+    auto const isFailing = [&](StageReport const& stage) { return hasFailed(stage) && !IsMended(stage); };
+    // What fails still is more urgent than what has worked since.
+    auto const failing = std::ranges::find_if(report.stages, isFailing);
+    auto const failed = failing == report.stages.end() ? std::ranges::find_if(report.stages, hasFailed) : failing;
+    report.summary = failed == report.stages.end() ? SummaryWithoutFailure(report) : SummaryOf(*failed);
+}
+
+} // namespace doctor

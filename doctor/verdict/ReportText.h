@@ -1,0 +1,16 @@
+#pragma once
+#include "doctor/verdict/Report.h"
+
+#include <string>
+
+namespace doctor
+{
+
+// The report for people: the summary, a line for each stage with its findings, remarks, machine and files. Lines are
+// separated by line feeds, with none at the end. In colours for a terminal.
+std::string ReportText(Report const& report, bool isColoured);
+
+// The same as a JSON object on one line.
+std::string ReportJson(Report const& report);
+
+} // namespace doctor
