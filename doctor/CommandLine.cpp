@@ -1,7 +1,7 @@
 #include "doctor/CommandLine.h"
 
 #include "doctor/base/Error.h"
-#include "utils/Utf8.h"
+#include "doctor/cli/Commands.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -9,84 +9,15 @@
 namespace doctor
 {
 
-namespace
-{
-
-// What the options of `show` are read into, as texts.
-struct ShowWords
-{
-    std::vector<std::string> paths;
-    std::string since;
-    std::string level;
-    bool isColoured = false;
-    bool isJson = false;
-};
-
-template <typename Parse>
-CLI::Validator ParsedBy(Parse parse, std::string const& expected)
-{
-    return {[=](std::string const& text) { return parse(text) ? std::string() : "'" + text + "' is no " + expected; },
-            ""};
-}
-
-std::optional<zant::LogLevel> LevelOfWord(std::string word)
-{
-    std::ranges::transform(word, word.begin(),
-                           [](unsigned char each) { return static_cast<char>(std::toupper(each)); });
-    return LevelOf(word);
-}
-
-void AddShow(CLI::App& app, ShowOptions& options, ShowWords& words, bool needsPath)
-{
-    auto* const show =
-        app.add_subcommand("show", "writes the lines of log files, decoded, in the order of their copies");
-    show->add_option("PATH", words.paths, "log files, or folders with log files")->required(needsPath);
-    show->add_flag("--follow", options.follows, "goes on with what is added to the newest of them");
-    show->add_option("--since", words.since, R"(lines from that local time on: 2024-01-05, or "2024-01-05 09:30")")
-        ->check(ParsedBy(ParseTime, R"(time: 2024-01-05, "2024-01-05 09:30" or "2024-01-05 09:30:12")"));
-    show->add_option("--thread", options.filter.thread, "lines of that thread");
-    show->add_option("--level", words.level,
-                     "lines of that level and more severe ones: trace debug info warn error fatal")
-        ->check(ParsedBy(LevelOfWord, "level: trace, debug, info, warn, error or fatal"));
-    show->add_option("--category", options.filter.category, "lines of that category: ZEBMain, AppService, …");
-    show->add_option("--grep", options.filter.text, "lines whose message holds the text, in upper or lower case");
-    show->add_flag("--json", words.isJson, "an object for each line");
-    show->add_flag("--colour", words.isColoured, "coloured by level, for a terminal");
-    show->add_flag("--full", options.format.hasFullUris, "with whole channel URIs: addresses that anyone can push to");
-}
-
-void RunShow(ShowOptions& options, ShowWords const& words, Surroundings const& surroundings)
-{
-    for (auto const& path : words.paths)
-    {
-        options.paths.emplace_back(zant::ToWide(path).value_or(L""));
-    }
-    if (words.paths.empty())
-    {
-        options.paths.push_back(surroundings.ownLog());
-        options.waits = true;
-    }
-    options.filter.since = ParseTime(words.since);
-    options.filter.level = LevelOfWord(words.level);
-    options.format.form = words.isColoured ? Form::Coloured : Form::Text;
-    if (words.isJson)
-    {
-        options.format.form = Form::Json;
-    }
-    Show(options, surroundings.write, surroundings.pause);
-}
-
-} // namespace
-
-Outcome RunCommandLine(std::vector<std::string> words, Surroundings const& surroundings)
+ExitCode RunCommandLine(std::vector<std::string> words, Surroundings const& surroundings)
 try
 {
     CLI::App app("doctor reads the logs of VelmoNotificationClient.", "doctor");
     app.require_subcommand(1);
     app.allow_windows_style_options(false); // a path may begin with a slash
-    ShowOptions showOptions;
-    ShowWords showWords;
-    AddShow(app, showOptions, showWords, !surroundings.ownLog);
+    RunCommand run;
+    AddLog(app, surroundings, run);
+    AddShow(app, surroundings, run);
     try
     {
         std::ranges::reverse(words); // as the parser takes them
@@ -95,20 +26,19 @@ try
     catch (CLI::CallForHelp const&)
     {
         surroundings.write(app.help());
-        return Outcome::Done;
+        return ExitCode::Done;
     }
     catch (CLI::ParseError const& error)
     {
         surroundings.writeError("doctor: " + std::string(error.what()) + "\ndoctor --help lists the commands");
-        return Outcome::UsageError;
+        return ExitCode::UsageError;
     }
-    RunShow(showOptions, showWords, surroundings);
-    return Outcome::Done;
+    return run();
 }
 catch (Error const& error)
 {
     surroundings.writeError("doctor: " + std::string(error.what()));
-    return Outcome::Failed;
+    return ExitCode::Failed;
 }
 
 } // namespace doctor

@@ -10,7 +10,16 @@ namespace
 
 constexpr DWORD pauseMilliseconds = 200;
 
+doctor::LogTime Now()
+{
+    using namespace std::chrono;
+    SYSTEMTIME local;
+    GetLocalTime(&local);
+    return local_days(year(local.wYear) / local.wMonth / local.wDay) + hours(local.wHour) + minutes(local.wMinute) +
+           seconds(local.wSecond) + milliseconds(local.wMilliseconds);
 }
+
+} // namespace
 
 // The runtime calls it by this name.
 int wmain(int count, wchar_t** arguments) // NOLINT(misc-use-internal-linkage)
@@ -21,6 +30,6 @@ int wmain(int count, wchar_t** arguments) // NOLINT(misc-use-internal-linkage)
         words.push_back(zant::ToUtf8(word).value_or(""));
     }
     doctor::Surroundings const surroundings = {doctor::WriteLine, doctor::WriteErrorLine,
-                                               [] { Sleep(pauseMilliseconds); }};
+                                               [] { Sleep(pauseMilliseconds); }, Now};
     return static_cast<int>(doctor::RunCommandLine(std::move(words), surroundings));
 }

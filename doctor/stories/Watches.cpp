@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <type_traits>
 
 namespace doctor
 {
@@ -175,8 +176,9 @@ std::optional<LogTime> TimeOfCopy(std::filesystem::path const& file)
 {
     using namespace std::chrono;
     std::string name;
-    for (auto const unit : file.filename().u16string())
+    for (auto const each : file.filename().native())
     {
+        auto const unit = static_cast<std::make_unsigned_t<std::filesystem::path::value_type>>(each);
         name.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
     }
     int at[6] = {};

@@ -9,7 +9,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 
-using doctor::Outcome;
+using doctor::ExitCode;
 using test::LogText;
 
 namespace
@@ -18,13 +18,13 @@ namespace
 class CommandLine : public testing::Test
 {
   protected:
-    Outcome Run(std::vector<std::string> words)
+    ExitCode Run(std::vector<std::string> words)
     {
         m_lines.clear();
         m_errors.clear();
-        return doctor::RunCommandLine(std::move(words),
-                                      {[&](std::string_view line) { m_lines.emplace_back(line); },
-                                       [&](std::string_view line) { m_errors.emplace_back(line); }, m_pause, m_ownLog});
+        return doctor::RunCommandLine(std::move(words), {[&](std::string_view line) { m_lines.emplace_back(line); },
+                                                         [&](std::string_view line) { m_errors.emplace_back(line); },
+                                                         m_pause, [&] { return m_now; }, m_ownLog});
     }
 
     // What `show` writes of a log with an INFO line of thread 7, a WARN line of thread 8 and text that is no line.
@@ -34,7 +34,7 @@ class CommandLine : public testing::Test
                                              LogText(L"01/05/24 09:30:13:000", L"two", L"WARN", L"AppService", 8) +
                                              L"\r\nother text\r\n"));
         options.insert(options.begin(), {"show", zant::ToUtf8(m_path).value()});
-        m_outcome = Run(std::move(options));
+        m_exitCode = Run(std::move(options));
         return ShownMessages();
     }
 
@@ -54,8 +54,9 @@ class CommandLine : public testing::Test
     std::vector<std::string> m_lines;
     std::vector<std::string> m_errors;
     std::function<void()> m_pause = [] { throw doctor::Error("paused"); };
+    doctor::LogTime m_now{};
     std::function<std::filesystem::path()> m_ownLog;
-    Outcome m_outcome{};
+    ExitCode m_exitCode{};
 };
 
 } // namespace
@@ -63,7 +64,7 @@ class CommandLine : public testing::Test
 TEST_F(CommandLine, ShowsALogAndHasItsOptions)
 {
     EXPECT_EQ(Shown({}), "one;two;text;");
-    EXPECT_EQ(m_outcome, Outcome::Done);
+    EXPECT_EQ(m_exitCode, ExitCode::Done);
     EXPECT_EQ(m_errors, std::vector<std::string>{});
     EXPECT_EQ(Shown({"--level", "warn"}), "two;");
     EXPECT_EQ(Shown({"--thread", "7"}), "one;");
@@ -89,7 +90,7 @@ TEST_F(CommandLine, FollowsTheLastFile)
     };
     Shown({"--follow"});
     EXPECT_EQ(shown, (std::vector<std::string>{"one;two;text;", "one;two;text;three;"}));
-    EXPECT_EQ(m_outcome, Outcome::Failed);
+    EXPECT_EQ(m_exitCode, ExitCode::Failed);
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
 }
 
@@ -97,10 +98,10 @@ TEST_F(CommandLine, ShowsItsOwnLogWhereNoPathIsGiven)
 {
     Shown({});
     m_ownLog = [&] { return m_path; };
-    EXPECT_EQ(Run({"show", "--level", "warn"}), Outcome::Done);
+    EXPECT_EQ(Run({"show", "--level", "warn"}), ExitCode::Done);
     EXPECT_EQ(ShownMessages(), "two;");
     test::WriteBytes(m_folder / L"other.log", "other\n");
-    EXPECT_EQ(Run({"show", "--json", zant::ToUtf8(m_folder / L"other.log").value()}), Outcome::Done);
+    EXPECT_EQ(Run({"show", "--json", zant::ToUtf8(m_folder / L"other.log").value()}), ExitCode::Done);
     ASSERT_EQ(m_lines.size(), 1u);
     EXPECT_NE(m_lines[0].find("other.log"), std::string::npos) << m_lines[0];
 }
@@ -108,7 +109,7 @@ TEST_F(CommandLine, ShowsItsOwnLogWhereNoPathIsGiven)
 TEST_F(CommandLine, FollowsItsOwnLogFromBeforeItIsThere)
 {
     m_ownLog = [&] { return m_path; };
-    EXPECT_EQ(Run({"show"}), Outcome::Failed);
+    EXPECT_EQ(Run({"show"}), ExitCode::Failed);
     m_pause = [&] {
         if (!m_lines.empty())
         {
@@ -116,22 +117,22 @@ TEST_F(CommandLine, FollowsItsOwnLogFromBeforeItIsThere)
         }
         test::WriteBytes(m_path, test::Utf16(test::mark + LogText(L"01/05/24 09:30:12:045", L"one") + L"\r\n"));
     };
-    EXPECT_EQ(Run({"show", "--follow"}), Outcome::Failed);
+    EXPECT_EQ(Run({"show", "--follow"}), ExitCode::Failed);
     EXPECT_EQ(ShownMessages(), "one;");
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
 }
 
 TEST_F(CommandLine, FollowsNoOtherLogThatIsMissing)
 {
-    EXPECT_EQ(Run({"show", "nowhere", "--follow"}), Outcome::Failed);
+    EXPECT_EQ(Run({"show", "nowhere", "--follow"}), ExitCode::Failed);
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: there is no log at nowhere"});
 }
 
 TEST_F(CommandLine, HasHelp)
 {
-    EXPECT_EQ(Run({"--help"}), Outcome::Done);
+    EXPECT_EQ(Run({"--help"}), ExitCode::Done);
     EXPECT_NE(m_lines.at(0).find("show "), std::string::npos) << m_lines.at(0);
-    EXPECT_EQ(Run({"show", "--help"}), Outcome::Done);
+    EXPECT_EQ(Run({"show", "--help"}), ExitCode::Done);
     EXPECT_NE(m_lines.at(0).find("--follow "), std::string::npos) << m_lines.at(0);
     EXPECT_EQ(m_errors, std::vector<std::string>{});
 }
@@ -146,7 +147,7 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnowWithASentence)
                                                                    {"show", "a", "--level", "loud"},
                                                                    {"show", "a", "--thread", "x"}})
     {
-        EXPECT_EQ(Run(words), Outcome::UsageError);
+        EXPECT_EQ(Run(words), ExitCode::UsageError);
         ASSERT_EQ(m_errors.size(), 1u);
         EXPECT_TRUE(m_errors[0].starts_with("doctor: ")) << m_errors[0];
         EXPECT_TRUE(m_errors[0].ends_with("\ndoctor --help lists the commands")) << m_errors[0];
@@ -156,7 +157,7 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnowWithASentence)
 
 TEST_F(CommandLine, SaysWhatFails)
 {
-    EXPECT_EQ(Run({"show", "nowhere"}), Outcome::Failed);
+    EXPECT_EQ(Run({"show", "nowhere"}), ExitCode::Failed);
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: there is no log at nowhere"});
-    EXPECT_EQ(Run({"show", "/nowhere"}), Outcome::Failed); // no option: a path as shells here write it
+    EXPECT_EQ(Run({"show", "/nowhere"}), ExitCode::Failed); // no option: a path as shells here write it
 }

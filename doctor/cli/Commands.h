@@ -1,0 +1,30 @@
+#pragma once
+#include "doctor/cli/ExitCode.h"
+#include "doctor/cli/Surroundings.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace CLI
+{
+
+class App;
+
+}
+
+namespace doctor
+{
+
+// Runs the command that the words name. Throws Error.
+using RunCommand = std::function<ExitCode()>;
+
+// Each adds a command with its options; parsing its name sets `run`, which refers to the surroundings.
+void AddShow(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
+void AddLog(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
+
+// From UTF-8.
+std::vector<std::filesystem::path> PathsOf(std::vector<std::string> const& texts);
+
+} // namespace doctor

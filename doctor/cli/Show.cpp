@@ -1,0 +1,75 @@
+#include "doctor/cli/Commands.h"
+#include "doctor/cli/ParsedBy.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace doctor
+{
+
+namespace
+{
+
+// What the options are read into.
+struct ShowWords
+{
+    std::vector<std::string> paths;
+    std::string since;
+    std::string level;
+    bool isColoured = false;
+    bool isJson = false;
+    ShowOptions options;
+};
+
+std::optional<zant::LogLevel> LevelOfWord(std::string word)
+{
+    std::ranges::transform(word, word.begin(),
+                           [](unsigned char each) { return static_cast<char>(std::toupper(each)); });
+    return LevelOf(word);
+}
+
+ExitCode RunShow(ShowWords const& words, Surroundings const& surroundings)
+{
+    auto options = words.options;
+    options.paths = PathsOf(words.paths);
+    if (options.paths.empty())
+    {
+        options.paths.push_back(surroundings.ownLog());
+        options.waits = true;
+    }
+    options.filter.since = ParseTime(words.since);
+    options.filter.level = LevelOfWord(words.level);
+    options.format.form = words.isColoured ? Form::Coloured : Form::Text;
+    if (words.isJson)
+    {
+        options.format.form = Form::Json;
+    }
+    Show(options, surroundings.write, surroundings.pause);
+    return ExitCode::Done;
+}
+
+} // namespace
+
+void AddShow(CLI::App& app, Surroundings const& surroundings, RunCommand& run)
+{
+    auto const words = std::make_shared<ShowWords>();
+    auto& options = words->options;
+    auto* const show =
+        app.add_subcommand("show", "writes the lines of log files, decoded, in the order of their copies");
+    show->add_option("PATH", words->paths, "log files, or folders with log files")->required(!surroundings.ownLog);
+    show->add_flag("--follow", options.follows, "goes on with what is added to the newest of them");
+    show->add_option("--since", words->since, R"(lines from that local time on: 2024-01-05, or "2024-01-05 09:30")")
+        ->check(ParsedBy(ParseTime, expectedTime));
+    show->add_option("--thread", options.filter.thread, "lines of that thread");
+    show->add_option("--level", words->level,
+                     "lines of that level and more severe ones: trace debug info warn error fatal")
+        ->check(ParsedBy(LevelOfWord, "level: trace, debug, info, warn, error or fatal"));
+    show->add_option("--category", options.filter.category, "lines of that category: ZEBMain, AppService, …");
+    show->add_option("--grep", options.filter.text, "lines whose message holds the text, in upper or lower case");
+    show->add_flag("--json", words->isJson, "an object for each line");
+    show->add_flag("--colour", words->isColoured, "coloured by level, for a terminal");
+    show->add_flag("--full", options.format.hasFullUris, "with whole channel URIs: addresses that anyone can push to");
+    show->callback([=, &surroundings, &run] { run = [=, &surroundings] { return RunShow(*words, surroundings); }; });
+}
+
+} // namespace doctor

@@ -1,0 +1,23 @@
+#pragma once
+#include "doctor/log/LogTime.h"
+#include "doctor/show/ShowCommand.h"
+
+#include <filesystem>
+#include <functional>
+
+namespace doctor
+{
+
+// What the program uses of the system.
+struct Surroundings
+{
+    WriteText write;              // takes the lines of what was asked for
+    WriteText writeError;         // takes a sentence about what fails
+    std::function<void()> pause;  // between two looks at what changes
+    std::function<LogTime()> now; // the local time
+
+    // The log that is read where no path is given. None: a path has to be given.
+    std::function<std::filesystem::path()> ownLog{};
+};
+
+} // namespace doctor
