@@ -41,11 +41,12 @@ TABLE = {
     "simulator/log": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/client": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/scenario": [
-        "simulator/base", "simulator/client", "simulator/log", "simulator/package", "simulator/protocol",
+        "doctor/base", "doctor/log", "doctor/show/Follow.h", "simulator/base", "simulator/client", "simulator/log",
+        "simulator/package", "simulator/protocol",
     ],
     "simulator/cli": [
-        "simulator/base", "simulator/broker", "simulator/client", "simulator/log", "simulator/package",
-        "simulator/platform", "simulator/protocol", "simulator/scenario",
+        "doctor", "doctor/base", "simulator/base", "simulator/broker", "simulator/client", "simulator/log",
+        "simulator/package", "simulator/platform", "simulator/protocol", "simulator/scenario",
     ],
     "package/msix": [],
     "package": ["package/msix"],
@@ -63,7 +64,7 @@ TABLE = {
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
     "tests/unit/simulator": [
-        "helper", "projection", "simulator/base", "simulator/broker", "simulator/cli", "simulator/client",
+        "doctor/show/Follow.h", "helper", "projection", "simulator/base", "simulator/broker", "simulator/cli", "simulator/client",
         "simulator/log", "simulator/package", "simulator/platform", "simulator/protocol", "simulator/runtime",
         "simulator/scenario", "simulator/testing", "tests/support",
     ],

@@ -1,5 +1,7 @@
 #include "simulator/cli/Commands.h"
 
+#include "doctor/CommandLine.h"
+#include "doctor/base/Console.h"
 #include "simulator/base/Console.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
@@ -9,8 +11,7 @@
 #include "simulator/cli/RuntimeClasses.h"
 #include "simulator/client/BrokerClient.h"
 #include "simulator/client/DeviceCommands.h"
-#include "simulator/log/LogFile.h"
-#include "simulator/log/LogLine.h"
+#include "simulator/log/AppLog.h"
 #include "simulator/package/Package.h"
 #include "simulator/platform/Journal.h"
 #include "simulator/protocol/SettingsFile.h"
@@ -68,47 +69,15 @@ bool WantsToFollow(Words const& words)
     return !words.empty();
 }
 
-void WriteNewLogLines(LogFile& file)
-{
-    for (auto const& text : file.NewLines())
-    {
-        auto const line = ParseLogLine(text);
-        WriteLine(line ? line->Text() : text);
-    }
-}
-
-[[noreturn]] void FollowLog(std::wstring const& path)
-{
-    LogFile file(path);
-    for (;; Sleep(LogFile::pollMilliseconds))
-    {
-        WriteNewLogLines(file);
-    }
-}
-
-void WriteLogs(std::vector<std::wstring> const& paths)
-{
-    for (auto const& path : paths)
-    {
-        if (paths.size() > 1)
-        {
-            WriteLine(L"==> " + FromUtf8(UnixPath(path)));
-        }
-        LogFile file(path);
-        WriteNewLogLines(file);
-    }
-}
-
+// What the doctor shows of the device's log, or of others.
 int Log(Words const& words)
 {
-    auto const isOption = !words.empty() && words[0].starts_with(L"--");
-    if (isOption && WantsToFollow(words))
-    {
-        FollowLog(LogFile::PathOn(Device::FromEnvironment()));
-    }
-    WriteLogs(words.empty() ? Words{LogFile::PathOn(Device::FromEnvironment())}
-                            : LogFile::Find(FullPath(WindowsPath(words[0]))));
-    return 0;
+    std::vector<std::string> options = {"show"};
+    std::ranges::transform(words, std::back_inserter(options), ToUtf8);
+    auto const outcome = doctor::RunCommandLine(
+        std::move(options), {doctor::WriteLine, doctor::WriteErrorLine, [] { Sleep(logPollMilliseconds); },
+                             [] { return AppLogOn(Device::FromEnvironment()); }});
+    return static_cast<int>(outcome);
 }
 
 int Events(Words const& words)
@@ -209,10 +178,11 @@ int Help(Words const& words)
 
 constexpr OwnCommand commands[] = {
     {L"settings", L"", L"the app's local settings, decoded", L"", 0, 0, Settings},
-    {L"log", L"[--follow | PATH]", L"the app's log file, decoded",
-     L"  With --follow it goes on and shows new lines. PATH is another log file, or a folder that contains some, such\n"
-     L"  as the one that a failed test names: a path of the shell or of Windows.",
-     0, 1, Log},
+    {L"log", L"[OPTION …] [PATH …]", L"the app's log file, decoded",
+     L"  As doctor show: sim log --help lists the options. With --follow it goes on and shows new lines. PATH is another\n"
+     L"  log file, or a folder that contains some, such as the one that a failed test names: a path of the shell or of\n"
+     L"  Windows.",
+     0, anyNumber, Log},
     {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it goes on and shows new ones.", 0, 1,
      Events},
     {L"play", L"[--colour] [--record] SCENARIO", L"plays a scenario file on a fresh device, checking every step",

@@ -6,6 +6,7 @@
 #include "simulator/base/Text.h"
 #include "simulator/base/WordFile.h"
 #include "simulator/client/DeviceCommands.h"
+#include "simulator/log/AppLog.h"
 
 #include <algorithm>
 
@@ -149,7 +150,7 @@ void Player::Install(Words const& words)
     auto const folder = PackageFolder(options);
     m_broker->Ask(Request{folder, isForced});
     m_package = OpenPackage(folder);
-    m_observer.FollowLog(LogFile::PathOn(m_device));
+    m_observer.FollowLog(AppLogOn(m_device));
 }
 
 void Player::Refuse(Words const& words)
@@ -216,7 +217,7 @@ void Player::GrowLog(Words const& words)
     {
         throw Error(words[0] + L" is no number of bytes");
     }
-    LogFile(LogFile::PathOn(m_device)).GrowTo(*bytes);
+    GrowLogTo(AppLogOn(m_device), *bytes);
 }
 
 // The package's folder, or a copy of it with the changes of the options.
