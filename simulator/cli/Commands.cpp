@@ -1,8 +1,8 @@
 #include "simulator/cli/Commands.h"
 
+#include "console/Console.h"
 #include "doctor/CommandLine.h"
 #include "doctor/base/Console.h"
-#include "simulator/base/Console.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
@@ -37,7 +37,7 @@ int Ask(AnyRequest request)
     auto const answer = BrokerClient::Connect(Device::FromEnvironment())->Ask(std::move(request));
     if (!answer.empty())
     {
-        WriteLine(answer);
+        console::WriteLine(answer);
     }
     return 0;
 }
@@ -45,7 +45,7 @@ int Ask(AnyRequest request)
 int Install(Words const&)
 {
     InstallRuntimeClasses();
-    WriteLine(L"the runtime classes are registered in this prefix");
+    console::WriteLine(L"the runtime classes are registered in this prefix");
     return 0;
 }
 
@@ -55,7 +55,7 @@ int Settings(Words const&)
     auto const family = RegisteredPackage(device).FamilyName();
     for (auto const& entry : ReadSettings(SettingsFileIn(device.PackageDataFolder(family))))
     {
-        WriteLine(entry.name + L" (" + TypeName(entry) + L"): " + ReadableValue(entry));
+        console::WriteLine(entry.name + L" (" + TypeName(entry) + L"): " + ReadableValue(entry));
     }
     return 0;
 }
@@ -88,7 +88,7 @@ int Events(Words const& words)
     {
         for (auto const& event : ReadJournal(device.JournalFile()))
         {
-            WriteLine(event.Line());
+            console::WriteLine(event.Line());
         }
         return 0;
     }
@@ -97,7 +97,7 @@ int Events(Words const& words)
     {
         while (auto const event = broker->NextEvent())
         {
-            WriteLine(event->Line());
+            console::WriteLine(event->Line());
         }
     }
 }
@@ -120,8 +120,8 @@ int Play(Words const& words)
 
 int Stop(Words const&)
 {
-    WriteLine(BrokerClient::StopRunning(Device::FromEnvironment()) ? L"the device is switched off"
-                                                                   : L"the device was not switched on");
+    console::WriteLine(BrokerClient::StopRunning(Device::FromEnvironment()) ? L"the device is switched off"
+                                                                            : L"the device was not switched on");
     return 0;
 }
 
@@ -130,7 +130,7 @@ int Restart(Words const&)
     auto const device = Device::FromEnvironment();
     BrokerClient::StopRunning(device);
     BrokerClient::Connect(device);
-    WriteLine(L"the device is switched off and on again");
+    console::WriteLine(L"the device is switched off and on again");
     return 0;
 }
 
@@ -143,10 +143,10 @@ int RunBroker(Words const&)
 template <typename AnyCommand>
 void WriteHelp(AnyCommand const& command)
 {
-    WriteLine(L"sim " + command.Usage() + L"\n  " + std::wstring(command.summary));
+    console::WriteLine(L"sim " + command.Usage() + L"\n  " + std::wstring(command.summary));
     if (!command.help.empty())
     {
-        WriteLine(command.help);
+        console::WriteLine(command.help);
     }
 }
 
@@ -164,15 +164,15 @@ int Help(Words const& words)
         command ? WriteHelp(*command) : WriteHelp(Need(words));
         if (words[0] == L"play")
         {
-            WriteLine(Player::Help());
+            console::WriteLine(Player::Help());
         }
         return 0;
     }
-    WriteLine(L"The Windows app model for development. The device is the folder in VELMO_SIM_HOME.\n");
-    auto const list = [](auto const& command) { WriteLine(command.ListLine(L"sim ", 39)); };
+    console::WriteLine(L"The Windows app model for development. The device is the folder in VELMO_SIM_HOME.\n");
+    auto const list = [](auto const& command) { console::WriteLine(command.ListLine(L"sim ", 39)); };
     std::ranges::for_each(DeviceCommands(), list);
     std::ranges::for_each(OwnCommands(), list);
-    WriteLine(L"\nsim help COMMAND shows more about one.");
+    console::WriteLine(L"\nsim help COMMAND shows more about one.");
     return 0;
 }
 
@@ -222,12 +222,12 @@ try
 }
 catch (UsageError const& error)
 {
-    WriteErrorLine(L"sim: " + error.Message());
+    console::WriteErrorLine(L"sim: " + error.Message());
     return 2;
 }
 catch (Error const& error)
 {
-    WriteErrorLine(L"sim: " + error.Message());
+    console::WriteErrorLine(L"sim: " + error.Message());
     return 1;
 }
 

@@ -1,6 +1,6 @@
 #include "simulator/scenario/Player.h"
 
-#include "simulator/base/Console.h"
+#include "console/Console.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
@@ -75,7 +75,8 @@ std::wstring Player::Help()
 }
 
 Player::Player(Device const& device, Colour colour)
-    : m_device(device), m_broker(FreshDevice(device)), m_timeline(WriteLine, colour), m_helpers(device),
+    : m_device(device), m_broker(FreshDevice(device)),
+      m_timeline([](std::wstring_view line) { console::WriteLine(line); }, colour), m_helpers(device),
       m_observer(*m_broker, m_helpers, m_timeline), m_expectations(m_device, m_observer)
 {
 }
