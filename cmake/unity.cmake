@@ -22,7 +22,9 @@ macro(unite_target target)
     list(FILTER files INCLUDE REGEX "\\.cpp$")
     foreach(file ${files})
         get_filename_component(file ${file} ABSOLUTE BASE_DIR ${directory})
-        if(EXISTS ${file}) # at configuration, which what is generated does not
+        # What is generated stays apart: it need not be there at configuration.
+        cmake_path(IS_PREFIX PROJECT_BINARY_DIR ${file} NORMALIZE is_generated)
+        if(NOT is_generated)
             string(APPEND sources "${directory}\t${target}\t${file}\n")
             set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
         endif()

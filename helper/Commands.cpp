@@ -1,6 +1,6 @@
 #include "helper/Commands.h"
 
-#include "helper/Console.h"
+#include "console/Console.h"
 #include "helper/FailureText.h"
 #include "helper/MessageText.h"
 #include "helper/PackageFacts.h"
@@ -35,7 +35,7 @@ Outcome WaitForMessage(Session& session, Arguments const& arguments)
     auto const message = session.Wait(timeout);
     if (!message)
     {
-        WriteErrorLine(L"helper: " + NoMessageText(timeout, session.HowItEnded()));
+        console::WriteErrorLine(L"helper: " + NoMessageText(timeout, session.HowItEnded()));
         return Outcome::NoAnswer;
     }
     auto const isExpected = message->newMessage == arguments.expectedMessage;
@@ -48,13 +48,13 @@ Outcome Ask(Session& session, Arguments const& arguments)
     auto const response = session.Send(RequestOf(arguments), timeout);
     if (!response || response.Status() != AppServiceResponseStatus::Success)
     {
-        WriteErrorLine(L"helper: " + (response ? FailureText(response.Status()) : NoAnswerText(timeout)));
+        console::WriteErrorLine(L"helper: " + (response ? FailureText(response.Status()) : NoAnswerText(timeout)));
         return Outcome::NoAnswer;
     }
     auto const content = response.Message();
     if (content && content.Size() > 0)
     {
-        WriteLine(L"response: " + MessageText(content));
+        console::WriteLine(L"response: " + MessageText(content));
     }
     return arguments.expectedMessage.empty() ? Outcome::Done : WaitForMessage(session, arguments);
 }
@@ -67,13 +67,13 @@ Outcome Run(Arguments const& arguments)
     auto const status = session.Open(packageFamilyName, appServiceName);
     if (status != AppServiceConnectionStatus::Success)
     {
-        WriteErrorLine(L"helper: " + FailureText(status));
+        console::WriteErrorLine(L"helper: " + FailureText(status));
         return Outcome::NoConnection;
     }
     auto const outcome = arguments.request.empty() ? Outcome::Done : Ask(session, arguments);
     if (arguments.watch)
     {
-        WriteLine(L"closed: " + session.WaitForEnd());
+        console::WriteLine(L"closed: " + session.WaitForEnd());
     }
     return outcome;
 }

@@ -1,6 +1,6 @@
+#include "console/Console.h"
 #include "helper/Arguments.h"
 #include "helper/Commands.h"
-#include "helper/Console.h"
 #include "helper/FailureText.h"
 #include "utils/Utf8.h"
 
@@ -17,7 +17,7 @@ try
     auto const arguments = helper::ParseArguments(words);
     if (!arguments)
     {
-        helper::WriteLine(helper::helpText);
+        console::WriteLine(helper::helpText);
         return Outcome::Done;
     }
     winrt::init_apartment();
@@ -25,13 +25,13 @@ try
 }
 catch (helper::UsageError const& error)
 {
-    helper::WriteErrorLine(L"helper: " + zant::ToWide(error.what()).value_or(L"usage error") +
-                           L"\nhelper help lists the commands");
+    console::WriteErrorLine(L"helper: " + zant::ToWide(error.what()).value_or(L"usage error") +
+                            L"\nhelper help lists the commands");
     return Outcome::UsageError;
 }
 catch (winrt::hresult_error const& error)
 {
-    helper::WriteErrorLine(L"helper: " + helper::FailureText(error));
+    console::WriteErrorLine(L"helper: " + helper::FailureText(error));
     return Outcome::NoAnswer;
 }
 

@@ -1,6 +1,6 @@
 #include "helper/Session.h"
 
-#include "helper/Console.h"
+#include "console/Console.h"
 #include "helper/MessageText.h"
 #include "service/Messages.h"
 
@@ -104,7 +104,7 @@ std::wstring Session::WaitForEnd()
 
 void Session::Received(Inbox& inbox, ValueSet const& message)
 {
-    WriteLine(L"message: " + MessageText(message));
+    console::WriteLine(L"message: " + MessageText(message));
     std::lock_guard const lock(inbox.mutex);
     inbox.messages.push_back({NewMessageOf(message), message.HasKey(Messages::newCuriKey)});
     inbox.changed.notify_all();

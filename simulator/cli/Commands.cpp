@@ -1,6 +1,8 @@
 #include "simulator/cli/Commands.h"
 
-#include "simulator/base/Console.h"
+#include "console/Console.h"
+#include "doctor/CommandLine.h"
+#include "doctor/base/Console.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
@@ -9,8 +11,7 @@
 #include "simulator/cli/RuntimeClasses.h"
 #include "simulator/client/BrokerClient.h"
 #include "simulator/client/DeviceCommands.h"
-#include "simulator/log/LogFile.h"
-#include "simulator/log/LogLine.h"
+#include "simulator/log/AppLog.h"
 #include "simulator/package/Package.h"
 #include "simulator/platform/Journal.h"
 #include "simulator/protocol/SettingsFile.h"
@@ -36,7 +37,7 @@ int Ask(AnyRequest request)
     auto const answer = BrokerClient::Connect(Device::FromEnvironment())->Ask(std::move(request));
     if (!answer.empty())
     {
-        WriteLine(answer);
+        console::WriteLine(answer);
     }
     return 0;
 }
@@ -44,7 +45,7 @@ int Ask(AnyRequest request)
 int Install(Words const&)
 {
     InstallRuntimeClasses();
-    WriteLine(L"the runtime classes are registered in this prefix");
+    console::WriteLine(L"the runtime classes are registered in this prefix");
     return 0;
 }
 
@@ -54,7 +55,7 @@ int Settings(Words const&)
     auto const family = RegisteredPackage(device).FamilyName();
     for (auto const& entry : ReadSettings(SettingsFileIn(device.PackageDataFolder(family))))
     {
-        WriteLine(entry.name + L" (" + TypeName(entry) + L"): " + ReadableValue(entry));
+        console::WriteLine(entry.name + L" (" + TypeName(entry) + L"): " + ReadableValue(entry));
     }
     return 0;
 }
@@ -68,47 +69,15 @@ bool WantsToFollow(Words const& words)
     return !words.empty();
 }
 
-void WriteNewLogLines(LogFile& file)
-{
-    for (auto const& text : file.NewLines())
-    {
-        auto const line = ParseLogLine(text);
-        WriteLine(line ? line->Text() : text);
-    }
-}
-
-[[noreturn]] void FollowLog(std::wstring const& path)
-{
-    LogFile file(path);
-    for (;; Sleep(LogFile::pollMilliseconds))
-    {
-        WriteNewLogLines(file);
-    }
-}
-
-void WriteLogs(std::vector<std::wstring> const& paths)
-{
-    for (auto const& path : paths)
-    {
-        if (paths.size() > 1)
-        {
-            WriteLine(L"==> " + FromUtf8(UnixPath(path)));
-        }
-        LogFile file(path);
-        WriteNewLogLines(file);
-    }
-}
-
+// What the doctor shows of the device's log, or of others.
 int Log(Words const& words)
 {
-    auto const isOption = !words.empty() && words[0].starts_with(L"--");
-    if (isOption && WantsToFollow(words))
-    {
-        FollowLog(LogFile::PathOn(Device::FromEnvironment()));
-    }
-    WriteLogs(words.empty() ? Words{LogFile::PathOn(Device::FromEnvironment())}
-                            : LogFile::Find(FullPath(WindowsPath(words[0]))));
-    return 0;
+    std::vector<std::string> options = {"show"};
+    std::ranges::transform(words, std::back_inserter(options), ToUtf8);
+    auto const outcome = doctor::RunCommandLine(
+        std::move(options), {doctor::WriteLine, doctor::WriteErrorLine, [] { Sleep(logPollMilliseconds); },
+                             [] { return AppLogOn(Device::FromEnvironment()); }});
+    return static_cast<int>(outcome);
 }
 
 int Events(Words const& words)
@@ -119,7 +88,7 @@ int Events(Words const& words)
     {
         for (auto const& event : ReadJournal(device.JournalFile()))
         {
-            WriteLine(event.Line());
+            console::WriteLine(event.Line());
         }
         return 0;
     }
@@ -128,7 +97,7 @@ int Events(Words const& words)
     {
         while (auto const event = broker->NextEvent())
         {
-            WriteLine(event->Line());
+            console::WriteLine(event->Line());
         }
     }
 }
@@ -151,8 +120,8 @@ int Play(Words const& words)
 
 int Stop(Words const&)
 {
-    WriteLine(BrokerClient::StopRunning(Device::FromEnvironment()) ? L"the device is switched off"
-                                                                   : L"the device was not switched on");
+    console::WriteLine(BrokerClient::StopRunning(Device::FromEnvironment()) ? L"the device is switched off"
+                                                                            : L"the device was not switched on");
     return 0;
 }
 
@@ -161,7 +130,7 @@ int Restart(Words const&)
     auto const device = Device::FromEnvironment();
     BrokerClient::StopRunning(device);
     BrokerClient::Connect(device);
-    WriteLine(L"the device is switched off and on again");
+    console::WriteLine(L"the device is switched off and on again");
     return 0;
 }
 
@@ -174,10 +143,10 @@ int RunBroker(Words const&)
 template <typename AnyCommand>
 void WriteHelp(AnyCommand const& command)
 {
-    WriteLine(L"sim " + command.Usage() + L"\n  " + std::wstring(command.summary));
+    console::WriteLine(L"sim " + command.Usage() + L"\n  " + std::wstring(command.summary));
     if (!command.help.empty())
     {
-        WriteLine(command.help);
+        console::WriteLine(command.help);
     }
 }
 
@@ -195,24 +164,25 @@ int Help(Words const& words)
         command ? WriteHelp(*command) : WriteHelp(Need(words));
         if (words[0] == L"play")
         {
-            WriteLine(Player::Help());
+            console::WriteLine(Player::Help());
         }
         return 0;
     }
-    WriteLine(L"The Windows app model for development. The device is the folder in VELMO_SIM_HOME.\n");
-    auto const list = [](auto const& command) { WriteLine(command.ListLine(L"sim ", 39)); };
+    console::WriteLine(L"The Windows app model for development. The device is the folder in VELMO_SIM_HOME.\n");
+    auto const list = [](auto const& command) { console::WriteLine(command.ListLine(L"sim ", 39)); };
     std::ranges::for_each(DeviceCommands(), list);
     std::ranges::for_each(OwnCommands(), list);
-    WriteLine(L"\nsim help COMMAND shows more about one.");
+    console::WriteLine(L"\nsim help COMMAND shows more about one.");
     return 0;
 }
 
 constexpr OwnCommand commands[] = {
     {L"settings", L"", L"the app's local settings, decoded", L"", 0, 0, Settings},
-    {L"log", L"[--follow | PATH]", L"the app's log file, decoded",
-     L"  With --follow it goes on and shows new lines. PATH is another log file, or a folder that contains some, such\n"
-     L"  as the one that a failed test names: a path of the shell or of Windows.",
-     0, 1, Log},
+    {L"log", L"[OPTION …] [PATH …]", L"the app's log file, decoded",
+     L"  As doctor show: sim log --help lists the options. With --follow it goes on and shows new lines. PATH is another\n"
+     L"  log file, or a folder that contains some, such as the one that a failed test names: a path of the shell or of\n"
+     L"  Windows.",
+     0, anyNumber, Log},
     {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it goes on and shows new ones.", 0, 1,
      Events},
     {L"play", L"[--colour] [--record] SCENARIO", L"plays a scenario file on a fresh device, checking every step",
@@ -252,12 +222,12 @@ try
 }
 catch (UsageError const& error)
 {
-    WriteErrorLine(L"sim: " + error.Message());
+    console::WriteErrorLine(L"sim: " + error.Message());
     return 2;
 }
 catch (Error const& error)
 {
-    WriteErrorLine(L"sim: " + error.Message());
+    console::WriteErrorLine(L"sim: " + error.Message());
     return 1;
 }
 

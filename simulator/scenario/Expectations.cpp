@@ -77,11 +77,11 @@ std::vector<Lines> ParseThreads(Words const& words)
     return threads;
 }
 
-bool IsLine(std::wstring const& text, ExpectedLine const& expected)
+bool IsLine(std::string const& text, ExpectedLine const& expected)
 {
-    auto const line = ParseLogLine(text);
-    return line && line->message == expected.message && line->level == expected.level &&
-           (expected.category.empty() || line->category == expected.category);
+    auto const line = doctor::ParseLogLine(text);
+    return line && FromUtf8(line->message) == expected.message && zant::LevelName(line->level) == expected.level &&
+           (expected.category.empty() || FromUtf8(line->category) == expected.category);
 }
 
 std::wstring Described(std::wstring const& helper)
@@ -168,7 +168,7 @@ void Expectations::CheckNothingIsLeft()
     }
     for (auto const& line : m_observer.logLines)
     {
-        left += L"\n    " + line;
+        left += L"\n    " + FromUtf8(line);
     }
     if (!left.empty())
     {
@@ -238,7 +238,7 @@ void Expectations::CheckLines(std::vector<Lines> threads, std::wstring const& ex
             std::ranges::find_if(threads, [&](auto const& lines) { return IsLine(text, lines.front()); });
         if (found == threads.end())
         {
-            throw Difference{L"log line " + expected, L"log line " + text};
+            throw Difference{L"log line " + expected, L"log line " + FromUtf8(text)};
         }
         ++m_lineCount;
         found->pop_front();

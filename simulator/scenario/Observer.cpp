@@ -1,9 +1,25 @@
 #include "simulator/scenario/Observer.h"
 
+#include "doctor/base/Error.h"
+#include "simulator/base/Error.h"
+#include "simulator/base/Text.h"
+#include "simulator/log/AppLog.h"
+
 #include <algorithm>
 
 namespace sim
 {
+
+namespace
+{
+
+// In the log a time is counted from 1970, as here in the local time of the machine.
+Moment MomentOf(doctor::LogTime time)
+{
+    return sim::MomentOf(1970, 1, 1, 0, 0, 0, 0).value_or(0) + time.time_since_epoch().count();
+}
+
+} // namespace
 
 Observer::Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline)
     : m_helpers(helpers), m_timeline(timeline)
@@ -38,7 +54,7 @@ bool Observer::WaitUntil(std::function<bool()> const& done, unsigned limitMillis
         {
             return false;
         }
-        WaitForSingleObject(m_broker->Arrived(), LogFile::pollMilliseconds);
+        WaitForSingleObject(m_broker->Arrived(), logPollMilliseconds);
     }
 }
 
@@ -69,18 +85,33 @@ void Observer::CollectHelpers()
 }
 
 void Observer::CollectLog()
+try
 {
     if (!m_log)
     {
         return;
     }
-    for (auto& text : m_log->NewLines())
-    {
-        auto const line = ParseLogLine(text);
-        m_timeline.Add(line ? line->time : Now(), Timeline::Source::Log,
-                       line ? line->level + L" " + line->category + L": " + line->message : text);
-        logLines.push_back(std::move(text));
-    }
+    m_log->TakeNew([&](doctor::Entry const& entry) {
+        if (!IsGrowth(entry.raw.text))
+        {
+            AddLogLine(entry);
+        }
+        return true;
+    });
+}
+catch (doctor::Error const& error)
+{
+    throw Error(FromUtf8(error.what()));
+}
+
+void Observer::AddLogLine(doctor::Entry const& entry)
+{
+    auto const& line = entry.line;
+    m_timeline.Add(line ? MomentOf(line->time) : Now(), Timeline::Source::Log,
+                   line ? std::wstring(zant::LevelName(line->level)) + L" " + FromUtf8(line->category) + L": " +
+                              FromUtf8(line->message)
+                        : FromUtf8(entry.raw.text));
+    logLines.emplace_back(entry.raw.text);
 }
 
 void Observer::Sort(Event event)

@@ -1,7 +1,6 @@
 #pragma once
+#include "doctor/show/Follow.h"
 #include "simulator/client/BrokerClient.h"
-#include "simulator/log/LogFile.h"
-#include "simulator/log/LogLine.h"
 #include "simulator/scenario/Helpers.h"
 #include "simulator/scenario/Timeline.h"
 
@@ -38,19 +37,20 @@ class Observer
 
     std::deque<Event> platformEvents;
     std::deque<Event> desktopEvents;
-    std::deque<std::wstring> logLines;                               // as in the file
+    std::deque<std::string> logLines;                                // as in the file, in UTF-8
     std::map<std::wstring, std::deque<Helpers::Output>> helperLines; // by the helper's name
 
   private:
     void Sort(Event event);
     void CollectHelpers();
     void CollectLog();
+    void AddLogLine(doctor::Entry const& entry);
 
     BrokerClient* m_broker = nullptr;
     Helpers& m_helpers;
     Timeline& m_timeline;
-    std::map<std::wstring, LogFile> m_logs; // by their paths
-    LogFile* m_log = nullptr;
+    std::map<std::wstring, doctor::Follower> m_logs; // by their paths
+    doctor::Follower* m_log = nullptr;
     std::size_t m_seen = 0;  // events
     std::size_t m_known = 0; // how many of the next events are known already
     bool m_isAppRunning = false;

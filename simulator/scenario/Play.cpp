@@ -1,6 +1,6 @@
 #include "simulator/scenario/Play.h"
 
-#include "simulator/base/Console.h"
+#include "console/Console.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Text.h"
 #include "simulator/base/UnixPath.h"
@@ -25,14 +25,14 @@ bool PlayScenario(std::wstring const& path, Device const& device, Colour colour)
         where = path + L": end";
         player.CheckNothingIsLeft();
         player.End();
-        WriteLine(L"\n" + player.Summary());
+        console::WriteLine(L"\n" + player.Summary());
         return true;
     }
     catch (Difference const& difference)
     {
         player.End();
-        WriteLine(difference.Text(where));
-        WriteLine(L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
+        console::WriteLine(difference.Text(where));
+        console::WriteLine(L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
         return false;
     }
     catch (Error const& error)

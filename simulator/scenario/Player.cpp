@@ -1,11 +1,12 @@
 #include "simulator/scenario/Player.h"
 
-#include "simulator/base/Console.h"
+#include "console/Console.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/base/WordFile.h"
 #include "simulator/client/DeviceCommands.h"
+#include "simulator/log/AppLog.h"
 
 #include <algorithm>
 
@@ -74,7 +75,8 @@ std::wstring Player::Help()
 }
 
 Player::Player(Device const& device, Colour colour)
-    : m_device(device), m_broker(FreshDevice(device)), m_timeline(WriteLine, colour), m_helpers(device),
+    : m_device(device), m_broker(FreshDevice(device)),
+      m_timeline([](std::wstring_view line) { console::WriteLine(line); }, colour), m_helpers(device),
       m_observer(*m_broker, m_helpers, m_timeline), m_expectations(m_device, m_observer)
 {
 }
@@ -149,7 +151,7 @@ void Player::Install(Words const& words)
     auto const folder = PackageFolder(options);
     m_broker->Ask(Request{folder, isForced});
     m_package = OpenPackage(folder);
-    m_observer.FollowLog(LogFile::PathOn(m_device));
+    m_observer.FollowLog(AppLogOn(m_device));
 }
 
 void Player::Refuse(Words const& words)
@@ -216,7 +218,7 @@ void Player::GrowLog(Words const& words)
     {
         throw Error(words[0] + L" is no number of bytes");
     }
-    LogFile(LogFile::PathOn(m_device)).GrowTo(*bytes);
+    GrowLogTo(AppLogOn(m_device), *bytes);
 }
 
 // The package's folder, or a copy of it with the changes of the options.

@@ -1,6 +1,6 @@
 #include "simulator/scenario/Record.h"
 
-#include "simulator/base/Console.h"
+#include "console/Console.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Inbox.h"
@@ -122,11 +122,11 @@ class Recording
     }
     catch (Difference const& difference)
     {
-        WriteLine(difference.Text(line));
+        console::WriteLine(difference.Text(line));
     }
     catch (Error const& error)
     {
-        WriteErrorLine(L"sim: " + error.Message());
+        console::WriteErrorLine(L"sim: " + error.Message());
     }
 
     void Write() const { WriteBytes(m_path, ToUtf8(m_recorder.Text())); }
@@ -144,9 +144,10 @@ bool RecordScenario(std::wstring const& path, Device const& device, Colour colou
     Recording recording(path, device, colour);
     recording.PlayLines();
     auto const isOver = recording.End();
-    WriteLine(isOver ? L"\nrecorded: " + FromUtf8(UnixPath(path))
-                     : std::wstring(L"\nthe app or a helper still runs: a scenario ends with the end of all, as kill "
-                                    L"and kill helper bring it about"));
+    console::WriteLine(
+        isOver ? L"\nrecorded: " + FromUtf8(UnixPath(path))
+               : std::wstring(L"\nthe app or a helper still runs: a scenario ends with the end of all, as kill "
+                              L"and kill helper bring it about"));
     return isOver;
 }
 

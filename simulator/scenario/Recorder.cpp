@@ -44,9 +44,15 @@ Words WordsOf(Event const& event)
     return words;
 }
 
-Words OptionsOf(LogLine const& line)
+// Text that the app did not write becomes a message, which differs when it is replayed.
+doctor::LogLine LineOf(std::string const& text)
 {
-    return {L"level=" + line.level, L"category=" + line.category};
+    return doctor::ParseLogLine(text).value_or(doctor::LogLine{.message = text});
+}
+
+Words OptionsOf(doctor::LogLine const& line)
+{
+    return {L"level=" + std::wstring(zant::LevelName(line.level)), L"category=" + FromUtf8(line.category)};
 }
 
 } // namespace
@@ -59,14 +65,7 @@ bool Recorder::Take(Observer& observer)
     {
         has |= MoveAll(lines, m_helperOutput);
     }
-    for (auto const& text : observer.logLines)
-    {
-        LogLine unknown; // not written by the app: a replay will differ there
-        unknown.message = text;
-        m_log.push_back(ParseLogLine(text).value_or(unknown));
-    }
-    has |= !observer.logLines.empty();
-    observer.logLines.clear();
+    has |= MoveAll(observer.logLines, m_log);
     return has;
 }
 
@@ -97,9 +96,11 @@ void Recorder::AddTaken(Player::Names const& names)
 // Lines of several threads may be ordered differently in the next run.
 void Recorder::AddLog(Player::Names const& names)
 {
-    auto const log = std::exchange(m_log, {});
+    auto const texts = std::exchange(m_log, {});
+    std::vector<doctor::LogLine> log; // parts of the texts
+    std::ranges::transform(texts, std::back_inserter(log), LineOf);
     Words interleaved = {L"interleaved", L"log"};
-    std::vector<std::wstring> threads;
+    std::vector<std::uint32_t> threads;
     for (auto const& first : log)
     {
         if (std::ranges::find(threads, first.thread) != threads.end())
@@ -116,7 +117,7 @@ void Recorder::AddLog(Player::Names const& names)
             if (line.thread == first.thread)
             {
                 std::ranges::move(OptionsOf(line), std::back_inserter(interleaved));
-                interleaved.push_back(line.message);
+                interleaved.push_back(FromUtf8(line.message));
             }
         }
     }
@@ -127,7 +128,7 @@ void Recorder::AddLog(Player::Names const& names)
     }
     for (auto const& line : log)
     {
-        Words words = {L"log", line.message};
+        Words words = {L"log", FromUtf8(line.message)};
         std::ranges::move(OptionsOf(line), std::back_inserter(words));
         AddExpectation(std::move(words), names);
     }

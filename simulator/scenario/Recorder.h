@@ -30,7 +30,7 @@ class Recorder
 
     std::wstring m_text;
     std::vector<Event> m_events;
-    std::vector<LogLine> m_log;
+    std::vector<std::string> m_log; // lines as in the file
     std::vector<Helpers::Output> m_helperOutput;
 };
 

@@ -6,6 +6,8 @@
 #include "simulator/protocol/Pipe.h"
 #include "tests/support/Files.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -159,9 +161,13 @@ TEST_F(CommandLine, ShowsTheDecodedLog)
     Run(L"play \"" EXIT_SCENARIO L"\""); // leaves the device as it was at the end
     auto const log = Run(L"log");
     EXPECT_EQ(log.exitCode, 0u);
-    EXPECT_NE(log.output.find(L" INFO  ZEBMain    Inside OnActivated App activated by URI protocol\n"),
-              std::wstring::npos)
-        << sim::ToUtf8(log.output);
+    std::wstring const expected = L" ZEBMain    Inside OnActivated App activated by URI protocol\n";
+    EXPECT_TRUE(Has(log, expected)) << sim::ToUtf8(log.output);
+    auto const found = Run(L"log --level info --grep \"onactivated app activated\"");
+    EXPECT_EQ(found.exitCode, 0u);
+    EXPECT_TRUE(found.output.ends_with(expected)) << sim::ToUtf8(found.output);
+    EXPECT_EQ(std::ranges::count(found.output, L'\n'), 1) << sim::ToUtf8(found.output);
+    EXPECT_TRUE(Has(found, L" INFO ")) << sim::ToUtf8(found.output);
 }
 
 TEST_F(CommandLine, TellsWhatDiffersFromAScenario)

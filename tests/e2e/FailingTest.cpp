@@ -10,7 +10,7 @@
 TEST(Failing, KeepsItsFiles)
 {
     test::TemporaryFolder const folder;
-    test::WriteBytes(folder / L"some.log", test::Utf16(L"01/05/24 09:30:12:045 | [INFO] | a | b | c | d | e | f | g | "
+    test::WriteBytes(folder / L"some.log", test::Utf16(L"01/05/24 09:30:12:045 | [INFO] | a | b | c | d | e | f | 7 | "
                                                        L"what was logged\r\n"));
     FAIL();
 }

@@ -36,7 +36,7 @@ class KeptFiles(unittest.TestCase):
         self.assertEqual([file.name for file in folder.iterdir()], ["some.log"])
         for path in (folder, folder / "some.log"):
             shown = run("simulator/sim.exe", "log", path)
-            self.assertEqual(shown.stdout, "09:30:12.045 INFO  d          what was logged\n", shown.stderr)
+            self.assertEqual(shown.stdout, "2024-01-05 09:30:12.045 INFO  7     d          what was logged\n", shown.stderr)
 
     def test_of_a_scenario_lie_where_it_says(self):
         home = r"C:\devices\kept-files"

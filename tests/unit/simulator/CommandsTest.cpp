@@ -132,6 +132,20 @@ TEST(CommandsTest, NeedADevice)
     EXPECT_EQ(sim::RunCommand({L"status"}), 1);
 }
 
+TEST(CommandsTest, LogsAreShownAsTheDoctorShowsThem)
+{
+    test::TemporaryFolder const folder;
+    test::WriteBytes(folder / L"KZ\u00C9B.log",
+                     "01/05/24 09:30:12:045 | [INFO] |  | ZEB | ZEB | ZEBMain |  | ZEB | 7 | one\r\n"
+                     "01/05/24 09:30:13:000 | [WARN] |  | ZEB | ZEB | AppService |  | ZEB | 8 | two\r\n");
+    EXPECT_EQ(
+        OutputOf({L"log", folder / L"KZ\u00C9B.log"}),
+        L"2024-01-05 09:30:12.045 INFO  7     ZEBMain    one\n2024-01-05 09:30:13.000 WARN  8     AppService two\n");
+    EXPECT_EQ(OutputOf({L"log", L"--level", L"warn", folder.Path()}),
+              L"2024-01-05 09:30:13.000 WARN  8     AppService two\n");
+    EXPECT_EQ(sim::RunCommand({L"log", folder / L"nowhere"}), 1);
+}
+
 TEST(CommandsTest, TheLogOfADeviceWithoutAPackageIsRefused)
 {
     test::TemporaryFolder const folder;
