@@ -27,6 +27,7 @@ TABLE = {
     "doctor/base": ["utils"],
     "doctor/log": ["doctor/base", "utils"],
     "doctor/show": ["doctor/base", "doctor/log", "utils"],
+    "doctor/timeline": ["doctor/log", "utils"],
     "doctor": ["doctor/base", "doctor/show", "utils"],
     "simulator/base": ["projection"],
     "simulator/protocol": ["simulator/base"],
@@ -58,7 +59,9 @@ TABLE = {
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
         "tests/support",
     ],
-    "tests/unit/doctor": ["doctor", "doctor/base", "doctor/log", "doctor/show", "utils", "tests/support"],
+    "tests/unit/doctor": [
+        "doctor", "doctor/base", "doctor/log", "doctor/show", "doctor/timeline", "utils", "tests/support",
+    ],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],

@@ -31,7 +31,7 @@ constexpr std::string_view LaneName(Lane lane)
     return laneNames.at(static_cast<std::size_t>(lane));
 }
 
-// How a span or a mark is drawn.
+// How a span or a mark is shown.
 enum class LaneOutcome
 {
     Neutral,
@@ -47,6 +47,18 @@ enum class StageOutcome
     NotSeen,
     CannotTell
 };
+
+constexpr std::string_view TextOf(LaneOutcome outcome)
+{
+    constexpr std::array texts = {"neutral", "worked", "failed", "open"};
+    return texts.at(static_cast<std::size_t>(outcome));
+}
+
+constexpr std::string_view TextOf(StageOutcome outcome)
+{
+    constexpr std::array texts = {"worked", "failed", "not seen", "cannot be told"};
+    return texts.at(static_cast<std::size_t>(outcome));
+}
 
 // A line of the log. Several spans and marks may refer to one.
 struct TimelineLine
