@@ -29,6 +29,7 @@ TABLE = {
     "doctor/log": ["doctor/base", "utils"],
     "doctor/show": ["doctor/base", "doctor/log", "utils"],
     "doctor/stories": ["doctor/log"],
+    "doctor/timeline": ["doctor/log", "doctor/stories", "utils"],
     "doctor/verdict": ["doctor/base", "doctor/log", "doctor/stories"],
     "doctor/cli": ["doctor/base", "doctor/log", "doctor/show", "doctor/verdict", "utils"],
     "doctor": ["doctor/base", "doctor/cli", "utils"],
@@ -64,8 +65,8 @@ TABLE = {
         "tests/support",
     ],
     "tests/unit/doctor": [
-        "console", "doctor", "doctor/base", "doctor/log", "doctor/show", "doctor/stories", "doctor/verdict",
-        "utils", "tests/support",
+        "console", "doctor", "doctor/base", "doctor/log", "doctor/show", "doctor/stories", "doctor/timeline",
+        "doctor/verdict", "utils", "tests/support",
     ],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],

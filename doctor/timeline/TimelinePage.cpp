@@ -1,0 +1,109 @@
+#include "doctor/timeline/TimelinePage.h"
+
+#include "doctor/timeline/CheckIndexes.h"
+#include "doctor/timeline/PageTemplate.h"
+
+#include <nlohmann/json.hpp>
+
+namespace doctor
+{
+
+namespace
+{
+
+using Json = nlohmann::ordered_json;
+
+template <typename Value>
+Json OrNull(std::optional<Value> const& value)
+{
+    return value ? Json(*value) : Json();
+}
+
+Json NumberOf(std::optional<LogTime> const& time)
+{
+    return time ? Json(time->time_since_epoch().count()) : Json();
+}
+
+// The page's script knows the order of these.
+Json JsonOf(TimelineLine const& line)
+{
+    auto const level = line.time ? zant::LevelName(line.level) : std::wstring_view();
+    auto const thread = line.time ? std::to_string(line.thread) : std::string();
+    return Json::array({NumberOf(line.time), std::string(level.begin(), level.end()), thread, line.category,
+                        line.message, line.file, line.number});
+}
+
+Json JsonOf(TimelineSpan const& span)
+{
+    return Json::array({span.lane, span.name, NumberOf(span.begin), NumberOf(span.end), TextOf(span.outcome),
+                        span.detail, span.stage, span.lines});
+}
+
+// A name that is its line's message is not written twice.
+Json JsonOf(TimelineMark const& mark, std::vector<TimelineLine> const& lines)
+{
+    auto const isLine = mark.line && lines.at(*mark.line).message == mark.name;
+    return Json::array(
+        {mark.lane, NumberOf(mark.time), isLine ? Json() : Json(mark.name), TextOf(mark.outcome), OrNull(mark.line)});
+}
+
+Json JsonOf(StageVerdict const& verdict)
+{
+    return {{"stage", verdict.stage}, {"outcome", TextOf(verdict.outcome)}, {"text", verdict.text}};
+}
+
+// JSON as it may stand in a page's script element, which a "<" could end.
+std::string ScriptText(Json const& value)
+{
+    auto const text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (auto const each : text)
+    {
+        each == '<' ? escaped.append("\\u003c") : escaped.append(1, each);
+    }
+    return escaped;
+}
+
+template <typename Element, typename ToJson>
+void WriteList(std::string_view name, std::vector<Element> const& elements, ToJson toJson, WritePiece const& write)
+{
+    write(",\n\"" + std::string(name) + "\":[");
+    std::string_view separator = "\n";
+    for (auto const& element : elements)
+    {
+        write(std::string(separator) + ScriptText(toJson(element)));
+        separator = ",\n";
+    }
+    write("]");
+}
+
+void WriteData(Timeline const& timeline, WritePiece const& write)
+{
+    auto const toJson = [](auto const& element) { return JsonOf(element); };
+    write("{\"title\":" + ScriptText(timeline.title) + ",\n\"summary\":" + ScriptText(timeline.summary));
+    write(",\n\"lanes\":" + ScriptText(laneNames) + ",\n\"files\":" + ScriptText(timeline.files));
+    WriteList("verdicts", timeline.verdicts, toJson, write);
+    WriteList("lines", timeline.lines, toJson, write);
+    WriteList("spans", timeline.spans, toJson, write);
+    WriteList("marks", timeline.marks, [&](auto const& mark) { return JsonOf(mark, timeline.lines); }, write);
+    write("}");
+}
+
+} // namespace
+
+void WriteTimelinePage(Timeline const& timeline, WritePiece const& write)
+{
+    CheckIndexes(timeline);
+    for (auto const piece : PageHead())
+    {
+        write(piece);
+    }
+    WriteData(timeline, write);
+    for (auto const piece : PageTail())
+    {
+        write(piece);
+    }
+}
+
+} // namespace doctor
