@@ -8,6 +8,9 @@ namespace doctor
 // The system's message for an error code of its functions: "Access is denied. (5)".
 std::string SystemText(unsigned long code);
 
+// Throws Error with the path and the message for the calling thread's last error.
+[[noreturn]] void ThrowLastError(std::filesystem::path const& path);
+
 // A path as people read it, in UTF-8.
 std::string PathText(std::filesystem::path const& path);
 

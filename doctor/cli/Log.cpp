@@ -1,5 +1,9 @@
+#include "doctor/base/OutputFile.h"
 #include "doctor/cli/Commands.h"
 #include "doctor/cli/ParsedBy.h"
+#include "doctor/timeline/LogTimeline.h"
+#include "doctor/timeline/TimelinePage.h"
+#include "doctor/timeline/TraceEvents.h"
 #include "doctor/verdict/LogReport.h"
 #include "doctor/verdict/ReportText.h"
 
@@ -19,6 +23,9 @@ struct LogWords
     bool isFinished = false;
     bool isColoured = false;
     bool isJson = false;
+    std::string page; // a path; empty: none
+    std::string trace;
+    bool hasFullUris = false;
 };
 
 ExitCode ExitCodeOf(Result verdict)
@@ -44,6 +51,30 @@ std::optional<LogTime> AsOf(LogWords const& words, Surroundings const& surroundi
     return given ? given : surroundings.now();
 }
 
+using WriteTimeline = void (*)(Timeline const& timeline, WritePiece const& write);
+
+void WriteFileOf(Timeline const& timeline, std::string const& path, WriteTimeline writeTimeline)
+{
+    if (!path.empty())
+    {
+        OutputFile const file(PathsOf({path}).front());
+        writeTimeline(timeline, [&](std::string_view piece) { file.Write(piece); });
+    }
+}
+
+Report ReportWithFiles(std::vector<std::filesystem::path> const& paths, std::optional<LogTime> asOf,
+                       LogWords const& words)
+{
+    if (words.page.empty() && words.trace.empty())
+    {
+        return ReportOfLogs(paths, asOf);
+    }
+    auto const made = TimelineOfLogs(paths, asOf, "VelmoNotificationClient", words.hasFullUris);
+    WriteFileOf(made.timeline, words.page, WriteTimelinePage);
+    WriteFileOf(made.timeline, words.trace, WriteTraceEvents);
+    return made.report;
+}
+
 ExitCode RunLog(LogWords const& words, Surroundings const& surroundings)
 {
     auto paths = PathsOf(words.paths);
@@ -51,7 +82,7 @@ ExitCode RunLog(LogWords const& words, Surroundings const& surroundings)
     {
         paths.push_back(surroundings.ownLog());
     }
-    auto const report = ReportOfLogs(paths, AsOf(words, surroundings));
+    auto const report = ReportWithFiles(paths, AsOf(words, surroundings), words);
     surroundings.write(words.isJson ? ReportJson(report) : ReportText(report, words.isColoured));
     return ExitCodeOf(report.Verdict());
 }
@@ -71,6 +102,11 @@ void AddLog(CLI::App& app, Surroundings const& surroundings, RunCommand& run)
         ->excludes(asOf);
     log->add_flag("--json", words->isJson, "one object");
     log->add_flag("--colour", words->isColoured, "in colours, for a terminal");
+    log->add_option("--html", words->page, "writes a page with the timeline into that file");
+    log->add_option("--trace", words->trace,
+                    "writes the timeline as trace events into that file, for Perfetto or the browser's tracing page");
+    log->add_flag("--full", words->hasFullUris,
+                  "the timeline with whole channel URIs: addresses that anyone can push to");
     log->callback([=, &surroundings, &run] { run = [=, &surroundings] { return RunLog(*words, surroundings); }; });
 }
 

@@ -1,6 +1,5 @@
 #include "doctor/log/InputFile.h"
 
-#include "doctor/base/Error.h"
 #include "doctor/base/SystemText.h"
 
 namespace doctor
@@ -8,11 +7,6 @@ namespace doctor
 
 namespace
 {
-
-[[noreturn]] void ThrowLastError(std::filesystem::path const& path)
-{
-    throw Error(PathText(path) + ": " + SystemText(GetLastError()));
-}
 
 HANDLE Open(std::filesystem::path const& path)
 {
