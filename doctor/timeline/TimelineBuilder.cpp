@@ -103,7 +103,8 @@ void TimelineBuilder::Begin(std::filesystem::path const& file)
 
 void TimelineBuilder::Add(Entry const& entry, std::optional<LogPlace> const& place)
 {
-    auto const whole = entry.line ? entry.line->message : entry.raw.text;
+    constexpr std::size_t mostOfOtherText = 200;
+    auto const whole = entry.line ? entry.line->message : entry.raw.text.substr(0, mostOfOtherText);
     TimelineLine line;
     if (entry.line)
     {
