@@ -43,14 +43,14 @@ TABLE = {
         "simulator/base", "simulator/platform", "simulator/protocol", "simulator/runtime", "projection",
     ],
     "simulator/desktop": ["simulator/base", "simulator/protocol"],
-    "simulator/log": ["simulator/base", "simulator/package", "simulator/protocol"],
+    "simulator/log": ["doctor/verdict", "simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/client": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/scenario": [
-        "console", "doctor/base", "doctor/log", "doctor/show/Follow.h", "simulator/base", "simulator/client", "simulator/log",
-        "simulator/package", "simulator/protocol",
+        "console", "doctor/base", "doctor/log", "doctor/show/Follow.h", "doctor/timeline", "doctor/verdict",
+        "simulator/base", "simulator/client", "simulator/log", "simulator/package", "simulator/protocol",
     ],
     "simulator/cli": [
-        "console", "doctor", "doctor/base", "simulator/base", "simulator/broker", "simulator/client", "simulator/log",
+        "console", "doctor", "doctor/base", "doctor/cli/LocalNow.h", "simulator/base", "simulator/broker", "simulator/client", "simulator/log",
         "simulator/package", "simulator/platform", "simulator/protocol", "simulator/scenario",
     ],
     "package/msix": [],

@@ -1,5 +1,6 @@
 #include "doctor/CommandLine.h"
 #include "doctor/base/Console.h"
+#include "doctor/cli/LocalNow.h"
 #include "utils/Utf8.h"
 
 #include <span>
@@ -10,16 +11,7 @@ namespace
 
 constexpr DWORD pauseMilliseconds = 200;
 
-doctor::LogTime Now()
-{
-    using namespace std::chrono;
-    SYSTEMTIME local;
-    GetLocalTime(&local);
-    return local_days(year(local.wYear) / local.wMonth / local.wDay) + hours(local.wHour) + minutes(local.wMinute) +
-           seconds(local.wSecond) + milliseconds(local.wMilliseconds);
 }
-
-} // namespace
 
 // The runtime calls it by this name.
 int wmain(int count, wchar_t** arguments) // NOLINT(misc-use-internal-linkage)
@@ -30,6 +22,6 @@ int wmain(int count, wchar_t** arguments) // NOLINT(misc-use-internal-linkage)
         words.push_back(zant::ToUtf8(word).value_or(""));
     }
     doctor::Surroundings const surroundings = {doctor::WriteLine, doctor::WriteErrorLine,
-                                               [] { Sleep(pauseMilliseconds); }, Now};
+                                               [] { Sleep(pauseMilliseconds); }, doctor::LocalNow};
     return static_cast<int>(doctor::RunCommandLine(std::move(words), surroundings));
 }

@@ -3,6 +3,7 @@
 #include "console/Console.h"
 #include "doctor/CommandLine.h"
 #include "doctor/base/Console.h"
+#include "doctor/cli/LocalNow.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
@@ -76,7 +77,7 @@ int Log(Words const& words)
     std::ranges::transform(words, std::back_inserter(options), ToUtf8);
     auto const outcome = doctor::RunCommandLine(
         std::move(options), {doctor::WriteLine, doctor::WriteErrorLine, [] { Sleep(logPollMilliseconds); },
-                             [] { return AppLogOn(Device::FromEnvironment()); }});
+                             doctor::LocalNow, [] { return AppLogOn(Device::FromEnvironment()); }});
     return static_cast<int>(outcome);
 }
 
@@ -102,11 +103,31 @@ int Events(Words const& words)
     }
 }
 
+// Takes the options away. records: --record is one of them.
+PlayOptions TakePlayOptions(Words& words, bool& records)
+{
+    PlayOptions options;
+    for (auto isOption = true; isOption;)
+    {
+        isOption = false;
+        auto const take = [&](std::wstring_view name) { return TakeOption(words, name) && (isOption = true); };
+        options.colour = take(L"--colour") ? Colour::Yes : options.colour;
+        options.hasVerdict = take(L"--verdict") || options.hasVerdict;
+        records = take(L"--record") || records;
+        if (take(L"--html"))
+        {
+            options.page = WindowsPath(words.empty() ? throw UsageError(L"--html needs a file") : words[0]);
+            words.erase(words.begin());
+        }
+    }
+    return options;
+}
+
 int Play(Words const& words)
 {
     auto rest = words;
-    auto const colour = TakeOption(rest, L"--colour") ? Colour::Yes : Colour::No;
-    auto const records = TakeOption(rest, L"--record");
+    auto records = false;
+    auto const options = TakePlayOptions(rest, records);
     if (rest.size() != 1)
     {
         throw UsageError(L"expected one scenario");
@@ -114,7 +135,7 @@ int Play(Words const& words)
     InstallRuntimeClasses();
     auto const path = WindowsPath(rest[0]);
     auto const device = Device::FromEnvironment();
-    auto const went = records ? RecordScenario(path, device, colour) : PlayScenario(path, device, colour);
+    auto const went = records ? RecordScenario(path, device, options.colour) : PlayScenario(path, device, options);
     return went ? 0 : 1;
 }
 
@@ -185,10 +206,12 @@ constexpr OwnCommand commands[] = {
      0, anyNumber, Log},
     {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it goes on and shows new ones.", 0, 1,
      Events},
-    {L"play", L"[--colour] [--record] SCENARIO", L"plays a scenario file on a fresh device, checking every step",
-     L"  What the device held before is removed. Exit code 1 when anything differs. With --record it plays the steps that\n"
-     L"  you give, one in a line, until the end of the input (Ctrl-D), and writes the scenario of them.",
-     1, 3, Play},
+    {L"play", L"[--colour] [--verdict] [--html FILE | --record] SCENARIO",
+     L"plays a scenario file on a fresh device, checking every step",
+     L"  What the device held before is removed. Exit code 1 when anything differs. With --verdict it ends with what the\n"
+     L"  doctor finds in the app's log, with --html it writes a page with the timeline. With --record it plays the steps\n"
+     L"  that you give, one in a line, until the end of the input (Ctrl-D), and writes the scenario of them.",
+     1, anyNumber, Play},
     {L"stop", L"", L"switches the device off, with everything that runs on it", L"", 0, 0, Stop},
     {L"restart", L"", L"switches the device off and on again",
      L"  Its processes end; its registrations and state remain.", 0, 0, Restart},

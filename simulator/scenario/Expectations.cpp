@@ -4,6 +4,7 @@
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/base/Words.h"
+#include "simulator/log/LogVerdict.h"
 
 #include <algorithm>
 #include <deque>
@@ -134,6 +135,9 @@ std::span<Expectations::Check const> Expectations::All()
         {L"crash", L"[CODE] [after A..B ms]", L"it ends without an announcement; not with 0 when there is no CODE", L"",
          0, 4, &Expectations::CheckCrash},
         {L"terminated", L"[after A..B ms]", L"the platform ends it", L"", 0, 3, &Expectations::CheckTerminated},
+        {L"verdict", L"worked | not-seen | failed STAGE …",
+         L"what the doctor finds in the app's log, to which nothing writes any more", L"", 1, anyNumber,
+         &Expectations::CheckVerdict},
     };
     return checks;
 }
@@ -146,6 +150,20 @@ void Expectations::Run(Words const& words)
         throw Error(L"there is no such expectation; sim help play lists them");
     }
     (this->*check->run)(check->ArgumentsOf(words));
+}
+
+void Expectations::CheckVerdict(Words const& words)
+{
+    std::wstring expected;
+    for (auto const& word : words)
+    {
+        expected += (expected.empty() ? L"" : L" ") + word;
+    }
+    auto const report = LogReport(m_device);
+    if (auto const found = VerdictText(report); found != expected)
+    {
+        throw Difference{L"the verdict " + expected, found + L": " + FromUtf8(report.summary)};
+    }
 }
 
 void Expectations::CheckNothingIsLeft()

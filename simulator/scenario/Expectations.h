@@ -62,6 +62,7 @@ class Expectations
     void CheckDesktop(Words const& words);
     void CheckExit(Words const& words) { CheckEnd(L"app-exited", words); }
     void CheckCrash(Words const& words) { CheckEnd(L"app-crashed", words); }
+    void CheckVerdict(Words const& words);
     void CheckTerminated(Words const& words) { CheckEnd(L"app-terminated", words); }
     void CheckEnd(std::wstring const& kind, Words const& words);
     void CheckLines(std::vector<std::deque<ExpectedLine>> threads, std::wstring const& expected);

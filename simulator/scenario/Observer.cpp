@@ -4,22 +4,12 @@
 #include "simulator/base/Error.h"
 #include "simulator/base/Text.h"
 #include "simulator/log/AppLog.h"
+#include "simulator/scenario/LogMoment.h"
 
 #include <algorithm>
 
 namespace sim
 {
-
-namespace
-{
-
-// In the log a time is counted from 1970, as here in the local time of the machine.
-Moment MomentOf(doctor::LogTime time)
-{
-    return sim::MomentOf(1970, 1, 1, 0, 0, 0, 0).value_or(0) + time.time_since_epoch().count();
-}
-
-} // namespace
 
 Observer::Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline)
     : m_helpers(helpers), m_timeline(timeline)

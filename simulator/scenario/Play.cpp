@@ -1,19 +1,44 @@
 #include "simulator/scenario/Play.h"
 
 #include "console/Console.h"
+#include "doctor/verdict/ReportText.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Text.h"
 #include "simulator/base/UnixPath.h"
+#include "simulator/log/LogVerdict.h"
+#include "simulator/scenario/PlayPage.h"
 #include "simulator/scenario/Player.h"
 #include "simulator/scenario/Scenario.h"
+
+#include <filesystem>
 
 namespace sim
 {
 
-bool PlayScenario(std::wstring const& path, Device const& device, Colour colour)
+namespace
+{
+
+// What the doctor says of what was played.
+void WriteVerdict(std::wstring const& scenario, Device const& device, Player const& player, PlayOptions const& options)
+{
+    if (options.hasVerdict)
+    {
+        auto const isColoured = options.colour == Colour::Yes;
+        console::WriteLine(L"\n" + FromUtf8(ReportText(LogReport(device), isColoured)));
+    }
+    if (!options.page.empty())
+    {
+        WritePlayPage(options.page, std::filesystem::path(scenario).filename(), device, player.Played().Shown());
+        console::WriteLine(L"\nthe timeline: " + FromUtf8(UnixPath(options.page)));
+    }
+}
+
+} // namespace
+
+bool PlayScenario(std::wstring const& path, Device const& device, PlayOptions const& options)
 {
     auto const steps = ReadScenario(path);
-    Player player(device, colour);
+    Player player(device, options.colour);
     auto where = path;
     try
     {
@@ -25,12 +50,14 @@ bool PlayScenario(std::wstring const& path, Device const& device, Colour colour)
         where = path + L": end";
         player.CheckNothingIsLeft();
         player.End();
+        WriteVerdict(path, device, player, options);
         console::WriteLine(L"\n" + player.Summary());
         return true;
     }
     catch (Difference const& difference)
     {
         player.End();
+        WriteVerdict(path, device, player, options);
         console::WriteLine(difference.Text(where));
         console::WriteLine(L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
         return false;

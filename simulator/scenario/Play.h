@@ -7,8 +7,15 @@
 namespace sim
 {
 
+struct PlayOptions
+{
+    Colour colour = Colour::No;
+    bool hasVerdict = false; // the doctor's, at the end
+    std::wstring page;       // the path of the page with the timeline; empty: none
+};
+
 // Plays a scenario file and reports what was checked. False after the first difference from the scenario, which is
 // reported. Throws Error when the scenario cannot be played.
-bool PlayScenario(std::wstring const& path, Device const& device, Colour colour);
+bool PlayScenario(std::wstring const& path, Device const& device, PlayOptions const& options);
 
 } // namespace sim

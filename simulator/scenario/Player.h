@@ -48,6 +48,7 @@ class Player
     Names AllNames() const;
     Observer& Observed() noexcept { return m_observer; }
     bool IsAnythingRunning() const { return m_observer.IsAppRunning() || !m_helpers.Running().empty(); }
+    Timeline const& Played() const noexcept { return m_timeline; }
     std::wstring Summary() const { return m_expectations.Summary(); }
 
   private:

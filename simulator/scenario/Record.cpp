@@ -7,6 +7,7 @@
 #include "simulator/base/Text.h"
 #include "simulator/base/UnixPath.h"
 #include "simulator/base/Words.h"
+#include "simulator/log/LogVerdict.h"
 #include "simulator/scenario/Player.h"
 #include "simulator/scenario/Recorder.h"
 
@@ -51,7 +52,7 @@ class Recording
 {
   public:
     Recording(std::wstring path, Device const& device, Colour colour)
-        : m_path(std::move(path)), m_player(device, colour)
+        : m_path(std::move(path)), m_device(device), m_player(device, colour)
     {
     }
 
@@ -83,6 +84,7 @@ class Recording
         auto const over = m_player.Observed().WaitUntil(isOver, limitMilliseconds);
         WaitUntilQuiet();
         m_recorder.AddTaken(m_player.AllNames());
+        m_recorder.AddVerdict(VerdictText(LogReport(m_device)));
         Write();
         m_player.End();
         return over;
@@ -132,6 +134,7 @@ class Recording
     void Write() const { WriteBytes(m_path, ToUtf8(m_recorder.Text())); }
 
     std::wstring m_path;
+    Device const& m_device;
     Player m_player;
     Recorder m_recorder;
 };

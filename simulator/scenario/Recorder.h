@@ -21,6 +21,9 @@ class Recorder
 
     void AddStep(std::wstring const& step);
 
+    // What the doctor finds in the end.
+    void AddVerdict(std::wstring const& verdict) { m_text += L"expect verdict " + verdict + L"\n"; }
+
     // The scenario so far.
     std::wstring const& Text() const noexcept { return m_text; }
 

@@ -40,7 +40,7 @@ Timeline::Timeline(std::function<void(std::wstring_view)> write, Colour colour)
 
 void Timeline::Add(Moment time, Source source, std::wstring text)
 {
-    m_held.insert({time, {source, std::move(text)}});
+    m_held.insert({time, {time, source, std::move(text)}});
 }
 
 void Timeline::ShowSettled()
@@ -61,6 +61,7 @@ void Timeline::ShowUntil(Moment time)
         auto const& style = styles[static_cast<std::size_t>(item.source)];
         auto line = Elapsed(when - m_start) + L"  " + std::wstring(style.name) + L"  " + item.text;
         m_write(m_colour == Colour::Yes ? std::wstring(style.colour) + line + L"\x1b[0m" : line);
+        m_shown.push_back(item);
         m_held.erase(m_held.begin());
     }
 }

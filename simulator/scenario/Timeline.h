@@ -3,8 +3,10 @@
 
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sim
 {
@@ -29,6 +31,13 @@ class Timeline
         Log
     };
 
+    struct Item
+    {
+        Moment time;
+        Source source;
+        std::wstring text;
+    };
+
     Timeline(std::function<void(std::wstring_view)> write, Colour colour);
 
     void Add(Moment time, Source source, std::wstring text);
@@ -40,19 +49,17 @@ class Timeline
 
     static constexpr unsigned holdMilliseconds = 100;
 
-  private:
-    struct Item
-    {
-        Source source;
-        std::wstring text;
-    };
+    // In the order of their times.
+    std::span<Item const> Shown() const { return m_shown; }
 
+  private:
     void ShowUntil(Moment time);
 
     std::function<void(std::wstring_view)> m_write;
     Colour m_colour;
     Moment m_start;
     std::multimap<Moment, Item> m_held;
+    std::vector<Item> m_shown;
 };
 
 } // namespace sim

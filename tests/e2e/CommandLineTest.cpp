@@ -232,7 +232,8 @@ TEST_F(CommandLine, RecordsWhatWasPlayedByHandAsAScenarioThatPasses)
               "expect exit 0\n"
               "expect log '****************************** VelmoNotificationCLient Started. "
               "*********************************' level=INFO category=ZEBMain\n"
-              "expect log 'Inside OnActivated App activated by URI protocol' level=INFO category=ZEBMain\n");
+              "expect log 'Inside OnActivated App activated by URI protocol' level=INFO category=ZEBMain\n"
+              "expect verdict worked\n");
     auto const played = Run(L"play \"" + scenario + L"\"");
     EXPECT_EQ(played.exitCode, 0u) << sim::ToUtf8(played.output);
 }

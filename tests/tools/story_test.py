@@ -1,4 +1,4 @@
-"""./dev run: two at once, one that is cut off, one that is interrupted.
+"""./dev run: with its timeline, two at once, one that is cut off, one that is interrupted.
 
 Arguments: the build folder whose programs a copy of the scripts plays with, in a prefix of its own."""
 
@@ -36,11 +36,29 @@ class StoryTest(support.ScriptTest):
         cls.prefix = product / "prefix-story"
         cls.addClassCleanup(support.stop_wine, cls.prefix)
 
-    def start_story(self):
-        return self.start(self.clone / "dev", "run", env=self.environment)
+    def start_story(self, *arguments, **options):
+        return self.start(self.clone / "dev", "run", *arguments, env=self.environment, **options)
 
     def nothing_runs(self):
         return not support.processes_with(f"WINEPREFIX={self.prefix}")
+
+    def test_it_ends_with_the_verdict_and_draws_the_timeline(self):
+        story = self.start_story("--html", "story of today.html", cwd=self.clone.parent)
+        said = story.stdout.read()
+        self.assertEqual(0, story.wait(support.LIMIT), said)
+        verdict = said[said.index("\nNothing failed.\n"):]
+        self.assertRegex(verdict, r"\nworked +exit +worked 2 times, last ")
+        page = self.clone.parent / "story of today.html"
+        self.assertIn(f"\nthe timeline: {page}\n", verdict)
+        text = page.read_text()
+        self.assertIn("story.scenario", text)
+        self.assertIn("task-started instance=2 name=PushNotificationBGTask", text)  # the platform's own
+        self.assertIn("wait for the registration", text)
+
+    def test_a_page_needs_a_file(self):
+        story = self.start_story("--html")
+        self.assertIn("--html needs a file", story.stdout.read())
+        self.assertEqual(2, story.wait(support.LIMIT))
 
     def test_two_at_once_play_one_after_the_other(self):
         first = self.start_story()

@@ -1,0 +1,16 @@
+#pragma once
+#include "simulator/protocol/Device.h"
+#include "simulator/scenario/Timeline.h"
+
+#include <span>
+#include <string>
+
+namespace sim
+{
+
+// Writes what the doctor draws of the device's logs, with what the platform, the helpers and the desktop component did
+// meanwhile, as an HTML page. Throws Error.
+void WritePlayPage(std::wstring const& path, std::wstring const& title, Device const& device,
+                   std::span<Timeline::Item const> items);
+
+} // namespace sim
