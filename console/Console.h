@@ -4,12 +4,12 @@
 namespace console
 {
 
-// Writes a line in UTF-8 to standard output, or to standard error, at once. Any thread; lines of several threads do not
-// mix. False when the stream does not take it: GetLastError tells why.
+// Writes a line to standard output, or to standard error, at once: UTF-8 to a file or a pipe, text to a console. Any
+// thread; lines of several threads do not mix. False when the stream does not take it: GetLastError tells why.
 bool WriteLine(std::string_view text) noexcept;
 bool WriteErrorLine(std::string_view text) noexcept;
 
-// The same for a text in UTF-16.
+// The same of a text in UTF-16.
 bool WriteLine(std::wstring_view text) noexcept;
 bool WriteErrorLine(std::wstring_view text) noexcept;
 

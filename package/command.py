@@ -14,6 +14,7 @@ from msix.problem import PackageError
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "product"
+PROGRAMS = [BUILD / name / f"{name}.exe" for name in ("helper", "doctor")]
 
 _TOP = """./dev package [--desktop PATH] [--sign CERT KEY]
        ./dev package --verify FILE [--cert CERT]"""
@@ -38,6 +39,8 @@ def parse_arguments(arguments):
     parser.add_argument("--cert", metavar="CERT", type=pathlib.Path, help="with --verify: whom the package is of")
     parser.add_argument("--layout", default=BUILD / "package" / "layout", help="the package as a folder")
     parser.add_argument("--pdb-folder", default=BUILD / "app", type=pathlib.Path, help="where the .pdb lies")
+    parser.add_argument("--programs", nargs="*", default=PROGRAMS, type=pathlib.Path, metavar="PROGRAM",
+                        help="those that go beside the package, each with its .pdb")  # fmt: skip
     parser.add_argument("--dist", default=ROOT / "dist", type=pathlib.Path, help="where the results go")
     options = parser.parse_args(arguments)
     if options.cert is not None and not options.verify:
@@ -133,7 +136,10 @@ def make(options):
         if _verify(package, None):
             _warn(f"{package} was in order before it was signed, and is not now: see above")
             return Outcome.REFUSED
-    for made in (executable, pdb, package):
+    beside = [file for program in options.programs for file in (program, program.with_suffix(".pdb"))]
+    for file in beside:
+        contents.write(options.dist / file.name, contents.read(file))
+    for made in (executable, pdb, package, *(options.dist / file.name for file in beside)):
         _tell(f"{made}  {made.stat().st_size:,} bytes")
     return Outcome.DONE
 

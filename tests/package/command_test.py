@@ -31,6 +31,7 @@ class Making(unittest.TestCase):
         self.dist = self.folder / "dist"
         self.write({f"layout/{path}": data for path, data in support.files().items()})
         self.write({"build/VelmoNotificationClient.pdb": b"symbols"})
+        self.write({"tools/doctor.exe": b"a program", "tools/doctor.pdb": b"its symbols"})
 
     def write(self, files):
         for path, data in files.items():
@@ -57,7 +58,7 @@ class Making(unittest.TestCase):
         return str(self.folder / "bin")
 
     def make(self, *arguments, **others):
-        places = ("--layout", "layout", "--pdb-folder", "build", "--dist", "dist")
+        places = ("--layout", "layout", "--pdb-folder", "build", "--dist", "dist", "--programs", "tools/doctor.exe")
         return self.run_command(*places, *arguments, **others)
 
     def made(self, path):
@@ -76,11 +77,24 @@ class Command(Making):
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(
             sorted(file.name for file in self.dist.iterdir()),
-            ["VelmoNotificationClient.exe", "VelmoNotificationClient.pdb", PACKAGE],
+            ["VelmoNotificationClient.exe", "VelmoNotificationClient.pdb", PACKAGE, "doctor.exe", "doctor.pdb"],
         )
         self.assertEqual((self.dist / "VelmoNotificationClient.exe").read_bytes(), support.app_program())
         self.assertEqual((self.dist / "VelmoNotificationClient.pdb").read_bytes(), b"symbols")
         self.assertEqual(self.made("VelmoNotificationClient.exe"), support.app_program())
+
+    def test_puts_programs_with_their_debug_information_beside_the_package_and_not_into_it(self):
+        done = self.make()
+        self.assertEqual((self.dist / "doctor.exe").read_bytes(), b"a program")
+        self.assertEqual((self.dist / "doctor.pdb").read_bytes(), b"its symbols")
+        self.assertIn("doctor.exe  9 bytes\n", done.stdout)
+        self.assertIn("doctor.pdb  11 bytes\n", done.stdout)
+        with zipfile.ZipFile(self.dist / PACKAGE) as archive:
+            self.assertEqual([name for name in archive.namelist() if "doctor" in name], [])
+
+    def test_a_program_without_its_debug_information_is_told(self):
+        (self.folder / "tools" / "doctor.pdb").unlink()
+        self.assert_fails(self.make(), "tools/doctor.pdb: it cannot be read: No such file")
 
     def test_what_it_made_is_accepted(self):
         self.make()
@@ -248,7 +262,7 @@ class Signing(Making):
         unsigned = (self.dist / PACKAGE).read_bytes()
         self.assert_fails(self.make("--sign", "cert.pem", "key.pem"), "it could not be signed")
         self.assertEqual((self.dist / PACKAGE).read_bytes(), unsigned)
-        self.assertEqual(len(list(self.dist.iterdir())), 3)
+        self.assertEqual(len(list(self.dist.iterdir())), 5)
 
 
 class Layout(unittest.TestCase):

@@ -16,6 +16,7 @@ from msix.portable_executable import PortableExecutable
 LAYOUT, PDB_FOLDER, SOURCE, BUILD = sys.argv[1:5]
 
 DEBUG_DIRECTORY, REPRODUCIBLE = 6, 16
+CONSOLE_PROGRAMS = {"helper": (b"WaitForEnd", b"Session.cpp"), "doctor": (b"TakeSplit", b"ReadLog.cpp")}
 
 
 def debug_kinds(program):
@@ -34,7 +35,8 @@ class Shipped(unittest.TestCase):
         cls.dist = pathlib.Path(folder.name)
         command = [sys.executable, support.ROOT / "package" / "command.py"]
         cls.done = subprocess.run(
-            [*command, "--layout", LAYOUT, "--pdb-folder", PDB_FOLDER, "--dist", cls.dist],
+            [*command, "--layout", LAYOUT, "--pdb-folder", PDB_FOLDER, "--dist", cls.dist, "--programs",
+             *(pathlib.Path(BUILD, program, f"{program}.exe") for program in CONSOLE_PROGRAMS)],
             capture_output=True, text=True, check=False,
         )  # fmt: skip
         (cls.package,) = cls.dist.glob("*.msix")
@@ -57,7 +59,8 @@ class Shipped(unittest.TestCase):
                 self.assertIn(str(file.relative_to(LAYOUT)), names)
 
     def test_nothing_tells_where_or_when_it_was_built(self):
-        self.assertIn(REPRODUCIBLE, debug_kinds(PortableExecutable((self.dist / support.EXECUTABLE).read_bytes())))
+        for program in (support.EXECUTABLE, *(f"{program}.exe" for program in CONSOLE_PROGRAMS)):
+            self.assertIn(REPRODUCIBLE, debug_kinds(PortableExecutable((self.dist / program).read_bytes())), program)
         for file in [*self.dist.iterdir(), pathlib.Path(LAYOUT, "HOV", "Tessaline.exe")]:
             data = file.read_bytes()
             for folder in (SOURCE, BUILD):
@@ -68,6 +71,12 @@ class Shipped(unittest.TestCase):
         data = (self.dist / "VelmoNotificationClient.pdb").read_bytes()
         self.assertIn(b"OnBackgroundActivated", data)
         self.assertIn(b"App.cpp", data)
+
+    def test_the_console_programs_have_theirs(self):
+        for program, texts in CONSOLE_PROGRAMS.items():
+            data = (self.dist / f"{program}.pdb").read_bytes()
+            for text in texts:
+                self.assertIn(text, data, program)
 
 
 if __name__ == "__main__":

@@ -4,10 +4,22 @@
 #include "doctor/base/Error.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/WrappedCall.h"
 #include "utils/UniqueHandle.h"
 
 #include <functional>
 #include <gtest/gtest.h>
+
+namespace test
+{
+
+REPLACEABLE(GetConsoleModeCall, GetConsoleMode);
+REPLACEABLE(WriteConsoleCall, WriteConsoleW);
+
+} // namespace test
+
+WRAP(GetConsoleModeCall, GetConsoleMode);
+WRAP(WriteConsoleCall, WriteConsoleW);
 
 namespace
 {
@@ -54,6 +66,40 @@ TEST_F(Console, HasAStreamOfItsOwnForErrors)
                           doctor::WriteErrorLine("three");
                       }),
               "\u00E9n\ntw\u00F6\nthree\n");
+}
+
+TEST_F(Console, OfAPersonGetsUtf16InOneWrite)
+{
+    std::wstring shown;
+    test::GetConsoleModeCall const isConsole([](auto&&...) { return TRUE; });
+    test::WriteConsoleCall const write(
+        [&](auto&&, HANDLE handle, void const* text, DWORD length, DWORD* written, void*) {
+            EXPECT_EQ(handle, GetStdHandle(STD_OUTPUT_HANDLE));
+            shown += std::wstring(static_cast<wchar_t const*>(text), length) + L"|";
+            *written = length;
+            return TRUE;
+        });
+    EXPECT_EQ(Written(STD_OUTPUT_HANDLE,
+                      [] {
+                          EXPECT_TRUE(console::WriteLine("\u00E9\U0001F600"));
+                          EXPECT_TRUE(console::WriteLine(L"\u2026"));
+                      }),
+              "");
+    EXPECT_EQ(shown, L"\u00E9\U0001F600\n|\u2026\n|");
+}
+
+TEST_F(Console, OfAPersonThatTakesNoLineIsAFailure)
+{
+    test::GetConsoleModeCall const isConsole([](auto&&...) { return TRUE; });
+    test::WriteConsoleCall const write([](auto&&...) { return FALSE; });
+    EXPECT_FALSE(console::WriteLine("one"));
+    EXPECT_FALSE(console::WriteErrorLine(L"one"));
+}
+
+TEST_F(Console, OfAPersonGetsWhatIsNoTextAsItIs)
+{
+    test::GetConsoleModeCall const isConsole([](auto&&...) { return TRUE; });
+    EXPECT_EQ(Written(STD_OUTPUT_HANDLE, [] { EXPECT_TRUE(console::WriteLine("\xFF")); }), "\xFF\n");
 }
 
 TEST_F(Console, SaysThatAStreamTakesNoLine)
