@@ -22,7 +22,9 @@ macro(unite_target target)
     list(FILTER files INCLUDE REGEX "\\.cpp$")
     foreach(file ${files})
         get_filename_component(file ${file} ABSOLUTE BASE_DIR ${directory})
-        if(EXISTS ${file}) # at configuration, which what is generated does not
+        # What is generated stays by itself: the first configuration does not see it yet, and all are to be the same.
+        get_property(is_generated SOURCE ${file} TARGET_DIRECTORY ${target} PROPERTY GENERATED)
+        if(NOT is_generated)
             string(APPEND sources "${directory}\t${target}\t${file}\n")
             set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
         endif()
