@@ -87,6 +87,7 @@ TABLE = {
         "tests/support",
     ],
     "tests/executable": ["package/msix"],
+    "tests/page": ["doctor/timeline", "tests/unit/doctor"],
     "tests/package": ["package", "package/msix"],
     "tests/tools": ["cmake"],
     "fuzz": ["doctor/log", "simulator/protocol", "tests/native"],

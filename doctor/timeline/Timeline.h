@@ -107,13 +107,13 @@ struct StageVerdict
 // index beyond the lines or the files makes a writer throw std::out_of_range before it writes anything.
 struct Timeline
 {
-    std::string title{};                // of the page: "KZEB.log", "story.scenario"
-    std::string summary{};              // one sentence: the first stage that failed, when, how often
-    std::vector<StageVerdict> verdicts; // in the order of the stages
-    std::vector<std::string> files;     // as people read their paths
-    std::vector<TimelineLine> lines;    // in the log's order, which is not that of their times where a clock jumps
-    std::vector<TimelineSpan> spans;
-    std::vector<TimelineMark> marks;
+    std::string title{};                  // of the page: "KZEB.log", "story.scenario"
+    std::string summary{};                // one sentence: the first stage that failed, when, how often
+    std::vector<StageVerdict> verdicts{}; // in the order of the stages
+    std::vector<std::string> files{};     // as people read their paths
+    std::vector<TimelineLine> lines{};    // in the log's order, which is not that of their times where a clock jumps
+    std::vector<TimelineSpan> spans{};
+    std::vector<TimelineMark> marks{};
 };
 
 // Takes the next piece of what is written, in UTF-8.

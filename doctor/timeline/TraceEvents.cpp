@@ -84,6 +84,7 @@ class Events
     void WriteAll()
     {
         std::vector<TimelineSpan const*> spans;
+        spans.reserve(m_timeline.spans.size());
         for (auto const& span : m_timeline.spans)
         {
             spans.push_back(&span);

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""assemble.py OUTPUT LIBRARY LICENCE: the page as C++ source, with its style, its script and the library that draws.
+"""assemble.py SOURCE NOTICE LIBRARY LICENCE: writes the page as C++ source, with its style, its script and the library
+that draws; and the notice that goes with a program that holds it.
 
 All that the page needs is in it. Its policy names the scripts and the style by their hashes, so that a browser runs
 nothing else, whatever a log holds.
@@ -74,7 +75,7 @@ def policy(style, *scripts):
             "base-uri 'none'; form-action 'none'")
 
 
-def assembled(library_text, licence):
+def assembled(library_text, notice):
     page, style, script = ((HERE / f"timeline.{kind}").read_text(encoding="utf-8") for kind in ("html", "css", "js"))
     for text in (library_text, script):
         if re.search("</script|<!--", text, re.IGNORECASE):
@@ -82,7 +83,7 @@ def assembled(library_text, licence):
     parts = {
         "policy": policy(style, library_text, script),
         "style": style,
-        "licence": f"{LIBRARY}, as Debian distributes it:\n\n{licence.replace('--', '- -')}",
+        "licence": notice.replace("--", "- -"),
         "library": library_text,
         "script": script,
     }
@@ -98,12 +99,13 @@ def literals(text):
     return ",\n".join(literal(text[at : at + PIECE]) for at in range(0, len(text), PIECE))
 
 
-def main(output, library_path, licence_path):
-    page = assembled(library(library_path), read(licence_path).decode())
-    head, data, tail = page.partition(DATA)
+def main(source, notice_path, library_path, licence_path):
+    notice = f"Timelines are drawn by {LIBRARY}, as Debian distributes it:\n\n{read(licence_path).decode()}"
+    head, data, tail = assembled(library(library_path), notice).partition(DATA)
     if not data or DATA in tail:
         sys.exit(f"assemble.py: the page has {DATA} not exactly once")
-    pathlib.Path(output).write_text(SOURCE.format(head=literals(head), tail=literals(tail)), encoding="utf-8")
+    pathlib.Path(notice_path).write_text(notice, encoding="utf-8")
+    pathlib.Path(source).write_text(SOURCE.format(head=literals(head), tail=literals(tail)), encoding="utf-8")
 
 
 if __name__ == "__main__":

@@ -1,5 +1,5 @@
-// Draws the timeline that the page holds as JSON. What a log says gets into the page as text only: by textContent, or as
-// an attribute that no browser takes for code.
+// Draws the timeline that the page holds as JSON. What a log says gets into the page as text only: by textContent, or
+// as an attribute that no browser takes for code.
 (() => {
     "use strict";
 
@@ -16,7 +16,8 @@
         if (milliseconds < 1000) {
             return `${milliseconds} ms`;
         }
-        const [size, unit] = [[86400e3, "d"], [3600e3, "h"], [60e3, "min"], [1e3, "s"]].find(([each]) => milliseconds >= each);
+        const units = [[86400e3, "d"], [3600e3, "h"], [60e3, "min"], [1e3, "s"]];
+        const [size, unit] = units.find(([each]) => milliseconds >= each);
         return `${+(milliseconds / size).toFixed(3)} ${unit}`;
     }
 
@@ -49,8 +50,8 @@
 
     // The times that can be shown: all, with a margin.
     function extentOf() {
-        const begin = d3.min([...items, ...lines.filter((line) => line.time !== null)], (each) => each.begin ?? each.time) ?? 0;
-        const end = d3.max(items, (item) => item.end) ?? begin;
+        const begin = d3.min(items, (item) => item.begin) ?? 0;
+        const end = d3.max(items, (item) => item.end) ?? 0;
         const margin = Math.max(1, (end - begin) / 50);
         return [begin - margin, end + margin];
     }
@@ -86,6 +87,7 @@
     const zoom = d3.zoom().filter(() => !d3.event.button).on("zoom", draw);
     let width = 0;
     let x = base;
+    let shown = extent; // the times at both ends
     let current = null;
     const lastFailure = items.filter((item) => item.outcome === "failed").pop();
 
@@ -168,23 +170,27 @@
     }
 
     function draw() {
-        x = d3.zoomTransform(svg.node()).rescaleX(base);
-        axis.call(d3.axisTop(x).ticks(width / 110).tickFormat((time) => tickText(+time)));
+        const transform = d3.zoomTransform(svg.node());
+        x = transform.rescaleX(base);
+        shown = [0, width].map((place) => extent[0] + (transform.invertX(place) / width) * (extent[1] - extent[0]));
+        axis.call(d3.axisTop(x).ticks(width / 170).tickFormat((time) => tickText(+time)));
         laneGroups.select(".items").selectAll(".item").data(drawn, (item) => item.id)
-            .join((entering) => entering.append(createItem)).each(placeItem);
-        const [begin, end] = x.domain().map(Number).map(Math.round);
-        byId("range").textContent = `${timeText(begin)} to ${timeText(end)}, ${durationText(end - begin)}`;
+            .join((entering) => entering.append(createItem)).each(placeItem).order();
+        const [begin, end] = shown.map(Math.round);
+        const length = Math.round(shown[1] - shown[0]);
+        const text = `${timeText(begin)} to ${timeText(end)}, ${durationText(length)}`;
+        byId("range").textContent = items.length > 0 ? text : "";
     }
 
     function resize() {
-        const [begin, end] = x.domain();
+        const [begin, end] = shown;
         width = byId("chart").clientWidth;
         const whole = lanes.reduce((sum, lane) => sum + lane.height, height.axis);
         svg.attr("width", width).attr("height", whole);
         base.range([0, width]);
         const sharpest = Math.max(1, ((extent[1] - extent[0]) / width) * 50); // 50 pixels for a millisecond
         zoom.extent([[0, 0], [width, whole]]).translateExtent([[0, 0], [width, whole]]).scaleExtent([1, sharpest]);
-        show(+begin, +end);
+        show(begin, end);
     }
 
     // Shows these times, or as near to them as the extent allows.
@@ -198,11 +204,11 @@
 
     const showWhole = () => show(...extent);
     const zoomBy = (factor) => svg.call(zoom.scaleBy, factor);
-    const panBy = (part) => svg.call(zoom.translateBy, (-part * (x.range()[1])) / d3.zoomTransform(svg.node()).k, 0);
-    const goTo = (time) => show(time - (x.domain()[1] - x.domain()[0]) / 2, time + (x.domain()[1] - x.domain()[0]) / 2);
+    const panBy = (part) => show(...shown.map((time) => time + part * (shown[1] - shown[0])));
+    const goTo = (time) => show(time - (shown[1] - shown[0]) / 2, time + (shown[1] - shown[0]) / 2);
 
     function showItem(item) {
-        const margin = Math.max(500, item.end - item.begin);
+        const margin = Math.max(2000, item.end - item.begin);
         show(item.begin - margin, item.end + margin);
     }
 
@@ -243,14 +249,16 @@
         const time = line.time === null ? "" : timeText(line.time);
         row.attr("data-line", index).classed("own", own.has(index)).attr("aria-current", own.has(index) ? "true" : null)
             .classed("severe", ["ERROR", "FATAL"].includes(line.level));
-        const cells = { time, level: line.level, thread: line.thread, category: line.category, message: line.message, place: line.place };
-        row.selectAll("td").data(Object.entries(cells)).join("td").attr("class", ([name]) => name).text(([, text]) => text);
+        const { level, thread, category, message, place } = line;
+        row.selectAll("td").data(Object.entries({ time, level, thread, category, message, place })).join("td")
+            .attr("class", ([name]) => name).text(([, text]) => text);
     }
 
     function showLines(heading, detail, own) {
         const all = withNeighbours(own);
         const isOwn = new Set(own);
         byId("lines").hidden = false;
+        d3.select("#lines table").attr("hidden", all.length === 0 ? "" : null);
         byId("lines-heading").textContent = heading;
         const left = all.length > mostShown ? `the first ${mostShown} of ${all.length} lines` : "";
         byId("detail").textContent = [detail, left].filter(Boolean).join("; ");
@@ -263,7 +271,7 @@
 
     function makeCurrent(item) {
         current = item;
-        if (item.end < +x.domain()[0] || item.begin > +x.domain()[1]) {
+        if (item.end < shown[0] || item.begin > shown[1]) {
             goTo(item.begin);
         }
         draw();
@@ -274,7 +282,8 @@
         makeCurrent(item);
         const count = item.lines.length === 0 ? "no line of the log" : "";
         const stage = item.stage && `stage: ${item.stage}`;
-        showLines(`${data.lanes[item.lane]}: ${describe(item)}`, [stage, item.detail, count].filter(Boolean).join("; "), item.lines);
+        const detail = [stage, item.detail, count].filter(Boolean).join("; ");
+        showLines(`${data.lanes[item.lane]}: ${describe(item)}`, detail, item.lines);
     }
 
     function moveBy(step) {
@@ -292,17 +301,19 @@
     // What holds the text: spans and marks, and lines without a mark.
     function find(text) {
         const holds = (...texts) => texts.some((each) => String(each).toLowerCase().includes(text));
-        const found = new Set(text && lines.flatMap((line, index) =>
-            holds(line.message, line.category, line.thread, line.place) ? [index] : []));
+        const isFound = (line) => text !== "" && holds(line.message, line.category, line.thread, line.place);
+        const found = new Set(d3.range(lines.length).filter((index) => isFound(lines[index])));
+        const marked = new Set();
         for (const item of items) {
             const hasLine = item.kind === "mark" && found.has(item.lines[0]);
             item.isFound = text !== "" && (hasLine || holds(item.name, item.detail, item.stage));
             if (hasLine) {
-                found.delete(item.lines[0]);
+                marked.add(item.lines[0]);
             }
         }
         const time = (hit) => hit.item?.begin ?? lines[hit.line].time ?? -Infinity;
-        hits = [...items.filter((item) => item.isFound).map((item) => ({ item })), ...[...found].map((line) => ({ line }))];
+        const alone = [...found].filter((line) => !marked.has(line));
+        hits = [...items.filter((item) => item.isFound).map((item) => ({ item })), ...alone.map((line) => ({ line }))];
         hits.sort((one, other) => time(one) - time(other));
         hitIndex = -1;
         tellHits(text);
