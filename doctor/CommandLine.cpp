@@ -1,6 +1,7 @@
 #include "doctor/CommandLine.h"
 
 #include "doctor/base/Error.h"
+#include "doctor/live/FindingText.h"
 #include "utils/Utf8.h"
 
 #include <CLI/CLI.hpp>
@@ -19,6 +20,13 @@ struct ShowWords
     std::string since;
     std::string level;
     bool isColoured = false;
+    bool isJson = false;
+};
+
+// The same for `live`.
+struct LiveWords
+{
+    std::string log;
     bool isJson = false;
 };
 
@@ -71,6 +79,29 @@ void RunShow(ShowOptions& options, ShowWords const& words, Surroundings const& s
     Show(options, surroundings.write, surroundings.pause);
 }
 
+void AddLive(CLI::App& app, LiveOptions& options, LiveWords& words)
+{
+    auto* const live = app.add_subcommand("live", "looks at the app on this machine, and asks it for its channel");
+    live->add_option("--log", words.log, "the app's log, if it is not where Windows has it");
+    live->add_flag("--json", words.isJson, "an object for each finding");
+    live->add_flag("--full", options.hasFullUris, "with whole channel URIs: addresses that anyone can push to");
+}
+
+Outcome RunLive(LiveOptions& options, LiveWords const& words, Surroundings const& surroundings)
+{
+    if (!words.log.empty())
+    {
+        options.log = zant::ToWide(words.log).value_or(L"");
+    }
+    auto const findings = surroundings.look(options);
+    for (auto const& finding : findings)
+    {
+        surroundings.write(words.isJson ? FindingJson(finding) : FindingText(finding));
+    }
+    auto const hasFailed = [](Finding const& finding) { return finding.result == Result::Failed; };
+    return std::ranges::any_of(findings, hasFailed) ? Outcome::Failed : Outcome::Done;
+}
+
 } // namespace
 
 Outcome RunCommandLine(std::vector<std::string> words, Surroundings const& surroundings)
@@ -82,6 +113,9 @@ try
     ShowOptions showOptions;
     ShowWords showWords;
     AddShow(app, showOptions, showWords);
+    LiveOptions liveOptions;
+    LiveWords liveWords;
+    AddLive(app, liveOptions, liveWords);
     try
     {
         std::ranges::reverse(words); // as the parser takes them
@@ -96,6 +130,10 @@ try
     {
         surroundings.writeError("doctor: " + std::string(error.what()) + "\ndoctor --help lists the commands");
         return Outcome::UsageError;
+    }
+    if (app.got_subcommand("live"))
+    {
+        return RunLive(liveOptions, liveWords, surroundings);
     }
     RunShow(showOptions, showWords, surroundings);
     return Outcome::Done;

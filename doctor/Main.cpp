@@ -1,5 +1,6 @@
 #include "doctor/CommandLine.h"
 #include "doctor/base/Console.h"
+#include "doctor/live/LookAtMachine.h"
 #include "utils/Utf8.h"
 
 #include <span>
@@ -21,6 +22,7 @@ int wmain(int count, wchar_t** arguments) // NOLINT(misc-use-internal-linkage)
         words.push_back(zant::ToUtf8(word).value_or(""));
     }
     doctor::Surroundings const surroundings = {doctor::WriteLine, doctor::WriteErrorLine,
-                                               [] { Sleep(pauseMilliseconds); }};
+                                               [] { Sleep(pauseMilliseconds); },
+                                               [](auto const& options) { return doctor::LookAtMachine(options); }};
     return static_cast<int>(doctor::RunCommandLine(std::move(words), surroundings));
 }

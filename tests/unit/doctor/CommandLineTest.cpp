@@ -1,6 +1,7 @@
 #include "doctor/CommandLine.h"
 
 #include "doctor/base/Error.h"
+#include "doctor/live/MakeFinding.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/unit/doctor/LogText.h"
@@ -24,7 +25,11 @@ class CommandLine : public testing::Test
         m_errors.clear();
         return doctor::RunCommandLine(std::move(words),
                                       {[&](std::string_view line) { m_lines.emplace_back(line); },
-                                       [&](std::string_view line) { m_errors.emplace_back(line); }, m_pause});
+                                       [&](std::string_view line) { m_errors.emplace_back(line); }, m_pause,
+                                       [&](doctor::LiveOptions const& options) {
+                                           m_liveOptions = options;
+                                           return m_findings;
+                                       }});
     }
 
     // What `show` writes of a log with an INFO line of thread 7, a WARN line of thread 8 and text that is no line.
@@ -55,6 +60,8 @@ class CommandLine : public testing::Test
     std::vector<std::string> m_errors;
     std::function<void()> m_pause = [] { throw doctor::Error("paused"); };
     Outcome m_outcome{};
+    doctor::LiveOptions m_liveOptions; // with which it looked at the machine
+    std::vector<doctor::Finding> m_findings;
 };
 
 } // namespace
@@ -90,6 +97,28 @@ TEST_F(CommandLine, FollowsTheLastFile)
     EXPECT_EQ(shown, (std::vector<std::string>{"one;two;text;", "one;two;text;three;"}));
     EXPECT_EQ(m_outcome, Outcome::Failed);
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
+}
+
+TEST_F(CommandLine, LooksAtTheMachine)
+{
+    m_findings = {doctor::Worked(doctor::Stage::Package, "Installed."),
+                  doctor::CannotBeTold(doctor::Stage::StartUp, "Unknown.", "")};
+    EXPECT_EQ(Run({"live"}), Outcome::Done);
+    EXPECT_EQ(m_lines, (std::vector<std::string>{"worked          package            Installed.",
+                                                 "cannot be told  start-up           Unknown."}));
+    EXPECT_FALSE(m_liveOptions.log.has_value());
+    EXPECT_FALSE(m_liveOptions.hasFullUris);
+    EXPECT_EQ(Run({"live", "--json", "--full", "--log", zant::ToUtf8(m_path).value()}), Outcome::Done);
+    EXPECT_TRUE(m_lines.at(0).starts_with(R"({"stage":"package")")) << m_lines[0];
+    EXPECT_EQ(m_liveOptions.log.value().native(), m_path);
+    EXPECT_TRUE(m_liveOptions.hasFullUris);
+}
+
+TEST_F(CommandLine, EndsWithAnErrorWhenSomethingOnTheMachineFails)
+{
+    m_findings = {doctor::Failed(doctor::Stage::Channel, "None.", "", "")};
+    EXPECT_EQ(Run({"live"}), Outcome::Failed);
+    EXPECT_EQ(m_errors, std::vector<std::string>{});
 }
 
 TEST_F(CommandLine, HasHelp)
