@@ -27,6 +27,7 @@ struct ShowWords
 struct LiveWords
 {
     std::string log;
+    unsigned seconds = 60;
     bool isJson = false;
 };
 
@@ -83,6 +84,8 @@ void AddLive(CLI::App& app, LiveOptions& options, LiveWords& words)
 {
     auto* const live = app.add_subcommand("live", "looks at the app on this machine, and asks it for its channel");
     live->add_option("--log", words.log, "the app's log, if it is not where Windows has it");
+    live->add_option("--timeout", words.seconds, "how many seconds to wait for the app, and for the channel (60)")
+        ->check(CLI::Range(1, 3600));
     live->add_flag("--json", words.isJson, "an object for each finding");
     live->add_flag("--full", options.hasFullUris, "with whole channel URIs: addresses that anyone can push to");
 }
@@ -93,6 +96,7 @@ Outcome RunLive(LiveOptions& options, LiveWords const& words, Surroundings const
     {
         options.log = zant::ToWide(words.log).value_or(L"");
     }
+    options.limit = std::chrono::seconds(words.seconds);
     auto const findings = surroundings.look(options);
     for (auto const& finding : findings)
     {

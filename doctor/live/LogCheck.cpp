@@ -69,11 +69,10 @@ Finding LinkFound(fs::path const& link)
                      "Put a folder, or nothing, in the link's place; fsutil reparsepoint query shows what it is.");
 }
 
-zant::UniqueHandle OpenShared(fs::path const& path, DWORD access)
+zant::UniqueHandle OpenShared(fs::path const& path, DWORD access, DWORD flags = 0)
 {
     constexpr DWORD all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    return zant::UniqueHandle(
-        CreateFileW(path.c_str(), access, all, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return zant::UniqueHandle(CreateFileW(path.c_str(), access, all, nullptr, OPEN_EXISTING, flags, nullptr));
 }
 
 Finding NotWritable(fs::path const& path, DWORD error)
@@ -136,7 +135,7 @@ Finding LogFinding(fs::path const& log, bool appRuns)
     {
         return LinkFound(*link);
     }
-    auto const folder = OpenShared(log.parent_path(), FILE_ADD_FILE);
+    auto const folder = OpenShared(log.parent_path(), FILE_ADD_FILE, FILE_FLAG_BACKUP_SEMANTICS);
     if (!folder)
     {
         auto const error = GetLastError();

@@ -108,10 +108,13 @@ TEST_F(CommandLine, LooksAtTheMachine)
                                                  "cannot be told  start-up           Unknown."}));
     EXPECT_FALSE(m_liveOptions.log.has_value());
     EXPECT_FALSE(m_liveOptions.hasFullUris);
-    EXPECT_EQ(Run({"live", "--json", "--full", "--log", zant::ToUtf8(m_path).value()}), Outcome::Done);
+    EXPECT_EQ(m_liveOptions.limit, std::chrono::seconds(60));
+    EXPECT_EQ(Run({"live", "--json", "--full", "--timeout", "5", "--log", zant::ToUtf8(m_path).value()}),
+              Outcome::Done);
     EXPECT_TRUE(m_lines.at(0).starts_with(R"({"stage":"package")")) << m_lines[0];
     EXPECT_EQ(m_liveOptions.log.value().native(), m_path);
     EXPECT_TRUE(m_liveOptions.hasFullUris);
+    EXPECT_EQ(m_liveOptions.limit, std::chrono::seconds(5));
 }
 
 TEST_F(CommandLine, EndsWithAnErrorWhenSomethingOnTheMachineFails)
@@ -138,7 +141,8 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnowWithASentence)
                                                                    {"show", "a", "--no-such-option"},
                                                                    {"show", "a", "--since", "yesterday"},
                                                                    {"show", "a", "--level", "loud"},
-                                                                   {"show", "a", "--thread", "x"}})
+                                                                   {"show", "a", "--thread", "x"},
+                                                                   {"live", "--timeout", "0"}})
     {
         EXPECT_EQ(Run(words), Outcome::UsageError);
         ASSERT_EQ(m_errors.size(), 1u);
