@@ -44,11 +44,15 @@ TABLE = {
     "simulator/desktop": ["simulator/base", "simulator/protocol"],
     "simulator/log": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/client": ["simulator/base", "simulator/package", "simulator/protocol"],
+    "simulator/doctor": [
+        "doctor/live/FindingText.h", "doctor/live/MakeFinding.h", "doctor/verdict", "simulator/base", "simulator/client",
+        "simulator/log", "simulator/platform/Journal.h", "simulator/protocol",
+    ],
     "simulator/scenario": [
         "simulator/base", "simulator/client", "simulator/log", "simulator/package", "simulator/protocol",
     ],
     "simulator/cli": [
-        "simulator/base", "simulator/broker", "simulator/client", "simulator/log", "simulator/package",
+        "simulator/base", "simulator/broker", "simulator/client", "simulator/doctor", "simulator/log", "simulator/package",
         "simulator/platform", "simulator/protocol", "simulator/scenario",
     ],
     "package/msix": [],
@@ -70,8 +74,8 @@ TABLE = {
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
     "tests/unit/simulator": [
-        "helper", "projection", "simulator/base", "simulator/broker", "simulator/cli", "simulator/client",
-        "simulator/log", "simulator/package", "simulator/platform", "simulator/protocol", "simulator/runtime",
+        "doctor/verdict", "helper", "projection", "simulator/base", "simulator/broker", "simulator/cli",
+        "simulator/client", "simulator/doctor", "simulator/log", "simulator/package", "simulator/platform", "simulator/protocol", "simulator/runtime",
         "simulator/scenario", "simulator/testing", "tests/support",
     ],
     "tests/unit/utils": ["logging", "utils", "tests/support"],

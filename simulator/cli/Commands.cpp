@@ -9,6 +9,7 @@
 #include "simulator/cli/RuntimeClasses.h"
 #include "simulator/client/BrokerClient.h"
 #include "simulator/client/DeviceCommands.h"
+#include "simulator/doctor/DoctorCommand.h"
 #include "simulator/log/LogFile.h"
 #include "simulator/log/LogLine.h"
 #include "simulator/package/Package.h"
@@ -215,6 +216,10 @@ constexpr OwnCommand commands[] = {
      0, 1, Log},
     {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it goes on and shows new ones.", 0, 1,
      Events},
+    {L"doctor", L"[--json]", L"what works on the device, what does not, and what to do",
+     L"  With what only the platform knows: registrations, channel, what waits and why, how far the last push or timer\n"
+     L"  came. It asks the app for nothing. Exit code 1 when something failed. With --json an object for each finding.",
+     0, 1, RunDoctor},
     {L"play", L"[--colour] [--record] SCENARIO", L"plays a scenario file on a fresh device, checking every step",
      L"  What the device held before is removed. Exit code 1 when anything differs. With --record it plays the steps that\n"
      L"  you give, one in a line, until the end of the input (Ctrl-D), and writes the scenario of them.",
