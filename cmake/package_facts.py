@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""package_facts.py MANIFEST: prints version;family name;app service of a package, as a CMake list."""
+"""package_facts.py MANIFEST: prints version;family name;app service;desktop component of a package, as a CMake list."""
 
 import pathlib
 import sys
@@ -12,6 +12,7 @@ from msix.problem import PackageError
 if __name__ == "__main__":
     try:
         manifest = Manifest(pathlib.Path(sys.argv[1]).read_bytes(), sys.argv[1])
-        print(manifest.version, manifest.family_name, manifest.app_service, sep=";")
+        print(manifest.version, manifest.family_name, manifest.app_service, manifest.desktop_component,
+              sep=";")
     except PackageError as error:
         sys.exit(str(error))

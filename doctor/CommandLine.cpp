@@ -16,6 +16,7 @@ try
     app.require_subcommand(1);
     app.allow_windows_style_options(false); // a path may begin with a slash
     RunCommand run;
+    AddLive(app, surroundings, run);
     AddLog(app, surroundings, run);
     AddShow(app, surroundings, run);
     try

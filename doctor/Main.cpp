@@ -1,6 +1,9 @@
 #include "doctor/CommandLine.h"
 #include "doctor/base/Console.h"
 #include "doctor/cli/LocalNow.h"
+#include "doctor/live/LogCheck.h"
+#include "doctor/live/LookAtMachine.h"
+#include "helper/PackageFacts.h"
 #include "utils/Utf8.h"
 
 #include <span>
@@ -21,7 +24,12 @@ int wmain(int count, wchar_t** arguments) // NOLINT(misc-use-internal-linkage)
     {
         words.push_back(zant::ToUtf8(word).value_or(""));
     }
-    doctor::Surroundings const surroundings = {doctor::WriteLine, doctor::WriteErrorLine,
-                                               [] { Sleep(pauseMilliseconds); }, doctor::LocalNow};
+    doctor::Surroundings const surroundings = {
+        .write = doctor::WriteLine,
+        .writeError = doctor::WriteErrorLine,
+        .pause = [] { Sleep(pauseMilliseconds); },
+        .now = doctor::LocalNow,
+        .look = [](doctor::LiveOptions const& options) { return doctor::LookAtMachine(options); },
+        .ownLog = [] { return doctor::LogPathOf(packageFamilyName); }};
     return static_cast<int>(doctor::RunCommandLine(std::move(words), surroundings));
 }

@@ -39,7 +39,7 @@ Outcome WaitForMessage(Session& session, Arguments const& arguments)
         return Outcome::NoAnswer;
     }
     auto const isExpected = message->newMessage == arguments.expectedMessage;
-    return isExpected && (message->hasUri || !arguments.needsUri) ? Outcome::Done : Outcome::NotDone;
+    return isExpected && (message->uri || !arguments.needsUri) ? Outcome::Done : Outcome::NotDone;
 }
 
 Outcome Ask(Session& session, Arguments const& arguments)
@@ -63,7 +63,7 @@ Outcome Ask(Session& session, Arguments const& arguments)
 
 Outcome Run(Arguments const& arguments)
 {
-    Session session;
+    Session session([](ValueSet const& message) { console::WriteLine(L"message: " + MessageText(message)); });
     auto const status = session.Open(packageFamilyName, appServiceName);
     if (status != AppServiceConnectionStatus::Success)
     {

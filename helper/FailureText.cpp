@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cwchar>
 #include <iterator>
+#include <string_view>
 
 using winrt::Windows::ApplicationModel::AppService::AppServiceConnectionStatus;
 using winrt::Windows::ApplicationModel::AppService::AppServiceResponseStatus;
@@ -18,7 +19,7 @@ struct Meaning
 {
     Code code;
     wchar_t const* name;
-    wchar_t const* text;
+    wchar_t const* text; // "WHAT; ADVICE"
 };
 
 // Statuses that both enumerations have.
@@ -96,24 +97,36 @@ Meaning<Code> const* Find(Meaning<Code> const (&meanings)[Count], Code code)
     return found == std::end(meanings) ? nullptr : found;
 }
 
-template <typename Status, std::size_t Count>
-std::wstring StatusText(Meaning<Status> const (&meanings)[Count], std::wstring const& enumeration, Status status)
-{
-    auto const number = std::to_wstring(static_cast<std::int32_t>(status));
-    if (auto const* const meaning = Find(meanings, status))
-    {
-        return std::wstring(meaning->text) + L" (" + enumeration + L"." + meaning->name + L", " + number + L")";
-    }
-    return L"the platform answers with a status that this helper does not know; look it up in the platform's "
-           L"documentation (" +
-           enumeration + L", " + number + L")";
-}
-
 std::wstring Hexadecimal(std::uint32_t code)
 {
     wchar_t text[11];
     static_cast<void>(std::swprintf(text, std::size(text), L"0x%08X", static_cast<unsigned>(code)));
     return text;
+}
+
+template <typename Code>
+Failure Explained(Meaning<Code> const& meaning, std::wstring const& code)
+{
+    std::wstring_view const text = meaning.text;
+    auto const end = text.find(L"; ");
+    return {std::wstring(text.substr(0, end)), std::wstring(text.substr(end + 2)), code};
+}
+
+template <typename Status, std::size_t Count>
+Failure Explained(Meaning<Status> const (&meanings)[Count], std::wstring const& enumeration, Status status)
+{
+    auto const number = L", " + std::to_wstring(static_cast<std::int32_t>(status));
+    if (auto const* const meaning = Find(meanings, status))
+    {
+        return Explained(*meaning, enumeration + L"." + meaning->name + number);
+    }
+    return {L"the platform answers with a status that this helper does not know",
+            L"look it up in the platform's documentation", enumeration + number};
+}
+
+std::wstring Text(Failure const& failure)
+{
+    return failure.what + L"; " + failure.advice + L" (" + failure.code + L")";
 }
 
 std::wstring Seconds(std::chrono::milliseconds time)
@@ -123,26 +136,41 @@ std::wstring Seconds(std::chrono::milliseconds time)
 
 } // namespace
 
-std::wstring FailureText(AppServiceConnectionStatus status)
+Failure Explain(AppServiceConnectionStatus status)
 {
-    return L"no connection: " + StatusText(connectionStatuses, L"AppServiceConnectionStatus", status);
+    return Explained(connectionStatuses, L"AppServiceConnectionStatus", status);
 }
 
-std::wstring FailureText(AppServiceResponseStatus status)
+Failure Explain(AppServiceResponseStatus status)
 {
-    return L"no answer: " + StatusText(responseStatuses, L"AppServiceResponseStatus", status);
+    return Explained(responseStatuses, L"AppServiceResponseStatus", status);
 }
 
-std::wstring FailureText(winrt::hresult_error const& error)
+Failure Explain(winrt::hresult_error const& error)
 {
     auto const code = static_cast<std::uint32_t>(error.code());
     if (auto const* const meaning = Find(results, code))
     {
-        return std::wstring(meaning->text) + L" (" + meaning->name + L", " + Hexadecimal(code) + L")";
+        return Explained(*meaning, std::wstring(meaning->name) + L", " + Hexadecimal(code));
     }
     auto const message = std::wstring(error.message());
-    return L"the platform refuses the call" + (message.empty() ? L"" : L": " + message) +
-           L"; look the code up in the platform's documentation (" + Hexadecimal(code) + L")";
+    return {L"the platform refuses the call" + (message.empty() ? L"" : L": " + message),
+            L"look the code up in the platform's documentation", Hexadecimal(code)};
+}
+
+std::wstring FailureText(AppServiceConnectionStatus status)
+{
+    return L"no connection: " + Text(Explain(status));
+}
+
+std::wstring FailureText(AppServiceResponseStatus status)
+{
+    return L"no answer: " + Text(Explain(status));
+}
+
+std::wstring FailureText(winrt::hresult_error const& error)
+{
+    return Text(Explain(error));
 }
 
 std::wstring NoAnswerText(std::chrono::milliseconds waited)

@@ -1,7 +1,5 @@
 #include "helper/Session.h"
 
-#include "console/Console.h"
-#include "helper/MessageText.h"
 #include "service/Messages.h"
 
 #include <winrt/Windows.Foundation.h>
@@ -33,19 +31,24 @@ wchar_t const* NameOf(AppServiceClosedStatus status)
     }
 }
 
-std::wstring NewMessageOf(ValueSet const& message)
+std::optional<std::wstring> TextIn(ValueSet const& message, wchar_t const* key)
 {
-    return message.HasKey(Messages::newMessageKey)
-               ? std::wstring(winrt::unbox_value_or<winrt::hstring>(message.Lookup(Messages::newMessageKey), L""))
-               : std::wstring();
+    return message.HasKey(key)
+               ? std::optional<std::wstring>(winrt::unbox_value_or<winrt::hstring>(message.Lookup(key), L""))
+               : std::nullopt;
 }
 
 } // namespace
 
-Session::Session()
+Session::Session(Listener const& listener)
 {
-    m_connection.RequestReceived([inbox = m_inbox](auto&&, AppServiceRequestReceivedEventArgs const& args) {
-        Received(*inbox, args.Request().Message());
+    m_connection.RequestReceived([inbox = m_inbox, listener](auto&&, AppServiceRequestReceivedEventArgs const& args) {
+        auto const message = args.Request().Message();
+        listener(message);
+        std::lock_guard const lock(inbox->mutex);
+        inbox->messages.push_back(
+            {TextIn(message, Messages::newMessageKey).value_or(L""), TextIn(message, Messages::newCuriKey)});
+        inbox->changed.notify_all();
     });
     m_connection.ServiceClosed([inbox = m_inbox](auto&&, AppServiceClosedEventArgs const& args) {
         auto const status = args.Status();
@@ -67,11 +70,24 @@ Session::~Session()
     }
 }
 
-AppServiceConnectionStatus Session::Open(std::wstring const& packageFamilyName, std::wstring const& appServiceName)
+auto Session::BeginOpen(std::wstring const& packageFamilyName, std::wstring const& appServiceName)
 {
     m_connection.PackageFamilyName(packageFamilyName);
     m_connection.AppServiceName(appServiceName);
-    return m_connection.OpenAsync().get();
+    return m_connection.OpenAsync();
+}
+
+AppServiceConnectionStatus Session::Open(std::wstring const& packageFamilyName, std::wstring const& appServiceName)
+{
+    return BeginOpen(packageFamilyName, appServiceName).get();
+}
+
+std::optional<AppServiceConnectionStatus> Session::TryOpen(std::wstring const& packageFamilyName,
+                                                           std::wstring const& appServiceName,
+                                                           std::chrono::milliseconds timeout)
+{
+    auto const operation = BeginOpen(packageFamilyName, appServiceName);
+    return operation.wait_for(timeout) == AsyncStatus::Started ? std::nullopt : std::optional(operation.GetResults());
 }
 
 AppServiceResponse Session::Send(ValueSet const& request, std::chrono::milliseconds timeout)
@@ -100,14 +116,6 @@ std::wstring Session::WaitForEnd()
     std::unique_lock lock(m_inbox->mutex);
     m_inbox->changed.wait(lock, [&] { return m_inbox->closed.has_value(); });
     return NameOf(*m_inbox->closed); // NOLINT(bugprone-unchecked-optional-access): the wait ends with a value
-}
-
-void Session::Received(Inbox& inbox, ValueSet const& message)
-{
-    console::WriteLine(L"message: " + MessageText(message));
-    std::lock_guard const lock(inbox.mutex);
-    inbox.messages.push_back({NewMessageOf(message), message.HasKey(Messages::newCuriKey)});
-    inbox.changed.notify_all();
 }
 
 } // namespace helper

@@ -1,6 +1,7 @@
 #pragma once
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -12,8 +13,7 @@
 namespace helper
 {
 
-// A connection to the client's app service. Prints each message that arrives, and keeps it for Wait. Failures are
-// hresult_error.
+// A connection to the client's app service. Keeps each message that arrives for Wait. Failures are hresult_error.
 class Session
 {
   public:
@@ -26,16 +26,24 @@ class Session
     struct Message
     {
         std::wstring newMessage; // the value of "NewMessage", empty without one
-        bool hasUri = false;
+        std::optional<std::wstring> uri;
     };
 
-    Session();
+    // Called for each message, on a thread of the platform.
+    using Listener = std::function<void(ValueSet const&)>;
+
+    explicit Session(Listener const& listener = [](auto&&) {});
     Session(Session const&) = delete;
     Session& operator=(Session const&) = delete;
     ~Session();
 
     // Any status but Success is the platform's reason for refusing the connection.
     AppServiceConnectionStatus Open(std::wstring const& packageFamilyName, std::wstring const& appServiceName);
+
+    // Nothing when the platform does not answer in time.
+    std::optional<AppServiceConnectionStatus> TryOpen(std::wstring const& packageFamilyName,
+                                                      std::wstring const& appServiceName,
+                                                      std::chrono::milliseconds timeout);
 
     // Null when no response comes in time.
     AppServiceResponse Send(ValueSet const& request, std::chrono::milliseconds timeout);
@@ -60,7 +68,7 @@ class Session
         std::optional<AppServiceClosedStatus> closed;
     };
 
-    static void Received(Inbox& inbox, ValueSet const& message);
+    auto BeginOpen(std::wstring const& packageFamilyName, std::wstring const& appServiceName);
 
     AppServiceConnection m_connection;
     std::shared_ptr<Inbox> m_inbox = std::make_shared<Inbox>();

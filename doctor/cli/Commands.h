@@ -21,6 +21,7 @@ namespace doctor
 using RunCommand = std::function<ExitCode()>;
 
 // Each adds a command with its options; parsing its name sets `run`, which refers to the surroundings.
+void AddLive(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 void AddShow(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 void AddLog(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 

@@ -1,9 +1,12 @@
 #pragma once
+#include "doctor/live/LiveOptions.h"
 #include "doctor/log/LogTime.h"
 #include "doctor/show/ShowCommand.h"
+#include "doctor/verdict/Finding.h"
 
 #include <filesystem>
 #include <functional>
+#include <vector>
 
 namespace doctor
 {
@@ -15,6 +18,9 @@ struct Surroundings
     WriteText writeError;         // takes a sentence about what fails
     std::function<void()> pause;  // between two looks at what changes
     std::function<LogTime()> now; // the local time
+
+    // What is found on this machine. None: the program does not look.
+    std::function<std::vector<Finding>(LiveOptions const&)> look{};
 
     // The log that is read where no path is given. None: a path has to be given.
     std::function<std::filesystem::path()> ownLog{};

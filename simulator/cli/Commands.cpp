@@ -12,6 +12,7 @@
 #include "simulator/cli/RuntimeClasses.h"
 #include "simulator/client/BrokerClient.h"
 #include "simulator/client/DeviceCommands.h"
+#include "simulator/doctor/DoctorCommand.h"
 #include "simulator/log/AppLog.h"
 #include "simulator/package/Package.h"
 #include "simulator/platform/Journal.h"
@@ -75,9 +76,12 @@ int Log(Words const& words)
 {
     std::vector<std::string> options = {"show"};
     std::ranges::transform(words, std::back_inserter(options), ToUtf8);
-    auto const outcome = doctor::RunCommandLine(
-        std::move(options), {doctor::WriteLine, doctor::WriteErrorLine, [] { Sleep(logPollMilliseconds); },
-                             doctor::LocalNow, [] { return AppLogOn(Device::FromEnvironment()); }});
+    auto const outcome =
+        doctor::RunCommandLine(std::move(options), {.write = doctor::WriteLine,
+                                                    .writeError = doctor::WriteErrorLine,
+                                                    .pause = [] { Sleep(logPollMilliseconds); },
+                                                    .now = doctor::LocalNow,
+                                                    .ownLog = [] { return AppLogOn(Device::FromEnvironment()); }});
     return static_cast<int>(outcome);
 }
 
@@ -206,6 +210,10 @@ constexpr OwnCommand commands[] = {
      0, anyNumber, Log},
     {L"events", L"[--follow]", L"what happened on the device", L"  With --follow it goes on and shows new ones.", 0, 1,
      Events},
+    {L"doctor", L"[--json]", L"what works on the device, what does not, and what to do",
+     L"  With what only the platform knows: registrations, channel, what waits and why, how far the last push or timer\n"
+     L"  came. It asks the app for nothing. Exit code 1 when something failed. With --json an object for each finding.",
+     0, 1, RunDoctor},
     {L"play", L"[--colour] [--verdict] [--html FILE | --record] SCENARIO",
      L"plays a scenario file on a fresh device, checking every step",
      L"  What the device held before is removed. Exit code 1 when anything differs. With --verdict it ends with what the\n"

@@ -46,7 +46,7 @@ BrokerClient::~BrokerClient()
     m_channel->Close();
 }
 
-std::wstring BrokerClient::Ask(AnyRequest request)
+AnyAnswer BrokerClient::AnswerTo(AnyRequest request)
 {
     Send(Request{0, std::move(request)});
     auto message = NextMessage();
@@ -54,12 +54,12 @@ std::wstring BrokerClient::Ask(AnyRequest request)
     {
         KeepEvent(std::move(message));
     }
-    auto const& answer = std::get<Answer>(message).content;
+    auto& answer = std::get<Answer>(message).content;
     if (auto const* const refused = std::get_if<Refused>(&answer))
     {
         throw Error(refused->reason);
     }
-    return std::get<Shown>(answer).text;
+    return std::move(answer);
 }
 
 void BrokerClient::Follow()

@@ -29,9 +29,11 @@ class BrokerClient
     BrokerClient& operator=(BrokerClient const&) = delete;
     ~BrokerClient();
 
-    // Waits for the answer and returns its text. Throws Error with the reason of a refusal, or when the broker ends or
-    // hangs.
-    std::wstring Ask(AnyRequest request);
+    // Waits for the answer. Throws Error with the reason of a refusal, or when the broker ends or hangs.
+    AnyAnswer AnswerTo(AnyRequest request);
+
+    // The same for an answer that is a text.
+    std::wstring Ask(AnyRequest request) { return std::get<Shown>(AnswerTo(std::move(request))).text; }
 
     // From now on all events of the device arrive, past ones first.
     void Follow();

@@ -1,6 +1,7 @@
 #include "simulator/log/LogVerdict.h"
 
 #include "doctor/verdict/LogReport.h"
+#include "doctor/verdict/ReportBuilder.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/log/AppLog.h"
@@ -23,14 +24,14 @@ std::wstring WordOf(std::string_view name)
 
 } // namespace
 
-doctor::Report LogReport(Device const& device)
+doctor::Report LogReport(Device const& device, std::optional<doctor::LogTime> asOf)
 {
     std::filesystem::path const log = AppLogOn(device);
     if (!FileExists(log))
     {
-        return {};
+        return doctor::ReportBuilder({}, {}).End(asOf);
     }
-    return doctor::ReportOfLogs({log.parent_path()}, std::nullopt);
+    return doctor::ReportOfLogs({log.parent_path()}, asOf);
 }
 
 std::wstring VerdictText(doctor::Report const& report)

@@ -180,6 +180,21 @@ void BackgroundTasks::Set(SetCondition const& request)
     }
 }
 
+WakeState BackgroundTasks::State() const
+{
+    WakeState state;
+    for (auto const& task : m_registry.All())
+    {
+        state.registered.push_back({task.name, task.trigger, task.due});
+    }
+    for (auto const& waiting : m_waiting)
+    {
+        state.waiting.push_back({waiting.wake, waiting.task.name, WaitsFor()});
+    }
+    state.conditions.assign(m_conditions.begin(), m_conditions.end());
+    return state;
+}
+
 std::wstring BackgroundTasks::Text() const
 {
     std::wstring text;

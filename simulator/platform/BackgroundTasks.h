@@ -55,6 +55,9 @@ class BackgroundTasks
 
     bool Holds(Condition condition) const { return m_conditions.contains(condition); }
 
+    // The registrations, the tasks that wait, and the conditions in force.
+    WakeState State() const;
+
     // Display text: a line for each registration; for each waiting task, with the reason; for each condition in force.
     std::wstring Text() const;
     std::wstring WaitingText() const;

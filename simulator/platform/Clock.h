@@ -21,6 +21,9 @@ class Clock
 
     std::int64_t Now() const;
 
+    // All advances.
+    std::int64_t MinutesAhead() const noexcept { return m_minutesAhead; }
+
     // minutes: above 0. Throws Error when it cannot be saved, or for more than a thousand years in all.
     void Advance(std::int64_t minutes);
 

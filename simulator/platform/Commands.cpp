@@ -137,6 +137,24 @@ Shown Platform::AnswerTo(Peer const&, ShowStatus const&)
     return {text};
 }
 
+DeviceState Platform::AnswerTo(Peer const&, DescribeDevice const&)
+{
+    DeviceState state;
+    if (auto const* const package = m_registration.Current())
+    {
+        state.package = {package->FamilyName(), package->manifest.version, package->folder};
+    }
+    state.processes = {m_app.IsRunning(), m_app.IsSuspended(), static_cast<std::uint32_t>(m_desktop.RunningCount()),
+                       static_cast<std::uint32_t>(m_services.Count())};
+    state.clock = {m_clock.Now(), m_clock.MinutesAhead(), m_sessionStart.value_or(0)};
+    if (auto const& channel = m_channel.Current())
+    {
+        state.channel = {channel->uri, channel->expiry};
+    }
+    state.tasks = m_tasks.State();
+    return state;
+}
+
 Shown Platform::AnswerTo(Peer const&, ShowProcess const&)
 {
     return {std::to_wstring(GetCurrentProcessId())};

@@ -127,6 +127,7 @@ class Platform
     Shown AnswerTo(Peer const& from, ClearFaults const& request);
     Shown AnswerTo(Peer const& from, ShowStatus const& request);
     Shown AnswerTo(Peer const& from, ShowProcess const& request);
+    DeviceState AnswerTo(Peer const& from, DescribeDevice const& request);
     Shown Activate(Activation::Content content);
     Package OpenFor(std::wstring const& folder, bool isForced) const;
     void LoadState();

@@ -31,6 +31,9 @@ class PushChannel
     // Revokes the channel and opens a new one with the caller's URI. Throws Error.
     void Replace(std::wstring uri);
 
+    // nullopt: none is open.
+    std::optional<Channel> const& Current() const noexcept { return m_channel; }
+
     bool IsOpen() const { return m_channel.has_value(); }
 
     // The push service's refusal of a push to a URI: its HTTP status and what that means.

@@ -1,6 +1,7 @@
 #pragma once
 #include "simulator/protocol/Activation.h"
 #include "simulator/protocol/Condition.h"
+#include "simulator/protocol/DeviceState.h"
 #include "simulator/protocol/Fault.h"
 
 #include <cstdint>
@@ -274,18 +275,24 @@ struct ShowStatus
     using Answer = Shown;
 };
 
+struct DescribeDevice
+{
+    using Answer = DeviceState;
+};
+
 // The id of the broker's process.
 struct ShowProcess
 {
     using Answer = Shown;
 };
 
-using AnyRequest = std::variant<OpenConnection, SendRequest, GiveResponse, CreateChannel, RegisterTask, ListTasks,
-                                UnregisterTask, LaunchDesktop, RegisterPackage, UpdatePackage, UnregisterPackage,
-                                LaunchApp, OpenUri, SuspendApp, RequestPage, KillApp, Push, SetCondition, AdvanceClock,
-                                RevokeChannel, CancelTasks, ShowTasks, SetFault, ClearFaults, ShowStatus, ShowProcess>;
+using AnyRequest =
+    std::variant<OpenConnection, SendRequest, GiveResponse, CreateChannel, RegisterTask, ListTasks, UnregisterTask,
+                 LaunchDesktop, RegisterPackage, UpdatePackage, UnregisterPackage, LaunchApp, OpenUri, SuspendApp,
+                 RequestPage, KillApp, Push, SetCondition, AdvanceClock, RevokeChannel, CancelTasks, ShowTasks,
+                 SetFault, ClearFaults, ShowStatus, ShowProcess, DescribeDevice>;
 
 using AnyAnswer = std::variant<Refused, Shown, ConnectionOpened, ResponseGiven, ResponseTaken, ChannelCreated,
-                               TaskRegistered, TaskList, TaskUnregistered, DesktopLaunched>;
+                               TaskRegistered, TaskList, TaskUnregistered, DesktopLaunched, DeviceState>;
 
 } // namespace sim

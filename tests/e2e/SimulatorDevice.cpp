@@ -28,6 +28,11 @@ SimulatorDevice::Outcome SimulatorDevice::RunHelper(std::wstring const& argument
     return Wait(StartProgram(HELPER_PROGRAM, L"helper.exe " + arguments, L"NUL"));
 }
 
+SimulatorDevice::Outcome SimulatorDevice::RunDoctor(std::wstring const& arguments)
+{
+    return Wait(StartProgram(DOCTOR_PROGRAM, L"doctor.exe " + arguments, L"NUL"));
+}
+
 SimulatorDevice::Running SimulatorDevice::StartProgram(wchar_t const* program, std::wstring commandLine,
                                                        std::wstring const& input)
 {

@@ -35,6 +35,7 @@ class SimulatorDevice : public testing::Test
 
     Outcome Run(std::wstring const& arguments) { return Wait(Start(arguments)); }
     Outcome RunHelper(std::wstring const& arguments);
+    Outcome RunDoctor(std::wstring const& arguments);
 
     test::TemporaryFolder m_folder;
     std::wstring m_device = m_folder / L"device";

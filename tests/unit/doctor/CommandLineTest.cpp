@@ -1,6 +1,7 @@
 #include "doctor/CommandLine.h"
 
 #include "doctor/base/Error.h"
+#include "doctor/live/MakeFinding.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/unit/doctor/LogText.h"
@@ -22,9 +23,17 @@ class CommandLine : public testing::Test
     {
         m_lines.clear();
         m_errors.clear();
-        return doctor::RunCommandLine(std::move(words), {[&](std::string_view line) { m_lines.emplace_back(line); },
-                                                         [&](std::string_view line) { m_errors.emplace_back(line); },
-                                                         m_pause, [&] { return m_now; }, m_ownLog});
+        return doctor::RunCommandLine(std::move(words),
+                                      {.write = [&](std::string_view line) { m_lines.emplace_back(line); },
+                                       .writeError = [&](std::string_view line) { m_errors.emplace_back(line); },
+                                       .pause = m_pause,
+                                       .now = [&] { return m_now; },
+                                       .look =
+                                           [&](doctor::LiveOptions const& options) {
+                                               m_liveOptions = options;
+                                               return m_findings;
+                                           },
+                                       .ownLog = m_ownLog});
     }
 
     // What `show` writes of a log with an INFO line of thread 7, a WARN line of thread 8 and text that is no line.
@@ -57,6 +66,8 @@ class CommandLine : public testing::Test
     doctor::LogTime m_now{};
     std::function<std::filesystem::path()> m_ownLog;
     ExitCode m_exitCode{};
+    doctor::LiveOptions m_liveOptions; // with which it looked at the machine
+    std::vector<doctor::Finding> m_findings;
 };
 
 } // namespace
@@ -128,6 +139,48 @@ TEST_F(CommandLine, FollowsNoOtherLogThatIsMissing)
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: there is no log at nowhere"});
 }
 
+TEST_F(CommandLine, LooksAtTheMachine)
+{
+    m_findings = {doctor::Worked(doctor::Stage::Package, "Installed."),
+                  doctor::CannotBeTold(doctor::Stage::StartUp, "Unknown.", "")};
+    EXPECT_EQ(Run({"live"}), ExitCode::Done);
+    EXPECT_EQ(m_lines, (std::vector<std::string>{"worked          package            Installed.",
+                                                 "cannot be told  start-up           Unknown."}));
+    EXPECT_FALSE(m_liveOptions.log.has_value());
+    EXPECT_FALSE(m_liveOptions.hasFullUris);
+    EXPECT_EQ(m_liveOptions.limit, std::chrono::seconds(60));
+    EXPECT_EQ(Run({"live", "--json", "--full", "--timeout", "5", "--log", zant::ToUtf8(m_path).value()}),
+              ExitCode::Done);
+    EXPECT_TRUE(m_lines.at(0).starts_with(R"({"stage":"package")")) << m_lines[0];
+    EXPECT_EQ(m_liveOptions.log.value().native(), m_path);
+    EXPECT_TRUE(m_liveOptions.hasFullUris);
+    EXPECT_EQ(m_liveOptions.limit, std::chrono::seconds(5));
+}
+
+TEST_F(CommandLine, TellsBelowTheMachineWhatItsLogTells)
+{
+    Shown({});
+    m_findings = {doctor::Worked(doctor::Stage::Package, "Installed.")};
+    m_ownLog = [&] { return m_path; };
+    EXPECT_EQ(Run({"live"}), ExitCode::Done);
+    ASSERT_EQ(m_lines.size(), 2u);
+    EXPECT_TRUE(m_lines[1].starts_with("\nBy the log: ")) << m_lines[1];
+    EXPECT_NE(m_lines[1].find("B.log: 2 lines"), std::string::npos) << m_lines[1];
+    EXPECT_EQ(Run({"live", "--json"}), ExitCode::Done);
+    EXPECT_TRUE(m_lines.at(1).starts_with(R"({"summary":)")) << m_lines[1];
+    m_ownLog = [&] { return m_folder / L"none.log"; };
+    EXPECT_EQ(Run({"live"}), ExitCode::Done);
+    EXPECT_EQ(m_lines.size(), 1u);
+    EXPECT_EQ(m_errors, std::vector<std::string>{});
+}
+
+TEST_F(CommandLine, EndsWithAnErrorWhenSomethingOnTheMachineFails)
+{
+    m_findings = {doctor::Failed(doctor::Stage::Channel, "None.", "", "")};
+    EXPECT_EQ(Run({"live"}), ExitCode::StageFailed);
+    EXPECT_EQ(m_errors, std::vector<std::string>{});
+}
+
 TEST_F(CommandLine, HasHelp)
 {
     EXPECT_EQ(Run({"--help"}), ExitCode::Done);
@@ -145,7 +198,8 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnowWithASentence)
                                                                    {"show", "a", "--no-such-option"},
                                                                    {"show", "a", "--since", "yesterday"},
                                                                    {"show", "a", "--level", "loud"},
-                                                                   {"show", "a", "--thread", "x"}})
+                                                                   {"show", "a", "--thread", "x"},
+                                                                   {"live", "--timeout", "0"}})
     {
         EXPECT_EQ(Run(words), ExitCode::UsageError);
         ASSERT_EQ(m_errors.size(), 1u);

@@ -18,6 +18,19 @@ std::wstring OfResult(std::uint32_t code)
 
 } // namespace
 
+TEST(FailureText, ComesInItsParts)
+{
+    auto const failure = helper::Explain(AppServiceConnectionStatus::AppUnavailable);
+    EXPECT_EQ(failure.what, L"the app does not start, or is being updated");
+    EXPECT_EQ(failure.advice, L"try again later, and look for its crash in the event log (simulator: sim events)");
+    EXPECT_EQ(failure.code, L"AppServiceConnectionStatus.AppUnavailable, 2");
+    EXPECT_EQ(helper::Explain(AppServiceResponseStatus::Failure).code, L"AppServiceResponseStatus.Failure, 1");
+    EXPECT_EQ(helper::Explain(static_cast<AppServiceConnectionStatus>(99)).advice,
+              L"look it up in the platform's documentation");
+    EXPECT_EQ(helper::Explain(winrt::hresult_error(static_cast<std::int32_t>(0x80000013))).code,
+              L"RO_E_CLOSED, 0x80000013");
+}
+
 TEST(FailureText, OfAConnectionSaysWhatHappenedWhatToDoAndTheStatus)
 {
     using enum AppServiceConnectionStatus;

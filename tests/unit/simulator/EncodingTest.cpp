@@ -49,7 +49,8 @@ std::vector<sim::AnyRequest> Requests()
             sim::SetFault{fault},
             sim::ClearFaults{},
             sim::ShowStatus{},
-            sim::ShowProcess{}};
+            sim::ShowProcess{},
+            sim::DescribeDevice{}};
 }
 
 std::vector<sim::AnyAnswer> Answers()
@@ -64,7 +65,15 @@ std::vector<sim::AnyAnswer> Answers()
             sim::TaskList{},
             sim::TaskList{{{L"1", L"one"}, {L"2", L"two"}}},
             sim::TaskUnregistered{1},
-            sim::DesktopLaunched{-3}};
+            sim::DesktopLaunched{-3},
+            sim::DeviceState{},
+            sim::DeviceState{sim::PackageState{L"A.Package_m7dy57p66fpam", L"1.0.0.0", L"C:\\package"},
+                             {true, true, 1, 2},
+                             {133'489'512'000'000'000, 15, -1},
+                             sim::ChannelState{L"https://", 1},
+                             {{{L"A Task", sim::Trigger::Timer, 2}},
+                              {{3, L"A Task", L"instance 1 runs"}},
+                              {sim::Condition::NetworkOff}}}};
 }
 
 // Each message that there is, and each of what it carries; texts and lists also empty ones.

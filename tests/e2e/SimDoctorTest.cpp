@@ -1,0 +1,78 @@
+#include "simulator/base/Text.h"
+#include "simulator/base/UnixPath.h"
+#include "tests/e2e/SimulatorDevice.h"
+
+namespace
+{
+
+// sim doctor, on a device with the real app.
+class SimDoctor : public test::SimulatorDevice
+{
+  protected:
+    // The lines with a result.
+    std::string Look(DWORD exitCode, std::wstring const& options = L"")
+    {
+        auto const outcome = Run(L"doctor" + options);
+        EXPECT_EQ(outcome.exitCode, exitCode) << sim::ToUtf8(outcome.output);
+        return sim::ToUtf8(outcome.output);
+    }
+
+    // Asks for the events until this one is among them.
+    void Await(std::wstring const& event)
+    {
+        constexpr ULONGLONG limitMilliseconds = 60'000;
+        auto const end = GetTickCount64() + limitMilliseconds;
+        while (Run(L"events").output.find(event) == std::wstring::npos)
+        {
+            ASSERT_LT(GetTickCount64(), end) << sim::ToUtf8(event);
+        }
+    }
+};
+
+} // namespace
+
+TEST_F(SimDoctor, FindsNothingWrongAfterAPush)
+{
+    Run(L"register");
+    RunHelper(L"register");
+    Run(L"push hello");
+    Await(L"task-completed instance=2");
+    auto const said = Look(0);
+    EXPECT_TRUE(said.starts_with("device  " + sim::UnixPath(m_device) + "\nlog     " + sim::UnixPath(m_device) + "/"))
+        << said;
+    EXPECT_NE(said.find("/Tessaline/HOV/KZEB.log\n"), std::string::npos) << said;
+    for (auto const* text : {"worked          package            Velmo.NotificationClient_",
+                             "worked          channel            The channel is open for another ",
+                             "worked          URI stored         The URI in the app's settings is that of the open",
+                             "worked          tasks registered   Both background tasks are registered, each once.",
+                             "worked          push or timer      Wake 1, a push at ",
+                             "worked          desktop component  Wake 1, a push at ",
+                             "worked          task completed     Wake 1, a push at "})
+    {
+        EXPECT_NE(said.find(text), std::string::npos) << text << "\nis not in\n" << said;
+    }
+    EXPECT_EQ(said.find("failed"), std::string::npos) << said;
+}
+
+TEST_F(SimDoctor, FindsWhatAPushWaitsFor)
+{
+    Run(L"register");
+    RunHelper(L"register");
+    Run(L"access denied");
+    Run(L"revoke-channel");
+    Run(L"push lost");
+    auto const said = Look(1);
+    EXPECT_NE(said.find("failed          channel            The app has no open channel"), std::string::npos) << said;
+    EXPECT_NE(said.find("failed          URI stored         The URI in the app's settings is not that of"),
+              std::string::npos)
+        << said;
+    EXPECT_NE(said.find("Background access is denied"), std::string::npos) << said;
+    EXPECT_NE(said.find("was lost: the app has no open channel."), std::string::npos) << said;
+}
+
+TEST_F(SimDoctor, HasAnObjectForEachFinding)
+{
+    auto const said = Look(1, L" --json");
+    EXPECT_TRUE(said.starts_with(R"({"stage":"package","result":"failed","what":"No package is registered)")) << said;
+    EXPECT_EQ(Run(L"doctor --yaml").exitCode, 2u);
+}

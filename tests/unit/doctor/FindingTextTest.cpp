@@ -1,0 +1,30 @@
+#include "doctor/live/FindingText.h"
+
+#include "doctor/live/MakeFinding.h"
+
+#include <gtest/gtest.h>
+
+using doctor::Stage;
+
+TEST(FindingText, IsALineWithResultStageAndSentence)
+{
+    EXPECT_EQ(doctor::FindingText(doctor::Worked(Stage::StartUp, "It runs.")),
+              "worked          start-up           It runs.");
+    EXPECT_EQ(doctor::FindingText(doctor::CannotBeTold(Stage::ComponentLaunched, "Unknown.", "Look.")),
+              "cannot be told  desktop component  Unknown.\n"
+              "                what to do:  Look.");
+}
+
+TEST(FindingText, HasCauseAndAdvice)
+{
+    EXPECT_EQ(doctor::FindingText(doctor::Failed(Stage::Channel, "None.", "No network.", "Connect.")),
+              "failed          channel            None.\n"
+              "                usual cause: No network.\n"
+              "                what to do:  Connect.");
+}
+
+TEST(FindingText, IsAnObjectForMachines)
+{
+    EXPECT_EQ(doctor::FindingJson(doctor::Failed(Stage::UriStored, "\"None\".", "", "Ask.")),
+              R"({"stage":"URI stored","result":"failed","what":"\"None\".","cause":"","advice":"Ask."})");
+}
