@@ -39,10 +39,12 @@ TABLE = {
         "simulator/base", "simulator/platform", "simulator/protocol", "simulator/runtime", "projection",
     ],
     "simulator/desktop": ["simulator/base", "simulator/protocol"],
-    "simulator/log": ["simulator/base", "simulator/package", "simulator/protocol"],
+    "simulator/log": [
+        "doctor/base", "doctor/log", "doctor/show/Follow.h", "simulator/base", "simulator/package", "simulator/protocol",
+    ],
     "simulator/client": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/scenario": [
-        "console", "doctor/base", "doctor/log", "doctor/show/Follow.h", "simulator/base", "simulator/client", "simulator/log",
+        "console", "doctor/log", "doctor/show/Follow.h", "simulator/base", "simulator/client", "simulator/log",
         "simulator/package", "simulator/protocol",
     ],
     "simulator/cli": [
@@ -65,7 +67,7 @@ TABLE = {
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
     "tests/unit/simulator": [
-        "doctor/show/Follow.h", "helper", "projection", "simulator/base", "simulator/broker", "simulator/cli", "simulator/client",
+        "helper", "projection", "simulator/base", "simulator/broker", "simulator/cli", "simulator/client",
         "simulator/log", "simulator/package", "simulator/platform", "simulator/protocol", "simulator/runtime",
         "simulator/scenario", "simulator/testing", "tests/support",
     ],

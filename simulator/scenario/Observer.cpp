@@ -1,7 +1,5 @@
 #include "simulator/scenario/Observer.h"
 
-#include "doctor/base/Error.h"
-#include "simulator/base/Error.h"
 #include "simulator/base/Text.h"
 #include "simulator/log/AppLog.h"
 
@@ -9,17 +7,6 @@
 
 namespace sim
 {
-
-namespace
-{
-
-// In the log a time is counted from 1970, as here in the local time of the machine.
-Moment MomentOf(doctor::LogTime time)
-{
-    return sim::MomentOf(1970, 1, 1, 0, 0, 0, 0).value_or(0) + time.time_since_epoch().count();
-}
-
-} // namespace
 
 Observer::Observer(BrokerClient& broker, Helpers& helpers, Timeline& timeline)
     : m_helpers(helpers), m_timeline(timeline)
@@ -85,23 +72,11 @@ void Observer::CollectHelpers()
 }
 
 void Observer::CollectLog()
-try
 {
-    if (!m_log)
+    if (m_log)
     {
-        return;
+        TakeNewLines(*m_log, [this](doctor::Entry const& entry) { AddLogLine(entry); });
     }
-    m_log->TakeNew([&](doctor::Entry const& entry) {
-        if (!IsGrowth(entry.raw.text))
-        {
-            AddLogLine(entry);
-        }
-        return true;
-    });
-}
-catch (doctor::Error const& error)
-{
-    throw Error(FromUtf8(error.what()));
 }
 
 void Observer::AddLogLine(doctor::Entry const& entry)
