@@ -49,7 +49,10 @@ TABLE = {
         "simulator/base", "simulator/platform", "simulator/protocol", "simulator/runtime", "projection",
     ],
     "simulator/desktop": ["simulator/base", "simulator/protocol"],
-    "simulator/log": ["doctor/verdict", "simulator/base", "simulator/package", "simulator/protocol"],
+    "simulator/log": [
+        "doctor/base", "doctor/log", "doctor/show/Follow.h", "doctor/verdict", "simulator/base", "simulator/package",
+        "simulator/protocol",
+    ],
     "simulator/client": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/doctor": [
         "console", "doctor/cli/LocalNow.h", "doctor/live/FindingText.h", "doctor/live/MakeFinding.h", "doctor/verdict",
@@ -83,7 +86,7 @@ TABLE = {
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
     "tests/unit/simulator": [
-        "doctor/show/Follow.h", "doctor/verdict", "helper", "projection", "simulator/base", "simulator/broker",
+        "doctor/verdict", "helper", "projection", "simulator/base", "simulator/broker",
         "simulator/cli", "simulator/client", "simulator/doctor", "simulator/log", "simulator/package",
         "simulator/platform", "simulator/protocol", "simulator/runtime",
         "simulator/scenario", "simulator/testing", "tests/support",

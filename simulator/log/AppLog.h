@@ -1,9 +1,11 @@
 #pragma once
+#include "doctor/show/Follow.h"
+#include "simulator/base/Moment.h"
 #include "simulator/protocol/Device.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
-#include <string_view>
 
 namespace sim
 {
@@ -18,7 +20,13 @@ std::wstring AppLogOn(Device const& device);
 // Extends a log to that size without adding a line: simulates long use. Throws Error.
 void GrowLogTo(std::wstring const& path, std::uint64_t bytes);
 
-// Whether a text of a log is of what GrowLogTo adds.
-bool IsGrowth(std::string_view text);
+// Gives the lines completed since the last call, without what GrowLogTo adds. Throws Error.
+void TakeNewLines(doctor::Follower& log, std::function<void(doctor::Entry const&)> const& take);
+
+// The time of a line among those of the journal.
+Moment MomentOf(doctor::LogTime time);
+
+// The opposite.
+doctor::LogTime LogTimeOf(Moment moment);
 
 } // namespace sim

@@ -1,10 +1,7 @@
 #include "simulator/scenario/Observer.h"
 
-#include "doctor/base/Error.h"
-#include "simulator/base/Error.h"
 #include "simulator/base/Text.h"
 #include "simulator/log/AppLog.h"
-#include "simulator/scenario/LogMoment.h"
 
 #include <algorithm>
 
@@ -75,23 +72,11 @@ void Observer::CollectHelpers()
 }
 
 void Observer::CollectLog()
-try
 {
-    if (!m_log)
+    if (m_log)
     {
-        return;
+        TakeNewLines(*m_log, [this](doctor::Entry const& entry) { AddLogLine(entry); });
     }
-    m_log->TakeNew([&](doctor::Entry const& entry) {
-        if (!IsGrowth(entry.raw.text))
-        {
-            AddLogLine(entry);
-        }
-        return true;
-    });
-}
-catch (doctor::Error const& error)
-{
-    throw Error(FromUtf8(error.what()));
 }
 
 void Observer::AddLogLine(doctor::Entry const& entry)

@@ -8,7 +8,6 @@
 #include "simulator/base/Text.h"
 #include "simulator/log/AppLog.h"
 #include "simulator/protocol/Event.h"
-#include "simulator/scenario/LogMoment.h"
 
 #include <algorithm>
 

@@ -1,6 +1,5 @@
 #include "simulator/log/AppLog.h"
 
-#include "doctor/show/Follow.h"
 #include "simulator/base/Error.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
@@ -15,8 +14,16 @@ using namespace std::string_literals;
 class AppLogTest : public testing::Test
 {
   protected:
+    std::vector<std::string> NewLines()
+    {
+        std::vector<std::string> lines;
+        sim::TakeNewLines(m_log, [&](doctor::Entry const& entry) { lines.emplace_back(entry.raw.text); });
+        return lines;
+    }
+
     test::TemporaryFolder m_folder;
     std::wstring m_path = m_folder / L"KZEB.log";
+    doctor::Follower m_log{m_path};
 };
 
 } // namespace
@@ -27,16 +34,8 @@ TEST_F(AppLogTest, IsMadeLongerWithoutALine)
     test::WriteBytes(m_path, before);
     sim::GrowLogTo(m_path, 1'000'000);
     EXPECT_EQ(test::ReadBytes(m_path), before + std::string(1'000'000 - before.size(), '\0'));
-    std::vector<std::string> lines;
-    auto growths = 0;
-    doctor::Follower(m_path).TakeNew([&](doctor::Entry const& entry) {
-        auto const isGrowth = sim::IsGrowth(entry.raw.text);
-        growths += isGrowth;
-        lines.insert(lines.end(), isGrowth ? 0 : 1, std::string(entry.raw.text));
-        return true;
-    });
-    EXPECT_EQ(lines, std::vector<std::string>{"some line, long enough to tell its encoding"});
-    EXPECT_GT(growths, 0);
+    EXPECT_EQ(NewLines(), std::vector<std::string>{"some line, long enough to tell its encoding"});
+    EXPECT_EQ(NewLines(), std::vector<std::string>{});
 }
 
 TEST_F(AppLogTest, CannotBeMadeLongerWhereItIsMissing)
@@ -44,10 +43,22 @@ TEST_F(AppLogTest, CannotBeMadeLongerWhereItIsMissing)
     EXPECT_THROW(sim::GrowLogTo(m_path, 1), sim::Error);
 }
 
-TEST_F(AppLogTest, HasLinesThatAreNoGrowth)
+TEST_F(AppLogTest, GivesLinesThatAreNotOfZerosOnly)
 {
-    EXPECT_TRUE(sim::IsGrowth("\0\0"s));
-    EXPECT_FALSE(sim::IsGrowth("\0x"s));
-    EXPECT_FALSE(sim::IsGrowth("x\0"s));
-    EXPECT_FALSE(sim::IsGrowth(""));
+    test::WriteBytes(m_path, "\0x\nx\0\n\n\0\0\nlong enough to tell the encoding, which takes 64 bytes of it\n"s);
+    EXPECT_EQ(NewLines(), (std::vector<std::string>{"\0x"s, "x\0"s, "",
+                                                    "long enough to tell the encoding, which takes 64 bytes of it"}));
+}
+
+TEST_F(AppLogTest, ThatCannotBeReadIsAnError)
+{
+    doctor::Follower folder(m_folder.Path());
+    EXPECT_THROW(sim::TakeNewLines(folder, [](auto&&) {}), sim::Error);
+}
+
+TEST_F(AppLogTest, HasTimesOfTheJournal)
+{
+    using namespace std::chrono;
+    EXPECT_EQ(sim::MomentOf(local_days(2024y / January / 5) + 9h + 30min + 12s + 45ms),
+              sim::MomentOf(2024, 1, 5, 9, 30, 12, 45));
 }
