@@ -131,6 +131,12 @@ class TimelineTest(unittest.TestCase):
         device, back = spans["device"], spans["clock set back"]
         self.assertAlmostEqual(device["left"] + (device["right"] - device["left"]) * 18 / 20, back["left"], delta=1)
         self.assertAlmostEqual(3, back["right"] - back["left"], delta=0.5)
+        self.assertEqual("clock set back, 09:30:18.000, ends 1 s before its begin",
+                         self.item("clock set back").get_attribute("aria-label"))
+        self.chart()
+        self.press("+", "+", "+", "+", "+", Keys.END)
+        self.wait_for(lambda: self.range()[0].endswith("09:30:17.661"), "a begin between its end and its begin")
+        self.assertEqual(1, self.count('.item[aria-label^="clock set back"]'))
 
     def test_no_two_spans_cover_each_other(self):
         boxes = self.script('return [...document.querySelectorAll(".span rect")].map((each) => {'
@@ -398,6 +404,7 @@ class TimelineTest(unittest.TestCase):
         self.open("small")
         self.click_line_12()
         self.wait_for_equal([12], lambda: self.shown_lines()[1])
+        self.assertGreater(self.one("#lines tr.own td.message").size["width"], 300)
         self.assertLessEqual(self.script("return document.documentElement.scrollWidth"), 400)
         self.assertEqual([2, 29], [self.count(".lane:nth-child(2) .span"), self.count(".lane:nth-child(2) .mark")])
 

@@ -67,10 +67,16 @@
         return ends.length;
     }
 
+    function lengthTexts({ kind, length }) {
+        if (kind === "mark" || length === null) {
+            return [];
+        }
+        return [length < 0 ? `ends ${durationText(-length)} before its begin` : durationText(length)];
+    }
+
     function describe(item) {
         const outcome = item.outcome === "neutral" ? [] : [item.outcome];
-        const length = item.kind === "mark" || item.length === null ? [] : [durationText(item.length)];
-        return [item.name, ...outcome, clockText(item.begin), ...length].join(", ");
+        return [item.name, ...outcome, clockText(item.begin), ...lengthTexts(item)].join(", ");
     }
 
     // --- chart ------------------------------------------------------------------------------------------------------
