@@ -23,7 +23,8 @@ class SessionService : public AppService
     std::optional<ConnectionStatus> Open(milliseconds limit) override
     {
         winrt::init_apartment();
-        return m_session.emplace().TryOpen(packageFamilyName, appServiceName, limit);
+        m_session = std::make_unique<helper::Session>();
+        return m_session->TryOpen(packageFamilyName, appServiceName, limit);
     }
 
     ChannelAnswer AskForChannel(milliseconds limit) override
@@ -42,7 +43,7 @@ class SessionService : public AppService
     }
 
   private:
-    std::optional<helper::Session> m_session;
+    std::unique_ptr<helper::Session> m_session;
 };
 
 } // namespace

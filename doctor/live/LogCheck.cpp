@@ -16,9 +16,9 @@ namespace
 
 namespace fs = std::filesystem;
 
-Finding LogFailed(std::string what, std::string cause, std::string advice)
+Finding LogFailed(std::string const& what, std::string const& cause, std::string const& advice)
 {
-    return Failed(Stage::StartUp, std::move(what), std::move(cause), std::move(advice));
+    return Failed(Stage::StartUp, what, cause, advice);
 }
 
 Finding CannotTell(std::string const& what, DWORD error)

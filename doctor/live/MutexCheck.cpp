@@ -84,9 +84,9 @@ DWORD WaitOnce(HANDLE mutex)
     return outcome;
 }
 
-Finding MutexFree(std::string what)
+Finding MutexFree(std::string const& what)
 {
-    return Worked(Stage::StartUp, std::move(what));
+    return Worked(Stage::StartUp, what);
 }
 
 Finding MutexCannotBeTold(std::string const& why)

@@ -16,9 +16,9 @@ constexpr wchar_t library[] = L"kernel32.dll";
 using PackagesByFamily = LONG WINAPI(PCWSTR family, UINT32* count, PWSTR* names, UINT32* length, PWSTR buffer);
 using PathByName = LONG WINAPI(PCWSTR name, UINT32* length, PWSTR path);
 
-Finding Installed(std::string what)
+Finding Installed(std::string const& what)
 {
-    return Worked(Stage::Package, std::move(what));
+    return Worked(Stage::Package, what);
 }
 
 Finding NotInstalled()

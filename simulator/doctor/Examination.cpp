@@ -77,15 +77,22 @@ Finding HeldBackBy(Condition condition)
                   "End it: " + EndOf(condition) + ".");
 }
 
+// event: the last one of a channel that is no longer open.
+std::string EndOfChannel(std::wstring_view event)
+{
+    if (event == L"channel-expired")
+    {
+        return "It is 30 days old.";
+    }
+    return event == L"channel-revoked" ? "It was revoked before its time." : "Its file on the device was lost.";
+}
+
 Finding NoChannel(std::vector<Event> const& journal)
 {
     auto const last = std::ranges::find_if(journal.rbegin(), journal.rend(),
                                            [](Event const& event) { return event.kind.starts_with(L"channel-"); });
-    std::string const cause = last == journal.rend()             ? "No helper has asked the app for one."
-                              : last->kind == L"channel-expired" ? "It is 30 days old."
-                              : last->kind == L"channel-revoked" ? "It was revoked before its time."
-                                                                 : "Its file on the device was lost.";
-    return Failed(Stage::Channel, "The app has no open channel: pushes are lost.", cause,
+    return Failed(Stage::Channel, "The app has no open channel: pushes are lost.",
+                  last == journal.rend() ? "No helper has asked the app for one." : EndOfChannel(last->kind),
                   "Ask for one: helper get-channel-uri.");
 }
 
@@ -194,9 +201,8 @@ Finding ProcessFinding(Examined const& examined)
                       "The broker was killed, and they outlived it.", "End them, or all: sim stop, wineserver -k.");
     }
     auto const& processes = examined.state.processes;
-    std::string const app = !processes.appRuns         ? "The app does not run"
-                            : processes.appIsSuspended ? "The app is suspended"
-                                                       : "The app runs";
+    std::string const running = processes.appIsSuspended ? "The app is suspended" : "The app runs";
+    auto const app = processes.appRuns ? running : "The app does not run";
     return Worked(Stage::Exit, app + "; connections to its service: " + std::to_string(processes.connections) +
                                    ", desktop components: " + std::to_string(processes.desktopComponents) +
                                    ". No process is left over.");

@@ -20,7 +20,7 @@ bool Runs(unsigned long id, std::wstring const& command)
     wchar_t program[MAX_PATH];
     DWORD length = MAX_PATH;
     return process && WaitForSingleObject(process.Get(), 0) == WAIT_TIMEOUT &&
-           QueryFullProcessImageNameW(process.Get(), 0, program, &length) &&
+           QueryFullProcessImageNameW(process.Get(), 0, program, &length) != FALSE &&
            EqualIgnoringCase(command.substr(0, length + 2), L"\"" + std::wstring(program, length) + L"\"");
 }
 

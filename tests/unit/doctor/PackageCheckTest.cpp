@@ -113,7 +113,7 @@ TEST_F(PackageCheck, KnowsNothingWithoutTheSystemsFunctions)
     EXPECT_EQ(doctor::FolderOfPackage(L"one"), std::nullopt);
 }
 
-TEST(PackageFinding, NamesThePackagesThatAreInstalled)
+TEST(PackageCheckFinding, NamesThePackagesThatAreInstalled)
 {
     auto const finding = doctor::PackageFinding({0, {L"one", L"two"}}, ConnectionStatus::AppUnavailable);
     EXPECT_EQ(finding.stage, doctor::Stage::Package);
@@ -121,7 +121,7 @@ TEST(PackageFinding, NamesThePackagesThatAreInstalled)
     EXPECT_EQ(finding.what, "The package is installed: one, two.");
 }
 
-TEST(PackageFinding, BelievesTheServiceThatOpens)
+TEST(PackageCheckFinding, BelievesTheServiceThatOpens)
 {
     for (auto const error : {0L, static_cast<long>(ERROR_PROC_NOT_FOUND)})
     {
@@ -131,7 +131,7 @@ TEST(PackageFinding, BelievesTheServiceThatOpens)
     }
 }
 
-TEST(PackageFinding, SaysThatThePackageIsNotInstalled)
+TEST(PackageCheckFinding, SaysThatThePackageIsNotInstalled)
 {
     for (auto const& [packages, status] : std::vector<std::pair<Packages, std::optional<ConnectionStatus>>>{
              {{0, {}}, std::nullopt}, {{ERROR_PROC_NOT_FOUND, {}}, ConnectionStatus::AppNotInstalled}})
@@ -145,7 +145,7 @@ TEST(PackageFinding, SaysThatThePackageIsNotInstalled)
     }
 }
 
-TEST(PackageFinding, SaysThatNobodyTells)
+TEST(PackageCheckFinding, SaysThatNobodyTells)
 {
     auto const finding = doctor::PackageFinding({ERROR_PROC_NOT_FOUND, {}}, std::nullopt);
     EXPECT_EQ(finding.result, Result::CannotBeTold);
