@@ -23,7 +23,7 @@ inline doctor::LogTime At(double seconds)
 class StoryLog
 {
   public:
-    explicit StoryLog(std::filesystem::path const& file = "KZEB.log") { Begin(file); }
+    explicit StoryLog(std::filesystem::path const& file = L"KZEB.log") { Begin(file); }
 
     // The next file begins.
     void Begin(std::filesystem::path const& file)

@@ -650,17 +650,17 @@ TEST(StoryReport, CountsOtherTextAndOtherProducts)
 
 TEST(StoryReport, HasTheEvidencesTimeFileLineAndMessage)
 {
-    StoryLog log("a/KZEB 2024-1-5 08-00-00.log");
+    StoryLog log(L"a/KZEB 2024-1-5 08-00-00.log");
     log.Write(-7200, 1, {Started, ProtocolActivated});
-    log.Begin("a/KZEB.log");
+    log.Begin(L"a/KZEB.log");
     log.Write(0, 1, {Started, BackgroundActivated, TaskDeferral, PushTask, LaunchForPush});
     auto const report = log.FinalReport();
     auto const& evidence = report.stages[7].findings.at(0).first.value();
     EXPECT_EQ(evidence.time, At(0.04));
-    EXPECT_EQ(evidence.file, "a/KZEB.log");
+    EXPECT_TRUE(evidence.file == L"a/KZEB.log");
     EXPECT_EQ(evidence.line, 5u);
     EXPECT_EQ(evidence.message, MessageOf(LaunchForPush));
-    EXPECT_EQ(report.stages[9].lastWorked->file, "a/KZEB 2024-1-5 08-00-00.log");
+    EXPECT_TRUE(report.stages[9].lastWorked->file == L"a/KZEB 2024-1-5 08-00-00.log");
     EXPECT_EQ(report.stages[9].lastWorked->line, 2u);
     EXPECT_EQ(report.stages[8].lastWorked, std::nullopt);
 }

@@ -381,9 +381,9 @@ TEST(Remarks, CountLinesThatWereWithheld)
 
 TEST(CopyWatch, RemarksOnARotation)
 {
-    StoryLog log("KZEB 2024-1-5 09-30-12.log");
+    StoryLog log(L"KZEB 2024-1-5 09-30-12.log");
     log.Write(0, 1, {Started, ProtocolActivated});
-    log.Begin("KZEB.log");
+    log.Begin(L"KZEB.log");
     log.Write(1812, 1, {HeaderEdge});
     log.Write(1812, 1, {Started, ProtocolActivated});
     EXPECT_EQ(RemarksOf(log.FinalReport()),
@@ -392,9 +392,9 @@ TEST(CopyWatch, RemarksOnARotation)
 
 TEST(CopyWatch, RemarksOnACopyThatIsMissing)
 {
-    StoryLog log("KZEB 2024-1-5 09-30-12.log");
+    StoryLog log(L"KZEB 2024-1-5 09-30-12.log");
     log.Write(0, 1, {Started, ProtocolActivated});
-    log.Begin("KZEB.log");
+    log.Begin(L"KZEB.log");
     log.Write(5000, 1, {HeaderEdge});
     EXPECT_EQ(RemarksOf(log.FinalReport()),
               (Texts{"remark: The log was rotated: it had come to its limit of size. 2..1",
@@ -403,18 +403,18 @@ TEST(CopyWatch, RemarksOnACopyThatIsMissing)
 
 TEST(CopyWatch, DoesNotGuessWhereNoNameTellsATime)
 {
-    StoryLog log("first.log");
+    StoryLog log(L"first.log");
     log.Write(0, 1, {Started, ProtocolActivated});
-    log.Begin("second.log");
+    log.Begin(L"second.log");
     log.Write(5000, 1, {HeaderEdge});
     EXPECT_EQ(RemarksOf(log.FinalReport()).size(), 1u); // that it was rotated
 }
 
 TEST(CopyWatch, RemarksOnALogThatWasSetAside)
 {
-    StoryLog log("KZEB 2024-1-5 09-30-12.log");
+    StoryLog log(L"KZEB 2024-1-5 09-30-12.log");
     log.WriteOther("not of the app");
-    log.Begin("KZEB.log");
+    log.Begin(L"KZEB.log");
     log.Write(1812, 1, {Started, ProtocolActivated});
     EXPECT_EQ(RemarksOf(log.FinalReport()),
               Texts{"remark: A log of another encoding was set aside, and a new one begun. 1"});
@@ -422,9 +422,9 @@ TEST(CopyWatch, RemarksOnALogThatWasSetAside)
 
 TEST(CopyWatch, TakesALogThatWasBegunLaterForNoSuccessorOfACopy)
 {
-    StoryLog log("KZEB 2024-1-5 09-30-12.log");
+    StoryLog log(L"KZEB 2024-1-5 09-30-12.log");
     log.Write(1805, 1, {Started, ProtocolActivated}); // its own name says nothing of its begin
-    log.Begin("KZEB.log");
+    log.Begin(L"KZEB.log");
     log.Write(5000, 1, {Started, ProtocolActivated});
     EXPECT_EQ(RemarksOf(log.FinalReport()), Texts());
 }
@@ -443,13 +443,11 @@ TEST(CopyWatch, RemarksOnALogThatBeginsInTheMiddle)
 TEST(TimeOfCopy, IsInItsName)
 {
     using doctor::TimeOfCopy;
-    EXPECT_EQ(TimeOfCopy("a/KZEB 2024-1-5 09-30-12.log"), At(1812));
-    EXPECT_EQ(TimeOfCopy("KZEB 2024-1-5 23-59-59.log"), At(15 * 3600 - 1));
-    for (auto const* const name :
-         {"", "KZEB.log", "KZEB 2024-2-30 09-30-12.log", "KZEB 2024-1-5 24-30-12.log", "KZEB 2024-1-5 09-60-12.log",
-          "KZEB 2024-1-5 09-30-60.log", "KZEB 2024-1-5 09-30-12.log.txt", "KZEB 2024-1-5 09-30-12",
-          "KZ\xC3\x89"
-          "B 2024-1-5 09-30-12.log"})
+    EXPECT_EQ(TimeOfCopy(L"a/KZEB 2024-1-5 09-30-12.log"), At(1812));
+    EXPECT_EQ(TimeOfCopy(L"KZEB 2024-1-5 23-59-59.log"), At(15 * 3600 - 1));
+    for (auto const* const name : {L"", L"KZEB.log", L"KZEB 2024-2-30 09-30-12.log", L"KZEB 2024-1-5 24-30-12.log",
+                                   L"KZEB 2024-1-5 09-60-12.log", L"KZEB 2024-1-5 09-30-60.log",
+                                   L"KZEB 2024-1-5 09-30-12.log.txt", L"KZEB 2024-1-5 09-30-12"})
     {
         EXPECT_EQ(TimeOfCopy(name), std::nullopt) << name;
     }
