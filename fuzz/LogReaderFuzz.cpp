@@ -1,8 +1,10 @@
-// Random bytes as a log file: the lines do not depend on the blocks in which the bytes come, and are text.
+// Random bytes as a log file: the lines do not depend on the blocks in which the bytes come, and are text; the report
+// on them agrees with itself.
 #include "doctor/log/ChannelUri.h"
 #include "doctor/log/LineReader.h"
 #include "doctor/log/LogLine.h"
 #include "doctor/log/Utf8.h"
+#include "doctor/verdict/ReportBuilder.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -39,6 +41,47 @@ void Demand(bool holds)
     }
 }
 
+void DemandSound(std::vector<doctor::Finding> const& findings, std::uint64_t toldTimes)
+{
+    constexpr std::size_t most = 100; // sentences that differ
+    Demand(findings.size() < most);
+    std::uint64_t times = 0;
+    for (auto const& finding : findings)
+    {
+        Demand(finding.first && finding.last && !finding.what.empty() && finding.count > 0);
+        Demand(finding.count > 1 || finding.latest == finding.first->time);
+        times += finding.count;
+    }
+    Demand(times <= toldTimes);
+}
+
+// isFinished: nothing follows the last line; else more may.
+void DemandSoundReport(std::vector<Line> const& lines, bool isFinished)
+{
+    std::uint64_t told = 0;
+    doctor::ReportBuilder builder([&](doctor::Told const&) { ++told; }, [&](auto&&...) { ++told; });
+    builder.Begin("KZEB.log");
+    std::uint64_t own = 0;
+    auto last = doctor::LogTime();
+    for (auto const& [text, number, isDamaged, isComplete] : lines)
+    {
+        auto const line = doctor::ParseLogLine(text);
+        own += builder.Add({{text, number, isDamaged, isComplete}, line}) ? 1 : 0;
+        last = line ? line->time : last;
+    }
+    auto const report = builder.End(isFinished ? std::nullopt : std::optional(last));
+    Demand(report.files.size() == 1 && report.files[0].lines == own);
+    Demand(own + report.files[0].others <= lines.size());
+    Demand(!report.summary.empty());
+    for (auto const& stage : report.stages)
+    {
+        DemandSound(stage.findings, told);
+        Demand((stage.worked > 0) == stage.lastWorked.has_value());
+    }
+    DemandSound(report.remarks, told);
+    Demand(own > 0 || report.Verdict() == doctor::Result::NotSeen);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
@@ -47,6 +90,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     auto const lines = LinesOf(bytes, bytes.size() + 1);
     Demand(LinesOf(bytes, 1) == lines);
     Demand(LinesOf(bytes, 7) == lines);
+    DemandSoundReport(lines, true);
+    DemandSoundReport(lines, false);
     for (auto const& [text, number, isDamaged, isComplete] : lines)
     {
         auto copy = text;

@@ -135,7 +135,7 @@ fuzz() {
     step "fuzzing the redaction for $1 s, the protocol and the reading of logs for $quarter s"
     attend_logged "$log" xargs --max-procs=2 --max-lines=1 tools/fuzz-one < <(printf '%s\n' \
         "redaction $1 -max_len=96 fuzz/corpus/redaction" "protocol $quarter -max_len=512" \
-        "log $quarter -max_len=1024 fuzz/corpus/log") || result=1
+        "log $quarter -max_len=4096 fuzz/corpus/log") || result=1
     cat "$log"
     return $result
 }

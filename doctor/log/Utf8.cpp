@@ -103,4 +103,19 @@ bool ReplaceMalformed(std::string& text)
     return isMalformed;
 }
 
+std::string WithoutControls(std::string_view text)
+{
+    std::string result;
+    for (std::size_t at = 0; at < text.size(); ++at)
+    {
+        auto const byte = static_cast<std::uint8_t>(text[at]);
+        // U+0080 to U+009F are two bytes; a terminal may take U+009B for the begin of a sequence.
+        auto const isLong = byte == 0xC2 && at + 1 < text.size() && static_cast<std::uint8_t>(text[at + 1]) < 0xA0;
+        auto const isControl = isLong || (byte < ' ' && byte != '\t') || byte == 0x7F;
+        isControl ? AppendUtf8(result, replacementCharacter) : result.push_back(text[at]);
+        at += isLong ? 1 : 0;
+    }
+    return result;
+}
+
 } // namespace doctor

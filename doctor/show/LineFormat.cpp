@@ -25,17 +25,6 @@ std::string LevelText(zant::LogLevel level)
     return {name.begin(), name.end()}; // ASCII
 }
 
-std::string WithoutControls(std::string_view text)
-{
-    std::string result;
-    for (auto const each : text)
-    {
-        auto const isControl = (each >= 0 && each < ' ' && each != '\t') || each == '\x7F';
-        isControl ? AppendUtf8(result, replacementCharacter) : result.push_back(each);
-    }
-    return result;
-}
-
 constexpr std::string_view faint = "\x1b[2m";
 
 // Empty for what is shown in the terminal's own colour.

@@ -1,6 +1,7 @@
 #include "doctor/stories/AppProcess.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace doctor
 {
@@ -34,16 +35,26 @@ StoriesByBegin ByBegin()
 
 void AppProcess::Add(LogPlace const& place, std::uint32_t thread)
 {
+    auto const pause = place.time - m_last.time;
     m_last = place;
+    if (m_threads.size() == mostThreads)
+    {
+        m_threads.clear();
+        m_threadsBesideSuccessor.clear();
+    }
     m_threads.insert(thread);
-    m_wroteBesideSuccessor = m_wroteBesideSuccessor || IsSuperseded();
+    if (IsSuperseded())
+    {
+        m_threadsBesideSuccessor.insert(thread);
+    }
     if (place.line == Line::Other)
     {
         return;
     }
-    std::vector<Story const*> ended;
-    EndStories(place, thread, Scope::Thread, ended);
-    EndStories(place, thread, Scope::Process, ended);
+    if (EndStories(place, thread))
+    {
+        Shift(pause); // the machine slept: nothing could end meanwhile
+    }
     BeginStories(place, thread);
 }
 
@@ -57,18 +68,44 @@ bool AppProcess::Ends(Open const& open, Line line, std::uint32_t thread) const
     return EndOf(*open.story, line) && (open.story->scope == Scope::Process || open.thread == thread);
 }
 
-void AppProcess::EndStories(LogPlace const& place, std::uint32_t thread, Scope scope, std::vector<Story const*>& ended)
+// True when one of them was overdue.
+bool AppProcess::EndStories(LogPlace const& place, std::uint32_t thread)
 {
-    std::erase_if(m_open, [&](Open const& open) {
-        auto const isDone = [&](Story const* story) { return IsSameGroup(*story, *open.story); };
-        if (open.story->scope != scope || !Ends(open, place.line, thread) || std::ranges::any_of(ended, isDone))
-        {
-            return false;
-        }
-        ended.push_back(open.story);
-        Tell(open, Ending::Ended, place, EndOf(*open.story, place.line));
-        return true;
-    });
+    auto wasOverdue = false;
+    auto exits = false;
+    std::vector<Story const*> ended;
+    for (auto const scope : {Scope::Thread, Scope::Process})
+    {
+        std::erase_if(m_open, [&](Open const& open) {
+            auto const isDone = [&](Story const* story) { return IsSameGroup(*story, *open.story); };
+            if (open.story->scope != scope || !Ends(open, place.line, thread) || std::ranges::any_of(ended, isDone))
+            {
+                return false;
+            }
+            ended.push_back(open.story);
+            wasOverdue = wasOverdue || open.deadline < place.time;
+            exits = exits || open.story->kind == StoryKind::Process;
+            Tell(open, Ending::Ended, place, EndOf(*open.story, place.line));
+            return true;
+        });
+    }
+    if (exits)
+    {
+        Exit(place);
+    }
+    return wasOverdue;
+}
+
+// What is open has a moment left.
+void AppProcess::Exit(LogPlace const& place)
+{
+    constexpr std::chrono::seconds last{5};
+    m_exit = place;
+    for (auto& open : m_open)
+    {
+        open.isCut = true;
+        open.deadline = open.deadline == LogTime::max() ? open.deadline : std::min(open.deadline, place.time + last);
+    }
 }
 
 void AppProcess::BeginStories(LogPlace const& place, std::uint32_t thread)
@@ -77,41 +114,77 @@ void AppProcess::BeginStories(LogPlace const& place, std::uint32_t thread)
     for (auto const* story : stories.at(static_cast<std::size_t>(place.line)))
     {
         auto const deadline = story->limit.count() == 0 ? LogTime::max() : place.time + story->limit;
-        m_open.push_back({story, place, thread, deadline});
+        // The line that ends a launch ends the newest: an older one was refused.
+        auto const isNewestFirst = story->kind == StoryKind::Launch || story->kind == StoryKind::Task;
+        m_open.insert(isNewestFirst ? m_open.begin() : m_open.end(), {story, place, thread, deadline});
     }
-    if (m_open.size() > mostOpen)
+    while (m_open.size() > mostOpen)
     {
-        m_open.erase(m_open.begin(), m_open.end() - mostOpen);
+        DropOldest();
     }
+}
+
+// The process itself stays.
+void AppProcess::DropOldest()
+{
+    m_open.erase(std::ranges::min_element(m_open, {}, [](Open const& open) {
+        return std::pair(open.story->kind == StoryKind::Process, open.begin.time);
+    }));
 }
 
 void AppProcess::Supersede(LogPlace const& banner)
 {
-    if (!m_successor)
+    if (IsSuperseded())
     {
-        m_successor = banner;
+        return;
     }
+    TellWhatIsOver(banner.time, IsGone(banner.time), banner);
+    m_successor = banner;
 }
 
-Ending AppProcess::EndingOfOverdue() const
+// A story that the app ends in any case as long as it lives has no end by then; nothing: by whenever.
+bool AppProcess::IsGone(std::optional<LogTime> now) const
 {
-    if (!IsSuperseded())
+    return std::ranges::any_of(
+        m_open, [&](Open const& open) { return open.story->isCertain && (!now || open.deadline < *now); });
+}
+
+Ending AppProcess::EndingOfOverdue(Open const& open, bool isGone) const
+{
+    if (open.isCut)
     {
-        return Ending::Overdue;
+        // What is launched needs the app no more.
+        return open.story->kind == StoryKind::Launch ? Ending::Overdue : Ending::Exited;
     }
-    return m_wroteBesideSuccessor ? Ending::FellSilent : Ending::ProcessEnded;
+    if (!m_threadsBesideSuccessor.empty())
+    {
+        return Ending::FellSilent;
+    }
+    return isGone || IsSuperseded() ? Ending::ProcessEnded : Ending::Overdue;
+}
+
+void AppProcess::TellOverdue(Open const& open, bool isGone, std::optional<LogPlace> const& successor)
+{
+    auto const ending = EndingOfOverdue(open, isGone);
+    auto const& last = ending == Ending::Exited ? m_exit : successor;
+    Tell(open, ending, ending == Ending::Overdue ? std::nullopt : last);
+}
+
+void AppProcess::TellWhatIsOver(LogTime now, bool isGone, std::optional<LogPlace> const& successor)
+{
+    std::erase_if(m_open, [&](Open const& open) {
+        auto const isOver = open.deadline < now;
+        if (isOver)
+        {
+            TellOverdue(open, isGone, successor);
+        }
+        return isOver;
+    });
 }
 
 void AppProcess::Expire(LogTime now)
 {
-    std::erase_if(m_open, [&](Open const& open) {
-        if (open.deadline >= now)
-        {
-            return false;
-        }
-        Tell(open, EndingOfOverdue(), m_successor);
-        return true;
-    });
+    TellWhatIsOver(now, false, m_successor);
 }
 
 void AppProcess::Shift(std::chrono::milliseconds change)
@@ -131,17 +204,14 @@ LogTime AppProcess::NextDeadline() const
 void AppProcess::End(std::optional<LogTime> asOf)
 {
     auto const isLimited = [](Open const& open) { return open.deadline != LogTime::max(); };
-    auto const isOver = [&](Open const& open) { return isLimited(open) && (!asOf || open.deadline < *asOf); };
-    auto const isGone =
-        std::ranges::any_of(m_open, [&](Open const& open) { return open.story->isCertain && isOver(open); });
+    auto const isGone = IsGone(asOf);
     for (auto const& open : m_open)
     {
-        if (!isLimited(open))
+        if (isLimited(open))
         {
-            continue;
+            auto const isOver = IsSuperseded() || isGone || !asOf || open.deadline < *asOf;
+            isOver ? TellOverdue(open, isGone, m_successor) : Tell(open, Ending::LogEnds, std::nullopt);
         }
-        auto const overdue = isGone ? Ending::ProcessEnded : EndingOfOverdue();
-        Tell(open, IsSuperseded() || isGone || isOver(open) ? overdue : Ending::LogEnds, m_successor);
     }
     for (auto const& open : m_open)
     {

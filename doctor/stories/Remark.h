@@ -13,12 +13,16 @@ struct Remark
 {
     Meaning meaning;
     std::optional<Stage> failed{}; // the stage that failed; nothing: worth knowing
+    bool lasts = false;            // to the log's end, whatever else works
 };
 
 // They live as long as the program.
 extern Remark const pushTaskTwice;
 extern Remark const timerTaskTwice;
+extern Remark const pushTaskWasTwice;
+extern Remark const timerTaskWasTwice;
 extern Remark const noTimer;
+extern Remark const noLine;
 extern Remark const noPush;
 extern Remark const closedInRequest;
 extern Remark const secondConnection;

@@ -17,12 +17,20 @@ constexpr std::string_view twiceAdvice = "Let one helper register again: that re
 } // namespace
 
 Remark const pushTaskTwice = {
-    {"The push task was registered twice: each push wakes the suite twice.", twiceCause, twiceAdvice},
-    Stage::TasksRegistered};
+    {"The push task is registered twice: each push wakes the suite twice.", twiceCause, twiceAdvice},
+    Stage::TasksRegistered,
+    true};
 
 Remark const timerTaskTwice = {
-    {"The daily timer's task was registered twice: it wakes the suite twice a day.", twiceCause, twiceAdvice},
-    Stage::TasksRegistered};
+    {"The daily timer's task is registered twice: it wakes the suite twice a day.", twiceCause, twiceAdvice},
+    Stage::TasksRegistered,
+    true};
+
+Remark const pushTaskWasTwice = {
+    {"The push task was registered twice for a time; later both were removed.", twiceCause, ""}, {}};
+
+Remark const timerTaskWasTwice = {
+    {"The daily timer's task was registered twice for a time; later both were removed.", twiceCause, ""}, {}};
 
 Remark const noTimer = {
     {"More than a day passed without the daily timer.",
@@ -30,6 +38,12 @@ Remark const noTimer = {
      "registration was lost.",
      "Look in Settings, Privacy, Background apps, and at battery saver; then let the helper register again."},
     Stage::Woken};
+
+Remark const noLine = {
+    {"Not even the daily timer has woken the app since the log's last line, for more than a day.",
+     "The log was taken earlier (--as-of says when), the machine was off or asleep, or the registration was lost.",
+     noTimer.meaning.advice},
+    {}};
 
 Remark const noPush = {
     {"No push has arrived since the channel's URI changed.",

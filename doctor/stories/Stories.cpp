@@ -43,7 +43,7 @@ constexpr Meaning channelNotRequested = {
     "Look whether the Windows Push Notifications services (WpnService, WpnUserService) run."};
 
 constexpr Meaning channelNeverArrived = {
-    "The push channel never arrived.",
+    "The push channel did not arrive within 60 s.",
     "The platform's request did not end: the push service is not reached, or the network was lost during the request.",
     "Check the network and its proxy, then let the helper ask again. doctor live measures the time."};
 
@@ -82,8 +82,10 @@ constexpr Meaning taskOpen = {
     "The desktop component was not launched; the app completes the task only after that.",
     "See the stage of the desktop component. Windows may hold back the tasks of an app that overruns its time."};
 
-constexpr Meaning tasksNotReplaced = {"The tasks that were registered before could not be removed.",
-                                      "A call of the platform failed.", "Restart the machine, then register again."};
+constexpr Meaning tasksNotReplaced = {
+    "A registration failed before its push task was registered.",
+    "An earlier registration could not be removed, or another call of the platform failed.",
+    "Restart the machine, then let the helper register again."};
 
 constexpr Meaning pushTaskRefused = {
     "The push task was not registered.", "The app may not run in the background, or has too many tasks.",
@@ -138,7 +140,6 @@ constexpr Story stories[] = {
      .begin = BackgroundActivated,
      .ends = {{{ServiceActivation, NotSeen}, {TimerTask}, {PushTask}}},
      .limit = soon,
-     .isCertain = true,
      .absent = {"A background activation was neither a push, nor the timer, nor a helper.",
                 "The platform activated the app for a task that it does not know, such as one of a later version, or a "
                 "call of the platform failed.",
@@ -193,11 +194,17 @@ constexpr Story stories[] = {
      .stage = Stage::Service,
      .scope = Scope::Process,
      .begin = Connecting,
-     .ends = {{{ServiceCancelled, NotSeen},
-               {ServiceCancelledError,
+     .ends = {{{ServiceCancelled, NotSeen}}}},
+    {.name = "completion of the service's task",
+     .kind = StoryKind::Step,
+     .stage = Stage::Service,
+     .scope = Scope::Thread,
+     .begin = ServiceCancelled,
+     .ends = {{{ServiceCancelledError,
                 Failed,
                 {"The service's task could not be completed.",
-                 "The platform had already ended it, or the completion failed.", readEventLog}}}}},
+                 "The platform had already ended it, or the completion failed.", readEventLog}},
+               {ServiceCancelled, NotSeen}}}}, // the next one on the thread
     {.name = "connection",
      .kind = StoryKind::Connection,
      .stage = Stage::Service,
@@ -216,7 +223,6 @@ constexpr Story stories[] = {
                {RemovalRequested, NotSeen},
                {ExitRequested, NotSeen}}},
      .limit = soon,
-     .isCertain = true,
      .absent = {"A request was not understood.",
                 "It holds no command, or one that this version does not know; the app leaves it open.",
                 "Look whether helper and package are of the same version."}},
@@ -311,7 +317,7 @@ constexpr Story stories[] = {
      .stage = Stage::Channel,
      .scope = Scope::Process,
      .begin = ChannelRequested,
-     .ends = {{{ChannelReceived},
+     .ends = {{{ChannelReceived, NotSeen},
                {ChannelThrew, Failed, channelRefused},
                {ChannelRefusedSent, Failed, channelNotRequested},
                {ChannelRefusedNotSent, Failed, channelNotRequested}}},
@@ -322,7 +328,7 @@ constexpr Story stories[] = {
      .stage = Stage::Channel,
      .scope = Scope::Process,
      .begin = Registering,
-     .ends = {{{ChannelReceived},
+     .ends = {{{ChannelReceived, NotSeen},
                {RegistrationThrew, Failed, channelRefused},
                {RegistrationRefused, Failed, channelNotRequested}}},
      .limit = channelLimit,
@@ -332,7 +338,7 @@ constexpr Story stories[] = {
      .stage = Stage::Channel,
      .scope = Scope::Thread,
      .begin = ChannelReceived,
-     .ends = {{{ChannelUri, NotSeen},
+     .ends = {{{ChannelUri}, // also when the channel was late
                {ChannelThrew, Failed, uriUnreadable},
                {RegistrationThrew, Failed, uriUnreadable}}},
      .limit = soon,
@@ -359,7 +365,7 @@ constexpr Story stories[] = {
      .stage = Stage::TasksRegistered,
      .scope = Scope::Thread,
      .begin = RegistrationWait,
-     .ends = {{{RegistrationSignalled}, {RegistrationTimedOut, Failed, registrationTimedOut}}},
+     .ends = {{{RegistrationSignalled, NotSeen}, {RegistrationTimedOut, Failed, registrationTimedOut}}},
      .limit = registrationLimit,
      .isCertain = true,
      .absent = processEnded},
@@ -379,7 +385,7 @@ constexpr Story stories[] = {
      .stage = Stage::TasksRegistered,
      .scope = Scope::Thread,
      .begin = PushTaskRegistered,
-     .ends = {{{TimerTaskRegistered, NotSeen},
+     .ends = {{{TimerTaskRegistered}, // also when nothing waits for it any more
                {TimerTaskRefused, Failed, timerTaskRefused},
                {RegistrationThrew, Failed, timerTaskRefused}}},
      .limit = soon,

@@ -10,6 +10,7 @@ void StoryTracker::Add(LogPlace const& place, std::uint32_t thread)
 {
     Advance(place.time);
     ProcessOf(place, thread).Add(place, thread);
+    Expire();
 }
 
 void StoryTracker::Advance(LogTime time)
@@ -23,6 +24,10 @@ void StoryTracker::Advance(LogTime time)
         m_now = time;
     }
     m_now = std::max(m_now, time);
+}
+
+void StoryTracker::Expire()
+{
     for (auto& process : m_processes)
     {
         process.Expire(m_now);
@@ -44,7 +49,8 @@ AppProcess& StoryTracker::ProcessOf(LogPlace const& place, std::uint32_t thread)
     {
         auto& newest = m_processes.back();
         auto const isItsOwn = [&](AppProcess const& process) {
-            return &process != &newest && process.HasThread(thread) && process.Awaits(place.line, thread);
+            return &process != &newest && (process.HasThreadBesideSuccessor(thread) ||
+                                           (process.HasThread(thread) && process.Awaits(place.line, thread)));
         };
         auto const earlier = std::ranges::find_if(m_processes, isItsOwn);
         return newest.HasThread(thread) || earlier == m_processes.end() ? newest : *earlier;

@@ -9,7 +9,7 @@ namespace doctor
 
 // Follows the stories of a log from its first line to its last, and tells each one that ends. A log does not say which
 // process wrote a line: it is the one that started last, or an earlier one that knows the thread and waits for the
-// line. The memory that it uses does not depend on the length of the log.
+// line, or has gone on with the thread so. The memory that it uses does not depend on the length of the log.
 class StoryTracker
 {
   public:
@@ -32,6 +32,7 @@ class StoryTracker
 
   private:
     void Advance(LogTime time);
+    void Expire();
     AppProcess& ProcessOf(LogPlace const& place, std::uint32_t thread);
 
     TakeTold m_take;

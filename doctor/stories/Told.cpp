@@ -11,6 +11,11 @@ constexpr Meaning endedInTheMiddle = {
     "An exception that nothing caught ended it, or it was killed; its next start shows where its end should stand.",
     "Look in the event log for a crash of VelmoNotificationClient.exe (simulator: sim events) at that time."};
 
+constexpr Meaning exitedInTheMiddle = {
+    "The app exited in the middle.",
+    "The helper told it to exit, or a user or a link started it: then it ends within 3 s, whatever it does.",
+    "Let the helper ask again, and start the suite by its own icon."};
+
 constexpr Meaning fellSilent = {
     "The process fell silent while another one went on writing.",
     "It waited more than two seconds for the log's mutex, which another process held, and writes nothing until it ends.",
@@ -25,6 +30,7 @@ Result ResultOf(Told const& told)
     case Ending::Ended:
         return told.end->result;
     case Ending::Overdue:
+    case Ending::Exited:
     case Ending::ProcessEnded:
     case Ending::FellSilent:
         return Result::Failed;
@@ -44,6 +50,8 @@ Meaning MeaningOf(Told const& told)
         return told.end->meaning;
     case Ending::Overdue:
         return told.story->absent;
+    case Ending::Exited:
+        return exitedInTheMiddle;
     case Ending::ProcessEnded:
         return endedInTheMiddle;
     case Ending::FellSilent:

@@ -12,6 +12,7 @@ enum class Ending
 {
     Ended,        // with one of its ends
     Overdue,      // its process went on without it
+    Exited,       // its process exited by itself before it
     ProcessEnded, // its process ended before it
     FellSilent,   // its process wrote nothing more while another one did
     LogEnds,      // before its time is over
@@ -25,8 +26,9 @@ struct Told
     Ending ending{};
     StoryEnd const* end = nullptr; // Ended only
     LogPlace begin{};
-    std::optional<LogPlace> last{}; // Ended: the line that ended it. ProcessEnded and FellSilent: the banner of the
-                                    // next process, if there is one. Unlimited: the last line of its process
+    std::optional<LogPlace>
+        last{}; // Ended: the line that ended it. ProcessEnded and FellSilent: the banner of the
+                // next process, if there is one. Exited: the line before that. Unlimited: the last line of its process
 };
 
 using TakeTold = std::function<void(Told const&)>;

@@ -15,28 +15,50 @@ using enum Line;
 
 void RegistrationWatch::Add(LogPlace const& place, TakeRemark const& take)
 {
-    auto const note = [&](std::optional<LogPlace>& registered, Remark const& twice) {
-        if (registered)
+    auto const note = [&](Task& task) {
+        if (task.registered)
         {
-            take(twice, *registered, place);
+            task.twice = {*task.registered, place};
         }
-        registered = place;
+        task.registered = place;
+    };
+    auto const end = [&](Task& task, Remark const& wasTwice) {
+        if (task.twice)
+        {
+            take(wasTwice, task.twice->first, task.twice->second);
+        }
+        task = {};
     };
     switch (place.line)
     {
-    case Started:   // the package may have been installed again meanwhile
+    case Started: // the package may have been installed again meanwhile
+        m_push.registered.reset();
+        m_timer.registered.reset();
+        break;
     case TaskFound: // which of the two is not said
-        m_push.reset();
-        m_timer.reset();
+        end(m_push, pushTaskWasTwice);
+        end(m_timer, timerTaskWasTwice);
         break;
     case PushTaskRegistered:
-        note(m_push, pushTaskTwice);
+        note(m_push);
         break;
     case TimerTaskRegistered:
-        note(m_timer, timerTaskTwice);
+        note(m_timer);
         break;
     default:
         break;
+    }
+}
+
+void RegistrationWatch::End(TakeRemark const& take)
+{
+    if (m_push.twice)
+    {
+        take(pushTaskTwice, m_push.twice->first, m_push.twice->second);
+    }
+    if (m_timer.twice)
+    {
+        take(timerTaskTwice, m_timer.twice->first, m_timer.twice->second);
     }
 }
 
@@ -48,8 +70,9 @@ void TimerWatch::Add(LogPlace const& place, TakeRemark const& take)
     }
     if (m_late && place.time - m_late->time > mostLate)
     {
-        End(take);
+        Tell(take);
     }
+    m_last = place;
     switch (place.line)
     {
     case TimerTaskRegistered:
@@ -67,14 +90,23 @@ void TimerWatch::Add(LogPlace const& place, TakeRemark const& take)
     }
 }
 
-void TimerWatch::End(TakeRemark const& take)
+void TimerWatch::Tell(TakeRemark const& take)
 {
-    if (m_late)
-    {
-        take(noTimer, *m_armed, *m_late);
-    }
+    take(noTimer, *m_armed, *m_late);
     m_armed.reset(); // one remark for one absence
     m_late.reset();
+}
+
+void TimerWatch::End(std::optional<LogTime> asOf, TakeRemark const& take)
+{
+    if (m_late && asOf && *asOf - m_late->time > mostLate)
+    {
+        Tell(take);
+    }
+    else if (m_armed && !m_late && asOf && *asOf - m_armed->time > mostWait)
+    {
+        take(noLine, *m_armed, m_last);
+    }
 }
 
 void PushWatch::Add(LogPlace const& place, std::string_view message)
@@ -107,6 +139,12 @@ void PushWatch::End(TakeRemark const& take)
 void ClosingWatch::Add(LogPlace const& place, TakeRemark const& take)
 {
     constexpr std::size_t most = 16;
+    auto const answer = [&](Line request) {
+        if (auto const found = std::ranges::find(m_waiting, request, &LogPlace::line); found != m_waiting.end())
+        {
+            m_waiting.erase(found);
+        }
+    };
     switch (place.line)
     {
     case Started:
@@ -120,18 +158,17 @@ void ClosingWatch::Add(LogPlace const& place, TakeRemark const& take)
     // Behind these the reply is on its way, and a helper that has it may close at once.
     case UriFound:
     case UriNotFound:
-    case UriNotWritten:
     case ChannelThrew:
     case ChannelRefusedSent:
     case ChannelRefusedNotSent:
+        answer(ChannelRequested);
+        break;
     case RegistrationSignalled:
     case RegistrationTimedOut:
-        if (!m_waiting.empty())
-        {
-            m_waiting.erase(m_waiting.begin());
-        }
+        answer(RegistrationRequested);
         break;
     case ServiceClosed:
+    case ServiceCancelled:
         for (auto const& request : m_waiting)
         {
             take(closedInRequest, request, place);
@@ -175,8 +212,9 @@ void ClockWatch::Add(LogPlace const& place, TakeRemark const& take)
 std::optional<LogTime> TimeOfCopy(std::filesystem::path const& file)
 {
     using namespace std::chrono;
+    auto const wide = file.filename();
     std::string name;
-    for (auto const each : file.filename().native())
+    for (auto const each : wide.native())
     {
         auto const unit = static_cast<std::make_unsigned_t<std::filesystem::path::value_type>>(each);
         name.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
@@ -186,7 +224,8 @@ std::optional<LogTime> TimeOfCopy(std::filesystem::path const& file)
     auto const read = std::sscanf(name.c_str(), "KZEB %4d-%2d-%2d %2d-%2d-%2d.log%n", &at[0], &at[1], &at[2], &at[3],
                                   &at[4], &at[5], &used);
     auto const date = year(at[0]) / at[1] / at[2];
-    if (read != 6 || static_cast<std::size_t>(used) != name.size() || !date.ok())
+    if (read != 6 || static_cast<std::size_t>(used) != name.size() || !date.ok() || at[3] > 23 || at[4] > 59 ||
+        at[5] > 59)
     {
         return std::nullopt;
     }
@@ -195,35 +234,43 @@ std::optional<LogTime> TimeOfCopy(std::filesystem::path const& file)
 
 void CopyWatch::Begin(std::filesystem::path const& file)
 {
-    m_copied = TimeOfCopy(m_file);
-    m_file = file;
+    if (m_own)
+    {
+        m_copied.push_back(*m_own);
+    }
+    m_own = TimeOfCopy(file);
     m_isFirstLine = true;
+}
+
+// A copy is named for the second before the next file's first line.
+bool CopyWatch::HasCopyOf(LogTime time) const
+{
+    constexpr std::chrono::minutes mostApart{1};
+    return std::ranges::any_of(m_copied, [&](LogTime copied) { return abs(time - copied) < mostApart; });
 }
 
 void CopyWatch::Add(LogPlace const& place, TakeRemark const& take)
 {
-    constexpr std::chrono::minutes mostApart{1};
     if (m_isFirstLine)
     {
         auto const isRotated = place.line == HeaderEdge;
-        if (!m_last)
+        auto const hasCopy = HasCopyOf(place.time);
+        auto const last = m_last.value_or(place);
+        if (isRotated && m_last)
         {
-            if (place.line != Started)
-            {
-                take(beginningMissing, place, place);
-            }
+            take(rotated, last, place);
         }
-        else if (isRotated)
+        if (!isRotated && hasCopy)
         {
-            take(rotated, *m_last, place);
-            if (m_copied && place.time - *m_copied > mostApart)
-            {
-                take(copyMissing, *m_last, place);
-            }
+            take(setAside, last, place);
         }
-        else if (m_copied)
+        else if (!m_last && place.line != Started)
         {
-            take(setAside, *m_last, place);
+            take(beginningMissing, place, place);
+        }
+        else if (isRotated && !hasCopy && !m_copied.empty())
+        {
+            take(copyMissing, last, place);
         }
     }
     m_isFirstLine = false;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace doctor
@@ -13,15 +14,22 @@ namespace doctor
 
 // Each watch is told all lines of a log, one after the other, and remarks on one thing.
 
-// Two registrations of one task without a removal between them.
+// Two registrations of one task without a removal between them. That lasts until a removal, whatever works meanwhile.
 class RegistrationWatch
 {
   public:
     void Add(LogPlace const& place, TakeRemark const& take);
+    void End(TakeRemark const& take);
 
   private:
-    std::optional<LogPlace> m_push;
-    std::optional<LogPlace> m_timer;
+    struct Task
+    {
+        std::optional<LogPlace> registered{};
+        std::optional<std::pair<LogPlace, LogPlace>> twice{};
+    };
+
+    Task m_push;
+    Task m_timer;
 };
 
 // More than a day, with an hour of tolerance, since the timer was registered or came last. A machine that was off gets
@@ -33,11 +41,16 @@ class TimerWatch
     static constexpr std::chrono::minutes mostLate{15};
 
     void Add(LogPlace const& place, TakeRemark const& take);
-    void End(TakeRemark const& take);
+
+    // `asOf` as for StoryTracker::End.
+    void End(std::optional<LogTime> asOf, TakeRemark const& take);
 
   private:
+    void Tell(TakeRemark const& take);
+
     std::optional<LogPlace> m_armed;
     std::optional<LogPlace> m_late; // the first line after the wait
+    LogPlace m_last;
 };
 
 // A day without a push behind another channel URI, where pushes had come before.
@@ -95,8 +108,10 @@ class CopyWatch
     void Add(LogPlace const& place, TakeRemark const& take);
 
   private:
-    std::optional<LogTime> m_copied; // when the file before was made a copy, by its name
-    std::filesystem::path m_file;
+    bool HasCopyOf(LogTime time) const;
+
+    std::vector<LogTime> m_copied; // when the files before were made copies, by their names
+    std::optional<LogTime> m_own;  // the same of this one
     std::optional<LogPlace> m_last;
     bool m_isFirstLine = true;
 };

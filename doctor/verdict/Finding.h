@@ -30,6 +30,8 @@ struct Finding
     std::uint64_t count = 1;
     std::optional<Evidence> first; // nothing: it was looked at on the machine, not read in a log
     std::optional<Evidence> last;  // of several
+    LogTime latest{};              // when it began the last time it happened
+    bool lasts = false;            // to the end of what was looked at, whatever else works
 };
 
 } // namespace doctor

@@ -3,6 +3,9 @@
 #include "doctor/log/LogTime.h"
 
 #include <algorithm>
+#include <string_view>
+#include <tuple>
+#include <utility>
 
 namespace doctor
 {
@@ -28,13 +31,14 @@ Result ResultOf(StageReport const& stage)
     return Has(stage, Result::CannotBeTold) ? Result::CannotBeTold : Result::NotSeen;
 }
 
+// One that lasts stands for those that do not. A step begins behind what it is part of, and says more.
 Finding const* LastFailure(StageReport const& stage)
 {
+    auto const order = [](Finding const& finding) { return std::pair(finding.lasts, finding.latest); };
     Finding const* last = nullptr;
     for (auto const& finding : stage.findings)
     {
-        auto const isLater = !last || (finding.last && last->last && finding.last->time > last->last->time);
-        if (finding.result == Result::Failed && isLater)
+        if (finding.result == Result::Failed && (!last || order(finding) > order(*last)))
         {
             last = &finding;
         }
@@ -42,11 +46,23 @@ Finding const* LastFailure(StageReport const& stage)
     return last;
 }
 
-// It has worked since its last failure.
+// It has worked since all of its failures.
 bool IsMended(StageReport const& stage)
 {
-    auto const* const failure = LastFailure(stage);
-    return failure && failure->last && stage.lastWorked && stage.lastWorked->time > failure->last->time;
+    return stage.lastWorked && std::ranges::all_of(stage.findings, [&](Finding const& finding) {
+               auto const isBefore = finding.last && finding.last->time < stage.lastWorked->time;
+               return finding.result != Result::Failed || (isBefore && !finding.lasts);
+           });
+}
+
+// Failures first, each in the order of its first line.
+void Sort(std::vector<Finding>& findings)
+{
+    std::ranges::sort(findings, {}, [](Finding const& finding) {
+        auto const isIn = finding.first.has_value();
+        return std::tuple(finding.result != Result::Failed, isIn ? finding.first->time : LogTime::min(),
+                          isIn ? finding.first->line : 0, std::string_view(finding.what));
+    });
 }
 
 std::string Times(std::uint64_t count)
@@ -61,7 +77,7 @@ std::string SummaryOf(StageReport const& stage)
     if (finding.first)
     {
         text += " It happened " + Times(finding.count) + ", " + (finding.count == 1 ? "at " : "last at ") +
-                TimeText(finding.last->time) + ".";
+                TimeText(finding.latest) + ".";
     }
     return IsMended(stage) ? text + " It has worked since." : text;
 }
@@ -75,7 +91,8 @@ std::string SummaryWithoutFailure(Report const& report)
     case Result::CannotBeTold:
         return "Nothing failed up to the log's end, where something is under way.";
     default:
-        return "There is no line of the app.";
+        return std::ranges::any_of(report.files, &FileReport::lines) ? "The app's lines tell of no stage."
+                                                                     : "There is no line of the app.";
     }
 }
 
@@ -106,6 +123,7 @@ void Conclude(Report& report)
 {
     for (auto& stage : report.stages)
     {
+        Sort(stage.findings);
         stage.result = ResultOf(stage);
     }
     auto const hasFailed = [](StageReport const& stage) { return stage.result == Result::Failed; };

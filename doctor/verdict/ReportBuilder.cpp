@@ -114,7 +114,8 @@ void ReportBuilder::Watch(LogPlace const& place, std::string_view message)
 Report ReportBuilder::End(std::optional<LogTime> asOf)
 {
     m_tracker.End(asOf);
-    m_timer.End(m_takeRemark);
+    m_registrations.End(m_takeRemark);
+    m_timer.End(asOf, m_takeRemark);
     m_pushes.End(m_takeRemark);
     for (auto& stage : m_report.stages)
     {
@@ -145,7 +146,7 @@ void ReportBuilder::Take(Told const& told)
         auto const what = WhatOf(told);
         auto const first = EvidenceAt(told.begin);
         Note(stage.findings, {told.story->stage, result, what, std::string(meaning.cause), std::string(meaning.advice),
-                              1, first, told.last ? EvidenceAt(*told.last) : first});
+                              1, first, told.last ? EvidenceAt(*told.last) : first, told.begin.time});
     }
     if (m_alsoTold)
     {
@@ -159,7 +160,7 @@ void ReportBuilder::Take(Remark const& remark, LogPlace const& first, LogPlace c
     auto& findings = remark.failed ? m_report.stages[static_cast<std::size_t>(stage)].findings : m_report.remarks;
     Note(findings, {stage, remark.failed ? Result::Failed : Result::NotSeen, std::string(remark.meaning.what),
                     std::string(remark.meaning.cause), std::string(remark.meaning.advice), 1, EvidenceAt(first),
-                    EvidenceAt(last)});
+                    EvidenceAt(last), first.time, remark.lasts});
     if (m_alsoRemark)
     {
         m_alsoRemark(remark, first, last);
@@ -177,6 +178,7 @@ void ReportBuilder::Note(std::vector<Finding>& findings, Finding finding)
     }
     ++same->count;
     same->last = std::move(finding.last);
+    same->latest = finding.latest;
 }
 
 Evidence ReportBuilder::EvidenceAt(LogPlace const& place) const

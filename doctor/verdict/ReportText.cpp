@@ -2,6 +2,7 @@
 
 #include "doctor/base/SystemText.h"
 #include "doctor/log/LogTime.h"
+#include "doctor/log/Utf8.h"
 
 #include <algorithm>
 
@@ -48,10 +49,13 @@ class Writer
   public:
     explicit Writer(bool isColoured) : m_isColoured(isColoured) {}
 
-    void Line(std::string_view text)
+    void Line(std::string_view text, std::string_view colour = "", std::string_view coloured = "")
     {
-        m_text += m_text.empty() ? "" : "\n";
-        m_text += text;
+        m_text += m_isBegun ? "\n" : "";
+        m_isBegun = true;
+        auto const hasColour = m_isColoured && !coloured.empty();
+        m_text += hasColour ? std::string(colour) + std::string(coloured) + "\x1b[0m" : std::string(coloured);
+        m_text += WithoutControls(text);
     }
 
     void Stage(StageReport const& stage);
@@ -61,17 +65,13 @@ class Writer
 
   private:
     std::string m_text;
+    bool m_isBegun = false;
     bool m_isColoured;
 };
 
 void Writer::Stage(StageReport const& stage)
 {
-    auto result = Padded(ResultName(stage.result), resultWidth);
-    if (m_isColoured)
-    {
-        result = std::string(ColourOf(stage.result)) + result + "\x1b[0m";
-    }
-    auto text = result + Padded(StageName(stage.stage), stageWidth);
+    auto text = Padded(StageName(stage.stage), stageWidth);
     if (stage.worked > 0)
     {
         text += "worked " + std::to_string(stage.worked) + (stage.worked == 1 ? " time" : " times");
@@ -82,7 +82,7 @@ void Writer::Stage(StageReport const& stage)
                 ":" + std::to_string(stage.lastWorked->line) + ")";
     }
     text.erase(text.find_last_not_of(' ') + 1);
-    Line(text);
+    Line(text, ColourOf(stage.result), Padded(ResultName(stage.result), resultWidth));
     for (auto const& finding : stage.findings)
     {
         Finding(finding, resultWidth);

@@ -74,6 +74,7 @@ TEST(LineFormat, ShowsWholeChannelUrisOnRequest)
 TEST(LineFormat, ShowsNoControlCharacters)
 {
     EXPECT_EQ(Formatted({{.text = "a\x1b[2Jb\x7F\tc\r"}, {}}), "a\uFFFD[2Jb\uFFFD\tc\uFFFD");
+    EXPECT_EQ(Formatted({{.text = "\u0080\u009B2J\u00A0\u00E9\xC2"}, {}}), "\uFFFD\uFFFD2J\u00A0\u00E9\xC2");
     EXPECT_EQ(Formatted(Line("\x1b[0m")).find('\x1b'), std::string::npos);
 }
 
