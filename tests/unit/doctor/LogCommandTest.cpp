@@ -27,9 +27,11 @@ class LogCommand : public testing::Test
         m_errors.clear();
         words.insert(words.begin(), "log");
         return doctor::RunCommandLine(std::move(words),
-                                      {[&](std::string_view line) { m_text += line; },
-                                       [&](std::string_view line) { m_errors.emplace_back(line); },
-                                       [] { throw doctor::Error("paused"); }, [&] { return m_now; }, m_ownLog});
+                                      {.write = [&](std::string_view line) { m_text += line; },
+                                       .writeError = [&](std::string_view line) { m_errors.emplace_back(line); },
+                                       .pause = [] { throw doctor::Error("paused"); },
+                                       .now = [&] { return m_now; },
+                                       .ownLog = m_ownLog});
     }
 
     // Lines at 09:00 on 2024-01-05.
