@@ -15,6 +15,9 @@ from msix.problem import PackageError
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "product"
 PROGRAMS = [BUILD / name / f"{name}.exe" for name in ("helper", "doctor")]
+# The licences of the libraries in these.
+_COPYRIGHTS = [pathlib.Path("/usr/share/doc") / name / "copyright" for name in ("libcli11-dev", "nlohmann-json3-dev")]
+NOTICES = [BUILD / "doctor" / "NOTICE.txt", *_COPYRIGHTS]
 
 _TOP = """./dev package [--desktop PATH] [--sign CERT KEY]
        ./dev package --verify FILE [--cert CERT]"""
@@ -41,6 +44,8 @@ def parse_arguments(arguments):
     parser.add_argument("--pdb-folder", default=BUILD / "app", type=pathlib.Path, help="where the .pdb lies")
     parser.add_argument("--programs", nargs="*", default=PROGRAMS, type=pathlib.Path, metavar="PROGRAM",
                         help="those that go beside the package, each with its .pdb")  # fmt: skip
+    parser.add_argument("--notices", nargs="*", default=NOTICES, type=pathlib.Path, metavar="FILE",
+                        help="the licences of libraries in those; together they are NOTICE.txt")  # fmt: skip
     parser.add_argument("--dist", default=ROOT / "dist", type=pathlib.Path, help="where the results go")
     options = parser.parse_args(arguments)
     if options.cert is not None and not options.verify:
@@ -139,7 +144,9 @@ def make(options):
     beside = [file for program in options.programs for file in (program, program.with_suffix(".pdb"))]
     for file in beside:
         contents.write(options.dist / file.name, contents.read(file))
-    for made in (executable, pdb, package, *(options.dist / file.name for file in beside)):
+    notice = options.dist / "NOTICE.txt"
+    contents.write(notice, b"\n\n".join(contents.read(file) for file in options.notices))
+    for made in (executable, pdb, package, *(options.dist / file.name for file in beside), notice):
         _tell(f"{made}  {made.stat().st_size:,} bytes")
     return Outcome.DONE
 

@@ -32,6 +32,7 @@ class Making(unittest.TestCase):
         self.write({f"layout/{path}": data for path, data in support.files().items()})
         self.write({"build/VelmoNotificationClient.pdb": b"symbols"})
         self.write({"tools/doctor.exe": b"a program", "tools/doctor.pdb": b"its symbols"})
+        self.write({"one/copyright": b"one licence", "two/copyright": b"another one\n"})
 
     def write(self, files):
         for path, data in files.items():
@@ -59,7 +60,8 @@ class Making(unittest.TestCase):
 
     def make(self, *arguments, **others):
         places = ("--layout", "layout", "--pdb-folder", "build", "--dist", "dist", "--programs", "tools/doctor.exe")
-        return self.run_command(*places, *arguments, **others)
+        notices = ("--notices", "one/copyright", "two/copyright")
+        return self.run_command(*places, *notices, *arguments, **others)
 
     def made(self, path):
         with zipfile.ZipFile(self.dist / PACKAGE) as archive:
@@ -77,11 +79,19 @@ class Command(Making):
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(
             sorted(file.name for file in self.dist.iterdir()),
-            ["VelmoNotificationClient.exe", "VelmoNotificationClient.pdb", PACKAGE, "doctor.exe", "doctor.pdb"],
+            ["NOTICE.txt", "VelmoNotificationClient.exe", "VelmoNotificationClient.pdb", PACKAGE, "doctor.exe",
+             "doctor.pdb"],
         )
         self.assertEqual((self.dist / "VelmoNotificationClient.exe").read_bytes(), support.app_program())
         self.assertEqual((self.dist / "VelmoNotificationClient.pdb").read_bytes(), b"symbols")
         self.assertEqual(self.made("VelmoNotificationClient.exe"), support.app_program())
+
+    def test_puts_the_licences_of_the_programs_libraries_beside_them(self):
+        self.assertEqual(self.make().returncode, 0)
+        self.assertEqual(b"one licence\n\nanother one\n", (self.dist / "NOTICE.txt").read_bytes())
+        self.write({"one/copyright": b""})
+        (self.folder / "one/copyright").unlink()
+        self.assert_fails(self.make(), "one/copyright")
 
     def test_puts_programs_with_their_debug_information_beside_the_package_and_not_into_it(self):
         done = self.make()
@@ -262,7 +272,7 @@ class Signing(Making):
         unsigned = (self.dist / PACKAGE).read_bytes()
         self.assert_fails(self.make("--sign", "cert.pem", "key.pem"), "it could not be signed")
         self.assertEqual((self.dist / PACKAGE).read_bytes(), unsigned)
-        self.assertEqual(len(list(self.dist.iterdir())), 5)
+        self.assertEqual(len(list(self.dist.iterdir())), 6)
 
 
 class Layout(unittest.TestCase):
