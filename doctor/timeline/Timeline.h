@@ -1,5 +1,6 @@
 #pragma once
 #include "doctor/log/LogLine.h"
+#include "doctor/stories/Stage.h"
 #include "utils/LogLevel.h"
 
 #include <array>
@@ -40,23 +41,9 @@ enum class LaneOutcome
     Open    // its end should be there and is not
 };
 
-enum class StageOutcome
-{
-    Worked,
-    Failed,
-    NotSeen,
-    CannotTell
-};
-
 constexpr std::string_view TextOf(LaneOutcome outcome)
 {
     constexpr std::array texts = {"neutral", "worked", "failed", "open"};
-    return texts.at(static_cast<std::size_t>(outcome));
-}
-
-constexpr std::string_view TextOf(StageOutcome outcome)
-{
-    constexpr std::array texts = {"worked", "failed", "not seen", "cannot be told"};
     return texts.at(static_cast<std::size_t>(outcome));
 }
 
@@ -98,7 +85,7 @@ struct TimelineMark
 struct StageVerdict
 {
     std::string stage{};
-    StageOutcome outcome = StageOutcome::NotSeen;
+    Result result = Result::NotSeen;
     std::string text{};
 };
 

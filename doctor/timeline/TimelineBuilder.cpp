@@ -163,8 +163,7 @@ Timeline TimelineBuilder::End(Report const& report, std::string title)
     m_timeline.summary = report.summary;
     for (auto const& stage : report.stages)
     {
-        m_timeline.verdicts.push_back(
-            {std::string(StageName(stage.stage)), static_cast<StageOutcome>(stage.result), TextOf(stage)});
+        m_timeline.verdicts.push_back({std::string(StageName(stage.stage)), stage.result, TextOf(stage)});
     }
     for (auto& [line, place] : m_lines)
     {

@@ -49,7 +49,7 @@ Json JsonOf(TimelineMark const& mark, std::vector<TimelineLine> const& lines)
 
 Json JsonOf(StageVerdict const& verdict)
 {
-    return {{"stage", verdict.stage}, {"outcome", TextOf(verdict.outcome)}, {"text", verdict.text}};
+    return {{"stage", verdict.stage}, {"outcome", ResultName(verdict.result)}, {"text", verdict.text}};
 }
 
 // JSON as it may stand in a page's script element, which a "<" could end.

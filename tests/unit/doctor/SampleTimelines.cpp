@@ -47,10 +47,10 @@ Timeline test::SmallTimeline()
     auto const begin = SampleBegin();
     Timeline timeline{.title = "KZEB.log <b>bold</b>",
                       .summary = "The channel failed first, at 09:30:12 & only once.",
-                      .verdicts = {{"start-up", StageOutcome::Worked, "both processes started"},
-                                   {"channel", StageOutcome::Failed, std::string(markup)},
-                                   {"push", StageOutcome::NotSeen, "no push arrived"},
-                                   {"exit", StageOutcome::CannotTell, "the log ends before"}},
+                      .verdicts = {{"start-up", Result::Worked, "both processes started"},
+                                   {"channel", Result::Failed, std::string(markup)},
+                                   {"push", Result::NotSeen, "no push arrived"},
+                                   {"exit", Result::CannotBeTold, "the log ends before"}},
                       .files = {"C:\\logs\\KZEB 2024-01-05.log", "C:\\logs\\KZEB.log"}};
     constexpr auto linesOfFirst = 20U;
     for (auto index = 0U; index < 30; ++index)

@@ -52,10 +52,10 @@ TEST(TimelinePage, HoldsWhatIsSaidAtTheTop)
 {
     auto const data = DataOf({.title = "KZEB.log",
                               .summary = "It failed.",
-                              .verdicts = {{"channel", StageOutcome::Failed, "refused"},
-                                           {"push", StageOutcome::NotSeen, ""},
-                                           {"exit", StageOutcome::CannotTell, ""},
-                                           {"start-up", StageOutcome::Worked, ""}},
+                              .verdicts = {{"channel", Result::Failed, "refused"},
+                                           {"push", Result::NotSeen, ""},
+                                           {"exit", Result::CannotBeTold, ""},
+                                           {"start-up", Result::Worked, ""}},
                               .files = {"KZEB.log"}});
     EXPECT_EQ(data["title"], "KZEB.log");
     EXPECT_EQ(data["summary"], "It failed.");
@@ -118,7 +118,7 @@ TEST(TimelinePage, LetsNoTextEndItsScript)
     auto const time = test::SampleBegin();
     Timeline const timeline{.title = markup,
                             .summary = markup,
-                            .verdicts = {{markup, StageOutcome::Failed, markup}},
+                            .verdicts = {{markup, Result::Failed, markup}},
                             .files = {markup},
                             .lines = {{.time = time, .category = markup, .message = markup}},
                             .spans = {{Lane::App, markup, time, {}, LaneOutcome::Open, markup, markup, {}}},
