@@ -94,6 +94,32 @@ TEST_F(LogCommand, WritesJsonAndColours)
     EXPECT_NE(m_text.find("\x1b[31mfailed"), m_text.npos);
 }
 
+TEST_F(LogCommand, DrawsATimelineAndWritesTraceEvents)
+{
+    auto const page = m_folder / L"p\u00E4ge.html";
+    auto const trace = m_folder / L"trace.json";
+    test::WriteBytes(page, std::string(1'000'000, 'x')); // is replaced
+    WriteRefusedLaunch();
+    EXPECT_EQ(Run({m_word, "--html", zant::ToUtf8(page).value(), "--trace", zant::ToUtf8(trace).value()}),
+              ExitCode::StageFailed);
+    EXPECT_TRUE(m_text.starts_with("The first stage that failed: desktop component.")) << m_text;
+    auto const html = test::ReadBytes(page);
+    EXPECT_TRUE(html.starts_with("<!DOCTYPE html>")) << html.substr(0, 40);
+    EXPECT_TRUE(html.ends_with("</html>\n")) << html.substr(html.size() - 40);
+    EXPECT_NE(html.find("launch for a push"), std::string::npos);
+    EXPECT_NE(test::ReadBytes(trace).find("launch for a push"), std::string::npos);
+    EXPECT_EQ(m_errors, std::vector<std::string>{});
+}
+
+TEST_F(LogCommand, SaysThatATimelineCannotBeWritten)
+{
+    Write({Started, ProtocolActivated});
+    EXPECT_EQ(Run({m_word, "--html", zant::ToUtf8(m_folder / L"missing\\page.html").value()}), ExitCode::Failed);
+    EXPECT_EQ(m_text, "");
+    ASSERT_EQ(m_errors.size(), 1u);
+    EXPECT_NE(m_errors[0].find("page.html: "), std::string::npos) << m_errors[0];
+}
+
 TEST_F(LogCommand, SaysOfAFileThatItIsNoLog)
 {
     for (auto const* const bytes : {"", "not a log\n", "\xFF\xFE", "\xFF\xFEx", "\x01\x02\x03"})
