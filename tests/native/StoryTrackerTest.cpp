@@ -101,6 +101,15 @@ TEST_F(StoryTrackerTest, TellsWhatIsOverdueWithTheNextLine)
     EXPECT_EQ(ToldWith(Ending::Overdue), Texts{"launch for a push: 1"});
 }
 
+TEST_F(StoryTrackerTest, TakesTwoLinesThatChangedPlacesForNoChangeOfTheClock)
+{
+    Add(0, 1, LaunchForPush);
+    Add(10, 2, Other);
+    Add(6, 3, Other);
+    Add(29, 2, Other);
+    EXPECT_EQ(ToldWith(Ending::Overdue), Texts());
+}
+
 TEST_F(StoryTrackerTest, TellsWhatAnExitCutShort)
 {
     Add(0, 1, Started);

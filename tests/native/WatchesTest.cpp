@@ -150,7 +150,9 @@ TEST(TimerWatch, WaitsAQuarterOfAnHourAfterTheMachineWasOff)
     auto const failures = [](double asOf) {
         RegisteredLog log;
         log.Write(60 * hour, 1, {Started, ProtocolActivated});
-        return FailuresOf(log.ReportAsOf(asOf)).size();
+        auto const report = log.ReportAsOf(asOf);
+        EXPECT_EQ(RemarksOf(report), Texts());
+        return FailuresOf(report).size();
     };
     EXPECT_EQ(failures(60 * hour + 15 * 60), 0u);
     EXPECT_EQ(failures(60 * hour + 15 * 60 + 1), 1u);
