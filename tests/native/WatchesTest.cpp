@@ -71,7 +71,12 @@ TEST(RegistrationWatch, TellsOfThemAlsoInTheNextProcess)
     WriteOverlapping(log, 1);
     log.Write(hour, 1, {Started});
     WriteWoken(log, hour + 1, PushTask);
-    EXPECT_EQ(FailuresOf(log.FinalReport()).size(), 2u);
+    log.Write(hour + 2, 3, {UriStored, PushTaskRefused});
+    log.Write(hour + 3, 3, {UriStored, PushTaskRegistered, TimerTaskRegistered});
+    auto const report = log.FinalReport();
+    EXPECT_EQ(FailuresOf(report).size(), 3u);
+    EXPECT_NE(report.summary.find(" is registered twice: "), std::string::npos) << report.summary;
+    EXPECT_FALSE(report.summary.ends_with("It has worked since.")) << report.summary;
 }
 
 TEST(RegistrationWatch, OnlyRemarksOnThemWhenTheyWereRemovedLater)
