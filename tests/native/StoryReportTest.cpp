@@ -585,6 +585,17 @@ TEST(StoryReport, OfAStageThatWorkedAndIsUnderWayAgain)
     EXPECT_EQ(report.Verdict(), Result::CannotBeTold);
 }
 
+TEST(StoryReport, TellsFailuresBeforeWhatIsUnderWay)
+{
+    StoryLog log;
+    log.Write(0, 2, {ChannelRequested});
+    log.Write(1, 3, {RemovalRequested, RemovalNotSent});
+    auto const findings = log.ReportAsOf(2).stages[2].findings;
+    ASSERT_EQ(findings.size(), 2u);
+    EXPECT_EQ(findings[0].result, Result::Failed);
+    EXPECT_EQ(findings[1].result, Result::CannotBeTold);
+}
+
 TEST(StoryReport, SaysThatAStageHasWorkedSince)
 {
     StoryLog log;

@@ -101,6 +101,32 @@ TEST_F(StoryTrackerTest, TellsWhatIsOverdueWithTheNextLine)
     EXPECT_EQ(ToldWith(Ending::Overdue), Texts{"launch for a push: 1"});
 }
 
+TEST_F(StoryTrackerTest, TakesTwoLinesThatChangedPlacesForNoChangeOfTheClock)
+{
+    Add(0, 1, LaunchForPush);
+    Add(10, 2, Other);
+    Add(6, 3, Other);
+    Add(29, 2, Other);
+    EXPECT_EQ(ToldWith(Ending::Overdue), Texts());
+}
+
+TEST_F(StoryTrackerTest, WaitsForNothingOfAProcessThatHasASuccessor)
+{
+    Add(0, 1, Started);
+    Add(1, 1, LaunchForPush);
+    Add(2, 9, Started);
+    m_tracker.End(At(3));
+    EXPECT_EQ(ToldWith(Ending::ProcessEnded), (Texts{"launch for a push: 2..3", "start-up: 1..3", "process: 1..3"}));
+}
+
+TEST_F(StoryTrackerTest, WaitsForNothingOfAProcessThatLeftOutACertainLine)
+{
+    Add(0, 1, ServiceActivation);
+    Add(1, 2, LaunchForPush);
+    m_tracker.End(At(15));
+    EXPECT_EQ(ToldWith(Ending::ProcessEnded), (Texts{"launch for a push: 2", "opening of the service: 1"}));
+}
+
 TEST_F(StoryTrackerTest, TellsWhatAnExitCutShort)
 {
     Add(0, 1, Started);

@@ -71,7 +71,12 @@ TEST(RegistrationWatch, TellsOfThemAlsoInTheNextProcess)
     WriteOverlapping(log, 1);
     log.Write(hour, 1, {Started});
     WriteWoken(log, hour + 1, PushTask);
-    EXPECT_EQ(FailuresOf(log.FinalReport()).size(), 2u);
+    log.Write(hour + 2, 3, {UriStored, PushTaskRefused});
+    log.Write(hour + 3, 3, {UriStored, PushTaskRegistered, TimerTaskRegistered});
+    auto const report = log.FinalReport();
+    EXPECT_EQ(FailuresOf(report).size(), 3u);
+    EXPECT_NE(report.summary.find(" is registered twice: "), std::string::npos) << report.summary;
+    EXPECT_FALSE(report.summary.ends_with("It has worked since.")) << report.summary;
 }
 
 TEST(RegistrationWatch, OnlyRemarksOnThemWhenTheyWereRemovedLater)
@@ -150,7 +155,9 @@ TEST(TimerWatch, WaitsAQuarterOfAnHourAfterTheMachineWasOff)
     auto const failures = [](double asOf) {
         RegisteredLog log;
         log.Write(60 * hour, 1, {Started, ProtocolActivated});
-        return FailuresOf(log.ReportAsOf(asOf)).size();
+        auto const report = log.ReportAsOf(asOf);
+        EXPECT_EQ(RemarksOf(report), Texts());
+        return FailuresOf(report).size();
     };
     EXPECT_EQ(failures(60 * hour + 15 * 60), 0u);
     EXPECT_EQ(failures(60 * hour + 15 * 60 + 1), 1u);
