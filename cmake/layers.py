@@ -29,7 +29,8 @@ TABLE = {
     "doctor/log": ["doctor/base", "utils"],
     "doctor/show": ["doctor/base", "doctor/log", "utils"],
     "doctor/stories": ["doctor/log"],
-    "doctor/verdict": ["doctor/base", "doctor/log", "doctor/stories"],
+    "doctor/watches": ["doctor/log", "doctor/stories"],
+    "doctor/verdict": ["doctor/base", "doctor/log", "doctor/stories", "doctor/watches"],
     "doctor/timeline": ["doctor/base", "doctor/log", "doctor/stories", "doctor/verdict", "utils"],
     "doctor/live": [
         "doctor/base", "doctor/log", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection",
@@ -73,14 +74,14 @@ TABLE = {
     "tools": [],
     # What tries them.
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
-    "tests/native": ["doctor/log", "doctor/stories", "doctor/verdict", "logging", "utils"],
+    "tests/native": ["doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "logging", "utils"],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
         "tests/support",
     ],
     "tests/unit/doctor": [
         "console", "doctor", "doctor/base", "doctor/live", "doctor/log", "doctor/show", "doctor/stories",
-        "doctor/timeline", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection", "tests/support",
+        "doctor/timeline", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection", "tests/native", "tests/support",
     ],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],
@@ -105,7 +106,7 @@ TABLE = {
     "tests/page": ["doctor/timeline", "tests/unit/doctor"],
     "tests/package": ["package", "package/msix"],
     "tests/tools": ["cmake"],
-    "fuzz": ["doctor/log", "simulator/protocol", "tests/native"],
+    "fuzz": ["doctor/log", "doctor/verdict", "simulator/protocol", "tests/native"],
     "bench": [
         "app", "service", "logging", "utils", "projection", "simulator/base", "simulator/broker", "simulator/client",
         "simulator/protocol", "simulator/testing",

@@ -2,6 +2,7 @@
 #include "doctor/cli/Commands.h"
 #include "doctor/live/FindingText.h"
 #include "doctor/verdict/LogReport.h"
+#include "doctor/verdict/ReportJson.h"
 #include "doctor/verdict/ReportText.h"
 
 #include <CLI/CLI.hpp>

@@ -5,6 +5,7 @@
 #include "doctor/timeline/TimelinePage.h"
 #include "doctor/timeline/TraceEvents.h"
 #include "doctor/verdict/LogReport.h"
+#include "doctor/verdict/ReportJson.h"
 #include "doctor/verdict/ReportText.h"
 
 #include <memory>

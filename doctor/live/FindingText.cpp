@@ -28,11 +28,11 @@ std::string FindingText(Finding const& finding)
         Column(ResultName(finding.result), resultWidth) + Column(StageName(finding.stage), stageWidth) + finding.what;
     if (!finding.cause.empty())
     {
-        text += indent + "usual cause: " + finding.cause;
+        text += indent + "Usual cause: " + finding.cause;
     }
     if (!finding.advice.empty())
     {
-        text += indent + "what to do:  " + finding.advice;
+        text += indent + "What to do: " + finding.advice;
     }
     return text;
 }

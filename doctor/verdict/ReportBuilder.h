@@ -1,8 +1,14 @@
 #pragma once
 #include "doctor/log/ReadLog.h"
 #include "doctor/stories/StoryTracker.h"
-#include "doctor/stories/Watches.h"
 #include "doctor/verdict/Report.h"
+#include "doctor/watches/ClockWatch.h"
+#include "doctor/watches/ClosingWatch.h"
+#include "doctor/watches/ConnectionWatch.h"
+#include "doctor/watches/CopyWatch.h"
+#include "doctor/watches/PushWatch.h"
+#include "doctor/watches/RegistrationWatch.h"
+#include "doctor/watches/TimerWatch.h"
 
 #include <map>
 #include <utility>

@@ -1,6 +1,7 @@
+#include "doctor/verdict/ReportJson.h"
+
 #include "doctor/base/SystemText.h"
 #include "doctor/log/LogTime.h"
-#include "doctor/verdict/ReportText.h"
 
 #include <nlohmann/json.hpp>
 

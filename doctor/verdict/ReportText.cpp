@@ -103,11 +103,11 @@ void Writer::Finding(doctor::Finding const& finding, std::size_t margin)
     }
     if (!finding.cause.empty())
     {
-        Line(indent + "  Usually: " + finding.cause);
+        Line(indent + "  Usual cause: " + finding.cause);
     }
     if (!finding.advice.empty())
     {
-        Line(indent + "  Next: " + finding.advice);
+        Line(indent + "  What to do: " + finding.advice);
     }
 }
 

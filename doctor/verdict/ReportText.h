@@ -10,7 +10,4 @@ namespace doctor
 // separated by line feeds, with none at the end. In colours for a terminal.
 std::string ReportText(Report const& report, bool isColoured);
 
-// The same as a JSON object on one line.
-std::string ReportJson(Report const& report);
-
 } // namespace doctor

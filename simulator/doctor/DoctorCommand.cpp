@@ -3,6 +3,7 @@
 #include "console/Console.h"
 #include "doctor/cli/LocalNow.h"
 #include "doctor/live/FindingText.h"
+#include "doctor/verdict/ReportJson.h"
 #include "doctor/verdict/ReportText.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"

@@ -15,13 +15,13 @@
 using doctor::Line;
 using doctor::LineOf;
 using doctor::MessageOf;
-using Texts = std::set<std::string>;
+using TextSet = std::set<std::string>;
 
 namespace
 {
 
 // Literals of app/ and service/ that no log site writes.
-Texts const names = {
+TextSet const names = {
     "",
     "ZEB",
     "ZEBMain",
@@ -84,9 +84,9 @@ std::string BeforeConversion(std::string const& format)
     return format.substr(0, format.find('%'));
 }
 
-Texts TextsIn(std::string const& code)
+TextSet TextsIn(std::string const& code)
 {
-    Texts texts;
+    TextSet texts;
     for (auto const& literal : test::LiteralsIn(code))
     {
         texts.insert(literal.find('%') == literal.npos ? literal : BeforeConversion(literal));
@@ -95,7 +95,7 @@ Texts TextsIn(std::string const& code)
     return texts;
 }
 
-Texts Without(Texts texts, Texts const& others)
+TextSet Without(TextSet texts, TextSet const& others)
 {
     std::erase_if(texts, [&](auto const& text) { return others.contains(text); });
     return texts;
@@ -106,9 +106,9 @@ bool IsFromHeader(Line line)
     return line >= Line::HeaderEdge && line <= Line::SystemVersion;
 }
 
-Texts TextsOf(auto const& isWanted)
+TextSet TextsOf(auto const& isWanted)
 {
-    Texts texts;
+    TextSet texts;
     for (auto const line : test::AllLines())
     {
         if (isWanted(line))
@@ -119,10 +119,10 @@ Texts TextsOf(auto const& isWanted)
     return texts;
 }
 
-Texts Matches(std::string const& code, char const* pattern)
+TextSet Matches(std::string const& code, char const* pattern)
 {
     std::regex const regex(pattern);
-    Texts texts;
+    TextSet texts;
     for (std::sregex_iterator match(code.begin(), code.end(), regex); match != std::sregex_iterator(); ++match)
     {
         texts.merge(TextsIn((*match)[1]));
@@ -132,7 +132,7 @@ Texts Matches(std::string const& code, char const* pattern)
 
 } // namespace
 
-TEST(CppLiterals, AreFoundOutsideComments)
+TEST(LineSourcesLiterals, AreFoundOutsideComments)
 {
     auto const code = test::WithoutComments("f(L\"one\"); // L\"two\"\n/* \"three\" */ g(L'\"', \"a // b\", 60'000, "
                                             "\"q\\\"q\");\nh(L\"long \"\n  L\"text\")");
@@ -143,22 +143,22 @@ TEST(LineSources, HaveEachLineOfTheLogSites)
 {
     auto const isFromSite = [](Line line) { return !IsFromHeader(line) && line != Line::Withheld; };
     auto const texts = TextsIn(CodeOfLogSites());
-    EXPECT_EQ(Without(names, texts), Texts()) << "names that no source has any more";
-    EXPECT_EQ(Without(Without(texts, names), TextsOf(isFromSite)), Texts()) << "texts that the doctor does not know";
-    EXPECT_EQ(Without(TextsOf(isFromSite), texts), Texts()) << "lines of the doctor that no source writes";
+    EXPECT_EQ(Without(names, texts), TextSet()) << "names that no source has any more";
+    EXPECT_EQ(Without(Without(texts, names), TextsOf(isFromSite)), TextSet()) << "texts that the doctor does not know";
+    EXPECT_EQ(Without(TextsOf(isFromSite), texts), TextSet()) << "lines of the doctor that no source writes";
 }
 
 TEST(LineSources, HaveEachLineOfTheHeader)
 {
     auto const texts = TextsIn(CodeOf(sources / "logging" / "BuildLogHeader.cpp"));
-    Texts const others = {"HOV\\Tessaline.exe", "64"};
+    TextSet const others = {"HOV\\Tessaline.exe", "64"};
     EXPECT_EQ(Without(texts, others), TextsOf(IsFromHeader));
 }
 
 TEST(LineSources, HaveTheNoticeOfWithheldLines)
 {
     auto const notices = Matches(CodeOf(sources / "logging" / "Redaction.cpp"), "return (\"[^\"]*\")_utf16");
-    EXPECT_EQ(notices, Texts{std::string(MessageOf(Line::Withheld))});
+    EXPECT_EQ(notices, TextSet{std::string(MessageOf(Line::Withheld))});
 }
 
 TEST(LineSources, HaveNoErrorThatFailsNoStory)
@@ -167,7 +167,7 @@ TEST(LineSources, HaveNoErrorThatFailsNoStory)
     auto errors = Matches(code, R"(\.Error\(\s*(L"[^"]*"))");
     errors.merge(Matches(code, R"(ReplyLines \w+\{\s*\{[^}]*\},\s*\{([^}]*)\})"));
     errors.merge(Matches(code, R"(Register\(task, L"[^"]*",\s*(L"[^"]*"))"));
-    Texts failing = {
+    TextSet failing = {
         std::string(MessageOf(Line::NoUriFound)), // stands behind UriNotFound, which fails the story
     };
     for (auto const& story : doctor::Stories())
@@ -181,5 +181,5 @@ TEST(LineSources, HaveNoErrorThatFailsNoStory)
         }
     }
     EXPECT_EQ(errors.size(), 16u);
-    EXPECT_EQ(Without(errors, failing), Texts());
+    EXPECT_EQ(Without(errors, failing), TextSet());
 }

@@ -37,4 +37,18 @@ std::vector<std::string> TextsOf(doctor::Report const& report)
     return texts;
 }
 
+Texts RemarksOf(doctor::Report const& report)
+{
+    auto texts = TextsOf(report);
+    std::erase_if(texts, [](auto const& text) { return !text.starts_with("remark: "); });
+    return texts;
+}
+
+Texts FailuresOf(doctor::Report const& report)
+{
+    auto texts = TextsOf(report);
+    std::erase_if(texts, [](auto const& text) { return text.find(": failed: ") == text.npos; });
+    return texts;
+}
+
 } // namespace test

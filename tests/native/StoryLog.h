@@ -11,6 +11,12 @@
 namespace test
 {
 
+using Texts = std::vector<std::string>;
+
+// Seconds.
+inline constexpr double hour = 3600;
+inline constexpr double day = 24 * hour;
+
 inline constexpr auto storyBegin = std::chrono::local_days(std::chrono::year(2024) / 1 / 5) + std::chrono::hours(9);
 
 // Times of a log in seconds behind storyBegin.
@@ -141,6 +147,12 @@ inline void WriteWoken(StoryLog& log, double seconds, doctor::Line task, std::ui
 
 // The report as texts: "channel: worked 1", "channel: failed: The ... (2) 5..9", "remark: The ... 1..3". The last two
 // numbers are those of the lines.
-std::vector<std::string> TextsOf(doctor::Report const& report);
+Texts TextsOf(doctor::Report const& report);
+
+// Those of remarks.
+Texts RemarksOf(doctor::Report const& report);
+
+// Those of failures.
+Texts FailuresOf(doctor::Report const& report);
 
 } // namespace test

@@ -6,7 +6,6 @@
 using namespace test;
 using enum doctor::Line;
 using doctor::Result;
-using Texts = std::vector<std::string>;
 
 namespace
 {

@@ -12,15 +12,15 @@ TEST(FindingText, IsALineWithResultStageAndSentence)
               "worked          start-up           It runs.");
     EXPECT_EQ(doctor::FindingText(doctor::CannotBeTold(Stage::ComponentLaunched, "Unknown.", "Look.")),
               "cannot be told  desktop component  Unknown.\n"
-              "                what to do:  Look.");
+              "                What to do: Look.");
 }
 
 TEST(FindingText, HasCauseAndAdvice)
 {
     EXPECT_EQ(doctor::FindingText(doctor::Failed(Stage::Channel, "None.", "No network.", "Connect.")),
               "failed          channel            None.\n"
-              "                usual cause: No network.\n"
-              "                what to do:  Connect.");
+              "                Usual cause: No network.\n"
+              "                What to do: Connect.");
 }
 
 TEST(FindingText, IsAnObjectForMachines)
