@@ -24,15 +24,23 @@ struct LiveWords
     bool hasFullUris = false;
 };
 
-// What the app's log tells. Without a log nothing: a finding says that there is none.
-void WriteLogReport(std::filesystem::path const& log, LiveWords const& words, Surroundings const& surroundings)
+// What the app's log tells; nothing where it cannot be read, of which a finding tells.
+std::optional<Report> ReportOfLog(std::filesystem::path const& log, Surroundings const& surroundings)
 try
 {
-    auto const report = ReportOfLogs({log}, surroundings.now());
-    surroundings.write(words.isJson ? ReportJson(report) : "\nBy the log: " + ReportText(report, false));
+    return ReportOfLogs({log}, surroundings.now());
 }
 catch (Error const&)
 {
+    return std::nullopt;
+}
+
+void WriteLogReport(std::filesystem::path const& log, LiveWords const& words, Surroundings const& surroundings)
+{
+    if (auto const report = ReportOfLog(log, surroundings))
+    {
+        surroundings.write(words.isJson ? ReportJson(*report) : "\nBy the log: " + ReportText(*report, false));
+    }
 }
 
 ExitCode RunLive(LiveWords const& words, Surroundings const& surroundings)
