@@ -65,7 +65,7 @@ bool AppProcess::Awaits(Line line, std::uint32_t thread) const
 
 bool AppProcess::Ends(Open const& open, Line line, std::uint32_t thread) const
 {
-    return EndOf(*open.story, line) && (open.story->scope == Scope::Process || open.thread == thread);
+    return EndOf(*open.story, line) != nullptr && (open.story->scope == Scope::Process || open.thread == thread);
 }
 
 // True when one of them was overdue.

@@ -38,7 +38,7 @@ Finding const* LastFailure(StageReport const& stage)
     Finding const* last = nullptr;
     for (auto const& finding : stage.findings)
     {
-        if (finding.result == Result::Failed && (!last || order(finding) > order(*last)))
+        if (finding.result == Result::Failed && (last == nullptr || order(finding) > order(*last)))
         {
             last = &finding;
         }
@@ -129,8 +129,9 @@ void Conclude(Report& report)
     auto const hasFailed = [](StageReport const& stage) { return stage.result == Result::Failed; };
     auto const isFailing = [&](StageReport const& stage) { return hasFailed(stage) && !IsMended(stage); };
     // What fails still is more urgent than what has worked since.
-    auto const failing = std::ranges::find_if(report.stages, isFailing);
-    auto const failed = failing == report.stages.end() ? std::ranges::find_if(report.stages, hasFailed) : failing;
+    auto const* const failing = std::ranges::find_if(report.stages, isFailing);
+    auto const* const failed =
+        failing == report.stages.end() ? std::ranges::find_if(report.stages, hasFailed) : failing;
     report.summary = failed == report.stages.end() ? SummaryWithoutFailure(report) : SummaryOf(*failed);
 }
 

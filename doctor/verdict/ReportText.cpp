@@ -97,7 +97,8 @@ void Writer::Finding(doctor::Finding const& finding, std::size_t margin)
     {
         Line(indent + "  " + EvidenceText(*finding.first));
     }
-    if (finding.last && (finding.last->line != finding.first->line || finding.last->file != finding.first->file))
+    if (finding.first && finding.last &&
+        (finding.last->line != finding.first->line || finding.last->file != finding.first->file))
     {
         Line(indent + "  " + EvidenceText(*finding.last));
     }
@@ -125,7 +126,7 @@ std::string MachineText(MachineFacts const& machine)
 std::string FileText(FileReport const& file)
 {
     auto text = PathText(file.path) + ": " + std::to_string(file.lines) + " lines";
-    if (file.first)
+    if (file.first && file.last)
     {
         text += ", " + TimeText(*file.first) + " to " + TimeText(*file.last);
     }

@@ -1,7 +1,6 @@
 #include "doctor/watches/CopyWatch.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 #include <type_traits>
 
@@ -10,7 +9,6 @@ namespace doctor
 
 std::optional<LogTime> TimeOfCopy(std::filesystem::path const& file)
 {
-    using namespace std::chrono;
     auto const wide = file.filename();
     std::string name;
     for (auto const each : wide.native())
@@ -18,17 +16,15 @@ std::optional<LogTime> TimeOfCopy(std::filesystem::path const& file)
         auto const unit = static_cast<std::make_unsigned_t<std::filesystem::path::value_type>>(each);
         name.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
     }
-    int at[6] = {};
-    auto used = 0;
-    auto const read = std::sscanf(name.c_str(), "KZEB %4d-%2d-%2d %2d-%2d-%2d.log%n", &at[0], &at[1], &at[2], &at[3],
-                                  &at[4], &at[5], &used);
-    auto const date = year(at[0]) / at[1] / at[2];
-    if (read != 6 || static_cast<std::size_t>(used) != name.size() || !date.ok() || at[3] > 23 || at[4] > 59 ||
-        at[5] > 59)
+    for (auto const* form : {"KZEB YYYY-M-D hh-mm-ss.log", "KZEB YYYY-MM-D hh-mm-ss.log", "KZEB YYYY-M-DD hh-mm-ss.log",
+                             "KZEB YYYY-MM-DD hh-mm-ss.log"})
     {
-        return std::nullopt;
+        if (auto const time = TimeIn(name, form))
+        {
+            return time;
+        }
     }
-    return local_days(date) + hours(at[3]) + minutes(at[4]) + seconds(at[5]);
+    return std::nullopt;
 }
 
 void CopyWatch::Begin(std::filesystem::path const& file)

@@ -34,7 +34,10 @@ void TimerWatch::Add(LogPlace const& place, TakeRemark const& take)
 
 void TimerWatch::Tell(TakeRemark const& take)
 {
-    take(noTimer, *m_armed, *m_late);
+    if (m_armed && m_late)
+    {
+        take(noTimer, *m_armed, *m_late);
+    }
     m_armed.reset(); // one remark for one absence
     m_late.reset();
 }

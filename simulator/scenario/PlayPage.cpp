@@ -76,25 +76,30 @@ std::optional<Event> EndOf(Lasting const& lasting, Event const& begin, std::span
     return std::nullopt;
 }
 
+void AddSpan(doctor::Timeline& timeline, Lasting const& lasting, Event const& begin,
+             std::span<Timeline::Item const> rest)
+{
+    auto const end = EndOf(lasting, begin, rest);
+    auto const isFailure = end && end->kind == lasting.failure;
+    timeline.spans.push_back({.lane = doctor::Lane::Platform,
+                              .name = std::string(lasting.name),
+                              .begin = LogTimeOf(begin.time),
+                              .end = end ? std::optional(LogTimeOf(end->time)) : std::nullopt,
+                              .outcome = isFailure ? doctor::LaneOutcome::Failed : doctor::LaneOutcome::Neutral,
+                              .detail = ToUtf8(begin.Text() + (end ? L" … " + end->Text() : L""))});
+}
+
 void AddSpans(doctor::Timeline& timeline, std::span<Timeline::Item const> items)
 {
     for (std::size_t at = 0; at < items.size(); ++at)
     {
-        auto const event = EventOf(items[at]);
-        auto const* const lasting =
-            event ? std::ranges::find(lastings, event->kind, &Lasting::begin) : std::end(lastings);
-        if (lasting == std::end(lastings))
+        for (auto const& lasting : lastings)
         {
-            continue;
+            if (auto const event = EventOf(items[at]); event && event->kind == lasting.begin)
+            {
+                AddSpan(timeline, lasting, *event, items.subspan(at + 1));
+            }
         }
-        auto const end = EndOf(*lasting, *event, items.subspan(at + 1));
-        auto const isFailure = end && end->kind == lasting->failure;
-        timeline.spans.push_back({.lane = doctor::Lane::Platform,
-                                  .name = std::string(lasting->name),
-                                  .begin = LogTimeOf(event->time),
-                                  .end = end ? std::optional(LogTimeOf(end->time)) : std::nullopt,
-                                  .outcome = isFailure ? doctor::LaneOutcome::Failed : doctor::LaneOutcome::Neutral,
-                                  .detail = ToUtf8(event->Text() + (end ? L" … " + end->Text() : L""))});
     }
 }
 
