@@ -26,9 +26,10 @@ struct Told
     Ending ending{};
     StoryEnd const* end = nullptr; // Ended only
     LogPlace begin{};
-    std::optional<LogPlace>
-        last{}; // Ended: the line that ended it. ProcessEnded and FellSilent: the banner of the
-                // next process, if there is one. Exited: the line before that. Unlimited: the last line of its process
+
+    // Ended: the line that ended it. ProcessEnded and FellSilent: the banner of the next process, if there is one.
+    // Exited: the line before that. Unlimited: the last line of its process.
+    std::optional<LogPlace> last{};
 };
 
 using TakeTold = std::function<void(Told const&)>;

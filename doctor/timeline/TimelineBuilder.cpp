@@ -144,7 +144,7 @@ void TimelineBuilder::Add(Told const& told)
     }
     if (ResultOf(told) == Result::Failed)
     {
-        m_failedAt.insert(KeyOf(told.ending == Ending::Ended ? *told.last : told.begin));
+        m_failedAt.insert(KeyOf(told.ending == Ending::Ended ? told.last.value_or(told.begin) : told.begin));
     }
 }
 

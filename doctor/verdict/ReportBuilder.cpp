@@ -61,7 +61,7 @@ void ReportBuilder::CountFile(Entry const& entry, bool isOwn)
 {
     auto& file = m_report.files.back();
     file.damaged += entry.raw.isDamaged ? 1 : 0;
-    if (!isOwn)
+    if (!isOwn || !entry.line)
     {
         file.others += entry.raw.text.empty() ? 0 : 1;
         return;
@@ -74,21 +74,17 @@ void ReportBuilder::CountFile(Entry const& entry, bool isOwn)
 void ReportBuilder::ReadHeader(LogPlace const& place, std::string_view message)
 {
     auto& machine = m_report.machine;
-    auto const read = [&](std::string& value) { value = message.substr(MessageOf(place.line).size()); };
-    switch (place.line)
+    std::pair<Line, std::string*> const values[] = {{Line::SystemName, &machine.systemName},
+                                                    {Line::SystemVersion, &machine.systemVersion},
+                                                    {Line::SystemBuild, &machine.systemBuild},
+                                                    {Line::SystemLocale, &machine.locale},
+                                                    {Line::SuiteVersion, &machine.suiteVersion}};
+    for (auto const& [line, value] : values)
     {
-    case Line::SystemName:
-        return read(machine.systemName);
-    case Line::SystemVersion:
-        return read(machine.systemVersion);
-    case Line::SystemBuild:
-        return read(machine.systemBuild);
-    case Line::SystemLocale:
-        return read(machine.locale);
-    case Line::SuiteVersion:
-        return read(machine.suiteVersion);
-    default:
-        return;
+        if (place.line == line)
+        {
+            *value = message.substr(MessageOf(line).size());
+        }
     }
 }
 
@@ -138,7 +134,7 @@ void ReportBuilder::Take(Told const& told)
     auto const result = ResultOf(told);
     if (result == Result::Worked)
     {
-        CountWorked(told.story->stage, *told.last);
+        CountWorked(told.story->stage, told.last.value_or(told.begin));
     }
     else if (result != Result::NotSeen)
     {

@@ -59,7 +59,7 @@ Json JsonOf(FileReport const& file)
 {
     Json object = {
         {"path", PathText(file.path)}, {"lines", file.lines}, {"others", file.others}, {"damaged", file.damaged}};
-    if (file.first)
+    if (file.first && file.last)
     {
         object["first"] = TimeText(*file.first);
         object["last"] = TimeText(*file.last);
