@@ -36,7 +36,7 @@ TABLE = {
         "doctor/base", "doctor/log", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection",
     ],
     "doctor/cli": [
-        "doctor/base", "doctor/live/FindingText.h", "doctor/live/LiveOptions.h", "doctor/log", "doctor/show",
+        "doctor/base", "doctor/live/LiveOptions.h", "doctor/log", "doctor/show",
         "doctor/timeline", "doctor/verdict", "utils",
     ],
     "doctor": ["doctor/base", "doctor/cli", "doctor/live", "helper", "utils"],
@@ -56,7 +56,7 @@ TABLE = {
     ],
     "simulator/client": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/doctor": [
-        "console", "doctor/cli/LocalNow.h", "doctor/live/FindingText.h", "doctor/live/MakeFinding.h", "doctor/verdict",
+        "console", "doctor/cli/LocalNow.h", "doctor/live/MakeFinding.h", "doctor/verdict",
         "simulator/base", "simulator/client", "simulator/log", "simulator/platform/Journal.h", "simulator/protocol",
     ],
     "simulator/scenario": [

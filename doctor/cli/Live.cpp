@@ -1,6 +1,6 @@
 #include "doctor/base/Error.h"
 #include "doctor/cli/Commands.h"
-#include "doctor/live/FindingText.h"
+#include "doctor/verdict/FindingText.h"
 #include "doctor/verdict/LogReport.h"
 #include "doctor/verdict/ReportJson.h"
 #include "doctor/verdict/ReportText.h"

@@ -8,8 +8,8 @@ namespace doctor
 {
 
 // Follows the stories of a log from its first line to its last, and tells each one that ends. A log does not say which
-// process wrote a line: it is the one that started last, or an earlier one that knows the thread and waits for the
-// line, or has gone on with the thread so. The memory that it uses does not depend on the length of the log.
+// process wrote a line. The newest did, unless an earlier one knows the thread and waits for the line, or has already
+// written on that thread beside the newest. The memory that it uses does not depend on the length of the log.
 class StoryTracker
 {
   public:

@@ -3,6 +3,7 @@
 #include "doctor/base/SystemText.h"
 #include "doctor/log/LogTime.h"
 #include "doctor/log/Utf8.h"
+#include "doctor/verdict/Columns.h"
 
 #include <algorithm>
 
@@ -11,16 +12,6 @@ namespace doctor
 
 namespace
 {
-
-constexpr std::size_t resultWidth = 16;
-constexpr std::size_t stageWidth = 19;
-
-std::string Padded(std::string_view text, std::size_t width)
-{
-    std::string padded(text);
-    padded.resize(std::max(padded.size(), width), ' ');
-    return padded;
-}
 
 std::string_view ColourOf(Result result)
 {
@@ -71,7 +62,7 @@ class Writer
 
 void Writer::Stage(StageReport const& stage)
 {
-    auto text = Padded(StageName(stage.stage), stageWidth);
+    auto text = Column(StageName(stage.stage), stageWidth);
     if (stage.worked > 0)
     {
         text += "worked " + std::to_string(stage.worked) + (stage.worked == 1 ? " time" : " times");
@@ -82,7 +73,7 @@ void Writer::Stage(StageReport const& stage)
                 ":" + std::to_string(stage.lastWorked->line) + ")";
     }
     text.erase(text.find_last_not_of(' ') + 1);
-    Line(text, ColourOf(stage.result), Padded(ResultName(stage.result), resultWidth));
+    Line(text, ColourOf(stage.result), Column(ResultName(stage.result), resultWidth));
     for (auto const& finding : stage.findings)
     {
         Finding(finding, resultWidth);

@@ -2,7 +2,7 @@
 
 #include "console/Console.h"
 #include "doctor/cli/LocalNow.h"
-#include "doctor/live/FindingText.h"
+#include "doctor/verdict/FindingText.h"
 #include "doctor/verdict/ReportJson.h"
 #include "doctor/verdict/ReportText.h"
 #include "simulator/base/Files.h"

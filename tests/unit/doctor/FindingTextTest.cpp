@@ -1,4 +1,4 @@
-#include "doctor/live/FindingText.h"
+#include "doctor/verdict/FindingText.h"
 
 #include "doctor/live/MakeFinding.h"
 
@@ -21,6 +21,14 @@ TEST(FindingText, HasCauseAndAdvice)
               "failed          channel            None.\n"
               "                Usual cause: No network.\n"
               "                What to do: Connect.");
+}
+
+TEST(FindingText, HasNoControlCharacters)
+{
+    EXPECT_EQ(doctor::FindingText(doctor::Failed(Stage::Channel, "a\x1b[2J", "b\x07", "c\r")),
+              "failed          channel            a\uFFFD[2J\n"
+              "                Usual cause: b\uFFFD\n"
+              "                What to do: c\uFFFD");
 }
 
 TEST(FindingText, IsAnObjectForMachines)

@@ -1,38 +1,25 @@
-#include "doctor/live/FindingText.h"
+#include "doctor/verdict/FindingText.h"
+
+#include "doctor/log/Utf8.h"
+#include "doctor/verdict/Columns.h"
 
 #include <nlohmann/json.hpp>
 
 namespace doctor
 {
 
-namespace
-{
-
-// Columns for the longest names of a result and a stage.
-constexpr std::size_t resultWidth = 16;
-constexpr std::size_t stageWidth = 19;
-
-std::string Column(std::string_view text, std::size_t width)
-{
-    std::string column(text);
-    column.resize(std::max(width, text.size() + 1), ' ');
-    return column;
-}
-
-} // namespace
-
 std::string FindingText(Finding const& finding)
 {
     auto const indent = "\n" + std::string(resultWidth, ' ');
-    auto text =
-        Column(ResultName(finding.result), resultWidth) + Column(StageName(finding.stage), stageWidth) + finding.what;
+    auto text = Column(ResultName(finding.result), resultWidth) + Column(StageName(finding.stage), stageWidth) +
+                WithoutControls(finding.what);
     if (!finding.cause.empty())
     {
-        text += indent + "Usual cause: " + finding.cause;
+        text += indent + "Usual cause: " + WithoutControls(finding.cause);
     }
     if (!finding.advice.empty())
     {
-        text += indent + "What to do: " + finding.advice;
+        text += indent + "What to do: " + WithoutControls(finding.advice);
     }
     return text;
 }

@@ -1,0 +1,22 @@
+# The sources of the doctor that are free of windows.h: built for Linux, they are tested there and fuzzed.
+set(portable_doctor
+    ${PROJECT_SOURCE_DIR}/doctor/log/ChannelUri.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/log/LineReader.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/log/LogLine.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/log/LogTime.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/log/Utf8.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/stories/AppProcess.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/stories/Lines.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/stories/Remarks.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/stories/Stories.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/stories/StoryTracker.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/stories/Told.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/verdict/Report.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/verdict/ReportBuilder.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/watches/ClockWatch.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/watches/ClosingWatch.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/watches/ConnectionWatch.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/watches/CopyWatch.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/watches/PushWatch.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/watches/RegistrationWatch.cpp
+    ${PROJECT_SOURCE_DIR}/doctor/watches/TimerWatch.cpp)
