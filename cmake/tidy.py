@@ -19,6 +19,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 COMMAND = re.compile(r"(?P<options>.*) -o (?P<output>\S+) -c \S+$")
 # The analyzer does not step into the standard library: that takes most of its time, and finds leaks in std::function.
 ANALYZER = [f"--extra-arg={word}" for word in ("-Xclang", "-analyzer-config", "-Xclang", "c++-stdlib-inlining=false")]
+LIBRARY = re.compile(r"^#include <(?!winrt/)(\w+)/", re.MULTILINE)
 SHARED_HEADERS = re.compile(r" -Winvalid-pch| -Xclang -include(-pch)? -Xclang \S+")  # a source names what it uses
 
 
@@ -30,6 +31,14 @@ def options(build):
             top = pathlib.Path(command["output"]).parts[0]
             found[top] = max(found.get(top, ""), SHARED_HEADERS.sub("", command["options"]), key=len)
     return found
+
+
+def by_libraries(sources):
+    """Those that use the same libraries one after the other: a library is more work than all sources together."""
+    def libraries(source):
+        return sorted(set(LIBRARY.findall(pathlib.Path(source).read_text(encoding="utf-8"))))
+
+    return sorted(sources, key=libraries, reverse=True)
 
 
 class Unit:
@@ -62,7 +71,7 @@ def write_units(sources, most_bytes, found_options, folder):
     """Writes the units, the largest first, and their compile_commands.json."""
     folder.mkdir(exist_ok=True)
     by_top = {}
-    for source in sources:
+    for source in by_libraries(sources):
         by_top.setdefault(pathlib.Path(source).parts[0], []).append(unity.read(source))
     units, entries = [], []
     for top, read in by_top.items():

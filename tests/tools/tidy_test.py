@@ -52,6 +52,13 @@ class Tidy(support.ScriptTest):
         code, output = self.tidy({"app/one.cpp": "int one;\n", "app/two.cpp": "int two;\n"}, most_bytes=0)
         self.assertEqual((0, "    clang-tidy: 1 of 2\n    clang-tidy: 2 of 2\n"), (code, output))
 
+    def test_sources_with_the_same_libraries_go_together(self):
+        plain, library = "int plain;\n", "#include <winrt/x.h>\n#include <json/json.h>\nint library;\n"
+        sources = {"app/1.cpp": plain, "app/2.cpp": library, "app/3.cpp": plain, "app/4.cpp": library}
+        self.assertEqual(0, self.tidy(sources, most_bytes=2 * len(library))[0])
+        units = sorted(path.read_text().count("library") for path in (self.build / "tidy").glob("app-*.cpp"))
+        self.assertEqual([0, 2], units)
+
     def test_what_is_found_names_its_own_source_and_line(self):
         code, output = self.tidy({"app/one.cpp": "int one;\n\n", "app/two.cpp": "int two;\nint bad;\n"})
         self.assertEqual(1, code)
