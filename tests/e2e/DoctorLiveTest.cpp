@@ -56,13 +56,14 @@ TEST_F(DoctorLive, FindsThatAllIsWell)
     EXPECT_TRUE(Says("worked", "channel", "The channel arrived in ")) << m_output;
     EXPECT_TRUE(Says("worked", "URI stored", "https://")) << m_output;
     EXPECT_TRUE(Says("cannot be told", "desktop component", "the package's folder is not known")) << m_output;
+    EXPECT_NE(m_output.find("\nBy the log: Nothing failed.\n"), std::string::npos) << m_output;
     EXPECT_EQ(m_output.find("%3d%3d"), std::string::npos) << m_output; // the end of each URI
 }
 
 TEST_F(DoctorLive, FindsThatThePackageIsNotInstalled)
 {
     Run(L"status");
-    Look(1);
+    Look(3);
     EXPECT_TRUE(Says("failed", "package", "not installed for this user")) << m_output;
     EXPECT_TRUE(Says("failed", "service", "AppServiceConnectionStatus.AppNotInstalled, 1")) << m_output;
     EXPECT_TRUE(Says("not seen", "start-up", "There is no folder for the log")) << m_output;
@@ -78,7 +79,7 @@ TEST_F(DoctorLive, FindsThatTheServiceIsRefused)
     text.replace(text.find("com.velmo.notification"), 3, "org");
     sim::WriteBytes(manifest, text);
     Run(L"register " + folder);
-    Look(1);
+    Look(3);
     EXPECT_TRUE(Says("failed", "service", "AppServiceConnectionStatus.AppServiceUnavailable, 3")) << m_output;
 }
 
@@ -86,12 +87,12 @@ TEST_F(DoctorLive, FindsThatTheChannelIsRefused)
 {
     Run(L"register");
     Run(std::wstring(channelCall) + L"now 0x803E0105");
-    Look(1);
+    Look(3);
     EXPECT_TRUE(Says("worked", "service", "opens")) << m_output;
     EXPECT_TRUE(Says("failed", "channel", "without a channel URI")) << m_output;
     Run(L"fault clear");
     Run(std::wstring(channelCall) + L"completion 0x803E0105");
-    Look(1);
+    Look(3);
     EXPECT_TRUE(Says("failed", "channel", "sent no message")) << m_output;
 }
 
@@ -99,7 +100,7 @@ TEST_F(DoctorLive, FindsThatTheChannelNeverArrives)
 {
     Run(L"register");
     Run(std::wstring(channelCall) + L"never");
-    Look(1, L" --timeout 3");
+    Look(3, L" --timeout 3");
     EXPECT_TRUE(Says("failed", "channel", "did not arrive within 3 s")) << m_output;
 }
 
@@ -107,7 +108,7 @@ TEST_F(DoctorLive, FindsThatTheLogCannotBeWritten)
 {
     Run(L"register");
     sim::MakeFolder(m_log); // in the file's place
-    Look(1);
+    Look(3);
     EXPECT_TRUE(Says("failed", "start-up", "The log cannot be written: " + sim::ToUtf8(m_log))) << m_output;
     EXPECT_TRUE(Says("worked", "channel", "arrived")) << m_output;
 }
@@ -118,7 +119,7 @@ TEST_F(DoctorLive, FindsThatTheLogsFolderIsMissing)
     auto const elsewhere = m_folder / L"elsewhere";
     auto const outcome = RunDoctor(L"live --log " + elsewhere + L"\\KZEB.log");
     m_output = sim::ToUtf8(outcome.output);
-    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_EQ(outcome.exitCode, 3u);
     EXPECT_TRUE(Says("failed", "start-up", "There is no folder for the log: " + sim::ToUtf8(elsewhere))) << m_output;
     EXPECT_FALSE(sim::FolderExists(elsewhere));
 }

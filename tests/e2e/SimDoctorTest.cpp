@@ -51,7 +51,8 @@ TEST_F(SimDoctor, FindsNothingWrongAfterAPush)
     {
         EXPECT_NE(said.find(text), std::string::npos) << text << "\nis not in\n" << said;
     }
-    EXPECT_EQ(said.find("failed"), std::string::npos) << said;
+    EXPECT_EQ(said.find("\nfailed "), std::string::npos) << said;
+    EXPECT_NE(said.find("\nBy the log: Nothing failed.\n"), std::string::npos) << said;
 }
 
 TEST_F(SimDoctor, FindsWhatAPushWaitsFor)
