@@ -36,7 +36,7 @@ try
     }
     return run();
 }
-catch (Error const& error)
+catch (std::exception const& error) // Error, and what the system's lack of memory or the library throws
 {
     surroundings.writeError("doctor: " + std::string(error.what()));
     return ExitCode::Failed;

@@ -52,6 +52,14 @@ std::optional<LogTime> AsOf(LogWords const& words, Surroundings const& surroundi
     return given ? given : surroundings.now();
 }
 
+// Nobody wants one of the files that are read to become a page.
+std::string RefusedAsOutput(std::string const& path)
+{
+    return PathsOf({path}).front().extension() == L".log"
+               ? "'" + path + "' is named as a log, which would be overwritten"
+               : std::string();
+}
+
 using WriteTimeline = void (*)(Timeline const& timeline, WritePiece const& write);
 
 void WriteFileOf(Timeline const& timeline, std::string const& path, WriteTimeline writeTimeline)
@@ -103,9 +111,11 @@ void AddLog(CLI::App& app, Surroundings const& surroundings, RunCommand& run)
         ->excludes(asOf);
     log->add_flag("--json", words->isJson, "one object");
     log->add_flag("--colour", words->isColoured, "in colours, for a terminal");
-    log->add_option("--html", words->page, "writes a page with the timeline into that file");
+    log->add_option("--html", words->page, "writes a page with the timeline into that file")
+        ->check(CLI::Validator(RefusedAsOutput, ""));
     log->add_option("--trace", words->trace,
-                    "writes the timeline as trace events into that file, for Perfetto or the browser's tracing page");
+                    "writes the timeline as trace events into that file, for Perfetto or the browser's tracing page")
+        ->check(CLI::Validator(RefusedAsOutput, ""));
     log->add_flag("--full", words->hasFullUris,
                   "the timeline with whole channel URIs: addresses that anyone can push to");
     log->callback([=, &surroundings, &run] { run = [=, &surroundings] { return RunLog(*words, surroundings); }; });

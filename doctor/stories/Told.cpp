@@ -16,6 +16,12 @@ constexpr Meaning exitedInTheMiddle = {
     "The helper told it to exit, or a user or a link started it: then it ends within 3 s, whatever it does.",
     "Let the helper ask again, and start the suite by its own icon."};
 
+constexpr Meaning endedInTheLaunch = {
+    "The process ended in the middle.",
+    "Windows refused the launch at once, which nothing catches, or the process was killed.",
+    "Look whether HOV\\Tessaline.exe is in the package's folder and starts by hand; then look in the event log for a "
+    "crash of VelmoNotificationClient.exe (simulator: sim events) at that time."};
+
 constexpr Meaning fellSilent = {
     "The process fell silent while another one went on writing.",
     "It waited more than two seconds for the log's mutex, which another process held, and writes nothing until it ends.",
@@ -53,7 +59,7 @@ Meaning MeaningOf(Told const& told)
     case Ending::Exited:
         return exitedInTheMiddle;
     case Ending::ProcessEnded:
-        return endedInTheMiddle;
+        return told.story->kind == StoryKind::Launch ? endedInTheLaunch : endedInTheMiddle;
     case Ending::FellSilent:
         return fellSilent;
     case Ending::LogEnds:

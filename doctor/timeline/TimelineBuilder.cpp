@@ -117,6 +117,7 @@ void TimelineBuilder::Add(Entry const& entry, std::optional<LogPlace> const& pla
     line.file = m_timeline.files.size() - 1;
     line.number = entry.raw.number;
     m_lines.push_back({std::move(line), place});
+    ++m_lineCount;
     if (m_lines.size() == 2 * mostLines)
     {
         DropOldLines();
@@ -161,6 +162,11 @@ Timeline TimelineBuilder::End(Report const& report, std::string title)
     DropOldLines();
     m_timeline.title = std::move(title);
     m_timeline.summary = report.summary;
+    if (m_lineCount > m_lines.size())
+    {
+        m_timeline.summary += " The newest " + std::to_string(m_lines.size()) + " of " + std::to_string(m_lineCount) +
+                              " lines are drawn.";
+    }
     for (auto const& stage : report.stages)
     {
         m_timeline.verdicts.push_back({std::string(StageName(stage.stage)), stage.result, TextOf(stage)});

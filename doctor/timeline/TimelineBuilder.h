@@ -18,8 +18,8 @@ namespace doctor
 class TimelineBuilder
 {
   public:
-    // A page with more is of no use to anybody; the newest stay.
-    static constexpr std::size_t mostLines = 10'000;
+    // The newest lines are kept, so that a page stays below 1.5 MB.
+    static constexpr std::size_t mostLines = 7'000;
 
     explicit TimelineBuilder(bool hasFullUris) : m_hasFullUris(hasFullUris) {}
 
@@ -51,6 +51,7 @@ class TimelineBuilder
 
     bool m_hasFullUris;
     Timeline m_timeline;
+    std::size_t m_lineCount = 0; // also of those that were dropped
     std::vector<Line> m_lines;
     std::map<Key, std::size_t> m_indexes;
     std::vector<Told> m_told;

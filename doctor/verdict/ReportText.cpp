@@ -129,7 +129,11 @@ std::string FileText(FileReport const& file)
     {
         text += "; " + std::to_string(file.damaged) + " damaged";
     }
-    return file.lines == 0 ? text + "; this is no log of the app" : text;
+    if (file.lines > 0)
+    {
+        return text;
+    }
+    return text + (file.others == 0 ? "; the file is empty" : "; this is no log of the app");
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "simulator/log/LogVerdict.h"
 
+#include "doctor/base/Error.h"
 #include "doctor/verdict/LogReport.h"
 #include "doctor/verdict/ReportBuilder.h"
+#include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/log/AppLog.h"
@@ -25,6 +27,7 @@ std::wstring WordOf(std::string_view name)
 } // namespace
 
 doctor::Report LogReport(Device const& device, std::optional<doctor::LogTime> asOf)
+try
 {
     std::filesystem::path const log = AppLogOn(device);
     if (!FileExists(log))
@@ -32,6 +35,10 @@ doctor::Report LogReport(Device const& device, std::optional<doctor::LogTime> as
         return doctor::ReportBuilder({}, {}).End(asOf);
     }
     return doctor::ReportOfLogs({log.parent_path()}, asOf);
+}
+catch (doctor::Error const& error)
+{
+    throw Error(FromUtf8(error.what()));
 }
 
 std::wstring VerdictText(doctor::Report const& report)

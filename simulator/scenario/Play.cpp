@@ -11,6 +11,7 @@
 #include "simulator/scenario/Scenario.h"
 
 #include <filesystem>
+#include <optional>
 
 namespace sim
 {
@@ -40,6 +41,7 @@ bool PlayScenario(std::wstring const& path, Device const& device, PlayOptions co
     auto const steps = ReadScenario(path);
     Player player(device, options.colour);
     auto where = path;
+    std::optional<Difference> difference;
     try
     {
         for (auto const& step : steps)
@@ -49,24 +51,24 @@ bool PlayScenario(std::wstring const& path, Device const& device, PlayOptions co
         }
         where = path + L": end";
         player.CheckNothingIsLeft();
-        player.End();
-        WriteVerdict(path, device, player, options);
-        console::WriteLine(L"\n" + player.Summary());
-        return true;
     }
-    catch (Difference const& difference)
+    catch (Difference const& found)
     {
-        player.End();
-        WriteVerdict(path, device, player, options);
-        console::WriteLine(difference.Text(where));
-        console::WriteLine(L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
-        return false;
+        difference = found;
     }
     catch (Error const& error)
     {
         player.End();
         throw Error(where + L": " + error.Message());
     }
+    player.End();
+    console::WriteLine(difference ? difference->Text(where) : L"\n" + player.Summary());
+    if (difference)
+    {
+        console::WriteLine(L"  kept for a look: " + FromUtf8(UnixPath(device.Home())));
+    }
+    WriteVerdict(path, device, player, options);
+    return !difference;
 }
 
 } // namespace sim

@@ -2,9 +2,11 @@
 
 #include "doctor/base/Error.h"
 #include "doctor/base/OutputFile.h"
+#include "doctor/log/ChannelUri.h"
 #include "doctor/timeline/LogTimeline.h"
 #include "doctor/timeline/TimelinePage.h"
 #include "simulator/base/Error.h"
+#include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/log/AppLog.h"
 #include "simulator/protocol/Event.h"
@@ -33,8 +35,14 @@ constexpr Lasting lastings[] = {
     {L"app-service-opened", L"connection", "app service connection", {L"app-service-closed"}, L""},
 };
 
-constexpr std::wstring_view failures[] = {L"app-crashed", L"app-start-failed", L"desktop-failed",
-                                          L"fault",       L"task-overdue",     L"unhandled-exception"};
+constexpr std::wstring_view failures[] = {
+    L"activation-lost", L"app-crashed", L"app-start-failed", L"broker-lost",  L"desktop-not-started", L"device-failed",
+    L"fault",           L"page-failed", L"push-lost",        L"task-overdue", L"unhandled-exception"};
+
+std::string ShownText(std::wstring const& text)
+{
+    return doctor::WithShortUris(ToUtf8(text));
+}
 
 doctor::Lane LaneOf(Timeline::Source source)
 {
@@ -86,7 +94,7 @@ void AddSpan(doctor::Timeline& timeline, Lasting const& lasting, Event const& be
                               .begin = LogTimeOf(begin.time),
                               .end = end ? std::optional(LogTimeOf(end->time)) : std::nullopt,
                               .outcome = isFailure ? doctor::LaneOutcome::Failed : doctor::LaneOutcome::Neutral,
-                              .detail = ToUtf8(begin.Text() + (end ? L" … " + end->Text() : L""))});
+                              .detail = ShownText(begin.Text() + (end ? L" … " + end->Text() : L""))});
 }
 
 void AddSpans(doctor::Timeline& timeline, std::span<Timeline::Item const> items)
@@ -110,14 +118,16 @@ void WritePlayPage(std::wstring const& path, std::wstring const& title, Device c
 try
 {
     std::filesystem::path const log = AppLogOn(device);
-    auto timeline = doctor::TimelineOfLogs({log.parent_path()}, std::nullopt, ToUtf8(title), false).timeline;
+    auto timeline = FileExists(log)
+                        ? doctor::TimelineOfLogs({log.parent_path()}, std::nullopt, ToUtf8(title), false).timeline
+                        : doctor::Timeline{.title = ToUtf8(title), .summary = "The app has written no log."};
     for (auto const& item : items)
     {
         if (item.source != Timeline::Source::Log) // these it has
         {
             timeline.marks.push_back({.lane = LaneOf(item.source),
                                       .time = LogTimeOf(item.time),
-                                      .name = ToUtf8(item.text),
+                                      .name = ShownText(item.text),
                                       .outcome = OutcomeOf(EventOf(item))});
         }
     }

@@ -187,6 +187,37 @@ TEST_F(CommandLine, TellsWhatDiffersFromAScenario)
         << sim::ToUtf8(outcome.output);
 }
 
+TEST_F(CommandLine, TellsAVerdictThatDiffersFromAScenario)
+{
+    auto const scenario = m_folder / L"verdict.scenario";
+    test::WriteBytes(scenario, "register\n"
+                               "expect event package-registered\n"
+                               "expect verdict failed exit\n");
+    auto const outcome = Run(L"play \"" + scenario + L"\"");
+    EXPECT_EQ(outcome.exitCode, 1u);
+    EXPECT_NE(outcome.output.find(scenario + L":3: expect verdict failed exit differs\n"
+                                             L"  expected: the verdict failed exit\n"
+                                             L"  found:    not-seen: There is no line of the app."),
+              std::wstring::npos)
+        << sim::ToUtf8(outcome.output);
+}
+
+TEST_F(CommandLine, DrawsAPlayAlsoWithoutALog)
+{
+    auto const scenario = m_folder / L"register.scenario";
+    auto const page = m_folder / L"page.html";
+    test::WriteBytes(scenario, "register\n"
+                               "expect event package-registered\n");
+    EXPECT_EQ(Run(L"play --html \"" + page + L"\" \"" + scenario + L"\"").exitCode, 0u);
+    auto const drawn = test::ReadBytes(page);
+    EXPECT_NE(drawn.find("The app has written no log."), std::string::npos);
+    EXPECT_NE(drawn.find("package-registered"), std::string::npos);
+    auto const refused = Run(L"play --html \"" + m_folder / L"missing\\page.html" + L"\" \"" + scenario + L"\"");
+    EXPECT_EQ(refused.exitCode, 1u);
+    EXPECT_NE(refused.output.find(L"nothing else happened"), std::wstring::npos) << sim::ToUtf8(refused.output);
+    EXPECT_NE(refused.output.find(L"page.html: "), std::wstring::npos) << sim::ToUtf8(refused.output);
+}
+
 TEST_F(CommandLine, TellsWhatHappenedBeyondAScenario)
 {
     auto const scenario = m_folder / L"short.scenario";

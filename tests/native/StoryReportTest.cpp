@@ -553,6 +553,17 @@ TEST(StoryReport, OfTwoRequestsAtATime)
 
 // Up to when
 
+TEST(StoryReport, SaysWhatEndsTheProcessInALaunch)
+{
+    StoryLog log;
+    log.Write(0, 1, {Started, Launched, LaunchForUser});
+    auto const report = log.FinalReport();
+    auto const& finding = report.stages[static_cast<std::size_t>(doctor::Stage::ComponentLaunched)].findings.at(0);
+    EXPECT_EQ(finding.what, "The process ended in the middle. Under way: launch for the user.");
+    EXPECT_TRUE(finding.cause.starts_with("Windows refused the launch at once")) << finding.cause;
+    EXPECT_TRUE(finding.advice.starts_with("Look whether HOV\\Tessaline.exe")) << finding.advice;
+}
+
 TEST(StoryReport, CannotTellOfWhatHasTimeYet)
 {
     auto const reportAsOf = [](double seconds) {

@@ -46,6 +46,7 @@ class StoryTest(support.ScriptTest):
         story = self.start_story("--html", "story of today.html", cwd=self.clone.parent)
         said = story.stdout.read()
         self.assertEqual(0, story.wait(support.LIMIT), said)
+        self.assertIn("; nothing else happened\n", said)
         verdict = said[said.index("\nNothing failed.\n"):]
         self.assertRegex(verdict, r"\nworked +exit +worked 2 times, last ")
         page = self.clone.parent / "story of today.html"
@@ -54,6 +55,8 @@ class StoryTest(support.ScriptTest):
         self.assertIn("story.scenario", text)
         self.assertIn("task-started instance=2 name=PushNotificationBGTask", text)  # the platform's own
         self.assertIn("wait for the registration", text)
+        self.assertIn("notify.windows.com/?token=", text)
+        self.assertNotRegex(text, r"token=[^\"\u2026]{20}")  # whole, it is an address that anyone can push to
 
     def test_a_page_needs_a_file(self):
         story = self.start_story("--html")

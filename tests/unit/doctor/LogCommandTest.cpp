@@ -111,6 +111,19 @@ TEST_F(LogCommand, DrawsATimelineAndWritesTraceEvents)
     EXPECT_EQ(m_errors, std::vector<std::string>{});
 }
 
+TEST_F(LogCommand, OverwritesNoLog)
+{
+    WriteRefusedLaunch();
+    auto const before = test::ReadBytes(m_path);
+    for (auto const* const option : {"--html", "--trace"})
+    {
+        EXPECT_EQ(Run({m_word, option, m_word}), ExitCode::UsageError);
+        ASSERT_EQ(m_errors.size(), 1u);
+        EXPECT_NE(m_errors[0].find("is named as a log, which would be overwritten"), std::string::npos) << m_errors[0];
+    }
+    EXPECT_EQ(test::ReadBytes(m_path), before);
+}
+
 TEST_F(LogCommand, SaysThatATimelineCannotBeWritten)
 {
     Write({Started, ProtocolActivated});
@@ -127,7 +140,8 @@ TEST_F(LogCommand, SaysOfAFileThatItIsNoLog)
         test::WriteBytes(m_path, bytes);
         EXPECT_EQ(Run({m_word}), ExitCode::CannotBeTold);
         EXPECT_TRUE(m_text.starts_with("There is no line of the app.\n")) << m_text;
-        EXPECT_TRUE(m_text.ends_with("; this is no log of the app")) << m_text;
+        auto const isEmpty = std::string_view(bytes).empty() || bytes == std::string_view("\xFF\xFE");
+        EXPECT_TRUE(m_text.ends_with(isEmpty ? "; the file is empty" : "; this is no log of the app")) << m_text;
     }
 }
 

@@ -181,6 +181,7 @@ TEST_F(LogTimeline, KeepsTheNewestLines)
     auto const timeline = Made();
     ASSERT_EQ(timeline.lines.size(), most);
     EXPECT_EQ(timeline.lines.back().number, 3 * most);
+    EXPECT_TRUE(timeline.summary.ends_with(" The newest 7000 of 21000 lines are drawn.")) << timeline.summary;
     EXPECT_EQ(timeline.marks.size(), most);
     EXPECT_EQ(timeline.spans.size(), most / 2);
     EXPECT_EQ(timeline.spans.front().lines, (std::vector<std::size_t>{0, 1}));

@@ -89,8 +89,10 @@ TEST(ReportText, SaysThatAFileIsNoLogAndThatThereIsNoHeader)
     auto const text = ReportText(log.FinalReport(), false);
     EXPECT_TRUE(text.starts_with("There is no line of the app.\n\nnot seen        package\n")) << text;
     EXPECT_TRUE(text.ends_with("\n\nWindows, locale and suite: no header in the log; the first rotation writes one\n"
-                               "KZEB.log: 0 lines; this is no log of the app"))
+                               "KZEB.log: 0 lines; the file is empty"))
         << text;
+    log.WriteOther("other");
+    EXPECT_TRUE(ReportText(log.FinalReport(), false).ends_with("; 1 not of the app; this is no log of the app"));
 }
 
 TEST(ReportText, HasNoFilesWhereNoneWasRead)
