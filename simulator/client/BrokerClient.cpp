@@ -54,12 +54,11 @@ AnyAnswer BrokerClient::AnswerTo(AnyRequest request)
     {
         KeepEvent(std::move(message));
     }
-    auto& answer = std::get<Answer>(message).content;
-    if (auto const* const refused = std::get_if<Refused>(&answer))
+    if (auto const* const refused = std::get_if<Refused>(&std::get<Answer>(message).content))
     {
         throw Error(refused->reason);
     }
-    return std::move(answer);
+    return std::get<Answer>(std::move(message)).content;
 }
 
 void BrokerClient::Follow()
