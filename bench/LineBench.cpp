@@ -1,8 +1,8 @@
 // What a log line costs, compared with the five system calls that it needs.
 #include "app/AppLog.h"
 #include "app/SetUpLogging.h"
-#include "bench/Harness.h"
 #include "bench/SpdlogPeer.h"
+#include "bench/harness/Bench.h"
 #include "logging/LogTargetDefault.h"
 #include "utils/NamedMutex.h"
 #include "utils/Utf8.h"
@@ -106,43 +106,37 @@ void LogLine(unsigned level, wchar_t const* format, wchar_t const* argument = nu
     AppLog(level, L"ZEB", L"ZEBMain", L"", L"", format, argument);
 }
 
-bool CompareLines(std::wstring const& folder, std::size_t length, double limit)
+// The limits of a fixed text and of a formatted one.
+void CompareLines(bench::Bench& bench, std::wstring const& folder, std::size_t length, double fixed, double formatted)
 {
-    constexpr int linesPerBlock = 50, rounds = 400;
+    constexpr int linesPerBlock = 20;
     std::wstring const message(length, L'x');
     auto const narrow = ToUtf8(message).value();
     Floor const floor(folder, message);
     bench::SpdlogPeer peer(ToUtf8(folder).value() + "peer.log");
-    auto const title = "A line with a message of " + std::to_string(length) + " characters, in blocks of " +
-                       std::to_string(linesPerBlock) + " lines by turns, " + std::to_string(bench::Rounds(rounds)) +
-                       " rounds";
-    return bench::Compare(
-        title.c_str(),
-        {{"floor: the five bare calls", bench::Timed([&] { floor.WriteLine(); })},
-         {"AppLog, a fixed text", bench::Timed([&] { LogLine(30, message.c_str()); }), limit},
-         {"AppLog, formatted by \"%ls\"", bench::Timed([&] { LogLine(30, L"%ls", message.c_str()); })},
-         {"spdlog *", bench::Timed([&] { peer.Log(narrow); })}},
-        linesPerBlock, rounds);
+    bench.Compare(
+        {"A line with a message of " + std::to_string(length) + " characters",
+         {{"floor: the five bare calls", bench::Timed([&] { floor.WriteLine(); })},
+          {"AppLog, a fixed text", bench::Timed([&] { LogLine(30, message.c_str()); }), fixed},
+          {"AppLog, formatted by \"%ls\"", bench::Timed([&] { LogLine(30, L"%ls", message.c_str()); }), formatted},
+          {"spdlog *", bench::Timed([&] { peer.Log(narrow); })}},
+         linesPerBlock});
 }
 
-bool MeasureWhatALineComputes()
+void MeasureWhatALineComputes(bench::Bench& bench)
 {
-    constexpr int linesPerBlock = 1'000, rounds = 200;
+    constexpr int linesPerBlock = 1'000, blocks = 200;
     std::wstring const message(100, L'x');
-    std::printf("\nWithout input and output, median and middle half of %d blocks of %d lines\n", bench::Rounds(rounds),
-                linesPerBlock);
     LeaveInputAndOutputOut();
-    auto const below =
-        bench::Measure({"AppLog below the threshold", bench::Timed([] { LogLine(20, L"%ls", L"not written"); })}, 100,
-                       linesPerBlock, rounds);
-    auto const fixed =
-        bench::Measure({"AppLog, a fixed text of 100", bench::Timed([&] { LogLine(30, message.c_str()); })}, 500,
-                       linesPerBlock, rounds);
-    auto const formatted = bench::Measure(
-        {"AppLog, 100 formatted by \"%ls\"", bench::Timed([&] { LogLine(30, L"%ls", message.c_str()); })}, 500,
-        linesPerBlock, rounds);
+    bench.Show(
+        "A line without input and output",
+        {bench::Nanoseconds("AppLog below the threshold", bench::Timed([] { LogLine(20, L"%ls", L"not written"); }),
+                            100, linesPerBlock, blocks),
+         bench::Nanoseconds("AppLog, a fixed text of 100", bench::Timed([&] { LogLine(30, message.c_str()); }), 500,
+                            linesPerBlock, blocks),
+         bench::Nanoseconds("AppLog, 100 formatted by \"%ls\"",
+                            bench::Timed([&] { LogLine(30, L"%ls", message.c_str()); }), 500, linesPerBlock, blocks)});
     UseTheSystemItself();
-    return below && fixed && formatted;
 }
 
 } // namespace
@@ -163,10 +157,11 @@ int wmain(int count, wchar_t** arguments)
         std::printf("the log cannot be opened\n");
         return 2;
     }
-    auto const shortLines = CompareLines(folder, 100, 1.05);
-    auto const longLines = CompareLines(folder, 4'000, 1.25);
+    bench::Bench bench("line", 2);
+    CompareLines(bench, folder, 100, 1.03, 1.04);
+    CompareLines(bench, folder, 4'000, 1.08, 1.15);
     std::printf(
         "  * takes no lock between processes and writes half the bytes: not the same work, for comparison only\n");
-    auto const computing = MeasureWhatALineComputes();
-    return bench::Conclude("line", shortLines && longLines && computing);
+    MeasureWhatALineComputes(bench);
+    return bench.Conclude();
 }

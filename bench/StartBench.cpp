@@ -1,5 +1,5 @@
-#include "bench/Harness.h"
 #include "bench/StartMeter.h"
+#include "bench/harness/Bench.h"
 
 #include <cwchar>
 #include <string>
@@ -17,10 +17,10 @@ int wmain(int argc, wchar_t** argv)
     bench::StartMeter meter(argv[1]);
     std::wstring const bareApp = argv[2];
     std::wstring const product = argv[3];
-    auto const holds =
-        bench::Compare("process start to first line written",
-                       {{"bare app, one line", [&](int starts) { return meter.Measure(bareApp, starts); }},
-                        {"the product, its banner", [&](int starts) { return meter.Measure(product, starts); }, 1.15}},
-                       1, 150);
-    return bench::Conclude("start", holds);
+    bench::Bench bench("start", 1);
+    bench.Compare({"process start to first line written",
+                   {{"bare app, one line", [&](int starts) { return meter.Measure(bareApp, starts); }},
+                    {"the product, its banner", [&](int starts) { return meter.Measure(product, starts); }, 1.03}},
+                   1});
+    return bench.Conclude();
 }

@@ -12,3 +12,6 @@ function(debian_headers target)
     add_library(${target} INTERFACE)
     target_include_directories(${target} SYSTEM INTERFACE ${links})
 endfunction()
+
+# nlohmann-json: the doctor's answers and the benches'.
+debian_headers(json_headers nlohmann)
