@@ -110,7 +110,8 @@ void Bench::Keep(std::string const& table, std::string const& row, std::string c
 {
     m_over += verdict == Verdict::Over ? 1 : 0;
     m_unknown += verdict == Verdict::CannotTell ? 1 : 0;
-    if (auto const* const path = std::getenv("VELMO_BENCH_JSON"))
+    auto const* const path = std::getenv("VELMO_BENCH_JSON");
+    if (path != nullptr && *path != '\0')
     {
         nlohmann::ordered_json const line{{"bench", m_name},    {"table", table},   {"row", row},
                                           {"unit", unit},       {"low", value.low}, {"median", value.median},

@@ -14,7 +14,8 @@ COMMANDS = ["run", "test", "build", "package", "bench", "fuzz", "check", "covera
 
 WRONG_CALLS = [
     *("nothing", "run it", "test --all", "test A B", "build release", "build product gcc", "bench walk"),
-    *("bench line start", "fuzz long", "fuzz 0", "check --mend", "coverage all", "clean --dry", "package --all", "symbolize main", "help it"),
+    *("bench line start", "bench --json", "bench --against nowhere", "bench --json dev --against dev", "bench --long"),
+    *("fuzz long", "fuzz 0", "check --mend", "coverage all", "clean --dry", "package --all", "symbolize main", "help it"),
 ]
 
 # What stands in for cmake: configures a folder, and builds as the test says in build-step.
