@@ -1,10 +1,10 @@
 // What a log line costs, compared with the five system calls that it needs.
 #include "app/AppLog.h"
 #include "app/SetUpLogging.h"
+#include "bench/BareLine.h"
 #include "bench/SpdlogPeer.h"
 #include "bench/harness/Bench.h"
 #include "logging/LogTargetDefault.h"
-#include "utils/NamedMutex.h"
 #include "utils/Utf8.h"
 
 #include <windows.h>
@@ -72,35 +72,6 @@ void LeaveInputAndOutputOut()
     __wrap___imp_WriteFile = [](HANDLE, void const*, DWORD, DWORD*, OVERLAPPED*) WINAPI -> BOOL { return TRUE; };
 }
 
-// The bare calls that write a line of the same bytes into a file of its own.
-class Floor
-{
-  public:
-    Floor(std::wstring const& folder, std::wstring const& message)
-        : m_line(L"01/05/24 09:30:12:045 | [INFO] |  | ZEB | ZEB | ZEBMain |  | ZEB | " +
-                 std::to_wstring(GetCurrentThreadId()) + L" | " + message),
-          m_file(CreateFileW((folder + L"floor.log").c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                             nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)),
-          m_mutex(CreateMutexW(nullptr, FALSE, L"floor.log"))
-    {
-    }
-
-    void WriteLine() const
-    {
-        DWORD written = 0;
-        WaitForSingleObject(m_mutex.Get(), 2'000);
-        SetFilePointerEx(m_file.Get(), {}, nullptr, FILE_END);
-        WriteFile(m_file.Get(), m_line.data(), static_cast<DWORD>(m_line.size() * sizeof(wchar_t)), &written, nullptr);
-        WriteFile(m_file.Get(), L"\r\n", 4, &written, nullptr);
-        ReleaseMutex(m_mutex.Get());
-    }
-
-  private:
-    std::wstring m_line;
-    UniqueHandle m_file;
-    UniqueHandle m_mutex;
-};
-
 void LogLine(unsigned level, wchar_t const* format, wchar_t const* argument = nullptr)
 {
     AppLog(level, L"ZEB", L"ZEBMain", L"", L"", format, argument);
@@ -112,11 +83,11 @@ void CompareLines(bench::Bench& bench, std::wstring const& folder, std::size_t l
     constexpr int linesPerBlock = 20;
     std::wstring const message(length, L'x');
     auto const narrow = ToUtf8(message).value();
-    Floor const floor(folder, message);
+    bench::BareLine const floor(folder + L"floor.log", message);
     bench::SpdlogPeer peer(ToUtf8(folder).value() + "peer.log");
     bench.Compare(
         {"A line with a message of " + std::to_string(length) + " characters",
-         {{"floor: the five bare calls", bench::Timed([&] { floor.WriteLine(); })},
+         {{"floor: the five bare calls", bench::Timed([&] { floor.Write(); })},
           {"AppLog, a fixed text", bench::Timed([&] { LogLine(30, message.c_str()); }), fixed},
           {"AppLog, formatted by \"%ls\"", bench::Timed([&] { LogLine(30, L"%ls", message.c_str()); }), formatted},
           {"spdlog *", bench::Timed([&] { peer.Log(narrow); })}},

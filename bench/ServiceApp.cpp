@@ -1,5 +1,7 @@
 #include "bench/ServiceApp.h"
 
+#include "bench/BareLine.h"
+
 #include "service/Messages.h"
 #include "service/NotificationAppService.h"
 
@@ -45,10 +47,21 @@ IPropertySet Settings()
     return ApplicationData::Current().LocalSettings().Values();
 }
 
-winrt::fire_and_forget AnswerPlainly(AppServiceConnection connection, AppServiceRequestReceivedEventArgs args)
+void WriteBareLines(int lines)
+{
+    static BareLine const line(_wgetenv(L"TMP") + std::wstring(L"\\bare.log"), std::wstring(100, L'x'));
+    for (int count = 0; count < lines; ++count)
+    {
+        line.Write();
+    }
+}
+
+winrt::fire_and_forget AnswerPlainly(AppServiceConnection connection, AppServiceRequestReceivedEventArgs args,
+                                     int lines)
 {
     constexpr wchar_t key[] = L"CURI";
     auto const deferral = args.GetDeferral();
+    WriteBareLines(lines);
     if (winrt::unbox_value<winrt::hstring>(args.Request().Message().Lookup(Messages::commandKey)) !=
         Messages::getChannelUri)
     {
@@ -84,7 +97,10 @@ void ServiceApp::OnBackgroundActivated(BackgroundActivatedEventArgs const& args)
         Serve(args, AnswerAtOnce);
         break;
     case Plain:
-        Serve(args, AnswerPlainly);
+        Serve(args, [](auto const& connection, auto const& request) { AnswerPlainly(connection, request, 0); });
+        break;
+    case PlainWithLines:
+        Serve(args, [](auto const& connection, auto const& request) { AnswerPlainly(connection, request, lines); });
         break;
     default:
         winrt::make_self<VelmoNotificationClient::NotificationAppService>()->ServiceNewConnection(args);

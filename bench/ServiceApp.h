@@ -5,14 +5,18 @@
 namespace bench
 {
 
-// An app with three services, one for each connection in the order in which they come: two to compare with and the
+// An app with four services, one for each connection in the order in which they come: three to compare with and the
 // product's own. Each answers "GetChannelUri", and nothing else, with the same message.
 struct ServiceApp : winrt::Windows::UI::Xaml::ApplicationT<ServiceApp>
 {
+    // Of the product, from a request to its message.
+    static constexpr int lines = 7;
+
     enum Service
     {
-        Null,  // answers at once
-        Plain, // makes the platform calls that the product makes, in straight code
+        Null,           // answers at once
+        Plain,          // makes the platform calls that the product makes, in straight code
+        PlainWithLines, // writes as many bare lines as the product does until the message is sent, too
         Product
     };
 

@@ -1,9 +1,9 @@
-// What the product's service costs a helper that asks for the channel's URI, against a service that answers at once and
-// against the platform calls that it cannot do without.
+// What the product's service costs a helper that asks for the channel's URI, against a service that answers at once,
+// against the platform calls that it cannot do without, and against these with as many bare lines as it writes.
 #include "app/SetUpLogging.h"
-#include "bench/Harness.h"
 #include "bench/ServiceApp.h"
 #include "bench/ServiceCaller.h"
+#include "bench/harness/Bench.h"
 #include "service/AppLogHook.h"
 #include "service/NotificationAppService.h"
 #include "simulator/testing/LocalDevice.h"
@@ -72,31 +72,26 @@ class Service
 
     sim::LocalDevice m_host;
     std::thread m_main{[] { Application::Start([](auto&&) { winrt::make<bench::ServiceApp>(); }); }};
-    bench::ServiceCaller m_callers[3]; // in the order of the services
+    bench::ServiceCaller m_callers[4]; // in the order of the services
 };
 
-constexpr int tripsPerBlock = 10;
-constexpr int rounds = 100;
-
-bool CompareServices(Service& service, zant::LogFunction log)
+void CompareServices(bench::Bench& bench, Service& service, zant::LogFunction log)
 {
     using enum bench::ServiceApp::Service;
-    auto const product = service.Apart(Product);
-    auto const withLog = service.Apart(Product, log);
-    auto const title = " (request to message), in blocks of " + std::to_string(tripsPerBlock) + " by turns, " +
-                       std::to_string(bench::Rounds(rounds)) + " rounds";
-    bench::Compare(("\"GetChannelUri\"" + title).c_str(),
+    constexpr int tripsPerBlock = 5;
+    bench.Compare({"\"GetChannelUri\", request to message",
                    {{"floor: null service", service.Apart(Null)},
                     {"the same platform calls, plain", service.Apart(Plain)},
-                    {"the product without log lines", product},
-                    {"the product as it is", withLog}},
-                   tripsPerBlock, rounds);
-    return bench::Compare(("\"GetChannelUri\" against its platform calls" + title).c_str(),
-                          {{"the same platform calls, plain", service.Apart(Plain)},
-                           {"the product without log lines", product, 1.15},
-                           {"the product as it is", withLog},
-                           {"the log lines alone *", [&](int times) { return withLog(times) - product(times); }}},
-                          tripsPerBlock, rounds);
+                    {"the product as it is", service.Apart(Product, log)}},
+                   tripsPerBlock});
+    bench.Compare({"\"GetChannelUri\" without lines",
+                   {{"floor: the same platform calls, plain", service.Apart(Plain)},
+                    {"the product without log lines", service.Apart(Product), 1.01}},
+                   tripsPerBlock});
+    bench.Compare({"\"GetChannelUri\" with its lines",
+                   {{"floor: the same, and seven bare lines", service.Apart(PlainWithLines)},
+                    {"the product as it is", service.Apart(Product, log), 1.03}},
+                   tripsPerBlock});
 }
 
 void MeasureInARow(Service& service, zant::LogFunction log)
@@ -128,8 +123,8 @@ int wmain(int count, wchar_t** arguments)
     winrt::init_apartment();
     auto const log = g_appLogHook;
     Service service;
-    auto const holds = CompareServices(service, log);
-    std::printf("  * the difference of two blocks; the seven lines until the message is sent\n");
+    bench::Bench bench("service", 3);
+    CompareServices(bench, service, log);
     MeasureInARow(service, log);
-    return bench::Conclude("service", holds);
+    return bench.Conclude();
 }
