@@ -1,10 +1,12 @@
-// How long a push takes from the push service's word until the app's background task is completed, which it is when the
-// desktop component has been started: real processes on a device of their own.
-#include "bench/Harness.h"
+// How long a push takes from the push service's word until the desktop component has been started, against a bare app
+// that makes the same launch: real processes, each app on a device of its own.
+#include "bench/harness/Bench.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Text.h"
 #include "simulator/broker/WindowsProcessStarter.h"
 #include "simulator/client/BrokerClient.h"
+
+#include <cstdio>
 
 namespace
 {
@@ -31,30 +33,22 @@ void Run(std::wstring const& program, std::wstring const& arguments, std::wstrin
     }
 }
 
+// A device that is on, with an app that pushes are sent to.
 class Pushes
 {
   public:
-    // The device is on.
-    explicit Pushes(sim::Device const& device) : m_broker(sim::BrokerClient::Connect(device)) { m_broker->Follow(); }
+    // home: the device's folder.
+    Pushes(std::wstring const& home, std::wstring const& simulator, std::wstring const& package)
+    {
+        SetEnvironmentVariableW(L"VELMO_SIM_HOME", home.c_str());
+        Run(simulator, L"register \"" + package + L"\"", package);
+        m_broker = sim::BrokerClient::Connect(sim::Device(home));
+        m_broker->Follow();
+    }
 
     ~Pushes() { m_broker->Stop(); }
 
-    // Microseconds until the task is completed.
-    double Push()
-    {
-        auto const start = Clock::now();
-        m_broker->Ask(sim::Push{});
-        WaitFor(L"task-completed");
-        std::chrono::duration<double, std::micro> const taken = Clock::now() - start;
-        return taken.count();
-    }
-
-    double PushToNoProcess()
-    {
-        m_broker->Ask(sim::KillApp{});
-        WaitFor(L"app-crashed"); // as a process that is ended from outside is booked
-        return Push();
-    }
+    void Launch() { m_broker->Ask(sim::LaunchApp{}); }
 
     void WaitFor(std::wstring_view kind)
     {
@@ -70,25 +64,68 @@ class Pushes
         }
     }
 
+    // Microseconds to the desktop component's start. Returns when the task is completed and the component has ended.
+    double Push()
+    {
+        auto const start = Clock::now();
+        m_broker->Ask(sim::Push{});
+        WaitFor(L"desktop-started");
+        std::chrono::duration<double, std::micro> const taken = Clock::now() - start;
+        AwaitTheEndOfAPush();
+        return taken.count();
+    }
+
+    double PushToNoProcess()
+    {
+        m_broker->Ask(sim::KillApp{});
+        WaitFor(L"app-crashed"); // as a process that is ended from outside is booked
+        return Push();
+    }
+
   private:
+    // In either order.
+    void AwaitTheEndOfAPush()
+    {
+        auto completed = false, ended = false;
+        while (!completed || !ended)
+        {
+            WaitForSingleObject(m_broker->Arrived(), INFINITE);
+            while (auto const event = m_broker->NextEvent())
+            {
+                completed |= event->kind == L"task-completed";
+                ended |= event->kind == L"desktop-exited";
+            }
+        }
+    }
+
     std::unique_ptr<sim::BrokerClient> m_broker;
 };
 
-int Repetitions()
+// A block of pushes.
+template <typename Operation>
+bench::Block Averaged(Operation push)
 {
-    return bench::IsShort() ? 2 : 20;
+    return [push](int times) {
+        double total = 0;
+        for (int count = 0; count < times; ++count)
+        {
+            total += push();
+        }
+        return total / times;
+    };
 }
 
-template <typename Operation>
-void Show(char const* name, Operation operation)
+void CompareApps(bench::Bench& bench, Pushes& bare, Pushes& product)
 {
-    std::vector<double> times;
-    for (int repetition = 0; repetition < Repetitions(); ++repetition)
-    {
-        times.push_back(operation());
-    }
-    auto const spread = bench::SpreadOf(times);
-    std::printf("  %-34s %9.0f %9.0f - %-9.0f\n", name, spread.median, spread.low, spread.high);
+    constexpr double limit = 1.05;
+    bench.Compare({"push to the desktop component's start, the app runs",
+                   {{"floor: a bare app", Averaged([&] { return bare.Push(); })},
+                    {"the product", Averaged([&] { return product.Push(); }), limit}},
+                   1});
+    bench.Compare({"push to the desktop component's start, the app does not run",
+                   {{"floor: a bare app", Averaged([&] { return bare.PushToNoProcess(); })},
+                    {"the product", Averaged([&] { return product.PushToNoProcess(); }), limit}},
+                   1});
 }
 
 } // namespace
@@ -96,22 +133,23 @@ void Show(char const* name, Operation operation)
 int wmain(int count, wchar_t** arguments)
 try
 {
-    if (count != 5)
+    if (count != 6)
     {
-        std::printf("activation_bench DEVICE SIM HELPER PACKAGE: DEVICE is a folder that is made\n");
+        std::printf(
+            "activation_bench DEVICE SIM HELPER PACKAGE BARE_PACKAGE: DEVICE begins the names of two folders\n");
         return 2;
     }
-    std::wstring const home = arguments[1], simulator = arguments[2], helper = arguments[3], package = arguments[4];
-    SetEnvironmentVariableW(L"VELMO_SIM_HOME", home.c_str());
-    Run(simulator, L"register \"" + package + L"\"", package);
-    Pushes pushes{sim::Device(home)};
+    std::wstring const home = arguments[1], simulator = arguments[2], helper = arguments[3], package = arguments[4],
+                       barePackage = arguments[5];
+    Pushes bare(home + L"-bare", simulator, barePackage);
+    bare.Launch();
+    bare.WaitFor(L"task-registered");
+    Pushes product(home, simulator, package);
     Run(helper, L"register", package);
-    pushes.WaitFor(L"task-completed"); // the helper's own
-    std::printf("\npush to the task's completion, processes and all, %d times\n  %-34s %9s %21s\n", Repetitions(), "",
-                "median us", "middle half      ");
-    Show("to a running app", [&] { return pushes.Push(); });
-    Show("to an app that does not run", [&] { return pushes.PushToNoProcess(); });
-    return bench::Conclude("activation", true);
+    product.WaitFor(L"task-completed"); // the helper's own
+    bench::Bench bench("activation", 2);
+    CompareApps(bench, bare, product);
+    return bench.Conclude();
 }
 catch (sim::Error const& error)
 {

@@ -1,9 +1,17 @@
 #include <string_view>
 #include <windows.h>
 #include <winrt/Windows.ApplicationModel.Activation.h>
+#include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.ApplicationModel.Core.h>
+#include <winrt/Windows.ApplicationModel.h>
 #include <winrt/Windows.Foundation.h>
+#include <winrt/Windows.Networking.PushNotifications.h>
 #include <winrt/Windows.UI.Xaml.h>
+
+using namespace winrt::Windows::ApplicationModel;
+using namespace winrt::Windows::ApplicationModel::Activation;
+using namespace winrt::Windows::ApplicationModel::Background;
+using namespace winrt::Windows::Networking::PushNotifications;
 
 namespace
 {
@@ -23,14 +31,33 @@ void WriteOneLine()
     CloseHandle(file);
 }
 
-// Launched it waits to be ended, activated by its protocol it ends.
+void RegisterPushTask()
+{
+    BackgroundTaskBuilder const task;
+    task.Name(L"push");
+    task.SetTrigger(PushNotificationTrigger());
+    task.Register();
+}
+
+// Launched it has pushes sent to it and stays, activated by its protocol it ends, and a push makes it start the desktop
+// component.
 struct BareApp : winrt::Windows::UI::Xaml::ApplicationT<BareApp>
 {
     BareApp() { WriteOneLine(); }
 
-    void OnActivated(winrt::Windows::ApplicationModel::Activation::IActivatedEventArgs const&)
+    static void OnLaunched(LaunchActivatedEventArgs const&)
     {
-        winrt::Windows::ApplicationModel::Core::CoreApplication::Exit();
+        PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync().Completed(
+            [](auto&&...) { RegisterPushTask(); });
+    }
+
+    static void OnActivated(IActivatedEventArgs const&) { Core::CoreApplication::Exit(); }
+
+    static void OnBackgroundActivated(BackgroundActivatedEventArgs const& args)
+    {
+        auto const deferral = args.TaskInstance().GetDeferral();
+        FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(L"NotificationReceived")
+            .Completed([deferral](auto&&...) { deferral.Complete(); });
     }
 };
 
