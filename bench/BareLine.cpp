@@ -8,7 +8,7 @@ namespace bench
 BareLine::BareLine(std::wstring const& path, std::wstring const& message)
     : m_line(L"01/05/24 09:30:12:045 | [INFO] |  | ZEB | ZEB | ZEBMain |  | ZEB | " +
              std::to_wstring(GetCurrentThreadId()) + L" | " + message),
-      m_file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS,
+      m_file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
                          FILE_ATTRIBUTE_NORMAL, nullptr)),
       m_mutex(CreateMutexW(nullptr, FALSE, L"floor.log"))
 {

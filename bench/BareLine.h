@@ -10,7 +10,7 @@ namespace bench
 class BareLine
 {
   public:
-    // path: of a file of its own, which is emptied; message: what stands behind the line's fields.
+    // path: of a file that others may share, in the same way; message: what stands behind the line's fields.
     BareLine(std::wstring const& path, std::wstring const& message);
 
     void Write() const;

@@ -19,8 +19,8 @@ constexpr int leastRounds = 40;
 
 void PrintRow(Row const& row)
 {
-    std::printf("  %-38s %10.2f  %7.3f  %7.3f - %-7.3f", row.name.c_str(), row.microseconds, row.ratio.median,
-                row.ratio.low, row.ratio.high);
+    std::printf("  %-38s %10.2f  %7.3f  %7.3f - %-7.3f", row.name.c_str(), row.time, row.ratio.median, row.ratio.low,
+                row.ratio.high);
     if (row.limit != 0)
     {
         std::printf("  at most %.2f: %s", row.limit, TextOf(row.verdict));
@@ -28,14 +28,15 @@ void PrintRow(Row const& row)
     std::printf("\n");
 }
 
-void PrintTable(Table const& table, int operationsPerBlock)
+void PrintTable(Table const& table, Comparison const& comparison)
 {
-    std::printf("\n%s\n  %-38s %10s  %7s  %17s\n", table.title.c_str(), "", "median us", "ratio", "95 % interval ");
+    std::printf("\n%s\n  %-38s %10s  %7s  %17s\n", table.title.c_str(), "", ("median " + comparison.unit).c_str(),
+                "ratio", "95 % interval ");
     for (auto const& row : table.rows)
     {
         PrintRow(row);
     }
-    std::printf("  %zu rounds of a block of %d each, in random order", table.rounds, operationsPerBlock);
+    std::printf("  %zu rounds of a block of %d each, in random order", table.rounds, comparison.operationsPerBlock);
     if (table.leftOut != 0)
     {
         std::printf("; %zu more left out, in which something else had the core", table.leftOut);
@@ -74,7 +75,7 @@ void Bench::Compare(Comparison comparison)
     auto const end = Clock::now() + m_share;
     auto const table =
         bench::Compare(comparison, {IsShort() ? 2 : leastRounds, [end] { return IsShort() || Clock::now() > end; }});
-    PrintTable(table, comparison.operationsPerBlock);
+    PrintTable(table, comparison);
     for (auto const& row : table.rows)
     {
         Keep(table.title, row.name, "ratio", row.ratio, row.limit, row.verdict);

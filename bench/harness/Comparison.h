@@ -19,12 +19,13 @@ struct Comparison
     std::string title;
     std::vector<Contender> contenders; // the floor is the first; it has no limit
     int operationsPerBlock;
+    std::string unit = "us"; // of what a block gives
 };
 
 struct Row
 {
     std::string name;
-    double microseconds; // of one operation, the median
+    double time; // of one operation in the comparison's unit, the median
     Interval ratio;
     double limit; // 0: none
     Verdict verdict;

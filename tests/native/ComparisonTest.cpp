@@ -40,7 +40,7 @@ TEST(ComparisonTest, TheTableHoldsTheFloorTheFloorAgainAndTheContenders)
     EXPECT_EQ(table.SameAgain().ratio.median, 1);
     EXPECT_EQ(table.SameAgain().verdict, Verdict::None);
     EXPECT_EQ(table.rows[2].name, "ours");
-    EXPECT_EQ(table.rows[2].microseconds, 103);
+    EXPECT_EQ(table.rows[2].time, 103);
     EXPECT_EQ(table.rows[2].ratio.median, 1.03);
     EXPECT_EQ(table.rows[2].limit, 1.05);
 }
