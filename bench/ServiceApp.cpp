@@ -27,25 +27,10 @@ namespace
 
 namespace Messages = VelmoNotificationClient::Messages;
 
-void SendAndComplete(AppServiceConnection const& connection, IInspectable const& uri,
-                     AppServiceDeferral const& deferral)
-{
-    ValueSet const reply;
-    reply.Insert(Messages::newMessageKey, winrt::box_value(Messages::updatedChannelUriAvailable));
-    reply.Insert(Messages::newCuriKey, uri);
-    connection.SendMessageAsync(reply).Completed([deferral](auto&&...) { deferral.Complete(); });
-}
+// So many log lines.
+using WriteLines = void (*)(int lines);
 
-void AnswerAtOnce(AppServiceConnection const& connection, AppServiceRequestReceivedEventArgs const& args)
-{
-    SendAndComplete(connection, winrt::box_value(L"https://db3.notify.windows.com/?token=AQ%2bE%2fw%3d"),
-                    args.GetDeferral());
-}
-
-IPropertySet Settings()
-{
-    return ApplicationData::Current().LocalSettings().Values();
-}
+void WriteNone(int) {}
 
 void WriteBareLines(int lines)
 {
@@ -56,24 +41,54 @@ void WriteBareLines(int lines)
     }
 }
 
+void SendAndComplete(AppServiceConnection const& connection, IInspectable const& uri,
+                     AppServiceDeferral const& deferral, WriteLines writeLines)
+{
+    ValueSet const reply;
+    reply.Insert(Messages::newMessageKey, winrt::box_value(Messages::updatedChannelUriAvailable));
+    reply.Insert(Messages::newCuriKey, uri);
+    connection.SendMessageAsync(reply).Completed([deferral, writeLines](auto&&...) {
+        deferral.Complete();
+        writeLines(1);
+    });
+}
+
+void AnswerAtOnce(AppServiceConnection const& connection, AppServiceRequestReceivedEventArgs const& args)
+{
+    SendAndComplete(connection, winrt::box_value(L"https://db3.notify.windows.com/?token=AQ%2bE%2fw%3d"),
+                    args.GetDeferral(), WriteNone);
+}
+
+IPropertySet Settings()
+{
+    return ApplicationData::Current().LocalSettings().Values();
+}
+
+// The product's calls and places of lines, in its order.
 winrt::fire_and_forget AnswerPlainly(AppServiceConnection connection, AppServiceRequestReceivedEventArgs args,
-                                     int lines)
+                                     WriteLines writeLines)
 {
     constexpr wchar_t key[] = L"CURI";
+    writeLines(2);
     auto const deferral = args.GetDeferral();
-    WriteBareLines(lines);
     if (winrt::unbox_value<winrt::hstring>(args.Request().Message().Lookup(Messages::commandKey)) !=
         Messages::getChannelUri)
     {
         co_return;
     }
+    writeLines(1);
     auto const request = PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync();
     auto const channel = co_await winrt::resume_agile(request);
+    writeLines(2);
     auto const values = Settings();
     static_cast<void>(values.Lookup(key));
+    writeLines(1);
     values.Insert(key, winrt::box_value(channel.Uri()));
-    SendAndComplete(connection, Settings().Lookup(key), deferral);
+    auto const uri = Settings().Lookup(key);
+    writeLines(1);
+    SendAndComplete(connection, uri, deferral, writeLines);
     deferral.Complete();
+    writeLines(1);
 }
 
 template <typename Handler>
@@ -97,10 +112,11 @@ void ServiceApp::OnBackgroundActivated(BackgroundActivatedEventArgs const& args)
         Serve(args, AnswerAtOnce);
         break;
     case Plain:
-        Serve(args, [](auto const& connection, auto const& request) { AnswerPlainly(connection, request, 0); });
+        Serve(args, [](auto const& connection, auto const& request) { AnswerPlainly(connection, request, WriteNone); });
         break;
     case PlainWithLines:
-        Serve(args, [](auto const& connection, auto const& request) { AnswerPlainly(connection, request, lines); });
+        Serve(args,
+              [](auto const& connection, auto const& request) { AnswerPlainly(connection, request, WriteBareLines); });
         break;
     default:
         winrt::make_self<VelmoNotificationClient::NotificationAppService>()->ServiceNewConnection(args);

@@ -9,14 +9,11 @@ namespace bench
 // product's own. Each answers "GetChannelUri", and nothing else, with the same message.
 struct ServiceApp : winrt::Windows::UI::Xaml::ApplicationT<ServiceApp>
 {
-    // Of the product, from a request to its message.
-    static constexpr int lines = 7;
-
     enum Service
     {
         Null,           // answers at once
         Plain,          // makes the platform calls that the product makes, in straight code
-        PlainWithLines, // writes as many bare lines as the product does until the message is sent, too
+        PlainWithLines, // writes a bare line wherever the product writes one, too
         Product
     };
 

@@ -89,7 +89,7 @@ void CompareServices(bench::Bench& bench, Service& service, zant::LogFunction lo
                     {"the product without log lines", service.Apart(Product), 1.01}},
                    tripsPerBlock});
     bench.Compare({"\"GetChannelUri\" with its lines",
-                   {{"floor: the same, and seven bare lines", service.Apart(PlainWithLines)},
+                   {{"floor: the same, and as many bare lines", service.Apart(PlainWithLines)},
                     {"the product as it is", service.Apart(Product, log), 1.03}},
                    tripsPerBlock});
 }
