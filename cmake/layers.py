@@ -74,7 +74,9 @@ TABLE = {
     "tools": [],
     # What tries them.
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
-    "tests/native": ["doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "logging", "utils"],
+    "tests/native": [
+        "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "logging", "utils",
+    ],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
         "tests/support",
@@ -109,10 +111,11 @@ TABLE = {
     "fuzz": ["doctor/log", "doctor/verdict", "simulator/protocol", "tests/native"],
     "bench": [
         "app", "service", "logging", "utils", "projection", "simulator/base", "simulator/broker", "simulator/client",
-        "simulator/protocol", "simulator/testing",
+        "simulator/protocol", "simulator/testing", "bench/harness",
     ],
+    "bench/harness": [],
     "bench/bare_app": ["projection"],
-    "bench/redaction": ["logging", "bench", "tests/native"],
+    "bench/redaction": ["logging", "bench/harness", "tests/native"],
 }
 
 # (file, what it includes against the table): known, and to be mended.
