@@ -87,7 +87,7 @@ TABLE = {
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
     "tests/unit/simulator": [
-        "doctor/verdict", "helper", "projection", "simulator/base", "simulator/broker",
+        "doctor/timeline", "doctor/verdict", "helper", "projection", "simulator/base", "simulator/broker",
         "simulator/cli", "simulator/client", "simulator/doctor", "simulator/log", "simulator/package",
         "simulator/platform", "simulator/protocol", "simulator/runtime",
         "simulator/scenario", "simulator/testing", "tests/support",
