@@ -1,9 +1,8 @@
 #include "simulator/scenario/PlayPage.h"
 
 #include "doctor/base/Error.h"
-#include "doctor/base/OutputFile.h"
 #include "doctor/timeline/LogTimeline.h"
-#include "doctor/timeline/TimelinePage.h"
+#include "doctor/timeline/TimelineFiles.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
@@ -22,8 +21,7 @@ try
                         ? doctor::TimelineOfLogs({log.parent_path()}, std::nullopt, ToUtf8(title), false).timeline
                         : doctor::Timeline{.title = ToUtf8(title), .summary = "The app has written no log."};
     AddPlayed(timeline, items);
-    doctor::OutputFile const page(path);
-    WriteTimelinePage(timeline, [&](std::string_view piece) { page.Write(piece); });
+    WriteTimelineFiles(timeline, {path, {}});
 }
 catch (doctor::Error const& error)
 {
