@@ -27,19 +27,6 @@ struct LogWords
     bool hasFullUris = false;
 };
 
-ExitCode ExitCodeOf(Result verdict)
-{
-    switch (verdict)
-    {
-    case Result::Worked:
-        return ExitCode::Done;
-    case Result::Failed:
-        return ExitCode::StageFailed;
-    default:
-        return ExitCode::CannotBeTold;
-    }
-}
-
 std::optional<LogTime> AsOf(LogWords const& words, Surroundings const& surroundings)
 {
     if (words.isFinished)

@@ -1,6 +1,6 @@
 #include "doctor/verdict/FindingText.h"
 
-#include "doctor/base/Json.h"
+#include "doctor/base/JsonObject.h"
 #include "doctor/log/Utf8.h"
 #include "doctor/verdict/Columns.h"
 
@@ -25,11 +25,11 @@ std::string FindingText(Finding const& finding)
 
 std::string FindingJson(Finding const& finding)
 {
-    return JsonText({{"stage", StageName(finding.stage)},
-                     {"result", ResultName(finding.result)},
-                     {"what", finding.what},
-                     {"cause", finding.cause},
-                     {"advice", finding.advice}});
+    return JsonObject({{"stage", StageName(finding.stage)},
+                       {"result", ResultName(finding.result)},
+                       {"what", finding.what},
+                       {"cause", finding.cause},
+                       {"advice", finding.advice}});
 }
 
 } // namespace doctor
