@@ -56,7 +56,8 @@ TABLE = {
     ],
     "simulator/client": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/doctor": [
-        "console", "doctor/cli/LocalNow.h", "doctor/live/MakeFinding.h", "doctor/verdict",
+        "console", "doctor/base", "doctor/cli/ExitCode.h", "doctor/cli/LocalNow.h", "doctor/live/MakeFinding.h",
+        "doctor/verdict",
         "simulator/base", "simulator/client", "simulator/log", "simulator/platform/Journal.h", "simulator/protocol",
     ],
     "simulator/scenario": [
@@ -82,14 +83,15 @@ TABLE = {
         "tests/support",
     ],
     "tests/unit/doctor": [
-        "console", "doctor", "doctor/base", "doctor/live", "doctor/log", "doctor/show", "doctor/stories",
-        "doctor/timeline", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection", "tests/native", "tests/support",
+        "console", "doctor", "doctor/base", "doctor/cli/ExitCode.h", "doctor/live", "doctor/log", "doctor/show",
+        "doctor/stories", "doctor/timeline", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection",
+        "tests/native", "tests/support",
     ],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
     "tests/unit/simulator": [
-        "doctor/verdict", "helper", "projection", "simulator/base", "simulator/broker",
+        "doctor/timeline", "doctor/verdict", "helper", "projection", "simulator/base", "simulator/broker",
         "simulator/cli", "simulator/client", "simulator/doctor", "simulator/log", "simulator/package",
         "simulator/platform", "simulator/protocol", "simulator/runtime",
         "simulator/scenario", "simulator/testing", "tests/support",

@@ -6,6 +6,7 @@ Usage: tidy.py BUILD MOST_BYTES <SOURCES   (BUILD: a configured folder, for the 
 """
 
 import concurrent.futures
+import functools
 import json
 import os
 import pathlib
@@ -19,7 +20,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 COMMAND = re.compile(r"(?P<options>.*) -o (?P<output>\S+) -c \S+$")
 # The analyzer does not step into the standard library: that takes most of its time, and finds leaks in std::function.
 ANALYZER = [f"--extra-arg={word}" for word in ("-Xclang", "-analyzer-config", "-Xclang", "c++-stdlib-inlining=false")]
-LIBRARY = re.compile(r"^#include <(?!winrt/)(\w+)/", re.MULTILINE)
+LIBRARY = re.compile(r"^#include <(\w+)/", re.MULTILINE)
+OWN_HEADER = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
 SHARED_HEADERS = re.compile(r" -Winvalid-pch| -Xclang -include(-pch)? -Xclang \S+")  # a source names what it uses
 
 
@@ -33,12 +35,17 @@ def options(build):
     return found
 
 
+@functools.cache
+def libraries(path):
+    """Those that a file uses, also by way of headers of its own project."""
+    text = path.read_text(encoding="utf-8")
+    headers = filter(pathlib.Path.exists, map(pathlib.Path, OWN_HEADER.findall(text)))
+    return set(LIBRARY.findall(text)).union(*map(libraries, headers))
+
+
 def by_libraries(sources):
     """Those that use the same libraries one after the other: a library is more work than all sources together."""
-    def libraries(source):
-        return sorted(set(LIBRARY.findall(pathlib.Path(source).read_text(encoding="utf-8"))))
-
-    return sorted(sources, key=libraries, reverse=True)
+    return sorted(sources, key=lambda source: sorted(libraries(pathlib.Path(source))), reverse=True)
 
 
 class Unit:

@@ -1,4 +1,5 @@
 #pragma once
+#include "doctor/verdict/Finding.h"
 
 namespace doctor
 {
@@ -11,5 +12,18 @@ enum class ExitCode
     StageFailed = 3,
     CannotBeTold = 4 // no stage failed, and one is not to its end, or nothing was seen
 };
+
+constexpr ExitCode ExitCodeOf(Result verdict)
+{
+    switch (verdict)
+    {
+    case Result::Worked:
+        return ExitCode::Done;
+    case Result::Failed:
+        return ExitCode::StageFailed;
+    default:
+        return ExitCode::CannotBeTold;
+    }
+}
 
 } // namespace doctor

@@ -1,9 +1,7 @@
-#include "doctor/base/OutputFile.h"
 #include "doctor/cli/Commands.h"
 #include "doctor/cli/ParsedBy.h"
 #include "doctor/timeline/LogTimeline.h"
-#include "doctor/timeline/TimelinePage.h"
-#include "doctor/timeline/TraceEvents.h"
+#include "doctor/timeline/TimelineFiles.h"
 #include "doctor/verdict/LogReport.h"
 #include "doctor/verdict/ReportJson.h"
 #include "doctor/verdict/ReportText.h"
@@ -29,19 +27,6 @@ struct LogWords
     bool hasFullUris = false;
 };
 
-ExitCode ExitCodeOf(Result verdict)
-{
-    switch (verdict)
-    {
-    case Result::Worked:
-        return ExitCode::Done;
-    case Result::Failed:
-        return ExitCode::StageFailed;
-    default:
-        return ExitCode::CannotBeTold;
-    }
-}
-
 std::optional<LogTime> AsOf(LogWords const& words, Surroundings const& surroundings)
 {
     if (words.isFinished)
@@ -60,17 +45,6 @@ std::string RefusedAsOutput(std::string const& path)
                : std::string();
 }
 
-using WriteTimeline = void (*)(Timeline const& timeline, WritePiece const& write);
-
-void WriteFileOf(Timeline const& timeline, std::string const& path, WriteTimeline writeTimeline)
-{
-    if (!path.empty())
-    {
-        OutputFile const file(PathsOf({path}).front());
-        writeTimeline(timeline, [&](std::string_view piece) { file.Write(piece); });
-    }
-}
-
 Report ReportWithFiles(std::vector<std::filesystem::path> const& paths, std::optional<LogTime> asOf,
                        LogWords const& words)
 {
@@ -79,8 +53,7 @@ Report ReportWithFiles(std::vector<std::filesystem::path> const& paths, std::opt
         return ReportOfLogs(paths, asOf);
     }
     auto const made = TimelineOfLogs(paths, asOf, "VelmoNotificationClient", words.hasFullUris);
-    WriteFileOf(made.timeline, words.page, WriteTimelinePage);
-    WriteFileOf(made.timeline, words.trace, WriteTraceEvents);
+    WriteTimelineFiles(made.timeline, {PathsOf({words.page}).front(), PathsOf({words.trace}).front()});
     return made.report;
 }
 

@@ -54,6 +54,12 @@ std::optional<zant::LogLevel> LevelOf(std::string_view name)
     return found == levels.end() ? std::nullopt : std::optional(*found);
 }
 
+std::string LevelText(zant::LogLevel level)
+{
+    auto const name = zant::LevelName(level);
+    return {name.begin(), name.end()}; // ASCII
+}
+
 std::optional<LogLine> ParseLogLine(std::string_view text)
 {
     constexpr std::size_t fieldCount = 9;

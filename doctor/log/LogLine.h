@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace doctor
@@ -11,6 +12,9 @@ namespace doctor
 
 // "INFO" and so on, as lines have it; nullopt for other words.
 std::optional<zant::LogLevel> LevelOf(std::string_view name);
+
+// The opposite.
+std::string LevelText(zant::LogLevel level);
 
 // A line of the app's log, in its fields. The texts are parts of the text that was parsed.
 struct LogLine

@@ -1,29 +1,16 @@
 #include "doctor/show/LineFormat.h"
 
+#include "doctor/base/Column.h"
+#include "doctor/base/Json.h"
 #include "doctor/base/SystemText.h"
 #include "doctor/log/ChannelUri.h"
 #include "doctor/log/Utf8.h"
-
-#include <nlohmann/json.hpp>
 
 namespace doctor
 {
 
 namespace
 {
-
-std::string Padded(std::string_view text, std::size_t width)
-{
-    std::string padded(text);
-    padded.resize(std::max(padded.size(), width), ' ');
-    return padded;
-}
-
-std::string LevelText(zant::LogLevel level)
-{
-    auto const name = zant::LevelName(level);
-    return {name.begin(), name.end()}; // ASCII
-}
 
 constexpr std::string_view faint = "\x1b[2m";
 
@@ -42,15 +29,15 @@ std::string_view ColourOf(zant::LogLevel level)
     return level >= Info ? "" : faint;
 }
 
-std::string TextOf(LogLine const& line, std::string_view message)
+std::string LineText(LogLine const& line, std::string_view message)
 {
-    return TimeText(line.time) + " " + Padded(LevelText(line.level), 5) + " " + Padded(std::to_string(line.thread), 5) +
-           " " + Padded(line.category, 10) + " " + std::string(message);
+    return TimeText(line.time) + " " + Column(LevelText(line.level), 6) + Column(std::to_string(line.thread), 6) +
+           Column(line.category, 11) + std::string(message);
 }
 
-std::string JsonOf(Entry const& entry, std::filesystem::path const& file, std::string_view message)
+std::string EntryJson(Entry const& entry, std::filesystem::path const& file, std::string_view message)
 {
-    nlohmann::ordered_json object;
+    Json object;
     if (entry.line)
     {
         auto const& line = *entry.line;
@@ -70,7 +57,7 @@ std::string JsonOf(Entry const& entry, std::filesystem::path const& file, std::s
     {
         object["damaged"] = true;
     }
-    return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    return JsonText(object);
 }
 
 } // namespace
@@ -81,9 +68,9 @@ std::string FormatEntry(Entry const& entry, std::filesystem::path const& file, L
     auto const message = format.hasFullUris ? std::string(whole) : WithShortUris(whole);
     if (format.form == Form::Json)
     {
-        return JsonOf(entry, file, message);
+        return EntryJson(entry, file, message);
     }
-    auto const text = WithoutControls(entry.line ? TextOf(*entry.line, message) : message);
+    auto const text = WithoutControls(entry.line ? LineText(*entry.line, message) : message);
     auto const colour = entry.line ? ColourOf(entry.line->level) : faint;
     return format.form == Form::Coloured && !colour.empty() ? std::string(colour) + text + "\x1b[0m" : text;
 }

@@ -1,17 +1,14 @@
 #include "doctor/timeline/TimelinePage.h"
 
+#include "doctor/base/Json.h"
 #include "doctor/timeline/CheckIndexes.h"
 #include "doctor/timeline/PageTemplate.h"
-
-#include <nlohmann/json.hpp>
 
 namespace doctor
 {
 
 namespace
 {
-
-using Json = nlohmann::ordered_json;
 
 template <typename Value>
 Json OrNull(std::optional<Value> const& value)
@@ -25,29 +22,28 @@ Json NumberOf(std::optional<LogTime> const& time)
 }
 
 // The page's script knows the order of these.
-Json JsonOf(TimelineLine const& line)
+Json ElementOf(TimelineLine const& line)
 {
-    auto const level = line.time ? zant::LevelName(line.level) : std::wstring_view();
+    auto const level = line.time ? LevelText(line.level) : std::string();
     auto const thread = line.time ? std::to_string(line.thread) : std::string();
-    return Json::array({NumberOf(line.time), std::string(level.begin(), level.end()), thread, line.category,
-                        line.message, line.file, line.number});
+    return Json::array({NumberOf(line.time), level, thread, line.category, line.message, line.file, line.number});
 }
 
-Json JsonOf(TimelineSpan const& span)
+Json ElementOf(TimelineSpan const& span)
 {
     return Json::array({span.lane, span.name, NumberOf(span.begin), NumberOf(span.end), TextOf(span.outcome),
                         span.detail, span.stage, span.lines});
 }
 
 // A name that is its line's message is not written twice.
-Json JsonOf(TimelineMark const& mark, std::vector<TimelineLine> const& lines)
+Json ElementOf(TimelineMark const& mark, std::vector<TimelineLine> const& lines)
 {
     auto const isLine = mark.line && lines.at(*mark.line).message == mark.name;
     return Json::array(
         {mark.lane, NumberOf(mark.time), isLine ? Json() : Json(mark.name), TextOf(mark.outcome), OrNull(mark.line)});
 }
 
-Json JsonOf(StageVerdict const& verdict)
+Json ElementOf(StageVerdict const& verdict)
 {
     return {{"stage", verdict.stage}, {"outcome", ResultName(verdict.result)}, {"text", verdict.text}};
 }
@@ -55,7 +51,7 @@ Json JsonOf(StageVerdict const& verdict)
 // JSON as it may stand in a page's script element, which a "<" could end.
 std::string ScriptText(Json const& value)
 {
-    auto const text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    auto const text = JsonText(value);
     std::string escaped;
     escaped.reserve(text.size());
     for (auto const each : text)
@@ -65,14 +61,15 @@ std::string ScriptText(Json const& value)
     return escaped;
 }
 
-template <typename Element, typename ToJson>
-void WriteList(std::string_view name, std::vector<Element> const& elements, ToJson toJson, WritePiece const& write)
+template <typename Element, typename ToElement>
+void WriteList(std::string_view name, std::vector<Element> const& elements, ToElement elementOf,
+               WritePiece const& write)
 {
     write(",\n\"" + std::string(name) + "\":[");
     std::string_view separator = "\n";
     for (auto const& element : elements)
     {
-        write(std::string(separator) + ScriptText(toJson(element)));
+        write(std::string(separator) + ScriptText(elementOf(element)));
         separator = ",\n";
     }
     write("]");
@@ -80,13 +77,13 @@ void WriteList(std::string_view name, std::vector<Element> const& elements, ToJs
 
 void WriteData(Timeline const& timeline, WritePiece const& write)
 {
-    auto const toJson = [](auto const& element) { return JsonOf(element); };
+    auto const elementOf = [](auto const& element) { return ElementOf(element); };
     write("{\"title\":" + ScriptText(timeline.title) + ",\n\"summary\":" + ScriptText(timeline.summary));
     write(",\n\"lanes\":" + ScriptText(laneNames) + ",\n\"files\":" + ScriptText(timeline.files));
-    WriteList("verdicts", timeline.verdicts, toJson, write);
-    WriteList("lines", timeline.lines, toJson, write);
-    WriteList("spans", timeline.spans, toJson, write);
-    WriteList("marks", timeline.marks, [&](auto const& mark) { return JsonOf(mark, timeline.lines); }, write);
+    WriteList("verdicts", timeline.verdicts, elementOf, write);
+    WriteList("lines", timeline.lines, elementOf, write);
+    WriteList("spans", timeline.spans, elementOf, write);
+    WriteList("marks", timeline.marks, [&](auto const& mark) { return ElementOf(mark, timeline.lines); }, write);
     write("}");
 }
 

@@ -1,17 +1,15 @@
 #include "doctor/timeline/TraceEvents.h"
 
+#include "doctor/base/Json.h"
 #include "doctor/timeline/CheckIndexes.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 namespace doctor
 {
 
 namespace
 {
-
-using Json = nlohmann::ordered_json;
 
 constexpr int marksThread = 0; // spans stand on those from 1
 
@@ -65,12 +63,6 @@ class Threads
   private:
     std::array<std::vector<LogTime>, laneNames.size()> m_ends;
 };
-
-std::string LevelText(zant::LogLevel level)
-{
-    auto const name = zant::LevelName(level);
-    return {name.begin(), name.end()};
-}
 
 // Writes the elements of the list of events.
 class Events
@@ -194,7 +186,7 @@ class Events
     void Write(Json const& event)
     {
         m_write(m_separator);
-        m_write(event.dump(-1, ' ', false, Json::error_handler_t::replace));
+        m_write(JsonText(event));
         m_separator = ",\n";
     }
 

@@ -1,9 +1,8 @@
 #include "doctor/verdict/FindingText.h"
 
+#include "doctor/base/JsonObject.h"
 #include "doctor/log/Utf8.h"
 #include "doctor/verdict/Columns.h"
-
-#include <nlohmann/json.hpp>
 
 namespace doctor
 {
@@ -26,12 +25,11 @@ std::string FindingText(Finding const& finding)
 
 std::string FindingJson(Finding const& finding)
 {
-    nlohmann::ordered_json const object = {{"stage", StageName(finding.stage)},
-                                           {"result", ResultName(finding.result)},
-                                           {"what", finding.what},
-                                           {"cause", finding.cause},
-                                           {"advice", finding.advice}};
-    return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    return JsonObject({{"stage", StageName(finding.stage)},
+                       {"result", ResultName(finding.result)},
+                       {"what", finding.what},
+                       {"cause", finding.cause},
+                       {"advice", finding.advice}});
 }
 
 } // namespace doctor

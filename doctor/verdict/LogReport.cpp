@@ -1,6 +1,6 @@
 #include "doctor/verdict/LogReport.h"
 
-#include "doctor/log/LogFiles.h"
+#include "doctor/log/ReadLogs.h"
 #include "doctor/verdict/ReportBuilder.h"
 
 namespace doctor
@@ -9,14 +9,9 @@ namespace doctor
 Report ReportOfLogs(std::vector<std::filesystem::path> const& paths, std::optional<LogTime> asOf)
 {
     ReportBuilder builder({}, {});
-    for (auto const& file : LogFilesAt(paths))
-    {
-        builder.Begin(file);
-        ReadLog(file, [&](Entry const& entry) {
-            builder.Add(entry);
-            return true;
-        });
-    }
+    ReadLogs(
+        paths, [&](std::filesystem::path const& file) { builder.Begin(file); },
+        [&](Entry const& entry) { builder.Add(entry); });
     return builder.End(asOf);
 }
 

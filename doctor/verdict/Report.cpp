@@ -98,6 +98,18 @@ std::string SummaryWithoutFailure(Report const& report)
 
 } // namespace
 
+Result VerdictOf(std::vector<Finding> const& findings)
+{
+    for (auto const result : {Result::Failed, Result::CannotBeTold, Result::Worked})
+    {
+        if (std::ranges::find(findings, result, &Finding::result) != findings.end())
+        {
+            return result;
+        }
+    }
+    return Result::NotSeen;
+}
+
 Result Report::Verdict() const
 {
     auto verdict = Result::NotSeen;

@@ -38,6 +38,9 @@ struct MachineFacts
     std::string suiteVersion{};
 };
 
+// Of all of them: Failed when one is; else CannotBeTold when one is; else Worked, or NotSeen when none worked.
+Result VerdictOf(std::vector<Finding> const& findings);
+
 struct Report
 {
     std::string summary{}; // one sentence: the first stage that failed, when, how often

@@ -1,17 +1,14 @@
 #include "doctor/verdict/ReportJson.h"
 
+#include "doctor/base/Json.h"
 #include "doctor/base/SystemText.h"
 #include "doctor/log/LogTime.h"
-
-#include <nlohmann/json.hpp>
 
 namespace doctor
 {
 
 namespace
 {
-
-using Json = nlohmann::ordered_json;
 
 Json JsonOf(Evidence const& evidence)
 {
@@ -93,7 +90,7 @@ std::string ReportJson(Report const& report)
     {
         files.push_back(JsonOf(file));
     }
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return JsonText(object);
 }
 
 } // namespace doctor

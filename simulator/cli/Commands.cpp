@@ -212,7 +212,8 @@ constexpr OwnCommand commands[] = {
      Events},
     {L"doctor", L"[--json]", L"what works on the device, what does not, and what to do",
      L"  With what only the platform knows: registrations, channel, what waits and why, how far the last push or timer\n"
-     L"  came. It asks the app for nothing. Exit code 1 when something failed. With --json an object for each finding.",
+     L"  came. It asks the app for nothing. Exit code 3 when something failed, 4 when nothing did and something is under\n"
+     L"  way. With --json an object with the paths of device and log, one for each finding, one for the log.",
      0, 1, RunDoctor},
     {L"play", L"[--colour] [--verdict] [--html FILE | --record] SCENARIO",
      L"plays a scenario file on a fresh device, checking every step",

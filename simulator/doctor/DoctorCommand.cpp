@@ -1,6 +1,8 @@
 #include "simulator/doctor/DoctorCommand.h"
 
 #include "console/Console.h"
+#include "doctor/base/JsonObject.h"
+#include "doctor/cli/ExitCode.h"
 #include "doctor/cli/LocalNow.h"
 #include "doctor/verdict/FindingText.h"
 #include "doctor/verdict/ReportJson.h"
@@ -62,6 +64,19 @@ std::string ShellPath(Device const& device, std::wstring const& path)
     return home + ToUtf8(below);
 }
 
+void WritePlaces(Device const& device, bool hasLog, bool isJson)
+{
+    auto const home = ShellPath(device, device.Home());
+    auto const log = hasLog ? ShellPath(device, AppLogOn(device)) : std::string();
+    if (isJson)
+    {
+        console::WriteLine(hasLog ? doctor::JsonObject({{"device", home}, {"log", log}})
+                                  : doctor::JsonObject({{"device", home}}));
+        return;
+    }
+    console::WriteLine("device  " + home + "\nlog     " + (hasLog ? log : "none"));
+}
+
 } // namespace
 
 int RunDoctor(Words const& words)
@@ -70,25 +85,22 @@ int RunDoctor(Words const& words)
     {
         throw UsageError(L"unexpected argument " + words[0]);
     }
+    auto const isJson = !words.empty();
     auto const device = Device::FromEnvironment();
     auto const examined = LookAt(device);
     auto const findings = Examine(examined);
-    if (words.empty())
-    {
-        console::WriteLine(L"device  " + FromUtf8(ShellPath(device, device.Home())));
-        console::WriteLine(L"log     " +
-                           (examined.state.package ? FromUtf8(ShellPath(device, AppLogOn(device))) : L"none"));
-    }
+    auto const hasLog = examined.state.package.has_value();
+    WritePlaces(device, hasLog, isJson);
     for (auto const& finding : findings)
     {
-        console::WriteLine(words.empty() ? doctor::FindingText(finding) : doctor::FindingJson(finding));
+        console::WriteLine(isJson ? doctor::FindingJson(finding) : doctor::FindingText(finding));
     }
-    if (examined.state.package)
+    if (hasLog)
     {
         auto const report = LogReport(device, doctor::LocalNow());
-        console::WriteLine(words.empty() ? "\nBy the log: " + ReportText(report, false) : ReportJson(report));
+        console::WriteLine(isJson ? ReportJson(report) : "\nBy the log: " + ReportText(report, false));
     }
-    return std::ranges::find(findings, doctor::Result::Failed, &doctor::Finding::result) == findings.end() ? 0 : 1;
+    return static_cast<int>(doctor::ExitCodeOf(doctor::VerdictOf(findings)));
 }
 
 } // namespace sim

@@ -68,6 +68,7 @@ void Helpers::Kill(std::wstring const& name)
     {
         throw Error(L"that helper does not run");
     }
+    found->second.isKilled = true;
     TerminateProcess(found->second.handle.Get(), 1);
 }
 
@@ -84,7 +85,7 @@ std::vector<Helpers::Output> Helpers::Take()
         DWORD exitCode = 0;
         if (hasEnded && GetExitCodeProcess(process.handle.Get(), &exitCode))
         {
-            output.push_back({name, L"", exitCode});
+            output.push_back({name, L"", exitCode, process.isKilled});
             m_processes.erase(current);
         }
     }

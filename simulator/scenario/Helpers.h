@@ -21,6 +21,7 @@ class Helpers
         std::wstring name;
         std::wstring line;
         std::optional<unsigned long> exitCode;
+        bool wasKilled = false;
 
         std::wstring Text() const { return exitCode ? L"ended with " + std::to_wstring(*exitCode) : line; }
     };
@@ -48,6 +49,7 @@ class Helpers
         Handle handle;
         std::wstring output;
         std::size_t taken = 0; // bytes of it
+        bool isKilled = false;
     };
 
     static void TakeLines(std::wstring const& name, Process& process, std::vector<Output>& lines);

@@ -65,10 +65,30 @@ void Observer::CollectHelpers()
 {
     for (auto& output : m_helpers.Take())
     {
-        auto const start = output.name.empty() ? L"" : output.name + L" ";
-        m_timeline.Add(Now(), Timeline::Source::Helper, start + output.Text());
+        std::optional<Event> end;
+        if (output.exitCode)
+        {
+            end = {Now(),
+                   output.wasKilled ? L"helper-killed" : L"helper-exited",
+                   {Detail(L"code", std::to_wstring(*output.exitCode))}};
+        }
+        AddHelper(output.name, output.Text(), std::move(end));
         helperLines[output.name].push_back(std::move(output));
     }
+}
+
+void Observer::HelperStarted(std::wstring const& name, std::wstring const& arguments)
+{
+    AddHelper(name, L"started", Event{Now(), L"helper-started", {Detail(L"arguments", arguments)}});
+}
+
+void Observer::AddHelper(std::wstring const& name, std::wstring const& text, std::optional<Event> event)
+{
+    if (event && !name.empty())
+    {
+        event->details.push_back(Detail(L"name", name));
+    }
+    m_timeline.Add({Now(), Timeline::Source::Helper, (name.empty() ? L"" : name + L" ") + text, std::move(event)});
 }
 
 void Observer::CollectLog()
@@ -82,10 +102,10 @@ void Observer::CollectLog()
 void Observer::AddLogLine(doctor::Entry const& entry)
 {
     auto const& line = entry.line;
-    m_timeline.Add(line ? MomentOf(line->time) : Now(), Timeline::Source::Log,
-                   line ? std::wstring(zant::LevelName(line->level)) + L" " + FromUtf8(line->category) + L": " +
-                              FromUtf8(line->message)
-                        : FromUtf8(entry.raw.text));
+    m_timeline.Add({line ? MomentOf(line->time) : Now(), Timeline::Source::Log,
+                    line ? std::wstring(zant::LevelName(line->level)) + L" " + FromUtf8(line->category) + L": " +
+                               FromUtf8(line->message)
+                         : FromUtf8(entry.raw.text)});
     logLines.emplace_back(entry.raw.text);
 }
 
@@ -99,7 +119,7 @@ void Observer::Sort(Event event)
         m_isAppRunning = isStart;
     }
     auto const isDesktop = event.kind.starts_with(L"desktop-");
-    m_timeline.Add(event.time, isDesktop ? Timeline::Source::Desktop : Timeline::Source::Event, event.Text());
+    m_timeline.Add({event.time, isDesktop ? Timeline::Source::Desktop : Timeline::Source::Event, event.Text(), event});
     (isDesktop ? desktopEvents : platformEvents).push_back(std::move(event));
 }
 

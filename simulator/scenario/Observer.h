@@ -25,6 +25,9 @@ class Observer
     // Called once a package is registered. A log that was followed before continues.
     void FollowLog(std::wstring const& path);
 
+    // A helper of the scenario runs now.
+    void HelperStarted(std::wstring const& name, std::wstring const& arguments);
+
     // Waits until `done`, which is evaluated whenever something may have arrived. False when the limit is reached
     // first.
     bool WaitUntil(std::function<bool()> const& done, unsigned limitMilliseconds);
@@ -43,6 +46,7 @@ class Observer
   private:
     void Sort(Event event);
     void CollectHelpers();
+    void AddHelper(std::wstring const& name, std::wstring const& text, std::optional<Event> event);
     void CollectLog();
     void AddLogLine(doctor::Entry const& entry);
 

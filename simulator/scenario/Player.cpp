@@ -5,6 +5,7 @@
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/base/WordFile.h"
+#include "simulator/base/Words.h"
 #include "simulator/client/DeviceCommands.h"
 #include "simulator/log/AppLog.h"
 
@@ -94,7 +95,7 @@ void Player::Play(std::wstring const& text, Words const& words)
     }
     if (words[0] != L"expect")
     {
-        m_timeline.Add(Now(), Timeline::Source::Step, text);
+        m_timeline.Add({Now(), Timeline::Source::Step, text});
     }
     Run(replaced);
 }
@@ -193,6 +194,7 @@ void Player::StartHelper(Words const& words)
     auto arguments = words;
     auto const name = TakeHelperName(arguments);
     m_helpers.Start(name, arguments);
+    m_observer.HelperStarted(name, Joined(arguments));
 }
 
 void Player::Kill(Words const& words)

@@ -38,9 +38,9 @@ Timeline::Timeline(std::function<void(std::wstring_view)> write, Colour colour)
 {
 }
 
-void Timeline::Add(Moment time, Source source, std::wstring text)
+void Timeline::Add(Item item)
 {
-    m_held.insert({time, {time, source, std::move(text)}});
+    m_held.emplace(item.time, std::move(item));
 }
 
 void Timeline::ShowSettled()
@@ -57,11 +57,11 @@ void Timeline::ShowUntil(Moment time)
 {
     while (!m_held.empty() && m_held.begin()->first <= time)
     {
-        auto const& [when, item] = *m_held.begin();
+        auto& item = m_held.begin()->second;
         auto const& style = styles[static_cast<std::size_t>(item.source)];
-        auto line = Elapsed(when - m_start) + L"  " + std::wstring(style.name) + L"  " + item.text;
+        auto line = Elapsed(item.time - m_start) + L"  " + std::wstring(style.name) + L"  " + item.text;
         m_write(m_colour == Colour::Yes ? std::wstring(style.colour) + line + L"\x1b[0m" : line);
-        m_shown.push_back(item);
+        m_shown.push_back(std::move(item));
         m_held.erase(m_held.begin());
     }
 }

@@ -1,8 +1,9 @@
 #pragma once
-#include "simulator/base/Moment.h"
+#include "simulator/protocol/Event.h"
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -36,11 +37,12 @@ class Timeline
         Moment time;
         Source source;
         std::wstring text;
+        std::optional<Event> event{}; // what the text tells
     };
 
     Timeline(std::function<void(std::wstring_view)> write, Colour colour);
 
-    void Add(Moment time, Source source, std::wstring text);
+    void Add(Item item);
 
     // Shows what is so old that nothing earlier will follow.
     void ShowSettled();

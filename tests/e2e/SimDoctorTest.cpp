@@ -62,7 +62,7 @@ TEST_F(SimDoctor, FindsWhatAPushWaitsFor)
     Run(L"access denied");
     Run(L"revoke-channel");
     Run(L"push lost");
-    auto const said = Look(1);
+    auto const said = Look(3);
     EXPECT_NE(said.find("failed          channel            The app has no open channel"), std::string::npos) << said;
     EXPECT_NE(said.find("failed          URI stored         The URI in the app's settings is not that of"),
               std::string::npos)
@@ -71,9 +71,33 @@ TEST_F(SimDoctor, FindsWhatAPushWaitsFor)
     EXPECT_NE(said.find("was lost: the app has no open channel."), std::string::npos) << said;
 }
 
+TEST_F(SimDoctor, CannotTellWhatIsUnderWay)
+{
+    Run(L"register");
+    RunHelper(L"register");
+    Run(L"fault FullTrustProcessLauncher.LaunchFullTrustProcessForCurrentAppAsync held");
+    Run(L"push hello");
+    Await(L"activated kind=background-task name=PushNotificationBGTask");
+    auto const said = Look(4);
+    EXPECT_NE(said.find("cannot be told  task completed     Wake 1, a push at "), std::string::npos) << said;
+    EXPECT_EQ(said.substr(0, said.find("\nBy the log: ")).find("\nfailed "), std::string::npos) << said;
+    Run(L"fault clear");
+    Await(L"task-completed instance=2");
+    Look(0);
+}
+
 TEST_F(SimDoctor, HasAnObjectForEachFinding)
 {
-    auto const said = Look(1, L" --json");
-    EXPECT_TRUE(said.starts_with(R"({"stage":"package","result":"failed","what":"No package is registered)")) << said;
+    auto const device = R"({"device":")" + sim::UnixPath(m_device) + '"';
+    auto const said = Look(3, L" --json");
+    EXPECT_TRUE(
+        said.starts_with(device + "}\n" + R"({"stage":"package","result":"failed","what":"No package is registered)"))
+        << said;
+    Run(L"register");
+    auto const registered = Look(3, L" --json");
+    EXPECT_TRUE(registered.starts_with(device + R"(,"log":")" + sim::UnixPath(m_device) + "/")) << registered;
+    EXPECT_NE(registered.find("/Tessaline/HOV/KZEB.log\"}\n{\"stage\":\"package\",\"result\":\"worked\""),
+              std::string::npos)
+        << registered;
     EXPECT_EQ(Run(L"doctor --yaml").exitCode, 2u);
 }

@@ -54,6 +54,7 @@ class StoryTest(support.ScriptTest):
         text = page.read_text()
         self.assertIn("story.scenario", text)
         self.assertIn("task-started instance=2 name=PushNotificationBGTask", text)  # the platform's own
+        self.assertRegex(text, r'\[3,"helper",\d+,\d+,"neutral","helper-started arguments=')  # a span of lane 3
         self.assertIn("wait for the registration", text)
         self.assertIn("notify.windows.com/?token=", text)
         self.assertNotRegex(text, r"token=[^\"\u2026]{20}")  # whole, it is an address that anyone can push to

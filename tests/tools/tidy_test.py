@@ -38,7 +38,7 @@ class Tidy(support.ScriptTest):
         for name, text in sources.items():
             (self.folder / name).parent.mkdir(exist_ok=True)
             (self.folder / name).write_text(text)
-        process = subprocess.run([sys.executable, "-B", SCRIPT, self.build, str(most_bytes)], input="\n".join(sources), cwd=self.folder,
+        process = subprocess.run([sys.executable, "-B", SCRIPT, self.build, str(most_bytes)], input="\n".join(name for name in sources if name.endswith(".cpp")), cwd=self.folder,
                                  env=os.environ | {"PATH": f"{self.folder}:{os.environ['PATH']}"},
                                  capture_output=True, text=True, check=False)
         return process.returncode, process.stdout + process.stderr
@@ -56,6 +56,14 @@ class Tidy(support.ScriptTest):
         plain, library = "int plain;\n", "#include <winrt/x.h>\n#include <json/json.h>\nint library;\n"
         sources = {"app/1.cpp": plain, "app/2.cpp": library, "app/3.cpp": plain, "app/4.cpp": library}
         self.assertEqual(0, self.tidy(sources, most_bytes=2 * len(library))[0])
+        units = sorted(path.read_text().count("library") for path in (self.build / "tidy").glob("app-*.cpp"))
+        self.assertEqual([0, 2], units)
+
+    def test_a_library_is_also_used_by_way_of_a_header(self):
+        plain, library = "int plain;\n", '#include "app/outer.h"\nint library;\n'
+        sources = {"app/outer.h": '#include "app/inner.h"\n', "app/inner.h": "#include <json/json.h>\n",
+                   "app/1.cpp": plain, "app/2.cpp": library, "app/3.cpp": plain, "app/4.cpp": library}
+        self.assertEqual(0, self.tidy(sources, most_bytes=50)[0])
         units = sorted(path.read_text().count("library") for path in (self.build / "tidy").glob("app-*.cpp"))
         self.assertEqual([0, 2], units)
 

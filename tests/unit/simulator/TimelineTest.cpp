@@ -22,9 +22,9 @@ TEST_F(TimelineTest, ShowWhatCameInTheOrderOfItsTime)
 {
     auto timeline = Make(sim::Colour::No);
     auto const start = sim::Now();
-    timeline.Add(start + 20, sim::Timeline::Source::Log, L"second");
-    timeline.Add(start + 10, sim::Timeline::Source::Event, L"first");
-    timeline.Add(start + 20, sim::Timeline::Source::Step, L"third");
+    timeline.Add({start + 20, sim::Timeline::Source::Log, L"second"});
+    timeline.Add({start + 10, sim::Timeline::Source::Event, L"first"});
+    timeline.Add({start + 20, sim::Timeline::Source::Step, L"third"});
     timeline.ShowAll();
     ASSERT_EQ(m_lines.size(), 3u);
     EXPECT_NE(m_lines[0].find(L"platform  first"), std::wstring::npos);
@@ -37,8 +37,8 @@ TEST_F(TimelineTest, ShowWhatCameInTheOrderOfItsTime)
 TEST_F(TimelineTest, HoldBackWhatSomethingEarlierMayStillPass)
 {
     auto timeline = Make(sim::Colour::No);
-    timeline.Add(sim::Now() - 10 * sim::Timeline::holdMilliseconds, sim::Timeline::Source::Log, L"old");
-    timeline.Add(sim::Now() + 60'000, sim::Timeline::Source::Log, L"new");
+    timeline.Add({sim::Now() - 10 * sim::Timeline::holdMilliseconds, sim::Timeline::Source::Log, L"old"});
+    timeline.Add({sim::Now() + 60'000, sim::Timeline::Source::Log, L"new"});
     timeline.ShowSettled();
     ASSERT_EQ(m_lines.size(), 1u);
     EXPECT_NE(m_lines[0].find(L"old"), std::wstring::npos);
@@ -50,7 +50,7 @@ TEST_F(TimelineTest, HoldBackWhatSomethingEarlierMayStillPass)
 TEST_F(TimelineTest, AreColouredOnlyWhenAsked)
 {
     auto timeline = Make(sim::Colour::Yes);
-    timeline.Add(sim::Now(), sim::Timeline::Source::Step, L"a step");
+    timeline.Add({sim::Now(), sim::Timeline::Source::Step, L"a step"});
     timeline.ShowAll();
     ASSERT_EQ(m_lines.size(), 1u);
     EXPECT_EQ(m_lines[0].front(), L'\x1b');
