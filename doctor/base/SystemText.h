@@ -5,7 +5,7 @@
 namespace doctor
 {
 
-// The system's message for an error code of its functions: "Access is denied. (5)".
+// The system's message for an error code of its functions, in UTF-8: "Access is denied (5)".
 std::string SystemText(unsigned long code);
 
 // Throws Error with the path and the message for the calling thread's last error.
