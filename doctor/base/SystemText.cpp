@@ -19,10 +19,14 @@ std::string SystemText(unsigned long code)
     return (words.empty() ? "unknown error" : words) + " (" + std::to_string(code) + ")";
 }
 
+std::string FailureText(std::filesystem::path const& path, unsigned long code)
+{
+    return PathText(path) + ": " + SystemText(code);
+}
+
 void ThrowLastError(std::filesystem::path const& path)
 {
-    auto const error = GetLastError();
-    throw Error(PathText(path) + ": " + SystemText(error));
+    throw Error(FailureText(path, GetLastError()));
 }
 
 std::string PathText(std::filesystem::path const& path)

@@ -44,8 +44,8 @@ ExitCode RunShow(ShowWords const& words, Surroundings const& surroundings)
     {
         options.format.form = Form::Json;
     }
-    Show(options, surroundings.write, surroundings.pause);
-    return ExitCode::Done;
+    auto const writeError = [&](std::string_view text) { surroundings.writeError("doctor: " + std::string(text)); };
+    return Show(options, surroundings.write, writeError, surroundings.pause) ? ExitCode::Done : ExitCode::Failed;
 }
 
 } // namespace

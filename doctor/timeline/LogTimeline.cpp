@@ -1,7 +1,9 @@
 #include "doctor/timeline/LogTimeline.h"
 
 #include "doctor/log/LogFiles.h"
+#include "doctor/log/ReadLogs.h"
 #include "doctor/timeline/TimelineBuilder.h"
+#include "doctor/verdict/LogReport.h"
 #include "doctor/verdict/ReportBuilder.h"
 
 namespace doctor
@@ -14,16 +16,17 @@ ReportAndTimeline TimelineOfLogs(std::vector<std::filesystem::path> const& paths
     ReportBuilder report(
         [&](Told const& told) { timeline.Add(told); },
         [&](Remark const& remark, LogPlace const& first, LogPlace const& last) { timeline.Add(remark, first, last); });
-    for (auto const& file : LogFilesAt(paths))
-    {
+    auto const begin = [&](std::filesystem::path const& file) {
         report.Begin(file);
         timeline.Begin(file);
-        ReadLog(file, [&](Entry const& entry) {
-            timeline.Add(entry, report.Add(entry));
-            return true;
-        });
-    }
+    };
+    auto const take = [&](Entry const& entry) {
+        timeline.Add(entry, report.Add(entry));
+        return true;
+    };
+    auto const unread = ReadLogs(FindLogs(paths), begin, take);
     auto result = report.End(asOf);
+    NoteUnread(result, unread);
     auto made = timeline.End(result, title);
     return {std::move(result), std::move(made)};
 }

@@ -5,10 +5,12 @@
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/unit/doctor/LogText.h"
+#include "utils/UniqueHandle.h"
 #include "utils/Utf8.h"
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <windows.h>
 
 using doctor::ExitCode;
 using test::LogText;
@@ -85,6 +87,19 @@ TEST_F(CommandLine, ShowsALogAndHasItsOptions)
     EXPECT_EQ(Shown({"--colour", "--level", "warn"}), "two\x1b[0m;");
     Shown({"--json"});
     EXPECT_TRUE(m_lines.at(0).starts_with(R"({"time":")"));
+}
+
+TEST_F(CommandLine, SaysWhichLogItCannotShowAndShowsTheOthers)
+{
+    Shown({});
+    auto const locked = m_folder / L"locked.log";
+    test::WriteBytes(locked, "x");
+    zant::UniqueHandle const lock(CreateFileW(locked.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_EQ(Run({"show", zant::ToUtf8(m_folder.Path()).value()}), ExitCode::Failed);
+    EXPECT_EQ(ShownMessages(), "one;two;text;");
+    ASSERT_EQ(m_errors.size(), 1u);
+    EXPECT_TRUE(m_errors[0].starts_with("doctor: not read: " + zant::ToUtf8(locked).value() + ": ")) << m_errors[0];
+    EXPECT_TRUE(m_errors[0].ends_with("(32)")) << m_errors[0];
 }
 
 TEST_F(CommandLine, FollowsTheLastFile)
