@@ -34,8 +34,7 @@ ExitCode RunShow(ShowWords const& words, Surroundings const& surroundings)
     options.paths = PathsOf(words.paths);
     if (options.paths.empty())
     {
-        options.paths.push_back(surroundings.ownLog());
-        options.waits = true;
+        options.ownLog = OwnLog(surroundings);
     }
     options.filter.since = ParseTime(words.since);
     options.filter.level = LevelOfWord(words.level);

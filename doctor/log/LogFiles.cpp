@@ -78,11 +78,6 @@ void AddPath(fs::path const& path, FoundLogs& found)
     }
 }
 
-bool IsSameFile(fs::path const& one, fs::path const& other)
-{
-    return CompareStringOrdinal(one.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL;
-}
-
 std::vector<Place> PlacesOf(std::vector<fs::path> const& files, std::vector<std::string>& unread)
 {
     std::vector<Place> places;

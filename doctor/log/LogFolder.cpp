@@ -40,6 +40,11 @@ bool HasLogName(std::filesystem::path const& file)
     return CompareStringOrdinal(file.extension().c_str(), -1, L".log", -1, TRUE) == CSTR_EQUAL;
 }
 
+bool IsSameFile(std::filesystem::path const& one, std::filesystem::path const& other)
+{
+    return CompareStringOrdinal(one.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
 void AddLogsBelow(std::filesystem::path const& folder, FoundLogs& found)
 {
     WIN32_FIND_DATAW entry;

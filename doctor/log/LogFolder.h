@@ -16,6 +16,9 @@ struct FoundLogs
 // The name ends in ".log", in upper or lower case.
 bool HasLogName(std::filesystem::path const& file);
 
+// Both absolute paths name one file, whatever the case of their letters.
+bool IsSameFile(std::filesystem::path const& one, std::filesystem::path const& other);
+
 // Adds all files in the folder and below that have a log's name. Links to other folders are left out.
 void AddLogsBelow(std::filesystem::path const& folder, FoundLogs& found);
 

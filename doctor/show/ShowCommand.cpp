@@ -17,9 +17,13 @@ bool Matches(Filter const& filter, Entry const& entry)
 
 FoundLogs LogsOf(ShowOptions const& options)
 {
+    if (options.ownLog.empty())
+    {
+        return FindLogs(options.paths);
+    }
     std::error_code none;
-    auto const waits = options.follows && options.waits && !std::filesystem::exists(options.paths.front(), none);
-    return waits ? FoundLogs{options.paths, {}} : FindLogs(options.paths);
+    auto const waits = options.follows && !std::filesystem::exists(options.ownLog, none);
+    return waits ? FoundLogs{} : FindLogs({options.ownLog.parent_path()});
 }
 
 } // namespace
@@ -28,10 +32,10 @@ bool Show(ShowOptions const& options, WriteText const& write, WriteText const& w
           std::function<void()> const& pause)
 {
     auto logs = LogsOf(options);
-    auto const live = logs.files.back();
+    auto const live = options.ownLog.empty() ? logs.files.back() : options.ownLog;
     if (options.follows)
     {
-        logs.files.pop_back();
+        std::erase_if(logs.files, [&](std::filesystem::path const& each) { return IsSameFile(each, live); });
     }
     std::filesystem::path file;
     auto const begin = [&](std::filesystem::path const& next) { file = next; };

@@ -132,6 +132,30 @@ TEST_F(CommandLine, ShowsItsOwnLogWhereNoPathIsGiven)
     EXPECT_NE(m_lines[0].find("other.log"), std::string::npos) << m_lines[0];
 }
 
+TEST_F(CommandLine, ShowsItsOwnLogWithTheCopiesBesideIt)
+{
+    auto const write = [&](std::wstring const& name, std::wstring const& time, std::wstring const& message) {
+        test::WriteBytes(m_folder / name, test::Utf16(test::mark + LogText(time, message) + L"\r\n"));
+    };
+    write(L"KZ\u00C9B 2024-1-5 09-30-13.log", L"01/05/24 09:30:12:045", L"copied");
+    write(L"KZ\u00C9B.log", L"01/05/24 09:30:14:000", L"live");
+    m_ownLog = [&] { return m_path; };
+    EXPECT_EQ(Run({"show"}), ExitCode::Done);
+    EXPECT_EQ(ShownMessages(), "copied;live;");
+    write(L"z.log", L"01/06/24 09:30:12:045", L"newer");
+    auto pauses = 0;
+    m_pause = [&] {
+        if (++pauses == 2)
+        {
+            throw doctor::Error("the test ends it");
+        }
+        test::WriteBytes(m_path,
+                         test::ReadBytes(m_path) + test::Utf16(LogText(L"01/05/24 09:30:15:000", L"added") + L"\r\n"));
+    };
+    EXPECT_EQ(Run({"show", "--follow"}), ExitCode::Failed);
+    EXPECT_EQ(ShownMessages(), "copied;newer;live;added;");
+}
+
 TEST_F(CommandLine, FollowsItsOwnLogFromBeforeItIsThere)
 {
     m_ownLog = [&] { return m_path; };
@@ -146,6 +170,16 @@ TEST_F(CommandLine, FollowsItsOwnLogFromBeforeItIsThere)
     EXPECT_EQ(Run({"show", "--follow"}), ExitCode::Failed);
     EXPECT_EQ(ShownMessages(), "one;");
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
+}
+
+TEST_F(CommandLine, SaysThatItDoesNotKnowWhereItsOwnLogIs)
+{
+    m_ownLog = [] { return std::filesystem::path(); };
+    for (auto const& words : std::vector<std::vector<std::string>>{{"show"}, {"show", "--follow"}, {"log"}})
+    {
+        EXPECT_EQ(Run(words), ExitCode::Failed);
+        EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: where the app's log is cannot be told: name its path"});
+    }
 }
 
 TEST_F(CommandLine, FollowsNoOtherLogThatIsMissing)
