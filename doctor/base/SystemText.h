@@ -5,10 +5,13 @@
 namespace doctor
 {
 
-// The system's message for an error code of its functions: "Access is denied. (5)".
+// The system's message for an error code of its functions, in UTF-8: "Access is denied (5)".
 std::string SystemText(unsigned long code);
 
-// Throws Error with the path and the message for the calling thread's last error.
+// "C:\logs\KZEB.log: Access is denied (5)".
+std::string FailureText(std::filesystem::path const& path, unsigned long code);
+
+// Throws Error with that text for the calling thread's last error.
 [[noreturn]] void ThrowLastError(std::filesystem::path const& path);
 
 // A path as people read it, in UTF-8.

@@ -1,9 +1,16 @@
 #include "doctor/cli/Commands.h"
 
+#include "doctor/base/Error.h"
 #include "utils/Utf8.h"
 
 namespace doctor
 {
+
+std::filesystem::path OwnLog(Surroundings const& surroundings)
+{
+    auto log = surroundings.ownLog();
+    return log.empty() ? throw Error("where the app's log is cannot be told: name its path") : log;
+}
 
 std::vector<std::filesystem::path> PathsOf(std::vector<std::string> const& texts)
 {

@@ -25,6 +25,9 @@ void AddLive(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 void AddShow(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 void AddLog(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 
+// The log that is read where no path is given. Throws Error where the system does not tell.
+std::filesystem::path OwnLog(Surroundings const& surroundings);
+
 // From UTF-8.
 std::vector<std::filesystem::path> PathsOf(std::vector<std::string> const& texts);
 

@@ -62,7 +62,7 @@ ExitCode RunLog(LogWords const& words, Surroundings const& surroundings)
     auto paths = PathsOf(words.paths);
     if (paths.empty())
     {
-        paths.push_back(surroundings.ownLog().parent_path()); // with its copies
+        paths.push_back(OwnLog(surroundings).parent_path()); // with its copies
     }
     auto const report = ReportWithFiles(paths, AsOf(words, surroundings), words);
     surroundings.write(words.isJson ? ReportJson(report) : ReportText(report, words.isColoured));

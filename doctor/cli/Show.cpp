@@ -34,8 +34,7 @@ ExitCode RunShow(ShowWords const& words, Surroundings const& surroundings)
     options.paths = PathsOf(words.paths);
     if (options.paths.empty())
     {
-        options.paths.push_back(surroundings.ownLog());
-        options.waits = true;
+        options.ownLog = OwnLog(surroundings);
     }
     options.filter.since = ParseTime(words.since);
     options.filter.level = LevelOfWord(words.level);
@@ -44,8 +43,8 @@ ExitCode RunShow(ShowWords const& words, Surroundings const& surroundings)
     {
         options.format.form = Form::Json;
     }
-    Show(options, surroundings.write, surroundings.pause);
-    return ExitCode::Done;
+    auto const writeError = [&](std::string_view text) { surroundings.writeError("doctor: " + std::string(text)); };
+    return Show(options, surroundings.write, writeError, surroundings.pause) ? ExitCode::Done : ExitCode::Failed;
 }
 
 } // namespace

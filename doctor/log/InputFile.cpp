@@ -14,13 +14,18 @@ HANDLE Open(std::filesystem::path const& path)
                        OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
 }
 
+[[noreturn]] void ThrowReadError(std::filesystem::path const& path)
+{
+    throw ReadError(FailureText(path, GetLastError()));
+}
+
 } // namespace
 
 InputFile::InputFile(std::filesystem::path const& path) : m_path(path), m_file(Open(path))
 {
     if (!m_file)
     {
-        ThrowLastError(m_path);
+        ThrowReadError(m_path);
     }
 }
 
@@ -29,7 +34,7 @@ std::optional<InputFile> InputFile::IfThere(std::filesystem::path const& path)
     zant::UniqueHandle file(Open(path));
     if (!file && GetLastError() != ERROR_FILE_NOT_FOUND && GetLastError() != ERROR_PATH_NOT_FOUND)
     {
-        ThrowLastError(path);
+        ThrowReadError(path);
     }
     return file ? std::optional(InputFile(path, std::move(file))) : std::nullopt;
 }
@@ -39,7 +44,7 @@ std::string_view InputFile::Read(std::span<char> buffer)
     DWORD count = 0;
     if (!ReadFile(m_file.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr))
     {
-        ThrowLastError(m_path);
+        ThrowReadError(m_path);
     }
     return {buffer.data(), count};
 }
@@ -49,7 +54,7 @@ std::uint64_t InputFile::Size() const
     LARGE_INTEGER size;
     if (!GetFileSizeEx(m_file.Get(), &size))
     {
-        ThrowLastError(m_path);
+        ThrowReadError(m_path);
     }
     return static_cast<std::uint64_t>(size.QuadPart);
 }
@@ -60,7 +65,7 @@ void InputFile::Seek(std::uint64_t position)
     target.QuadPart = static_cast<LONGLONG>(position);
     if (!SetFilePointerEx(m_file.Get(), target, nullptr, FILE_BEGIN))
     {
-        ThrowLastError(m_path);
+        ThrowReadError(m_path);
     }
 }
 

@@ -2,10 +2,12 @@
 
 #include "doctor/base/Error.h"
 #include "doctor/base/SystemText.h"
+#include "doctor/log/InputFile.h"
 #include "doctor/log/ReadLog.h"
 
 #include <algorithm>
 #include <compare>
+#include <windows.h>
 
 namespace doctor
 {
@@ -42,60 +44,100 @@ LogTime FirstTimeIn(fs::path const& path)
     return time;
 }
 
-void AddFolder(std::vector<fs::path>& files, fs::path const& folder)
+void AddFolder(fs::path const& folder, FoundLogs& found)
 {
-    auto const before = files.size();
-    std::error_code error;
-    for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
-    {
-        if (entry->path().extension() == L".log" && entry->is_regular_file(error))
-        {
-            files.push_back(entry->path());
-        }
-    }
-    if (error)
-    {
-        throw Error(PathText(folder) + ": " + error.message());
-    }
-    if (files.size() == before)
+    FoundLogs added;
+    AddLogsBelow(folder, added);
+    if (added.files.empty() && added.unread.empty())
     {
         throw Error("there is no log in " + PathText(folder) + ": no file whose name ends in .log");
+    }
+    std::ranges::move(added.files, std::back_inserter(found.files));
+    std::ranges::move(added.unread, std::back_inserter(found.unread));
+}
+
+void AddPath(fs::path const& path, FoundLogs& found)
+{
+    auto const attributes = GetFileAttributesW(path.c_str());
+    auto const error = attributes == INVALID_FILE_ATTRIBUTES ? GetLastError() : ERROR_SUCCESS;
+    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME)
+    {
+        throw Error("there is no log at " + PathText(path));
+    }
+    if (error != ERROR_SUCCESS)
+    {
+        found.unread.push_back(FailureText(path, error));
+    }
+    else if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+    {
+        AddFolder(path, found);
+    }
+    else
+    {
+        found.files.push_back(path);
+    }
+}
+
+std::vector<Place> PlacesOf(std::vector<fs::path> const& files, std::vector<std::string>& unread)
+{
+    std::vector<Place> places;
+    for (auto const& file : files)
+    {
+        auto const path = fs::absolute(file).lexically_normal();
+        auto const isSame = [&](Place const& place) { return IsSameFile(place.path, path); };
+        if (std::ranges::any_of(places, isSame))
+        {
+            continue;
+        }
+        try
+        {
+            places.push_back({FirstTimeIn(path), path.stem().native() + behindAll, path});
+        }
+        catch (ReadError const& error)
+        {
+            unread.emplace_back(error.what());
+        }
+    }
+    return places;
+}
+
+bool IsCopy(Place const& place, Place const& live)
+{
+    return place.path.parent_path() == live.path.parent_path() &&
+           place.path.stem().native().starts_with(live.path.stem().native() + L' ');
+}
+
+// A live file begins when the last of its copies has begun, whatever its clock says.
+void MoveBehindCopies(std::vector<Place>& places)
+{
+    for (auto& live : places)
+    {
+        for (auto const& place : places)
+        {
+            live.begin = IsCopy(place, live) ? std::max(live.begin, place.begin) : live.begin;
+        }
     }
 }
 
 } // namespace
 
-std::vector<fs::path> LogFilesAt(std::vector<fs::path> const& paths)
+FoundLogs FindLogs(std::vector<fs::path> const& paths)
 {
-    std::vector<fs::path> files;
+    FoundLogs found;
     for (auto const& path : paths)
     {
-        std::error_code error;
-        if (fs::is_directory(path, error))
-        {
-            AddFolder(files, path);
-        }
-        else if (fs::exists(path, error))
-        {
-            files.push_back(path);
-        }
-        else
-        {
-            throw Error("there is no log at " + PathText(path));
-        }
+        AddPath(path, found);
     }
-    std::vector<Place> places;
-    places.reserve(files.size());
-    for (auto const& file : files)
+    auto places = PlacesOf(found.files, found.unread);
+    if (places.empty() && !found.unread.empty())
     {
-        places.push_back({FirstTimeIn(file), file.stem().native() + behindAll, fs::absolute(file)});
+        throw Error(found.unread.front());
     }
+    MoveBehindCopies(places);
     std::ranges::sort(places);
-    auto const same = std::ranges::unique(places, {}, &Place::path);
-    places.erase(same.begin(), same.end());
-    files.clear();
-    std::ranges::transform(places, std::back_inserter(files), &Place::path);
-    return files;
+    found.files.clear();
+    std::ranges::transform(places, std::back_inserter(found.files), &Place::path);
+    return found;
 }
 
 } // namespace doctor

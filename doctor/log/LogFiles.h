@@ -1,4 +1,6 @@
 #pragma once
+#include "doctor/log/LogFolder.h"
+
 #include <filesystem>
 #include <vector>
 
@@ -7,8 +9,8 @@ namespace doctor
 
 // The log files that the paths name: each file itself, and of a folder all files in it and below whose names end in
 // ".log". Each once, in the order in which they were written: by the time of the first line in them, those without one
-// first; files that begin at the same time by name, with the live file behind its copies. Throws Error when a path
-// leads nowhere, or a folder has no log.
-std::vector<std::filesystem::path> LogFilesAt(std::vector<std::filesystem::path> const& paths);
+// first; a live file behind its copies, also where the clock was set back between them; files that begin at the same
+// time by name. Throws Error when a path leads nowhere, a folder has no log, or none of them can be read.
+FoundLogs FindLogs(std::vector<std::filesystem::path> const& paths);
 
 } // namespace doctor

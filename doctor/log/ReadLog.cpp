@@ -24,10 +24,9 @@ bool TakeSplit(RawLine const& raw, TakeEntry const& take)
     return take({piece, ParseLogLine(piece.text)});
 }
 
-bool ReadLog(std::filesystem::path const& path, TakeEntry const& take)
+bool ReadLog(InputFile& file, TakeEntry const& take)
 {
     constexpr std::size_t blockBytes = std::size_t{256} * 1024;
-    InputFile file(path);
     LineReader reader;
     std::vector<char> buffer(blockBytes);
     auto goesOn = true;
@@ -43,6 +42,12 @@ bool ReadLog(std::filesystem::path const& path, TakeEntry const& take)
         reader.Add(bytes, takeLine);
     }
     return goesOn;
+}
+
+bool ReadLog(std::filesystem::path const& path, TakeEntry const& take)
+{
+    InputFile file(path);
+    return ReadLog(file, take);
 }
 
 } // namespace doctor

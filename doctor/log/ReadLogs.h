@@ -1,23 +1,16 @@
 #pragma once
-#include "doctor/log/LogFiles.h"
+#include "doctor/log/LogFolder.h"
 #include "doctor/log/ReadLog.h"
+
+#include <functional>
 
 namespace doctor
 {
 
-// Reads the logs at the paths, in the order of LogFilesAt: calls `begin` for each file, then `take` for each of its
-// entries. Throws Error when a log cannot be read.
-template <typename Begin, typename Take>
-void ReadLogs(std::vector<std::filesystem::path> const& paths, Begin begin, Take take)
-{
-    for (auto const& file : LogFilesAt(paths))
-    {
-        begin(file);
-        ReadLog(file, [&](Entry const& entry) {
-            take(entry);
-            return true;
-        });
-    }
-}
+// Takes the path of a log before its first entry.
+using BeginLog = std::function<void(std::filesystem::path const&)>;
+
+// Reads logs one after the other, and of one that fails what comes before that. The sentences about what was not read.
+std::vector<std::string> ReadLogs(FoundLogs const& logs, BeginLog const& begin, TakeEntry const& take);
 
 } // namespace doctor

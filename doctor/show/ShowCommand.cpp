@@ -1,6 +1,7 @@
 #include "doctor/show/ShowCommand.h"
 
 #include "doctor/log/LogFiles.h"
+#include "doctor/log/ReadLogs.h"
 #include "doctor/show/Follow.h"
 
 namespace doctor
@@ -14,42 +15,50 @@ bool Matches(Filter const& filter, Entry const& entry)
     return entry.line ? filter.Matches(*entry.line) : filter.MatchesText(entry.raw.text);
 }
 
-std::vector<std::filesystem::path> FilesOf(ShowOptions const& options)
+FoundLogs LogsOf(ShowOptions const& options)
 {
+    if (options.ownLog.empty())
+    {
+        return FindLogs(options.paths);
+    }
     std::error_code none;
-    auto const waits = options.follows && options.waits && !std::filesystem::exists(options.paths.front(), none);
-    return waits ? options.paths : LogFilesAt(options.paths);
+    auto const waits = options.follows && !std::filesystem::exists(options.ownLog, none);
+    return waits ? FoundLogs{} : FindLogs({options.ownLog.parent_path()});
 }
 
 } // namespace
 
-void Show(ShowOptions const& options, WriteText const& write, std::function<void()> const& pause)
+bool Show(ShowOptions const& options, WriteText const& write, WriteText const& writeError,
+          std::function<void()> const& pause)
 {
-    auto files = FilesOf(options);
-    auto const live = files.back();
+    auto logs = LogsOf(options);
+    auto const live = options.ownLog.empty() ? logs.files.back() : options.ownLog;
     if (options.follows)
     {
-        files.pop_back();
+        std::erase_if(logs.files, [&](std::filesystem::path const& each) { return IsSameFile(each, live); });
     }
-    auto const writeFrom = [&](std::filesystem::path const& file) {
-        return [&](Entry const& entry) {
-            if (Matches(options.filter, entry))
-            {
-                write(FormatEntry(entry, file, options.format));
-            }
-            return true;
-        };
+    std::filesystem::path file;
+    auto const begin = [&](std::filesystem::path const& next) { file = next; };
+    auto const take = [&](Entry const& entry) {
+        if (Matches(options.filter, entry))
+        {
+            write(FormatEntry(entry, file, options.format));
+        }
+        return true;
     };
-    for (auto const& file : files)
+    auto const unread = ReadLogs(logs, begin, take);
+    for (auto const& failure : unread)
     {
-        ReadLog(file, writeFrom(file));
+        writeError("not read: " + failure);
     }
+    begin(live);
     Follower follower(live);
     while (options.follows)
     {
-        follower.TakeNew(writeFrom(live));
+        follower.TakeNew(take);
         pause();
     }
+    return unread.empty();
 }
 
 } // namespace doctor

@@ -1,7 +1,9 @@
 #include "doctor/timeline/LogTimeline.h"
 
+#include "doctor/log/LogFiles.h"
 #include "doctor/log/ReadLogs.h"
 #include "doctor/timeline/TimelineBuilder.h"
+#include "doctor/verdict/LogReport.h"
 #include "doctor/verdict/ReportBuilder.h"
 
 namespace doctor
@@ -18,8 +20,13 @@ ReportAndTimeline TimelineOfLogs(std::vector<std::filesystem::path> const& paths
         report.Begin(file);
         timeline.Begin(file);
     };
-    ReadLogs(paths, begin, [&](Entry const& entry) { timeline.Add(entry, report.Add(entry)); });
+    auto const take = [&](Entry const& entry) {
+        timeline.Add(entry, report.Add(entry));
+        return true;
+    };
+    auto const unread = ReadLogs(FindLogs(paths), begin, take);
     auto result = report.End(asOf);
+    NoteUnread(result, unread);
     auto made = timeline.End(result, title);
     return {std::move(result), std::move(made)};
 }

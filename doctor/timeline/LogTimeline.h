@@ -15,8 +15,7 @@ struct ReportAndTimeline
     Timeline timeline;
 };
 
-// What ReportOfLogs makes of the logs, and their timeline. `title` is the timeline's. Throws Error when a log cannot be
-// read.
+// What ReportOfLogs makes of the logs, and their timeline. `title` is the timeline's. Throws Error as that does.
 ReportAndTimeline TimelineOfLogs(std::vector<std::filesystem::path> const& paths, std::optional<LogTime> asOf,
                                  std::string const& title, bool hasFullUris);
 

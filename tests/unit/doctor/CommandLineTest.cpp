@@ -5,10 +5,12 @@
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/unit/doctor/LogText.h"
+#include "utils/UniqueHandle.h"
 #include "utils/Utf8.h"
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <windows.h>
 
 using doctor::ExitCode;
 using test::LogText;
@@ -87,6 +89,19 @@ TEST_F(CommandLine, ShowsALogAndHasItsOptions)
     EXPECT_TRUE(m_lines.at(0).starts_with(R"({"time":")"));
 }
 
+TEST_F(CommandLine, SaysWhichLogItCannotShowAndShowsTheOthers)
+{
+    Shown({});
+    auto const locked = m_folder / L"locked.log";
+    test::WriteBytes(locked, "x");
+    zant::UniqueHandle const lock(CreateFileW(locked.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_EQ(Run({"show", zant::ToUtf8(m_folder.Path()).value()}), ExitCode::Failed);
+    EXPECT_EQ(ShownMessages(), "one;two;text;");
+    ASSERT_EQ(m_errors.size(), 1u);
+    EXPECT_TRUE(m_errors[0].starts_with("doctor: not read: " + zant::ToUtf8(locked).value() + ": ")) << m_errors[0];
+    EXPECT_TRUE(m_errors[0].ends_with("(32)")) << m_errors[0];
+}
+
 TEST_F(CommandLine, FollowsTheLastFile)
 {
     std::vector<std::string> shown;
@@ -117,6 +132,30 @@ TEST_F(CommandLine, ShowsItsOwnLogWhereNoPathIsGiven)
     EXPECT_NE(m_lines[0].find("other.log"), std::string::npos) << m_lines[0];
 }
 
+TEST_F(CommandLine, ShowsItsOwnLogWithTheCopiesBesideIt)
+{
+    auto const write = [&](std::wstring const& name, std::wstring const& time, std::wstring const& message) {
+        test::WriteBytes(m_folder / name, test::Utf16(test::mark + LogText(time, message) + L"\r\n"));
+    };
+    write(L"KZ\u00C9B 2024-1-5 09-30-13.log", L"01/05/24 09:30:12:045", L"copied");
+    write(L"KZ\u00C9B.log", L"01/05/24 09:30:14:000", L"live");
+    m_ownLog = [&] { return m_path; };
+    EXPECT_EQ(Run({"show"}), ExitCode::Done);
+    EXPECT_EQ(ShownMessages(), "copied;live;");
+    write(L"z.log", L"01/06/24 09:30:12:045", L"newer");
+    auto pauses = 0;
+    m_pause = [&] {
+        if (++pauses == 2)
+        {
+            throw doctor::Error("the test ends it");
+        }
+        test::WriteBytes(m_path,
+                         test::ReadBytes(m_path) + test::Utf16(LogText(L"01/05/24 09:30:15:000", L"added") + L"\r\n"));
+    };
+    EXPECT_EQ(Run({"show", "--follow"}), ExitCode::Failed);
+    EXPECT_EQ(ShownMessages(), "copied;newer;live;added;");
+}
+
 TEST_F(CommandLine, FollowsItsOwnLogFromBeforeItIsThere)
 {
     m_ownLog = [&] { return m_path; };
@@ -131,6 +170,16 @@ TEST_F(CommandLine, FollowsItsOwnLogFromBeforeItIsThere)
     EXPECT_EQ(Run({"show", "--follow"}), ExitCode::Failed);
     EXPECT_EQ(ShownMessages(), "one;");
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
+}
+
+TEST_F(CommandLine, SaysThatItDoesNotKnowWhereItsOwnLogIs)
+{
+    m_ownLog = [] { return std::filesystem::path(); };
+    for (auto const& words : std::vector<std::vector<std::string>>{{"show"}, {"show", "--follow"}, {"log"}})
+    {
+        EXPECT_EQ(Run(words), ExitCode::Failed);
+        EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: where the app's log is cannot be told: name its path"});
+    }
 }
 
 TEST_F(CommandLine, FollowsNoOtherLogThatIsMissing)

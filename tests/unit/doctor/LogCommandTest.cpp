@@ -4,12 +4,16 @@
 #include "tests/native/StoryLog.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/WrappedSystem.h"
 #include "tests/unit/doctor/LogText.h"
+#include "utils/UniqueHandle.h"
 #include "utils/Utf8.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <windows.h>
+
+WRAP(ReadFileCall, ReadFile);
 
 using doctor::ExitCode;
 using test::LogText;
@@ -186,6 +190,43 @@ TEST_F(LogCommand, SaysThatThereIsNoLog)
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: there is no log at nowhere"});
     EXPECT_EQ(Run({zant::ToUtf8(m_folder.Path()).value()}), ExitCode::Failed); // an empty folder
     EXPECT_EQ(m_text, "");
+}
+
+TEST_F(LogCommand, RemarksOnALogThatCannotBeReadAndReadsTheOthers)
+{
+    Write({Started, ProtocolActivated});
+    auto const locked = m_folder / L"locked.log";
+    test::WriteBytes(locked, "x");
+    zant::UniqueHandle const lock(CreateFileW(locked.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    for (auto const& options :
+         std::vector<std::vector<std::string>>{{}, {"--html", zant::ToUtf8(m_folder / L"page.html").value()}})
+    {
+        std::vector<std::string> words = {zant::ToUtf8(m_folder.Path()).value()};
+        words.insert(words.end(), options.begin(), options.end());
+        EXPECT_EQ(Run(words), ExitCode::Done);
+        EXPECT_TRUE(m_text.starts_with("Nothing failed.\n")) << m_text;
+        EXPECT_NE(m_text.find("\n  Not read: " + zant::ToUtf8(locked).value() + ": "), m_text.npos) << m_text;
+        EXPECT_NE(m_text.find(" (32).\n"), m_text.npos) << m_text;
+    }
+    EXPECT_EQ(m_errors, std::vector<std::string>{});
+}
+
+TEST_F(LogCommand, TellsWhatALogHoldsUpToWhereItCannotBeRead)
+{
+    WriteRefusedLaunch();
+    auto calls = 0;
+    test::ReadFileCall const breaks([&](auto next, auto... arguments) { // the first call finds the log's time
+        if (++calls == 3)
+        {
+            SetLastError(ERROR_CRC);
+            return FALSE;
+        }
+        return next(arguments...);
+    });
+    EXPECT_EQ(Run({m_word}), ExitCode::StageFailed);
+    EXPECT_EQ(calls, 3);
+    EXPECT_TRUE(m_text.starts_with("The first stage that failed: desktop component.")) << m_text;
+    EXPECT_NE(m_text.find(" (23).\n"), m_text.npos) << m_text;
 }
 
 TEST_F(LogCommand, WritesNothingAndLocksNothing)
