@@ -17,6 +17,7 @@ import sys
 import unity
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
+OPTION = re.compile(r"-isystem \S+|\S+")
 COMMAND = re.compile(r"(?P<options>.*) -o (?P<output>\S+) -c \S+$")
 # The analyzer does not step into the standard library: that takes most of its time, and finds leaks in std::function.
 ANALYZER = [f"--extra-arg={word}" for word in ("-Xclang", "-analyzer-config", "-Xclang", "c++-stdlib-inlining=false")]
@@ -25,14 +26,14 @@ OWN_HEADER = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
 SHARED_HEADERS = re.compile(r" -Winvalid-pch| -Xclang -include(-pch)? -Xclang \S+")  # a source names what it uses
 
 
-def options(build):
-    """Top folder -> how its files are compiled. Where libraries differ, the one that sees the most headers counts."""
-    found = {}
+def options(build, tops):
+    """All options with which sources of these top folders are compiled: each source then sees the headers it needs."""
+    found = {}  # in the order in which they appear
     for entry in json.loads((build / "compile_commands.json").read_text()):
-        if command := COMMAND.match(entry["command"]):  # resources are compiled otherwise
-            top = pathlib.Path(command["output"]).parts[0]
-            found[top] = max(found.get(top, ""), SHARED_HEADERS.sub("", command["options"]), key=len)
-    return found
+        command = COMMAND.match(entry["command"])  # resources are compiled otherwise
+        if command and pathlib.Path(command["output"]).parts[0] in tops:
+            found |= dict.fromkeys(OPTION.findall(SHARED_HEADERS.sub("", command["options"])))
+    return " ".join(found)
 
 
 @functools.cache
@@ -74,24 +75,19 @@ class Unit:
         return done.returncode, here.sub(lambda found: self.places[int(found[1]) - 1], told)
 
 
-def write_units(sources, most_bytes, found_options, folder):
+def write_units(sources, most_bytes, build, folder):
     """Writes the units, the largest first, and their compile_commands.json."""
     folder.mkdir(exist_ok=True)
-    by_top = {}
-    for source in by_libraries(sources):
-        by_top.setdefault(pathlib.Path(source).parts[0], []).append(unity.read(source))
-    units, entries = [], []
-    for top, read in by_top.items():
-        for number, group in enumerate(unity.grouped(read, most_bytes)):
-            units.append(Unit(folder / f"{top}-{number}.cpp", [source.path for source in group]))
-            path = str(units[-1].path)
-            entries.append({"directory": str(folder), "file": path, "command": f"{found_options[top]} -c {path}"})
+    command = options(build, {pathlib.Path(source).parts[0] for source in sources})
+    groups = unity.grouped(map(unity.read, by_libraries(sources)), most_bytes)
+    units = [Unit(folder / f"{number}.cpp", [source.path for source in group]) for number, group in enumerate(groups)]
+    entries = [{"directory": str(folder), "file": str(unit.path), "command": f"{command} -c {unit.path}"} for unit in units]
     (folder / "compile_commands.json").write_text(json.dumps(entries, indent=1))
     return sorted(units, key=lambda unit: -len(unit.places))
 
 
 def main(build, most_bytes, sources):
-    units = write_units(sources, most_bytes, options(build), build / "tidy")
+    units = write_units(sources, most_bytes, build, build / "tidy")
     failed = False
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         running = [pool.submit(unit.lint) for unit in units]

@@ -30,7 +30,8 @@ class Tidy(support.ScriptTest):
         self.build = self.folder / "build"
         self.build.mkdir()
         commands = [f"clang++ -O3 -o {top}/a.obj -c /{top}/a.cpp" for top in ("app", "utils")]
-        commands += ["clang++ -O3 -Iprojection -o utils/b.obj -c /utils/b.cpp", "windres app/a.rc app/a.res"]
+        commands += ["clang++ -O3 -Iprojection -isystem json -o utils/b.obj -c /utils/b.cpp", "windres app/a.rc app/a.res",
+                     "clang++ -O3 -isystem test -o tests/c.obj -c /tests/c.cpp"]
         (self.build / "compile_commands.json").write_text(json.dumps([{"command": command} for command in commands]))
 
     def tidy(self, sources, most_bytes=1000):
@@ -43,10 +44,10 @@ class Tidy(support.ScriptTest):
                                  capture_output=True, text=True, check=False)
         return process.returncode, process.stdout + process.stderr
 
-    def test_sources_of_a_folder_are_linted_together(self):
-        code, output = self.tidy({"app/one.cpp": "int one;\n", "app/two.cpp": "int two;\n", "utils/three.cpp": "int three;\n"})
-        self.assertEqual((0, "    clang-tidy: 1 of 2\n    clang-tidy: 2 of 2\n"), (code, output))
-        self.assertEqual("int one;\nint two;\n", (self.build / "tidy" / "app-0.cpp").read_text())
+    def test_sources_are_linted_together(self):
+        code, output = self.tidy({"app/one.cpp": "int one;\n", "utils/two.cpp": "int two;\n"})
+        self.assertEqual((0, "    clang-tidy: 1 of 1\n"), (code, output))
+        self.assertEqual("int one;\nint two;\n", (self.build / "tidy" / "0.cpp").read_text())
 
     def test_no_more_than_fit(self):
         code, output = self.tidy({"app/one.cpp": "int one;\n", "app/two.cpp": "int two;\n"}, most_bytes=0)
@@ -56,7 +57,7 @@ class Tidy(support.ScriptTest):
         plain, library = "int plain;\n", "#include <winrt/x.h>\n#include <json/json.h>\nint library;\n"
         sources = {"app/1.cpp": plain, "app/2.cpp": library, "app/3.cpp": plain, "app/4.cpp": library}
         self.assertEqual(0, self.tidy(sources, most_bytes=2 * len(library))[0])
-        units = sorted(path.read_text().count("library") for path in (self.build / "tidy").glob("app-*.cpp"))
+        units = sorted(path.read_text().count("library") for path in (self.build / "tidy").glob("*.cpp"))
         self.assertEqual([0, 2], units)
 
     def test_a_library_is_also_used_by_way_of_a_header(self):
@@ -64,7 +65,7 @@ class Tidy(support.ScriptTest):
         sources = {"app/outer.h": '#include "app/inner.h"\n', "app/inner.h": "#include <json/json.h>\n",
                    "app/1.cpp": plain, "app/2.cpp": library, "app/3.cpp": plain, "app/4.cpp": library}
         self.assertEqual(0, self.tidy(sources, most_bytes=50)[0])
-        units = sorted(path.read_text().count("library") for path in (self.build / "tidy").glob("app-*.cpp"))
+        units = sorted(path.read_text().count("library") for path in (self.build / "tidy").glob("*.cpp"))
         self.assertEqual([0, 2], units)
 
     def test_what_is_found_names_its_own_source_and_line(self):
@@ -75,18 +76,17 @@ class Tidy(support.ScriptTest):
     def test_an_include_of_an_earlier_source_is_no_duplicate_and_one_of_its_own_is(self):
         self.tidy({"app/one.cpp": "#include <a>\n#include <b>\n", "app/two.cpp": "#include <a>\n#include <c>\n#include <c>\n"})
         self.assertEqual("#include <a>\n#include <b>\n#include <c>\n#include <c>\n",
-                         (self.build / "tidy" / "app-0.cpp").read_text())
+                         (self.build / "tidy" / "0.cpp").read_text())
 
     def test_a_header_sees_no_name_of_a_source(self):
         code, output = self.tidy({"app/one.cpp": "#include <a>\nint one;\n", "app/two.cpp": "#include <b>\nint bad;\n"})
-        self.assertEqual("#include <a>\n#include <b>\nint one;\nint bad;\n", (self.build / "tidy" / "app-0.cpp").read_text())
+        self.assertEqual("#include <a>\n#include <b>\nint one;\nint bad;\n", (self.build / "tidy" / "0.cpp").read_text())
         self.assertIn("app/two.cpp:2:1: error: bad [check]\n", output)
 
-    def test_each_unit_is_compiled_as_its_folder_with_the_most_headers(self):
+    def test_a_unit_is_compiled_with_all_options_of_the_folders_that_are_linted(self):
         self.tidy({"app/one.cpp": "int one;\n", "utils/two.cpp": "int two;\n"})
         entries = json.loads((self.build / "tidy" / "compile_commands.json").read_text())
-        folder = self.build / "tidy"
-        self.assertEqual([f"clang++ -O3 -c {folder}/app-0.cpp", f"clang++ -O3 -Iprojection -c {folder}/utils-0.cpp"],
+        self.assertEqual([f"clang++ -O3 -Iprojection -isystem json -c {self.build}/tidy/0.cpp"],
                          [entry["command"] for entry in entries])
 
     def test_a_clang_tidy_that_cannot_run_fails_and_says_why(self):
