@@ -107,34 +107,68 @@ int Events(Words const& words)
     }
 }
 
-// Takes the options away. records: --record is one of them.
-PlayOptions TakePlayOptions(Words& words, bool& records)
+// Takes the file behind an option away.
+std::wstring TakeFile(Words& words, std::wstring const& option)
+{
+    if (words.empty() || words[0].starts_with(L"--"))
+    {
+        throw UsageError(option + L" needs a file");
+    }
+    auto const path = WindowsPath(words[0]);
+    words.erase(words.begin());
+    return path;
+}
+
+struct PlayWords
 {
     PlayOptions options;
-    for (auto isOption = true; isOption;)
+    bool records = false;
+};
+
+// Takes the options away.
+PlayWords TakePlayWords(Words& words)
+{
+    PlayWords taken;
+    auto& [options, records] = taken;
+    while (!words.empty() && words[0].starts_with(L"--"))
     {
-        isOption = false;
-        auto const take = [&](std::wstring_view name) { return TakeOption(words, name) && (isOption = true); };
-        options.colour = take(L"--colour") ? Colour::Yes : options.colour;
-        options.hasVerdict = take(L"--verdict") || options.hasVerdict;
-        records = take(L"--record") || records;
-        if (take(L"--html"))
+        auto const option = words[0];
+        words.erase(words.begin());
+        if (option == L"--colour")
         {
-            options.page = WindowsPath(words.empty() ? throw UsageError(L"--html needs a file") : words[0]);
-            words.erase(words.begin());
+            options.colour = Colour::Yes;
+        }
+        else if (option == L"--verdict")
+        {
+            options.hasVerdict = true;
+        }
+        else if (option == L"--record")
+        {
+            records = true;
+        }
+        else if (option == L"--html" || option == L"--trace")
+        {
+            (option == L"--html" ? options.files.page : options.files.trace) = TakeFile(words, option);
+        }
+        else
+        {
+            throw UsageError(L"unexpected argument " + option);
         }
     }
-    return options;
+    return taken;
 }
 
 int Play(Words const& words)
 {
     auto rest = words;
-    auto records = false;
-    auto const options = TakePlayOptions(rest, records);
+    auto const [options, records] = TakePlayWords(rest);
     if (rest.size() != 1)
     {
         throw UsageError(L"expected one scenario");
+    }
+    if (records && (options.hasVerdict || !options.files.page.empty() || !options.files.trace.empty()))
+    {
+        throw UsageError(L"--record goes with none of --verdict, --html and --trace: play what it has recorded");
     }
     InstallRuntimeClasses();
     auto const path = WindowsPath(rest[0]);
@@ -215,11 +249,12 @@ constexpr OwnCommand commands[] = {
      L"  came. It asks the app for nothing. Exit code 3 when something failed, 4 when nothing did and something is under\n"
      L"  way. With --json an object with the paths of device and log, one for each finding, one for the log.",
      0, 1, RunDoctor},
-    {L"play", L"[--colour] [--verdict] [--html FILE | --record] SCENARIO",
+    {L"play", L"[--colour] [--record | [--verdict] [--html FILE] [--trace FILE]] SCENARIO",
      L"plays a scenario file on a fresh device, checking every step",
      L"  What the device held before is removed. Exit code 1 when anything differs. With --verdict it ends with what the\n"
-     L"  doctor finds in the app's log, with --html it writes a page with the timeline. With --record it plays the steps\n"
-     L"  that you give, one in a line, until the end of the input (Ctrl-D), and writes the scenario of them.",
+     L"  doctor finds in the app's log, with --html it writes a page with the timeline, with --trace the same as trace\n"
+     L"  events. With --record it plays the steps that you give, one in a line, until the end of the input (Ctrl-D), and\n"
+     L"  writes the scenario of them.",
      1, anyNumber, Play},
     {L"stop", L"", L"switches the device off, with everything that runs on it", L"", 0, 0, Stop},
     {L"restart", L"", L"switches the device off and on again",

@@ -6,7 +6,7 @@
 #include "simulator/base/Text.h"
 #include "simulator/base/UnixPath.h"
 #include "simulator/log/LogVerdict.h"
-#include "simulator/scenario/PlayPage.h"
+#include "simulator/scenario/PlayFiles.h"
 #include "simulator/scenario/Player.h"
 #include "simulator/scenario/Scenario.h"
 
@@ -19,7 +19,16 @@ namespace sim
 namespace
 {
 
-// What the doctor says of what was played.
+// Says where a file is, if it was asked for.
+void WritePlace(std::wstring_view what, std::filesystem::path const& file)
+{
+    if (!file.empty())
+    {
+        console::WriteLine(L"\n" + std::wstring(what) + L": " + FromUtf8(UnixPath(file)));
+    }
+}
+
+// What the doctor says and draws of what was played.
 void WriteVerdict(std::wstring const& scenario, Device const& device, Player const& player, PlayOptions const& options)
 {
     if (options.hasVerdict)
@@ -27,11 +36,13 @@ void WriteVerdict(std::wstring const& scenario, Device const& device, Player con
         auto const isColoured = options.colour == Colour::Yes;
         console::WriteLine(L"\n" + FromUtf8(ReportText(LogReport(device), isColoured)));
     }
-    if (!options.page.empty())
+    auto const& [page, trace] = options.files;
+    if (!page.empty() || !trace.empty())
     {
-        WritePlayPage(options.page, std::filesystem::path(scenario).filename(), device, player.Played().Shown());
-        console::WriteLine(L"\nthe timeline: " + FromUtf8(UnixPath(options.page)));
+        WritePlayFiles(options.files, std::filesystem::path(scenario).filename(), device, player.Played().Shown());
     }
+    WritePlace(L"the timeline", page);
+    WritePlace(L"its trace events", trace);
 }
 
 } // namespace

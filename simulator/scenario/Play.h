@@ -1,4 +1,5 @@
 #pragma once
+#include "doctor/timeline/TimelineFiles.h"
 #include "simulator/protocol/Device.h"
 #include "simulator/scenario/Timeline.h"
 
@@ -11,7 +12,7 @@ struct PlayOptions
 {
     Colour colour = Colour::No;
     bool hasVerdict = false; // the doctor's, at the end
-    std::wstring page;       // the path of the page with the timeline; empty: none
+    doctor::TimelineFiles files;
 };
 
 // Plays a scenario file and reports what was checked. False after the first difference from the scenario, which is

@@ -208,10 +208,16 @@ TEST_F(CommandLine, DrawsAPlayAlsoWithoutALog)
     auto const page = m_folder / L"page.html";
     test::WriteBytes(scenario, "register\n"
                                "expect event package-registered\n");
-    EXPECT_EQ(Run(L"play --html \"" + page + L"\" \"" + scenario + L"\"").exitCode, 0u);
+    auto const trace = m_folder / L"trace.json";
+    auto const played = Run(L"play --html \"" + page + L"\" --trace \"" + trace + L"\" \"" + scenario + L"\"");
+    EXPECT_EQ(played.exitCode, 0u);
+    EXPECT_TRUE(Has(played, L"/page.html\n\nits trace events: ")) << sim::ToUtf8(played.output);
     auto const drawn = test::ReadBytes(page);
     EXPECT_NE(drawn.find("The app has written no log."), std::string::npos);
     EXPECT_NE(drawn.find("package-registered"), std::string::npos);
+    auto const events = test::ReadBytes(trace);
+    EXPECT_TRUE(events.starts_with("{\"traceEvents\":[")) << events;
+    EXPECT_NE(events.find(R"({"ph":"i","name":"package-registered family=)"), std::string::npos) << events;
     auto const refused = Run(L"play --html \"" + m_folder / L"missing\\page.html" + L"\" \"" + scenario + L"\"");
     EXPECT_EQ(refused.exitCode, 1u);
     EXPECT_NE(refused.output.find(L"nothing else happened"), std::wstring::npos) << sim::ToUtf8(refused.output);

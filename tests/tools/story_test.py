@@ -2,6 +2,7 @@
 
 Arguments: the build folder whose programs a copy of the scripts plays with, in a prefix of its own."""
 
+import json
 import os
 import pathlib
 import shutil
@@ -43,7 +44,7 @@ class StoryTest(support.ScriptTest):
         return not support.processes_with(f"WINEPREFIX={self.prefix}")
 
     def test_it_ends_with_the_verdict_and_draws_the_timeline(self):
-        story = self.start_story("--html", "story of today.html", cwd=self.clone.parent)
+        story = self.start_story("--html", "story of today.html", "--trace", "events.json", cwd=self.clone.parent)
         said = story.stdout.read()
         self.assertEqual(0, story.wait(support.LIMIT), said)
         self.assertIn("; nothing else happened\n", said)
@@ -58,11 +59,21 @@ class StoryTest(support.ScriptTest):
         self.assertIn("wait for the registration", text)
         self.assertIn("notify.windows.com/?token=", text)
         self.assertNotRegex(text, r"token=[^\"\u2026]{20}")  # whole, it is an address that anyone can push to
+        trace = self.clone.parent / "events.json"
+        self.assertIn(f"\nits trace events: {trace}\n", verdict)
+        events = json.loads(trace.read_text())["traceEvents"]
+        names = {phase: {event["name"] for event in events if event["ph"] == phase} for phase in "Xi"}
+        self.assertLessEqual({"app process", "helper", "wait for the registration"}, names["X"])
+        self.assertIn("task-started instance=2 name=PushNotificationBGTask wake=1", names["i"])  # the platform's own
+        self.assertIn("Inside OnLaunched", names["i"])  # the log's
 
-    def test_a_page_needs_a_file(self):
-        story = self.start_story("--html")
-        self.assertIn("--html needs a file", story.stdout.read())
-        self.assertEqual(2, story.wait(support.LIMIT))
+    def test_a_page_and_a_trace_need_a_file(self):
+        for option in ("--html", "--trace"):
+            for words in ([], ["--verdict"]):
+                with self.subTest(option, words=words):
+                    story = self.start_story(option, *words)
+                    self.assertIn(f"{option} needs a file", story.stdout.read())
+                    self.assertEqual(2, story.wait(support.LIMIT))
 
     def test_two_at_once_play_one_after_the_other(self):
         first = self.start_story()

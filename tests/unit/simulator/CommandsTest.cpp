@@ -72,18 +72,20 @@ TEST_P(CommandsCalledWronglyTest, EndWith2)
     EXPECT_EQ(sim::RunCommand(GetParam()), 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(CommandsTest, CommandsCalledWronglyTest,
-                         testing::Values(sim::Words{L"lunch"}, sim::Words{L"protocol"}, sim::Words{L"status", L"now"},
-                                         sim::Words{L"launch", L"a", L"b"}, sim::Words{L"log", L"--folow"},
-                                         sim::Words{L"events", L"all"}, sim::Words{L"help", L"lunch"},
-                                         sim::Words{L"fault"}, sim::Words{L"fault", L"CoreApplication.Exit", L"later"},
-                                         sim::Words{L"push", L"a", L"b"}, sim::Words{L"clock", L"+1h", L"+1h"},
-                                         sim::Words{L"cancel-tasks"}, sim::Words{L"cancel-tasks", L"abort"},
-                                         sim::Words{L"revoke-channel", L"x"}, sim::Words{L"tasks", L"x"},
-                                         sim::Words{L"settings", L"x"}, sim::Words{L"play", L"--colour"},
-                                         sim::Words{L"play", L"a", L"b"}, sim::Words{L"play", L"--record"},
-                                         sim::Words{L"play", L"a", L"--record"}, sim::Words{L"restart", L"x"},
-                                         sim::Words{L"page"}, sim::Words{L"page", L"a", L"b"}));
+INSTANTIATE_TEST_SUITE_P(
+    CommandsTest, CommandsCalledWronglyTest,
+    testing::Values(
+        sim::Words{L"lunch"}, sim::Words{L"protocol"}, sim::Words{L"status", L"now"}, sim::Words{L"launch", L"a", L"b"},
+        sim::Words{L"log", L"--folow"}, sim::Words{L"events", L"all"}, sim::Words{L"help", L"lunch"},
+        sim::Words{L"fault"}, sim::Words{L"fault", L"CoreApplication.Exit", L"later"}, sim::Words{L"push", L"a", L"b"},
+        sim::Words{L"clock", L"+1h", L"+1h"}, sim::Words{L"cancel-tasks"}, sim::Words{L"cancel-tasks", L"abort"},
+        sim::Words{L"revoke-channel", L"x"}, sim::Words{L"tasks", L"x"}, sim::Words{L"settings", L"x"},
+        sim::Words{L"play", L"--colour"}, sim::Words{L"play", L"a", L"b"}, sim::Words{L"play", L"--record"},
+        sim::Words{L"play", L"a", L"--record"}, sim::Words{L"play", L"--htm"}, sim::Words{L"play", L"--html"},
+        sim::Words{L"play", L"--html", L"--verdict", L"a"}, sim::Words{L"play", L"--record", L"--html", L"page", L"a"},
+        sim::Words{L"play", L"--record", L"--trace", L"file", L"a"},
+        sim::Words{L"play", L"--verdict", L"--record", L"a"}, sim::Words{L"restart", L"x"}, sim::Words{L"page"},
+        sim::Words{L"page", L"a", L"b"}));
 
 TEST(CommandsTest, HelpIsThereForEachOfThem)
 {

@@ -1,8 +1,7 @@
-#include "simulator/scenario/PlayPage.h"
+#include "simulator/scenario/PlayFiles.h"
 
 #include "doctor/base/Error.h"
 #include "doctor/timeline/LogTimeline.h"
-#include "doctor/timeline/TimelineFiles.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
@@ -12,8 +11,8 @@
 namespace sim
 {
 
-void WritePlayPage(std::wstring const& path, std::wstring const& title, Device const& device,
-                   std::span<Timeline::Item const> items)
+void WritePlayFiles(doctor::TimelineFiles const& files, std::wstring const& title, Device const& device,
+                    std::span<Timeline::Item const> items)
 try
 {
     std::filesystem::path const log = AppLogOn(device);
@@ -21,7 +20,7 @@ try
                         ? doctor::TimelineOfLogs({log.parent_path()}, std::nullopt, ToUtf8(title), false).timeline
                         : doctor::Timeline{.title = ToUtf8(title), .summary = "The app has written no log."};
     AddPlayed(timeline, items);
-    WriteTimelineFiles(timeline, {path, {}});
+    WriteTimelineFiles(timeline, files);
 }
 catch (doctor::Error const& error)
 {
