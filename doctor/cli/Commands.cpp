@@ -6,9 +6,9 @@
 namespace doctor
 {
 
-std::filesystem::path OwnLog(Surroundings const& surroundings)
+std::filesystem::path OwnLog(std::string const& word, Surroundings const& surroundings)
 {
-    auto log = surroundings.ownLog();
+    auto log = word.empty() ? surroundings.ownLog() : PathsOf({word}).front();
     return log.empty() ? throw Error("where the app's log is cannot be told: name its path") : log;
 }
 

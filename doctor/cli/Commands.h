@@ -25,8 +25,11 @@ void AddLive(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 void AddShow(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 void AddLog(CLI::App& app, Surroundings const& surroundings, RunCommand& run);
 
-// The log that is read where no path is given. Throws Error where the system does not tell.
-std::filesystem::path OwnLog(Surroundings const& surroundings);
+// The log that is read where no path is given: the one that the word names, or the one where Windows has it. Throws
+// Error where the system does not tell.
+std::filesystem::path OwnLog(std::string const& word, Surroundings const& surroundings);
+
+inline constexpr char ownLogHelp[] = "the app's log, if it is not where Windows has it";
 
 // From UTF-8.
 std::vector<std::filesystem::path> PathsOf(std::vector<std::string> const& texts);

@@ -75,7 +75,7 @@ void AddLive(CLI::App& app, Surroundings const& surroundings, RunCommand& run)
     }
     auto const words = std::make_shared<LiveWords>();
     auto* const live = app.add_subcommand("live", "looks at the app on this machine, and asks it for its channel");
-    live->add_option("--log", words->log, "the app's log, if it is not where Windows has it");
+    live->add_option("--log", words->log, ownLogHelp);
     live->add_option("--timeout", words->seconds, "how many seconds to wait for the app, and for the channel (60)")
         ->check(CLI::Range(1, 3600));
     live->add_flag("--json", words->isJson, "an object for each finding");

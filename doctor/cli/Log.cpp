@@ -18,6 +18,7 @@ namespace
 struct LogWords
 {
     std::vector<std::string> paths;
+    std::string ownLog;
     std::string asOf;
     bool isFinished = false;
     bool isColoured = false;
@@ -62,7 +63,7 @@ ExitCode RunLog(LogWords const& words, Surroundings const& surroundings)
     auto paths = PathsOf(words.paths);
     if (paths.empty())
     {
-        paths.push_back(OwnLog(surroundings).parent_path()); // with its copies
+        paths.push_back(OwnLog(words.ownLog, surroundings).parent_path()); // with its copies
     }
     auto const report = ReportWithFiles(paths, AsOf(words, surroundings), words);
     surroundings.write(words.isJson ? ReportJson(report) : ReportText(report, words.isColoured));
@@ -76,6 +77,7 @@ void AddLog(CLI::App& app, Surroundings const& surroundings, RunCommand& run)
     auto const words = std::make_shared<LogWords>();
     auto* const log = app.add_subcommand("log", "says of each stage whether it worked, by what the logs tell");
     log->add_option("PATH", words->paths, "log files, or folders with log files")->required(!surroundings.ownLog);
+    log->add_option("--log", words->ownLog, ownLogHelp);
     auto* const asOf = log->add_option("--as-of", words->asOf,
                                        "the local time when the logs were taken: what is missing by then is overdue; "
                                        "otherwise now")

@@ -14,6 +14,7 @@ namespace
 struct ShowWords
 {
     std::vector<std::string> paths;
+    std::string ownLog;
     std::string since;
     std::string level;
     bool isColoured = false;
@@ -34,7 +35,7 @@ ExitCode RunShow(ShowWords const& words, Surroundings const& surroundings)
     options.paths = PathsOf(words.paths);
     if (options.paths.empty())
     {
-        options.ownLog = OwnLog(surroundings);
+        options.ownLog = OwnLog(words.ownLog, surroundings);
     }
     options.filter.since = ParseTime(words.since);
     options.filter.level = LevelOfWord(words.level);
@@ -56,6 +57,7 @@ void AddShow(CLI::App& app, Surroundings const& surroundings, RunCommand& run)
     auto* const show =
         app.add_subcommand("show", "writes the lines of log files, decoded, in the order of their copies");
     show->add_option("PATH", words->paths, "log files, or folders with log files")->required(!surroundings.ownLog);
+    show->add_option("--log", words->ownLog, ownLogHelp);
     show->add_flag("--follow", options.follows, "goes on with what is added to the newest of them");
     show->add_option("--since", words->since, R"(lines from that local time on: 2024-01-05, or "2024-01-05 09:30")")
         ->check(ParsedBy(ParseTime, expectedTime));

@@ -138,9 +138,11 @@ class Calls(DevTest):
 
     def test_the_doctor_looks_at_the_log_of_the_device_by_hand(self):
         log = r"C:\device\Packages\Velmo.NotificationClient_m7dy57p66fpam\AC\Temp\Tessaline\HOV\KZEB.log"
-        doctor = f"wine-run {self.clone}/build/product/doctor/doctor.exe live"
-        self.assertEqual((0, f"{doctor} --json --log {log}\n"), self.dev("doctor", "live", "--json"))
-        self.assertEqual((0, f"{doctor} --log other.log\n"), self.dev("doctor", "live", "--log", "other.log"))
+        for command in ("live", "log", "show"):
+            with self.subTest(command):
+                doctor = f"wine-run {self.clone}/build/product/doctor/doctor.exe {command}"
+                self.assertEqual((0, f"{doctor} --json --log {log}\n"), self.dev("doctor", command, "--json"))
+                self.assertEqual((0, f"{doctor} --log other.log\n"), self.dev("doctor", command, "--log", "other.log"))
 
     def test_programs_by_hand_run_in_the_caller_s_folder(self):
         self.script(self.clone / "cmake" / "wine-run", "#!/usr/bin/env bash\npwd\n")

@@ -172,6 +172,22 @@ TEST_F(CommandLine, FollowsItsOwnLogFromBeforeItIsThere)
     EXPECT_EQ(m_errors, std::vector<std::string>{"doctor: the test ends it"});
 }
 
+TEST_F(CommandLine, TakesAnotherLogForItsOwn)
+{
+    auto const other = m_folder / L"device\\KZEB.log";
+    ASSERT_TRUE(CreateDirectoryW((m_folder / L"device").c_str(), nullptr));
+    test::WriteBytes(other, test::Utf16(test::mark + LogText(L"01/05/24 09:30:12:045", L"other") + L"\r\n"));
+    Shown({});
+    m_ownLog = [&] { return m_path; };
+    auto const word = zant::ToUtf8(other).value();
+    EXPECT_EQ(Run({"show", "--log", word}), ExitCode::Done);
+    EXPECT_EQ(ShownMessages(), "other;");
+    EXPECT_EQ(Run({"show", "--log", word, zant::ToUtf8(m_path).value()}), ExitCode::Done);
+    EXPECT_EQ(ShownMessages(), "one;two;text;");
+    Run({"log", "--log", word});
+    EXPECT_NE(m_lines.at(0).find("device\\KZEB.log: 1 lines"), std::string::npos) << m_lines[0];
+}
+
 TEST_F(CommandLine, SaysThatItDoesNotKnowWhereItsOwnLogIs)
 {
     m_ownLog = [] { return std::filesystem::path(); };
