@@ -23,8 +23,8 @@ class ShippedExecutable(unittest.TestCase):
     def setUpClass(cls):
         cls.program = PortableExecutable(pathlib.Path(EXECUTABLE).read_bytes())
 
-    def test_is_at_most_400_kb(self):
-        self.assertLessEqual(len(self.program.data), 400 * 1024)
+    def test_is_at_most_300000_bytes(self):
+        self.assertLessEqual(len(self.program.data), 300_000)
 
     def test_is_stripped_with_its_debug_information_beside_it(self):
         self.assertEqual(self.program.symbol_count, 0)
