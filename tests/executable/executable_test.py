@@ -54,6 +54,10 @@ class ShippedExecutable(unittest.TestCase):
         # This C runtime has no load configuration for it.
         self.assertEqual(self.program.characteristics & 0x4000, 0)
 
+    def test_has_sections_that_are_mapped_and_not_copied(self):
+        page = 4096
+        self.assertEqual([s.name for s in self.program.sections if s.raw % page != 0], [])
+
     def test_has_no_section_both_writable_and_executable(self):
         executable, writable = 0x20000000, 0x80000000
         both = executable | writable
