@@ -61,6 +61,9 @@ endif()
 # What only the executable of a package is: it runs in an app container, on Windows 10.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     set(packaged_app_options -Wl,--appcontainer -Wl,--major-subsystem-version=10,--minor-subsystem-version=0)
+    # Sections that begin on pages are mapped by Wine, as they are by Windows in any case; others it copies into memory of
+    # the process. That of the build's id would be a page for 28 bytes.
+    list(APPEND packaged_app_options -Wl,--file-alignment,4096 -Wl,-Xlink=-merge:.buildid=.rdata)
 endif()
 
 if(VELMO_COVERAGE)

@@ -1,5 +1,7 @@
 #include "utils/FileVersion.h"
 
+#include "utils/DecimalText.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -47,10 +49,9 @@ try
     {
         return false;
     }
-    text = std::to_wstring(HIWORD(information->dwFileVersionMS)) + L"." +
-           std::to_wstring(LOWORD(information->dwFileVersionMS)) + L"." +
-           std::to_wstring(HIWORD(information->dwFileVersionLS)) + L"." +
-           std::to_wstring(LOWORD(information->dwFileVersionLS));
+    text = DecimalText(HIWORD(information->dwFileVersionMS)) + L"." +
+           DecimalText(LOWORD(information->dwFileVersionMS)) + L"." +
+           DecimalText(HIWORD(information->dwFileVersionLS)) + L"." + DecimalText(LOWORD(information->dwFileVersionLS));
     return true;
 }
 catch (std::bad_alloc const&)

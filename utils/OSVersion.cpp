@@ -1,5 +1,6 @@
 #include "utils/OSVersion.h"
 
+#include "utils/DecimalText.h"
 #include "utils/OSName.h"
 
 #include <new>
@@ -54,8 +55,7 @@ bool ProbeOSVersion(OSVersion& version) noexcept
 bool GetOSVersionText(OSVersion const& version, std::wstring& text) noexcept
 try
 {
-    text = std::to_wstring(version.major) + L"." + std::to_wstring(version.minor) + L"." +
-           std::to_wstring(version.servicePack);
+    text = DecimalText(version.major) + L"." + DecimalText(version.minor) + L"." + DecimalText(version.servicePack);
     return true;
 }
 catch (std::bad_alloc const&)
@@ -72,7 +72,7 @@ try
     {
         return false;
     }
-    text = std::to_wstring(static_cast<std::int32_t>(system.dwBuildNumber));
+    text = DecimalText(static_cast<std::int32_t>(system.dwBuildNumber));
     return true;
 }
 catch (std::bad_alloc const&)

@@ -29,18 +29,17 @@ int volatile g_isPast = 0; // set behind a call, for it not to become a jump
     throw std::runtime_error("nobody catches this"); // the throw
 }
 
+} // namespace
+
 // As the product ends.
-void EndAtOnce()
+void __gnu_cxx::__verbose_terminate_handler()
 {
     RaiseFailFastException(nullptr, nullptr, FAIL_FAST_GENERATE_EXCEPTION_ADDRESS);
     g_isPast = 1;
 }
 
-} // namespace
-
 int main()
 {
-    std::set_terminate(EndAtOnce);
     winrt::init_apartment();
     winrt::Windows::Foundation::Collections::ValueSet const aClassOfThePlatform;
     std::string_view const way = std::getenv("VELMO_CRASH");

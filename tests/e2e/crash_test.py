@@ -78,7 +78,8 @@ class ACrash(unittest.TestCase):
         event = self.crash("throw")
         self.assertRegex(event, r" code=0xC0000602 at=CrashingApp\.exe\+")
         lines = self.explained(event)
-        self.assertNames(lines[0], "EndAtOnce", "RaiseFailFastException(nullptr, nullptr, FAIL_FAST_GENERATE_EXCEPTION_ADDRESS);")
+        self.assertNames(lines[0], "__verbose_terminate_handler",
+                         "RaiseFailFastException(nullptr, nullptr, FAIL_FAST_GENERATE_EXCEPTION_ADDRESS);")
         thrown = next(index for index, line in enumerate(lines) if line.endswith("__cxa_throw"))
         self.assertNames(lines[thrown + 1], "ThrowUncaught", "// the throw")
 
