@@ -7,20 +7,18 @@
 namespace doctor
 {
 
+std::string AdviceText(Finding const& finding, std::size_t margin)
+{
+    auto const line = [&](std::string const& name, std::string const& text) {
+        return text.empty() ? "" : "\n" + std::string(margin, ' ') + name + ": " + WithoutControls(text);
+    };
+    return line("Usual cause", finding.cause) + line("What to do", finding.advice);
+}
+
 std::string FindingText(Finding const& finding)
 {
-    auto const indent = "\n" + std::string(resultWidth, ' ');
-    auto text = Column(ResultName(finding.result), resultWidth) + Column(StageName(finding.stage), stageWidth) +
-                WithoutControls(finding.what);
-    if (!finding.cause.empty())
-    {
-        text += indent + "Usual cause: " + WithoutControls(finding.cause);
-    }
-    if (!finding.advice.empty())
-    {
-        text += indent + "What to do: " + WithoutControls(finding.advice);
-    }
-    return text;
+    return Column(ResultName(finding.result), resultWidth) + Column(StageName(finding.stage), stageWidth) +
+           WithoutControls(finding.what) + AdviceText(finding, resultWidth);
 }
 
 std::string FindingJson(Finding const& finding)

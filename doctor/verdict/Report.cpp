@@ -13,14 +13,14 @@ namespace doctor
 namespace
 {
 
-bool Has(StageReport const& stage, Result result)
+bool Has(std::vector<Finding> const& findings, Result result)
 {
-    return std::ranges::find(stage.findings, result, &Finding::result) != stage.findings.end();
+    return std::ranges::find(findings, result, &Finding::result) != findings.end();
 }
 
 Result ResultOf(StageReport const& stage)
 {
-    if (Has(stage, Result::Failed))
+    if (Has(stage.findings, Result::Failed))
     {
         return Result::Failed;
     }
@@ -28,7 +28,7 @@ Result ResultOf(StageReport const& stage)
     {
         return Result::Worked;
     }
-    return Has(stage, Result::CannotBeTold) ? Result::CannotBeTold : Result::NotSeen;
+    return Has(stage.findings, Result::CannotBeTold) ? Result::CannotBeTold : Result::NotSeen;
 }
 
 // One that lasts stands for those that do not. A step begins behind what it is part of, and says more.
@@ -102,7 +102,7 @@ Result VerdictOf(std::vector<Finding> const& findings)
 {
     for (auto const result : {Result::Failed, Result::CannotBeTold, Result::Worked})
     {
-        if (std::ranges::find(findings, result, &Finding::result) != findings.end())
+        if (Has(findings, result))
         {
             return result;
         }
@@ -119,7 +119,7 @@ Result Report::Verdict() const
         {
             return Result::Failed;
         }
-        if (Has(stage, Result::CannotBeTold))
+        if (Has(stage.findings, Result::CannotBeTold))
         {
             verdict = Result::CannotBeTold;
         }

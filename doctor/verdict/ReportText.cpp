@@ -4,6 +4,7 @@
 #include "doctor/log/LogTime.h"
 #include "doctor/log/Utf8.h"
 #include "doctor/verdict/Columns.h"
+#include "doctor/verdict/FindingText.h"
 
 #include <algorithm>
 
@@ -93,14 +94,7 @@ void Writer::Finding(doctor::Finding const& finding, std::size_t margin)
     {
         Line(indent + "  " + EvidenceText(*finding.last));
     }
-    if (!finding.cause.empty())
-    {
-        Line(indent + "  Usual cause: " + finding.cause);
-    }
-    if (!finding.advice.empty())
-    {
-        Line(indent + "  What to do: " + finding.advice);
-    }
+    m_text += AdviceText(finding, margin + 2);
 }
 
 std::string MachineText(MachineFacts const& machine)

@@ -3,6 +3,7 @@
 #include "console/Console.h"
 #include "doctor/CommandLine.h"
 #include "doctor/base/Console.h"
+#include "doctor/base/Error.h"
 #include "doctor/cli/LocalNow.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
@@ -71,17 +72,27 @@ bool WantsToFollow(Words const& words)
     return !words.empty();
 }
 
+// Fails as the doctor's own functions do, so that it tells why.
+std::filesystem::path DeviceLog()
+try
+{
+    return AppLogOn(Device::FromEnvironment());
+}
+catch (Error const& error)
+{
+    throw doctor::Error(ToUtf8(error.Message()));
+}
+
 // What the doctor shows of the device's log, or of others.
 int Log(Words const& words)
 {
     std::vector<std::string> options = {"show"};
     std::ranges::transform(words, std::back_inserter(options), ToUtf8);
-    auto const outcome =
-        doctor::RunCommandLine(std::move(options), {.write = doctor::WriteLine,
-                                                    .writeError = doctor::WriteErrorLine,
-                                                    .pause = [] { Sleep(logPollMilliseconds); },
-                                                    .now = doctor::LocalNow,
-                                                    .ownLog = [] { return AppLogOn(Device::FromEnvironment()); }});
+    auto const outcome = doctor::RunCommandLine(std::move(options), {.write = doctor::WriteLine,
+                                                                     .writeError = doctor::WriteErrorLine,
+                                                                     .pause = [] { Sleep(logPollMilliseconds); },
+                                                                     .now = doctor::LocalNow,
+                                                                     .ownLog = DeviceLog});
     return static_cast<int>(outcome);
 }
 

@@ -156,6 +156,13 @@ TEST_F(CommandLine, SaysThatAStateFileIsDamaged)
     EXPECT_TRUE(Has(Run(L"events"), L" state-damaged file="));
 }
 
+TEST_F(CommandLine, SaysWhyThereIsNoLog)
+{
+    auto const refused = Run(L"log");
+    EXPECT_EQ(refused.exitCode, 1u);
+    EXPECT_EQ(refused.output, L"doctor: no package is registered: sim register FOLDER comes first\n");
+}
+
 TEST_F(CommandLine, ShowsTheDecodedLog)
 {
     Run(L"play \"" EXIT_SCENARIO L"\""); // leaves the device as it was at the end

@@ -56,6 +56,7 @@ class StoryTest(support.ScriptTest):
         self.assertIn("story.scenario", text)
         self.assertIn("task-started instance=2 name=PushNotificationBGTask", text)  # the platform's own
         self.assertRegex(text, r'\[3,"helper",\d+,\d+,"neutral","helper-started arguments=')  # a span of lane 3
+        self.assertNotRegex(text, r'\[3,"helper",.*"failed"')  # the scenario kills some, which is no failure
         self.assertIn("wait for the registration", text)
         self.assertIn("notify.windows.com/?token=", text)
         self.assertNotRegex(text, r"token=[^\"\u2026]{20}")  # whole, it is an address that anyone can push to
