@@ -3,6 +3,7 @@
 #include "doctor/log/Utf8.h"
 
 #include <algorithm>
+#include <array>
 
 namespace doctor
 {
@@ -137,6 +138,11 @@ bool LineReader::NextUtf16(std::string_view& bytes)
     ForgetGiven();
     while (!bytes.empty())
     {
+        TakeAscii(bytes);
+        if (bytes.empty())
+        {
+            break;
+        }
         auto const byte = static_cast<unsigned char>(bytes.front());
         bytes.remove_prefix(1);
         if (m_skipsByte)
@@ -158,6 +164,33 @@ bool LineReader::NextUtf16(std::string_view& bytes)
         }
     }
     return false;
+}
+
+// Almost all of a log is ASCII, of which whole runs are taken. What ends a line or a piece of one is left.
+void LineReader::TakeAscii(std::string_view& bytes)
+{
+    if (m_hasHalf || m_skipsByte || m_high != 0)
+    {
+        return;
+    }
+    std::array<char, 512> run;
+    auto const most = std::min({bytes.size() / 2, run.size(), mostBytes - 1 - m_text.size()});
+    std::size_t count = 0;
+    for (; count < most; ++count)
+    {
+        auto const character = bytes[count * 2];
+        if (bytes[count * 2 + 1] != 0 || character < 0 || character == '\n')
+        {
+            break;
+        }
+        run[count] = character;
+    }
+    if (count > 0)
+    {
+        m_previous = static_cast<char16_t>(run[count - 1]);
+        m_text.append(run.data(), count);
+        bytes.remove_prefix(count * 2);
+    }
 }
 
 // True when a line is given.

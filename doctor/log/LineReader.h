@@ -58,6 +58,7 @@ class LineReader
     bool NextUtf8(std::string_view& bytes);
     bool NextUtf16(std::string_view& bytes);
     void Recognise(std::string_view& bytes, bool isEnd);
+    void TakeAscii(std::string_view& bytes);
     bool TakeUnit(char16_t unit);
     void TakeOther(char16_t unit);
     void EndHighSurrogate();
