@@ -58,7 +58,7 @@ void CompareOn(bench::Bench& bench, char const* kind, Utf16String const& message
     bench::Pcre2Peer peer;
     bench.Compare(
         {title + ", against its peer",
-         {{"PCRE2, 16-bit, JIT *", bench::Timed([&] { Use(peer.Redact(message)); })}, {"redaction", redaction, 1}},
+         {{"PCRE2, 16-bit, JIT *", bench::Timed([&] { Use(peer.Redact(message)); })}, {"redaction", redaction, 0.7}},
          times});
 #endif
 }
@@ -73,12 +73,15 @@ int main()
     constexpr int comparisons = 24; // with the peer
 #endif
     bench::Bench bench("redaction", comparisons);
-    for (std::size_t const length : {100u, 1'000u, 4'000u})
+    // What is the same for a message of any length weighs more in a short one.
+    constexpr std::pair<std::size_t, double> lengthsAndLimits[] = {{100, 12}, {1'000, 9}, {4'000, 8}};
+    for (auto const& [length, denseLimit] : lengthsAndLimits)
     {
-        CompareOn(bench, "Plain English", bench::English(length), length >= 1'000 ? 4 : 0);
-        CompareOn(bench, "Dense markup without secrets", bench::Markup(length), 25);
-        CompareOn(bench, "English with secrets", bench::WithSecrets(bench::English(length)), length >= 4'000 ? 15 : 0);
-        CompareOn(bench, "Dense markup with secrets", bench::WithSecrets(bench::Markup(length)), 0);
+        auto const english = bench::English(length), dense = bench::Markup(length);
+        CompareOn(bench, "Plain English", english, length >= 1'000 ? 4 : 0);
+        CompareOn(bench, "Dense markup without secrets", dense, denseLimit);
+        CompareOn(bench, "English with secrets", bench::WithSecrets(english), length >= 4'000 ? 15 : 0);
+        CompareOn(bench, "Dense markup with secrets", bench::WithSecrets(dense), length >= 4'000 ? denseLimit : 0);
     }
 #ifndef _WIN32
     std::printf("  * masks every element of a key and not the first alone: not quite the same work\n");

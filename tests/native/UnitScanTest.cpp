@@ -47,7 +47,7 @@ TEST(UnitScan, BeginsWhereItIsTold)
 TEST(UnitScan, OffersEachPlaceOnceUntilOneIsTaken)
 {
     Utf16String text(100, 'x');
-    for (auto const place : {3u, 15u, 16u, 17u, 40u, 95u, 96u, 99u})
+    for (auto const place : {3u, 15u, 16u, 17u, 31u, 32u, 40u, 63u, 64u, 95u, 96u, 99u})
     {
         text[place] = '<';
     }
@@ -60,7 +60,7 @@ TEST(UnitScan, OffersEachPlaceOnceUntilOneIsTaken)
         });
     };
     EXPECT_EQ(offer(text.npos), text.npos);
-    EXPECT_EQ(offered, (std::vector<std::size_t>{3, 15, 16, 17, 40, 95, 96, 99}));
+    EXPECT_EQ(offered, (std::vector<std::size_t>{3, 15, 16, 17, 31, 32, 40, 63, 64, 95, 96, 99}));
     EXPECT_EQ(offer(17), 17u);
     EXPECT_EQ(offered, (std::vector<std::size_t>{3, 15, 16, 17}));
     EXPECT_EQ(offer(99), 99u);
@@ -73,4 +73,12 @@ TEST(UnitScan, TellsUnitsFromTheirBytes)
     Utf16String const long1(32, 0x3C3C);
     EXPECT_EQ(FirstPlace(long1, 0x003C), long1.npos);
     EXPECT_EQ(FirstPlace(long1 + Utf16String(1, 0xFFFF) + long1, 0xFFFF), 32u);
+}
+
+TEST(UnitScan, FindsNothingBehindTheEndOfAShortText)
+{
+    for (std::size_t length = 0; length < 40; ++length)
+    {
+        EXPECT_EQ(FirstPlace(Utf16String(length, 'x'), 0), Utf16View::npos);
+    }
 }
