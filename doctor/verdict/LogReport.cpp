@@ -8,7 +8,7 @@ namespace doctor
 
 Report ReportOfLogs(std::vector<std::filesystem::path> const& paths, std::optional<LogTime> asOf)
 {
-    ReportBuilder builder({}, {});
+    ReportBuilder builder;
     ReadLogs(
         paths, [&](std::filesystem::path const& file) { builder.Begin(file); },
         [&](Entry const& entry) { builder.Add(entry); });
