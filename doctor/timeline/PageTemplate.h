@@ -5,8 +5,7 @@
 namespace doctor
 {
 
-// The page before and behind its data, in pieces. page/assemble.py makes them when the
-// project is built.
+// The page before and behind its data, in pieces. page/assemble.py makes them when the project is built.
 std::span<std::string_view const> PageHead();
 std::span<std::string_view const> PageTail();
 

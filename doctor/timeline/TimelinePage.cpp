@@ -10,12 +10,6 @@ namespace doctor
 namespace
 {
 
-template <typename Value>
-Json OrNull(std::optional<Value> const& value)
-{
-    return value ? Json(*value) : Json();
-}
-
 Json NumberOf(std::optional<LogTime> const& time)
 {
     return time ? Json(time->time_since_epoch().count()) : Json();
@@ -39,8 +33,8 @@ Json ElementOf(TimelineSpan const& span)
 Json ElementOf(TimelineMark const& mark, std::vector<TimelineLine> const& lines)
 {
     auto const isLine = mark.line && lines.at(*mark.line).message == mark.name;
-    return Json::array(
-        {mark.lane, NumberOf(mark.time), isLine ? Json() : Json(mark.name), TextOf(mark.outcome), OrNull(mark.line)});
+    return Json::array({mark.lane, NumberOf(mark.time), isLine ? Json() : Json(mark.name), TextOf(mark.outcome),
+                        mark.line ? Json(*mark.line) : Json()});
 }
 
 Json ElementOf(StageVerdict const& verdict)

@@ -9,7 +9,7 @@ namespace doctor
 
 Report ReportOfLogs(std::vector<std::filesystem::path> const& paths, std::optional<LogTime> asOf)
 {
-    ReportBuilder builder({}, {});
+    ReportBuilder builder;
     auto const begin = [&](std::filesystem::path const& file) { builder.Begin(file); };
     auto const take = [&](Entry const& entry) {
         builder.Add(entry);

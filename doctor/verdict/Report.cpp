@@ -112,23 +112,14 @@ Result VerdictOf(std::vector<Finding> const& findings)
 
 Result Report::Verdict() const
 {
-    auto verdict = Result::NotSeen;
-    for (auto const& stage : stages)
+    for (auto const result : {Result::Failed, Result::CannotBeTold})
     {
-        if (stage.result == Result::Failed)
+        if (std::ranges::any_of(stages, [&](StageReport const& stage) { return Has(stage.findings, result); }))
         {
-            return Result::Failed;
-        }
-        if (Has(stage.findings, Result::CannotBeTold))
-        {
-            verdict = Result::CannotBeTold;
-        }
-        else if (stage.result == Result::Worked && verdict == Result::NotSeen)
-        {
-            verdict = Result::Worked;
+            return result;
         }
     }
-    return verdict;
+    return std::ranges::any_of(stages, &StageReport::worked) ? Result::Worked : Result::NotSeen;
 }
 
 void Conclude(Report& report)

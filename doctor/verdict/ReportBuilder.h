@@ -22,7 +22,7 @@ class ReportBuilder
 {
   public:
     // What a story or a remark tells is also given to these, for a timeline.
-    ReportBuilder(TakeTold alsoTold, TakeRemark alsoRemark);
+    explicit ReportBuilder(TakeTold alsoTold = {}, TakeRemark alsoRemark = {});
 
     // The next file begins.
     void Begin(std::filesystem::path const& file);

@@ -30,11 +30,7 @@ doctor::Report LogReport(Device const& device, std::optional<doctor::LogTime> as
 try
 {
     std::filesystem::path const log = AppLogOn(device);
-    if (!FileExists(log))
-    {
-        return doctor::ReportBuilder({}, {}).End(asOf);
-    }
-    return doctor::ReportOfLogs({log.parent_path()}, asOf);
+    return FileExists(log) ? doctor::ReportOfLogs({log.parent_path()}, asOf) : doctor::ReportBuilder().End(asOf);
 }
 catch (doctor::Error const& error)
 {
