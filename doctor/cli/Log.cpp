@@ -1,11 +1,14 @@
+#include "doctor/base/Error.h"
 #include "doctor/cli/Commands.h"
 #include "doctor/cli/ParsedBy.h"
+#include "doctor/log/LogFolder.h"
 #include "doctor/timeline/LogTimeline.h"
 #include "doctor/timeline/TimelineFiles.h"
 #include "doctor/verdict/LogReport.h"
 #include "doctor/verdict/ReportJson.h"
 #include "doctor/verdict/ReportText.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace doctor
@@ -41,9 +44,22 @@ std::optional<LogTime> AsOf(LogWords const& words, Surroundings const& surroundi
 // Nobody wants one of the files that are read to become a page.
 std::string RefusedAsOutput(std::string const& path)
 {
-    return PathsOf({path}).front().extension() == L".log"
-               ? "'" + path + "' is named as a log, which would be overwritten"
-               : std::string();
+    return HasLogName(PathsOf({path}).front()) ? "'" + path + "' is named as a log, which would be overwritten"
+                                               : std::string();
+}
+
+// A log may have any name where it is named itself.
+void RefuseToOverwrite(Report const& report, std::string const& path)
+{
+    if (path.empty())
+    {
+        return;
+    }
+    auto const output = std::filesystem::absolute(PathsOf({path}).front()).lexically_normal();
+    if (std::ranges::any_of(report.files, [&](FileReport const& file) { return IsSameFile(file.path, output); }))
+    {
+        throw Error("'" + path + "' is one of the logs, which would be overwritten");
+    }
 }
 
 Report ReportWithFiles(std::vector<std::filesystem::path> const& paths, std::optional<LogTime> asOf,
@@ -54,6 +70,8 @@ Report ReportWithFiles(std::vector<std::filesystem::path> const& paths, std::opt
         return ReportOfLogs(paths, asOf);
     }
     auto const made = TimelineOfLogs(paths, asOf, "VelmoNotificationClient", words.hasFullUris);
+    RefuseToOverwrite(made.report, words.page);
+    RefuseToOverwrite(made.report, words.trace);
     WriteTimelineFiles(made.timeline, {PathsOf({words.page}).front(), PathsOf({words.trace}).front()});
     return made.report;
 }

@@ -128,6 +128,24 @@ TEST_F(LogCommand, OverwritesNoLog)
     EXPECT_EQ(test::ReadBytes(m_path), before);
 }
 
+TEST_F(LogCommand, OverwritesNoLogWhateverItsName)
+{
+    WriteRefusedLaunch();
+    auto const bytes = test::ReadBytes(m_path);
+    test::WriteBytes(m_folder / L"case.txt", bytes);
+    test::WriteBytes(m_folder / L"KZEB.LOG", bytes);
+    for (auto const* const option : {"--html", "--trace"})
+    {
+        auto const word = zant::ToUtf8(m_folder / L"case.txt").value();
+        EXPECT_EQ(Run({word, option, zant::ToUtf8(m_folder / L".\\CASE.txt").value()}), ExitCode::Failed);
+        ASSERT_EQ(m_errors.size(), 1u);
+        EXPECT_TRUE(m_errors[0].ends_with("' is one of the logs, which would be overwritten")) << m_errors[0];
+        EXPECT_EQ(Run({word, option, zant::ToUtf8(m_folder / L"KZEB.LOG").value()}), ExitCode::UsageError);
+    }
+    EXPECT_EQ(test::ReadBytes(m_folder / L"case.txt"), bytes);
+    EXPECT_EQ(test::ReadBytes(m_folder / L"KZEB.LOG"), bytes);
+}
+
 TEST_F(LogCommand, SaysThatATimelineCannotBeWritten)
 {
     Write({Started, ProtocolActivated});
