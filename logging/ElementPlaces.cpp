@@ -2,89 +2,121 @@
 
 #include "logging/UnitScan.h"
 
+#include <cstring>
+
 namespace zant
 {
 
 namespace
 {
 
-constexpr Utf16Unit Lowered(Utf16Unit unit) noexcept
+// Names are compared four code units at a time.
+constexpr std::size_t unitsAtOnce = 4;
+constexpr std::uint64_t ofEachUnit = 0x0001'0001'0001'0001;
+
+std::uint64_t FourUnits(Utf16Unit const* units) noexcept
 {
-    return unit >= 'A' && unit <= 'Z' ? static_cast<Utf16Unit>(unit + ('a' - 'A')) : unit;
+    std::uint64_t four = 0;
+    std::memcpy(&four, units, sizeof four);
+    return four;
 }
 
-// A bit for a code unit, the same for both cases of a letter.
-constexpr std::uint32_t BitOf(Utf16Unit unit) noexcept
+// Four units of a text match four of a key when they differ in nothing but the case of letters. The bit 0x20 tells the
+// cases apart; in a key, letters alone have the bit 0x40.
+bool Match(Utf16Unit const* text, Utf16Unit const* key) noexcept
 {
-    return 1u << (unit % 32);
+    auto const four = FourUnits(key);
+    return ((FourUnits(text) ^ four) & ~((four & 0x40 * ofEachUnit) >> 1)) == 0;
 }
 
-// Whether a string begins with a key and the end of an element.
+// Whether a string begins with a key and the end of a tag.
 bool BeginsWith(Utf16View text, Utf16View key) noexcept
 {
-    return text.size() > key.size() && text[key.size()] == '>' &&
-           std::ranges::equal(text.substr(0, key.size()), key, {}, Lowered);
-}
-
-} // namespace
-
-ElementPlaces::ElementPlaces(std::vector<Utf16String> const& keys, Utf16View text)
-    : m_keys(keys), m_elements(keys.size())
-{
-    for (auto const& key : keys)
+    if (text.size() <= key.size() || text[key.size()] != '>')
     {
-        m_firstUnits |= BitOf(key.front());
-        m_secondUnits |= BitOf(key.size() > 1 ? key[1] : '>');
+        return false;
     }
-    Find(text, 0);
-}
-
-void ElementPlaces::Follow(std::size_t key, Utf16View text, std::size_t end, std::size_t start,
-                           std::size_t newStart) noexcept
-{
-    auto lost = false;
-    auto const follow = [&](std::size_t& place) {
-        if (place >= end)
-        {
-            lost |= place < start;
-            place = place < start ? nowhere : place - start + newStart;
-        }
-    };
-    for (++key; key < m_elements.size(); ++key)
+    auto const last = key.size() - unitsAtOnce;
+    for (std::size_t at = 0; at < last; at += unitsAtOnce)
     {
-        // Unpaired elements are never looked up.
-        auto& [open, close] = m_elements[key];
-        if (open != nowhere && close != nowhere)
-        {
-            follow(open);
-            follow(close);
-        }
-    }
-    if (lost)
-    {
-        Find(text, newStart);
-    }
-}
-
-// Known places stay.
-void ElementPlaces::Find(Utf16View text, std::size_t from) noexcept
-{
-    FindUnit(text, '<', from, [&](std::size_t at) {
-        auto name = text.substr(at + 1);
-        auto const place = name.starts_with('/') ? &Element::close : &Element::open;
-        name.remove_prefix(place == &Element::close ? 1 : 0);
-        if (name.size() < 2 || (m_firstUnits & BitOf(name[0])) == 0 || (m_secondUnits & BitOf(name[1])) == 0)
+        if (!Match(&text[at], &key[at]))
         {
             return false;
         }
-        auto const key = std::ranges::find_if(m_keys, [&](Utf16View wanted) { return BeginsWith(name, wanted); });
-        if (key != m_keys.end())
+    }
+    return Match(&text[last], &key[last]);
+}
+
+// What the first four units of several keys have in common, apart from their case: it rules out most other names by one
+// comparison.
+class CommonStart
+{
+  public:
+    explicit CommonStart(std::span<Utf16String const> keys) noexcept : m_units(FourUnits(keys.front().data()))
+    {
+        std::uint64_t different = 0x20 * ofEachUnit;
+        for (auto const& key : keys)
         {
-            auto& first = m_elements[static_cast<std::size_t>(key - m_keys.begin())].*place;
-            first = std::min(first, at);
+            different |= FourUnits(key.data()) ^ m_units;
+        }
+        m_common = ~different;
+        m_units &= m_common;
+    }
+
+    bool MayBegin(Utf16Unit const* name) const noexcept { return (FourUnits(name) & m_common) == m_units; }
+
+  private:
+    std::uint64_t m_units;
+    std::uint64_t m_common = 0;
+};
+
+} // namespace
+
+ElementPlaces::ElementPlaces(std::span<Utf16String const> keys, Utf16View text) noexcept : m_keys(keys), m_text(text)
+{
+    constexpr std::size_t unitsBehindTag = 5; // at least: four of a key and '>'
+    if (keys.empty() || text.size() <= unitsBehindTag)
+    {
+        return;
+    }
+    CommonStart const start(keys);
+    FindUnit(text.substr(0, text.size() - unitsBehindTag), '<', 0, [&, units = text.data()](std::size_t at) {
+        auto const name = at + (units[at + 1] == '/' ? 2u : 1u);
+        if (start.MayBegin(units + name))
+        {
+            Note(at, name);
         }
         return false;
     });
+}
+
+void ElementPlaces::Note(std::size_t at, std::size_t name) noexcept
+{
+    auto const rest = m_text.substr(name);
+    auto const key = std::ranges::find_if(m_keys, [&](Utf16View wanted) { return BeginsWith(rest, wanted); });
+    if (key == m_keys.end())
+    {
+        return;
+    }
+    auto& content = ContentOf(static_cast<std::size_t>(key - m_keys.begin()));
+    if (m_text[at + 1] == '/')
+    {
+        content.end = std::min(content.end, at);
+    }
+    else
+    {
+        content.begin = std::min(content.begin, name + key->size() + 1);
+    }
+}
+
+ElementContent& ElementPlaces::ContentOf(std::size_t key) noexcept
+{
+    auto& place = m_places[key];
+    if (place == 0)
+    {
+        place = static_cast<std::uint8_t>(++m_count);
+    }
+    return m_contents[place - 1u];
 }
 
 } // namespace zant

@@ -1,44 +1,47 @@
 #pragma once
 #include "logging/Utf16.h"
 
+#include <array>
 #include <cstdint>
-#include <vector>
+#include <span>
 
 namespace zant
 {
 
-// The places in a string where the first element of each of several keys opens and closes: "<key>" and "</key>", the
-// letters A to Z in the string matching in either case. One pass over the string serves all keys.
+// The content of an element: from behind its "<key>" to its "</key>". Either tag may be missing, and the closing one
+// may come first.
+struct ElementContent
+{
+    std::size_t begin = Utf16View::npos;
+    std::size_t end = Utf16View::npos;
+
+    // Whether both tags are there and are not adjacent.
+    bool Exists() const noexcept { return begin != Utf16View::npos && end != Utf16View::npos && begin != end; }
+};
+
+// The contents of the first elements of several keys in a string, the letters A to Z in the string matching in either
+// case: for each key its first "<key>" and, independently, its first "</key>". One pass over the string serves all
+// keys, and no memory is allocated.
 class ElementPlaces
 {
   public:
-    static constexpr auto nowhere = Utf16View::npos;
+    static constexpr std::size_t mostKeys = 9;
 
-    // The places of "<" in both. They are independent: the closing element may precede the opening one.
-    struct Element
-    {
-        std::size_t open = nowhere;
-        std::size_t close = nowhere;
-    };
+    // The keys are of at least four units, the letters a to z and hyphens.
+    ElementPlaces(std::span<Utf16String const> keys, Utf16View text) noexcept;
 
-    // The keys are in lower case and not empty; they must outlive this object.
-    ElementPlaces(std::vector<Utf16String> const& keys, Utf16View text);
-
-    // The places for the key with this index. Meaningful only if the element both opens and closes.
-    Element const& operator[](std::size_t key) const noexcept { return m_elements[key]; }
-
-    // Updates the places of all keys after that index for a change of `text`: it is unchanged up to `end`, contains no
-    // element from there on, and continues at `newStart` with what was at `start`.
-    void Follow(std::size_t key, Utf16View text, std::size_t end, std::size_t start, std::size_t newStart) noexcept;
+    // Of the keys with any tag in the string, in the order of their first tags.
+    std::span<ElementContent const> Contents() const noexcept { return {m_contents.data(), m_count}; }
 
   private:
-    void Find(Utf16View text, std::size_t from) noexcept;
+    void Note(std::size_t at, std::size_t name) noexcept;
+    ElementContent& ContentOf(std::size_t key) noexcept;
 
-    std::vector<Utf16String> const& m_keys;
-    std::vector<Element> m_elements;
-    // One bit for each key: rules out most other names by a single test.
-    std::uint32_t m_firstUnits = 0;
-    std::uint32_t m_secondUnits = 0;
+    std::span<Utf16String const> m_keys;
+    Utf16View m_text;
+    std::array<ElementContent, mostKeys> m_contents;
+    std::array<std::uint8_t, mostKeys> m_places{}; // of a key's content, counted from 1; 0: it has none
+    std::size_t m_count = 0;
 };
 
 } // namespace zant

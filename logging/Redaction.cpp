@@ -21,6 +21,50 @@ std::size_t Find(Utf16View text, Utf16View wanted) noexcept
     return last != npos ? last - before : npos;
 }
 
+// Masks the contents of elements that stand one behind another; false when they do not. Where they are nested, overlap
+// or close before they open, what one key's mask takes away or repeats changes what is there for the next key.
+bool MaskInOnePass(std::span<ElementContent const> contents, Utf16View message, Utf16String& output)
+{
+    output.clear();
+    std::size_t done = 0;
+    for (auto const& [begin, end] : contents)
+    {
+        if (begin == npos || end == npos)
+        {
+            continue;
+        }
+        // An opening tag that ends where the last content does is within it.
+        if (begin <= done || end < begin)
+        {
+            return false;
+        }
+        if (begin != end)
+        {
+            output.append(message, done, begin - done).append(mask);
+            done = end;
+        }
+    }
+    output.append(message, done);
+    return true;
+}
+
+// Masks in any order of the elements, at the price of a pass for each key.
+void MaskKeyByKey(std::span<Utf16String const> keys, Utf16String& output)
+{
+    for (auto const& key : keys)
+    {
+        ElementPlaces const element({&key, 1}, output);
+        for (auto const& content : element.Contents())
+        {
+            if (content.Exists())
+            {
+                auto const openLength = key.size() + 2;
+                MaskRange(output, content.begin - openLength, openLength, content.end);
+            }
+        }
+    }
+}
+
 } // namespace
 
 std::vector<Utf16String> CredentialKeys()
@@ -29,6 +73,7 @@ std::vector<Utf16String> CredentialKeys()
         "proxyusername"_utf16,  "proxy-user"_utf16,    "proxyuser"_utf16, "user"_utf16,      "username"_utf16,
         "proxy-password"_utf16, "proxypassword"_utf16, "password"_utf16,  "proxypass"_utf16,
     };
+    static_assert(std::size(keys) <= ElementPlaces::mostKeys);
     return {std::begin(keys), std::end(keys)};
 }
 
@@ -38,20 +83,19 @@ bool ContainsToken(Utf16View message) noexcept
     return header != npos && Find(message.substr(header), ".eyJ"_utf16) != npos;
 }
 
-void MaskCredentials(std::vector<Utf16String> const& maskedKeys, Utf16View message, Utf16String& output)
+bool MaskCredentials(std::vector<Utf16String> const& maskedKeys, Utf16View message, Utf16String& output)
 {
-    ElementPlaces elements(maskedKeys, message);
-    for (std::size_t key = 0; key < maskedKeys.size(); ++key)
+    ElementPlaces const elements(maskedKeys, message);
+    if (std::ranges::none_of(elements.Contents(), &ElementContent::Exists))
     {
-        auto const [open, close] = elements[key];
-        auto const openLength = maskedKeys[key].size() + 2;
-        if (open == npos || close == npos || close == open + openLength)
-        {
-            continue;
-        }
-        MaskRange(output, open, openLength, close);
-        elements.Follow(key, output, open + openLength, close, open + openLength + mask.size());
+        return false;
     }
+    if (!MaskInOnePass(elements.Contents(), message, output))
+    {
+        output = message;
+        MaskKeyByKey(maskedKeys, output);
+    }
+    return true;
 }
 
 void MaskRange(Utf16String& text, std::size_t openStart, std::size_t openLength, std::size_t closeStart)
@@ -76,11 +120,9 @@ Utf16View Redact(Utf16View message, Utf16String& changed, LogLevel& printedLevel
     }
     if (FindUnit(message, '<', 0, [](std::size_t) { return true; }) == npos)
     {
-        return message; // no element: nothing to mask, no copy needed
+        return message; // no element: nothing to mask
     }
-    changed = message;
-    MaskCredentials(maskedKeys, message, changed);
-    return changed;
+    return MaskCredentials(maskedKeys, message, changed) ? changed : message;
 }
 
 } // namespace zant

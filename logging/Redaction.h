@@ -19,11 +19,12 @@ std::vector<Utf16String> CredentialKeys();
 // "eyJ", with a dot between them.
 bool ContainsToken(Utf16View message) noexcept;
 
-// Masks the content of the first element of each key in `output`, a copy of `message`; the letters A to Z in the
-// message match in either case. The first opening and the first closing element count, wherever they are: if the
-// closing one comes first, the string from it on is repeated after the mask. An empty element stays. Keys are distinct
-// element names in lower case, not empty, without angle brackets and slashes.
-void MaskCredentials(std::vector<Utf16String> const& maskedKeys, Utf16View message, Utf16String& output);
+// Masks in `output` the content of the first element of each key in `message`, of which it holds a copy or anything
+// else; the letters A to Z in the message match in either case. False when there is nothing to mask: `output` is
+// unchanged then. The first opening and the first closing element count, wherever they are: if the closing one comes
+// first, the string from it on is repeated after the mask. An empty element stays. Keys are distinct element names of
+// at least four units, the letters a to z and hyphens; there are at most ElementPlaces::mostKeys.
+bool MaskCredentials(std::vector<Utf16String> const& maskedKeys, Utf16View message, Utf16String& output);
 
 // Replaces by four asterisks what is between an opening element, given by its start and length, and the start of a
 // closing one. Both are within the string.

@@ -5,6 +5,7 @@
 
 #include <cwctype>
 #include <gtest/gtest.h>
+#include <memory>
 #include <random>
 
 using namespace zant;
@@ -168,6 +169,39 @@ TEST_P(RedactionOfOneKey, ALongerOrShorterNameIsAnother)
     }
 }
 
+TEST_P(RedactionOfOneKey, ANameThatDiffersInOneUnitIsAnother)
+{
+    for (std::size_t at = 0; at < key.size(); ++at)
+    {
+        auto name = key;
+        name[at] = 'z';
+        EXPECT_EQ(Masked(Element(name, "content"_utf16)), Element(name, "content"_utf16));
+    }
+}
+
+// The memory ends where the message does, which may be anywhere in a tag.
+TEST_P(RedactionOfOneKey, NothingBehindTheMessageIsRead)
+{
+    auto const element = Element(key, ""_utf16);
+    for (std::size_t begin = 0; begin < element.size(); ++begin)
+    {
+        for (auto end = begin; end <= element.size(); ++end)
+        {
+            auto const units = std::make_unique<Utf16Unit[]>(end - begin);
+            std::copy_n(&element[begin], end - begin, units.get());
+            Utf16String output;
+            EXPECT_FALSE(MaskCredentials(CredentialKeys(), {units.get(), end - begin}, output));
+        }
+    }
+}
+
+TEST_P(RedactionOfOneKey, ItMayOpenAtTheEndOfAMessage)
+{
+    auto const opening = Element(key, ""_utf16).substr(0, key.size() + 2);
+    auto const message = Element(key, ""_utf16).substr(key.size() + 2) + opening;
+    EXPECT_EQ(Masked(message), message + Utf16String("****"_utf16) + message);
+}
+
 TEST_P(RedactionOfOneKey, AnElementThatOnlyOpensOrOnlyClosesStays)
 {
     auto const element = Element(key, "content"_utf16);
@@ -256,6 +290,33 @@ TEST(RedactionOfCredentials, KeysAreMaskedInTheOrderOfTheList)
     EXPECT_EQ(output, "<user>a<password>****</password>"_utf16);
 }
 
+TEST(RedactionOfCredentials, SaysWhetherItMasked)
+{
+    Utf16String output("before"_utf16);
+    for (auto const text :
+         {""_utf16, "plain"_utf16, "<b>a</b>"_utf16, "<user></user>"_utf16, "<user>a<password>b"_utf16})
+    {
+        EXPECT_FALSE(MaskCredentials(CredentialKeys(), text, output));
+        EXPECT_EQ(output, "before"_utf16);
+    }
+    for (auto const text : {"<user>a</user>"_utf16, "<user><password>a</user></password>"_utf16})
+    {
+        output = "before"_utf16;
+        EXPECT_TRUE(MaskCredentials(CredentialKeys(), text, output));
+        EXPECT_EQ(output.substr(0, 10), "<user>****"_utf16);
+    }
+}
+
+// Tags that touch the tag of another key: an element may begin where the one before it ends, and no earlier.
+TEST(RedactionOfCredentials, ElementsOfSeveralKeysMayTouch)
+{
+    EXPECT_EQ(Masked("<user>a</user><username>b</username>"_utf16), "<user>****</user><username>****</username>"_utf16);
+    EXPECT_EQ(Masked("<user><username></user>b</username>"_utf16), "<user>****</user>b</username>"_utf16);
+    EXPECT_EQ(Masked("<username><user></username>b</user>"_utf16), "<username><user>****</user>"_utf16);
+    EXPECT_EQ(Masked("<user></user><username>b</username>"_utf16), "<user></user><username>****</username>"_utf16);
+    EXPECT_EQ(Masked("<username><user></user></username>"_utf16), "<username>****</username>"_utf16);
+}
+
 TEST(RedactionOfCredentials, WithoutKeysNothingIsMasked)
 {
     auto const text = "<user>a</user>"_utf16;
@@ -334,6 +395,18 @@ TEST(Redaction, NothingOfAFormerMessageComesBack)
     EXPECT_EQ(Redact("<user>c</user>"_utf16, changed, level, keys), "<user>****</user>"_utf16);
     EXPECT_EQ(Redact("plain"_utf16, changed, level, keys), "plain"_utf16);
     EXPECT_EQ(Redact(""_utf16, changed, level, keys), ""_utf16);
+}
+
+TEST(Redaction, AMessageThatKeepsItsTextIsNotCopied)
+{
+    auto const keys = CredentialKeys();
+    auto level = LogLevel::Info;
+    Utf16String changed;
+    for (auto const message : {"plain"_utf16, "<b>a</b>"_utf16, "<user></user>"_utf16, "<user>a<password>b"_utf16})
+    {
+        EXPECT_EQ(Redact(message, changed, level, keys).data(), message.data());
+        EXPECT_EQ(changed, ""_utf16);
+    }
 }
 
 // The same messages at each run.
