@@ -90,8 +90,7 @@ ElementPlaces::ElementPlaces(std::span<Utf16String const> keys, Utf16View text) 
     });
 }
 
-// Apart from the loop above, whose registers it would take.
-[[gnu::noinline]] void ElementPlaces::Note(std::size_t at, std::size_t name) noexcept
+void ElementPlaces::Note(std::size_t at, std::size_t name) noexcept
 {
     auto const rest = m_text.substr(name);
     auto const key = std::ranges::find_if(m_keys, [&](Utf16View wanted) { return BeginsWith(rest, wanted); });
