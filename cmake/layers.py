@@ -108,7 +108,7 @@ TABLE = {
     "tests/tools": ["cmake"],
     "fuzz": ["doctor/log", "doctor/verdict", "simulator/protocol", "tests/native"],
     "bench": [
-        "app", "service", "logging", "utils", "projection", "simulator/base", "simulator/broker", "simulator/client",
+        "app", "helper", "service", "logging", "utils", "projection", "simulator/base", "simulator/broker", "simulator/client",
         "simulator/protocol", "simulator/testing",
     ],
     "bench/bare_app": ["projection"],

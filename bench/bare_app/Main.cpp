@@ -1,6 +1,8 @@
 #include <string_view>
 #include <windows.h>
 #include <winrt/Windows.ApplicationModel.Activation.h>
+#include <winrt/Windows.ApplicationModel.AppService.h>
+#include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.ApplicationModel.Core.h>
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.UI.Xaml.h>
@@ -23,7 +25,7 @@ void WriteOneLine()
     CloseHandle(file);
 }
 
-// Launched it waits to be ended, activated by its protocol it ends.
+// Launched it waits to be ended, activated by its protocol it ends, and to its service a desktop program may connect.
 struct BareApp : winrt::Windows::UI::Xaml::ApplicationT<BareApp>
 {
     BareApp() { WriteOneLine(); }
@@ -31,6 +33,16 @@ struct BareApp : winrt::Windows::UI::Xaml::ApplicationT<BareApp>
     void OnActivated(winrt::Windows::ApplicationModel::Activation::IActivatedEventArgs const&)
     {
         winrt::Windows::ApplicationModel::Core::CoreApplication::Exit();
+    }
+
+    void OnBackgroundActivated(winrt::Windows::ApplicationModel::Activation::BackgroundActivatedEventArgs const& args)
+    {
+        auto const task = args.TaskInstance();
+        auto const details =
+            task.TriggerDetails().as<winrt::Windows::ApplicationModel::AppService::AppServiceTriggerDetails>();
+        // The handler keeps the task running, and its connection open, until the connection is closed.
+        details.AppServiceConnection().RequestReceived(
+            [deferral = task.GetDeferral(), connection = details.AppServiceConnection()](auto&&...) {});
     }
 };
 
