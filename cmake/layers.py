@@ -112,8 +112,8 @@ TABLE = {
     "tests/tools": ["cmake"],
     "fuzz": ["doctor/log", "doctor/verdict", "simulator/protocol", "tests/native"],
     "bench": [
-        "app", "service", "logging", "utils", "projection", "simulator/base", "simulator/broker", "simulator/client",
-        "simulator/protocol", "simulator/testing", "bench/harness",
+        "app", "helper", "service", "logging", "utils", "projection", "simulator/base", "simulator/broker",
+        "simulator/client", "simulator/protocol", "simulator/testing", "bench/harness",
     ],
     "bench/harness": [],
     "bench/bare_app": ["projection"],

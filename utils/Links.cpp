@@ -57,15 +57,15 @@ bool HasSeveralLinks(std::wstring const& path) noexcept
     {
         return false;
     }
-    BY_HANDLE_FILE_INFORMATION information;
-    if (!GetFileInformationByHandle(file, &information))
+    FILE_STANDARD_INFO information; // GetFileInformationByHandle would ask the volume, too
+    if (!GetFileInformationByHandleEx(file, FileStandardInfo, &information, sizeof information))
     {
         // The handle stays open, on purpose, so no UniqueHandle owns it: until the process ends, no one can delete or
         // rename a file whose links are unknown.
         return false;
     }
     CloseHandle(file);
-    return information.nNumberOfLinks > 1;
+    return information.NumberOfLinks > 1;
 }
 
 } // namespace zant

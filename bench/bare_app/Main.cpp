@@ -1,6 +1,7 @@
 #include <string_view>
 #include <windows.h>
 #include <winrt/Windows.ApplicationModel.Activation.h>
+#include <winrt/Windows.ApplicationModel.AppService.h>
 #include <winrt/Windows.ApplicationModel.Background.h>
 #include <winrt/Windows.ApplicationModel.Core.h>
 #include <winrt/Windows.ApplicationModel.h>
@@ -10,6 +11,7 @@
 
 using namespace winrt::Windows::ApplicationModel;
 using namespace winrt::Windows::ApplicationModel::Activation;
+using namespace winrt::Windows::ApplicationModel::AppService;
 using namespace winrt::Windows::ApplicationModel::Background;
 using namespace winrt::Windows::Networking::PushNotifications;
 
@@ -39,8 +41,20 @@ void RegisterPushTask()
     task.Register();
 }
 
-// Launched it has pushes sent to it and stays, activated by its protocol it ends, and a push makes it start the desktop
-// component.
+// The handler keeps the task running, and its connection open, until the connection is closed.
+void Serve(AppServiceConnection const& connection, BackgroundTaskDeferral const& deferral)
+{
+    connection.RequestReceived([connection, deferral](auto&&...) {});
+}
+
+void LaunchDesktopComponent(BackgroundTaskDeferral const& deferral)
+{
+    FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(L"NotificationReceived")
+        .Completed([deferral](auto&&...) { deferral.Complete(); });
+}
+
+// Launched it has pushes sent to it and stays, activated by its protocol it ends; a push makes it start the desktop
+// component, and to its service a desktop program may connect.
 struct BareApp : winrt::Windows::UI::Xaml::ApplicationT<BareApp>
 {
     BareApp() { WriteOneLine(); }
@@ -55,9 +69,13 @@ struct BareApp : winrt::Windows::UI::Xaml::ApplicationT<BareApp>
 
     static void OnBackgroundActivated(BackgroundActivatedEventArgs const& args)
     {
-        auto const deferral = args.TaskInstance().GetDeferral();
-        FullTrustProcessLauncher::LaunchFullTrustProcessForCurrentAppAsync(L"NotificationReceived")
-            .Completed([deferral](auto&&...) { deferral.Complete(); });
+        auto const task = args.TaskInstance();
+        if (auto const details = task.TriggerDetails().try_as<AppServiceTriggerDetails>())
+        {
+            Serve(details.AppServiceConnection(), task.GetDeferral());
+            return;
+        }
+        LaunchDesktopComponent(task.GetDeferral());
     }
 };
 

@@ -21,9 +21,9 @@ void PrintRow(Row const& row)
 {
     std::printf("  %-38s %10.2f  %7.3f  %7.3f - %-7.3f", row.name.c_str(), row.time, row.ratio.median, row.ratio.low,
                 row.ratio.high);
-    if (row.limit != 0)
+    if (row.limit)
     {
-        std::printf("  at most %.2f: %s", row.limit, TextOf(row.verdict));
+        std::printf("  at most %.2f: %s", *row.limit, TextOf(row.verdict));
     }
     std::printf("\n");
 }
@@ -43,6 +43,34 @@ void PrintTable(Table const& table, Comparison const& comparison)
     }
     std::printf("\n");
     std::fflush(stdout);
+}
+
+void PrintFigure(Figure const& figure, Verdict verdict)
+{
+    auto const& [low, median, high] = figure.value;
+    std::printf("  %-38s %10.0f %s", figure.name.c_str(), median, figure.unit.c_str());
+    if (low != high)
+    {
+        std::printf("  %.0f - %.0f", low, high);
+    }
+    if (verdict != Verdict::None)
+    {
+        std::printf("  at most %.0f: %s", *figure.limit, TextOf(verdict));
+    }
+    std::printf("\n");
+}
+
+nlohmann::ordered_json JsonOf(std::string const& bench, std::string const& table, Figure const& figure, Verdict verdict)
+{
+    nlohmann::ordered_json row{{"bench", bench},           {"table", table},          {"row", figure.name},
+                               {"unit", figure.unit},      {"low", figure.value.low}, {"median", figure.value.median},
+                               {"high", figure.value.high}};
+    if (verdict != Verdict::None)
+    {
+        row["limit"] = *figure.limit;
+        row["verdict"] = TextOf(verdict);
+    }
+    return row;
 }
 
 // Whether the floor equals itself, as far as its interval can tell; a short run cannot.
@@ -69,7 +97,7 @@ void Bench::Compare(Comparison comparison)
     {
         for (auto& contender : comparison.contenders)
         {
-            contender.limit = 0;
+            contender.limit.reset();
         }
     }
     auto const end = Clock::now() + m_share;
@@ -78,7 +106,7 @@ void Bench::Compare(Comparison comparison)
     PrintTable(table, comparison);
     for (auto const& row : table.rows)
     {
-        Keep(table.title, row.name, "ratio", row.ratio, row.limit, row.verdict);
+        Keep(table.title, {row.name, row.ratio, "ratio", row.limit}, row.verdict);
     }
     if (Strays(table))
     {
@@ -92,36 +120,27 @@ void Bench::Show(std::string const& title, std::vector<Figure> const& figures)
     std::printf("\n%s\n", title.c_str());
     for (auto const& figure : figures)
     {
-        auto const limit = IsShort() ? 0 : figure.limit;
-        auto const verdict = Judge(figure.value, limit);
-        std::printf("  %-38s %10.0f %s  %.0f - %.0f", figure.name.c_str(), figure.value.median, figure.unit.c_str(),
-                    figure.value.low, figure.value.high);
-        if (limit != 0)
-        {
-            std::printf("  at most %.0f: %s", limit, TextOf(verdict));
-        }
-        std::printf("\n");
-        Keep(title, figure.name, figure.unit, figure.value, limit, verdict);
+        auto const verdict = IsShort() ? Verdict::None : Judge(figure.value, figure.limit);
+        PrintFigure(figure, verdict);
+        Keep(title, figure, verdict);
     }
     std::fflush(stdout);
 }
 
-void Bench::Keep(std::string const& table, std::string const& row, std::string const& unit, Interval const& value,
-                 double limit, Verdict verdict)
+void Bench::Keep(std::string const& table, Figure const& figure, Verdict verdict)
 {
     m_over += verdict == Verdict::Over ? 1 : 0;
     m_unknown += verdict == Verdict::CannotTell ? 1 : 0;
     auto const* const path = std::getenv("VELMO_BENCH_JSON");
-    if (path != nullptr && *path != '\0')
+    if (path == nullptr || *path == '\0')
     {
-        nlohmann::ordered_json const line{{"bench", m_name},    {"table", table},   {"row", row},
-                                          {"unit", unit},       {"low", value.low}, {"median", value.median},
-                                          {"high", value.high}, {"limit", limit},   {"verdict", TextOf(verdict)}};
-        auto* const file = std::fopen(path, "ab");
-        if (file == nullptr || std::fprintf(file, "%s\n", line.dump().c_str()) < 0 || std::fclose(file) != 0)
-        {
-            throw std::runtime_error(std::string("cannot write ") + path);
-        }
+        return;
+    }
+    auto const line = JsonOf(m_name, table, figure, verdict).dump();
+    auto* const file = std::fopen(path, "ab");
+    if (file == nullptr || std::fprintf(file, "%s\n", line.c_str()) < 0 || std::fclose(file) != 0)
+    {
+        throw std::runtime_error(std::string("cannot write ") + path);
     }
 }
 
@@ -146,7 +165,8 @@ int Bench::Conclude() const
     return m_over == 0 ? 0 : 1;
 }
 
-Figure Nanoseconds(std::string name, Block const& block, double limit, int operationsPerBlock, int blocks)
+Figure Nanoseconds(std::string name, Block const& block, std::optional<double> limit, int operationsPerBlock,
+                   int blocks)
 {
     std::vector<double> times;
     for (int count = 0; count < (IsShort() ? 2 : blocks); ++count)

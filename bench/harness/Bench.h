@@ -2,6 +2,7 @@
 #include "bench/harness/Comparison.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,7 @@ struct Figure
     std::string name;
     Interval value; // of equal values for what is counted
     std::string unit;
-    double limit = 0; // 0: none
+    std::optional<double> limit = {};
 };
 
 // One bench program's run: prints each table as soon as it is known, and the verdict in the end. Where
@@ -38,8 +39,7 @@ class Bench
     int Conclude() const;
 
   private:
-    void Keep(std::string const& table, std::string const& row, std::string const& unit, Interval const& value,
-              double limit, Verdict verdict);
+    void Keep(std::string const& table, Figure const& figure, Verdict verdict);
 
     std::string m_name;
     std::chrono::duration<double> m_share; // of each comparison
@@ -49,6 +49,7 @@ class Bench
 };
 
 // Nanoseconds of one operation, median and interval of so many blocks.
-Figure Nanoseconds(std::string name, Block const& block, double limit, int operationsPerBlock, int blocks);
+Figure Nanoseconds(std::string name, Block const& block, std::optional<double> limit, int operationsPerBlock,
+                   int blocks);
 
 } // namespace bench

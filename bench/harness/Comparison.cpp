@@ -36,7 +36,7 @@ bool IsKnown(Table const& table)
 {
     auto const precise = [](Row const& row) { return row.ratio.Precision() <= Patience::precision; };
     return precise(table.SameAgain()) && std::ranges::all_of(table.rows, [&](Row const& row) {
-               return row.limit == 0 || (precise(row) && row.verdict != Verdict::CannotTell);
+               return !row.limit || (precise(row) && row.verdict != Verdict::CannotTell);
            });
 }
 

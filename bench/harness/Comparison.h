@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,7 +28,7 @@ struct Row
     std::string name;
     double time; // of one operation in the comparison's unit, the median
     Interval ratio;
-    double limit; // 0: none
+    std::optional<double> limit;
     Verdict verdict;
 };
 

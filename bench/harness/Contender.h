@@ -1,6 +1,7 @@
 #pragma once
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace bench
@@ -14,7 +15,7 @@ struct Contender
 {
     std::string name;
     Block block;
-    double limit = 0; // of the ratio to the floor; 0: none
+    std::optional<double> limit = {}; // of the ratio to the floor
 };
 
 // Times an operation from its beginning to its end.

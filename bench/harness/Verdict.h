@@ -1,6 +1,8 @@
 #pragma once
 #include "bench/harness/Interval.h"
 
+#include <optional>
+
 namespace bench
 {
 
@@ -13,14 +15,13 @@ enum class Verdict
     Over
 };
 
-// limit: 0 for none.
-constexpr Verdict Judge(Interval const& interval, double limit)
+constexpr Verdict Judge(Interval const& interval, std::optional<double> limit)
 {
-    if (limit == 0)
+    if (!limit)
     {
         return Verdict::None;
     }
-    return interval.high <= limit ? Verdict::Holds : interval.low > limit ? Verdict::Over : Verdict::CannotTell;
+    return interval.high <= *limit ? Verdict::Holds : interval.low > *limit ? Verdict::Over : Verdict::CannotTell;
 }
 
 constexpr char const* TextOf(Verdict verdict)

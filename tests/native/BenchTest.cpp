@@ -37,8 +37,8 @@ class BenchTest : public testing::Test
         bench::Comparison comparison{"table", {}, 1};
         for (auto const time : microseconds)
         {
-            comparison.contenders.push_back(
-                {std::to_string(time), [time](int) { return time; }, comparison.contenders.empty() ? 0 : limit});
+            comparison.contenders.push_back({std::to_string(time), [time](int) { return time; },
+                                             comparison.contenders.empty() ? std::nullopt : std::optional(limit)});
         }
         bench.Compare(comparison);
         return bench.Conclude();

@@ -26,6 +26,7 @@ REPLACEABLE(FindNextFileCall, FindNextFileW);
 REPLACEABLE(GetDateFormatCall, GetDateFormatEx);
 REPLACEABLE(GetFileAttributesCall, GetFileAttributesW);
 REPLACEABLE(GetFileInformationCall, GetFileInformationByHandle);
+REPLACEABLE(GetFileInformationExCall, GetFileInformationByHandleEx);
 REPLACEABLE(GetFileSizeCall, GetFileSizeEx);
 REPLACEABLE(GetLangIdCall, GetUserDefaultLangID);
 REPLACEABLE(GetLocalTimeCall, GetLocalTime);

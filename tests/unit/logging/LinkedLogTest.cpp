@@ -374,7 +374,7 @@ TEST_F(LinkedLog, IsOpenedWhenItsLinksCannotBeCounted)
     WriteBytes(LogPath(), wideMark);
     std::vector<UniqueHandle> left;
     {
-        GetFileInformationCall const fault([&](auto, HANDLE file, auto) {
+        GetFileInformationExCall const fault([&](auto, HANDLE file, auto, auto, auto) {
             left.emplace_back(file);
             return FALSE;
         });

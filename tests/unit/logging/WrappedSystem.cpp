@@ -11,7 +11,7 @@ WRAP(FindFirstFileCall, FindFirstFileW);
 WRAP(FindNextFileCall, FindNextFileW);
 WRAP(GetDateFormatCall, GetDateFormatEx);
 WRAP(GetFileAttributesCall, GetFileAttributesW);
-WRAP(GetFileInformationCall, GetFileInformationByHandle);
+WRAP(GetFileInformationExCall, GetFileInformationByHandleEx);
 WRAP(GetFileSizeCall, GetFileSizeEx);
 WRAP(GetLocalTimeCall, GetLocalTime);
 WRAP(GetSystemTimeCall, GetSystemTimePreciseAsFileTime);

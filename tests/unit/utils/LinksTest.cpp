@@ -173,7 +173,7 @@ TEST_F(Links, OfAFileThatTellsNothingLeaveItOpen)
     MakeHardLink(folder / L"other", file);
     UniqueHandle left;
     {
-        GetFileInformationCall const fault([&](auto, HANDLE handle, auto) {
+        GetFileInformationExCall const fault([&](auto, HANDLE handle, auto, auto, auto) {
             left = UniqueHandle(handle);
             SetLastError(ERROR_ACCESS_DENIED);
             return FALSE;

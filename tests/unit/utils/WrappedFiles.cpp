@@ -4,7 +4,7 @@ WRAP(CreateFileCall, CreateFileW);
 WRAP(CreateMutexCall, CreateMutexW);
 WRAP(DeleteFileCall, DeleteFileW);
 WRAP(GetFileAttributesCall, GetFileAttributesW);
-WRAP(GetFileInformationCall, GetFileInformationByHandle);
+WRAP(GetFileInformationExCall, GetFileInformationByHandleEx);
 WRAP(GetProcAddressCall, GetProcAddress);
 WRAP(OpenMutexCall, OpenMutexW);
 WRAP(RegGetValueCall, RegGetValueW);
