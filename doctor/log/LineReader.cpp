@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace doctor
 {
@@ -21,6 +22,20 @@ bool LooksLikeUtf16(std::string_view bytes)
 {
     auto const zeros = std::ranges::count(bytes, '\0');
     return bytes.size() >= 2 && static_cast<std::size_t>(zeros) * 3 >= bytes.size();
+}
+
+// The bytes up to a line feed, read as UTF-8, are text in Latin script of the other encoding. Zeros alone are not: a
+// lost write leaves them in any file.
+bool IsLineOfUtf16(std::string_view bytes)
+{
+    constexpr std::size_t fewest = 8;
+    auto const units = bytes.size() / 2;
+    std::size_t latin = 0;
+    for (auto at = bytes.size() % 2; at < bytes.size(); at += 2)
+    {
+        latin += bytes[at] != 0 && bytes[at + 1] == 0 ? 1 : 0;
+    }
+    return units >= fewest && latin * 2 >= units;
 }
 
 bool IsHighSurrogate(char16_t unit)
@@ -128,9 +143,24 @@ bool LineReader::NextUtf8(std::string_view& bytes)
     bytes.remove_prefix(end == room.npos ? room.size() : end + 1);
     if (end != room.npos)
     {
+        TurnToUtf16();
         return EndLine();
     }
     return m_text.size() >= mostBytes && GivePiece();
+}
+
+// Decodes the line again where the file's begin had hidden its encoding. Its last byte is the end of a code unit.
+void LineReader::TurnToUtf16()
+{
+    if (!IsLineOfUtf16(m_text))
+    {
+        return;
+    }
+    m_encoding = Encoding::Utf16;
+    auto const line = std::exchange(m_text, {});
+    auto bytes = std::string_view(line).substr(line.size() % 2);
+    NextUtf16(bytes);
+    m_skipsByte = true; // the second one of the line feed
 }
 
 bool LineReader::NextUtf16(std::string_view& bytes)

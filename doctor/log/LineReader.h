@@ -17,9 +17,10 @@ struct RawLine
 };
 
 // Splits the bytes of a log file into lines: UTF-16LE, as the app writes it, or UTF-8. The byte-order mark tells which;
-// without one the first bytes do. It reads on behind any damage: what is no text becomes U+FFFD, a missing or
-// additional byte in UTF-16 costs the line in which it is, and a line longer than `mostBytes` comes in pieces. The
-// memory that it uses does not depend on the length of the file. Not for several threads at once.
+// without one the first bytes do, and where these are damaged, the first line in UTF-16. It reads on behind any damage:
+// what is no text becomes U+FFFD, a missing or additional byte in UTF-16 costs the line in which it is, and a line
+// longer than `mostBytes` comes in pieces. The memory that it uses does not depend on the length of the file. Not for
+// several threads at once.
 class LineReader
 {
   public:
@@ -57,6 +58,7 @@ class LineReader
     bool NextAtEnd();
     bool NextUtf8(std::string_view& bytes);
     bool NextUtf16(std::string_view& bytes);
+    void TurnToUtf16();
     void Recognise(std::string_view& bytes, bool isEnd);
     void TakeAscii(std::string_view& bytes);
     bool TakeUnit(char16_t unit);

@@ -159,3 +159,24 @@ TEST(LineReader, KeepsZeroCharactersOfBinaryData)
 {
     EXPECT_EQ(LinesOf("binary\0\0data\n"s), (std::vector<Line>{{"binary\0\0data"s, 1}}));
 }
+
+TEST(LineReader, FindsUtf16BehindABeginThatHidesIt)
+{
+    auto const lines = Utf16(u"first line\r\nsecond line\r\n");
+    auto const other = "text of another program, which is longer than what tells the encoding\n"s;
+    EXPECT_EQ(LinesOf(other + lines),
+              (std::vector<Line>{{other.substr(0, other.size() - 1), 1}, {"first line", 2}, {"second line", 3}}));
+    std::string const noise(65, '\x81'); // an odd number of bytes
+    auto const behindNoise = LinesOf(noise + "\n" + lines);
+    ASSERT_EQ(behindNoise.size(), 3u);
+    EXPECT_EQ(behindNoise[1], (Line{"first line", 2}));
+    EXPECT_EQ(behindNoise[2], (Line{"second line", 3}));
+}
+
+TEST(LineReader, TakesZerosInUtf8ForNoOtherEncoding)
+{
+    std::string const first(80, 'a');
+    auto const hole = std::string(100, '\0') + "second";
+    EXPECT_EQ(LinesOf(first + "\n" + hole + "\nthird line\n"),
+              (std::vector<Line>{{first, 1}, {hole, 2}, {"third line", 3}}));
+}

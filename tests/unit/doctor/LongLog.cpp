@@ -3,8 +3,10 @@
 #include "tests/support/Files.h"
 #include "tests/unit/doctor/LogText.h"
 
-#include <psapi.h>
 #include <stdexcept>
+#include <windows.h>
+
+#include <psapi.h> // needs the former
 
 namespace test
 {
