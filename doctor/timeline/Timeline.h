@@ -95,7 +95,7 @@ struct StageVerdict
 struct Timeline
 {
     std::string title{};                  // of the page: "KZEB.log", "story.scenario"
-    std::string summary{};                // one sentence: the first stage that failed, when, how often
+    std::string summary{};                // the first stage that failed, how often, when; then what failed
     std::vector<StageVerdict> verdicts{}; // in the order of the stages
     std::vector<std::string> files{};     // as people read their paths
     std::vector<TimelineLine> lines{};    // in the log's order, which is not that of their times where a clock jumps

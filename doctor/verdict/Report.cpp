@@ -70,16 +70,17 @@ std::string Times(std::uint64_t count)
     return count == 1 ? "once" : std::to_string(count) + " times";
 }
 
+// Which stage, how often, when; then what.
 std::string SummaryOf(StageReport const& stage)
 {
     auto const& finding = *LastFailure(stage);
-    auto text = "The first stage that failed: " + std::string(StageName(stage.stage)) + ". " + finding.what;
+    auto text = "The first stage that failed: " + std::string(StageName(stage.stage));
     if (finding.first)
     {
-        text += " It happened " + Times(finding.count) + ", " + (finding.count == 1 ? "at " : "last at ") +
-                TimeText(finding.latest) + ".";
+        text +=
+            ", " + Times(finding.count) + ", " + (finding.count == 1 ? "at " : "last at ") + TimeText(finding.latest);
     }
-    return IsMended(stage) ? text + " It has worked since." : text;
+    return text + (IsMended(stage) ? "; it has worked since. " : ". ") + finding.what;
 }
 
 std::string SummaryWithoutFailure(Report const& report)

@@ -43,7 +43,7 @@ Result VerdictOf(std::vector<Finding> const& findings);
 
 struct Report
 {
-    std::string summary{}; // one sentence: the first stage that failed, when, how often
+    std::string summary{}; // the first stage that failed, how often, when; then what failed
     MachineFacts machine{};
     std::array<StageReport, stageCount> stages{};
     std::vector<Finding> remarks{}; // of no stage's failure

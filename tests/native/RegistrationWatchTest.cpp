@@ -40,7 +40,7 @@ TEST(RegistrationWatch, TellsOfTasksThatAreRegisteredTwice)
                      "24..25",
                      "tasks registered: failed: The daily timer's task is registered twice: it wakes the suite twice a "
                      "day. 26..27"}));
-    EXPECT_FALSE(report.summary.ends_with("It has worked since.")) << report.summary;
+    EXPECT_FALSE(report.summary.find("it has worked since") != std::string::npos) << report.summary;
 }
 
 TEST(RegistrationWatch, TellsOfThemAlsoInTheNextProcess)
@@ -55,7 +55,7 @@ TEST(RegistrationWatch, TellsOfThemAlsoInTheNextProcess)
     auto const report = log.FinalReport();
     EXPECT_EQ(FailuresOf(report).size(), 3u);
     EXPECT_NE(report.summary.find(" is registered twice: "), std::string::npos) << report.summary;
-    EXPECT_FALSE(report.summary.ends_with("It has worked since.")) << report.summary;
+    EXPECT_FALSE(report.summary.find("it has worked since") != std::string::npos) << report.summary;
 }
 
 TEST(RegistrationWatch, OnlyRemarksOnThemWhenTheyWereRemovedLater)

@@ -95,7 +95,7 @@ TEST(LargeLog, OfAGigabyteHasItsVerdictInLittleMemory)
                                       L"Going to launch full trust app for new notification invocation "});
     ASSERT_NO_FATAL_FAILURE(WriteSparse(log, begin, end, gigabyte));
     auto const report = doctor::ReportOfLogs({log}, std::nullopt);
-    EXPECT_TRUE(report.summary.starts_with("The first stage that failed: desktop component.")) << report.summary;
+    EXPECT_TRUE(report.summary.starts_with("The first stage that failed: desktop component,")) << report.summary;
     ASSERT_EQ(report.files.size(), 1u);
     EXPECT_EQ(report.files[0].lines, 11u);
     auto const& launched = report.stages[static_cast<std::size_t>(doctor::Stage::ComponentLaunched)];

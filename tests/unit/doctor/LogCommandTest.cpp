@@ -74,7 +74,7 @@ TEST_F(LogCommand, SaysWhatFailed)
 {
     WriteRefusedLaunch();
     EXPECT_EQ(Run({m_word}), ExitCode::StageFailed);
-    EXPECT_TRUE(m_text.starts_with("The first stage that failed: desktop component.")) << m_text;
+    EXPECT_TRUE(m_text.starts_with("The first stage that failed: desktop component,")) << m_text;
     EXPECT_EQ(m_text.find('\x1b'), m_text.npos);
 }
 
@@ -106,7 +106,7 @@ TEST_F(LogCommand, DrawsATimelineAndWritesTraceEvents)
     WriteRefusedLaunch();
     EXPECT_EQ(Run({m_word, "--html", zant::ToUtf8(page).value(), "--trace", zant::ToUtf8(trace).value()}),
               ExitCode::StageFailed);
-    EXPECT_TRUE(m_text.starts_with("The first stage that failed: desktop component.")) << m_text;
+    EXPECT_TRUE(m_text.starts_with("The first stage that failed: desktop component,")) << m_text;
     auto const html = test::ReadBytes(page);
     EXPECT_TRUE(html.starts_with("<!DOCTYPE html>")) << html.substr(0, 40);
     EXPECT_TRUE(html.ends_with("</html>\n")) << html.substr(html.size() - 40);
@@ -243,7 +243,7 @@ TEST_F(LogCommand, TellsWhatALogHoldsUpToWhereItCannotBeRead)
     });
     EXPECT_EQ(Run({m_word}), ExitCode::StageFailed);
     EXPECT_EQ(calls, 3);
-    EXPECT_TRUE(m_text.starts_with("The first stage that failed: desktop component.")) << m_text;
+    EXPECT_TRUE(m_text.starts_with("The first stage that failed: desktop component,")) << m_text;
     EXPECT_NE(m_text.find(" (23).\n"), m_text.npos) << m_text;
 }
 

@@ -12,7 +12,7 @@ namespace
 {
 
 constexpr char smallText[] =
-    R"(The first stage that failed: desktop component. The desktop component was not launched. It happened once, at 2024-01-05 09:00:00.040. It has worked since.
+    R"(The first stage that failed: desktop component, once, at 2024-01-05 09:00:00.040; it has worked since. The desktop component was not launched.
 
 worked          package            worked 1 time, last 2024-01-05 09:00:00.000 (KZEB.log:6)
 worked          start-up           worked 1 time, last 2024-01-05 09:00:00.010 (KZEB.log:8)
