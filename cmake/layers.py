@@ -56,9 +56,10 @@ TABLE = {
     ],
     "simulator/client": ["simulator/base", "simulator/package", "simulator/protocol"],
     "simulator/doctor": [
-        "console", "doctor/base", "doctor/cli/ExitCode.h", "doctor/cli/LocalNow.h", "doctor/live/MakeFinding.h",
-        "doctor/verdict",
-        "simulator/base", "simulator/client", "simulator/log", "simulator/platform/Journal.h", "simulator/protocol",
+        "console", "doctor/base", "doctor/cli/ExitCode.h", "doctor/cli/LocalNow.h", "doctor/live/ComponentFile.h",
+        "doctor/live/LogCheck.h", "doctor/live/MakeFinding.h", "doctor/live/MutexCheck.h", "doctor/verdict",
+        "simulator/base", "simulator/client", "simulator/log", "simulator/package", "simulator/platform/Journal.h",
+        "simulator/protocol",
     ],
     "simulator/scenario": [
         "console", "doctor/base", "doctor/log", "doctor/show/Follow.h", "doctor/timeline", "doctor/verdict",

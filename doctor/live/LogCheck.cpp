@@ -32,13 +32,14 @@ bool IsMissing(DWORD error)
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
-Finding Missing(std::string const& what, bool appRuns)
+Finding Missing(std::string const& what, bool hasRun)
 {
     auto finding = LogFailed("There is no " + what + ".", "The app has not run for this user since it was installed.",
                              "Start the app, or ask it for the channel, and look again.");
-    if (appRuns)
+    if (hasRun)
     {
-        finding.cause = "The app runs, but did not begin its log: it may not write there, or a link is on the way.";
+        finding.cause =
+            "The app has run, but began no log, or the log was removed: the app may not write there, or somebody cleaned up.";
         finding.advice = "See who may write to that folder and to those above it.";
     }
     else
@@ -92,13 +93,13 @@ Finding FolderNotWritable(fs::path const& folder, DWORD error)
                      "Look at the folder's access rights.");
 }
 
-Finding FileFinding(fs::path const& log, bool appRuns)
+Finding FileFinding(fs::path const& log, bool hasRun)
 {
     auto const file = OpenShared(log, FILE_APPEND_DATA | FILE_READ_ATTRIBUTES);
     if (!file)
     {
         auto const error = GetLastError();
-        return IsMissing(error) ? Missing("log: " + PathText(log), appRuns) : NotWritable(log, error);
+        return IsMissing(error) ? Missing("log: " + PathText(log), hasRun) : NotWritable(log, error);
     }
     BY_HANDLE_FILE_INFORMATION information;
     if (!GetFileInformationByHandle(file.Get(), &information))
@@ -125,7 +126,7 @@ fs::path LogPathOf(std::wstring const& family)
                : fs::path(folder) / L"Packages" / family / L"AC\\Temp\\Tessaline\\HOV\\KZEB.log";
 }
 
-Finding LogFinding(fs::path const& log, bool appRuns)
+Finding LogFinding(fs::path const& log, bool hasRun)
 {
     if (log.empty())
     {
@@ -139,10 +140,10 @@ Finding LogFinding(fs::path const& log, bool appRuns)
     if (!folder)
     {
         auto const error = GetLastError();
-        return IsMissing(error) ? Missing("folder for the log: " + PathText(log.parent_path()), appRuns)
+        return IsMissing(error) ? Missing("folder for the log: " + PathText(log.parent_path()), hasRun)
                                 : FolderNotWritable(log.parent_path(), error);
     }
-    return FileFinding(log, appRuns);
+    return FileFinding(log, hasRun);
 }
 
 } // namespace doctor

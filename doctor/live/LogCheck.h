@@ -11,7 +11,7 @@ namespace doctor
 std::filesystem::path LogPathOf(std::wstring const& family);
 
 // Whether the app's log is there, can be written, and is no link. It is opened for writing, shared with all others, and
-// closed again; nothing is written or made. appRuns: the app has written lines by now.
-Finding LogFinding(std::filesystem::path const& log, bool appRuns);
+// closed again; nothing is written or made. hasRun: the app has written lines by now.
+Finding LogFinding(std::filesystem::path const& log, bool hasRun);
 
 } // namespace doctor

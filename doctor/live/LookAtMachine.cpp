@@ -6,29 +6,11 @@
 #include "doctor/live/MutexCheck.h"
 #include "doctor/live/PackageCheck.h"
 #include "doctor/live/ServiceCheck.h"
+#include "doctor/verdict/Report.h"
 #include "helper/PackageFacts.h"
-
-#include <algorithm>
-#include <iterator>
 
 namespace doctor
 {
-
-namespace
-{
-
-std::vector<Finding> InOrderOfStages(std::vector<Finding> const& findings)
-{
-    std::vector<Finding> ordered;
-    for (std::size_t stage = 0; stage < stageCount; ++stage)
-    {
-        std::ranges::copy_if(findings, std::back_inserter(ordered),
-                             [&](Finding const& each) { return each.stage == static_cast<Stage>(stage); });
-    }
-    return ordered;
-}
-
-} // namespace
 
 std::vector<Finding> LookAtMachine(LiveOptions const& options)
 {

@@ -3,6 +3,7 @@
 #include "doctor/log/LogTime.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <tuple>
 #include <utility>
@@ -109,6 +110,17 @@ Result VerdictOf(std::vector<Finding> const& findings)
         }
     }
     return Result::NotSeen;
+}
+
+std::vector<Finding> InOrderOfStages(std::vector<Finding> const& findings)
+{
+    std::vector<Finding> ordered;
+    for (std::size_t stage = 0; stage < stageCount; ++stage)
+    {
+        std::ranges::copy_if(findings, std::back_inserter(ordered),
+                             [&](Finding const& each) { return each.stage == static_cast<Stage>(stage); });
+    }
+    return ordered;
 }
 
 Result Report::Verdict() const

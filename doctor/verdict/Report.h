@@ -41,6 +41,9 @@ struct MachineFacts
 // Of all of them: Failed when one is; else CannotBeTold when one is; else Worked, or NotSeen when none worked.
 Result VerdictOf(std::vector<Finding> const& findings);
 
+// Those of one stage stay in their order.
+std::vector<Finding> InOrderOfStages(std::vector<Finding> const& findings);
+
 struct Report
 {
     std::string summary{}; // the first stage that failed, how often, when; then what failed

@@ -12,6 +12,7 @@
 #include "simulator/base/UnixPath.h"
 #include "simulator/client/BrokerClient.h"
 #include "simulator/doctor/Examination.h"
+#include "simulator/doctor/FileFindings.h"
 #include "simulator/doctor/LeftOver.h"
 #include "simulator/log/AppLog.h"
 #include "simulator/log/LogVerdict.h"
@@ -19,6 +20,7 @@
 #include "simulator/protocol/SettingsFile.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace sim
 {
@@ -50,6 +52,13 @@ Examined LookAt(Device const& device)
     examined.journal = ReadJournal(device.JournalFile());
     examined.leftOver = LeftOver(examined.journal, examined.state.clock.since);
     return examined;
+}
+
+std::vector<doctor::Finding> Findings(Device const& device, Examined const& examined, bool hasLog)
+{
+    auto findings = hasLog ? FileFindings(device, examined.journal) : std::vector<doctor::Finding>();
+    std::ranges::copy(Examine(examined), std::back_inserter(findings));
+    return doctor::InOrderOfStages(findings);
 }
 
 // Also of what is not there yet: as the shell names the device's folder, and what is below it.
@@ -88,8 +97,8 @@ int RunDoctor(Words const& words)
     auto const isJson = !words.empty();
     auto const device = Device::FromEnvironment();
     auto const examined = LookAt(device);
-    auto const findings = Examine(examined);
     auto const hasLog = examined.state.package.has_value();
+    auto const findings = Findings(device, examined, hasLog);
     WritePlaces(device, hasLog, isJson);
     for (auto const& finding : findings)
     {

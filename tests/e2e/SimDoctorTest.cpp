@@ -1,6 +1,8 @@
+#include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 #include "simulator/base/UnixPath.h"
 #include "tests/e2e/SimulatorDevice.h"
+#include "tests/support/MakeLink.h"
 
 namespace
 {
@@ -27,6 +29,9 @@ class SimDoctor : public test::SimulatorDevice
             ASSERT_LT(GetTickCount64(), end) << sim::ToUtf8(event);
         }
     }
+
+    std::wstring const m_suiteFolder = m_device + L"\\Packages\\" PACKAGE_FAMILY L"\\AC\\Temp\\Tessaline";
+    std::wstring const m_logFolder = m_suiteFolder + L"\\HOV";
 };
 
 } // namespace
@@ -46,6 +51,9 @@ TEST_F(SimDoctor, FindsNothingWrongAfterAPush)
                              "worked          URI stored         The URI in the app's settings is that of the open",
                              "worked          tasks registered   Both background tasks are registered, each once.",
                              "worked          push or timer      Wake 1, a push at ",
+                             "worked          start-up           The log is there and can be written: ",
+                             "worked          start-up           The log's mutex is free",
+                             "worked          desktop component  The desktop component is there: ",
                              "worked          desktop component  Wake 1, a push at ",
                              "worked          task completed     Wake 1, a push at "})
     {
@@ -84,6 +92,49 @@ TEST_F(SimDoctor, CannotTellWhatIsUnderWay)
     Run(L"fault clear");
     Await(L"task-completed instance=2");
     Look(0);
+}
+
+TEST_F(SimDoctor, FindsNoDesktopComponent)
+{
+    auto const package = m_folder / L"package";
+    sim::CopyFolder(PACKAGE, package);
+    sim::Remove(package + L"\\HOV\\Tessaline.exe");
+    Run(L"register " + package);
+    RunHelper(L"register");
+    auto const said = Look(3);
+    EXPECT_NE(said.find("failed          desktop component  The desktop component is not there: " +
+                        sim::ToUtf8(package) + "\\HOV\\Tessaline.exe.\n"),
+              std::string::npos)
+        << said;
+    EXPECT_EQ(said.find("\nworked          desktop component"), std::string::npos) << said;
+}
+
+TEST_F(SimDoctor, FindsALinkInTheLogsPath)
+{
+    Run(L"register");
+    sim::MakeFolder(m_suiteFolder);
+    sim::MakeFolder(m_folder / L"elsewhere");
+    test::MakeLink(m_logFolder, m_folder / L"elsewhere");
+    RunHelper(L"register");
+    auto const said = Look(3);
+    EXPECT_NE(said.find("failed          start-up           A link is in the log's path: " + sim::ToUtf8(m_logFolder) +
+                        ".\n"),
+              std::string::npos)
+        << said;
+}
+
+TEST_F(SimDoctor, TellsALogThatIsMissingFromOneThatNeverBegan)
+{
+    auto const missing = "start-up           There is no folder for the log: " + sim::ToUtf8(m_logFolder) + ".\n";
+    Run(L"register");
+    auto const before = Look(3); // nothing else was set up
+    EXPECT_NE(before.find("not seen        " + missing), std::string::npos) << before;
+    RunHelper(L"register");
+    Look(0);
+    Run(L"kill");
+    sim::Remove(m_logFolder);
+    auto const after = Look(3);
+    EXPECT_NE(after.find("failed          " + missing), std::string::npos) << after;
 }
 
 TEST_F(SimDoctor, HasAnObjectForEachFinding)
