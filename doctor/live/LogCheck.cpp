@@ -76,14 +76,28 @@ zant::UniqueHandle OpenShared(fs::path const& path, DWORD access, DWORD flags = 
     return zant::UniqueHandle(CreateFileW(path.c_str(), access, all, nullptr, OPEN_EXISTING, flags, nullptr));
 }
 
-Finding NotWritable(fs::path const& path, DWORD error)
+// cause: where no other program is it.
+Finding NotOpened(std::string const& what, fs::path const& path, DWORD error, std::string const& cause)
 {
-    return LogFailed("The log cannot be written: " + PathText(path) + ": " + SystemText(error) + ".",
+    return LogFailed(what + ": " + FailureText(path, error) + ".",
                      error == ERROR_SHARING_VIOLATION
                          ? "Another program has it open and shares it with nobody: an editor, a backup, a scanner."
-                         : "The file is read-only, or its access rights were changed.",
+                         : cause,
                      error == ERROR_SHARING_VIOLATION ? "End that program; the Resource Monitor names it."
                                                       : "Look at the file's attributes and access rights.");
+}
+
+Finding NotWritable(fs::path const& path, DWORD error)
+{
+    return NotOpened("The log cannot be written", path, error,
+                     "The file is read-only, or its access rights were changed.");
+}
+
+Finding NotReadable(fs::path const& path, DWORD error)
+{
+    return NotOpened("The log can be written, but not read", path, error,
+                     "Its access rights were changed: the app cannot copy the log when that is full, and the doctor "
+                     "reads no line.");
 }
 
 Finding FolderNotWritable(fs::path const& folder, DWORD error)
@@ -100,6 +114,10 @@ Finding FileFinding(fs::path const& log, bool hasRun)
     {
         auto const error = GetLastError();
         return IsMissing(error) ? Missing("log: " + PathText(log), hasRun) : NotWritable(log, error);
+    }
+    if (!OpenShared(log, GENERIC_READ))
+    {
+        return NotReadable(log, GetLastError());
     }
     BY_HANDLE_FILE_INFORMATION information;
     if (!GetFileInformationByHandle(file.Get(), &information))

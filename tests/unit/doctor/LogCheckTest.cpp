@@ -68,7 +68,7 @@ TEST_F(LogCheck, SharesTheLogWithAllThatUseIt)
         });
     Look();
     DWORD const all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    EXPECT_EQ(opened, (std::vector<std::pair<DWORD, DWORD>>{{OPEN_EXISTING, all}, {OPEN_EXISTING, all}}));
+    EXPECT_EQ(opened, std::vector(3, std::pair<DWORD, DWORD>(OPEN_EXISTING, all)));
 }
 
 TEST_F(LogCheck, SaysThatTheAppBeganNoLog)
@@ -105,6 +105,26 @@ TEST_F(LogCheck, SaysThatTheLogCannotBeWritten)
     EXPECT_TRUE(finding.what.starts_with("The log cannot be written: " + doctor::PathText(m_log) + ": "))
         << finding.what;
     EXPECT_EQ(finding.cause, "The file is read-only, or its access rights were changed.");
+}
+
+TEST_F(LogCheck, SaysThatTheLogCannotBeRead)
+{
+    test::WriteBytes(m_log, "lines");
+    DWORD error = ERROR_ACCESS_DENIED;
+    test::CreateFileCall const denied([&](auto next, LPCWSTR path, DWORD access, auto... rest) {
+        if (path != m_log || access != GENERIC_READ)
+        {
+            return next(path, access, rest...);
+        }
+        SetLastError(error);
+        return INVALID_HANDLE_VALUE;
+    });
+    auto const finding = Look();
+    EXPECT_EQ(finding.result, Result::Failed);
+    EXPECT_EQ(finding.what, "The log can be written, but not read: " + doctor::FailureText(m_log, error) + ".");
+    EXPECT_TRUE(finding.cause.starts_with("Its access rights were changed: the app cannot copy the log"));
+    error = ERROR_SHARING_VIOLATION;
+    EXPECT_TRUE(Look().cause.starts_with("Another program has it open"));
 }
 
 TEST_F(LogCheck, SaysThatAnotherProgramHoldsTheLog)
