@@ -39,7 +39,7 @@ TABLE = {
         "doctor/base", "doctor/live/LiveOptions.h", "doctor/log", "doctor/show",
         "doctor/timeline", "doctor/verdict", "utils",
     ],
-    "doctor": ["doctor/base", "doctor/cli", "doctor/live", "helper", "utils"],
+    "doctor": ["console/Colours.h", "doctor/base", "doctor/cli", "doctor/live", "helper", "utils"],
     "simulator/base": ["projection"],
     "simulator/protocol": ["simulator/base"],
     "simulator/package": ["simulator/base", "simulator/protocol"],

@@ -1,3 +1,4 @@
+#include "console/Colours.h"
 #include "doctor/CommandLine.h"
 #include "doctor/base/Console.h"
 #include "doctor/cli/LocalNow.h"
@@ -29,6 +30,7 @@ int wmain(int count, wchar_t** arguments) // NOLINT(misc-use-internal-linkage)
         .writeError = doctor::WriteErrorLine,
         .pause = [] { Sleep(pauseMilliseconds); },
         .now = doctor::LocalNow,
+        .takesColours = console::TakesColours,
         .look = [](doctor::LiveOptions const& options) { return doctor::LookAtMachine(options); },
         .ownLog = [] { return doctor::LogPathOf(packageFamilyName); }};
     return static_cast<int>(doctor::RunCommandLine(std::move(words), surroundings));

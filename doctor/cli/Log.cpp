@@ -84,7 +84,8 @@ ExitCode RunLog(LogWords const& words, Surroundings const& surroundings)
         paths.push_back(OwnLog(words.ownLog, surroundings).parent_path()); // with its copies
     }
     auto const report = ReportWithFiles(paths, AsOf(words, surroundings), words);
-    surroundings.write(words.isJson ? ReportJson(report) : ReportText(report, words.isColoured));
+    surroundings.write(words.isJson ? ReportJson(report)
+                                    : ReportText(report, surroundings.AreColoured(words.isColoured)));
     return ExitCodeOf(report.Verdict());
 }
 
@@ -103,7 +104,7 @@ void AddLog(CLI::App& app, Surroundings const& surroundings, RunCommand& run)
     log->add_flag("--finished", words->isFinished, "nothing writes to the logs any more: what is missing never came")
         ->excludes(asOf);
     log->add_flag("--json", words->isJson, "one object");
-    log->add_flag("--colour", words->isColoured, "in colours, for a terminal");
+    log->add_flag("--colour", words->isColoured, "in colours, also where the output is no console");
     log->add_option("--html", words->page, "writes a page with the timeline into that file")
         ->check(CLI::Validator(RefusedAsOutput, ""));
     log->add_option("--trace", words->trace,

@@ -29,6 +29,15 @@ std::optional<zant::LogLevel> LevelOfWord(std::string word)
     return LevelOf(word);
 }
 
+Form FormFor(ShowWords const& words, Surroundings const& surroundings)
+{
+    if (words.isJson)
+    {
+        return Form::Json;
+    }
+    return surroundings.AreColoured(words.isColoured) ? Form::Coloured : Form::Text;
+}
+
 ExitCode RunShow(ShowWords const& words, Surroundings const& surroundings)
 {
     auto options = words.options;
@@ -39,11 +48,7 @@ ExitCode RunShow(ShowWords const& words, Surroundings const& surroundings)
     }
     options.filter.since = ParseTime(words.since);
     options.filter.level = LevelOfWord(words.level);
-    options.format.form = words.isColoured ? Form::Coloured : Form::Text;
-    if (words.isJson)
-    {
-        options.format.form = Form::Json;
-    }
+    options.format.form = FormFor(words, surroundings);
     auto const writeError = [&](std::string_view text) { surroundings.writeError("doctor: " + std::string(text)); };
     return Show(options, surroundings.write, writeError, surroundings.pause) ? ExitCode::Done : ExitCode::Failed;
 }
@@ -68,7 +73,7 @@ void AddShow(CLI::App& app, Surroundings const& surroundings, RunCommand& run)
     show->add_option("--category", options.filter.category, "lines of that category: ZEBMain, AppService, …");
     show->add_option("--grep", options.filter.text, "lines whose message holds the text, in upper or lower case");
     show->add_flag("--json", words->isJson, "an object for each line");
-    show->add_flag("--colour", words->isColoured, "coloured by level, for a terminal");
+    show->add_flag("--colour", words->isColoured, "coloured by level, also where the output is no console");
     show->add_flag("--full", options.format.hasFullUris, "with whole channel URIs: addresses that anyone can push to");
     show->callback([=, &surroundings, &run] { run = [=, &surroundings] { return RunShow(*words, surroundings); }; });
 }

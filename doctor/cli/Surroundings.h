@@ -19,11 +19,17 @@ struct Surroundings
     std::function<void()> pause;  // between two looks at what changes
     std::function<LogTime()> now; // the local time
 
+    // Whether what takes the lines shows colours unasked. None: it does not.
+    std::function<bool()> takesColours{};
+
     // What is found on this machine. None: the program does not look.
     std::function<std::vector<Finding>(LiveOptions const&)> look{};
 
     // The log that is read where no path is given. None: a path has to be given.
     std::function<std::filesystem::path()> ownLog{};
+
+    // isAsked: by an option.
+    bool AreColoured(bool isAsked) const { return isAsked || (takesColours && takesColours()); }
 };
 
 } // namespace doctor

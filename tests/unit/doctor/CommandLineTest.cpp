@@ -30,6 +30,7 @@ class CommandLine : public testing::Test
                                        .writeError = [&](std::string_view line) { m_errors.emplace_back(line); },
                                        .pause = m_pause,
                                        .now = [&] { return m_now; },
+                                       .takesColours = m_takesColours,
                                        .look =
                                            [&](doctor::LiveOptions const& options) {
                                                m_liveOptions = options;
@@ -66,6 +67,7 @@ class CommandLine : public testing::Test
     std::vector<std::string> m_errors;
     std::function<void()> m_pause = [] { throw doctor::Error("paused"); };
     doctor::LogTime m_now{};
+    std::function<bool()> m_takesColours;
     std::function<std::filesystem::path()> m_ownLog;
     ExitCode m_exitCode{};
     doctor::LiveOptions m_liveOptions; // with which it looked at the machine
@@ -87,6 +89,17 @@ TEST_F(CommandLine, ShowsALogAndHasItsOptions)
     EXPECT_EQ(Shown({"--colour", "--level", "warn"}), "two\x1b[0m;");
     Shown({"--json"});
     EXPECT_TRUE(m_lines.at(0).starts_with(R"({"time":")"));
+}
+
+TEST_F(CommandLine, ShowsColoursUnaskedWhereTheyAreShown)
+{
+    m_takesColours = [] { return true; };
+    EXPECT_EQ(Shown({"--level", "warn"}), "two\x1b[0m;");
+    Shown({"--json"});
+    EXPECT_EQ(m_lines.at(0).find('\x1b'), std::string::npos);
+    m_takesColours = [] { return false; };
+    EXPECT_EQ(Shown({"--level", "warn"}), "two;");
+    EXPECT_EQ(Shown({"--colour", "--level", "warn"}), "two\x1b[0m;");
 }
 
 TEST_F(CommandLine, SaysWhichLogItCannotShowAndShowsTheOthers)

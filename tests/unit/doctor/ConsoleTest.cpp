@@ -4,7 +4,7 @@
 #include "doctor/base/Error.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/WrappedCall.h"
+#include "tests/unit/doctor/ConsoleMode.h"
 #include "utils/UniqueHandle.h"
 
 #include <functional>
@@ -13,12 +13,10 @@
 namespace test
 {
 
-REPLACEABLE(GetConsoleModeCall, GetConsoleMode);
 REPLACEABLE(WriteConsoleCall, WriteConsoleW);
 
 } // namespace test
 
-WRAP(GetConsoleModeCall, GetConsoleMode);
 WRAP(WriteConsoleCall, WriteConsoleW);
 
 namespace

@@ -35,6 +35,7 @@ class LogCommand : public testing::Test
                                        .writeError = [&](std::string_view line) { m_errors.emplace_back(line); },
                                        .pause = [] { throw doctor::Error("paused"); },
                                        .now = [&] { return m_now; },
+                                       .takesColours = m_takesColours,
                                        .ownLog = m_ownLog});
     }
 
@@ -55,6 +56,7 @@ class LogCommand : public testing::Test
     std::wstring const m_path = m_folder / L"KZ\u00C9B.log";
     std::string const m_word = zant::ToUtf8(m_path).value();
     doctor::LogTime m_now = test::At(3600);
+    std::function<bool()> m_takesColours;
     std::function<std::filesystem::path()> m_ownLog;
     std::string m_text;
     std::vector<std::string> m_errors;
@@ -96,6 +98,19 @@ TEST_F(LogCommand, WritesJsonAndColours)
     EXPECT_TRUE(m_text.starts_with(R"({"summary":"The first stage)")) << m_text;
     EXPECT_EQ(Run({m_word, "--colour"}), ExitCode::StageFailed);
     EXPECT_NE(m_text.find("\x1b[31mfailed"), m_text.npos);
+}
+
+TEST_F(LogCommand, IsColouredUnaskedWhereColoursAreShown)
+{
+    WriteRefusedLaunch();
+    m_takesColours = [] { return true; };
+    EXPECT_EQ(Run({m_word}), ExitCode::StageFailed);
+    EXPECT_NE(m_text.find("\x1b[31mfailed"), m_text.npos);
+    EXPECT_EQ(Run({m_word, "--json"}), ExitCode::StageFailed);
+    EXPECT_EQ(m_text.find('\x1b'), m_text.npos);
+    m_takesColours = [] { return false; };
+    EXPECT_EQ(Run({m_word}), ExitCode::StageFailed);
+    EXPECT_EQ(m_text.find('\x1b'), m_text.npos);
 }
 
 TEST_F(LogCommand, DrawsATimelineAndWritesTraceEvents)

@@ -1,0 +1,12 @@
+#pragma once
+#include "tests/support/WrappedCall.h"
+
+#include <windows.h>
+
+namespace test
+{
+
+REPLACEABLE(GetConsoleModeCall, GetConsoleMode);
+REPLACEABLE(SetConsoleModeCall, SetConsoleMode);
+
+} // namespace test
