@@ -144,6 +144,21 @@ class Calls(DevTest):
                 self.assertEqual((0, f"{doctor} --json --log {log}\n"), self.dev("doctor", command, "--json"))
                 self.assertEqual((0, f"{doctor} --log other.log\n"), self.dev("doctor", command, "--log", "other.log"))
 
+    def shown_on_a_terminal(self, *arguments, **environment):
+        terminal, output = os.openpty()
+        self.addCleanup(os.close, terminal)
+        with os.fdopen(output, "w") as output:
+            subprocess.run([self.clone / "dev", *arguments], env=self.environment | environment, check=True,
+                           stdin=subprocess.DEVNULL, stdout=output)
+        return os.read(terminal, 10000).decode()
+
+    def test_logs_have_colours_on_a_terminal_unless_no_color_is_set(self):
+        for command in (("sim", "log"), ("doctor", "log"), ("doctor", "show")):
+            with self.subTest(command):
+                self.assertIn("--colour", self.shown_on_a_terminal(*command, NO_COLOR=""))
+                self.assertNotIn("--colour", self.shown_on_a_terminal(*command, NO_COLOR="1"))
+                self.assertNotIn("--colour", self.dev(*command)[1])
+
     def test_programs_by_hand_run_in_the_caller_s_folder(self):
         self.script(self.clone / "cmake" / "wine-run", "#!/usr/bin/env bash\npwd\n")
         for name, argument in (("sim", "play"), ("sim", "stop"), ("helper", "help")):
