@@ -1,10 +1,10 @@
 // How long a push takes from the push service's word until the desktop component has been started, against a bare app
 // that makes the same launch: real processes, each app on a device of its own.
+#include "bench/Devices.h"
 #include "bench/harness/Bench.h"
 #include "simulator/base/Error.h"
+#include "simulator/base/Process.h"
 #include "simulator/base/Text.h"
-#include "simulator/broker/WindowsProcessStarter.h"
-#include "simulator/client/BrokerClient.h"
 
 #include <cstdio>
 
@@ -13,37 +13,14 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-void Run(std::wstring const& program, std::wstring const& arguments, std::wstring const& folder)
-{
-    unsigned long result = 0;
-    sim::Handle const ended(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    sim::WindowsProcessStarter processes;
-    processes.Listen([&](auto, unsigned long exitCode) {
-        result = exitCode;
-        SetEvent(ended.Get());
-    });
-    auto const started = processes.Start({program, L"\"" + program + L"\" " + arguments, folder, {}});
-    if (started.error == 0)
-    {
-        WaitForSingleObject(ended.Get(), INFINITE);
-    }
-    if (started.error != 0 || result != 0)
-    {
-        throw sim::Error(program + L" " + arguments + L" failed");
-    }
-}
-
 // A device that is on, with an app that pushes are sent to.
 class Pushes
 {
   public:
     // home: the device's folder.
     Pushes(std::wstring const& home, std::wstring const& simulator, std::wstring const& package)
+        : m_broker(bench::FollowNewDevice(simulator, home, package))
     {
-        SetEnvironmentVariableW(L"VELMO_SIM_HOME", home.c_str());
-        Run(simulator, L"register \"" + package + L"\"", package);
-        m_broker = sim::BrokerClient::Connect(sim::Device(home));
-        m_broker->Follow();
     }
 
     ~Pushes() { m_broker->Stop(); }
@@ -145,7 +122,8 @@ try
     bare.Launch();
     bare.WaitFor(L"task-registered");
     Pushes product(home, simulator, package);
-    Run(helper, L"register", package);
+    auto const command = L"\"" + helper + L"\" register";
+    bench::AwaitSuccess(sim::StartProcess({helper, command, package, {{L"VELMO_SIM_HOME", home}}}), command);
     product.WaitFor(L"task-completed"); // the helper's own
     bench::Bench bench("activation", 2);
     CompareApps(bench, bare, product);

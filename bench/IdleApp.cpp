@@ -1,25 +1,16 @@
 #include "bench/IdleApp.h"
 
+#include "bench/Devices.h"
 #include "bench/ProcessHandles.h"
 #include "simulator/base/Error.h"
-#include "simulator/base/Process.h"
 
 namespace bench
 {
 
 IdleApp::IdleApp(std::wstring const& simulator, std::wstring const& device, std::wstring const& package)
-    : m_executable(package + L"\\VelmoNotificationClient.exe") // also the bare app's, which stands in its place
+    : m_executable(package + L"\\VelmoNotificationClient.exe"), // also the bare app's, which stands in its place
+      m_broker(FollowNewDevice(simulator, device, package))
 {
-    auto const registering = sim::StartProcess(
-        {simulator, L"\"" + simulator + L"\" register \"" + package + L"\"", package, {{L"VELMO_SIM_HOME", device}}});
-    DWORD exitCode = 1;
-    if (!registering || WaitForSingleObject(registering.Get(), INFINITE) != WAIT_OBJECT_0 ||
-        !GetExitCodeProcess(registering.Get(), &exitCode) || exitCode != 0)
-    {
-        throw sim::Error(L"the package in " + package + L" is not registered");
-    }
-    m_broker = sim::BrokerClient::Connect(sim::Device(device));
-    m_broker->Follow();
 }
 
 IdleApp::~IdleApp()

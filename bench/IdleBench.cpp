@@ -1,6 +1,7 @@
 // What the product costs while nobody needs it: the process with a helper connected, against a bare app of the same
 // kind; and by how much it grows with requests and lines.
 #include "app/SetUpLogging.h"
+#include "bench/Devices.h"
 #include "bench/IdleApp.h"
 #include "bench/ProcessHandles.h"
 #include "bench/harness/Bench.h"
@@ -95,15 +96,7 @@ class OtherCaller
     OtherCaller& operator=(OtherCaller const&) = delete;
     ~OtherCaller() { TerminateProcess(m_process.Get(), 0); }
 
-    void AwaitEnd() const
-    {
-        DWORD exitCode = 1;
-        WaitForSingleObject(m_process.Get(), INFINITE);
-        if (!GetExitCodeProcess(m_process.Get(), &exitCode) || exitCode != 0)
-        {
-            throw sim::Error(L"a caller fails");
-        }
-    }
+    void AwaitEnd() const { bench::AwaitSuccess(m_process, L"a caller"); }
 
   private:
     sim::Handle m_process;

@@ -1,7 +1,6 @@
 #include "bench/ServiceApp.h"
 
 #include "bench/BareLine.h"
-
 #include "service/Messages.h"
 #include "service/NotificationAppService.h"
 

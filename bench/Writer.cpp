@@ -1,6 +1,7 @@
 #include "bench/Writer.h"
 
 #include "simulator/base/Error.h"
+#include "simulator/base/Process.h"
 
 #include <algorithm>
 #include <chrono>
@@ -14,13 +15,6 @@ namespace
 sim::Handle NamedEvent(std::wstring const& name)
 {
     return sim::Handle(CreateEventW(nullptr, FALSE, FALSE, name.c_str()));
-}
-
-std::wstring ThisProgram()
-{
-    std::wstring path(MAX_PATH, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    return path;
 }
 
 } // namespace
@@ -40,7 +34,7 @@ Writer::Writer(std::wstring const& name)
 Writer::Writer(sim::WindowsProcessStarter& starter, std::wstring const& name, std::wstring const& arguments)
     : Writer(name)
 {
-    auto const program = ThisProgram();
+    auto const program = sim::ProgramPath();
     if (starter.Start({program, L"\"" + program + L"\" " + arguments, {}, {}}).error != 0)
     {
         throw sim::Error(L"a writer does not start");
