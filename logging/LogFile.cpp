@@ -19,10 +19,10 @@ constexpr DWORD shareReadWrite = FILE_SHARE_READ | FILE_SHARE_WRITE;
 // A reparse point is opened as itself: a link in the log's place must not choose the file that is written to.
 constexpr DWORD plainFile = FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT;
 
-UniqueHandle OpenForReading(std::wstring const& path) noexcept
+UniqueHandle OpenForReading(std::wstring const& path, DWORD share) noexcept
 {
-    return UniqueHandle(CreateFileW(path.c_str(), GENERIC_READ, shareReadWrite, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+    return UniqueHandle(
+        CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 UniqueHandle OpenForWriting(std::wstring const& path, DWORD disposition) noexcept
@@ -31,10 +31,19 @@ UniqueHandle OpenForWriting(std::wstring const& path, DWORD disposition) noexcep
         CreateFileW(path.c_str(), GENERIC_WRITE, shareReadWrite, nullptr, disposition, plainFile, nullptr));
 }
 
-bool Write(HANDLE file, std::string_view bytes) noexcept
+struct Written
+{
+    bool hasSucceeded;
+    bool isWhole;
+};
+
+// A disk that becomes full may take a part of the bytes, which is no failure to the system.
+Written Write(HANDLE file, std::string_view bytes) noexcept
 {
     DWORD written = 0;
-    return WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE;
+    auto const hasSucceeded =
+        WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE;
+    return {hasSucceeded, hasSucceeded && written == bytes.size()};
 }
 
 constexpr std::string_view MarkOf(bool wide) noexcept
@@ -42,16 +51,36 @@ constexpr std::string_view MarkOf(bool wide) noexcept
     return wide ? "\xFF\xFE" : "\xEF\xBB\xBF";
 }
 
+void CutOffFrom(HANDLE file, LARGE_INTEGER place) noexcept
+{
+    if (SetFilePointerEx(file, place, nullptr, FILE_BEGIN))
+    {
+        SetEndOfFile(file);
+    }
+}
+
 // A write at any other place than the end would overwrite lines of other processes. An empty file gets its mark: two
-// processes that find it empty at the same time write the same bytes to the same place.
-bool GoToEnd(HANDLE file, bool wide) noexcept
+// processes that find it empty at the same time write the same bytes to the same place. Returns the place of the next
+// write, nothing on failure.
+std::optional<LARGE_INTEGER> GoToEnd(HANDLE file, bool wide) noexcept
 {
     LARGE_INTEGER end;
     if (!SetFilePointerEx(file, {}, &end, FILE_END))
     {
-        return false;
+        return std::nullopt;
     }
-    return end.QuadPart != 0 || Write(file, MarkOf(wide));
+    if (end.QuadPart != 0)
+    {
+        return end;
+    }
+    auto const mark = MarkOf(wide);
+    auto const written = Write(file, mark);
+    if (written.hasSucceeded && !written.isWhole)
+    {
+        CutOffFrom(file, end); // half a mark would shift all that follows
+    }
+    end.QuadPart = static_cast<LONGLONG>(mark.size());
+    return written.isWhole ? std::optional(end) : std::nullopt;
 }
 
 // False also when the file has fewer bytes.
@@ -126,14 +155,21 @@ UniqueHandle OpenOrCreateFile(std::wstring const& path, bool wide) noexcept
     return file;
 }
 
+// A line is written whole or not at all: the next one, which any process may write, would continue the part of it.
 bool AppendBytes(HANDLE file, bool wide, std::string_view text, std::string_view end) noexcept
 {
-    if (!GoToEnd(file, wide))
+    auto const place = GoToEnd(file, wide);
+    if (!place)
     {
         return false;
     }
-    Write(file, text);
-    return Write(file, end);
+    auto const first = Write(file, text);
+    auto const last = Write(file, end);
+    if (!first.isWhole || !last.isWhole)
+    {
+        CutOffFrom(file, *place);
+    }
+    return last.hasSucceeded;
 }
 
 std::string_view BytesOf(std::wstring_view text) noexcept
@@ -188,7 +224,8 @@ bool AppendLine(HANDLE file, bool wide, std::wstring_view text) noexcept
 // skips a byte-order mark.
 std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<char> bytes) noexcept
 {
-    auto const file = OpenForReading(path);
+    // Another process that looks at the same file may rename it meanwhile, to set it aside.
+    auto const file = OpenForReading(path, shareReadWrite | FILE_SHARE_DELETE);
     DWORD read = 0;
     if (!file || !ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
     {
@@ -199,7 +236,7 @@ std::optional<std::size_t> ReadFirstBytes(std::wstring const& path, std::span<ch
 
 std::optional<FileState> StateOfFile(std::wstring const& path, bool wide) noexcept
 {
-    auto const file = OpenForReading(path);
+    auto const file = OpenForReading(path, shareReadWrite);
     LARGE_INTEGER length;
     if (!file || !GetFileSizeEx(file.Get(), &length))
     {
@@ -209,14 +246,18 @@ std::optional<FileState> StateOfFile(std::wstring const& path, bool wide) noexce
     return FileState{size, MissingEndOf(file.Get(), size, wide)};
 }
 
-void CompleteEnd(HANDLE file, FileState const& state) noexcept
+bool CompleteEnd(HANDLE file, FileState const& state) noexcept
 {
     LARGE_INTEGER end;
-    if (!state.missing.empty() && SetFilePointerEx(file, {}, &end, FILE_END) &&
-        static_cast<std::uint64_t>(end.QuadPart) == state.size)
+    if (state.missing.empty())
     {
-        Write(file, state.missing);
+        return true;
     }
+    if (!SetFilePointerEx(file, {}, &end, FILE_END))
+    {
+        return false;
+    }
+    return static_cast<std::uint64_t>(end.QuadPart) != state.size || Write(file, state.missing).isWhole;
 }
 
 void EmptyFile(std::wstring const& path) noexcept

@@ -24,9 +24,9 @@ bool EnsureNoLinks(std::wstring const& path) noexcept;
 // written. False when the file can be neither opened nor created.
 bool OpenLog(UniqueHandle& handle, std::wstring const& path, bool wide, std::wstring& setAsidePath);
 
-// Appends the text and a line end; false when the last write failed. An empty file gets its mark first, and nothing
-// else when that fails. `wide` is the encoding of the file, told by its mark; the text is written in its own. The
-// caller keeps other writers away.
+// Appends the text and a line end, or nothing when one of them cannot be written whole; false when the last write
+// failed. An empty file gets its mark first, and nothing else when that fails. `wide` is the encoding of the file, told
+// by its mark; the text is written in its own. The caller keeps other writers away.
 bool AppendLine(HANDLE file, bool wide, std::string_view text) noexcept;
 bool AppendLine(HANDLE file, bool wide, std::wstring_view text) noexcept;
 
@@ -42,8 +42,9 @@ struct FileState
 // Nothing when the file's size cannot be read. When its bytes cannot be read, nothing counts as missing.
 std::optional<FileState> StateOfFile(std::wstring const& path, bool wide) noexcept;
 
-// Appends what was missing, unless the file's size has changed meanwhile. The caller keeps other writers away.
-void CompleteEnd(HANDLE file, FileState const& state) noexcept;
+// Appends what was missing, unless the file's size has changed meanwhile. False when it cannot be written whole. The
+// caller keeps other writers away.
+bool CompleteEnd(HANDLE file, FileState const& state) noexcept;
 
 // Empties the file, unless a link is in the way. A file that cannot be emptied stays as it is.
 void EmptyFile(std::wstring const& path) noexcept;

@@ -11,9 +11,9 @@ namespace zant
 // The previous owner of the mutex may have ended in the middle of a line.
 void LogTargetDefault::CompleteLastLine()
 {
-    if (auto const state = StateOfFile(filePath, wideOutput))
+    if (auto const state = StateOfFile(filePath, wideOutput); state && !CompleteEnd(file.Get(), *state))
     {
-        CompleteEnd(file.Get(), *state);
+        lastCheck = 0; // the next line checks again
     }
 }
 
@@ -40,9 +40,10 @@ bool LogTargetDefault::CheckSize()
     {
         canGoOn = OpenFile(file);
     }
-    if (state)
+    if (state && !CompleteEnd(file.Get(), *state))
     {
-        CompleteEnd(file.Get(), *state);
+        lastCheck = 0; // the next line checks again
+        return false;
     }
     return canGoOn;
 }

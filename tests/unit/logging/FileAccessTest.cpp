@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr DWORD others = FILE_SHARE_READ | FILE_SHARE_WRITE;
+constexpr DWORD renamers = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr DWORD nobody = 0;
 constexpr DWORD plain = FILE_ATTRIBUTE_NORMAL;
 constexpr DWORD notThroughLinks = FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT;
@@ -67,11 +68,11 @@ TEST_F(FileAccess, ToSetAFileAside)
 {
     WriteBytes(LogPath(), "plain");
     EXPECT_EQ(OpeningsOfOpen(), (std::vector<Opening>{
-                                    {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its mark
+                                    {log, GENERIC_READ, renamers, OPEN_EXISTING, plain}, // for its mark
                                     LinkCount(log),
                                     {log, GENERIC_WRITE, others, OPEN_EXISTING, notThroughLinks},
                                     {log, GENERIC_WRITE, others, CREATE_NEW, notThroughLinks},
-                                    {L"pvq.trace", GENERIC_READ, others, OPEN_EXISTING, plain},
+                                    {L"pvq.trace", GENERIC_READ, renamers, OPEN_EXISTING, plain},
                                     {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its size
                                 }));
 }
@@ -80,17 +81,17 @@ TEST_F(FileAccess, ToRotateAFile)
 {
     WriteLogOfSize(LogPath(), limit);
     EXPECT_EQ(OpeningsOfOpen(), (std::vector<Opening>{
-                                    {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its mark
+                                    {log, GENERIC_READ, renamers, OPEN_EXISTING, plain}, // for its mark
                                     LinkCount(log),
                                     {log, GENERIC_WRITE, others, OPEN_EXISTING, notThroughLinks},
-                                    {L"pvq.trace", GENERIC_READ, others, OPEN_EXISTING, plain},
+                                    {L"pvq.trace", GENERIC_READ, renamers, OPEN_EXISTING, plain},
                                     {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its size
                                     LinkCount(copy),
                                     {log, GENERIC_READ | GENERIC_WRITE, others, OPEN_EXISTING, plain}, // to copy it
                                     {copy, GENERIC_WRITE | DELETE, nobody, OPEN_ALWAYS, notThroughLinks},
                                     LinkCount(log),
                                     {log, GENERIC_WRITE, others, TRUNCATE_EXISTING, plain},
-                                    {log, GENERIC_READ, others, OPEN_EXISTING, plain}, // for its mark
+                                    {log, GENERIC_READ, renamers, OPEN_EXISTING, plain}, // for its mark
                                     LinkCount(log),
                                     {log, GENERIC_WRITE, others, OPEN_EXISTING, notThroughLinks},
                                 }));

@@ -44,3 +44,29 @@ TEST_F(ShortMemoryTest, LosesANarrowLine)
     }
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
+
+TEST_F(ShortMemoryTest, LeavesALogClosedWhoseRotationAtOpeningItEnds)
+{
+    auto ended = 0;
+    for (auto turn = 0;; ++turn)
+    {
+        WriteLogOfSize(LogPath(), limit);
+        LogTargetDefault target;
+        Configure(target);
+        ShortMoment const moment(turn);
+        try
+        {
+            EXPECT_EQ(target.Open(), target.isOpen) << turn;
+        }
+        catch (std::bad_alloc const&)
+        {
+            EXPECT_FALSE(target.isOpen) << turn;
+            ++ended;
+        }
+        if (!moment.HasPassed())
+        {
+            break;
+        }
+    }
+    EXPECT_GT(ended, 3);
+}

@@ -172,8 +172,24 @@ TEST_F(UnfinishedLine, IsNotCompletedOnceAnotherLineFollows)
     UniqueHandle file;
     std::wstring setAsidePath;
     ASSERT_TRUE(OpenLog(file, LogPath(), true, setAsidePath));
-    CompleteEnd(file.Get(), *state);
+    EXPECT_TRUE(CompleteEnd(file.Get(), *state)) << "the other line has its end";
     EXPECT_EQ(ReadBytes(LogPath()), wideMark + Utf16(L"torn, other\r\n"));
+}
+
+TEST_F(UnfinishedLine, StaysWhenTheEndOfTheFileCannotBeReached)
+{
+    auto const torn = wideMark + Utf16(L"torn");
+    WriteBytes(LogPath(), torn);
+    auto const state = StateOfFile(LogPath(), true);
+    ASSERT_TRUE(state);
+    UniqueHandle file;
+    std::wstring setAsidePath;
+    ASSERT_TRUE(OpenLog(file, LogPath(), true, setAsidePath));
+    {
+        SetFilePointerCall const fault(Failing(FALSE, ERROR_SEEK));
+        EXPECT_FALSE(CompleteEnd(file.Get(), *state));
+    }
+    EXPECT_EQ(ReadBytes(LogPath()), torn);
 }
 
 TEST_F(UnfinishedLine, StaysWhenItCannotBeRead)
@@ -207,10 +223,44 @@ TEST_F(UnfinishedLine, StaysWhenItCannotBeWritten)
 {
     ASSERT_TRUE(target.Open());
     Tear(Utf16(L"torn"));
-    auto const due = target.lastLine = target.lastCheck + 900;
+    target.lastLine = target.lastCheck + 900;
     int skipped = 0;
     WriteFileCall const fault(FailingAfter(skipped, FALSE, ERROR_DISK_FULL));
     LogAt(target, 0, L"next");
-    EXPECT_EQ(target.lastCheck, due) << "the check passes all the same";
+    EXPECT_EQ(target.lastCheck, 0) << "the next line checks again";
     EXPECT_EQ(ReadLines(LogPath()).size(), 1u);
+}
+
+// As on a full disk: the next line, for which there is room again, does not continue it.
+TEST_F(UnfinishedLine, IsCompletedBeforeTheNextLineWhenItCouldNotBeBefore)
+{
+    WriteBytes(LogPath(), wideMark + Utf16(L"torn") + "h");
+    {
+        WriteFileCall const fault(Failing(FALSE, ERROR_DISK_FULL));
+        EXPECT_TRUE(target.Open());
+    }
+    LogAt(target, 0, L"after");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"tornh", L"after"}));
+    auto checks = 0;
+    CreateFileCall const counting([&](auto next, auto... arguments) {
+        ++checks;
+        return next(arguments...);
+    });
+    LogAt(target, 0, L"last");
+    EXPECT_EQ(checks, 0); // once is enough
+}
+
+TEST_F(UnfinishedLine, OfAKilledProcessIsCompletedByALaterLineWhenTheNextOneCannotDoSo)
+{
+    ASSERT_TRUE(target.Open());
+    Tear(Utf16(L"torn"));
+    {
+        WaitCall const abandoned([](auto next, auto... arguments) {
+            return next(arguments...) == WAIT_OBJECT_0 ? DWORD{WAIT_ABANDONED} : DWORD{WAIT_FAILED};
+        });
+        WriteFileCall const fault(Failing(FALSE, ERROR_DISK_FULL));
+        EXPECT_TRUE(LogAt(target, 0, L"lost"));
+    }
+    LogAt(target, 0, L"after");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"torn", L"after"}));
 }

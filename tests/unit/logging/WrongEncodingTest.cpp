@@ -82,3 +82,26 @@ TEST_F(WrongEncoding, AnOpenHandleIsClosedBeforeTheFileIsSetAside)
     EXPECT_TRUE(target.OpenFile(target.file));
     EXPECT_EQ(ReadBytes(folder / AsideName()), "plain");
 }
+
+// Neither process keeps the other one from renaming it.
+TEST_F(WrongEncoding, TheFileIsSetAsideThoughTwoProcessesLookAtItAtTheSameTime)
+{
+    WriteBytes(LogPath(), "plain");
+    LogTargetDefault other;
+    Configure(other);
+    auto isFirst = true;
+    {
+        ReadFileCall const read([&](auto next, auto... arguments) {
+            if (std::exchange(isFirst, false))
+            {
+                EXPECT_TRUE(other.Open());
+            }
+            return next(arguments...);
+        });
+        Opened();
+    }
+    EXPECT_EQ(ReadBytes(folder / AsideName()), "plain");
+    LogAt(target, 0, L"one");
+    LogAt(other, 0, L"two");
+    EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"one", L"two"}));
+}
