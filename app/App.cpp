@@ -75,7 +75,7 @@ void App::OnActivated(IActivatedEventArgs const& args)
 void App::OnBackgroundActivated(BackgroundActivatedEventArgs const& args)
 {
     shellLog.Info(L"Inside OnBackgroundActivated");
-    auto const task = NotNull(args.TaskInstance());
+    auto const task = NotNull(NotNull(args).TaskInstance());
     if (task.TriggerDetails().try_as<AppServiceTriggerDetails>())
     {
         shellLog.Info(L"App service connection request received");

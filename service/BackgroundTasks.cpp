@@ -100,9 +100,10 @@ void RegsiterBackgroundtasks(zant::ZANT_Event_t const* registered)
 void UnregisterOwnBackgroundTasks()
 {
     constexpr bool cancelRunning = true;
-    for (auto const& entry : NotNull(BackgroundTaskRegistration::AllTasks()))
+    auto const tasks = NotNull(NotNull(BackgroundTaskRegistration::AllTasks()).First());
+    for (auto isTask = tasks.HasCurrent(); isTask; isTask = tasks.MoveNext())
     {
-        auto const registration = NotNull(entry.Value());
+        auto const registration = NotNull(NotNull(tasks.Current()).Value());
         auto const name = registration.Name();
         if (name == pushTaskName || name == timerTaskName)
         {

@@ -2,7 +2,6 @@
 
 #include "service/AppServiceLog.h"
 #include "service/NotNull.h"
-#include "service/WhenEnded.h"
 
 #include <string>
 #include <string_view>
@@ -26,6 +25,7 @@ constexpr wchar_t uriKey[] = L"CURI";
 std::wstring ForLog(std::wstring_view uri)
 {
     std::wstring text;
+    text.reserve(2 * uri.size());
     for (auto const character : uri)
     {
         text.append(character == L'%' ? 2 : 1, character);
@@ -54,17 +54,6 @@ void Write(winrt::hstring const& uri, wchar_t const* writeLine)
 }
 
 } // namespace
-
-void RequestChannel(std::function<void(ChannelRequest const&)> const& ended)
-{
-    auto const request = NotNull(PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync());
-    WhenEnded(request, [ended](ChannelRequest const& operation, AsyncStatus status) {
-        if (status != AsyncStatus::Canceled)
-        {
-            ended(operation);
-        }
-    });
-}
 
 bool StoreChannelUri(PushNotificationChannel const& channel, wchar_t const* writeLine, wchar_t const* storedLine)
 {

@@ -1,5 +1,8 @@
 #pragma once
-#include <functional>
+#include "service/NotNull.h"
+#include "service/WhenEnded.h"
+
+#include <utility>
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.Networking.PushNotifications.h>
 
@@ -9,11 +12,24 @@ namespace VelmoNotificationClient
 using ChannelRequest =
     winrt::Windows::Foundation::IAsyncOperation<winrt::Windows::Networking::PushNotifications::PushNotificationChannel>;
 
-// Requests the app's push channel from the platform; the channel is not cached. ended: called when the request has
-// completed or failed, never on the calling thread; its GetResults returns the channel or throws. An exception that
-// leaves `ended` ends the process. It is not called for a cancelled request, which leaves no trace. Throws
-// hresult_error when the request fails at once.
-void RequestChannel(std::function<void(ChannelRequest const& request)> const& ended);
+// Requests the app's push channel from the platform; the channel is not cached. Calls ended(request) when the request
+// has completed or failed, never on the calling thread; the request's GetResults returns the channel or throws. An
+// exception that leaves `ended` ends the process. It is not called for a cancelled request, which leaves no trace.
+// Throws hresult_error when the request fails at once.
+template <typename Ended>
+void RequestChannel(Ended ended)
+{
+    using winrt::Windows::Foundation::AsyncStatus;
+    using winrt::Windows::Networking::PushNotifications::PushNotificationChannelManager;
+
+    auto const request = NotNull(PushNotificationChannelManager::CreatePushNotificationChannelForApplicationAsync());
+    WhenEnded(request, [ended = std::move(ended)](ChannelRequest const& operation, AsyncStatus status) {
+        if (status != AsyncStatus::Canceled)
+        {
+            ended(operation);
+        }
+    });
+}
 
 // Stores the channel's URI in the app's local settings, under "CURI", whether or not it is stored already. writeLine:
 // the log line for that, written before the attempt. False when the settings fail. Without settings nothing is stored,

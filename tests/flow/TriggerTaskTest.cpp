@@ -192,6 +192,7 @@ Lines const untilLaunch = {deferral, L"Notification bkg thread invocation",
 INSTANTIATE_TEST_SUITE_P(
     Failures, TriggerTaskFailing,
     testing::Values(
+        TaskFailure{L"BackgroundActivatedEventArgs null", {}},
         TaskFailure{L"BackgroundActivatedEventArgs.TaskInstance now 0x80004005", {}},
         TaskFailure{L"BackgroundTaskInstance.TriggerDetails now 0x80004005", {}},
         TaskFailure{L"BackgroundTaskInstance.GetDeferral now 0x80004005", {}},

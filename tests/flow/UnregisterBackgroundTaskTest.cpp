@@ -145,6 +145,8 @@ INSTANTIATE_TEST_SUITE_P(
     Failures, UnregisterBackgroundTaskLeaving,
     testing::Values(RemovalFailure{L"BackgroundTaskRegistration.AllTasks now 0x80070490", {}},
                     RemovalFailure{L"BackgroundTaskRegistration.AllTasks.First now 0x80004005", {}},
+                    RemovalFailure{L"BackgroundTaskRegistration.AllTasks.First null", {}},
+                    RemovalFailure{L"BackgroundTaskRegistration.AllTasks.Current null", {}},
                     RemovalFailure{L"BackgroundTaskRegistration.Name now 0x80004005", {}},
                     RemovalFailure{L"BackgroundTaskRegistration.Unregister now 0x80004005", {TaskRemoved()}},
                     RemovalFailure{L"ValueSet.Insert now 0x80004005 1", {TaskRemoved(), TaskRemoved()}}));
