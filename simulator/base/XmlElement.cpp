@@ -3,6 +3,7 @@
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
+#include "simulator/base/WholeXml.h"
 
 #include <algorithm>
 #include <bit>
@@ -122,6 +123,25 @@ class TreeBuilder
     std::vector<XmlElement*> m_open{&m_document};
 };
 
+// Refuses what Wine's reader neither refuses nor ends. UTF-16 is left to the reader.
+void CheckBytes(std::string_view bytes, std::wstring const& path)
+{
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
+    {
+        return;
+    }
+    if (ToUtf8(FromUtf8(bytes)) != bytes || bytes.find('\0') != bytes.npos)
+    {
+        throw Error(path + L" is not well-formed XML at line 1 (it has bytes that are no text in UTF-8)");
+    }
+    if (!IsWholeXml(bytes))
+    {
+        auto const line = std::ranges::count(bytes, '\n') + 1;
+        throw Error(path + L" is not well-formed XML at line " + std::to_wstring(line) +
+                    L" (it has no element, or something in it has no end)");
+    }
+}
+
 } // namespace
 
 std::optional<std::wstring> XmlElement::AttributeValue(std::wstring_view attributeName) const
@@ -149,9 +169,9 @@ XmlElement const* XmlElement::Child(std::wstring_view childNamespace, std::wstri
     return found.empty() ? nullptr : found.front();
 }
 
-XmlElement ReadXml(std::wstring const& path)
+XmlElement ParseXml(std::string_view bytes, std::wstring const& path)
 {
-    auto const bytes = ReadBytes(path);
+    CheckBytes(bytes, path);
     ComPointer<IStream> const stream(
         SHCreateMemStream(reinterpret_cast<BYTE const*>(bytes.data()), static_cast<UINT>(bytes.size())));
     auto const reader = NewReader();
@@ -160,6 +180,11 @@ XmlElement ReadXml(std::wstring const& path)
         throw Error(L"the system's XML reader does not take " + path);
     }
     return TreeBuilder(*reader, path).Build();
+}
+
+XmlElement ReadXml(std::wstring const& path)
+{
+    return ParseXml(ReadBytes(path), path);
 }
 
 } // namespace sim

@@ -35,4 +35,7 @@ struct XmlElement
 // is not well-formed.
 XmlElement ReadXml(std::wstring const& path);
 
+// The same with the bytes of that file.
+XmlElement ParseXml(std::string_view bytes, std::wstring const& path);
+
 } // namespace sim

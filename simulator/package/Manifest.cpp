@@ -43,9 +43,8 @@ class ManifestReader
   public:
     explicit ManifestReader(std::wstring const& path) : m_path(path) {}
 
-    Manifest Read()
+    Manifest Read(XmlElement const& package)
     {
-        auto const package = ReadXml(m_path);
         if (package.namespaceUri != foundation || package.name != L"Package")
         {
             Fail(L"its root is no <Package> of " + std::wstring(foundation));
@@ -269,7 +268,12 @@ Manifest ReadManifest(std::wstring const& path)
     {
         throw Error(L"there is no file " + path);
     }
-    return ManifestReader(path).Read();
+    return ParseManifest(ReadBytes(path), path);
+}
+
+Manifest ParseManifest(std::string_view bytes, std::wstring const& path)
+{
+    return ManifestReader(path).Read(ParseXml(bytes, path));
 }
 
 } // namespace sim

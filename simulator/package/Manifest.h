@@ -61,4 +61,7 @@ struct Manifest
 // per package, as the product has.
 Manifest ReadManifest(std::wstring const& path);
 
+// The same with the bytes of that file.
+Manifest ParseManifest(std::string_view bytes, std::wstring const& path);
+
 } // namespace sim

@@ -5,7 +5,6 @@
 #include "simulator/runtime/values/ValueSet.h"
 
 #include <algorithm>
-#include <cstring>
 #include <windows.h>
 
 namespace sim
@@ -50,7 +49,7 @@ winrt::com_array<T> ElementsFrom(std::string bytes) // NOLINT(performance-unnece
             std::ranges::replace_if(bytes, [](char flag) { return flag != 0; }, '\1'); // no other bool is one
         }
         winrt::com_array<T> elements(static_cast<std::uint32_t>(bytes.size() / sizeof(T)));
-        std::memcpy(elements.data(), bytes.data(), bytes.size());
+        std::ranges::copy(bytes, reinterpret_cast<char*>(elements.data()));
         return elements;
     }
 }

@@ -2,9 +2,9 @@
 
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
-#include "simulator/base/XmlElement.h"
 #include "simulator/protocol/Event.h"
 #include "simulator/runtime/Runtime.h"
+#include "simulator/runtime/xaml/PageMarkup.h"
 
 #include <algorithm>
 #include <winrt/Windows.UI.Xaml.Controls.h>
@@ -16,9 +16,6 @@ namespace sim
 
 namespace
 {
-
-constexpr wchar_t presentation[] = L"http://schemas.microsoft.com/winfx/2006/xaml/presentation";
-constexpr std::wstring_view knownElements[] = {L"Grid", L"StackPanel", L"TextBlock"};
 
 struct Element : winrt::implements<Element, IInspectable>
 {
@@ -46,41 +43,9 @@ std::wstring FileOf(Foundation::Uri const& address)
     return file;
 }
 
-void CheckRoot(XmlElement const& root, std::wstring const& className)
+Xaml::UIElement MakeContent(XmlElement const* content)
 {
-    if (root.namespaceUri != presentation || root.name != L"Page")
-    {
-        throw Error(L"its root is no <Page> of " + std::wstring(presentation));
-    }
-    auto const named = root.AttributeValue(L"Class");
-    if (named && *named != className)
-    {
-        throw Error(L"it is of the class " + *named + L", not of " + className);
-    }
-    if (root.children.size() > 1)
-    {
-        throw Error(L"a <Page> has one content");
-    }
-}
-
-void CheckElement(XmlElement const& element)
-{
-    if (element.namespaceUri != presentation ||
-        std::ranges::find(knownElements, element.name) == std::end(knownElements))
-    {
-        throw Error(L"there is no element <" + element.name + L">");
-    }
-    std::ranges::for_each(element.children, CheckElement);
-}
-
-Xaml::UIElement MakeContent(XmlElement const& root)
-{
-    if (root.children.empty())
-    {
-        return nullptr;
-    }
-    CheckElement(root.children.front());
-    return AsElement(winrt::make<Element>(root.children.front().name));
+    return content ? AsElement(winrt::make<Element>(content->name)) : nullptr;
 }
 
 } // namespace
@@ -103,8 +68,7 @@ void LoadMarkup(IInspectable const& component, Foundation::Uri const& address, C
             throw Error(L"the component is no page");
         }
         auto const root = ReadXml(FileOf(address));
-        CheckRoot(root, std::wstring(winrt::get_class_name(component)));
-        page.Content(MakeContent(root));
+        page.Content(MakeContent(ContentOfPage(root, winrt::get_class_name(component))));
     }
     catch (Error const& error)
     {

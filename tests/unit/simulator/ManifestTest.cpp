@@ -172,9 +172,50 @@ TEST_F(ManifestTest, RefusesAnEmptyFile)
     EXPECT_NE(ErrorOf("").find(L"is not well-formed XML"), std::wstring::npos);
 }
 
-TEST_F(ManifestTest, RefusesAFileCutInTheMiddle)
+TEST_F(ManifestTest, RefusesAFileCutAnywhere)
 {
-    EXPECT_NE(ErrorOf(whole.substr(0, whole.size() / 2)).find(L"is not well-formed XML"), std::wstring::npos);
+    for (auto size = whole.rfind('>'); size > 0; --size)
+    {
+        ASSERT_THROW(sim::ParseManifest(whole.substr(0, size), Path()), sim::Error) << size;
+    }
+}
+
+TEST_F(ManifestTest, SaysThatAFileCutInTheMiddleIsNotWellFormed)
+{
+    EXPECT_EQ(ErrorOf(whole.substr(0, whole.find("<Applications>"))),
+              Path() + L" is not well-formed XML at line 7 (it has no element, or something in it has no end)");
+}
+
+// What has no end hides all that follows.
+TEST_F(ManifestTest, RefusesACommentOrTheLikeWithoutAnEnd)
+{
+    for (std::string const start : {"<!-- a", "<![CDATA[a", "<?a", "<a b='", "<a b=\"", "<a", "<a>", "</a", "<!a"})
+    {
+        auto file = whole;
+        file.insert(file.find("<Applications>"), start);
+        EXPECT_NE(ErrorOf(file).find(L"is not well-formed XML"), std::wstring::npos) << start;
+    }
+}
+
+TEST_F(ManifestTest, RefusesBytesThatAreNoTextInUtf8)
+{
+    for (std::string const bytes : {"\xDB", "\xC0\xAF", "\xED\xA0\x80", "\xF0\x9F"})
+    {
+        auto file = whole;
+        file.insert(file.find("<Applications>"), bytes);
+        EXPECT_EQ(ErrorOf(file),
+                  Path() + L" is not well-formed XML at line 1 (it has bytes that are no text in UTF-8)");
+    }
+    EXPECT_THROW(sim::ParseManifest(whole + '\0', Path()), sim::Error);
+}
+
+TEST_F(ManifestTest, HasCommentsAndQuotesWithWhatLooksLikeTags)
+{
+    auto file = whole;
+    file.insert(file.find("<Applications>"), "<!-- <a> \" --><?a <b> ' ?>");
+    file.replace(file.find("CN=Somebody"), 11, "CN=A>'/");
+    test::WriteBytes(Path(), file);
+    EXPECT_EQ(sim::ReadManifest(Path()).publisher, L"CN=A>'/");
 }
 
 TEST_F(ManifestTest, RefusesAnotherRoot)

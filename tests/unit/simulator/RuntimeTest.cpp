@@ -383,6 +383,25 @@ TEST_F(RuntimeTest, GetAFailingOrNoWindowOnRequest)
     EXPECT_EQ(Launch(), 0);
 }
 
+TEST_F(RuntimeTest, GoAsTheirWatchSays)
+{
+    std::vector<std::wstring> calls;
+    m_host.WatchCalls([&](std::wstring_view call) {
+        calls.emplace_back(call);
+        sim::Fault const fault{.call = L"Window.Current", .value = 0x80004005};
+        return call == fault.call ? std::optional(fault) : std::nullopt;
+    });
+    m_script.onLaunched = [&](auto&&) {
+        calls.clear();
+        EXPECT_THROW(Window::Current(), winrt::hresult_error);
+        m_host.WatchCalls({});
+        EXPECT_TRUE(Window::Current());
+        CoreApplication::Exit();
+    };
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_EQ(calls, (std::vector<std::wstring>{L"Window", L"Window.Current"}));
+}
+
 TEST_F(RuntimeTest, DoNotGetAnUnservedMember)
 {
     m_script.onLaunched = [](auto&&) {
