@@ -54,6 +54,9 @@ class LocalDevice
     // The calls of this thread never fail from now on: it is not part of the app.
     void ExemptThisThread() { m_app->ExemptThisThread(); }
 
+    // Hears of each call of the app that can be made to fail, and may make it fail.
+    void WatchCalls(LocalProcess::CallWatch watch) { m_app->WatchCalls(std::move(watch)); }
+
     // Also before Start.
     void Launch(std::wstring arguments = {}) { Command(LaunchApp{std::move(arguments)}); }
     void OpenUri(std::wstring uri) { Command(sim::OpenUri{std::move(uri)}); }
@@ -97,6 +100,10 @@ class LocalDevice
     // Waits until all requests are answered, all messages of the platform are delivered, and all work that results has
     // returned or waits for something else.
     void WaitUntilQuiet();
+
+    // Waits until the platform has nothing to do, whatever the processes still do; returns how much it was given so
+    // far.
+    std::uint64_t WaitForPlatform() { return m_platform.Dispatcher().WaitUntilIdle(); }
 
     // How often the deferrals of each request to the app were completed, in the order in which the requests came.
     std::vector<unsigned> Completions() const { return m_app->Deferrals().All(); }

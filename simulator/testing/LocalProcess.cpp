@@ -93,6 +93,12 @@ void LocalProcess::ExemptThisThread()
     m_exemptThreads.insert(GetCurrentThreadId());
 }
 
+void LocalProcess::WatchCalls(CallWatch watch)
+{
+    std::lock_guard const lock(m_mutex);
+    m_callWatch = std::move(watch);
+}
+
 void LocalProcess::SetWindowContent(IInspectable content)
 {
     std::lock_guard const lock(m_mutex);
@@ -130,14 +136,17 @@ std::optional<std::int32_t> LocalProcess::Failure() const
 
 std::optional<Fault> LocalProcess::TakeFault(std::wstring_view call)
 {
+    CallWatch watch;
     {
         std::lock_guard const lock(m_mutex);
         if (m_exemptThreads.contains(GetCurrentThreadId()))
         {
             return std::nullopt;
         }
+        watch = m_callWatch;
     }
-    return Host::TakeFault(call);
+    auto fault = watch ? watch(call) : std::nullopt;
+    return fault ? fault : Host::TakeFault(call);
 }
 
 std::wstring LocalProcess::PackageFolder() const

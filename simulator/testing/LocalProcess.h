@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -50,6 +51,11 @@ class LocalProcess : public Host
     // The calls of this thread never fail from now on.
     void ExemptThisThread();
 
+    // Called before each call that can be made to fail, on its thread, but for those of exempt threads; the fault that
+    // it gives takes precedence over those that are set. Empty for none.
+    using CallWatch = std::function<std::optional<Fault>(std::wstring_view call)>;
+    void WatchCalls(CallWatch watch);
+
     void SetWindowContent(IInspectable content);
     void SetPackageFolder(std::wstring folder);
 
@@ -86,6 +92,7 @@ class LocalProcess : public Host
     std::map<std::uint32_t, LaunchDesktop> m_launches; // requested, by the number of the request
     std::deque<Launched> m_launched;
     std::set<unsigned long> m_exemptThreads;
+    CallWatch m_callWatch;
     IInspectable m_windowContent;
     std::wstring m_packageFolder;
     std::optional<std::int32_t> m_failure;

@@ -68,6 +68,12 @@ PoolWatch::PoolWatch()
 {
 }
 
+PoolWatch::Counts PoolWatch::Count()
+{
+    std::lock_guard const lock(mutex);
+    return {begun, unfinished};
+}
+
 void PoolWatch::WaitUntilIdle()
 {
     std::unique_lock lock(mutex);

@@ -16,6 +16,14 @@ class PoolWatch
     PoolWatch& operator=(PoolWatch const&) = delete;
     ~PoolWatch() { WaitUntilIdle(); }
 
+    // How much work has been queued so far, and how much of it has not ended.
+    struct Counts
+    {
+        int begun;
+        int unfinished;
+    };
+    static Counts Count();
+
     // Waits until no work runs or is queued there. Fails the test at the time limit and continues to wait, since the
     // work may use what the caller is about to destroy. The watchdog ends a program that hangs here.
     static void WaitUntilIdle();
