@@ -85,7 +85,7 @@ class CutOff(WineRunTest):
 
 class ClosingLine(WineRunTest):
     def test_a_program_that_ends_with_0_and_does_not_say_that_it_is_through_is_red(self):
-        for kind in ("test", "scenario", "bench"):
+        for kind in ("test", "scenario", "bench", "exploration"):
             with self.subTest(kind):
                 code, output = self.shell("echo half of it", "--demand", kind)
                 self.assertEqual(CUT_OFF, code, output)
@@ -97,6 +97,7 @@ class ClosingLine(WineRunTest):
             ("test", "[  PASSED  ] 12 tests."),
             ("scenario", "checked: 3 events, 2 log lines; nothing else happened"),
             ("bench", "bench line: its limits hold"),
+            ("exploration", "explore log: 12 plays"),
         ):
             with self.subTest(line):
                 self.assertEqual((0, line + "\n"), self.shell(f"echo {line}", "--demand", kind))

@@ -1,0 +1,159 @@
+#include "explore/faults/Flow.h"
+#include "explore/faults/Plays.h"
+#include "explore/faults/Worker.h"
+#include "explore/harness/Options.h"
+#include "explore/harness/Report.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <iterator>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <thread>
+
+namespace
+{
+
+using namespace explore;
+using namespace explore::faults;
+
+using NextPlay = std::function<std::optional<PlayId>()>;
+
+constexpr unsigned workers = 2;
+
+void Tell(Report& report, PlayId const& id, Verdict const& verdict)
+{
+    for (auto const state : verdict.states)
+    {
+        report.Saw(state);
+    }
+    report.Played(id, id.story + ": " + (verdict.outcome.empty() ? verdict.kind : verdict.outcome));
+    if (!verdict.kind.empty())
+    {
+        report.Found(id.story + ": " + verdict.kind, id, verdict.what);
+    }
+}
+
+// Plays side by side; what each showed is told in the order in which the plays were given out only by chance.
+void PlayAll(Report& report, NextPlay const& next)
+{
+    std::mutex mutex; // over the report and what is next
+    std::vector<std::thread> threads;
+    for (unsigned number = 0; number < workers; ++number)
+    {
+        threads.emplace_back([&] {
+            Worker worker;
+            for (;;)
+            {
+                std::unique_lock lock(mutex);
+                auto const id = next();
+                lock.unlock();
+                if (!id)
+                {
+                    return;
+                }
+                auto const verdict = worker.Play(*id);
+                lock.lock();
+                Tell(report, *id, verdict);
+            }
+        });
+    }
+    std::ranges::for_each(threads, &std::thread::join);
+}
+
+NextPlay Of(std::vector<PlayId> plays)
+{
+    return [plays = std::move(plays), at = std::size_t{0}]() mutable {
+        return at < plays.size() ? std::optional(plays[at++]) : std::nullopt;
+    };
+}
+
+bool IsChosen(Flow const& flow, Options const& options)
+{
+    return options.stories.empty() || std::ranges::find(options.stories, flow.name) != options.stories.end();
+}
+
+// So many, or until the time is over.
+NextPlay Pairs(std::vector<Flow const*> flows, Options const& options, Report const& report)
+{
+    auto const ordinary = 60 * flows.size();
+    auto const few = 2 * flows.size();
+    return [flows = std::move(flows), random = Random(options.seed), left = options.isShort ? few : ordinary, &options,
+            &report]() mutable -> std::optional<PlayId> {
+        auto const goesOn = options.longest ? report.Elapsed() < *options.longest : left > 0;
+        left -= left > 0 ? 1 : 0;
+        return goesOn ? std::optional(PairByChance(*flows[random.Below(flows.size())], random)) : std::nullopt;
+    };
+}
+
+// The share of ./dev test: so many of them.
+void TakeSome(std::vector<PlayId>& plays, std::uint64_t seed)
+{
+    constexpr std::size_t some = 130;
+    Random random(seed);
+    for (std::size_t at = 0; at < std::min(some, plays.size()); ++at)
+    {
+        std::swap(plays[at], plays[at + random.Below(plays.size() - at)]);
+    }
+    plays.resize(std::min(some, plays.size()));
+}
+
+int Explore(Options const& options)
+{
+    Report report("faults", options.seed);
+    std::vector<PlayId> ordinary;
+    std::vector<PlayId> singles;
+    std::vector<Flow const*> flows;
+    for (auto const& flow : Flows())
+    {
+        if (IsChosen(flow, options))
+        {
+            flows.push_back(&flow);
+            ordinary.push_back({std::string(flow.name)});
+            std::ranges::move(SinglePlays(flow), std::back_inserter(singles));
+        }
+    }
+    if (flows.empty())
+    {
+        std::printf("explore faults: there is no such flow\n");
+        return 2;
+    }
+    if (options.isShort)
+    {
+        TakeSome(singles, options.seed);
+    }
+    PlayAll(report, Of(std::move(ordinary)));
+    PlayAll(report, Of(std::move(singles)));
+    PlayAll(report, Pairs(std::move(flows), options, report));
+    return report.Conclude();
+}
+
+int Replay(PlayId const& id, Options const& options)
+{
+    Report report("faults", options.seed);
+    auto const verdict = Worker().Play(id);
+    std::printf("%s\n", verdict.shown.c_str());
+    Tell(report, id, verdict);
+    return report.Conclude();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::span const words(argv, static_cast<std::size_t>(argc));
+    if (words.size() == 2 && std::string_view(words[1]) == "--worker")
+    {
+        return Work();
+    }
+    std::vector<char const*> const arguments(words.begin() + 1, words.end());
+    auto const [options, error] = ParseOptions(arguments);
+    if (!error.empty())
+    {
+        std::printf("explore faults: %s\n", error.c_str());
+        return 2;
+    }
+    return options.replay ? Replay(*options.replay, options) : Explore(options);
+}

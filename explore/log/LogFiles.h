@@ -1,0 +1,24 @@
+#pragma once
+#include "explore/log/Files.h"
+
+#include <string>
+#include <vector>
+
+namespace explore
+{
+
+// The log or a copy of it, as it stands after a play.
+struct LogFile
+{
+    std::wstring path; // in lower case
+    std::string bytes; // without a hole
+    bool hasMark;
+    std::vector<std::wstring> lines = {}; // of one with its mark: what stands before each end of a line
+    std::wstring rest = {};               // behind the last one
+
+    bool IsCopy() const { return path != L"c:\\temp\\tessaline\\hov\\kzeb.log"; }
+};
+
+std::vector<LogFile> ReadLogFiles(Files const& files);
+
+} // namespace explore

@@ -1,0 +1,60 @@
+#include "explore/log/LogProcess.h"
+
+#include "explore/harness/ProcessMemory.h"
+#include "logging/ApplicationLogFile.h"
+#include "logging/LogTargetDefault.h"
+#include "logging/LogTargetRegistry.h"
+
+namespace explore
+{
+
+void LogProcess::Start()
+{
+    auto* const target = new zant::LogTargetDefault;
+    target->storedHeader = {.title = L"header"}; // one line shows as much as eight
+    m_target = target;
+    Enter();
+    target->ChooseLevel();
+    zant::UseApplicationLogFile();
+    zant::LogTargetRegistry registry;
+    m_isRegistered = zant::RegisterDefaultTarget(registry);
+}
+
+void LogProcess::Line()
+{
+    auto const index = m_lines.size();
+    auto const message = m_name + std::to_wstring(++m_lineCount) + L" says something";
+    {
+        AsSystem const memory;
+        m_lines.push_back({std::wstring(message.c_str())});
+    }
+    auto const wasFull = m_files.IsFull();
+    if (m_isRegistered)
+    {
+        m_target->Log(zant::LogLevel::Info, L"", L"ZEB", L"ZEB", L"", L"", L"ZEB", message.c_str(), nullptr, 0, true);
+    }
+    m_lines[index].isAcknowledged = true;
+    m_lines[index].isWithoutRoom = wasFull || m_files.IsFull();
+}
+
+void LogProcess::MakeCheckDue() const
+{
+    m_target->lastCheck = 0;
+}
+
+void LogProcess::Close() const
+{
+    m_target->Close();
+}
+
+void LogProcess::Enter() const
+{
+    zant::g_defaultLogTarget = m_target;
+}
+
+bool LogProcess::IsSilent() const
+{
+    return !m_isRegistered || !m_target->useLock;
+}
+
+} // namespace explore

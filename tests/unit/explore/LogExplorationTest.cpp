@@ -1,0 +1,99 @@
+#include "explore/log/LogExploration.h"
+
+#include <algorithm>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <regex>
+
+using namespace explore;
+
+namespace
+{
+
+Story const& StoryOf(std::string const& name)
+{
+    return *std::ranges::find(Stories(), name, &Story::name);
+}
+
+// The kinds of flaws that a story shows whose system is spoilt.
+std::vector<std::string> FlawsOf(std::string const& name, std::shared_ptr<void> (*spoil)(), Limits limits)
+{
+    auto story = StoryOf(name);
+    story.spoil = spoil;
+    Report report("log", 1);
+    testing::internal::CaptureStdout();
+    LogExploration(report, story, 1).PlayEveryOrder(limits);
+    testing::internal::GetCapturedStdout();
+    std::vector<std::string> kinds;
+    for (auto const& [kind, entry] : report.Findings())
+    {
+        auto const verdict = PlayAgain(story, entry.shortest);
+        EXPECT_TRUE(std::ranges::any_of(verdict->flaws, [&, &flaw = kind](Flaw const& seen) {
+            return seen.kind == flaw && seen.rule.empty();
+        })) << TextOf(entry.shortest);
+        kinds.push_back(kind);
+    }
+    return kinds;
+}
+
+template <typename Call, auto result>
+std::shared_ptr<void> Returning()
+{
+    return std::make_shared<Call>([](auto...) { return result; });
+}
+
+bool Contains(std::vector<std::string> const& kinds, std::string const& kind)
+{
+    return std::ranges::find(kinds, kind) != kinds.end();
+}
+
+} // namespace
+
+TEST(LogExplorationTest, FindsNothingInTheOrdinaryWayOfEachStory)
+{
+    for (auto const& story : Stories())
+    {
+        auto const verdict = PlayAgain(story, {story.name});
+        EXPECT_TRUE(verdict->flaws.empty()) << story.name << ": " << verdict->flaws.front().what;
+    }
+}
+
+TEST(LogExplorationTest, FindsLinesThatNoMutexKeepsApart)
+{
+    auto const kinds = FlawsOf("line-x-line", Returning<test::WaitCall, DWORD{WAIT_OBJECT_0}>, {1, 0});
+    EXPECT_TRUE(Contains(kinds, "torn") || Contains(kinds, "lost")) << testing::PrintToString(kinds);
+}
+
+TEST(LogExplorationTest, FindsAMutexThatIsNotReleased)
+{
+    EXPECT_TRUE(Contains(FlawsOf("line-x-line", Returning<test::ReleaseMutexCall, TRUE>, {0, 0}), "silent"));
+}
+
+TEST(LogExplorationTest, FindsAHandleThatIsNotClosed)
+{
+    EXPECT_TRUE(Contains(FlawsOf("start-x-start", Returning<test::CloseHandleCall, TRUE>, {0, 0}), "handle open"));
+}
+
+TEST(LogExplorationTest, FindsALineThatIsNotTakenBack)
+{
+    EXPECT_TRUE(Contains(FlawsOf("line-x-line", Returning<test::SetEndOfFileCall, FALSE>, {0, 1}), "torn"));
+}
+
+// docs/log.md lists what the rules lose, each with a play.
+TEST(LogExplorationTest, ShowsEachLossThatTheRulesPrescribe)
+{
+    std::ifstream file(PRODUCT_SOURCES "/docs/log.md");
+    std::string const text(std::istreambuf_iterator<char>(file), {});
+    std::regex const row(R"(\| `([a-z-]+)` \|[^\n]*\| `([a-z-]+:[^`]+)` \|)");
+    unsigned rows = 0;
+    for (std::sregex_iterator found(text.begin(), text.end(), row), end; found != end; ++found, ++rows)
+    {
+        auto const name = (*found)[1].str();
+        auto const id = PlayIdOf((*found)[2].str());
+        ASSERT_TRUE(id) << name;
+        auto const verdict = PlayAgain(StoryOf(id->story), *id);
+        EXPECT_TRUE(std::ranges::any_of(verdict->flaws, [&](Flaw const& flaw) { return flaw.rule == name; })) << name;
+        EXPECT_TRUE(std::ranges::none_of(verdict->flaws, [](Flaw const& flaw) { return flaw.rule.empty(); })) << name;
+    }
+    EXPECT_EQ(rows, rule::count);
+}
