@@ -5,13 +5,15 @@
 #include "doctor/log/LogLine.h"
 #include "doctor/log/Utf8.h"
 #include "doctor/verdict/ReportBuilder.h"
+#include "fuzz/Demand.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <tuple>
 #include <vector>
+
+using fuzz::Demand;
 
 namespace
 {
@@ -31,14 +33,6 @@ std::vector<Line> LinesOf(std::string_view bytes, std::size_t blockSize)
     }
     reader.End(take);
     return lines;
-}
-
-void Demand(bool holds)
-{
-    if (!holds)
-    {
-        std::abort();
-    }
 }
 
 void DemandSound(std::vector<doctor::Finding> const& findings, std::uint64_t toldTimes)

@@ -1,38 +1,27 @@
 // Redaction against the rules applied one by one. The first byte of an input selects how the rest is read.
+#include "fuzz/Demand.h"
 #include "tests/native/MessagePieces.h"
 #include "tests/native/RedactionReference.h"
 
-#include <cstdio>
-#include <cstdlib>
-
+using fuzz::Demand;
 using namespace zant;
 
 namespace
 {
-
-// Checks the rules for a message and a list of keys; ends the process where one is broken.
-void Expect(bool kept, char const* what)
-{
-    if (!kept)
-    {
-        std::fprintf(stderr, "differs: %s\n", what);
-        std::abort();
-    }
-}
 
 void Compare(Utf16String const& message, std::vector<Utf16String> const& keys)
 {
     static Utf16String changed; // with what the message before has left in it
     auto const expected = test::RedactedByTheRules(message, LogLevel::Info, keys);
     auto level = LogLevel::Info;
-    Expect(Redact(message, changed, level, keys) == expected.message, "the message");
-    Expect(level == expected.printedLevel, "the level");
-    Expect(ContainsToken(message) == (level == LogLevel::Warn), "whether it has a token");
+    Demand(Redact(message, changed, level, keys) == expected.message, "the message");
+    Demand(level == expected.printedLevel, "the level");
+    Demand(ContainsToken(message) == (level == LogLevel::Warn), "whether it has a token");
     if (level != LogLevel::Warn)
     {
         auto output = message;
         MaskCredentials(keys, message, output);
-        Expect(output == expected.message, "the masked message");
+        Demand(output == expected.message, "the masked message");
     }
 }
 
