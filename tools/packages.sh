@@ -3,7 +3,8 @@
 
 build_packages=(clang-19 lld-19 llvm-19 libclang-rt-19-dev libstdc++-12-dev cmake ninja-build python3 googletest
     g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 util-linux wine wine64 libcli11-dev nlohmann-json3-dev node-d3)
-test_packages=("${build_packages[@]}" chromium chromium-driver python3-selenium)
+mutate_packages=("${build_packages[@]}" python3-clang-19)
+test_packages=("${mutate_packages[@]}" chromium chromium-driver python3-selenium)
 bench_packages=("${build_packages[@]}" libspdlog-dev libfmt-dev libpcre2-dev)
 check_packages=("${build_packages[@]}" clang-format-19 clang-tidy-19 cppcheck git shellcheck)
 
