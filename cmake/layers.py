@@ -77,7 +77,8 @@ TABLE = {
     # What tries them.
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
     "tests/native": [
-        "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "logging", "utils",
+        "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "explore/harness",
+        "logging", "utils",
     ],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
@@ -88,6 +89,7 @@ TABLE = {
         "doctor/stories", "doctor/timeline", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection",
         "tests/native", "tests/support",
     ],
+    "tests/unit/explore": ["explore/harness", "explore/log", "logging", "tests/support"],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
@@ -111,13 +113,24 @@ TABLE = {
     "tests/page": ["doctor/timeline", "tests/unit/doctor"],
     "tests/package": ["package", "package/msix"],
     "tests/tools": ["cmake"],
-    "fuzz": ["doctor/log", "doctor/verdict", "simulator/protocol", "tests/native"],
+    "fuzz": ["doctor/log", "doctor/verdict", "logging", "simulator/base", "simulator/protocol", "tests/native"],
+    "fuzz/windows": [
+        "doctor/log", "logging", "utils", "projection", "simulator/base", "simulator/package", "simulator/protocol",
+        "simulator/runtime", "fuzz",
+    ],
     "bench": [
         "app", "helper", "service", "logging", "utils", "projection", "simulator/base", "simulator/broker",
         "simulator/client", "simulator/protocol", "simulator/testing", "bench/harness",
     ],
     "bench/harness": [],
     "bench/bare_app": ["projection"],
+    "explore/harness": [],
+    "explore/log": ["explore/harness", "logging", "tests/support"],
+    "explore/faults/model": ["simulator/protocol/KnownCalls.h"],
+    "explore/faults": [
+        "explore/harness", "explore/faults/model", "app", "service", "utils", "projection",
+        "simulator/protocol", "simulator/testing", "tests/flow", "tests/support",
+    ],
     "bench/redaction": ["logging", "bench/harness", "tests/native"],
 }
 

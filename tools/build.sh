@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Sourced: builds, and runs the tests of a build. Needs the other files of this folder.
 
-presets=(product gcc coverage ubsan native native-release)
+presets=(product gcc coverage native native-release)
 
 # configure PRESET: the folder build/PRESET stays held.
 configure() {
@@ -125,17 +125,4 @@ prepare_prefix() {
     at_end stop_wine "$prefix"
     stop_wine "$prefix"
     [ ! -e "$simulator" ] || attend cmake/wine-run "$prefix" "$simulator" install >/dev/null
-}
-
-# fuzz SECONDS: so long on the redaction, and beside it a quarter of that each on the simulator's protocol and on the
-# doctor's reader of logs.
-fuzz() {
-    local quarter=$((($1 + 3) / 4)) log=build/logs/fuzz.log result=0
-    build native --target redaction_fuzz protocol_fuzz log_fuzz
-    step "fuzzing the redaction for $1 s, the protocol and the reading of logs for $quarter s"
-    attend_logged "$log" xargs --max-procs=2 --max-lines=1 tools/fuzz-one < <(printf '%s\n' \
-        "redaction $1 -max_len=96 fuzz/corpus/redaction" "protocol $quarter -max_len=512" \
-        "log $quarter -max_len=4096 fuzz/corpus/log") || result=1
-    cat "$log"
-    return $result
 }
