@@ -9,13 +9,16 @@ import unittest
 
 import support
 
-COMMANDS = ["run", "test", "build", "package", "bench", "fuzz", "check", "coverage", "sim", "helper", "doctor",
-            "symbolize", "clean"]
+COMMANDS = ["run", "test", "build", "package", "bench", "explore", "fuzz", "mutate", "check", "coverage", "sim",
+            "helper", "doctor", "symbolize", "clean"]
 
 WRONG_CALLS = [
     *("nothing", "run it", "test --all", "test A B", "build release", "build product gcc", "bench walk"),
     *("bench line start", "bench --json", "bench --against nowhere", "bench --json dev --against dev", "bench --long"),
-    *("fuzz long", "fuzz 0", "check --mend", "coverage all", "clean --dry", "package --all", "symbolize main", "help it"),
+    *("explore", "explore nothing", "explore --short"),
+    *("mutate --sample 0", "mutate --replay", "mutate --replay 12 --sample 3", "mutate --all"),
+    *("fuzz long", "fuzz line 0", "fuzz line 1 2", "check --mend", "coverage all", "clean --dry", "package --all"),
+    *("symbolize main", "help it"),
 ]
 
 # What stands in for cmake: configures a folder, and builds as the test says in build-step.
@@ -126,6 +129,12 @@ class Calls(DevTest):
         code, output = self.dev("test", "Nonsense")
         self.assertEqual(1, code, output)
         self.assertIn("there is no test whose name matches 'Nonsense'", output)
+
+    def test_an_exploration_is_built_and_given_its_arguments(self):
+        code, output = self.dev("explore", "log", "--replay", "line-x-line:0=full")
+        self.assertEqual(0, code, output)
+        self.assertIn("build/product/explore/log/explore_log.exe --replay line-x-line:0=full\n", output)
+        self.assertEqual(["built product"], [call for call in self.calls() if call.startswith("built")])
 
     def test_programs_by_hand_are_built_before_they_run_without_a_word(self):
         for name, program in (("sim", "simulator/sim.exe"), ("helper", "helper/helper.exe"),
