@@ -139,12 +139,12 @@ SetEntry EntryOf(std::wstring_view name, IInspectable const& value)
 
 IInspectable ValueFrom(SetEntry const& entry)
 {
-    if (entry.type == SetEntry::ofSet)
+    if (entry.type == SetEntry::ofSet && !entry.bytes.empty())
     {
         return SetFrom(entry.bytes);
     }
     IInspectable value;
-    auto const isNull = entry.type == 0;
+    auto const isNull = entry.type == 0 && entry.bytes.empty();
     return isNull || TravellingTypes::TryDecode(entry, value) ? value : throw winrt::hresult_invalid_argument();
 }
 

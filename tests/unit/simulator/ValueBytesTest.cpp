@@ -165,7 +165,9 @@ TEST_F(ValueBytes, OfAnotherSizeOrTypeAreRefused)
                                              {L"a short element", int32Array, "12345"},
                                              {L"a string without its length", 12, "x"},
                                              {L"a string that ends early", stringArray, "\1\0\0\0\2\0\0\0xx"s},
-                                             {L"a set in a set", sim::SetEntry::ofSet, "x"}})
+                                             {L"null with bytes", 0, "x"},
+                                             {L"a set in a set", sim::SetEntry::ofSet, "x"},
+                                             {L"a set in a set without its size", sim::SetEntry::ofSet, ""}})
     {
         EXPECT_EQ(FailureOf([&] { sim::SetFrom(sim::Encode(sim::SetEntries{entry})); }), E_INVALIDARG)
             << sim::ToUtf8(entry.name);
