@@ -1,7 +1,7 @@
 """Damaged packages, each of which is answered with problems, soon, and never with an exception.
 
-Usage: package_fuzz.py SECONDS PREFIX     what fails is kept in a file that begins with PREFIX
-       package_fuzz.py FILE [FILE...]     plays these again"""
+Usage: package_fuzz.py SECONDS PREFIX [SEED]     what fails is kept in a file that begins with PREFIX
+       package_fuzz.py FILE [FILE...]            plays these again"""
 
 import itertools
 import pathlib
@@ -24,8 +24,8 @@ def keep(kept, data, certificate):
         certificate_file(kept).write_bytes(certificate)
 
 
-def fuzz(seconds, prefix):
-    packages, seed, end = DamagedPackages(), secrets.randbelow(10**6), time.monotonic() + seconds
+def fuzz(seconds, prefix, seed):
+    packages, end = DamagedPackages(), time.monotonic() + seconds
     print(f"seed {seed}", flush=True)
     for case in itertools.count():
         if time.monotonic() >= end:
@@ -50,7 +50,7 @@ def play(kept):
 
 if __name__ == "__main__":
     if sys.argv[1].isdecimal():
-        fuzz(int(sys.argv[1]), sys.argv[2])
+        fuzz(int(sys.argv[1]), sys.argv[2], int(sys.argv[3]) if len(sys.argv) > 3 else secrets.randbelow(10**6))
     else:
         for name in sys.argv[1:]:
             play(pathlib.Path(name))

@@ -46,13 +46,13 @@ build_fuzz() {
     fi
 }
 
-# fuzz SECONDS NAMES...: each so long, two at a time.
+# fuzz SECONDS SEED NAMES...: each so long, two at a time. SEED: empty for other inputs each time.
 fuzz() {
-    local seconds=$1 log=build/logs/fuzz.log result=0
-    shift
+    local seconds=$1 seed=$2 log=build/logs/fuzz.log result=0
+    shift 2
     build_fuzz "$@"
     step "fuzzing for $seconds s each: $*"
-    attend_logged "$log" xargs --max-procs=2 --max-lines=1 tools/fuzz-one < <(printf "%s $seconds\n" "$@") || result=1
+    attend_logged "$log" xargs --max-procs=2 --max-lines=1 tools/fuzz-one < <(printf "%s $seconds $seed\n" "$@") || result=1
     cat "$log"
     return $result
 }

@@ -14,6 +14,7 @@
 #include <cwchar>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <thread>
@@ -70,6 +71,12 @@ Input Read(fs::path const& path)
     Input input(static_cast<std::size_t>(fs::file_size(path)));
     input.resize(std::fread(input.data(), 1, input.size(), file.get()));
     return input;
+}
+
+// In an order that does not depend on the disk, so that a seed gives the same inputs everywhere.
+std::set<fs::path> FilesIn(fs::path const& folder)
+{
+    return {fs::directory_iterator(folder), fs::directory_iterator()};
 }
 
 std::wstring HashName(Input const& input)
@@ -139,9 +146,9 @@ void Fuzz(Options const& options)
     std::vector<Input> corpus;
     for (auto const& folder : options.places)
     {
-        for (auto const& entry : fs::directory_iterator(folder))
+        for (auto const& file : FilesIn(folder))
         {
-            corpus.push_back(Read(entry.path()));
+            corpus.push_back(Read(file));
             Play(corpus.back());
         }
     }

@@ -17,7 +17,8 @@ WRONG_CALLS = [
     *("bench line start", "bench --json", "bench --against nowhere", "bench --json dev --against dev", "bench --long"),
     *("explore", "explore nothing", "explore --short"),
     *("mutate --sample 0", "mutate --replay", "mutate --replay 12 --sample 3", "mutate --all"),
-    *("fuzz long", "fuzz line 0", "fuzz line 1 2", "check --mend", "coverage all", "clean --dry", "package --all"),
+    *("fuzz long", "fuzz line 0", "fuzz line 1 2", "fuzz --seed 1", "fuzz line 1 --seed x"),
+    *("check --mend", "coverage all", "clean --dry", "package --all"),
     *("symbolize main", "help it"),
 ]
 
