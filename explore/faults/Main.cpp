@@ -11,6 +11,8 @@
 #include <mutex>
 #include <optional>
 #include <span>
+#include <stdexcept>
+#include <string>
 #include <thread>
 
 namespace
@@ -70,9 +72,23 @@ NextPlay Of(std::vector<PlayId> plays)
     };
 }
 
-bool IsChosen(Flow const& flow, Options const& options)
+// The flows of these names, all where none is named; throws std::invalid_argument for a name that none has.
+std::vector<Flow const*> Chosen(std::vector<std::string> const& names)
 {
-    return options.stories.empty() || std::ranges::find(options.stories, flow.name) != options.stories.end();
+    std::vector<Flow const*> flows;
+    for (auto const& name : names)
+    {
+        auto const found = std::ranges::find(Flows(), name, &Flow::name);
+        flows.push_back(found != Flows().end() ? &*found : throw std::invalid_argument("there is no flow " + name));
+    }
+    for (auto const& flow : Flows())
+    {
+        if (names.empty())
+        {
+            flows.push_back(&flow);
+        }
+    }
+    return flows;
 }
 
 // So many, or until the time is over.
@@ -102,23 +118,14 @@ void TakeSome(std::vector<PlayId>& plays, std::uint64_t seed)
 
 int Explore(Options const& options)
 {
+    auto flows = Chosen(options.stories);
     Report report("faults", options.seed);
     std::vector<PlayId> ordinary;
     std::vector<PlayId> singles;
-    std::vector<Flow const*> flows;
-    for (auto const& flow : Flows())
+    for (auto const* const flow : flows)
     {
-        if (IsChosen(flow, options))
-        {
-            flows.push_back(&flow);
-            ordinary.push_back({std::string(flow.name)});
-            std::ranges::move(SinglePlays(flow), std::back_inserter(singles));
-        }
-    }
-    if (flows.empty())
-    {
-        std::printf("explore faults: there is no such flow\n");
-        return 2;
+        ordinary.push_back({std::string(flow->name)});
+        std::ranges::move(SinglePlays(*flow), std::back_inserter(singles));
     }
     if (options.isShort)
     {
@@ -139,9 +146,16 @@ int Replay(PlayId const& id, Options const& options)
     return report.Conclude();
 }
 
+int Refuse(std::string const& why)
+{
+    std::fprintf(stderr, "explore faults: %s\n", why.c_str());
+    return 2;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
+try
 {
     std::span const words(argv, static_cast<std::size_t>(argc));
     if (words.size() == 2 && std::string_view(words[1]) == "--worker")
@@ -152,8 +166,11 @@ int main(int argc, char** argv)
     auto const [options, error] = ParseOptions(arguments);
     if (!error.empty())
     {
-        std::printf("explore faults: %s\n", error.c_str());
-        return 2;
+        return Refuse(error);
     }
     return options.replay ? Replay(*options.replay, options) : Explore(options);
+}
+catch (std::invalid_argument const& error)
+{
+    return Refuse(error.what());
 }
