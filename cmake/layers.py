@@ -89,7 +89,7 @@ TABLE = {
         "doctor/stories", "doctor/timeline", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection",
         "tests/native", "tests/support",
     ],
-    "tests/unit/explore": ["explore/harness", "explore/log", "logging", "tests/support"],
+    "tests/unit/explore": ["explore/faults", "explore/harness", "explore/log", "logging", "tests/support"],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
