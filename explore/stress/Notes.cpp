@@ -11,7 +11,7 @@ namespace
 
 sim::Handle NamedEvent(std::wstring const& name, bool stays)
 {
-    return sim::Handle(CreateEventW(nullptr, stays, FALSE, name.c_str()));
+    return sim::Handle(CreateEventW(nullptr, stays ? TRUE : FALSE, FALSE, name.c_str()));
 }
 
 } // namespace

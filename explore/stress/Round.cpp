@@ -77,12 +77,13 @@ RoundFigures Round::Play()
     StartAll();
     auto const begin = Clock::now();
     m_nextProgress = begin;
-    for (auto next = begin + firstKill; !HasEnded(); next += betweenKills)
+    auto nextKill = begin + firstKill;
+    while (!HasEnded())
     {
-        WaitUntil(next);
+        WaitUntil(nextKill);
+        nextKill = Clock::now() + betweenKills;
         TellProgress();
         Disturb();
-        next = std::max(next, Clock::now() - betweenKills);
     }
     m_figures.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
     Sum();
@@ -98,6 +99,7 @@ void Round::Fill()
     SetEvent(m_notes.Go());
     Launch(place, (limit - room) / (line * sizeof(wchar_t)));
     WaitForSingleObject(place.process.Get(), INFINITE);
+    TakeEnded(place);
     ResetEvent(m_notes.Go());
     ResetEvent(m_notes.Ready());
 }
@@ -180,7 +182,7 @@ void Round::WaitUntil(Clock::time_point time)
 void Round::TakeEnded(Place& place)
 {
     auto const& note = m_notes[place.life];
-    if (note.acknowledged != m_share.lines && !note.isSilent)
+    if (note.acknowledged != note.last && !note.isSilent)
     {
         m_figures.ended.Add("process " + std::to_string(place.life) + " ended with code " +
                             std::to_string(ExitCode(place.process.Get())) + " after its line " +
@@ -203,7 +205,7 @@ void Round::Kill(Place& place)
     m_lives[place.life].wasKilled = true;
     place.process = {};
     place.acknowledged = m_notes[place.life].acknowledged;
-    place.isDone = place.acknowledged == m_share.lines;
+    place.isDone = place.acknowledged == m_notes[place.life].last;
 }
 
 // Kills one, often while one looks at the log's size, and starts whoever is missing.
@@ -291,7 +293,7 @@ void Round::TellProgress()
     Sum();
     std::printf("  %llu of %llu lines, %u kills\n", static_cast<unsigned long long>(m_figures.lines),
                 static_cast<unsigned long long>(m_share.places * m_share.lines), m_figures.kills);
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
 }
 
 StressRecord Round::Record() const

@@ -32,10 +32,10 @@ std::string Shown(std::string const& text)
     return text.size() <= most ? text : text.substr(0, most) + "...";
 }
 
-bool BeginsWith(LogText const& file, LogText const& other)
+bool BeginsWith(LogText const& whole, LogText const& part)
 {
-    return file.lines.size() >= other.lines.size() &&
-           std::equal(other.lines.begin(), other.lines.end(), file.lines.begin(),
+    return whole.lines.size() >= part.lines.size() &&
+           std::equal(part.lines.begin(), part.lines.end(), whole.lines.begin(),
                       [](TextLine const& left, TextLine const& right) { return left.text == right.text; });
 }
 
