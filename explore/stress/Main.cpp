@@ -58,8 +58,8 @@ void Print(RoundFigures const& figures, StressRecord const& record, StressCount 
     std::printf("  %llu lines in %.1f s: %.0f lines a second, the slowest in %.1f ms\n", Number(figures.lines),
                 figures.seconds, static_cast<double>(figures.lines) / figures.seconds,
                 static_cast<double>(figures.slowest) / 1'000);
-    std::printf("  %u kills, %u of them while the log was opened; %lld rotations\n", figures.kills,
-                figures.killsWhileOpening, static_cast<long long>(rotations));
+    std::printf("  %u kills, %u of them within a line, %u while the log was opened; %lld rotations\n", figures.kills,
+                figures.killsWithinLine, figures.killsWhileOpening, static_cast<long long>(rotations));
     std::printf("  by the rules, where one was killed: %llu lines whole, %llu cut; %llu copies repeated; %llu copies "
                 "empty\n",
                 Number(count.inFlight), Number(count.cut), Number(count.repeated), Number(count.empty));

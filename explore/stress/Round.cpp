@@ -12,6 +12,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <winternl.h>
+
+// Of the whole process; the documented functions know threads only.
+extern "C" NTSTATUS NTAPI NtSuspendProcess(HANDLE process);
+extern "C" NTSTATUS NTAPI NtResumeProcess(HANDLE process);
 
 namespace explore::stress
 {
@@ -44,6 +49,13 @@ DWORD ExitCode(HANDLE process)
     DWORD code = 0;
     GetExitCodeProcess(process, &code);
     return code;
+}
+
+bool EndsWithinLine(std::wstring const& log)
+{
+    constexpr std::uint64_t oneCharacter = 2;
+    auto const size = sim::FileSize(log).value_or(0);
+    return size > oneCharacter && !sim::ReadBytes(log, size - oneCharacter).ends_with(std::string_view("\n\0", 2));
 }
 
 } // namespace
@@ -214,6 +226,7 @@ void Round::Disturb()
     auto* victim = m_random.Below(2) == 0 ? LetOneCheck() : AnyRunning();
     if (victim != nullptr && victim->process)
     {
+        StopWithinLine(*victim);
         Kill(*victim);
     }
     for (auto& place : m_places)
@@ -223,6 +236,22 @@ void Round::Disturb()
             AwaitNewName();
             StartAgain(place);
         }
+    }
+}
+
+// Between two calls of one line, if it is met there: a moment that kills by chance hardly ever find.
+void Round::StopWithinLine(Place const& place)
+{
+    constexpr int tries = 100;
+    for (int number = 0; number < tries; ++number)
+    {
+        NtSuspendProcess(place.process.Get());
+        if (EndsWithinLine(m_log))
+        {
+            ++m_figures.killsWithinLine;
+            return;
+        }
+        NtResumeProcess(place.process.Get());
     }
 }
 

@@ -22,6 +22,7 @@ struct RoundFigures
     std::uint64_t lines = 0;   // acknowledged
     std::uint64_t slowest = 0; // the longest call, in microseconds
     unsigned kills = 0;
+    unsigned killsWithinLine = 0;   // of these
     unsigned killsWhileOpening = 0; // of these
     Found ended = {};               // processes that ended by themselves, before their last line
 };
@@ -64,6 +65,7 @@ class Round
     void WaitUntil(Clock::time_point time);
     void TakeEnded(Place& place);
     void Kill(Place& place);
+    void StopWithinLine(Place const& place);
     void Disturb();
     Place* LetOneCheck();
     void AwaitNewName();
