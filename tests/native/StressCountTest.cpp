@@ -345,3 +345,34 @@ TEST_F(StressCountTest, LetsNoMoreCopiesBeRepeatedThanWereKilled)
     EXPECT_EQ(count.repeated, 1u);
     EXPECT_GT(count.doubled.times, 0u);
 }
+
+TEST_F(StressCountTest, FindsACopyThatEndsWithinALineThatHadReturnedTorn)
+{
+    KillInFlight();
+    Log().isCopy = true;
+    Log().lines.back().isComplete = false;
+    EXPECT_EQ(Count().torn.times, 1u);
+}
+
+TEST_F(StressCountTest, FindsALogThatRepeatsItsCopyDoubled)
+{
+    Copy(3);
+    Log().lines.resize(2);
+    KillInFlight();
+    record.lives[1].wasChecking = true;
+    auto const count = Count();
+    EXPECT_EQ(count.repeated, 0u);
+    EXPECT_EQ(count.doubled.times, 2u);
+}
+
+TEST_F(StressCountTest, TakesNoEmptyCopyForOneThatIsRepeated)
+{
+    KillInFlight();
+    record.lives[1].wasChecking = true;
+    LogText const empty{.name = "empty.log", .isCopy = true, .isMarked = false};
+    record.files.insert(record.files.begin(), empty);
+    Log().size = SizeOf(Log());
+    auto const count = CountLines(record);
+    EXPECT_EQ(count.repeated, 0u);
+    EXPECT_EQ(count.empty, 1u);
+}
