@@ -78,7 +78,7 @@ TABLE = {
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
     "tests/native": [
         "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "explore/harness",
-        "logging", "utils",
+        "explore/stress", "logging", "utils",
     ],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
@@ -131,6 +131,7 @@ TABLE = {
         "explore/harness", "explore/faults/model", "app", "service", "utils", "projection",
         "simulator/protocol", "simulator/testing", "tests/flow", "tests/support",
     ],
+    "explore/stress": ["explore/harness", "doctor/log", "logging", "simulator/base"],
     "bench/redaction": ["logging", "bench/harness", "tests/native"],
 }
 

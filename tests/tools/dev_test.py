@@ -15,7 +15,7 @@ COMMANDS = ["run", "test", "build", "package", "bench", "explore", "fuzz", "muta
 WRONG_CALLS = [
     *("nothing", "run it", "test --all", "test A B", "build release", "build product gcc", "bench walk"),
     *("bench line start", "bench --json", "bench --against nowhere", "bench --json dev --against dev", "bench --long"),
-    *("explore", "explore nothing", "explore --short"),
+    *("explore", "explore nothing", "explore --short", "explore stresses"),
     *("mutate --sample 0", "mutate --replay", "mutate --replay 12 --sample 3", "mutate --all"),
     *("fuzz long", "fuzz line 0", "fuzz line 1 2", "fuzz --seed 1", "fuzz line 1 --seed x"),
     *("check --mend", "coverage all", "clean --dry", "package --all"),
@@ -132,10 +132,13 @@ class Calls(DevTest):
         self.assertIn("there is no test whose name matches 'Nonsense'", output)
 
     def test_an_exploration_is_built_and_given_its_arguments(self):
-        code, output = self.dev("explore", "log", "--replay", "line-x-line:0=full")
-        self.assertEqual(0, code, output)
-        self.assertIn("build/product/explore/log/explore_log.exe --replay line-x-line:0=full\n", output)
-        self.assertEqual(["built product"], [call for call in self.calls() if call.startswith("built")])
+        for subject, play in (("log", "line-x-line:0=full"), ("faults", "protocol:1=never"), ("stress", "full-9")):
+            with self.subTest(subject):
+                code, output = self.dev("explore", subject, "--replay", play)
+                self.assertEqual(0, code, output)
+                self.assertIn(f"build/product/explore/{subject}/explore_{subject}.exe --replay {play}\n", output)
+                self.assertEqual(["built product"], [call for call in self.calls() if call.startswith("built")])
+                (self.clone / "calls").unlink()
 
     def test_programs_by_hand_are_built_before_they_run_without_a_word(self):
         for name, program in (("sim", "simulator/sim.exe"), ("helper", "helper/helper.exe"),
