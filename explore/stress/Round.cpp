@@ -220,7 +220,7 @@ void Round::Kill(Place& place)
     place.isDone = place.acknowledged == m_notes[place.life].last;
 }
 
-// Kills one, often while one looks at the log's size, and starts whoever is missing.
+// Kills one, often while one looks at the log's size, and starts one for each that is missing.
 void Round::Disturb()
 {
     auto* victim = m_random.Below(2) == 0 ? LetOneCheck() : AnyRunning();

@@ -46,6 +46,12 @@ TEST_F(Connection, IsTakenOverByTheServiceWithoutADeferralOfTheApps)
     EXPECT_EQ(CountReports(L"task-completed"), 0u);
 }
 
+TEST_F(Connection, IsServedByAnObjectThatTellsItsRuntimeClass)
+{
+    EXPECT_EQ(winrt::get_class_name(winrt::make<NotificationAppService>()),
+              L"VelmoNotificationClient.NotificationAppService");
+}
+
 TEST_F(Connection, EndsWhenTheHelperClosesIt)
 {
     helper->Close();

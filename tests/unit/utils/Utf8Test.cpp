@@ -1,5 +1,6 @@
 #include "utils/Utf8.h"
 
+#include <climits>
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -45,6 +46,17 @@ TEST(Utf8, ConvertsLongTexts)
     std::string const text(100'000, 'x');
     EXPECT_EQ(ToWide(text), std::wstring(100'000, L'x'));
     EXPECT_EQ(ToUtf8(std::wstring(100'000, L'x')), text);
+}
+
+TEST(Utf8, ThatIsLongerThanTheSystemConvertsIsRefused)
+{
+    constexpr std::size_t tooLong = std::size_t{INT_MAX} + 1;
+    constexpr auto bytes = tooLong * sizeof(wchar_t);
+    auto* const unread = VirtualAlloc(nullptr, bytes, MEM_RESERVE, PAGE_NOACCESS);
+    ASSERT_NE(unread, nullptr);
+    EXPECT_EQ(ToWide(std::string_view(static_cast<char const*>(unread), tooLong)), std::nullopt);
+    EXPECT_EQ(ToUtf8(std::wstring_view(static_cast<wchar_t const*>(unread), tooLong)), std::nullopt);
+    VirtualFree(unread, 0, MEM_RELEASE);
 }
 
 TEST(Utf8, TextOfEitherWidthIsSeenAsWide)
