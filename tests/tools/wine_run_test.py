@@ -132,6 +132,16 @@ class ClosingLine(WineRunTest):
             self.assertEqual((wanted, ""), self.shell(f"exit {wanted}"))
 
 
+class Interrupted(WineRunTest):
+    def test_a_prefix_that_was_not_made_to_its_end_is_made_from_the_beginning(self):
+        prefix = self.folder / "prefix"
+        left = prefix / "drive_c" / "left"
+        left.mkdir(parents=True)
+        self.addCleanup(support.stop_wine, prefix)
+        self.assertEqual((0, ""), self.run_program(prefix, "cmd", "/c", "exit 0"))
+        self.assertFalse(left.exists())
+
+
 class Ended(WineRunTest):
     def test_a_signal_ends_the_program_and_leaves_no_file(self):
         self.shell("exit 0")  # so that prefix and server are there, which stay
