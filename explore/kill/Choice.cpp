@@ -6,23 +6,54 @@
 namespace explore::kill
 {
 
-std::vector<std::uint32_t> InTurn(std::span<std::uint32_t const> functions, Random& random)
+namespace
 {
-    std::map<std::uint32_t, std::vector<std::uint32_t>> callsOf;
-    for (std::uint32_t call = 0; auto const function : functions)
+
+// Takes one out that is drawn.
+template <typename Value>
+Value Draw(std::vector<Value>& values, Random& random)
+{
+    std::swap(values[random.Below(values.size())], values.back());
+    auto value = std::move(values.back());
+    values.pop_back();
+    return value;
+}
+
+using Calls = std::vector<std::uint32_t>;
+
+std::vector<Calls> ByKind(std::span<std::uint32_t const> kinds)
+{
+    std::map<std::uint32_t, Calls> callsOf;
+    for (std::uint32_t call = 0; auto const kind : kinds)
     {
-        callsOf[function].push_back(call++);
+        callsOf[kind].push_back(call++);
     }
-    std::vector<std::uint32_t> order;
-    while (!callsOf.empty())
+    std::vector<Calls> all;
+    for (auto& [kind, calls] : callsOf)
     {
-        for (auto& [function, calls] : callsOf)
+        all.push_back(std::move(calls));
+    }
+    return all;
+}
+
+} // namespace
+
+std::vector<std::uint32_t> InTurn(std::span<std::uint32_t const> kinds, Random& random)
+{
+    Calls order;
+    for (auto left = ByKind(kinds); !left.empty();)
+    {
+        std::vector<Calls> next;
+        while (!left.empty())
         {
-            std::swap(calls[random.Below(calls.size())], calls.back());
-            order.push_back(calls.back());
-            calls.pop_back();
+            auto calls = Draw(left, random);
+            order.push_back(Draw(calls, random));
+            if (!calls.empty())
+            {
+                next.push_back(std::move(calls));
+            }
         }
-        std::erase_if(callsOf, [](auto const& entry) { return entry.second.empty(); });
+        left = std::move(next);
     }
     return order;
 }

@@ -11,18 +11,44 @@ namespace
 {
 
 constexpr std::string_view mark = "\xFF\xFE";
-constexpr std::u16string_view lineEnd = u"\r\n";
+constexpr std::string_view lineEnd("\r\0\n\0", 4);
+constexpr std::size_t unit = sizeof(char16_t);
 
 std::u16string TextOf(std::string_view bytes)
 {
-    std::u16string text(bytes.size() / sizeof(char16_t), u'\0');
-    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(char16_t));
+    std::u16string text(bytes.size() / unit, u'\0');
+    std::memcpy(text.data(), bytes.data(), text.size() * unit);
     return text;
 }
 
-std::u16string_view WithoutHole(std::u16string_view text)
+// Most of a log at its limit is a hole: eight bytes at a time.
+std::size_t BehindHole(std::string_view bytes, std::size_t at)
 {
-    return text.substr(std::min(text.find_first_not_of(u'\0'), text.size()));
+    std::uint64_t word = 0;
+    for (; at + sizeof word <= bytes.size(); at += sizeof word)
+    {
+        std::memcpy(&word, bytes.data() + at, sizeof word);
+        if (word != 0)
+        {
+            break;
+        }
+    }
+    while (at + unit <= bytes.size() && bytes[at] == '\0' && bytes[at + 1] == '\0')
+    {
+        at += unit;
+    }
+    return at;
+}
+
+// At a whole code unit.
+std::size_t FindLineEnd(std::string_view bytes, std::size_t from)
+{
+    auto at = bytes.find(lineEnd, from);
+    while (at != bytes.npos && (at - from) % unit != 0)
+    {
+        at = bytes.find(lineEnd, at + 1);
+    }
+    return at;
 }
 
 bool IsDigit(char16_t character)
@@ -63,15 +89,14 @@ LogText ReadLogText(std::string name, bool isCopy, std::string_view bytes)
     {
         return log;
     }
-    log.hasHalf = bytes.size() % sizeof(char16_t) != 0;
-    auto const text = TextOf(bytes.substr(mark.size()));
-    auto left = WithoutHole(text);
-    for (auto end = left.find(lineEnd); end != left.npos; end = left.find(lineEnd))
+    log.hasHalf = bytes.size() % unit != 0;
+    auto begin = BehindHole(bytes, mark.size());
+    for (auto end = FindLineEnd(bytes, begin); end != bytes.npos; end = FindLineEnd(bytes, begin))
     {
-        log.lines.emplace_back(left.substr(0, end));
-        left = WithoutHole(left.substr(end + lineEnd.size()));
+        log.lines.push_back(TextOf(bytes.substr(begin, end - begin)));
+        begin = BehindHole(bytes, end + lineEnd.size());
     }
-    log.rest = left;
+    log.rest = TextOf(bytes.substr(begin));
     return log;
 }
 

@@ -58,6 +58,22 @@ void Tell(Report& report, PlayId const& id, Played const& played)
     }
 }
 
+void PlayNext(Report& report, Stage& stage, NextPlay const& next, std::unique_lock<std::mutex>& lock)
+{
+    lock.unlock();
+    Played played;
+    try
+    {
+        played = PlayOnce(stage, *next.chosen->story, next.chosen->reference, next.killAt);
+    }
+    catch (sim::Error const& error)
+    {
+        played.verdict = {"not playable", {{"not playable", sim::ToUtf8(error.Message())}}};
+    }
+    lock.lock();
+    Tell(report, IdOf(next), played);
+}
+
 // Side by side.
 void PlayAll(Report& report, Stages const& stages, Next const& next)
 {
@@ -69,14 +85,18 @@ void PlayAll(Report& report, Stages const& stages, Next const& next)
             std::unique_lock lock(mutex);
             while (auto const play = next())
             {
-                lock.unlock();
-                auto const played = PlayOnce(*stage, *play->chosen->story, play->chosen->reference, play->killAt);
-                lock.lock();
-                Tell(report, IdOf(*play), played);
+                PlayNext(report, *stage, *play, lock);
             }
         });
     }
     std::ranges::for_each(threads, &std::thread::join);
+}
+
+// A story ends with the first deviation.
+bool HasEnded(Report const& report, Story const& story)
+{
+    return std::ranges::any_of(report.Findings(),
+                               [&](auto const& finding) { return finding.second.shortest.story == story.name; });
 }
 
 // Of each story in turn.
@@ -87,7 +107,7 @@ std::vector<NextPlay> AllPlays(std::vector<Chosen> const& chosen, std::size_t mo
     std::vector<std::vector<std::uint32_t>> orders;
     for (auto const& each : chosen)
     {
-        orders.push_back(InTurn(each.reference.functions, random));
+        orders.push_back(InTurn(each.reference.kinds, random));
         orders.back().resize(std::min(orders.back().size(), mostOfEach));
         longest = std::max(longest, orders.back().size());
     }
@@ -104,24 +124,39 @@ std::vector<NextPlay> AllPlays(std::vector<Chosen> const& chosen, std::size_t mo
     return plays;
 }
 
-// All of them; then, for so long as is asked for, by chance.
+// Drawn, for so long as is asked for.
+std::optional<NextPlay> ByChance(std::vector<Chosen> const& chosen, Options const& options, Report const& report,
+                                 Random& random)
+{
+    std::vector<Chosen const*> left;
+    for (auto const& each : chosen)
+    {
+        if (!HasEnded(report, *each.story))
+        {
+            left.push_back(&each);
+        }
+    }
+    if (left.empty() || !options.longest || report.Elapsed() >= *options.longest)
+    {
+        return std::nullopt;
+    }
+    auto const* const drawn = left[random.Below(left.size())];
+    return NextPlay{drawn, static_cast<std::uint32_t>(random.Below(drawn->reference.kinds.size()))};
+}
+
+// All of them, then by chance.
 Next Plays(std::vector<Chosen> const& chosen, Options const& options, Report const& report)
 {
-    constexpr std::size_t shortShare = 16;
+    constexpr std::size_t shortShare = 12;
     Random random(options.seed);
     auto plays = AllPlays(chosen, options.isShort ? shortShare : SIZE_MAX, random);
     return [plays = std::move(plays), at = std::size_t{0}, random, &chosen, &options,
             &report]() mutable -> std::optional<NextPlay> {
-        if (at < plays.size())
+        while (at < plays.size() && HasEnded(report, *plays[at].chosen->story))
         {
-            return plays[at++];
+            ++at;
         }
-        if (!options.longest || report.Elapsed() >= *options.longest)
-        {
-            return std::nullopt;
-        }
-        auto const& story = chosen[random.Below(chosen.size())];
-        return NextPlay{&story, static_cast<std::uint32_t>(random.Below(story.reference.functions.size()))};
+        return at < plays.size() ? std::optional(plays[at++]) : ByChance(chosen, options, report, random);
     };
 }
 
@@ -131,7 +166,7 @@ std::vector<Chosen> RehearseAll(Stage& stage, std::vector<Story const*> const& s
     for (auto const* const story : stories)
     {
         chosen.push_back({story, Rehearse(stage, *story)});
-        std::printf("  %s: %zu calls\n", std::string(story->name).c_str(), chosen.back().reference.functions.size());
+        std::printf("  %s: %zu calls\n", std::string(story->name).c_str(), chosen.back().reference.kinds.size());
         std::fflush(stdout);
     }
     return chosen;

@@ -63,6 +63,11 @@ std::vector<std::string> TasksOf(sim::DeviceState const& state)
     return names;
 }
 
+bool EndsLine(Watch const& watch, Call const& call)
+{
+    return std::string_view(watch.NameOf(call)) == "NtReleaseMutant";
+}
+
 // A call of the log releases its mutex when the line is written. The opening of the log does that as well, before the
 // first line of the process's first thread.
 std::map<std::uint32_t, unsigned> LinesReturned(Watch const& watch)
@@ -71,12 +76,23 @@ std::map<std::uint32_t, unsigned> LinesReturned(Watch const& watch)
     auto isOpening = true;
     for (auto const& call : watch.Calls())
     {
-        if (std::string_view(watch.NameOf(call)) == "NtReleaseMutant" && !std::exchange(isOpening, false))
+        if (EndsLine(watch, call) && !std::exchange(isOpening, false))
         {
             ++lines[call.thread];
         }
     }
     return lines;
+}
+
+std::vector<std::uint32_t> KindsOf(Watch const& watch)
+{
+    std::vector<std::uint32_t> kinds;
+    for (std::uint32_t line = 0; auto const& call : watch.Calls())
+    {
+        kinds.push_back(line * Watched::mostFunctions + call.function);
+        line += EndsLine(watch, call) ? 1 : 0;
+    }
+    return kinds;
 }
 
 std::vector<std::string> NamesOf(Watch const& watch)
@@ -162,10 +178,7 @@ Reference Rehearse(Stage& stage, Story const& story)
     watch.Await(std::nullopt);
     auto trouble = stage.Ask(story);
     Reference reference{.messages = MessagesOf(stage.Logs(), old.lines)};
-    for (auto const& call : watch.Calls())
-    {
-        reference.functions.push_back(call.function);
-    }
+    reference.kinds = KindsOf(watch);
     std::size_t lines = 0;
     for (auto const& [thread, returned] : LinesReturned(watch))
     {

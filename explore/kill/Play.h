@@ -14,7 +14,8 @@ namespace explore::kill
 struct Reference
 {
     std::vector<std::u16string> messages = {}; // of a process, but for its header
-    std::vector<std::uint32_t> functions = {}; // of its calls, in their order
+    // Of its calls, in their order: the same for those of one function within one line.
+    std::vector<std::uint32_t> kinds = {};
 };
 
 // Plays it without an end. Throws sim::Error when that does not go as it should, or the calls do not tell the lines.
@@ -22,8 +23,8 @@ Reference Rehearse(Stage& stage, Story const& story);
 
 struct Played
 {
-    Verdict verdict;
-    std::uint64_t state;                 // a hash of what the first process has left
+    Verdict verdict = {};
+    std::uint64_t state = 0;             // a hash of what the first process has left
     std::vector<std::string> calls = {}; // of that process, with their threads
 };
 

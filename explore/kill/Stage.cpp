@@ -41,17 +41,25 @@ void StartBroker(sim::Device const& device, std::wstring const& section)
     WaitForMultipleObjects(process ? 2 : 1, either, FALSE, limitMilliseconds);
 }
 
-// A file that another process is just removing or emptying has none.
+// Nothing of a file that another process is just removing or emptying.
 std::string BytesOf(std::wstring const& path, std::uint64_t from = 0)
 {
-    try
-    {
-        return sim::ReadBytes(path, from);
-    }
-    catch (sim::Error const&)
+    sim::Handle const file(CreateFileW(path.c_str(), GENERIC_READ,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                       0, nullptr));
+    LARGE_INTEGER start;
+    start.QuadPart = static_cast<LONGLONG>(from);
+    LARGE_INTEGER size;
+    if (!file || !GetFileSizeEx(file.Get(), &size) || size.QuadPart <= start.QuadPart ||
+        !SetFilePointerEx(file.Get(), start, nullptr, FILE_BEGIN))
     {
         return {};
     }
+    std::string bytes(static_cast<std::size_t>(size.QuadPart - start.QuadPart), '\0');
+    DWORD read = 0;
+    auto const isRead = ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) != FALSE;
+    bytes.resize(isRead ? read : 0);
+    return bytes;
 }
 
 void WriteLog(std::wstring const& path, OldLog const& log)

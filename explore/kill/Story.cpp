@@ -33,7 +33,8 @@ std::vector<Story> const& Stories()
         {"registration",
          LogBefore::Short,
          Request::Register,
-         {u"AppService Closed", u"Inside RegsiterBackgroundtasks, task executed no exception seen",
+         {u"AppService Closed", u"RegisterBkgServices deferral complete",
+          u"Inside RegsiterBackgroundtasks, task executed no exception seen",
           u"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled deferral complete"}},
     };
     return stories;
