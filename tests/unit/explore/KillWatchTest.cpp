@@ -39,8 +39,9 @@ class KillWatchTest : public testing::Test
     // So many of its first calls do that.
     long ReleasesAmong(std::span<Call const> calls)
     {
-        return std::ranges::count(calls, std::string_view("NtReleaseSemaphore"),
-                                  [&](Call const& call) { return std::string_view(m_watch.NameOf(call)); });
+        return static_cast<long>(
+            std::ranges::count(calls, std::string_view("NtReleaseSemaphore"),
+                               [&](Call const& call) { return std::string_view(m_watch.NameOf(call)); }));
     }
 
     std::wstring const m_name = L"velmo-kill-watch-test-" + std::to_wstring(GetCurrentProcessId());
