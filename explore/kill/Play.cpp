@@ -186,8 +186,11 @@ Reference Rehearse(Stage& stage, Story const& story)
     }
     auto const tasks = TasksOf(stage.State());
     trouble += stage.EndApp();
-    if (!trouble.empty() || watch.HasCome() == false || lines != reference.messages.size() ||
-        tasks != TasksMeant(story))
+    if (!watch.HasCome())
+    {
+        throw sim::Error(L"the app's process has not loaded " WATCH_LIBRARY);
+    }
+    if (!trouble.empty() || lines != reference.messages.size() || tasks != TasksMeant(story))
     {
         throw sim::Error(L"the story does not go as it should: " + std::to_wstring(lines) + L" calls of the log, " +
                          std::to_wstring(reference.messages.size()) + L" lines; " + sim::FromUtf8(trouble));

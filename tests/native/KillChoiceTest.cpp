@@ -1,6 +1,7 @@
 #include "explore/kill/Choice.h"
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -37,6 +38,14 @@ TEST(KillChoiceTest, TakesOneOfEachKindBeforeASecondOne)
         kinds.insert(withLoop[order[at]]);
     }
     EXPECT_EQ(kinds, (std::set<std::uint32_t>{1, 2, 7, 9}));
+}
+
+TEST(KillChoiceTest, DrawsTheCallsOfAKind)
+{
+    std::vector<std::uint32_t> const loop(20, 1);
+    auto const order = Order(loop, 1);
+    EXPECT_FALSE(std::ranges::is_sorted(order));
+    EXPECT_FALSE(std::ranges::is_sorted(order, std::greater()));
 }
 
 TEST(KillChoiceTest, IsTheSameForASeedAndAnotherForAnotherOne)

@@ -131,10 +131,13 @@ class Calls(DevTest):
         self.assertIn("there is no test whose name matches 'Nonsense'", output)
 
     def test_an_exploration_is_built_and_given_its_arguments(self):
-        code, output = self.dev("explore", "log", "--replay", "line-x-line:0=full")
-        self.assertEqual(0, code, output)
-        self.assertIn("build/product/explore/log/explore_log.exe --replay line-x-line:0=full\n", output)
-        self.assertEqual(["built product"], [call for call in self.calls() if call.startswith("built")])
+        for subject, play in (("log", "line-x-line:0=full"), ("kill", "line:150=kill")):
+            with self.subTest(subject):
+                built_before = self.calls().count("built product")
+                code, output = self.dev("explore", subject, "--replay", play)
+                self.assertEqual(0, code, output)
+                self.assertIn(f"build/product/explore/{subject}/explore_{subject}.exe --replay {play}\n", output)
+                self.assertEqual(built_before + 1, self.calls().count("built product"))
 
     def test_programs_by_hand_are_built_before_they_run_without_a_word(self):
         for name, program in (("sim", "simulator/sim.exe"), ("helper", "helper/helper.exe"),
