@@ -29,6 +29,7 @@ std::vector<Calls> ByKind(std::span<std::uint32_t const> kinds)
         callsOf[kind].push_back(call++);
     }
     std::vector<Calls> all;
+    all.reserve(callsOf.size());
     for (auto& [kind, calls] : callsOf)
     {
         all.push_back(std::move(calls));

@@ -188,7 +188,7 @@ class Judgement
             m_copies += log.isCopy ? 1u : 0u;
             hasLog = hasLog || !log.isCopy;
             // A log that was empty when the next process found it is moved to a copy's name.
-            if (!log.hasMark && !(log.isCopy && log.size == 0))
+            if (!log.hasMark && (!log.isCopy || log.size != 0))
             {
                 Add("no mark", log.name + " does not begin with its mark");
             }

@@ -5,6 +5,7 @@
 #include "simulator/base/Text.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace explore::kill
 {
@@ -56,10 +57,8 @@ std::vector<std::u16string> WithUri(std::vector<std::u16string> messages, sim::D
 std::vector<std::string> TasksOf(sim::DeviceState const& state)
 {
     std::vector<std::string> names;
-    for (auto const& task : state.tasks.registered)
-    {
-        names.push_back(sim::ToUtf8(task.name));
-    }
+    std::ranges::transform(state.tasks.registered, std::back_inserter(names),
+                           [](auto const& task) { return sim::ToUtf8(task.name); });
     return names;
 }
 

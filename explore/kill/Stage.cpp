@@ -133,7 +133,7 @@ Stage::~Stage()
     }
     catch (sim::Error const&)
     {
-        // It ends with the prefix.
+        // Ignored: it ends with the prefix.
     }
 }
 

@@ -43,7 +43,11 @@ std::vector<std::string> FlawsOf(Facts const& facts)
     std::vector<std::string> flaws;
     for (auto const& [kind, what, rule] : Judge(facts).flaws)
     {
-        flaws.push_back(rule.empty() ? kind : kind + " (" + rule + ")");
+        auto& flaw = flaws.emplace_back(kind);
+        if (!rule.empty())
+        {
+            flaw.append(" (").append(rule).append(")");
+        }
     }
     return flaws;
 }

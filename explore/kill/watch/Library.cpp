@@ -62,7 +62,7 @@ void Count(Watched& watched, std::uint32_t stub)
 bool IsLongDelay(std::uint32_t stub, Arguments const& arguments)
 {
     constexpr LONGLONG second = 10'000'000;
-    auto const* const interval = reinterpret_cast<LARGE_INTEGER const*>(arguments.second);
+    auto const* const interval = static_cast<LARGE_INTEGER const*>(arguments.second);
     return stub == library->delay && interval != nullptr && interval->QuadPart <= -second;
 }
 
@@ -71,7 +71,7 @@ void* AwaitTime(Arguments& arguments)
 {
     arguments.third = arguments.second;
     arguments.second = arguments.first;
-    arguments.first = reinterpret_cast<std::uint64_t>(library->time);
+    arguments.first = library->time;
     return library->stubs[library->wait].original;
 }
 
@@ -131,10 +131,11 @@ bool Watch(std::wstring const& name)
 
 } // namespace explore::kill
 
-BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*)
+BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*) // NOLINT(misc-use-internal-linkage)
 {
     using namespace explore::kill;
     wchar_t name[MAX_PATH];
-    return reason != DLL_PROCESS_ATTACH ||
-           (GetEnvironmentVariableW(sectionVariable, name, MAX_PATH) != 0 && Watch(name));
+    auto const isReady =
+        reason != DLL_PROCESS_ATTACH || (GetEnvironmentVariableW(sectionVariable, name, MAX_PATH) != 0 && Watch(name));
+    return isReady ? TRUE : FALSE;
 }

@@ -42,7 +42,7 @@ class Writer
     template <typename Value>
     void Write(Value value)
     {
-        std::memcpy(m_at, &value, sizeof value);
+        std::memcpy(m_at, static_cast<void const*>(&value), sizeof value);
         m_at += sizeof value;
     }
 

@@ -8,10 +8,10 @@ namespace explore::kill
 // The arguments of a system call that are passed in registers, in the order in which the thunk pushes them.
 struct Arguments
 {
-    std::uint64_t fourth;
-    std::uint64_t third;
-    std::uint64_t second;
-    std::uint64_t first;
+    void* fourth;
+    void* third;
+    void* second;
+    void* first;
 };
 
 // A system call of ntdll: a stub that takes its number into a register and enters the system.

@@ -18,6 +18,8 @@ class KillWatchTest : public testing::Test
     static constexpr long releases = 10;
 
     KillWatchTest() { SetEnvironmentVariableW(sectionVariable, m_name.c_str()); }
+    KillWatchTest(KillWatchTest const&) = delete;
+    KillWatchTest& operator=(KillWatchTest const&) = delete;
     ~KillWatchTest() override { SetEnvironmentVariableW(sectionVariable, nullptr); }
 
     DWORD Run(std::wstring const& what)
