@@ -231,9 +231,16 @@ void Stage::TakeEvents(DWORD milliseconds)
 
 std::string Stage::EndApp()
 {
-    if (m_runs)
+    try
     {
-        m_broker->Ask(sim::KillApp{});
+        if (m_runs)
+        {
+            m_broker->Ask(sim::KillApp{});
+        }
+    }
+    catch (sim::Error const&)
+    {
+        // Ignored: it has ended meanwhile, as its event will tell.
     }
     for (auto const start = GetTickCount64(); m_runs;)
     {
