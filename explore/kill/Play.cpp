@@ -148,9 +148,18 @@ std::vector<std::string> TasksMeant(Story const& story)
                                               : std::vector<std::string>();
 }
 
+// By itself it ends well, or not at all.
+void LookAtFirstProcess(Stage const& stage, Facts& facts)
+{
+    if (!stage.Watched().IsKilled() && !stage.Runs() && stage.ExitCode() != L"0")
+    {
+        AddTrouble(facts, "crashes: the first process ends with " + sim::ToUtf8(stage.ExitCode()));
+    }
+}
+
 void LookAtSecondProcess(Stage const& stage, Story const& story, Facts& facts)
 {
-    if (story.request != Request::Register && stage.ExitCode() != L"0")
+    if (!stage.Runs() && stage.ExitCode() != L"0")
     {
         AddTrouble(facts, "crashes: the next process ends with " + sim::ToUtf8(stage.ExitCode()));
     }
@@ -214,6 +223,7 @@ Played PlayOnce(Stage& stage, Story const& story, Reference const& reference, st
     stage.Prepare(old);
     watch.Await(killAt);
     AddTrouble(facts, stage.Ask(story));
+    LookAtFirstProcess(stage, facts);
     AddTrouble(facts, stage.EndApp()); // where the call did not come
     auto const isKilled = watch.IsKilled();
     facts.left = stage.Logs();

@@ -40,7 +40,8 @@ class Stage
     // Ends the app's process if it runs. A trouble, or empty.
     std::string EndApp();
 
-    // Of the app's last process that has ended.
+    // Whether the app's process runs; the exit code of the last one that has ended.
+    bool Runs() const { return m_runs; }
     std::wstring const& ExitCode() const { return m_exitCode; }
 
     std::vector<LogText> Logs() const;

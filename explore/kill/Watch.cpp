@@ -44,10 +44,4 @@ std::span<Call const> Watch::Calls() const
     return std::span(m_watched->calls).first(made);
 }
 
-Call Watch::LastCall() const
-{
-    auto const made = Calls().size();
-    return m_watched->calls[IsKilled() ? made : made - 1];
-}
-
 } // namespace explore::kill

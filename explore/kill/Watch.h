@@ -32,9 +32,6 @@ class Watch
     // The calls that were made, in their order: not the one that ended the process.
     std::span<Call const> Calls() const;
 
-    // The call that ended the process, or the last one.
-    Call LastCall() const;
-
     char const* NameOf(Call const& call) const { return m_watched->names[call.function]; }
 
   private:
