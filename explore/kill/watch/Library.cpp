@@ -42,7 +42,7 @@ void Count(Watched& watched, std::uint32_t stub)
 {
     auto const at = watched.count.fetch_add(1);
     auto const killAt = watched.killAt.load();
-    if (at < Watched::mostCalls && at <= killAt)
+    if (at < Watched::mostCalls && at < killAt)
     {
         watched.calls[at] = {stub, GetCurrentThreadId()};
     }

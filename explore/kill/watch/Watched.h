@@ -28,7 +28,7 @@ struct Watched
 
     std::atomic<bool> isAwaited;       // the next process that loads the library is watched
     std::atomic<std::uint32_t> killAt; // the number of the call that ends it, counted from 0
-    std::atomic<std::uint32_t> count;  // of its calls; the one that ended it is the last of them
+    std::atomic<std::uint32_t> count;  // of its calls, with those that it could no longer make
     std::atomic<bool> isKilled;
     std::uint32_t functions;
     char names[mostFunctions][48];
