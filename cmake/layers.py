@@ -78,7 +78,7 @@ TABLE = {
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
     "tests/native": [
         "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "explore/harness",
-        "explore/stress", "logging", "utils",
+        "explore/kill", "explore/stress", "logging", "utils",
     ],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
@@ -89,7 +89,9 @@ TABLE = {
         "doctor/stories", "doctor/timeline", "doctor/verdict", "helper", "service/Messages.h", "utils", "projection",
         "tests/native", "tests/support",
     ],
-    "tests/unit/explore": ["explore/faults", "explore/harness", "explore/log", "logging", "tests/support"],
+    "tests/unit/explore": [
+        "explore/faults", "explore/harness", "explore/kill", "explore/log", "logging", "simulator/base", "tests/support",
+    ],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],
     "tests/unit/projection": ["projection", "tests/support"],
@@ -125,6 +127,10 @@ TABLE = {
     "bench/harness": [],
     "bench/bare_app": ["projection"],
     "explore/harness": [],
+    "explore/kill": [
+        "explore/harness", "logging/RotationLimit.h", "simulator/base", "simulator/client", "simulator/package",
+        "simulator/protocol",
+    ],
     "explore/log": ["explore/harness", "logging", "tests/support"],
     "explore/faults/model": ["simulator/protocol/KnownCalls.h"],
     "explore/faults": [

@@ -1,3 +1,4 @@
+#include "simulator/base/Process.h"
 #include "simulator/runtime/CrashReport.h"
 #include "simulator/runtime/ProcessHost.h"
 #include "simulator/runtime/Runtime.h"
@@ -10,6 +11,15 @@
 namespace
 {
 
+// An exploration may look at the app's process from within, with a library of its own.
+void LoadExploration()
+{
+    if (auto const library = sim::EnvironmentValue(L"VELMO_SIM_LOAD"))
+    {
+        winrt::check_bool(LoadLibraryW(library->c_str()) != nullptr);
+    }
+}
+
 // Made for the first class that is asked for; it stays until the process ends.
 sim::Host& ProcessHost()
 {
@@ -19,6 +29,7 @@ sim::Host& ProcessHost()
         if (made->IsApp())
         {
             sim::ReportCrashes(sim::Device::FromEnvironment().CrashFile(GetCurrentProcessId()));
+            LoadExploration();
         }
         return made;
     }();

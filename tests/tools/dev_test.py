@@ -132,7 +132,8 @@ class Calls(DevTest):
         self.assertIn("there is no test whose name matches 'Nonsense'", output)
 
     def test_an_exploration_is_built_and_given_its_arguments(self):
-        for subject, play in (("log", "line-x-line:0=full"), ("faults", "protocol:1=never"), ("stress", "full-9")):
+        for subject, play in (("log", "line-x-line:0=full"), ("faults", "protocol:1=never"), ("kill", "line:150=kill"),
+                              ("stress", "full-9")):
             with self.subTest(subject):
                 code, output = self.dev("explore", subject, "--replay", play)
                 self.assertEqual(0, code, output)
