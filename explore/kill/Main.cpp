@@ -147,7 +147,7 @@ std::optional<NextPlay> ByChance(std::vector<Chosen> const& chosen, Options cons
 // All of them, then by chance.
 Next Plays(std::vector<Chosen> const& chosen, Options const& options, Report const& report)
 {
-    constexpr std::size_t shortShare = 12;
+    constexpr std::size_t shortShare = 8;
     Random random(options.seed);
     auto plays = AllPlays(chosen, options.isShort ? shortShare : SIZE_MAX, random);
     return [plays = std::move(plays), at = std::size_t{0}, random, &chosen, &options,
