@@ -178,6 +178,20 @@ class Whole(Sample):
         self.assertIn("limit_test fails without a change", output)
         self.assertNotIn("mutants tried", output)
 
+    def test_a_program_that_no_change_needs_is_neither_linked_nor_run(self):
+        self.write("tests/OtherTest.cpp", "int main()\n{\n    return 1;\n}\n")
+        self.write("CMakeLists.txt", CMAKE + textwrap.dedent("""\
+            foreach(name unlike like)
+                add_executable(${name} tests/OtherTest.cpp)
+                file(WRITE ${PROJECT_BINARY_DIR}/test-programs/${name} "${PROJECT_BINARY_DIR}/${name}\\n")
+            endforeach()
+            target_link_libraries(like sample)
+            """))
+        self.build("ninja", "-C", self.root / "build/product")
+        (self.root / "build/product/CMakeFiles/unlike.dir/tests/OtherTest.cpp.o").unlink()
+        _, output = self.mutate("--sample", "1")
+        self.assertIn("mutants tried: 1", output)
+
     def test_what_is_no_source_of_the_product_and_an_id_that_is_not_there_are_refused(self):
         for words, said in ((["tests/LimitTest.cpp"], "is no source of the product"), (["--replay", "0"], "no change 0")):
             code, output = self.mutate(*words)
@@ -219,7 +233,8 @@ class Changes(support.ScriptTest):
                          [each for each in self.found("b = a < b && Of<3>() >= a;", templates) if each[0] == "turn"])
 
     def test_numbers_are_one_off(self):
-        for number, changed in (("7", "8"), ("1'000u", "1001u"), ("0xFF", "0x100"), ("0", "1"), ("1.5", None)):
+        for number, changed in (("7", "8"), ("1'000u", "1001u"), ("0xFF", "0x100"), ("0", "1"), ("0b10", "0b11"),
+                                ("017", "020"), ("1.5", None)):
             with self.subTest(number):
                 self.assertEqual(changed, syntax.off_by_one(number))
 

@@ -111,5 +111,8 @@ class Build:
             self._links[program] = words[begin:end]
         return self._links[program]
 
-    def links_archive(self, program, name):
-        return any(pathlib.PurePath(word).name == name for word in self._link_words(program))
+    def links_object(self, program, made):
+        return made.path in self._link_words(program)
+
+    def links_archive(self, program, made):
+        return any(pathlib.PurePath(word).name == f"lib{made.library}.a" for word in self._link_words(program))
