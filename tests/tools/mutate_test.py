@@ -13,6 +13,7 @@ import support
 
 sys.path.insert(0, str(support.ROOT / "tools" / "mutate"))
 
+import builds  # noqa: E402
 import change  # noqa: E402
 import equivalents  # noqa: E402
 import processes  # noqa: E402
@@ -252,6 +253,21 @@ class Changes(support.ScriptTest):
         constants = [each for each in found if each.kind == "constant"]
         self.assertEqual([1, 2], [each.nth for each in constants])
         self.assertEqual(2, len({each.id for each in constants}))
+
+
+class Compiled(support.ScriptTest):
+    def compiles(self, text):
+        path = self.folder / "Some.cpp"
+        path.write_text(text)
+        words = builds.plain(["clang++-19", "-std=c++20", "-Wall", "-Werror", "-g", "-fsyntax-only", str(path)])
+        return subprocess.run(words, stderr=subprocess.DEVNULL).returncode == 0
+
+    def test_is_what_the_compiler_only_warns_of(self):
+        self.assertTrue(self.compiles("void Some() { int unused; }"))
+
+    def test_is_not_what_the_build_would_refuse(self):
+        self.assertFalse(self.compiles("struct Call { bool flag; }; Call Some(long time) { return {time}; }"))
+        self.assertFalse(self.compiles("int Some() {}"))
 
 
 class Named(support.ScriptTest):
