@@ -13,6 +13,7 @@ import support
 
 sys.path.insert(0, str(support.ROOT / "tools" / "mutate"))
 
+import builds  # noqa: E402
 import change  # noqa: E402
 import equivalents  # noqa: E402
 import processes  # noqa: E402
@@ -178,6 +179,20 @@ class Whole(Sample):
         self.assertIn("limit_test fails without a change", output)
         self.assertNotIn("mutants tried", output)
 
+    def test_a_program_that_no_change_needs_is_neither_linked_nor_run(self):
+        self.write("tests/OtherTest.cpp", "int main()\n{\n    return 1;\n}\n")
+        self.write("CMakeLists.txt", CMAKE + textwrap.dedent("""\
+            foreach(name unlike like)
+                add_executable(${name} tests/OtherTest.cpp)
+                file(WRITE ${PROJECT_BINARY_DIR}/test-programs/${name} "${PROJECT_BINARY_DIR}/${name}\\n")
+            endforeach()
+            target_link_libraries(like sample)
+            """))
+        self.build("ninja", "-C", self.root / "build/product")
+        (self.root / "build/product/CMakeFiles/unlike.dir/tests/OtherTest.cpp.o").unlink()
+        _, output = self.mutate("--sample", "1")
+        self.assertIn("mutants tried: 1", output)
+
     def test_what_is_no_source_of_the_product_and_an_id_that_is_not_there_are_refused(self):
         for words, said in ((["tests/LimitTest.cpp"], "is no source of the product"), (["--replay", "0"], "no change 0")):
             code, output = self.mutate(*words)
@@ -219,7 +234,8 @@ class Changes(support.ScriptTest):
                          [each for each in self.found("b = a < b && Of<3>() >= a;", templates) if each[0] == "turn"])
 
     def test_numbers_are_one_off(self):
-        for number, changed in (("7", "8"), ("1'000u", "1001u"), ("0xFF", "0x100"), ("0", "1"), ("1.5", None)):
+        for number, changed in (("7", "8"), ("1'000u", "1001u"), ("0xFF", "0x100"), ("0", "1"), ("0b10", "0b11"),
+                                ("017", "020"), ("1.5", None)):
             with self.subTest(number):
                 self.assertEqual(changed, syntax.off_by_one(number))
 
@@ -237,6 +253,21 @@ class Changes(support.ScriptTest):
         constants = [each for each in found if each.kind == "constant"]
         self.assertEqual([1, 2], [each.nth for each in constants])
         self.assertEqual(2, len({each.id for each in constants}))
+
+
+class Compiled(support.ScriptTest):
+    def compiles(self, text):
+        path = self.folder / "Some.cpp"
+        path.write_text(text)
+        words = builds.plain(["clang++-19", "-std=c++20", "-Wall", "-Werror", "-g", "-fsyntax-only", str(path)])
+        return subprocess.run(words, stderr=subprocess.DEVNULL).returncode == 0
+
+    def test_is_what_the_compiler_only_warns_of(self):
+        self.assertTrue(self.compiles("void Some() { int unused; }"))
+
+    def test_is_not_what_the_build_would_refuse(self):
+        self.assertFalse(self.compiles("struct Call { bool flag; }; Call Some(long time) { return {time}; }"))
+        self.assertFalse(self.compiles("int Some() {}"))
 
 
 class Named(support.ScriptTest):

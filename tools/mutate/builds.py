@@ -30,9 +30,10 @@ def without_launcher(words):
 
 
 def plain(words):
-    """Without warnings, which are no verdict, and without debug information, which differs where the program does not."""
+    """Without warnings, which are no verdict, but for those that end a compilation as well, and without debug information,
+    which differs where the program does not."""
     return [word for word in words if not word.startswith(LEFT_OUT) or word.startswith("-Wl,")] + [
-        "-Wno-everything", "-Werror=return-type"]
+        "-Wno-everything", "-Werror=return-type", "-Werror=c++11-narrowing"]
 
 
 def without_output(words):
@@ -111,5 +112,8 @@ class Build:
             self._links[program] = words[begin:end]
         return self._links[program]
 
-    def links_archive(self, program, name):
-        return any(pathlib.PurePath(word).name == name for word in self._link_words(program))
+    def links_object(self, program, made):
+        return made.path in self._link_words(program)
+
+    def links_archive(self, program, made):
+        return any(pathlib.PurePath(word).name == f"lib{made.library}.a" for word in self._link_words(program))

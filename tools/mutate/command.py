@@ -6,29 +6,21 @@ import random
 import resource
 import sys
 import time
-from dataclasses import dataclass
 
 import arguments
 import equivalents
 import processes
 import report
 from builds import Build
-from catalogue import Catalogue, is_product, product_sources
-from programs import Baseline, BaselineFails, Program, read_programs
+from catalogue import Catalogue, product_sources
+from programs import App, Baseline, BaselineFails, read_programs
 from runner import Runner
 from session import Session
 from trial import Trial
 from unchanged import Unchanged
 
-SCENARIO_LIMIT = 6  # seconds: longer ones, which wait for the product's limits, are not played
 APP = "app/VelmoNotificationClient.exe"
 NO_END = float("inf")
-
-
-@dataclass
-class App(Program):
-    package: pathlib.Path = None
-    scenarios: dict = None  # file -> seconds
 
 
 def say(text):
@@ -40,17 +32,12 @@ def cpu_seconds():
     return used.ru_utime + used.ru_stime
 
 
-def read_app(root, build, baseline, runner):
-    """The executable that ships, with what it does in scenarios; nothing where it is not built."""
+def read_app(root, build, baseline):
+    """Nothing where the executable that ships is not built."""
     package = build.folder / "package/installed"
     if not package.exists():
         return None
-    scenarios = {}
-    for file in sorted((root / "simulator/scenarios").glob("*.scenario")):
-        seconds = baseline.playing(build, file, lambda file=file: runner.play(file, package, SCENARIO_LIMIT))
-        if seconds:
-            scenarios[file] = seconds
-    return App(build, "app", APP, [], baseline.members(build, "app", APP), {}, package, scenarios)
+    return App(build, APP, package, sorted((root / "simulator/scenarios").glob("*.scenario")), baseline)
 
 
 def chosen_sources(root, files, called_from):
@@ -89,18 +76,19 @@ def try_all(root, options, trials, changes, number):
         say(report.progress(session.counted, number, change, outcome))
 
     session = Session(trials, number, deadline, tell)
-    session.run(changes)
-    for change, outcome in session.outcomes:
-        if outcome.kind == "survived":
-            say(report.survivor(change, (root / change.file).read_bytes()))
+    try:
+        session.run(changes)
+    finally:
+        for change, outcome in session.outcomes:
+            if outcome.kind == "survived":
+                say(report.survivor(change, (root / change.file).read_bytes()))
     return session.numbers()
 
 
-def workers(root, builds, runners, place, sources):
-    say("    the tests without a change, where they are not known yet")
-    baseline = Baseline(place / "baseline", runners[0])
-    programs = [program for each in builds for program in read_programs(each, baseline, is_product, sources)]
-    app = read_app(root, builds[-1], baseline, runners[0])
+def workers(root, builds, runners, place):
+    baseline = Baseline(place / "baseline")
+    programs = [program for each in builds for program in read_programs(each, baseline)]
+    app = read_app(root, builds[-1], baseline)
     unchanged = Unchanged(root, place / "unchanged")
     return [Trial(root, builds, programs, app, place / f"worker-{number + 1}", runner, unchanged)
             for number, runner in enumerate(runners)]
@@ -127,7 +115,7 @@ def main(root, words, called_from):
     try:
         for runner in runners:
             runner.prepare()
-        trials = workers(root, builds, runners, place, {root / each.file for each in changes})
+        trials = workers(root, builds, runners, place)
         started, spent = time.monotonic(), cpu_seconds()
         numbers = try_all(root, options, trials, changes, number)
     except processes.Stopped:

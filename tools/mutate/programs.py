@@ -4,8 +4,8 @@ import json
 import pathlib
 import re
 import sys
+import threading
 import time
-from dataclasses import dataclass
 
 import processes
 
@@ -13,48 +13,63 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 import select_tests
 
 OBJECT = re.compile(r"[^\s:()]+\.o(?:bj)?\b")
-SLOW = 0.25  # seconds of a test that others come before
 LIMIT = 900  # seconds for a program that is not changed
+SCENARIO_LIMIT = 6  # seconds: longer ones, which wait for the product's limits, are not played
 
 
 class BaselineFails(Exception):
     pass
 
 
-@dataclass
 class Program:
-    build: object
-    name: str
-    path: str  # below the build folder
-    sources: list
-    members: set  # the objects that are linked; from archives, by their names alone
-    seconds: dict  # test -> how long it takes; none in a program that has nothing of the product
+    """What is learned by running it unchanged is learned when a change needs it."""
+
+    def __init__(self, build, name, path, sources, baseline):
+        self.build = build
+        self.name = name
+        self.path = path  # below the build folder
+        self.sources = sources
+        self.baseline = baseline
 
     def holds(self, made):
-        return made.path in self.members or (pathlib.PurePath(made.path).name in self.members and
-                                             self.build.links_archive(self.path, f"lib{made.library}.a"))
+        """From an archive only what the linker needs of it is in the program."""
+        if self.build.links_object(self.path, made):
+            return True
+        return self.build.links_archive(self.path, made) and (
+            pathlib.PurePath(made.path).name in self.baseline.members(self.build, self.name, self.path))
 
-    @property
-    def slow(self):
-        return [name for name, seconds in self.seconds.items() if seconds >= SLOW]
+    def seconds(self, runner):
+        """test -> how long it takes"""
+        return self.baseline.seconds(self.build, self.name, self.path, runner)
 
-    def total(self, names=None):
-        return sum(self.seconds[name] for name in (self.seconds if names is None else names))
-
-    def named_tests(self, file):
+    def named_among(self, tests, file):
         """The tests in sources that are called as the file is, or include its header."""
         stem, header = pathlib.PurePath(file).stem, f'"{pathlib.PurePath(file).with_suffix(".h")}"'
         suites = set()
         for source in self.sources:
             if source.suffix == ".cpp" and (stem in source.stem or header in source.read_text(encoding="utf-8")):
                 suites |= {name.split(".")[0].split("/")[-1] for name in select_tests.names_in(source)}
-        return [name for name in self.seconds if set(name.split(".")[0].split("/")) & suites]
+        return [name for name in tests if set(name.split(".")[0].split("/")) & suites]
 
 
-def linked_members(build, path, folder):
+class App(Program):
+    """The executable that ships, with what it does in scenarios."""
+
+    def __init__(self, build, path, package, scenarios, baseline):
+        super().__init__(build, "app", path, [], baseline)
+        self.package = package
+        self.scenarios = scenarios
+
+    def played(self, runner):
+        """scenario -> its seconds, without those that take long"""
+        found = {file: self.baseline.playing(self.build, file, self.package, runner) for file in self.scenarios}
+        return {file: seconds for file, seconds in found.items() if seconds is not None}
+
+
+def linked_members(build, path, output):
     """What of objects and archives is in the program, by the map of another link of it."""
-    shown = folder / "map"
-    words = build.link(path, folder / "mapped", {}, [f"-Wl,-Map={shown}"])
+    shown = output.with_suffix(".map")
+    words = build.link(path, output, {}, [f"-Wl,-Map={shown}"])
     code, output = processes.run(words, LIMIT, cwd=build.folder)
     if code != 0:
         raise BaselineFails(f"{path} cannot be linked:\n{output}")
@@ -76,62 +91,60 @@ def times_in(path):
 
 
 class Baseline:
-    """Runs each program unchanged, and keeps what it learned until the program is another."""
+    """Runs each program unchanged when it is asked for, and keeps what it learned until the program is another."""
 
-    def __init__(self, kept, runner):
+    def __init__(self, kept):
         self.kept = kept
-        self.runner = runner
+        self.lock = threading.Lock()
+        self.locks = {}
         kept.mkdir(parents=True, exist_ok=True)
 
     def _known(self, kind, program, find):
-        stamp = f"{program.stat().st_mtime_ns} {program.stat().st_size}"
-        kept = self.kept / f"{kind}.json"
-        known = json.loads(kept.read_text()) if kept.exists() else {}
-        if known.get("stamp") != stamp:
-            known = {"stamp": stamp, "found": find()}
-            kept.write_text(json.dumps(known))
-        return known["found"]
+        with self.lock:
+            lock = self.locks.setdefault(kind, threading.Lock())
+        with lock:  # who else needs the same waits for it
+            stamp = f"{program.stat().st_mtime_ns} {program.stat().st_size}"
+            kept = self.kept / f"{kind}.json"
+            known = json.loads(kept.read_text()) if kept.exists() else {}
+            if known.get("stamp") != stamp:
+                known = {"stamp": stamp, "found": find()}
+                kept.write_text(json.dumps(known))
+            return known["found"]
 
     def members(self, build, name, path):
-        return set(self._known(f"members-{name}", build.folder / path, lambda: linked_members(build, path, self.kept)))
+        return self._known(f"members-{name}", build.folder / path,
+                           lambda: linked_members(build, path, self.kept / f"{name}.linked"))
 
-    def seconds(self, build, name, path):
-        return self._known(f"seconds-{name}", build.folder / path, lambda: self._measure(build, name, path))
+    def seconds(self, build, name, path, runner):
+        return self._known(f"seconds-{name}", build.folder / path,
+                           lambda: self._measure(build.folder / path, name, runner))
 
-    def playing(self, build, scenario, play):
+    def playing(self, build, scenario, package, runner):
         """The seconds of a scenario, or nothing for one that takes long."""
         return self._known(f"scenario-{scenario.stem}", build.folder / "package/installed/AppxBlockMap.xml",
-                           lambda: self._time(scenario.stem, play))
+                           lambda: self._time(scenario, package, runner))
 
-    def _time(self, name, play):
+    def _time(self, scenario, package, runner):
         started = time.monotonic()
-        code, output = play()
+        code, output = runner.play(scenario, package, SCENARIO_LIMIT)
         if code not in (0, None):
-            raise BaselineFails(f"the scenario {name} fails without a change:\n{output[-2000:]}")
+            raise BaselineFails(f"the scenario {scenario.stem} fails without a change:\n{output[-2000:]}")
         return None if code is None else time.monotonic() - started
 
-    def _measure(self, build, name, path):
-        report = self.kept / "tests.json"
+    def _measure(self, program, name, runner):
+        report = self.kept / f"{name}.tests.json"
         report.unlink(missing_ok=True)
-        code, output = self.runner.run_tests(build.folder / path, [f"--gtest_output=json:{named_for(path, report)}"], LIMIT)
+        code, output = runner.run_tests(program, [f"--gtest_output=json:{named_for(program.name, report)}"], LIMIT)
         if code != 0:
             raise BaselineFails(f"{name} fails without a change:\n{output[-2000:]}")
         return times_in(report)
 
 
-def read_programs(build, baseline, is_of_product, sources):
-    """The programs of tests that hold something of the product, and something that reads one of the sources. Those of
-    tests/e2e start what is built, not what is changed: scenarios take their place."""
-    changed = set(map(str, sources))
+def read_programs(build, baseline):
+    """The programs of tests. Those of tests/e2e start what is built, not what is changed: scenarios take their place."""
     for file in sorted((build.folder / "test-programs").glob("*")):
         path, *own = file.read_text().splitlines()
         path = str(pathlib.Path(path).resolve().relative_to(build.folder))
-        if path.startswith("tests/e2e/") or not (build.folder / path).exists():
-            continue
-        members = baseline.members(build, file.name, path)
-        own = [each for each in map(pathlib.Path, own) if each.exists()]
-        program = Program(build, file.name, path, own, members, {})
-        held = [made for made in build.objects.values() if program.holds(made)]
-        if any(is_of_product(build, made) for made in held) and any(changed & made.read for made in held):
-            program.seconds = baseline.seconds(build, file.name, path)
-            yield program
+        if not path.startswith("tests/e2e/") and (build.folder / path).exists():
+            own = [each for each in map(pathlib.Path, own) if each.exists()]
+            yield Program(build, file.name, path, own, baseline)

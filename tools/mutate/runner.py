@@ -35,7 +35,7 @@ class Runner:
         """(exit code or None, output) of a program of tests, which has so many seconds, and each of its tests so many"""
         if program.suffix != ".exe":
             return processes.run([program, *arguments], seconds, cwd=program.parent)
-        return self._under_wine("test", program, arguments, seconds, 
+        return self._under_wine("test", program, arguments, seconds,
                                 {"VELMO_TEST_SECONDS": f"{of_a_test or seconds:.0f}"})
 
     def play(self, scenario, package, seconds):

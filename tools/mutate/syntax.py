@@ -33,7 +33,8 @@ def off_by_one(number):
     if not found:
         return None
     digits = found["digits"].replace("'", "")
-    base, form = {"x": (16, "0x{:X}"), "b": (2, "0b{:b}")}.get(digits[1:2].lower(), (8 if digits[:1] == "0" else 10, "{}"))
+    octal_or_not = (8, "0{:o}") if digits[:1] == "0" and len(digits) > 1 else (10, "{}")
+    base, form = {"x": (16, "0x{:X}"), "b": (2, "0b{:b}")}.get(digits[1:2].lower(), octal_or_not)
     value = int(digits, base) + 1
     return form.format(value) + found["suffix"]
 
@@ -250,8 +251,6 @@ def change_tokens(file):
             continue
         if new:
             file.add(kind, place, place + len(text.encode()), new)
-
-
 
 
 @functools.cache

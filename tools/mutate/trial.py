@@ -13,6 +13,7 @@ from runner import limit
 
 FAILED = re.compile(r"^\[  FAILED  \] ([\w./]+)|(?:watchdog: .*|crashed|aborted|exited) in ([\w./]+)$", re.MULTILINE)
 COMPILE_LIMIT = 300  # seconds
+SLOW = 0.25  # seconds of a test that others come before
 
 
 @dataclass
@@ -40,6 +41,16 @@ def overlay(path, content):
     return {"version": 0, "case-sensitive": "true", "use-external-names": False,
             "roots": [{"name": str(path.parent), "type": "directory",
                        "contents": [{"name": path.name, "type": "file", "external-contents": str(content)}]}]}
+
+
+def held_by(program, made):
+    """Of the changed objects those in the program."""
+    return {path: file for path, file in made.get(program.build, {}).items()
+            if program.holds(program.build.objects[path])}
+
+
+def in_time(tests):
+    return sorted(filter(None, tests), key=lambda test: test.seconds)
 
 
 class Trial:
@@ -119,32 +130,17 @@ class Trial:
         return (output, "") if code == 0 else (None, text)
 
     def _tests(self, change, made):
-        """All that can see it, the likely and the quick ones first."""
-        first, quick, slow = [], [], []
-        for program in self.programs:
-            objects = {path: file for path, file in made.get(program.build, {}).items()
-                       if program.holds(program.build.objects[path])}
-            if not objects:
-                continue
-            linked = Linked(self, program, objects)
-            named = [name for name in program.named_tests(change.file) if name not in program.slow]
-            if named:
-                first.append(linked.test(named))
-            late = program.slow
-            rest = [name for name in program.seconds if name not in late]
-            if rest:
-                quick.append(linked.test(rest, leave_out=late))
-            if late:
-                slow.append(linked.test(late))
-        if self.app and self.app.build in made:
-            slow += self._scenarios({path: file for path, file in made[self.app.build].items()
-                                     if self.app.holds(self.app.build.objects[path])})
-        for tests in (first, quick, slow):
-            yield from sorted(tests, key=lambda test: test.seconds)
+        """All that can see it, the likely and the quick ones first; what is not come to is not measured either."""
+        linked = [Linked(self, program, objects) for program in self.programs
+                  if (objects := held_by(program, made))]
+        yield from in_time(each.tests(each.program.named_among(each.quick, change.file)) for each in linked)
+        yield from in_time(each.tests(each.quick, leave_out=each.slow) for each in linked)
+        slow = [each.tests(each.slow) for each in linked]
+        if self.app and (objects := held_by(self.app, made)):
+            slow += self._scenarios(objects)
+        yield from in_time(slow)
 
     def _scenarios(self, objects):
-        if not objects:
-            return
         package = self.folder / "package"
 
         def played(scenario, seconds):
@@ -156,7 +152,7 @@ class Trial:
 
         if not package.exists():
             shutil.copytree(self.app.package, package)
-        for scenario, seconds in self.app.scenarios.items():
+        for scenario, seconds in self.app.played(self.runner).items():
             yield Test(seconds, f"Scenario.{scenario.stem}",
                        lambda scenario=scenario, seconds=seconds: played(scenario, seconds))
 
@@ -169,12 +165,17 @@ class Linked:
         self.program = program
         self.objects = objects
         self.file = None
+        self.seconds = program.seconds(trial.runner)
+        self.slow = [name for name, seconds in self.seconds.items() if seconds >= SLOW]
+        self.quick = [name for name in self.seconds if name not in self.slow]
 
-    def test(self, names, leave_out=()):
+    def tests(self, names, leave_out=()):
+        """All of these as one; nothing of none."""
+        if not names:
+            return None
         chosen = "-" + ":".join(leave_out) if leave_out else ":".join(names)
-        seconds = self.program.total(names)
-        longest = max((self.program.seconds[name] for name in names), default=0)
-        return Test(seconds, self.program.name, lambda: self._run(chosen, limit(seconds), limit(longest)))
+        seconds = [self.seconds[name] for name in names]
+        return Test(sum(seconds), self.program.name, lambda: self._run(chosen, limit(sum(seconds)), limit(max(seconds))))
 
     def _run(self, chosen, *limits):
         if self.file is None:

@@ -19,6 +19,7 @@
 using namespace test;
 
 WRAP(DeleteCriticalSectionCall, DeleteCriticalSection);
+WRAP(EnterCriticalSectionCall, EnterCriticalSection);
 WRAP(InitializeCriticalSectionCall, InitializeCriticalSection);
 WRAP(MultiByteToWideCharCall, MultiByteToWideChar);
 
@@ -70,6 +71,18 @@ TEST_F(AppLogging, ALogCallBeforeSetUpProducesNothingAndNoError)
     LogSite(L"ZEBMain").Info(L"too early");
     EXPECT_EQ(AppLog(30, L"ZEB", L"ZEBMain", L"", L"", L"too early"), 0);
     EXPECT_FALSE(test::FileExists(LogPath()));
+}
+
+// What is constructed before main may log while the lock is not there.
+TEST_F(AppLogging, ALogCallBeforeSetUpTakesNoLock)
+{
+    auto taken = 0;
+    EnterCriticalSectionCall const entering([&](auto system, auto* section) {
+        ++taken;
+        system(section);
+    });
+    AppLog(30, L"ZEB", L"ZEBMain", L"", L"", L"too early");
+    EXPECT_EQ(taken, 0);
 }
 
 TEST_F(AppLogging, SetUpCreatesTheFolderAndWritesTheBannerFirst)

@@ -27,10 +27,12 @@ TEST_F(LineEncoding, UnpairedSurrogatesBecomeReplacementCharactersInUtf8)
 
 TEST_F(LineEncoding, ANarrowLineIsConvertedThroughout)
 {
-    Opened().Log(LogLevel::Warn, L"", L"", L"", L"\u00FC", "d\xC3\xA9", "\xE2\x82\xAC", "\xC3\xA4", nullptr, 0, true);
+    Opened().Log(LogLevel::Warn, L"r", L"p", L"co", L"\u00FC", "d\xC3\xA9", "\xE2\x82\xAC", "\xC3\xA4", nullptr, 0,
+                 true);
     auto const lines = ReadLines(LogPath());
     ASSERT_EQ(lines.size(), 1u);
-    EXPECT_TRUE(lines[0].find(L" | \u00FC | d\u00E9 | \u20AC | ") != std::wstring::npos) << lines.size();
+    EXPECT_TRUE(lines[0].find(L" | [WARN] | r | p | co | \u00FC | d\u00E9 | \u20AC | ") != std::wstring::npos)
+        << lines.size();
     EXPECT_EQ(MessageOf(lines[0]), L"\u00E4");
 }
 

@@ -33,6 +33,22 @@ TEST_F(LoggedLine, TheTimeIsNowWhenNoneIsGiven)
     EXPECT_EQ(target.lastLine, 1'704'447'012);
 }
 
+TEST_F(LoggedLine, ANarrowLineHasItsTimeAndWaitsForNothingWithoutItsLockFlag)
+{
+    Opened();
+    auto waits = 0;
+    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
+        ++waits;
+        return next(handle, milliseconds);
+    });
+    target.Log(LogLevel::Info, L"", L"", L"", L"", "", "", "m", nullptr, 1'704'447'012'345u, false);
+    EXPECT_EQ(waits, 0);
+    EXPECT_EQ(target.lastLine, 1'704'447'012);
+    auto const lines = ReadLines(LogPath());
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_TRUE(lines[0].substr(0, 21).ends_with(L":345"));
+}
+
 TEST_F(LoggedLine, ALineBelowTheThresholdTakesNeitherTimeNorLock)
 {
     Opened();

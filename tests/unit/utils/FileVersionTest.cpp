@@ -66,6 +66,15 @@ TEST(FileVersion, IsThatOfTheProgramsResource)
     EXPECT_EQ(VersionOf(versionedProgram), L"12.0.65535.32768");
 }
 
+TEST(FileVersion, HasItsFourNumbersFromTheHighestOn)
+{
+    QueryCall const changed(Changing([](VS_FIXEDFILEINFO& information, UINT&) {
+        information.dwFileVersionMS = 0x0001'0002;
+        information.dwFileVersionLS = 0x0003'0004;
+    }));
+    EXPECT_EQ(VersionOf(versionedProgram), L"1.2.3.4");
+}
+
 TEST(FileVersion, IsThatOfASystemLibraryAsWell)
 {
     auto const version = VersionOf(L"C:\\windows\\system32\\kernel32.dll");

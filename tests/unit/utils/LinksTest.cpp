@@ -8,6 +8,17 @@
 #include "utils/UniqueHandle.h"
 
 #include <gtest/gtest.h>
+// After windows.h, whose types it needs.
+#include <shlwapi.h>
+
+namespace test
+{
+
+REPLACEABLE(PathRemoveFileSpecCall, PathRemoveFileSpecW);
+
+} // namespace test
+
+WRAP(PathRemoveFileSpecCall, PathRemoveFileSpecW);
 
 using namespace test;
 using namespace zant;
@@ -113,6 +124,15 @@ TEST_F(Links, AreLookedForUpToTheRoot)
     });
     EXPECT_EQ(CheckLinks(L"C:\\a\\b\\file", false), LinkCheck::NoLink);
     EXPECT_EQ(asked, (std::vector<std::wstring>{L"C:\\a\\b\\file", L"C:\\a\\b", L"C:\\a", L"C:\\"}));
+}
+
+// The second call would be one of a walk without an end.
+TEST_F(Links, AreNotLookedForFurtherWhereTheSystemRemovesNothing)
+{
+    auto calls = 0;
+    PathRemoveFileSpecCall const call([&](auto, wchar_t*) { return static_cast<BOOL>(++calls == 1); });
+    EXPECT_EQ(CheckLinks(file, false), LinkCheck::NoLink);
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(Links, AreToldOfTheRoot)

@@ -68,6 +68,15 @@ TEST(ParentPath, IsNotToldOfAPathThatIsTooLong)
     EXPECT_EQ(unchanged, beyond);
 }
 
+// It would overwrite the stack, were it copied before it is measured.
+TEST(ParentPath, IsNotLookedForInALongPath)
+{
+    std::wstring const path(1000, L'a');
+    auto unchanged = path;
+    EXPECT_FALSE(RemoveLastComponent(unchanged));
+    EXPECT_EQ(unchanged, path);
+}
+
 // Systems differ in the root of a share; each walk ends.
 TEST(ParentPathOfAShare, EndsTheWay)
 {
