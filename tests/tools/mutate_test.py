@@ -164,6 +164,14 @@ class Whole(Sample):
         _, output = self.mutate("utils/Limit.cpp", "--seed", "1")
         self.assertRegex(output, r"caught .* limit_test: still running after 15 s")
 
+    def test_a_change_that_does_not_link_is_not_counted(self):
+        chosen = "int Nowhere();\nint Chosen()\n{\nif constexpr (true)\nreturn 1;\nelse\nreturn Nowhere();\n}\n"
+        self.write("utils/Limit.cpp", SOURCE + chosen)
+        self.build("ninja", "-C", self.root / "build/product")
+        _, output = self.mutate("utils/Limit.cpp", "--seed", "1")
+        self.assertRegex(output, r"not compiled +\w+ utils/Limit.cpp:\d+ turn, ")
+        self.assertNotRegex(output, r"caught +\w+ utils/Limit.cpp:\d+ turn, .*exit code 1")
+
     def test_a_source_that_is_compiled_in_a_larger_unit_is_changed_there(self):
         self.write("CMakeLists.txt", CMAKE + "set_target_properties(sample PROPERTIES UNITY_BUILD ON)\n")
         self.build("ninja", "-C", self.root / "build/product")

@@ -16,6 +16,10 @@ COMPILE_LIMIT = 300  # seconds
 SLOW = 0.25  # seconds of a test that others come before
 
 
+class NotLinked(Exception):
+    """The changed objects make no program."""
+
+
 @dataclass
 class Outcome:
     kind: str  # caught, survived, not compiled, same program
@@ -87,7 +91,14 @@ class Trial:
                     made.setdefault(build, {})[each.path] = compiled
         if not made:
             return Outcome("same program")
-        for test in self._tests(change, made):
+        try:
+            return self._judge(self._tests(change, made))
+        except NotLinked:
+            return Outcome("not compiled")
+
+    @staticmethod
+    def _judge(tests):
+        for test in tests:
             code, output = test.run()
             if code is None:
                 return Outcome("caught", f"{test.name}: still running after {limit(test.seconds):.0f} s")
@@ -126,8 +137,10 @@ class Trial:
                 link.symlink_to(each)
         output = folder / (build.folder / program).name
         output.unlink(missing_ok=True)
-        code, text = processes.run(build.link(program, output, objects), COMPILE_LIMIT, cwd=build.folder)
-        return (output, "") if code == 0 else (None, text)
+        code, _ = processes.run(build.link(program, output, objects), COMPILE_LIMIT, cwd=build.folder)
+        if code != 0:
+            raise NotLinked
+        return output
 
     def _tests(self, change, made):
         """All that can see it, the likely and the quick ones first; what is not come to is not measured either."""
@@ -144,9 +157,7 @@ class Trial:
         package = self.folder / "package"
 
         def played(scenario, seconds):
-            program, why = self.link(self.app.build, self.app.path, objects)
-            if program is None:
-                return 1, why
+            program = self.link(self.app.build, self.app.path, objects)
             shutil.copy(program, package / program.name)
             return self.runner.play(scenario, package, limit(seconds))
 
@@ -179,8 +190,6 @@ class Linked:
 
     def _run(self, chosen, *limits):
         if self.file is None:
-            self.file, why = self.trial.link(self.program.build, self.program.path, self.objects)
-            if self.file is None:
-                return 1, why
+            self.file = self.trial.link(self.program.build, self.program.path, self.objects)
         options = ["--gtest_brief=1", "--gtest_fail_fast", f"--gtest_filter={chosen}"]
         return self.trial.runner.run_tests(self.file, options, *limits)
