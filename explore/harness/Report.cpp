@@ -61,13 +61,18 @@ void Report::Found(std::string const& kind, PlayId const& play, std::string cons
 
 std::string Report::Figures() const
 {
-    char text[200];
-    std::snprintf(
-        text, sizeof text,
-        "%llu plays, %llu of them left off at a state seen before, %zu distinct states, %zu outcomes in %.1f s",
-        static_cast<unsigned long long>(m_plays + m_leftOff), static_cast<unsigned long long>(m_leftOff),
-        m_states.size(), m_outcomes.Entries().size(), InSeconds(Elapsed()));
-    return text;
+    auto text = std::to_string(m_plays + m_leftOff) + " plays, ";
+    if (m_leftOff > 0)
+    {
+        text += std::to_string(m_leftOff) + " of them left off at a state seen before, ";
+    }
+    if (!m_states.empty())
+    {
+        text += std::to_string(m_states.size()) + " distinct states, ";
+    }
+    char time[20];
+    std::snprintf(time, sizeof time, "%.1f s", InSeconds(Elapsed()));
+    return text + std::to_string(m_outcomes.Entries().size()) + " outcomes in " + time;
 }
 
 int Report::Conclude() const

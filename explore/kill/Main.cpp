@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -58,7 +57,8 @@ void Tell(Report& report, PlayId const& id, Played const& played)
     }
 }
 
-void PlayNext(Report& report, Stage& stage, NextPlay const& next, std::unique_lock<std::mutex>& lock)
+// Whether the process was ended.
+bool PlayNext(Report& report, Stage& stage, NextPlay const& next, std::unique_lock<std::mutex>& lock)
 {
     lock.unlock();
     Played played;
@@ -72,12 +72,14 @@ void PlayNext(Report& report, Stage& stage, NextPlay const& next, std::unique_lo
     }
     lock.lock();
     Tell(report, IdOf(next), played);
+    return played.isEnded;
 }
 
-// Side by side.
-void PlayAll(Report& report, Stages const& stages, Next const& next)
+// Side by side. Returns how many processes were ended.
+unsigned PlayAll(Report& report, Stages const& stages, Next const& next)
 {
-    std::mutex mutex; // over the report and what is next
+    unsigned ended = 0;
+    std::mutex mutex; // over the report, what is next, and the count
     std::vector<std::thread> threads;
     for (auto const& stage : stages)
     {
@@ -85,11 +87,12 @@ void PlayAll(Report& report, Stages const& stages, Next const& next)
             std::unique_lock lock(mutex);
             while (auto const play = next())
             {
-                PlayNext(report, *stage, *play, lock);
+                ended += PlayNext(report, *stage, *play, lock) ? 1 : 0;
             }
         });
     }
     std::ranges::for_each(threads, &std::thread::join);
+    return ended;
 }
 
 // A story ends with the first deviation.
@@ -181,7 +184,11 @@ int Explore(Options const& options, std::vector<Story const*> const& stories)
         stages.push_back(std::make_unique<Stage>(number));
     }
     auto const chosen = RehearseAll(*stages.front(), stories);
-    PlayAll(report, stages, Plays(chosen, options, report));
+    if (PlayAll(report, stages, Plays(chosen, options, report)) == 0)
+    {
+        report.Found("nothing is ended", {std::string(stories.front()->name)},
+                     "no process came to the call that should have ended it");
+    }
     return report.Conclude();
 }
 

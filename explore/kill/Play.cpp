@@ -225,7 +225,7 @@ Played PlayOnce(Stage& stage, Story const& story, Reference const& reference, st
     AddTrouble(facts, stage.Ask(story));
     LookAtFirstProcess(stage, facts);
     AddTrouble(facts, stage.EndApp()); // where the call did not come
-    auto const isKilled = watch.IsKilled();
+    auto const isEnded = watch.IsKilled();
     facts.left = stage.Logs();
     facts.returned = LinesReturned(watch);
     auto const tasksLeft = TasksOf(stage.State());
@@ -241,10 +241,10 @@ Played PlayOnce(Stage& stage, Story const& story, Reference const& reference, st
     LookAtSecondProcess(stage, story, facts);
     AddTrouble(facts, stage.EndApp());
 
-    Played played{Judge(facts), StateOf(facts, tasksLeft), NamesOf(watch)};
+    Played played{Judge(facts), isEnded, StateOf(facts, tasksLeft), NamesOf(watch)};
     played.verdict.outcome +=
         (story.request == Request::Register ? ", " + std::to_string(tasksLeft.size()) + " tasks" : "");
-    played.verdict.outcome += isKilled ? "" : ", not ended: fewer calls";
+    played.verdict.outcome += isEnded ? "" : ", not ended: fewer calls";
     return played;
 }
 

@@ -24,6 +24,7 @@ Reference Rehearse(Stage& stage, Story const& story);
 struct Played
 {
     Verdict verdict = {};
+    bool isEnded = false;                // by its call
     std::uint64_t state = 0;             // a hash of what the first process has left
     std::vector<std::string> calls = {}; // of that process, with their threads
 };

@@ -51,15 +51,19 @@ unsigned long long Number(std::uint64_t number)
     return number;
 }
 
+// An empty copy is of one that was killed.
+std::ptrdiff_t RotationsIn(StressRecord const& record)
+{
+    return std::ranges::count_if(record.files, [](LogText const& file) { return file.isCopy && !file.lines.empty(); });
+}
+
 void Print(RoundFigures const& figures, StressRecord const& record, StressCount const& count)
 {
-    auto const rotations =
-        std::ranges::count_if(record.files, [](LogText const& file) { return file.isCopy && !file.lines.empty(); });
     std::printf("  %llu lines in %.1f s: %.0f lines a second, the slowest in %.1f ms\n", Number(figures.lines),
                 figures.seconds, static_cast<double>(figures.lines) / figures.seconds,
                 static_cast<double>(figures.slowest) / 1'000);
     std::printf("  %u kills, %u of them within a line, %u while the log was opened; %lld rotations\n", figures.kills,
-                figures.killsWithinLine, figures.killsWhileOpening, static_cast<long long>(rotations));
+                figures.killsWithinLine, figures.killsWhileOpening, static_cast<long long>(RotationsIn(record)));
     std::printf("  by the rules, where one was killed: %llu lines whole, %llu cut; %llu copies repeated; %llu copies "
                 "empty\n",
                 Number(count.inFlight), Number(count.cut), Number(count.repeated), Number(count.empty));
@@ -78,7 +82,7 @@ std::vector<std::pair<std::string, Found>> Wrong(RoundFigures const& figures, St
     {
         untried.Add("nobody was killed");
     }
-    if (record.files.size() < 2)
+    if (RotationsIn(record) == 0)
     {
         untried.Add("the log was not rotated");
     }
@@ -118,7 +122,7 @@ void PlayRound(Report& report, bool isShort, std::uint64_t seed)
 
 int Refuse(std::string const& why)
 {
-    std::printf("explore stress: %s\n", why.c_str());
+    std::fprintf(stderr, "explore stress: %s\n", why.c_str());
     return 2;
 }
 
