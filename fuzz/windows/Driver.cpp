@@ -92,6 +92,11 @@ std::wstring HashName(Input const& input)
 
 [[noreturn]] void EndWith(wchar_t const* what)
 {
+    if (current.input == nullptr)
+    {
+        std::fwprintf(stderr, L"%ls before the first input\n", what);
+        std::_Exit(2);
+    }
     auto const path = current.artifactPrefix + what + L"-" + HashName(*current.input);
     Write(path, *current.input);
     std::fwprintf(stderr, L"%ls: the input is %ls\n", what, path.c_str());
