@@ -46,6 +46,15 @@ TEST_F(CompletionOrder, OfAChannelMessageSentIsBeforeItsLine)
     EXPECT_EQ(CompletionsAt(L"GetChannelUriStr Deferral Complete with exception in create task"), 1u);
 }
 
+TEST_F(CompletionOrder, OfTheChannelsUriSentIsBeforeItsLine)
+{
+    host.SetFault(L"AppServiceConnection.SendMessageAsync held");
+    helper->Ask(L"GetChannelUri");
+    EXPECT_EQ(CompletionsAt(L"Inside GetChannelUriStr, task executed no exception seen"), 1u);
+    host.ClearFaults();
+    EXPECT_EQ(CompletionsAt(L"GetChannelUriStr Deferral Complete"), 2u);
+}
+
 TEST_F(CompletionOrder, OfTheChannelsChainIsBeforeItsLine)
 {
     host.SetFault(L"AppServiceConnection.SendMessageAsync never 1");

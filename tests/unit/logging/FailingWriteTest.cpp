@@ -99,6 +99,7 @@ TEST_F(FailingWrite, ALineIsLostWhenAPartOfItsMarkFits)
         });
         EXPECT_TRUE(LogAt(target, 0, L"lost"));
     }
+    EXPECT_EQ(ReadBytes(LogPath()), "");
     LogAt(target, 0, L"after");
     EXPECT_EQ(MessagesIn(LogPath()), std::vector<std::wstring>{L"after"});
 }

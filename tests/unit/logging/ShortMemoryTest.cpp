@@ -45,6 +45,23 @@ TEST_F(ShortMemoryTest, LosesANarrowLine)
     EXPECT_EQ(ReadBytes(LogPath()), wideMark);
 }
 
+TEST_F(ShortMemoryTest, LeavesNoHeaderPendingThatCouldNotBeMerged)
+{
+    LogTargetDefault target;
+    Configure(target);
+    ASSERT_TRUE(target.Open());
+    target.headerPending = true;
+    LogHeaderText header;
+    header.merge = true;
+    header.title = std::wstring(1'000, L'x');
+    {
+        ShortMemory const none;
+        EXPECT_THROW(target.LogHeader(LogLevel::Info, L"", L"", L"", L"", &header, true), std::bad_alloc);
+    }
+    EXPECT_FALSE(target.headerPending);
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+}
+
 TEST_F(ShortMemoryTest, LeavesALogClosedWhoseRotationAtOpeningItEnds)
 {
     auto ended = 0;

@@ -113,10 +113,16 @@ TEST(FileVersion, IsNotThereForWhatIsNoFile)
     EXPECT_EQ(VersionOf(L""), L"none");
 }
 
-TEST(FileVersion, IsNotThereWhenTheSizeCannotBeRead)
+TEST(FileVersion, IsNotThereAndNotAskedForWhenTheSizeCannotBeRead)
 {
     GetSizeCall const failing([](auto, wchar_t const*, DWORD*) -> DWORD { return 0; });
+    auto isAsked = false;
+    GetInfoCall const info([&](auto next, auto... arguments) -> BOOL {
+        isAsked = true;
+        return next(arguments...);
+    });
     EXPECT_EQ(VersionOf(versionedProgram), L"none");
+    EXPECT_FALSE(isAsked);
 }
 
 TEST(FileVersion, IsNotThereWhenTheResourceCannotBeRead)

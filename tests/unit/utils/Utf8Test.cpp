@@ -1,10 +1,27 @@
 #include "utils/Utf8.h"
+#include "tests/support/WrappedSystem.h"
 
 #include <climits>
 #include <gtest/gtest.h>
+#include <tuple>
 #include <windows.h>
 
 using namespace zant;
+
+WRAP(MultiByteToWideCharCall, MultiByteToWideChar);
+WRAP(WideCharToMultiByteCall, WideCharToMultiByte);
+
+namespace
+{
+
+// Asked for the size, the system gives it; asked for the text, it says that it wrote one unit less.
+int OneLess(auto next, auto... arguments)
+{
+    auto const buffer = std::get<4>(std::tuple(arguments...));
+    return next(arguments...) - (buffer != nullptr ? 1 : 0);
+}
+
+} // namespace
 
 TEST(Utf8, IsConvertedToUtf16)
 {
@@ -46,6 +63,14 @@ TEST(Utf8, ConvertsLongTexts)
     std::string const text(100'000, 'x');
     EXPECT_EQ(ToWide(text), std::wstring(100'000, L'x'));
     EXPECT_EQ(ToUtf8(std::wstring(100'000, L'x')), text);
+}
+
+TEST(Utf8, IsNothingWhenTheSystemWritesLessThanItSaid)
+{
+    test::MultiByteToWideCharCall const wide([](auto next, auto... rest) { return OneLess(next, rest...); });
+    test::WideCharToMultiByteCall const narrow([](auto next, auto... rest) { return OneLess(next, rest...); });
+    EXPECT_EQ(ToWide("text"), std::nullopt);
+    EXPECT_EQ(ToUtf8(L"text"), std::nullopt);
 }
 
 TEST(Utf8, ThatIsLongerThanTheSystemConvertsIsRefused)
