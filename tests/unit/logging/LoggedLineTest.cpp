@@ -49,6 +49,18 @@ TEST_F(LoggedLine, ANarrowLineHasItsTimeAndWaitsForNothingWithoutItsLockFlag)
     EXPECT_TRUE(lines[0].substr(0, 21).ends_with(L":345"));
 }
 
+TEST_F(LoggedLine, ANarrowLineWaitsOnceWithItsLockFlag)
+{
+    Opened();
+    auto waits = 0;
+    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
+        ++waits;
+        return next(handle, milliseconds);
+    });
+    target.Log(LogLevel::Info, L"", L"", L"", L"", "", "", "m", nullptr, 0, true);
+    EXPECT_EQ(waits, 1);
+}
+
 TEST_F(LoggedLine, ALineBelowTheThresholdTakesNeitherTimeNorLock)
 {
     Opened();
