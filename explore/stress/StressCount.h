@@ -68,7 +68,7 @@ struct StressCount
     Found unmarked = {};
     // What the rules of the log allow where a process is killed.
     std::uint64_t inFlight = 0; // lines that stand there though their call had not returned
-    std::uint64_t cut = 0;      // beginnings of such lines
+    std::uint64_t cut = 0;      // the same, of which only the beginning stands there
     std::uint64_t repeated = 0; // copies whose lines the log has kept
     std::uint64_t empty = 0;    // copies without a line
 };
