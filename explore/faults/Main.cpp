@@ -1,6 +1,7 @@
 #include "explore/faults/Flow.h"
 #include "explore/faults/Plays.h"
 #include "explore/faults/Worker.h"
+#include "explore/harness/Chosen.h"
 #include "explore/harness/Options.h"
 #include "explore/harness/Report.h"
 
@@ -11,7 +12,6 @@
 #include <mutex>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -72,25 +72,6 @@ NextPlay Of(std::vector<PlayId> plays)
     };
 }
 
-// The flows of these names, all where none is named; throws std::invalid_argument for a name that none has.
-std::vector<Flow const*> Chosen(std::vector<std::string> const& names)
-{
-    std::vector<Flow const*> flows;
-    for (auto const& name : names)
-    {
-        auto const found = std::ranges::find(Flows(), name, &Flow::name);
-        flows.push_back(found != Flows().end() ? &*found : throw std::invalid_argument("there is no flow " + name));
-    }
-    for (auto const& flow : Flows())
-    {
-        if (names.empty())
-        {
-            flows.push_back(&flow);
-        }
-    }
-    return flows;
-}
-
 // So many, or until the time is over.
 NextPlay Pairs(std::vector<Flow const*> flows, Options const& options, Report const& report)
 {
@@ -116,9 +97,8 @@ void TakeSome(std::vector<PlayId>& plays, std::uint64_t seed)
     plays.resize(std::min(some, plays.size()));
 }
 
-int Explore(Options const& options)
+int Explore(Options const& options, std::vector<Flow const*> flows)
 {
-    auto flows = Chosen(options.stories);
     Report report("faults", options.seed);
     std::vector<PlayId> ordinary;
     std::vector<PlayId> singles;
@@ -155,7 +135,6 @@ int Refuse(std::string const& why)
 } // namespace
 
 int main(int argc, char** argv)
-try
 {
     std::span const words(argv, static_cast<std::size_t>(argc));
     if (words.size() == 2 && std::string_view(words[1]) == "--worker")
@@ -168,9 +147,10 @@ try
     {
         return Refuse(error);
     }
-    return options.replay ? Replay(*options.replay, options) : Explore(options);
-}
-catch (std::invalid_argument const& error)
-{
-    return Refuse(error.what());
+    if (options.replay)
+    {
+        return Replay(*options.replay, options);
+    }
+    auto const [flows, unknown] = ChosenStories(Flows(), options.stories, [](Flow const&) { return true; });
+    return unknown.empty() ? Explore(options, flows) : Refuse("there is no flow " + unknown);
 }

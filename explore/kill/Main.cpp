@@ -1,3 +1,4 @@
+#include "explore/harness/Chosen.h"
 #include "explore/harness/Options.h"
 #include "explore/harness/Report.h"
 #include "explore/kill/Choice.h"
@@ -21,7 +22,7 @@ using namespace explore::kill;
 // Each with a device of its own.
 constexpr unsigned workers = 2;
 
-struct Chosen
+struct Rehearsed
 {
     Story const* story;
     Reference reference;
@@ -29,7 +30,7 @@ struct Chosen
 
 struct NextPlay
 {
-    Chosen const* chosen;
+    Rehearsed const* chosen;
     std::uint32_t killAt;
 };
 
@@ -103,7 +104,7 @@ bool HasEnded(Report const& report, Story const& story)
 }
 
 // Of each story in turn.
-std::vector<NextPlay> AllPlays(std::vector<Chosen> const& chosen, std::size_t mostOfEach, Random& random)
+std::vector<NextPlay> AllPlays(std::vector<Rehearsed> const& chosen, std::size_t mostOfEach, Random& random)
 {
     std::vector<NextPlay> plays;
     std::size_t longest = 0;
@@ -128,10 +129,10 @@ std::vector<NextPlay> AllPlays(std::vector<Chosen> const& chosen, std::size_t mo
 }
 
 // Drawn, for so long as is asked for.
-std::optional<NextPlay> ByChance(std::vector<Chosen> const& chosen, Options const& options, Report const& report,
+std::optional<NextPlay> ByChance(std::vector<Rehearsed> const& chosen, Options const& options, Report const& report,
                                  Random& random)
 {
-    std::vector<Chosen const*> left;
+    std::vector<Rehearsed const*> left;
     for (auto const& each : chosen)
     {
         if (!HasEnded(report, *each.story))
@@ -148,7 +149,7 @@ std::optional<NextPlay> ByChance(std::vector<Chosen> const& chosen, Options cons
 }
 
 // All of them, then by chance.
-Next Plays(std::vector<Chosen> const& chosen, Options const& options, Report const& report)
+Next Plays(std::vector<Rehearsed> const& chosen, Options const& options, Report const& report)
 {
     constexpr std::size_t shortShare = 8;
     Random random(options.seed);
@@ -163,9 +164,9 @@ Next Plays(std::vector<Chosen> const& chosen, Options const& options, Report con
     };
 }
 
-std::vector<Chosen> RehearseAll(Stage& stage, std::vector<Story const*> const& stories)
+std::vector<Rehearsed> RehearseAll(Stage& stage, std::vector<Story const*> const& stories)
 {
-    std::vector<Chosen> chosen;
+    std::vector<Rehearsed> chosen;
     for (auto const* const story : stories)
     {
         chosen.push_back({story, Rehearse(stage, *story)});
@@ -194,7 +195,7 @@ int Explore(Options const& options, std::vector<Story const*> const& stories)
 
 int Replay(PlayId const& id, Options const& options)
 {
-    auto const* const story = FindStory(id.story);
+    auto const* const story = FindNamed(Stories(), id.story);
     if (story == nullptr || id.deviations.size() != 1 || id.deviations.front().what != "kill")
     {
         return Refuse("there is no play " + TextOf(id));
@@ -231,21 +232,10 @@ try
     {
         return Replay(*options.replay, options);
     }
-    std::vector<Story const*> stories;
-    for (auto const& name : options.stories)
+    auto const [stories, unknown] = ChosenStories(Stories(), options.stories, [](Story const&) { return true; });
+    if (!unknown.empty())
     {
-        stories.push_back(FindStory(name));
-        if (stories.back() == nullptr)
-        {
-            return Refuse("there is no story " + name);
-        }
-    }
-    for (auto const& story : Stories())
-    {
-        if (options.stories.empty())
-        {
-            stories.push_back(&story);
-        }
+        return Refuse("there is no story " + unknown);
     }
     return Explore(options, stories);
 }

@@ -2,9 +2,6 @@
 
 #include "logging/RotationLimit.h"
 
-#include <algorithm>
-#include <span>
-
 namespace explore::kill
 {
 
@@ -38,12 +35,6 @@ std::vector<Story> const& Stories()
           u"Inside OnTaskCanceled VelmoNotificationClient UwpNotificationAppService::OnTaskCanceled deferral complete"}},
     };
     return stories;
-}
-
-Story const* FindStory(std::string_view name)
-{
-    auto const found = std::ranges::find(Stories(), name, &Story::name);
-    return found == Stories().end() ? nullptr : &*found;
 }
 
 OldLog OldLogOf(LogBefore log)

@@ -30,9 +30,6 @@ struct Story
 
 std::vector<Story> const& Stories();
 
-// Null when there is none.
-Story const* FindStory(std::string_view name);
-
 // A log that stands there before a story.
 struct OldLog
 {

@@ -1,7 +1,7 @@
+#include "explore/harness/Chosen.h"
 #include "explore/harness/Options.h"
 #include "explore/log/LogExploration.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -32,16 +32,10 @@ int Refuse(std::string const& why)
     return 2;
 }
 
-Story const* FindStory(std::string const& name)
-{
-    auto const found = std::ranges::find(Stories(), name, &Story::name);
-    return found != Stories().end() ? &*found : nullptr;
-}
-
 // Plays one again and shows each step.
 int Replay(PlayId const& id)
 {
-    auto const* const story = FindStory(id.story);
+    auto const* const story = FindNamed(Stories(), id.story);
     auto const path = PathOf(id, FaultNames());
     if (story == nullptr || !path)
     {
@@ -123,21 +117,11 @@ int main(int count, char** arguments)
     {
         return Replay(*options.replay);
     }
-    std::vector<Story const*> stories;
-    for (auto const& name : options.stories)
+    auto const [stories, unknown] = ChosenStories(
+        Stories(), options.stories, [&](Story const& story) { return story.isShort || !options.isShort; });
+    if (!unknown.empty())
     {
-        stories.push_back(FindStory(name));
-        if (stories.back() == nullptr)
-        {
-            return Refuse("there is no story " + name);
-        }
-    }
-    for (auto const& story : Stories())
-    {
-        if (options.stories.empty() && (story.isShort || !options.isShort))
-        {
-            stories.push_back(&story);
-        }
+        return Refuse("there is no story " + unknown);
     }
     Report report("log", options.seed);
     Explore(options, stories, report);
