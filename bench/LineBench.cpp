@@ -67,9 +67,15 @@ void UseTheSystemItself()
 void LeaveInputAndOutputOut()
 {
     __wrap___imp_ReleaseMutex = [](HANDLE) WINAPI -> BOOL { return TRUE; };
-    __wrap___imp_SetFilePointerEx = [](HANDLE, LARGE_INTEGER, LARGE_INTEGER*, DWORD) WINAPI -> BOOL { return TRUE; };
+    __wrap___imp_SetFilePointerEx = [](HANDLE, LARGE_INTEGER, LARGE_INTEGER* position, DWORD) WINAPI -> BOOL {
+        *position = {};
+        return TRUE;
+    };
     __wrap___imp_WaitForSingleObject = [](HANDLE, DWORD) WINAPI -> DWORD { return WAIT_OBJECT_0; };
-    __wrap___imp_WriteFile = [](HANDLE, void const*, DWORD, DWORD*, OVERLAPPED*) WINAPI -> BOOL { return TRUE; };
+    __wrap___imp_WriteFile = [](HANDLE, void const*, DWORD size, DWORD* written, OVERLAPPED*) WINAPI -> BOOL {
+        *written = size;
+        return TRUE;
+    };
 }
 
 void LogLine(unsigned level, wchar_t const* format, wchar_t const* argument = nullptr)
