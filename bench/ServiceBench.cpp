@@ -9,6 +9,7 @@
 #include "simulator/testing/LocalDevice.h"
 
 #include <thread>
+#include <tuple>
 #include <windows.h>
 
 using VelmoNotificationClient::NotificationAppService;
@@ -94,19 +95,24 @@ void CompareServices(bench::Bench& bench, Service& service, zant::LogFunction lo
                    tripsPerBlock});
 }
 
-void MeasureInARow(Service& service, zant::LogFunction log)
+void MeasureInARow(bench::Bench& bench, Service& service, zant::LogFunction log)
 {
     using enum bench::ServiceApp::Service;
     auto const requests = bench::IsShort() ? 20 : 1'000;
-    std::printf("\n%d requests in a row, each sent when the former one is completed\n  %-34s %9s %9s %9s\n", requests,
-                "", "per s", "median us", "p99 us");
-    auto const show = [&](char const* name, Service::Series const& series) {
-        std::printf("  %-34s %9.0f %9.0f %9.0f\n", name, series.perSecond, series.median, series.p99);
+    std::vector<bench::Figure> rows;
+    auto const add = [&](std::string const& name, Service::Series const& series) {
+        for (auto const& [what, value, unit] :
+             {std::tuple(", per second", series.perSecond, ""), std::tuple(", median", series.median, "us"),
+              std::tuple(", 99 of 100 within", series.p99, "us")})
+        {
+            rows.push_back({name + what, {value, value, value}, unit});
+        }
     };
-    show("null service", service.InARow(requests, Null));
-    show("the same platform calls, plain", service.InARow(requests, Plain));
-    show("the product without log lines", service.InARow(requests, Product));
-    show("the product as it is", service.InARow(requests, Product, log));
+    add("null service", service.InARow(requests, Null));
+    add("plain calls", service.InARow(requests, Plain));
+    add("product, no lines", service.InARow(requests, Product));
+    add("product", service.InARow(requests, Product, log));
+    bench.Show(std::to_string(requests) + " requests in a row, each sent when the former one is completed", rows);
 }
 
 } // namespace
@@ -125,6 +131,6 @@ int wmain(int count, wchar_t** arguments)
     Service service;
     bench::Bench bench("service", 3);
     CompareServices(bench, service, log);
-    MeasureInARow(service, log);
+    MeasureInARow(bench, service, log);
     return bench.Conclude();
 }

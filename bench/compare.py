@@ -11,16 +11,23 @@ import pathlib
 
 def read_rows(path):
     """{(bench, table, row): row}"""
-    rows = (json.loads(line) for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines())
-    return {(row["bench"], row["table"], row["row"]): row for row in rows}
+    rows = {}
+    for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
+        row = json.loads(line)
+        key = (row["bench"], row["table"], row["row"])
+        if key in rows:
+            raise SystemExit(f"{path} has two rows '{', '.join(key)}': it holds more than one run")
+        rows[key] = row
+    return rows
 
 
 def change(before, after):
     """What two intervals say, and by how much their medians differ."""
     if before["low"] <= after["high"] and after["low"] <= before["high"]:
         return "no change seen"
-    percent = (after["median"] / before["median"] - 1) * 100
-    return f"{'more' if percent > 0 else 'less'} by {abs(percent):.1f} %"
+    difference = after["median"] - before["median"]
+    by = f"{abs(difference / before['median']) * 100:.1f} %" if before["median"] else f"{abs(difference):g}"
+    return f"{'more' if difference > 0 else 'less'} by {by}"
 
 
 def figures(row):

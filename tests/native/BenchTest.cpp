@@ -144,6 +144,15 @@ TEST_F(BenchTest, AFigureIsALineOfJsonToo)
     EXPECT_EQ(Rows()[0]["verdict"], "OVER");
 }
 
+TEST_F(BenchTest, ASecondRowOfTheSameNameIsAnError)
+{
+    Bench bench("name", 1);
+    bench.Show("figures", {{"size", {5, 5, 5}, "bytes"}});
+    bench.Show("others", {{"size", {5, 5, 5}, "bytes"}});
+    EXPECT_THROW(bench.Show("figures", {{"size", {5, 5, 5}, "bytes"}}), std::logic_error);
+    Output();
+}
+
 TEST_F(BenchTest, AFileThatCannotBeWrittenIsAnError)
 {
     setenv("VELMO_BENCH_JSON", "/nonexistent/rows.json", 1);

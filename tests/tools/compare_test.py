@@ -29,6 +29,14 @@ class Compare(support.ScriptTest):
         self.assertIn("more by 10.0 %", self.compare([row("ours", 0.99, 1.0, 1.01)], [row("ours", 1.09, 1.1, 1.11)]))
         self.assertIn("less by 50.0 %", self.compare([row("ours", 1.9, 2.0, 2.1)], [row("ours", 0.9, 1.0, 1.1)]))
 
+    def test_a_change_from_nothing_is_no_percentage(self):
+        self.assertIn("more by 2\n", self.compare([row("wake-ups", 0, 0, 0)], [row("wake-ups", 1, 2, 3)]))
+
+    def test_a_file_of_two_runs_is_refused(self):
+        with self.assertRaises(subprocess.CalledProcessError) as refused:
+            self.compare([row("ours", 1, 1, 1)], [row("ours", 1, 1, 1), row("ours", 2, 2, 2)])
+        self.assertIn("two rows 'line, A line, ours'", refused.exception.stderr)
+
     def test_rows_of_one_run_alone_are_named(self):
         output = self.compare([row("old", 1, 1, 1)], [row("new", 1, 1, 1)])
         self.assertRegex(output, r"new .* ratio: is new")
