@@ -86,8 +86,7 @@ bool IsShort()
     return std::getenv("VELMO_BENCH_SHORT") != nullptr;
 }
 
-Bench::Bench(std::string name, int comparisons)
-    : m_name(std::move(name)), m_share(std::chrono::duration<double>(benchTime) / comparisons)
+Bench::Bench(std::string name, int comparisons) : m_name(std::move(name)), m_time(Clock::now(), benchTime, comparisons)
 {
 }
 
@@ -100,9 +99,8 @@ void Bench::Compare(Comparison comparison)
             contender.limit.reset();
         }
     }
-    auto const end = Clock::now() + m_share;
-    auto const table =
-        bench::Compare(comparison, {IsShort() ? 2 : leastRounds, [end] { return IsShort() || Clock::now() > end; }});
+    auto const end = m_time.EndOfNext(Clock::now());
+    auto const table = bench::Compare(comparison, {leastRounds, [end] { return IsShort() || Clock::now() > end; }});
     PrintTable(table, comparison);
     for (auto const& row : table.rows)
     {
@@ -129,6 +127,10 @@ void Bench::Show(std::string const& title, std::vector<Figure> const& figures)
 
 void Bench::Keep(std::string const& table, Figure const& figure, Verdict verdict)
 {
+    if (!m_rows.emplace(table, figure.name).second)
+    {
+        throw std::logic_error("there are two rows " + figure.name + " in the table " + table);
+    }
     m_over += verdict == Verdict::Over ? 1 : 0;
     m_unknown += verdict == Verdict::CannotTell ? 1 : 0;
     auto const* const path = std::getenv("VELMO_BENCH_JSON");

@@ -1,8 +1,9 @@
 #pragma once
 #include "bench/harness/Comparison.h"
+#include "bench/harness/TimeShares.h"
 
-#include <chrono>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,8 @@ class Bench
     void Keep(std::string const& table, Figure const& figure, Verdict verdict);
 
     std::string m_name;
-    std::chrono::duration<double> m_share; // of each comparison
+    TimeShares m_time;
+    std::set<std::pair<std::string, std::string>> m_rows; // table and name: each once, so that runs can be compared
     int m_over = 0;
     int m_unknown = 0;
     int m_strayed = 0; // comparisons whose floor did not equal itself
