@@ -4,6 +4,7 @@
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
 
+#include <sstream>
 #include <vector>
 #include <windows.h>
 
@@ -75,6 +76,21 @@ long long UnixProcess::PrivateKilobytes() const
 long long UnixProcess::Threads() const
 {
     return NumberIn(m_folder + L"\\status", L"Threads");
+}
+
+long long UnixProcess::PageFaults() const
+{
+    auto const text = sim::ReadText(m_folder + L"\\stat");
+    // Behind the program's name, which may contain blanks: state, six numbers, minor faults, those of children, major.
+    std::wistringstream fields(text.substr(text.rfind(L')') + 1));
+    std::wstring skipped;
+    long long minor = 0, major = 0;
+    for (int field = 0; field < 7; ++field)
+    {
+        fields >> skipped;
+    }
+    fields >> minor >> skipped >> major;
+    return minor + major;
 }
 
 long long UnixProcess::Waits() const

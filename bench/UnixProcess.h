@@ -17,6 +17,9 @@ class UnixProcess
 
     long long Threads() const;
 
+    // Pages that it has touched for the first time since its start, whether or not they had to be read.
+    long long PageFaults() const;
+
     // How often one of its threads has given up the processor to wait: each time, it wakes up later.
     long long Waits() const;
 
