@@ -78,7 +78,7 @@ TABLE = {
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
     "tests/native": [
         "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "explore/harness",
-        "explore/kill", "explore/stress", "logging", "utils",
+        "explore/kill", "explore/stress", "logging", "simulator/protocol", "utils",
     ],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
