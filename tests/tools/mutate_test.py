@@ -1,9 +1,11 @@
 """./dev mutate on a small program of its own: what it changes, what it finds caught and what survives."""
 
 import json
+import os
 import pathlib
 import random
 import re
+import signal
 import subprocess
 import sys
 import textwrap
@@ -108,12 +110,14 @@ class Sample(support.ScriptTest):
     def build(self, *words):
         subprocess.run([str(word) for word in words], check=True, stdout=subprocess.DEVNULL)
 
-    def mutate(self, *words):
-        """(exit code, output)"""
+    def start_mutate(self, *words):
         call = ("import pathlib, sys, command; root = pathlib.Path(sys.argv[1]); "
                 "sys.exit(command.main(root, sys.argv[2:], root))")
-        process = self.start("/usr/bin/python3", "-B", "-c", call, self.root, *words,
-                             cwd=support.ROOT / "tools" / "mutate")
+        return self.start("/usr/bin/python3", "-B", "-c", call, self.root, *words, cwd=support.ROOT / "tools" / "mutate")
+
+    def mutate(self, *words):
+        """(exit code, output)"""
+        process = self.start_mutate(*words)
         output = process.stdout.read()
         return process.wait(support.LIMIT), output
 
@@ -206,6 +210,17 @@ class Whole(Sample):
             code, output = self.mutate(*words)
             self.assertEqual(1, code)
             self.assertIn(said, output)
+
+
+class Signals(Sample):
+    def test_one_ends_it_at_once_while_it_reads_the_sources(self):
+        header = self.root / "utils/Limit.h"
+        header.unlink()
+        os.mkfifo(header)
+        process = self.start_mutate("--sample", "1")
+        with header.open("w"):  # when the reader has come, which now waits for the text
+            process.send_signal(signal.SIGTERM)
+            self.assertEqual(-signal.SIGTERM, process.wait(support.LIMIT))
 
 
 class Changes(support.ScriptTest):
