@@ -66,9 +66,9 @@ TABLE = {
         "simulator/base", "simulator/client", "simulator/log", "simulator/package", "simulator/protocol",
     ],
     "simulator/cli": [
-        "console", "doctor", "doctor/base", "doctor/cli/LocalNow.h", "simulator/base", "simulator/broker",
-        "simulator/client", "simulator/doctor", "simulator/log", "simulator/package", "simulator/platform",
-        "simulator/protocol", "simulator/scenario",
+        "console", "doctor", "doctor/base", "doctor/cli/LocalNow.h", "doctor/log/LogFolder.h", "simulator/base",
+        "simulator/broker", "simulator/client", "simulator/doctor", "simulator/log", "simulator/package",
+        "simulator/platform", "simulator/protocol", "simulator/scenario",
     ],
     "package/msix": [],
     "package": ["package/msix"],
@@ -78,7 +78,7 @@ TABLE = {
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
     "tests/native": [
         "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "explore/harness",
-        "explore/kill", "explore/stress", "logging", "utils",
+        "explore/kill", "explore/stress", "logging", "simulator/protocol", "utils",
     ],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",

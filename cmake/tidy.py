@@ -6,6 +6,7 @@ Usage: tidy.py BUILD MOST_BYTES <SOURCES   (BUILD: a configured folder, for the 
 """
 
 import concurrent.futures
+import dataclasses
 import functools
 import json
 import os
@@ -49,6 +50,15 @@ def by_libraries(sources):
     return sorted(sources, key=lambda source: sorted(libraries(pathlib.Path(source))), reverse=True)
 
 
+def grouped(sources, most_bytes):
+    """As the build's larger units, but whatever namespaces are used: those who use some come behind those who do not. Names
+    that an earlier one makes visible are at worst ambiguous, and clang-tidy says so."""
+    read = [unity.read(path) for path in by_libraries(sources)]
+    used = {source.path: len(source.directives) for source in read}
+    groups = unity.grouped([dataclasses.replace(source, directives=frozenset()) for source in read], most_bytes)
+    return [sorted((source.path for source in group), key=used.get) for group in groups]
+
+
 class Unit:
     """Sources as one main file, since some checks look at nothing else: first what all of them include, which then sees
     no name of theirs, then the rest of each."""
@@ -79,8 +89,7 @@ def write_units(sources, most_bytes, build, folder):
     """Writes the units, the largest first, and their compile_commands.json."""
     folder.mkdir(exist_ok=True)
     command = options(build, {pathlib.Path(source).parts[0] for source in sources})
-    groups = unity.grouped(map(unity.read, by_libraries(sources)), most_bytes)
-    units = [Unit(folder / f"{number}.cpp", [source.path for source in group]) for number, group in enumerate(groups)]
+    units = [Unit(folder / f"{number}.cpp", group) for number, group in enumerate(grouped(sources, most_bytes))]
     entries = [{"directory": str(folder), "file": str(unit.path), "command": f"{command} -c {unit.path}"} for unit in units]
     (folder / "compile_commands.json").write_text(json.dumps(entries, indent=1))
     return sorted(units, key=lambda unit: -len(unit.places))

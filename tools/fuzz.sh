@@ -14,7 +14,7 @@ dates|wine|64|dated names and the days before, against a calendar that counts da
 xml|wine|1024|XML and pages' markup: bytes read or refused; a tree written as XML comes back
 manifest|wine|2048|manifests: bytes read or refused; declarations come back, forbidden and missing ones are refused
 values|wine|512|value sets: bytes refused or travelling on unchanged; values come back as they were
-package|python||damaged packages through --verify: answered with problems, soon, without an exception
+package|python||damaged packages through --verify: answered soon, without an exception; contents as the block map tells
 EOF
 }
 

@@ -13,9 +13,8 @@ namespace
 std::optional<std::uint64_t> NumberOf(std::string_view text)
 {
     std::uint64_t number = 0;
-    auto const* const end = text.data() + text.size();
-    auto const [rest, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+    auto const [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && rest == text.data() + text.size() ? std::optional(number) : std::nullopt;
 }
 
 bool SetSeed(Options& options, std::string_view value)

@@ -21,7 +21,7 @@ std::optional<Deviation> DeviationOf(std::string_view text)
 {
     Deviation deviation = {};
     auto const* const end = text.data() + text.size();
-    auto const [rest, error] = std::from_chars(text.data(), end, deviation.step);
+    auto const [rest, error] = std::from_chars(text.data(), text.data() + text.size(), deviation.step);
     if (error != std::errc() || rest == end || *rest != '=')
     {
         return std::nullopt;

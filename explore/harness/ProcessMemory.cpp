@@ -61,7 +61,7 @@ void* operator new(std::size_t bytes)
     {
         return explore::TakeForProcess(bytes);
     }
-    auto* const pointer = std::malloc(bytes != 0 ? bytes : 1);
+    auto* const pointer = std::malloc(bytes != 0 ? bytes : 1); // NOLINT(cppcoreguidelines-no-malloc): this is new
     if (pointer == nullptr)
     {
         throw std::bad_alloc();
@@ -73,11 +73,11 @@ void operator delete(void* pointer) noexcept
 {
     if (!explore::IsOfProcess(pointer))
     {
-        std::free(pointer);
+        std::free(pointer); // NOLINT(cppcoreguidelines-no-malloc)
     }
 }
 
-void operator delete(void* pointer, std::size_t) noexcept
+void operator delete(void* pointer, std::size_t) noexcept // NOLINT(misc-use-internal-linkage): the program's own
 {
     operator delete(pointer);
 }

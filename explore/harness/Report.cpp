@@ -44,7 +44,7 @@ void Report::Played(PlayId const& play, std::string const& outcome)
     {
         m_nextProgress = now + betweenProgress;
         std::printf("  %s, at %s\n", Figures().c_str(), TextOf(play).c_str());
-        std::fflush(stdout);
+        static_cast<void>(std::fflush(stdout));
     }
 }
 
@@ -54,7 +54,7 @@ void Report::Found(std::string const& kind, PlayId const& play, std::string cons
     {
         std::printf("\nfound: %s\n  %s\n  ./dev explore %s --replay %s\n", kind.c_str(), what.c_str(),
                     m_subject.c_str(), TextOf(play).c_str());
-        std::fflush(stdout);
+        static_cast<void>(std::fflush(stdout));
     }
     m_found.Count(kind, play);
 }
@@ -71,7 +71,7 @@ std::string Report::Figures() const
         text += std::to_string(m_states.size()) + " distinct states, ";
     }
     char time[20];
-    std::snprintf(time, sizeof time, "%.1f s", InSeconds(Elapsed()));
+    static_cast<void>(std::snprintf(time, sizeof time, "%.1f s", InSeconds(Elapsed())));
     return text + std::to_string(m_outcomes.Entries().size()) + " outcomes in " + time;
 }
 
@@ -82,7 +82,7 @@ int Report::Conclude() const
     Print("found", m_found);
     std::printf("\nexplore %s: %s, seed %llu; kinds of deviations found: %zu\n", m_subject.c_str(), Figures().c_str(),
                 static_cast<unsigned long long>(m_seed), m_found.Entries().size());
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
     return m_found.Entries().empty() ? 0 : 1;
 }
 

@@ -35,13 +35,13 @@ unsigned Scheduler::Meetings() const
 void Scheduler::FindReady()
 {
     m_ready.clear();
-    for (ProcessNumber number = 0; number < m_processes.size(); ++number)
+    for (ProcessNumber number = 0; auto const& process : m_processes)
     {
-        auto const& process = m_processes[number];
         if (process.fiber && (process.isReady == nullptr || (*process.isReady)()))
         {
             m_ready.push_back(number);
         }
+        ++number;
     }
 }
 

@@ -39,7 +39,7 @@ using Stages = std::vector<std::unique_ptr<Stage>>;
 
 int Refuse(std::string const& why)
 {
-    std::fprintf(stderr, "explore kill: %s\n", why.c_str());
+    static_cast<void>(std::fprintf(stderr, "explore kill: %s\n", why.c_str()));
     return 2;
 }
 
@@ -171,7 +171,7 @@ std::vector<Rehearsed> RehearseAll(Stage& stage, std::vector<Story const*> const
     {
         chosen.push_back({story, Rehearse(stage, *story)});
         std::printf("  %s: %zu calls\n", std::string(story->name).c_str(), chosen.back().reference.kinds.size());
-        std::fflush(stdout);
+        static_cast<void>(std::fflush(stdout));
     }
     return chosen;
 }
@@ -203,7 +203,13 @@ int Replay(PlayId const& id, Options const& options)
     Report report("kill", options.seed);
     Stage stage(0);
     auto const reference = Rehearse(stage, *story);
-    auto const played = PlayOnce(stage, *story, reference, id.deviations.front().step);
+    auto const step = id.deviations.front().step;
+    auto const played = PlayOnce(stage, *story, reference, step);
+    if (!played.isEnded && played.verdict.flaws.empty())
+    {
+        return Refuse("there is no step " + std::to_string(step) + " of " + id.story + ": its process made " +
+                      std::to_string(played.calls.size()) + " calls, 0 to " + std::to_string(played.calls.size() - 1));
+    }
     for (std::size_t at = 0; at < played.calls.size(); ++at)
     {
         std::printf("%5zu  %s\n", at, played.calls[at].c_str());

@@ -122,7 +122,7 @@ void PlayRound(Report& report, bool isShort, std::uint64_t seed)
 
 int Refuse(std::string const& why)
 {
-    std::fprintf(stderr, "explore stress: %s\n", why.c_str());
+    static_cast<void>(std::fprintf(stderr, "explore stress: %s\n", why.c_str()));
     return 2;
 }
 

@@ -206,6 +206,9 @@ void Round::TakeEnded(Place& place)
 
 void Round::Kill(Place& place)
 {
+    // One that copies the log has its mutex: while it stands still, the log stays as it was copied.
+    NtSuspendProcess(place.process.Get());
+    auto const size = sim::FileSize(m_log).value_or(0);
     TerminateProcess(place.process.Get(), killedCode);
     WaitForSingleObject(place.process.Get(), INFINITE);
     if (ExitCode(place.process.Get()) != killedCode) // it had ended before
@@ -215,6 +218,7 @@ void Round::Kill(Place& place)
     }
     ++m_figures.kills;
     m_lives[place.life].wasKilled = true;
+    m_lives[place.life].logSize = size;
     place.process = {};
     place.acknowledged = m_notes[place.life].acknowledged;
     place.isDone = place.acknowledged == m_notes[place.life].last;

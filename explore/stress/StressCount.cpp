@@ -81,19 +81,27 @@ class Counting
         }
     }
 
-    // A process that is killed between the copy and the emptying leaves the lines in both. At most so many can be.
+    // A process that is killed between the copy and the emptying leaves the lines in both: one copy, which has all that
+    // the log then had.
     bool IsRepeated(LogText const& file)
     {
-        auto const killed = static_cast<std::uint64_t>(
-            std::ranges::count_if(m_record.lives, [](Life const& life) { return life.wasKilled && life.wasChecking; }));
-        auto const isRepeated = file.isCopy && !file.lines.empty() && m_count.repeated < killed &&
-                                std::ranges::any_of(
-                                    m_record.files,
-                                    [&](LogText const& other) {
-                                        return other.lines.size() > file.lines.size() && BeginsWith(other, file);
-                                    });
-        m_count.repeated += isRepeated ? 1 : 0;
-        return isRepeated;
+        auto const stays = [&](LogText const& other) {
+            return other.lines.size() > file.lines.size() && BeginsWith(other, file);
+        };
+        if (!file.isCopy || file.lines.empty() || std::ranges::none_of(m_record.files, stays))
+        {
+            return false;
+        }
+        for (std::uint32_t number = 0; number < m_record.lives.size(); ++number)
+        {
+            auto const& life = m_record.lives[number];
+            if (life.wasKilled && life.wasChecking && life.logSize == file.size && m_repeating.insert(number).second)
+            {
+                ++m_count.repeated;
+                return true;
+            }
+        }
+        return false;
     }
 
     void LookAt(LogText const& file, TextLine const& line)
@@ -211,6 +219,7 @@ class Counting
     StressCount m_count;
     std::vector<std::vector<unsigned>> m_found; // of each process, how often each of its lines stands there
     std::set<std::uint32_t> m_cut;              // processes that left the beginning of a line
+    std::set<std::uint32_t> m_repeating;        // processes that left a copy of what the log has kept
     std::set<LogText const*> m_isTorn;
 };
 

@@ -14,7 +14,8 @@ struct Life
     std::uint64_t begun = 0;        // of the last line that it has begun
     std::uint64_t acknowledged = 0; // of the last one whose call has returned
     bool wasKilled = false;
-    bool wasChecking = false; // the log's size, when it ended
+    bool wasChecking = false;  // the log's size, when it ended
+    std::uint64_t logSize = 0; // of the log, when it was killed
     bool isSilent = false;
 };
 

@@ -9,13 +9,13 @@
 #include "simulator/runtime/values/ValueBytes.h"
 #include "simulator/runtime/values/ValueSet.h"
 
+#include <algorithm>
 #include <bit>
 #include <functional>
 #include <winrt/Windows.Foundation.h>
 
 using namespace fuzz;
 using sim::IInspectable;
-using winrt::Windows::Foundation::IReferenceArray;
 
 namespace
 {
@@ -27,84 +27,100 @@ struct Value
     std::function<bool(IInspectable const&)> equals;
 };
 
-template <typename T>
-Value Single(T const& value)
-{
-    return {winrt::make<winrt::impl::reference<T>>(value), [value](IInspectable const& other) {
-                auto const reference = other.try_as<winrt::Windows::Foundation::IReference<T>>();
-                return reference && reference.Value() == value;
-            }};
-}
-
-template <typename T>
-Value Array(std::vector<T> const& values)
-{
-    return {winrt::make<sim::ArrayValue<T>>(winrt::com_array<T>(values.begin(), values.end())),
-            [values](IInspectable const& other) {
-                auto const reference = other.try_as<IReferenceArray<T>>();
-                return reference && std::ranges::equal(reference.Value(), values);
-            }};
-}
-
-std::uint64_t LongNumber(Choices& choices)
-{
-    auto const high = choices.Number();
-    return std::uint64_t{high} << 32 | choices.Number();
-}
-
 winrt::hstring SomeText(Choices& choices)
 {
     return winrt::hstring(choices.Units(5));
 }
 
 template <typename T>
-std::vector<T> Several(Choices& choices, T (*make)(Choices&))
+using Bytes = std::array<std::uint8_t, sizeof(T)>;
+
+template <typename T>
+T Some(Choices& choices)
 {
-    std::vector<T> values;
-    for (auto count = choices.Below(4); count > 0; --count)
+    if constexpr (std::is_same_v<T, winrt::hstring>)
     {
-        values.push_back(make(choices));
+        return SomeText(choices);
     }
-    return values;
+    else if constexpr (std::is_same_v<T, bool>)
+    {
+        return choices.Flag(); // no other bytes are one
+    }
+    else
+    {
+        Bytes<T> bytes;
+        std::ranges::generate(bytes, [&] { return choices.Byte(); });
+        return std::bit_cast<T>(bytes);
+    }
 }
+
+// To the bit: a number that is none is not equal to itself.
+template <typename T>
+bool AreSame(T const& one, T const& other)
+{
+    if constexpr (std::is_same_v<T, winrt::hstring>)
+    {
+        return one == other;
+    }
+    else
+    {
+        return std::bit_cast<Bytes<T>>(one) == std::bit_cast<Bytes<T>>(other);
+    }
+}
+
+template <typename T>
+Value SomeSingle(Choices& choices)
+{
+    auto const value = Some<T>(choices);
+    return {winrt::make<winrt::impl::reference<T>>(value), [value](IInspectable const& other) {
+                auto const reference = other.try_as<winrt::Windows::Foundation::IReference<T>>();
+                return reference && AreSame(reference.Value(), value);
+            }};
+}
+
+template <typename T>
+Value SomeArray(Choices& choices)
+{
+    winrt::com_array<T> values(choices.Below(4));
+    std::ranges::generate(values, [&] { return Some<T>(choices); });
+    std::vector<T> const expected(values.begin(), values.end());
+    return {winrt::make<sim::ArrayValue<T>>(std::move(values)), [expected](IInspectable const& other) {
+                auto const reference = other.try_as<winrt::Windows::Foundation::IReferenceArray<T>>();
+                return reference && std::ranges::equal(reference.Value(), expected, AreSame<T>);
+            }};
+}
+
+template <typename... T>
+struct Types
+{
+    using Make = Value (*)(Choices&);
+    static constexpr std::array<Make, sizeof...(T)> single{SomeSingle<T>...};
+    static constexpr std::array<Make, sizeof...(T)> array{SomeArray<T>...};
+};
+
+// All of which a value set may have one, or an array.
+using ValueTypes =
+    Types<std::uint8_t, std::int16_t, std::uint16_t, std::int32_t, std::uint32_t, std::int64_t, std::uint64_t, float,
+          double, char16_t, bool, winrt::hstring, winrt::guid, winrt::Windows::Foundation::DateTime,
+          winrt::Windows::Foundation::TimeSpan, winrt::Windows::Foundation::Point, winrt::Windows::Foundation::Size,
+          winrt::Windows::Foundation::Rect>;
 
 Value SomeSet(Choices& choices, int depth);
 
 Value SomeValue(Choices& choices, int depth)
 {
-    switch (choices.Below(16))
+    switch (choices.Below(8))
     {
     case 0:
         return {nullptr, [](IInspectable const& other) { return !other; }};
     case 1:
-        return Single(choices.Byte());
+        return depth > 0 ? SomeSet(choices, depth - 1) : SomeSingle<winrt::hstring>(choices);
     case 2:
-        return Single(static_cast<std::int16_t>(choices.Number()));
     case 3:
-        return Single(static_cast<std::int32_t>(choices.Number()));
     case 4:
-        return Single(static_cast<std::int64_t>(LongNumber(choices)));
-    case 5:
-        return Single(choices.Number() / 7.0);
-    case 6:
-        return Single(static_cast<char16_t>(choices.Number()));
-    case 7:
-        return Single(choices.Flag());
-    case 8:
-        return Single(std::bit_cast<winrt::guid>(std::array{LongNumber(choices), LongNumber(choices)}));
-    case 9:
-        return Single(winrt::Windows::Foundation::TimeSpan(static_cast<std::int64_t>(LongNumber(choices))));
-    case 10:
-        return Array(Several<std::uint8_t>(choices, [](Choices& from) { return from.Byte(); }));
-    case 11:
-        return Array(Several<std::uint64_t>(choices, LongNumber));
-    case 12:
-        return Array(Several<winrt::hstring>(choices, SomeText));
-    case 13:
-    case 14:
-        return depth > 0 ? SomeSet(choices, depth - 1) : Single(SomeText(choices));
+        return choices.OneOf(ValueTypes::array)(choices);
     default:
-        return Single(SomeText(choices));
+        return choices.OneOf(ValueTypes::single)(choices);
     }
 }
 

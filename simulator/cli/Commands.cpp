@@ -5,6 +5,7 @@
 #include "doctor/base/Console.h"
 #include "doctor/base/Error.h"
 #include "doctor/cli/LocalNow.h"
+#include "doctor/log/LogFolder.h"
 #include "simulator/base/Error.h"
 #include "simulator/base/Files.h"
 #include "simulator/base/Text.h"
@@ -118,7 +119,7 @@ int Events(Words const& words)
     }
 }
 
-// Takes the file behind an option away.
+// Takes the file behind an option away, which is to be written.
 std::wstring TakeFile(Words& words, std::wstring const& option)
 {
     if (words.empty() || words[0].starts_with(L"--"))
@@ -126,6 +127,10 @@ std::wstring TakeFile(Words& words, std::wstring const& option)
         throw UsageError(option + L" needs a file");
     }
     auto const path = WindowsPath(words[0]);
+    if (doctor::HasLogName(path))
+    {
+        throw UsageError(option + L": '" + words[0] + L"' is named as a log, which would be overwritten");
+    }
     words.erase(words.begin());
     return path;
 }

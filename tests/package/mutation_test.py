@@ -84,10 +84,12 @@ def mutate(noise, data):
 class DamagedPackages:
     """One for each seed and number."""
 
-    def __init__(self):
+    def __init__(self, bases=()):
+        """bases: packages to damage besides its own."""
         self.files = support.files(**{"One block.bin": None})
         self.package = writer.write(self.files)
         self.bases = [self.package, packed(self.package, descriptor="<IQQ", zip64=3), signed_package(certificates=(VELMO,))]
+        self.archives = [*self.bases, *bases]
         self.described = contents(self.package)
 
     def payload(self, noise):
@@ -101,7 +103,7 @@ class DamagedPackages:
         return replaced(self.package, path, mutate(noise, self.described[part_names.encode(path)]))
 
     def archive(self, noise):
-        return mutate(noise, noise.choice(self.bases))
+        return mutate(noise, noise.choice(self.archives))
 
     def directory(self, noise):
         """The headers of an archive, most of which is its files."""

@@ -1,5 +1,8 @@
 """cmake/coverage.py: what counts as reached, and which reasons are missing or left over."""
 
+import json
+import os
+import subprocess
 import sys
 import unittest
 
@@ -60,22 +63,68 @@ class Coverage(unittest.TestCase):
                            report(line(1, 1), file="utils/Event.h"))
         self.assertEqual(list(counts), ["utils/Event.h"])
 
+    def unreached(self, counts, *entries, text="1 2 3 4 5 6 7 8 9".split()):
+        named = [{"file": "app/App.cpp", "reason": "never", **entry} for entry in entries]
+        return coverage.unreached(counts, named, lambda name, number: text[number - 1] if number else "")
+
     def test_a_line_that_is_not_reached_has_its_reason(self):
-        reasons = [{"file": "app/App.cpp", "line": "text 2", "reason": "never"}]
-        missed, stale = coverage.unreached(counts_of(report(line(1, 0), line(2, 0), line(3, 1))), reasons,
-                                           lambda name, number: f"text {number}")
+        missed, wrong = self.unreached(counts_of(report(line(1, 0), line(2, 0), line(3, 1))), {"line": "2"})
         self.assertEqual(missed, [("app/App.cpp", 1, None), ("app/App.cpp", 2, "never")])
-        self.assertEqual(stale, [])
+        self.assertEqual(wrong, [])
 
     def test_a_reason_without_its_line_is_told(self):
-        reasons = [{"file": "app/App.cpp", "line": "text 9", "reason": "never"}]
-        _, stale = coverage.unreached(counts_of(report(line(1, 1))), reasons, lambda name, number: f"text {number}")
-        self.assertEqual(stale, [("app/App.cpp", "text 9")])
+        for entry in ({"line": "9"}, {"line": "1", "file": "app/Other.cpp"}, {"line": "1", "after": "9"}):
+            _, wrong = self.unreached(counts_of(report(line(1, 0))), entry)
+            self.assertEqual(wrong, [f"names a line that {entry.get('file', 'app/App.cpp')} no longer has: {entry['line']}"])
 
     def test_a_reason_of_a_line_that_is_reached_after_all_stays(self):
-        reasons = [{"file": "app/App.cpp", "line": "text 1", "reason": "by chance"}]
-        _, stale = coverage.unreached(counts_of(report(line(1, 1))), reasons, lambda name, number: f"text {number}")
-        self.assertEqual(stale, [])
+        _, wrong = self.unreached(counts_of(report(line(1, 1))), {"line": "1"})
+        self.assertEqual(wrong, [])
+
+    def test_a_reason_of_several_lines_is_told_and_is_none_of_theirs(self):
+        missed, wrong = self.unreached(counts_of(report(line(1, 0), line(2, 1))), {"line": "}"}, text="} }".split())
+        self.assertEqual(missed, [("app/App.cpp", 1, None)])
+        self.assertEqual(wrong, ["names a line that app/App.cpp has several times: say after which line: }"])
+
+    def test_of_several_lines_the_line_before_says_which(self):
+        counts = counts_of(report(line(1, 0), line(2, 0), line(4, 0)))
+        missed, wrong = self.unreached(counts, {"line": "}", "after": "b"}, text="} } b }".split())
+        self.assertEqual([reason for _, _, reason in missed], [None, None, "never"])
+        self.assertEqual(wrong, [])
+
+
+class Command(support.ScriptTest):
+    """With a stand-in for gcov, and a project of one file."""
+
+    def setUp(self):
+        super().setUp()
+        (self.folder / "cmake").mkdir()
+        support.copy_part("cmake/coverage.py", self.folder)
+        (self.folder / "app").mkdir()
+        (self.folder / "app" / "App.cpp").write_text("one\n" * 99 + "}\n")
+        build = self.folder / "build"
+        build.mkdir()
+        (build / "a.gcda").touch()
+        lines = [line(number, int(number < 100)) for number in range(1, 101)]
+        (self.folder / "report").write_text(json.dumps(report(*lines, file="../app/App.cpp")))
+        gcov = self.folder / coverage.GCOV
+        gcov.write_text(f"#!/bin/sh\ncat {self.folder}/report\n")
+        gcov.chmod(0o755)
+
+    def cover(self, entries):
+        """(exit code, errors)"""
+        (self.folder / "cmake" / "unreached.toml").write_text(entries)
+        done = subprocess.run([sys.executable, "-B", self.folder / "cmake" / "coverage.py", self.folder / "build"],
+                              env=os.environ | {"PATH": f"{self.folder}:{os.environ['PATH']}"}, capture_output=True,
+                              text=True, check=False)
+        return done.returncode, done.stderr
+
+    def test_a_line_that_is_left_without_a_reason_fails_and_is_named(self):
+        told = "coverage: cmake/unreached.toml gives no reason for app/App.cpp:100: }\n"
+        self.assertEqual((1, told), self.cover(""))
+
+    def test_a_line_that_is_left_for_a_reason_is_allowed(self):
+        self.assertEqual((0, ""), self.cover("[[unreached]]\nfile = 'app/App.cpp'\nline = '}'\nreason = 'never'\n"))
 
 
 if __name__ == "__main__":

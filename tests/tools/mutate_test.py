@@ -1,9 +1,11 @@
 """./dev mutate on a small program of its own: what it changes, what it finds caught and what survives."""
 
 import json
+import os
 import pathlib
 import random
 import re
+import signal
 import subprocess
 import sys
 import textwrap
@@ -108,12 +110,14 @@ class Sample(support.ScriptTest):
     def build(self, *words):
         subprocess.run([str(word) for word in words], check=True, stdout=subprocess.DEVNULL)
 
-    def mutate(self, *words):
-        """(exit code, output)"""
+    def start_mutate(self, *words):
         call = ("import pathlib, sys, command; root = pathlib.Path(sys.argv[1]); "
                 "sys.exit(command.main(root, sys.argv[2:], root))")
-        process = self.start("/usr/bin/python3", "-B", "-c", call, self.root, *words,
-                             cwd=support.ROOT / "tools" / "mutate")
+        return self.start("/usr/bin/python3", "-B", "-c", call, self.root, *words, cwd=support.ROOT / "tools" / "mutate")
+
+    def mutate(self, *words):
+        """(exit code, output)"""
+        process = self.start_mutate(*words)
         output = process.stdout.read()
         return process.wait(support.LIMIT), output
 
@@ -208,6 +212,17 @@ class Whole(Sample):
             self.assertIn(said, output)
 
 
+class Signals(Sample):
+    def test_one_ends_it_at_once_while_it_reads_the_sources(self):
+        header = self.root / "utils/Limit.h"
+        header.unlink()
+        os.mkfifo(header)
+        process = self.start_mutate("--sample", "1")
+        with header.open("w"):  # when the reader has come, which now waits for the text
+            process.send_signal(signal.SIGTERM)
+            self.assertEqual(-signal.SIGTERM, process.wait(support.LIMIT))
+
+
 class Changes(support.ScriptTest):
     def found(self, body, before=""):
         path = self.folder / "Some.cpp"
@@ -242,25 +257,29 @@ class Changes(support.ScriptTest):
                          [each for each in self.found("b = a < b && Of<3>() >= a;", templates) if each[0] == "turn"])
 
     def test_numbers_are_one_off(self):
-        for number, changed in (("7", "8"), ("1'000u", "1001u"), ("0xFF", "0x100"), ("0", "1"), ("0b10", "0b11"),
-                                ("017", "020"), ("1.5", None)):
+        for number, changed in (("7", ["8", "6"]), ("1'000u", ["1001u", "999u"]), ("0xFF", ["0x100", "0xFE"]), ("0", ["1"]),
+                                ("0b10", ["0b11", "0b1"]), ("017", ["020", "016"]), ("1.5", [])):
             with self.subTest(number):
                 self.assertEqual(changed, syntax.off_by_one(number))
+
+    def test_each_number_is_changed_both_ways(self):
+        self.assertEqual([("constant", "3", "2"), ("constant", "3", "4")],
+                         [each for each in self.found("a = 3;") if each[0] == "constant"])
 
     def test_one_letter_of_a_text_is_another(self):
         for text, changed in (('"size"', '"siye"'), ('"some"', '"sone"'), ('L"x"', 'L"y"'), ("'z'", "'y'"),
                               ('"%d"', '"%e"'),
                               ('"\\xFF\\xFE"', None), ('"\\r\\n"', None), ('""', None)):
             with self.subTest(text):
-                self.assertEqual(changed, syntax.misspelt(text))
+                self.assertEqual([changed] if changed else [], syntax.misspelt(text))
 
     def test_those_told_by_the_same_words_have_ids_of_their_own(self):
         path = self.folder / "Some.cpp"
         path.write_text("int Some()\n{\n    int a = 1 + 1;\n    return a;\n}\n")
         found = change.numbered(syntax.changes_in(path, "Some.cpp", path, ["clang++-19"]))
         constants = [each for each in found if each.kind == "constant"]
-        self.assertEqual([1, 2], [each.nth for each in constants])
-        self.assertEqual(2, len({each.id for each in constants}))
+        self.assertEqual([1, 1, 2, 2], [each.nth for each in constants])
+        self.assertEqual(4, len({each.id for each in constants}))
 
 
 class Compiled(support.ScriptTest):

@@ -68,6 +68,12 @@ class Tidy(support.ScriptTest):
         units = sorted(path.read_text().count("library") for path in (self.build / "tidy").glob("*.cpp"))
         self.assertEqual([0, 2], units)
 
+    def test_sources_go_together_whatever_namespaces_they_use_those_without_first(self):
+        sources = {"app/1.cpp": "using namespace one;\n", "app/2.cpp": "using namespace two;\n", "app/3.cpp": "int plain;\n"}
+        self.assertEqual((0, "    clang-tidy: 1 of 1\n"), self.tidy(sources))
+        self.assertEqual("int plain;\nusing namespace one;\nusing namespace two;\n",
+                         (self.build / "tidy" / "0.cpp").read_text())
+
     def test_what_is_found_names_its_own_source_and_line(self):
         code, output = self.tidy({"app/one.cpp": "int one;\n\n", "app/two.cpp": "int two;\nint bad;\n"})
         self.assertEqual(1, code)

@@ -132,6 +132,22 @@ class ClosingLine(WineRunTest):
             self.assertEqual((wanted, ""), self.shell(f"exit {wanted}"))
 
 
+class Calls(WineRunTest):
+    def test_help_says_how_it_is_called_and_makes_no_prefix(self):
+        for word in ("--help", "-h"):
+            process = self.start(WINE_RUN, word, cwd=self.folder)
+            self.assertTrue(process.stdout.read().startswith("wine-run [--demand "))
+            self.assertEqual(0, process.wait(support.LIMIT))
+            self.assertEqual([], list(self.folder.iterdir()))
+
+    def test_one_without_a_prefix_or_a_program_is_refused(self):
+        for words in ((), (PREFIX,), ("--help-me", "cmd"), ("--demand",), ("--demand", "test", PREFIX), ("--demand", "x", PREFIX, "cmd")):
+            with self.subTest(words):
+                code, output = self.run_program(*words)
+                self.assertEqual(2, code)
+                self.assertRegex(output, r"^wine-run: .*; wine-run --help tells how it is called\n$")
+
+
 class Interrupted(WineRunTest):
     def test_a_prefix_that_was_not_made_to_its_end_is_made_from_the_beginning(self):
         prefix = self.folder / "prefix"

@@ -44,5 +44,7 @@ class Catalogue:
         if known.get("content") != content:
             found = numbered(syntax.changes_in(path, name, made.source, command_of(made)))
             known = {"content": content, "changes": [each.__dict__ for each in found]}
-            kept.write_text(json.dumps(known))
+            whole = kept.with_suffix(".new")  # one that is interrupted leaves no part
+            whole.write_text(json.dumps(known))
+            whole.replace(kept)
         return [Change(**each) for each in known["changes"]]

@@ -96,6 +96,7 @@ def workers(root, builds, runners, place):
 
 def main(root, words, called_from):
     options = arguments.parse(words)
+    processes.end_by_signals()
     place = root / "build/mutate"
     builds = [Build(root, folder) for folder in (root / "build/native", root / "build/product") if folder.exists()]
     sources = chosen_sources(root, options.files, called_from)
@@ -110,6 +111,7 @@ def main(root, words, called_from):
     if number == 0:
         return 0
 
+    processes.stop_by_signals()
     runners = [Runner(place / f"prefix-{n + 1}", builds[-1].folder / "simulator/sim.exe")
                for n in range(min(options.jobs, number))]
     try:

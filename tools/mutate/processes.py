@@ -5,6 +5,8 @@ import signal
 import subprocess
 import threading
 
+SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
+
 _running = set()
 _lock = threading.Lock()
 _stopping = threading.Event()
@@ -34,6 +36,17 @@ def stop():
                 os.killpg(process.pid, signal.SIGTERM)
             except ProcessLookupError:
                 pass
+
+
+def end_by_signals():
+    """While nothing runs that would have to be ended: a library that is called would keep a handler waiting."""
+    for number in SIGNALS:
+        signal.signal(number, signal.SIG_DFL)
+
+
+def stop_by_signals():
+    for number in SIGNALS:
+        signal.signal(number, lambda *_: stop())
 
 
 def stopping():

@@ -28,15 +28,15 @@ def children(cursor):
 
 
 def off_by_one(number):
-    """The literal for one more; nothing for what is no whole number."""
+    """The literals for one more and for one less; none for what is no whole number."""
     found = NUMBER.fullmatch(number)
     if not found:
-        return None
+        return []
     digits = found["digits"].replace("'", "")
     octal_or_not = (8, "0{:o}") if digits[:1] == "0" and len(digits) > 1 else (10, "{}")
     base, form = {"x": (16, "0x{:X}"), "b": (2, "0b{:b}")}.get(digits[1:2].lower(), octal_or_not)
-    value = int(digits, base) + 1
-    return form.format(value) + found["suffix"]
+    value = int(digits, base)
+    return [form.format(each) + found["suffix"] for each in (value + 1, value - 1) if each >= 0]
 
 
 def other_letter(letter):
@@ -44,18 +44,18 @@ def other_letter(letter):
 
 
 def misspelt(literal):
-    """The text with the letter in its middle exchanged; nothing for one without letters."""
+    """The text with the letter in its middle exchanged; none for one without letters."""
     found = TEXT.fullmatch(literal)
     if not found:
-        return None
+        return []
     escaped = {place for escape in ESCAPE.finditer(found["text"]) for place in range(*escape.span())}
     places = [place for place, letter in enumerate(found["text"])
               if letter.isascii() and letter.isalnum() and place not in escaped]
     if not places:
-        return None
+        return []
     place = places[len(places) // 2]
     text = found["text"]
-    return found["before"] + text[:place] + other_letter(text[place]) + text[place + 1 :] + found["after"]
+    return [found["before"] + text[:place] + other_letter(text[place]) + text[place + 1 :] + found["after"]]
 
 
 class File:
@@ -244,12 +244,12 @@ def change_tokens(file):
         if is_directive(file, place):
             continue
         if token.kind == TokenKind.LITERAL:
-            kind, new = ("constant", off_by_one(text)) if text[0].isdigit() else ("letter", misspelt(text))
+            kind, others = ("constant", off_by_one(text)) if text[0].isdigit() else ("letter", misspelt(text))
         elif text in TURNED and text not in "<>" and token.kind in (TokenKind.PUNCTUATION, TokenKind.KEYWORD):
-            kind, new = "turn", TURNED[text]
+            kind, others = "turn", [TURNED[text]]
         else:
             continue
-        if new:
+        for new in others:
             file.add(kind, place, place + len(text.encode()), new)
 
 

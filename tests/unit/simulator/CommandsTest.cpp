@@ -84,6 +84,7 @@ INSTANTIATE_TEST_SUITE_P(
         sim::Words{L"play", L"a", L"--record"}, sim::Words{L"play", L"--htm"}, sim::Words{L"play", L"--html"},
         sim::Words{L"play", L"--html", L"--verdict", L"a"}, sim::Words{L"play", L"--record", L"--html", L"page", L"a"},
         sim::Words{L"play", L"--record", L"--trace", L"file", L"a"},
+        sim::Words{L"play", L"--html", L"C:\\KZEB.log", L"a"}, sim::Words{L"play", L"--trace", L"C:\\kzeb.LOG", L"a"},
         sim::Words{L"play", L"--verdict", L"--record", L"a"}, sim::Words{L"restart", L"x"}, sim::Words{L"page"},
         sim::Words{L"page", L"a", L"b"}));
 
