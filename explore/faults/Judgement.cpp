@@ -248,7 +248,8 @@ Judged JudgeHandlers(Flow const& flow, std::vector<WayAt> const& deviations, Out
     return Compare(expected, {}, seen);
 }
 
-// Without the last deviation, with it, and with it at any call like the one that it has met.
+// Without the last deviation, with it, and with it at any call like the one that it has met, also where the others have
+// met a call that cannot go their way.
 std::vector<Outcome> Possible(Flow const& flow, std::vector<WayAt> const& deviations, Outcome const& seen)
 {
     std::vector<Outcome> possible;
@@ -270,14 +271,17 @@ std::vector<Outcome> Possible(Flow const& flow, std::vector<WayAt> const& deviat
     add(others);
     add(deviations);
     add({last});
-    auto const calls = CallsOf(flow, others);
-    for (std::size_t call = 0; call < calls.size() && last.call < seen.calls.size(); ++call)
+    for (auto const& before : {others, std::vector<WayAt>()})
     {
-        if (calls[call] == seen.calls[last.call])
+        auto const calls = CallsOf(flow, before);
+        for (std::size_t call = 0; call < calls.size() && last.call < seen.calls.size(); ++call)
         {
-            auto ways = others;
-            ways.push_back({call, last.way});
-            add(ways);
+            if (calls[call] == seen.calls[last.call])
+            {
+                auto ways = before;
+                ways.push_back({call, last.way});
+                add(ways);
+            }
         }
     }
     return possible;

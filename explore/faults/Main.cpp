@@ -99,10 +99,11 @@ void PlayPairsByChance(std::vector<Flow const*> flows, std::size_t mostOfEach, O
     auto left = mostOfEach * flows.size();
     report.Expect(left);
     PlayAll(report, [&]() -> std::optional<PlayId> {
-        if (flows.empty() || IsTimeOver(options, report) || (mostOfEach > 0 && left-- == 0))
+        if (flows.empty() || IsTimeOver(options, report) || (mostOfEach > 0 && left == 0))
         {
             return std::nullopt;
         }
+        left -= mostOfEach > 0 ? 1 : 0;
         return PairByChance(*flows[random.Below(flows.size())], random);
     });
 }

@@ -160,3 +160,17 @@ TEST(FaultsReckoningTest, CallsNoHandlerAgainThatEndsAsDisconnected)
     EXPECT_EQ(outcome.answers, (std::vector<Answer>{{false}, {false}}));
     EXPECT_EQ(outcome.completions, std::vector<unsigned>{0});
 }
+
+// The handlers of the first loss meet the second one.
+TEST(FaultsReckoningTest, LosesAConnectionOnce)
+{
+    auto const first = test::NumberOf(unregister, sendMessage);
+    for (auto const second : {first + 1, first + 2})
+    {
+        Reckoning reckoning(unregister.scene, {{first, {Way::Kind::TaskCancelled}}, {second, {Way::Kind::HelperDies}}});
+        reckoning.Run(unregister.rules, unregister.role);
+        EXPECT_EQ(reckoning.Lost()->handlers.size(), 2U);
+        EXPECT_EQ(reckoning.Result().tasksEnded, 1U);
+        EXPECT_TRUE(reckoning.Result().answers.at(0).isGiven);
+    }
+}

@@ -354,9 +354,16 @@ void Reckoning::Lose(Way way)
 
 void Reckoning::LoseConnection(Way way)
 {
-    m_loss = Loss{m_outcome.lines.size(), m_outcome.calls.size(), {}};
     m_second = nullptr; // what has not been asked does not come to the app any more
     LoseRequests(way);
+    if (m_areHandlersRunning || (m_loss && m_scene.helpers == 1))
+    {
+        return LoseOnceMore(way);
+    }
+    if (!m_loss)
+    {
+        m_loss = Loss{m_outcome.lines.size(), m_outcome.calls.size(), {}};
+    }
     auto const request = m_request;
     auto const run = [&](Steps const& steps, Role role) {
         m_loss->handlers.push_back(steps);
@@ -380,6 +387,15 @@ void Reckoning::LoseConnection(Way way)
         run(*m_sends.front().steps, Role::Continuation);
     }
     m_request = request;
+}
+
+// Nothing is left to be released, but further handlers may run.
+void Reckoning::LoseOnceMore(Way way)
+{
+    for (std::size_t helper = 0; helper < m_scene.helpers; ++helper)
+    {
+        m_loss->handlers.push_back(way.kind == Way::Kind::TaskCancelled ? TaskCancelled() : ConnectionClosed());
+    }
 }
 
 // A cancelled task closes the connection of the last helper, who is not the one that has made the first request where

@@ -113,6 +113,7 @@ class Reckoning
     void PlayAside(Steps const& steps, Role role);
     void Lose(Way way);
     void LoseConnection(Way way);
+    void LoseOnceMore(Way way);
     void LoseRequests(Way way);
     void PlaySecond();
     void FillOutcome();
