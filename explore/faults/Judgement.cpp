@@ -271,6 +271,10 @@ std::vector<Outcome> Possible(Flow const& flow, std::vector<WayAt> const& deviat
     add(others);
     add(deviations);
     add({last});
+    if (std::ranges::all_of(deviations, [](WayAt const& deviation) { return IsEvent(deviation.way); }))
+    {
+        add({}); // a handler that meets the second event lets the thread go on that has met the first one
+    }
     for (auto const& before : {others, std::vector<WayAt>()})
     {
         auto const calls = CallsOf(flow, before);
