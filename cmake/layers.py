@@ -77,8 +77,9 @@ TABLE = {
     # What tries them.
     "tests/support": ["logging", "service", "utils", "simulator/base", "projection"],
     "tests/native": [
-        "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "explore/harness",
-        "explore/kill", "explore/stress", "logging", "simulator/protocol", "utils",
+        "bench/harness", "doctor/log", "doctor/stories", "doctor/verdict", "doctor/watches", "explore/faults",
+        "explore/faults/model", "explore/harness", "explore/kill", "explore/stress", "logging", "simulator/protocol",
+        "utils",
     ],
     "tests/unit/app": [
         "app", "service", "logging", "projection", "simulator/runtime/Implements.h", "simulator/testing",
@@ -90,7 +91,7 @@ TABLE = {
         "tests/native", "tests/support",
     ],
     "tests/unit/explore": [
-        "explore/faults", "explore/harness", "explore/kill", "explore/log", "logging", "simulator/base", "tests/support",
+        "explore/harness", "explore/kill", "explore/log", "logging", "simulator/base", "tests/support",
     ],
     "tests/unit/helper": ["helper", "projection", "tests/support"],
     "tests/unit/logging": ["logging", "utils", "tests/support"],

@@ -1,5 +1,6 @@
 #include "explore/faults/Flow.h"
 
+#include "explore/faults/Stage.h"
 #include "explore/faults/model/Rules.h"
 #include "tests/flow/RegisteredTask.h"
 
@@ -58,6 +59,14 @@ void Ask(Stage& stage)
     stage.FirstHelper().Ask();
 }
 
+// The second one comes when the first one rests: it waits for an event, or for an answer of the helper.
+void AskTwice(Stage& stage)
+{
+    stage.FirstHelper().Ask();
+    stage.Rest();
+    stage.LastHelper().Ask();
+}
+
 template <wchar_t const* task, sim::Trigger trigger>
 void Activate(Stage& stage)
 {
@@ -74,18 +83,12 @@ constexpr wchar_t pushTask[] = L"PushNotificationBGTask";
 constexpr wchar_t timerTask[] = L"URITimerBGTask";
 constexpr wchar_t otherTask[] = L"Other";
 
-Scene Connected()
+Scene Connected(std::size_t requests = 0, std::size_t helpers = 1)
 {
     Scene scene;
     scene.isConnected = true;
-    return scene;
-}
-
-// Replies go out to the second one.
-Scene OfTwoHelpers()
-{
-    auto scene = Connected();
-    scene.helpers = 2;
+    scene.requests = requests;
+    scene.helpers = helpers;
     return scene;
 }
 
@@ -99,7 +102,7 @@ Scene ActivatedFor(wchar_t const* task)
 template <wchar_t const* command>
 Flow Request(std::string_view name)
 {
-    return {name, PrepareRequest<command>, Ask, RequestReceived(command), Role::Handler, Connected(), true};
+    return {name, PrepareRequest<command>, Ask, RequestReceived(command), Role::Handler, Connected(1), true};
 }
 
 template <wchar_t const* task, sim::Trigger trigger>
@@ -140,22 +143,48 @@ std::vector<Flow> MakeFlows()
              stage.AddHelper().Open();
              stage.AwaitActivation(1);
          },
-         BackgroundActivation(), Role::Override},
+         BackgroundActivation(), Role::Override, Scene(), true},
         Request<getChannelUri>("get-channel-uri"),
         Request<registerTasks>("register"),
         Request<unregisterTasks>("unregister"),
         Request<exitZeb>("exit"),
         Request<unknown>("unknown-command"),
+        // Replies go out to the second helper.
         {"two-helpers",
          [](Stage& stage) {
              PrepareRequest<unregisterTasks>(stage);
              Connect(stage);
          },
-         Ask, RequestReceived(unregisterTasks), Role::Handler, OfTwoHelpers(), true},
-        {"close", PrepareService, [](Stage& stage) { stage.FirstHelper().Close(); }, TaskCancelled(), Role::Handler,
-         Connected(), false, ConnectionClosed()},
-        {"cancel", PrepareService, [](Stage& stage) { stage.device.CancelTasks(0); }, TaskCancelled(), Role::Handler,
-         Connected()},
+         Ask, RequestReceived(unregisterTasks), Role::Handler, Connected(1, 2), true},
+        {"two-requests",
+         [](Stage& stage) {
+             PrepareRequest<registerTasks>(stage);
+             stage.FirstHelper().Prepare(getChannelUri);
+         },
+         AskTwice, RequestReceived(registerTasks), Role::Handler, Connected(2), true, RequestReceived(getChannelUri)},
+        {"two-helpers-ask",
+         [](Stage& stage) {
+             PrepareRequest<getChannelUri>(stage);
+             Connect(stage);
+             stage.LastHelper().Prepare(unregisterTasks);
+         },
+         AskTwice, RequestReceived(getChannelUri), Role::Handler, Connected(2, 2), true,
+         RequestReceived(unregisterTasks)},
+        {.name = "close",
+         .prepare = PrepareService,
+         .begin = [](Stage& stage) { stage.FirstHelper().Close(); },
+         .rules = {},
+         .scene = Connected(),
+         .hasHelper = true,
+         .handlers = {TaskCancelled(), ConnectionClosed()}},
+        {.name = "cancel",
+         .prepare = PrepareService,
+         .begin = [](Stage& stage) { stage.device.CancelTasks(0); },
+         .rules = {},
+         .scene = Connected(),
+         .hasHelper = true,
+         .handlers = {TaskCancelled()},
+         .closed = ConnectionClosed()},
     };
 }
 

@@ -56,18 +56,22 @@ void Helper::Open()
 
 void Helper::Prepare(std::wstring_view command)
 {
-    m_prepared = ValueSet();
-    m_prepared.Insert(L"Command", winrt::box_value(winrt::hstring(command)));
+    m_prepared.emplace_back().Insert(L"Command", winrt::box_value(winrt::hstring(command)));
 }
 
 void Helper::Ask()
 {
-    m_request = m_connection.SendMessageAsync(m_prepared);
+    auto& request = m_requests.emplace_back(nullptr);
+    if (!m_isClosed)
+    {
+        request = m_connection.SendMessageAsync(m_prepared.at(m_requests.size() - 1));
+    }
 }
 
-void Helper::Close() const
+void Helper::Close()
 {
     sim::CallerScope const caller; // also on a thread of the app
+    m_isClosed = true;
     m_connection.Close();
 }
 
@@ -97,19 +101,16 @@ std::vector<std::wstring> Helper::Messages() const
     return m_inbox->messages;
 }
 
-bool Helper::IsAnswered() const
+std::vector<Answer> Helper::Answers() const
 {
-    return m_request && m_request.Status() != AsyncStatus::Started;
-}
-
-std::wstring Helper::Response() const
-{
-    if (!IsAnswered() || m_request.Status() != AsyncStatus::Completed)
+    std::vector<Answer> answers;
+    for (auto const& request : m_requests)
     {
-        return {};
+        auto const status = request ? request.Status() : AsyncStatus::Error;
+        auto const message = status == AsyncStatus::Completed ? request.GetResults().Message() : nullptr;
+        answers.push_back({status != AsyncStatus::Started, message ? Text(message) : std::wstring()});
     }
-    auto const message = m_request.GetResults().Message();
-    return message ? Text(message) : std::wstring();
+    return answers;
 }
 
 } // namespace explore::faults

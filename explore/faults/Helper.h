@@ -1,4 +1,7 @@
 #pragma once
+#include "explore/faults/model/Outcome.h"
+
+#include <atomic>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -21,9 +24,9 @@ class Helper
     ~Helper() { Close(); }
 
     void Open();
-    void Prepare(std::wstring_view command); // what Ask sends
-    void Ask();
-    void Close() const;
+    void Prepare(std::wstring_view command); // a request, for Ask
+    void Ask();                              // sends the next one; one that has closed cannot
+    void Close();
 
     // False when there is none to answer.
     bool AnswerMessage() const;
@@ -34,11 +37,8 @@ class Helper
     // As "KEY=VALUE KEY=VALUE".
     std::vector<std::wstring> Messages() const;
 
-    bool HasAsked() const { return m_request != nullptr; }
-
-    // The request has an end. Its response, then; empty for none.
-    bool IsAnswered() const;
-    std::wstring Response() const;
+    // To what it has asked, in that order.
+    std::vector<Answer> Answers() const;
 
   private:
     using AppServiceConnection = winrt::Windows::ApplicationModel::AppService::AppServiceConnection;
@@ -57,8 +57,9 @@ class Helper
 
     AppServiceConnection m_connection{nullptr};
     std::shared_ptr<Inbox> m_inbox = std::make_shared<Inbox>();
-    ValueSet m_prepared{nullptr};
-    winrt::Windows::Foundation::IAsyncOperation<AppServiceResponse> m_request{nullptr};
+    std::atomic<bool> m_isClosed = false;
+    std::vector<ValueSet> m_prepared;
+    std::vector<winrt::Windows::Foundation::IAsyncOperation<AppServiceResponse>> m_requests;
     winrt::Windows::Foundation::IAsyncOperation<
         winrt::Windows::ApplicationModel::AppService::AppServiceConnectionStatus>
         m_opening{nullptr};

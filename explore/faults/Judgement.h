@@ -1,5 +1,5 @@
 #pragma once
-#include "explore/faults/model/Outcome.h"
+#include "explore/faults/Flow.h"
 
 #include <string>
 
@@ -9,18 +9,24 @@ namespace explore::faults
 // What was seen against what the rules say.
 struct Judged
 {
-    std::string kind; // empty: they agree
-    std::string what;
+    std::string kind = {}; // empty: they agree
+    std::string what = {};
 };
 
-// aside: sequences of lines that stand anywhere among the others, each in its own order.
-Judged Compare(Outcome const& expected, std::vector<Texts> const& aside, Outcome const& seen);
+// A play: to the letter where what follows has one order, or orders that can be tried; otherwise by the invariants.
+Judged Judge(Flow const& flow, std::vector<WayAt> const& deviations, Outcome const& seen);
 
-// What holds whatever goes wrong at the same time.
-Judged HoldInvariants(Outcome const& seen, bool mayStayOpen);
+// Whether the rules tell all that follows.
+bool IsExact(Flow const& flow, std::vector<WayAt> const& deviations);
 
-// Whether the lines are those of the sequences, each in its own order.
-bool IsInterleaving(Texts const& lines, std::vector<Texts> const& sequences);
+Judged Compare(Outcome const& expected, std::vector<Aside> const& asides, Outcome const& seen);
+
+// What holds whatever goes wrong at the same time. possible: what the rules say of orders in which it may have come;
+// each part of what was seen is that of one of them.
+Judged HoldInvariants(Outcome const& seen, std::vector<Outcome> const& possible);
+
+// Whether the texts are those of the sequences, each in its own order.
+bool IsInterleaving(Texts const& texts, std::vector<Texts> const& sequences);
 
 std::string Shown(Texts const& texts);
 

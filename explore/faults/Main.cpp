@@ -72,17 +72,61 @@ NextPlay Of(std::vector<PlayId> plays)
     };
 }
 
-// So many, or until the time is over.
-NextPlay Pairs(std::vector<Flow const*> flows, Options const& options, Report const& report)
+bool IsTimeOver(Options const& options, Report const& report)
 {
-    auto const ordinary = 60 * flows.size();
-    auto const few = 2 * flows.size();
-    return [flows = std::move(flows), random = Random(options.seed), left = options.isShort ? few : ordinary, &options,
-            &report]() mutable -> std::optional<PlayId> {
-        auto const goesOn = options.longest ? report.Elapsed() < *options.longest : left > 0;
-        left -= left > 0 ? 1 : 0;
-        return goesOn ? std::optional(PairByChance(*flows[random.Below(flows.size())], random)) : std::nullopt;
-    };
+    return options.longest && report.Elapsed() >= *options.longest;
+}
+
+// All of them in the order of the seed, or until the time is over.
+void PlayPairsWithin(std::vector<Flow const*> const& flows, Options const& options, Report& report)
+{
+    PairPlays pairs(flows);
+    pairs.Shuffle(options.seed);
+    std::printf("  %zu pairs within one request\n", pairs.Count());
+    report.Expect(pairs.Count());
+    std::size_t at = 0;
+    PlayAll(report, [&]() -> std::optional<PlayId> {
+        return at < pairs.Count() && !IsTimeOver(options, report) ? std::optional(pairs.At(at++)) : std::nullopt;
+    });
+    std::printf("  %zu of %zu pairs within one request played\n", at, pairs.Count());
+}
+
+// So many, or until the time is over.
+void PlayPairsByChance(std::vector<Flow const*> flows, std::size_t mostOfEach, Options const& options, Report& report)
+{
+    std::erase_if(flows, [](Flow const* flow) { return PairPlays({flow}).Count() == 0; });
+    Random random(options.seed);
+    auto left = mostOfEach * flows.size();
+    report.Expect(left);
+    PlayAll(report, [&]() -> std::optional<PlayId> {
+        if (flows.empty() || IsTimeOver(options, report) || (mostOfEach > 0 && left == 0))
+        {
+            return std::nullopt;
+        }
+        left -= mostOfEach > 0 ? 1 : 0;
+        return PairByChance(*flows[random.Below(flows.size())], random);
+    });
+}
+
+// Those of one request have all their pairs played, but in the short share.
+void PlayPairs(std::vector<Flow const*> const& flows, Options const& options, Report& report)
+{
+    constexpr std::size_t few = 2;
+    constexpr std::size_t many = 60;
+    if (options.isShort)
+    {
+        return PlayPairsByChance(flows, few, options, report);
+    }
+    std::vector<Flow const*> requests;
+    std::vector<Flow const*> others;
+    std::ranges::partition_copy(flows, std::back_inserter(requests), std::back_inserter(others),
+                                [](Flow const* flow) { return flow->scene.requests == 1; });
+    PlayPairsByChance(others, many, options, report);
+    PlayPairsWithin(requests, options, report);
+    if (options.longest)
+    {
+        PlayPairsByChance(flows, 0, options, report);
+    }
 }
 
 // The share of ./dev test: so many of them.
@@ -97,7 +141,7 @@ void TakeSome(std::vector<PlayId>& plays, std::uint64_t seed)
     plays.resize(std::min(some, plays.size()));
 }
 
-int Explore(Options const& options, std::vector<Flow const*> flows)
+int Explore(Options const& options, std::vector<Flow const*> const& flows)
 {
     Report report("faults", options.seed);
     std::vector<PlayId> ordinary;
@@ -113,7 +157,7 @@ int Explore(Options const& options, std::vector<Flow const*> flows)
     }
     PlayAll(report, Of(std::move(ordinary)));
     PlayAll(report, Of(std::move(singles)));
-    PlayAll(report, Pairs(std::move(flows), options, report));
+    PlayPairs(flows, options, report);
     return report.Conclude();
 }
 
@@ -149,7 +193,9 @@ int main(int argc, char** argv)
     }
     if (options.replay)
     {
-        return Replay(*options.replay, options);
+        auto const* const flow = FlowOf(options.replay->story);
+        auto const why = flow ? WhyNot(*flow, *options.replay) : "there is no flow " + options.replay->story;
+        return why.empty() ? Replay(*options.replay, options) : Refuse(why);
     }
     auto const [flows, unknown] = ChosenStories(Flows(), options.stories, [](Flow const&) { return true; });
     return unknown.empty() ? Explore(options, flows) : Refuse("there is no flow " + unknown);

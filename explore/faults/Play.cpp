@@ -2,12 +2,15 @@
 
 #include "explore/faults/Flow.h"
 #include "explore/faults/Judgement.h"
+#include "explore/faults/Plays.h"
+#include "explore/faults/Stage.h"
 #include "simulator/protocol/KnownCalls.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <exception>
-#include <set>
+#include <numeric>
+#include <stdexcept>
 #include <winrt/Windows.Foundation.Collections.h>
 #include <winrt/Windows.Storage.h>
 
@@ -76,6 +79,41 @@ sim::Fault FaultOf(Way const& way, std::wstring_view call)
     }
 }
 
+// Of the exception that ends the process.
+std::int32_t TerminationCode()
+try
+{
+    std::rethrow_exception(std::current_exception());
+}
+catch (winrt::hresult_error const& error)
+{
+    return error.code();
+}
+catch (std::bad_alloc const&)
+{
+    return E_OUTOFMEMORY;
+}
+catch (...)
+{
+    return 0;
+}
+
+// What happens outside the app; null for what is a fault of the call.
+void (*EventOf(Way const& way))(Stage&)
+{
+    switch (way.kind)
+    {
+    case Way::Kind::HelperCloses:
+        return [](Stage& stage) { stage.FirstHelper().Close(); };
+    case Way::Kind::HelperDies:
+        return [](Stage& stage) { stage.device.KillCaller(); };
+    case Way::Kind::TaskCancelled:
+        return [](Stage& stage) { stage.device.CancelTasks(0); };
+    default:
+        return nullptr;
+    }
+}
+
 bool IsKnown(std::wstring_view call)
 {
     return std::ranges::find(sim::knownCalls, call, &sim::KnownCall::name) != std::end(sim::knownCalls);
@@ -86,13 +124,8 @@ class Play
 {
   public:
     Play(PlayId const& id, std::function<void(Verdict const&)> const& judged)
-        : m_flow(*FlowOf(id.story)), m_judged(judged)
+        : m_flow(*FlowOf(id.story)), m_judged(judged), m_deviations(*WaysIn(id))
     {
-        for (auto const& deviation : id.deviations)
-        {
-            auto const way = WayOf(deviation.what);
-            m_deviations.push_back({deviation.step, way ? *way : throw std::runtime_error("no way " + deviation.what)});
-        }
     }
 
     void Run()
@@ -156,23 +189,29 @@ class Play
     {
         m_stage.AwaitOthersIfAsked();
         auto const way = Next(call);
-        switch (way.kind)
+        if (way.kind == Way::Kind::Killed)
         {
-        case Way::Kind::Ordinary:
-            return std::nullopt;
-        case Way::Kind::HelperCloses:
-            m_stage.DoBeforeNext([](Stage& stage) { stage.FirstHelper().Close(); });
-            return std::nullopt;
-        case Way::Kind::HelperDies:
-            m_stage.DoBeforeNext([](Stage& stage) { stage.device.KillCaller(); });
-            return std::nullopt;
-        case Way::Kind::TaskCancelled:
-            m_stage.DoBeforeNext([](Stage& stage) { stage.device.CancelTasks(0); });
-            return std::nullopt;
-        case Way::Kind::Killed:
             EndWithProcess(End::Killed);
-        default:
+        }
+        auto* const event = EventOf(way);
+        if (event == nullptr && way.kind != Way::Kind::Ordinary)
+        {
             return FaultOf(way, call);
+        }
+        if (event != nullptr)
+        {
+            m_stage.DoBeforeNext(event);
+        }
+        NoteExit(call);
+        return std::nullopt;
+    }
+
+    void NoteExit(std::wstring_view call)
+    {
+        if (call == L"CoreApplication.Exit")
+        {
+            std::lock_guard const lock(m_mutex);
+            m_linesAtExit = m_stage.Lines().size() - m_linesBefore;
         }
     }
 
@@ -181,7 +220,7 @@ class Play
         std::lock_guard const lock(m_mutex);
         auto const number = m_calls.size();
         m_calls.emplace_back(call);
-        auto const deviation = std::ranges::find(m_deviations, number, &Reckoning::Deviation::call);
+        auto const deviation = std::ranges::find(m_deviations, number, &WayAt::call);
         auto const way = deviation != m_deviations.end() && Applies(deviation->way, call) ? deviation->way : Way();
         if (way.kind == Way::Kind::Ended)
         {
@@ -218,7 +257,11 @@ class Play
             else
             {
                 seen.end = end;
+                seen.code = end == End::Terminated ? TerminationCode() : 0;
             }
+            std::lock_guard const lock(m_mutex);
+            seen.calls = m_calls;
+            seen.linesAtExit = m_linesAtExit;
         }
         catch (std::exception const& error)
         {
@@ -227,7 +270,8 @@ class Play
         }
         if (verdict.kind.empty())
         {
-            auto const judged = Judge(seen);
+            auto judged = Judge(m_flow, m_deviations, seen);
+            judged = judged.kind.empty() ? JudgeThreads(seen) : judged;
             verdict.kind = judged.kind;
             verdict.what = judged.what;
         }
@@ -238,51 +282,25 @@ class Play
         m_judged(verdict);
     }
 
-    // What follows is in one order: a second deviation meets the call that it meets by the rules.
-    bool IsExact() const
-    {
-        if (m_deviations.empty())
-        {
-            return true;
-        }
-        auto const first = m_deviations.front().way;
-        return m_flow.beside.empty() && (m_flow.scene.helpers == 1 || !IsConcurrent(first)) &&
-               (m_deviations.size() == 1 || (!IsConcurrent(first) && m_deviations.back().way.kind != Way::Kind::Ended));
-    }
-
-    Judged Judge(Outcome const& seen) const
-    {
-        if (!IsExact())
-        {
-            return HoldInvariants(seen, MayStayOpen());
-        }
-        auto const reckoning = Reckoned(m_deviations);
-        auto expected = reckoning.Result();
-        if (reckoning.IsConnectionLost())
-        {
-            TakeUnheard(expected, seen);
-        }
-        auto judged = Compare(expected, reckoning.Aside(), seen);
-        if (judged.kind.empty() && reckoning.Aside().empty() && reckoning.Calls() != m_calls)
-        {
-            judged = {"calls", "  by the rules:" + Shown(reckoning.Calls()) + "\n  seen:" + Shown(m_calls)};
-        }
-        return judged.kind.empty() ? JudgeThreads(reckoning.Aside(), seen) : judged;
-    }
-
     // What comes of an operation that has ended at once never runs on the thread that started it. Held for the UI
     // thread only: one of the pool may have come back by then.
-    Judged JudgeThreads(std::vector<Texts> const& aside, Outcome const& seen) const
+    Judged JudgeThreads(Outcome const& seen) const
     {
-        if (m_starter.empty() || m_flow.role != Role::Override || aside.empty())
+        if (m_starter.empty() || m_flow.role != Role::Override || !IsExact(m_flow, m_deviations))
+        {
+            return {};
+        }
+        Reckoning reckoning(m_flow.scene, m_deviations);
+        reckoning.Run(m_flow.rules, m_flow.role, m_flow.second);
+        if (reckoning.Asides().empty())
         {
             return {};
         }
         auto const threads = m_stage.LineThreads();
+        auto const& aside = reckoning.Asides().front().lines;
         for (std::size_t line = 0; line < seen.lines.size(); ++line)
         {
-            if (std::ranges::find(aside.front(), seen.lines[line]) != aside.front().end() &&
-                threads[m_linesBefore + line] == m_starter)
+            if (std::ranges::find(aside, seen.lines[line]) != aside.end() && threads[m_linesBefore + line] == m_starter)
             {
                 return {"thread", "  on the thread that started the operation:" + Shown({seen.lines[line]})};
             }
@@ -290,52 +308,13 @@ class Play
         return {};
     }
 
-    // A helper that has closed or died may miss what was on its way.
-    static void TakeUnheard(Outcome& expected, Outcome const& seen)
+    static std::string OutcomeText(Outcome const& seen)
     {
-        expected.messages.resize(std::min(expected.messages.size(), seen.messages.size()));
-        if (seen.response.empty())
-        {
-            expected.response.clear();
-        }
-    }
-
-    Reckoning Reckoned(std::vector<Reckoning::Deviation> const& deviations) const
-    {
-        Reckoning reckoning(m_flow.scene, deviations);
-        reckoning.Run(m_flow.rules, m_flow.role, m_flow.beside);
-        return reckoning;
-    }
-
-    bool StaysOpen(std::vector<Reckoning::Deviation> const& deviations) const
-    {
-        return !Reckoned(deviations).Result().isAnswered;
-    }
-
-    // With the last deviation at any call like the one that it has met.
-    bool MayStayOpen() const
-    {
-        auto const& last = m_deviations.back();
-        auto others = m_deviations;
-        others.pop_back();
-        auto const calls = Reckoned(others).Calls();
-        auto const met = last.call < m_calls.size() ? m_calls[last.call] : std::wstring();
-        auto mayStayOpen = StaysOpen(others) || StaysOpen({last});
-        for (std::size_t number = 0; number < calls.size() && !mayStayOpen; ++number)
-        {
-            others.push_back({number, last.way});
-            mayStayOpen = calls[number] == met && StaysOpen(others);
-            others.pop_back();
-        }
-        return mayStayOpen;
-    }
-
-    std::string OutcomeText(Outcome const& seen) const
-    {
+        auto const isAnyOpen = !std::ranges::all_of(seen.answers, &Answer::isGiven);
         return explore::faults::NameOf(seen.end) + ", " + std::to_string(seen.lines.size()) + " lines, " +
-               std::to_string(seen.messages.size()) + " messages, " + std::to_string(seen.completions) +
-               " completions, " + (seen.isAnswered ? "" : "request open, ") + std::to_string(seen.tasks.size()) +
-               " tasks";
+               std::to_string(seen.messages.size()) + " messages, " +
+               std::to_string(std::accumulate(seen.completions.begin(), seen.completions.end(), 0U)) +
+               " completions, " + (isAnyOpen ? "request open, " : "") + std::to_string(seen.tasks.size()) + " tasks";
     }
 
     std::string ShownCalls() const
@@ -352,11 +331,12 @@ class Play
 
     Flow const& m_flow;
     std::function<void(Verdict const&)> const& m_judged;
-    std::vector<Reckoning::Deviation> m_deviations;
-    std::mutex m_mutex; // over the next four
+    std::vector<WayAt> m_deviations;
+    std::mutex m_mutex; // over the next five
     Texts m_calls;
     std::vector<std::uint64_t> m_states;
     std::uint64_t m_hash = 0;
+    std::optional<std::size_t> m_linesAtExit;
     std::wstring m_starter; // the thread whose operation ends at once
     std::size_t m_linesBefore = 0;
     Stage m_stage;
@@ -366,9 +346,10 @@ class Play
 
 void PlayOnce(PlayId const& id, std::function<void(Verdict const&)> const& judged)
 {
-    if (!FlowOf(id.story))
+    auto const* const flow = FlowOf(id.story);
+    if (auto const why = flow ? WhyNot(*flow, id) : "there is no flow " + id.story; !why.empty())
     {
-        throw std::runtime_error("there is no story " + id.story);
+        throw std::runtime_error(why);
     }
     Play(id, judged).Run();
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <winrt/Windows.Foundation.Collections.h>
 #include <winrt/Windows.Foundation.h>
 #include <winrt/Windows.Storage.h>
@@ -105,7 +106,7 @@ void Stage::Settle()
 {
     do
     {
-        AwaitCalm(false);
+        Rest();
     } while (CompleteLaunch() || CompleteMessage() || Release(Place::Sleep) || Release(Place::Registration));
 }
 
@@ -285,14 +286,9 @@ Outcome Stage::Look()
         {
             outcome.messages.push_back(std::to_wstring(number + 1) + L": " + message);
         }
+        std::ranges::copy(m_helpers[number]->Answers(), std::back_inserter(outcome.answers));
     }
-    if (!m_helpers.empty() && m_helpers.front()->HasAsked())
-    {
-        outcome.isAnswered = m_helpers.front()->IsAnswered();
-        outcome.response = m_helpers.front()->Response();
-    }
-    auto const completions = device.Completions();
-    outcome.completions = completions.empty() ? 0 : completions.front();
+    outcome.completions = device.Completions();
     auto const reports = device.Reports();
     outcome.tasksEnded = static_cast<unsigned>(std::ranges::count(reports, L"task-completed", &sim::Event::kind));
     outcome.tasks = device.TaskNames();

@@ -46,7 +46,10 @@ class Stage
     // Waits until the n-th activation has been taken.
     void AwaitActivation(std::size_t number);
 
-    // Until nothing happens any more. Throws Stuck.
+    // Until nothing happens any more but what waits for the play. Throws Stuck.
+    void Rest() { AwaitCalm(false); }
+
+    // The same, and ends what waits for the play, one after the other, until nothing does.
     void Settle();
 
     // What an operation's end leads to may come at any time from now on: it is waited for by a thread of the app.
@@ -60,6 +63,7 @@ class Stage
 
     Helper& AddHelper() { return *m_helpers.emplace_back(std::make_unique<Helper>()); }
     Helper& FirstHelper() { return *m_helpers.front(); }
+    Helper& LastHelper() { return *m_helpers.back(); }
     std::vector<std::unique_ptr<Helper>> const& Helpers() const { return m_helpers; }
 
     // The lines of the log so far. Throws std::runtime_error for one that is torn.

@@ -43,7 +43,8 @@ void Report::Played(PlayId const& play, std::string const& outcome)
     if (auto const now = Clock::now(); now >= m_nextProgress)
     {
         m_nextProgress = now + betweenProgress;
-        std::printf("  %s, at %s\n", Figures().c_str(), TextOf(play).c_str());
+        auto const goal = m_expected == 0 ? std::string() : " until " + std::to_string(m_expected);
+        std::printf("  %s%s, at %s\n", Figures().c_str(), goal.c_str(), TextOf(play).c_str());
         static_cast<void>(std::fflush(stdout));
     }
 }

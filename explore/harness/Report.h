@@ -17,6 +17,9 @@ class Report
     // `subject` as in ./dev explore SUBJECT.
     Report(std::string subject, std::uint64_t seed);
 
+    // So many plays come now, for the lines of progress; 0 where that is not known.
+    void Expect(std::uint64_t plays) { m_expected = plays == 0 ? 0 : m_plays + plays; }
+
     // Counts a whole play by its outcome. Prints a line of progress when one is due.
     void Played(PlayId const& play, std::string const& outcome);
 
@@ -50,6 +53,7 @@ class Report
     Clock::time_point m_started = Clock::now();
     Clock::time_point m_nextProgress;
     std::uint64_t m_plays = 0;
+    std::uint64_t m_expected = 0;
     std::uint64_t m_leftOff = 0;
     std::unordered_set<std::uint64_t> m_states;
     Tally m_outcomes;

@@ -1,5 +1,6 @@
 #include "explore/faults/model/Reckoning.h"
 
+#include "explore/faults/model/Line.h"
 #include "explore/faults/model/Rules.h"
 
 #include <algorithm>
@@ -14,8 +15,6 @@ namespace
 using Kind = Step::Kind;
 
 constexpr std::int32_t nullPointer = static_cast<std::int32_t>(0x80004003);
-constexpr std::int32_t closedObject = static_cast<std::int32_t>(0x80000013);
-
 constexpr std::int32_t invalidArgument = static_cast<std::int32_t>(0x80070057);
 
 constexpr std::wstring_view ownTasks[] = {L"PushNotificationBGTask", L"URITimerBGTask"};
@@ -77,27 +76,45 @@ bool HasEffect(Way way)
 
 } // namespace
 
-Reckoning::Reckoning(Scene scene, std::vector<Deviation> deviations)
-    : m_scene(std::move(scene)), m_deviations(std::move(deviations)), m_hasDeferral(m_scene.isConnected)
+Reckoning::Reckoning(Scene scene, std::vector<WayAt> deviations)
+    : m_scene(std::move(scene)), m_deviations(std::move(deviations)), m_requests(m_scene.requests),
+      m_hasDeferral(m_scene.isConnected)
 {
 }
 
-void Reckoning::Run(Steps const& steps, Role role, Steps const& beside)
+void Reckoning::Run(Steps const& steps, Role role, Steps const& second)
 {
+    m_second = second.empty() ? nullptr : &second;
     try
     {
         Guarded(steps, role);
-        PlayAside(beside, Role::Handler);
+        if (m_later && m_outcome.end == End::Alive)
+        {
+            LoseConnection(*m_later);
+        }
         ContinueAll();
     }
     catch (ProcessEnd const&)
     {
         // nothing more happens
     }
+    FillOutcome();
+}
+
+void Reckoning::FillOutcome()
+{
     m_outcome.tasks = m_scene.tasks;
     m_outcome.uri = m_scene.uri;
-    m_outcome.isAnswered =
-        m_isAnsweredByLoss || m_outcome.completions > 0 || !m_deferralTaken || m_outcome.end != End::Alive;
+    for (auto const& request : m_requests)
+    {
+        auto const isDone = request.completions > 0 || (!request.isDeferred && !request.isUnheard);
+        auto const isGiven = request.isLost || isDone || m_outcome.end != End::Alive;
+        m_outcome.answers.push_back({isGiven, request.response});
+    }
+    for (auto const request : m_deferred)
+    {
+        m_outcome.completions.push_back(m_requests[request].completions);
+    }
 }
 
 // Under what a failure leads to.
@@ -111,11 +128,17 @@ catch (Failure const& failure)
     if (role != Role::Handler)
     {
         m_outcome.end = role == Role::Start ? End::NotStarted : role == Role::Override ? End::Failed : End::Terminated;
-        m_outcome.code = role == Role::Continuation ? 0 : failure.code;
+        m_outcome.code = failure.code;
     }
     if (role == Role::Continuation)
     {
         throw ProcessEnd();
+    }
+    // The platform takes such a handler for one of a process that is gone, and does not call it again.
+    if (role == Role::Handler && failure.code == Results::disconnected && m_second && m_scene.helpers == 1)
+    {
+        m_second = nullptr;
+        m_requests[1].isUnheard = true;
     }
 }
 
@@ -132,11 +155,9 @@ void Reckoning::Play(Step const& step)
     switch (step.kind)
     {
     case Kind::Shell:
-        return Say(L"[INFO] ZEBMain ", step.text);
     case Kind::Info:
-        return Say(L"[INFO] AppService ", step.text);
     case Kind::Error:
-        return Say(L"[ERROR] AppService ", step.text);
+        return Say(step);
     case Kind::Call:
     case Kind::Dropped:
     case Kind::Optional: {
@@ -216,7 +237,9 @@ catch (EndOfScope const&)
 void Reckoning::PlayWait(Step const& step)
 {
     m_outcome.waits.push_back(L"60000");
+    auto const request = m_request;
     ContinueAll();
+    m_request = request;
     Play(m_isSignalled ? step.body : step.otherwise);
 }
 
@@ -243,7 +266,7 @@ void Reckoning::PlayOperation(Step const& step)
     }
     if (step.text == L"AppServiceConnection.SendMessageAsync" && !m_scene.isConnected)
     {
-        throw Failure{closedObject};
+        throw Failure{Results::closed};
     }
     if (HasEffect(way))
     {
@@ -265,7 +288,7 @@ void Reckoning::Start(Step const& step, Way way)
     {
         return;
     }
-    Continuation const continuation{&step.body, way.kind == Way::Kind::Completion ? way.code : 0,
+    Continuation const continuation{m_request, &step.body, way.kind == Way::Kind::Completion ? way.code : 0,
                                     hasFailed || way.kind == Way::Kind::Status || way.kind == Way::Kind::Ended};
     if (continuation.isAside || step.text.starts_with(L"PushNotification") ||
         step.text.starts_with(L"AppServiceRequest"))
@@ -282,6 +305,11 @@ void Reckoning::ContinueAll()
 {
     for (auto* queue : {&m_ready, &m_launches, &m_sends})
     {
+        if (queue != &m_ready && m_second)
+        {
+            PlaySecond();
+            return ContinueAll();
+        }
         if (!queue->empty())
         {
             auto const next = queue->front();
@@ -292,8 +320,15 @@ void Reckoning::ContinueAll()
     }
 }
 
+void Reckoning::PlaySecond()
+{
+    m_request = 1;
+    Guarded(*std::exchange(m_second, nullptr), Role::Handler);
+}
+
 void Reckoning::Continue(Continuation const& continuation)
 {
+    m_request = continuation.request;
     m_operationFailure = continuation.failure;
     continuation.isAside ? PlayAside(*continuation.steps, Role::Continuation)
                          : Guarded(*continuation.steps, Role::Continuation);
@@ -301,34 +336,75 @@ void Reckoning::Continue(Continuation const& continuation)
 
 void Reckoning::PlayAside(Steps const& steps, Role role)
 {
-    if (steps.empty())
-    {
-        return;
-    }
     m_aside.emplace_back();
     auto const wasAside = std::exchange(m_isAside, true);
     Guarded(steps, role);
     m_isAside = wasAside;
 }
 
+// Right before a call.
+void Reckoning::Lose(Way way)
+{
+    if (!m_scene.activation.empty())
+    {
+        return; // nothing listens to the end of such a task
+    }
+    m_requests.empty() ? static_cast<void>(m_later = way) : LoseConnection(way);
+}
+
 void Reckoning::LoseConnection(Way way)
 {
-    m_isLost = true;
-    // A cancelled task closes the connection of the last helper, who is not the one that has asked where there are two.
-    m_isAnsweredByLoss = way.kind != Way::Kind::TaskCancelled || m_scene.helpers == 1;
+    m_second = nullptr; // what has not been asked does not come to the app any more
+    LoseRequests(way);
+    if (m_areHandlersRunning || (m_loss && m_scene.helpers == 1))
+    {
+        return LoseOnceMore(way);
+    }
+    if (!m_loss)
+    {
+        m_loss = Loss{m_outcome.lines.size(), m_outcome.calls.size(), {}};
+    }
+    auto const request = m_request;
+    auto const run = [&](Steps const& steps, Role role) {
+        m_loss->handlers.push_back(steps);
+        m_areHandlersRunning = true;
+        Guarded(steps, role);
+        m_areHandlersRunning = false;
+    };
     // The helpers are of one process; one alone closes.
     auto const count = way.kind == Way::Kind::HelperCloses ? 1 : m_scene.helpers;
     for (std::size_t helper = 0; helper < count; ++helper)
     {
-        PlayAside(TaskCancelled(), Role::Handler);
+        run(TaskCancelled(), Role::Handler);
         if (way.kind != Way::Kind::TaskCancelled)
         {
-            PlayAside(ConnectionClosed(), Role::Handler);
+            run(ConnectionClosed(), Role::Handler);
         }
     }
     for (; !m_sends.empty(); m_sends.pop_front())
     {
-        PlayAside(*m_sends.front().steps, Role::Continuation);
+        m_request = m_sends.front().request;
+        run(*m_sends.front().steps, Role::Continuation);
+    }
+    m_request = request;
+}
+
+// Nothing is left to be released, but further handlers may run.
+void Reckoning::LoseOnceMore(Way way)
+{
+    for (std::size_t helper = 0; helper < m_scene.helpers; ++helper)
+    {
+        m_loss->handlers.push_back(way.kind == Way::Kind::TaskCancelled ? TaskCancelled() : ConnectionClosed());
+    }
+}
+
+// A cancelled task closes the connection of the last helper, who is not the one that has made the first request where
+// there are two.
+void Reckoning::LoseRequests(Way way)
+{
+    for (std::size_t request = 0; request < m_requests.size(); ++request)
+    {
+        m_requests[request].isLost |= way.kind != Way::Kind::TaskCancelled || m_scene.helpers == 1 || request > 0;
     }
 }
 
@@ -348,16 +424,16 @@ Way Reckoning::TakeOne(std::wstring_view call)
     switch (way.kind)
     {
     case Way::Kind::Now:
-        if (call == L"AppServiceDeferral.Complete" && m_outcome.completions > 0)
+        if (call == L"AppServiceDeferral.Complete" && m_requests[m_request].completions > 0)
         {
-            --m_outcome.completions; // which it is not; its failure after a successful one is swallowed
+            --m_requests[m_request].completions; // which it is not; its failure after a successful one is swallowed
             return {};
         }
         throw Failure{way.code};
     case Way::Kind::HelperCloses:
     case Way::Kind::HelperDies:
     case Way::Kind::TaskCancelled:
-        LoseConnection(way);
+        Lose(way);
         return {};
     case Way::Kind::Killed:
         m_outcome.end = End::Killed;
@@ -371,7 +447,11 @@ Way Reckoning::WayOfNext(std::wstring_view call)
 {
     auto const number = m_calls.size();
     m_calls.emplace_back(call);
-    auto const deviation = std::ranges::find(m_deviations, number, &Deviation::call);
+    if (!m_areHandlersRunning)
+    {
+        (m_isAside ? m_aside.back().calls : m_outcome.calls).emplace_back(call);
+    }
+    auto const deviation = std::ranges::find(m_deviations, number, &WayAt::call);
     return deviation != m_deviations.end() && Applies(deviation->way, call) ? deviation->way : Way();
 }
 
@@ -385,11 +465,16 @@ void Reckoning::Effect(Step const& step, bool isNull)
     };
     static constexpr Row rows[] = {
         {L"PropertyValue.CreateString", [](Reckoning& self, Step const&, bool isNull) { self.m_boxIsNull = isNull; }},
-        {L"ValueSet.ActivateInstance", [](Reckoning& self, Step const&, bool) { self.m_message.clear(); }},
+        {L"ValueSet.ActivateInstance",
+         [](Reckoning& self, Step const&, bool) { self.m_requests[self.m_request].message.clear(); }},
         {L"ValueSet.Insert", [](Reckoning& self, Step const& step, bool) { self.Put(step.detail); }},
         {L"AppServiceRequestReceivedEventArgs.GetDeferral",
-         [](Reckoning& self, Step const&, bool) { self.m_deferralTaken = true; }},
-        {L"AppServiceDeferral.Complete", [](Reckoning& self, Step const&, bool) { ++self.m_outcome.completions; }},
+         [](Reckoning& self, Step const&, bool) {
+             self.m_requests[self.m_request].isDeferred = true;
+             self.m_deferred.push_back(self.m_request);
+         }},
+        {L"AppServiceDeferral.Complete",
+         [](Reckoning& self, Step const&, bool) { ++self.m_requests[self.m_request].completions; }},
         {L"BackgroundTaskDeferral.Complete",
          [](Reckoning& self, Step const&, bool) {
              self.m_hasDeferral = false;
@@ -423,10 +508,14 @@ void Reckoning::Effect(Step const& step, bool isNull)
          [](Reckoning& self, Step const& step, bool) { self.m_outcome.launches.emplace_back(step.detail); }},
         {L"AppServiceConnection.SendMessageAsync",
          [](Reckoning& self, Step const&, bool) {
-             self.m_outcome.messages.push_back(std::to_wstring(self.m_scene.helpers) + L": " + Joined(self.m_message));
+             self.m_outcome.messages.push_back(std::to_wstring(self.m_scene.helpers) + L": " +
+                                               Joined(self.m_requests[self.m_request].message));
          }},
         {L"AppServiceRequest.SendResponseAsync",
-         [](Reckoning& self, Step const&, bool) { self.m_outcome.response = Joined(self.m_message); }},
+         [](Reckoning& self, Step const&, bool) {
+             auto& request = self.m_requests[self.m_request];
+             request.response = Joined(request.message);
+         }},
     };
     if (auto const* const row = std::ranges::find(rows, step.text, &Row::call); row != std::end(rows))
     {
@@ -443,13 +532,17 @@ void Reckoning::Put(std::wstring_view keyAndValue)
     {
         entry = key + L"(null)";
     }
-    auto const place = std::ranges::find_if(m_message, [&](auto const& there) { return there.starts_with(key); });
-    place == m_message.end() ? static_cast<void>(m_message.push_back(entry)) : static_cast<void>(*place = entry);
+    auto& message = m_requests[m_request].message;
+    auto const place = std::ranges::find_if(message, [&](auto const& there) { return there.starts_with(key); });
+    place == message.end() ? static_cast<void>(message.push_back(entry)) : static_cast<void>(*place = entry);
 }
 
-void Reckoning::Say(std::wstring_view site, std::wstring_view line)
+void Reckoning::Say(Step const& step)
 {
-    (m_isAside ? m_aside.back() : m_outcome.lines).push_back(std::wstring(site) + std::wstring(line));
+    if (!m_areHandlersRunning)
+    {
+        (m_isAside ? m_aside.back().lines : m_outcome.lines).push_back(LineOf(step));
+    }
 }
 
 } // namespace explore::faults

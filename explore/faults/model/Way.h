@@ -7,6 +7,15 @@
 namespace explore::faults
 {
 
+// HRESULTs with which calls fail.
+struct Results
+{
+    static constexpr auto failed = static_cast<std::int32_t>(0x80004005);
+    static constexpr auto outOfMemory = static_cast<std::int32_t>(0x8007000E);
+    static constexpr auto disconnected = static_cast<std::int32_t>(0x80010108);
+    static constexpr auto closed = static_cast<std::int32_t>(0x80000013);
+};
+
 // How a call of the platform goes.
 struct Way
 {
@@ -31,6 +40,13 @@ struct Way
     std::int32_t code = 0; // HRESULT or status
 
     bool operator==(Way const&) const = default;
+};
+
+// A call that goes another way, counted from 0.
+struct WayAt
+{
+    std::size_t call;
+    Way way;
 };
 
 // What follows from it may come at the same time as other things.
