@@ -1,6 +1,7 @@
 #pragma once
 #include "explore/harness/Report.h"
 #include "explore/harness/Search.h"
+#include "explore/log/LogPlay.h"
 #include "explore/log/Verdict.h"
 
 #include <optional>
