@@ -27,8 +27,9 @@ std::vector<std::string> FlawsOf(std::string const& name, std::shared_ptr<void> 
     std::vector<std::string> kinds;
     for (auto const& [kind, entry] : report.Findings())
     {
-        auto const verdict = PlayAgain(story, entry.shortest);
-        EXPECT_TRUE(std::ranges::any_of(verdict->flaws, [&, &flaw = kind](Flaw const& seen) {
+        auto const [refusal, verdict] = PlayAgain(story, entry.shortest);
+        EXPECT_EQ(refusal, "");
+        EXPECT_TRUE(std::ranges::any_of(verdict.flaws, [&, &flaw = kind](Flaw const& seen) {
             return seen.kind == flaw && seen.rule.empty();
         })) << TextOf(entry.shortest);
         kinds.push_back(kind);
@@ -53,7 +54,7 @@ TEST(LogExplorationTest, FindsNothingInTheOrdinaryWayOfEachStory)
 {
     for (auto const& story : Stories())
     {
-        for (auto const& flaw : PlayAgain(story, {story.name})->flaws)
+        for (auto const& flaw : PlayAgain(story, {story.name}).verdict.flaws)
         {
             EXPECT_FALSE(flaw.rule.empty()) << story.name << ": " << flaw.what;
         }
@@ -138,10 +139,11 @@ TEST(LogExplorationTest, RotatesTwiceWhereBothProcessesCan)
 {
     for (auto const* const name : {"rotation-x-rotation", "rotations-in-a-second", "cleaning-x-cleaning"})
     {
-        EXPECT_NE(PlayAgain(StoryOf(name), {name})->outcome.find(", 2 rotations"), std::string::npos) << name;
+        EXPECT_NE(PlayAgain(StoryOf(name), {name}).verdict.outcome.find(", 2 rotations"), std::string::npos) << name;
     }
-    EXPECT_NE(PlayAgain(StoryOf("start-x-rotation"), {"start-x-rotation", {{0, "B"}}})->outcome.find(", 2 rotations"),
-              std::string::npos);
+    EXPECT_NE(
+        PlayAgain(StoryOf("start-x-rotation"), {"start-x-rotation", {{0, "B"}}}).verdict.outcome.find(", 2 rotations"),
+        std::string::npos);
 }
 
 // docs/log.md lists what the rules lose, each with a play.
@@ -156,11 +158,12 @@ TEST(LogExplorationTest, ShowsEachLossThatTheRulesPrescribe)
         auto const name = (*found)[1].str();
         auto const id = PlayIdOf((*found)[2].str());
         ASSERT_TRUE(id) << name;
-        auto const verdict = PlayAgain(StoryOf(id->story), *id);
-        EXPECT_TRUE(std::ranges::any_of(verdict->flaws, [&](Flaw const& flaw) {
+        auto const [refusal, verdict] = PlayAgain(StoryOf(id->story), *id);
+        EXPECT_EQ(refusal, "");
+        EXPECT_TRUE(std::ranges::any_of(verdict.flaws, [&](Flaw const& flaw) {
             return flaw.rule + ": " + flaw.kind == name;
         })) << name;
-        EXPECT_TRUE(std::ranges::none_of(verdict->flaws, [](Flaw const& flaw) { return flaw.rule.empty(); })) << name;
+        EXPECT_TRUE(std::ranges::none_of(verdict.flaws, [](Flaw const& flaw) { return flaw.rule.empty(); })) << name;
     }
     EXPECT_EQ(rows, 9);
 }
