@@ -68,6 +68,12 @@ void LogPlay::Prepare()
             m_record.otherText = file.bytes;
         }
     }
+    m_system.files.ForEach([this](std::wstring const& path, File const& file) {
+        if (!path.starts_with(logFolder) && (file.attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+        {
+            m_record.otherFiles[path] = file.content.Bytes();
+        }
+    });
     m_system.files.onChange = [this](FileChange change, std::wstring const& path, File const& file) {
         OnChange(change, path, file);
     };
@@ -154,6 +160,12 @@ void LogPlay::LookAtProcess(ProcessNumber number)
     {
         m_record.troubles.push_back("silent: " + NameOf(number));
     }
+    m_system.mutexes.ForEach([&](Mutex const& mutex) {
+        if (mutex.owner == number)
+        {
+            m_record.troubles.push_back("mutex held: " + NameOf(number));
+        }
+    });
 }
 
 void LogPlay::OnChange(FileChange change, std::wstring const& path, File const& file)

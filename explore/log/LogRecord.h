@@ -1,6 +1,7 @@
 #pragma once
 #include "explore/log/Files.h"
 
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,13 +30,14 @@ struct LogRecord
 {
     Files const& files;
     std::vector<LineRecord> lines = {};
-    std::vector<std::string> troubles = {};   // found meanwhile: a handle left open, a silent process
-    std::string otherText = {};               // what stood in the log in another encoding
-    std::vector<Excused> missing = {};        // taken by a rule
-    std::vector<std::wstring> cleanedUp = {}; // stood in a copy that is not to be kept
-    std::vector<Excused> doubled = {};        // left in the log and in a copy by a rule
-    std::set<std::wstring> cut = {};          // the files to which a write did not fit, in lower case
-    unsigned rotations = 0;                   // how often the log was emptied
+    std::vector<std::string> troubles = {};              // found meanwhile: a handle left open, a silent process
+    std::string otherText = {};                          // what stood in the log in another encoding
+    std::map<std::wstring, std::string> otherFiles = {}; // what stood elsewhere, by path
+    std::vector<Excused> missing = {};                   // taken by a rule
+    std::vector<std::wstring> cleanedUp = {};            // stood in a copy that is not to be kept
+    std::vector<Excused> doubled = {};                   // left in the log and in a copy by a rule
+    std::set<std::wstring> cut = {};                     // the files to which a write did not fit, in lower case
+    unsigned rotations = 0;                              // how often the log was emptied
 };
 
 } // namespace explore

@@ -50,6 +50,7 @@ class Judgement
     {
         LookAtFiles();
         LookAtOtherText();
+        LookAtOtherFiles();
         std::ranges::for_each(m_expected, [this](Expected const& expected) { LookAtCount(expected); });
         for (auto const& trouble : m_record.troubles)
         {
@@ -163,6 +164,18 @@ class Judgement
         if (!m_record.otherText.empty() && std::ranges::count_if(m_files, isIt) != 1)
         {
             Add("other text", "the text in another encoding does not stand in one file");
+        }
+    }
+
+    void LookAtOtherFiles()
+    {
+        for (auto const& [path, bytes] : m_record.otherFiles)
+        {
+            auto const* const file = m_record.files.Find(path);
+            if (file == nullptr || file->content.Bytes() != bytes)
+            {
+                Add("other file", Narrow(path) + " is not as it was");
+            }
         }
     }
 

@@ -69,12 +69,33 @@ TEST(LogExplorationTest, FindsLinesThatNoMutexKeepsApart)
 
 TEST(LogExplorationTest, FindsAMutexThatIsNotReleased)
 {
-    EXPECT_TRUE(Contains(FlawsOf("line-x-line", Returning<test::ReleaseMutexCall, TRUE>, {0, 0}), "silent"));
+    auto const kinds = FlawsOf("line-x-line", Returning<test::ReleaseMutexCall, TRUE>, {0, 0});
+    EXPECT_TRUE(Contains(kinds, "silent"));
+    EXPECT_TRUE(Contains(kinds, "mutex held"));
 }
 
 TEST(LogExplorationTest, FindsAHandleThatIsNotClosed)
 {
     EXPECT_TRUE(Contains(FlawsOf("start-x-start", Returning<test::CloseHandleCall, TRUE>, {0, 0}), "handle open"));
+}
+
+// Attributes that name no link let the log's opening follow it.
+TEST(LogExplorationTest, FindsALinkThatIsFollowed)
+{
+    auto const spoil = []() -> std::shared_ptr<void> {
+        struct Spoilt
+        {
+            test::GetFileAttributesCall attributes{
+                [](auto original, auto path) { return original(path) & ~DWORD{FILE_ATTRIBUTE_REPARSE_POINT}; }};
+            test::CreateFileCall open{[](auto original, auto path, DWORD access, DWORD share, auto security,
+                                         DWORD disposition, DWORD flags, HANDLE like) {
+                return original(path, access, share, security, disposition,
+                                flags & ~DWORD{FILE_FLAG_OPEN_REPARSE_POINT}, like);
+            }};
+        };
+        return std::make_shared<Spoilt>();
+    };
+    EXPECT_TRUE(Contains(FlawsOf("link-x-start", spoil, {0, 0}), "other file"));
 }
 
 TEST(LogExplorationTest, FindsALineThatIsNotTakenBack)

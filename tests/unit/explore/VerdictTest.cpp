@@ -298,3 +298,15 @@ TEST_F(VerdictTest, FindsTextInAnotherEncodingThatIsDoubled)
     record.otherText = otherEncoding;
     EXPECT_EQ(Flaws(), Expected{"other text"});
 }
+
+TEST_F(VerdictTest, FindsAFileElsewhereThatIsChangedOrDeleted)
+{
+    PutLog(L"");
+    files.Put(L"c:\\temp\\target", FileContent("not a log"));
+    record.otherFiles[L"c:\\temp\\target"] = "not a log";
+    EXPECT_EQ(Flaws(), Expected());
+    files.Find(L"c:\\temp\\target")->content = FileContent("a log");
+    EXPECT_EQ(Flaws(), Expected{"other file"});
+    files.Delete(L"c:\\temp\\target");
+    EXPECT_EQ(Flaws(), Expected{"other file"});
+}
