@@ -141,7 +141,7 @@ void LogPlay::FillLog()
     }
     auto const old = L"old " + std::to_wstring(++m_oldLines);
     auto bytes = log->content.Bytes();
-    bytes.erase(0, bytes.starts_with(mark) ? mark.size() : 0);
+    bytes.erase(0, mark.size());
     log->content = FileContent(std::string(mark) + BytesOf(old + L"\r\n") + bytes, limit);
     m_record.lines.push_back({.message = old, .isAcknowledged = true, .isOld = true});
 }

@@ -21,6 +21,8 @@ std::string TextOf(LogPlay const& play, Turn const& turn, Decision decision)
     return text + (isFault ? ": " + FaultNames()[decision.number] : std::string()) + "\n";
 }
 
+} // namespace
+
 int Show(Verdict const& verdict)
 {
     std::printf("\n%s\n", verdict.outcome.c_str());
@@ -33,8 +35,6 @@ int Show(Verdict const& verdict)
     }
     return isRight ? 0 : 1;
 }
-
-} // namespace
 
 int Replay(PlayId const& id)
 {

@@ -83,6 +83,13 @@ TEST_F(LogWatchTest, CountsTheRotations)
     EXPECT_EQ(record.rotations, 2u);
 }
 
+TEST_F(LogWatchTest, CountsNoOtherFileThatIsEmptied)
+{
+    MakeCopy();
+    Write(now, {}, TRUNCATE_EXISTING);
+    EXPECT_EQ(record.rotations, 0u);
+}
+
 TEST_F(LogWatchTest, ExcusesNothingBehindAWholeCopy)
 {
     MakeCopy();

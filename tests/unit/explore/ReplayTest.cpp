@@ -49,6 +49,14 @@ TEST(ReplayTest, SaysByWhichRuleALineIsLost)
               std::string::npos);
 }
 
+TEST(ReplayTest, EndsWith1WhereAFlawIsByNoRule)
+{
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(Show({"4 lines", {{"torn", "a line", rule::fullAtLine}, {"lost", "a line"}}}), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "\n4 lines\ntorn: a line (by the rules: full-at-a-line)\nlost: a line\n");
+}
+
 TEST(ReplayTest, RefusesAStoryThatThereIsNot)
 {
     auto const [code, output, error] = Played("lines:0=B");
@@ -67,6 +75,12 @@ TEST(ReplayTest, RefusesAProcessThatCannotGoOn)
     ExpectRefused("line-x-line:0=C",
                   "0=C cannot be played; at that step there are: A, B, kill, full, almost-full, second");
     ExpectRefused("line-x-line:2=B,3=B",
+                  "3=B cannot be played; at that step there are: A, kill, full, almost-full, second");
+}
+
+TEST(ReplayTest, NamesTheFirstOfSeveralThatCannotBe)
+{
+    ExpectRefused("line-x-line:2=B,3=B,4=B",
                   "3=B cannot be played; at that step there are: A, kill, full, almost-full, second");
 }
 

@@ -179,9 +179,9 @@ TEST_F(VerdictTest, FindsALineWhoseTimeIsTorn)
 
 TEST_F(VerdictTest, CutsByRuleTheLineOfAKilledProcessWhereTheLogWasFull)
 {
-    record.lines = {{L"a", killed}};
+    record.lines = {{L"text", killed}};
     record.cut = {std::wstring(logPath)};
-    PutLog(Lines({Line(L"a").substr(0, 30)}));
+    PutLog(Lines({Line(L"text").substr(0, Line(L"text").size() - 1)})); // unlike the header
     EXPECT_EQ(Flaws(), Expected{"torn by full-at-a-line"});
 }
 
@@ -267,6 +267,8 @@ TEST_F(VerdictTest, LetsACopyBeWithoutItsMarkThatIsCut)
 {
     PutLog(L"");
     PutCopy(std::string("text"));
+    record.cut = {L"c:\\temp\\tessaline\\hov\\kzeb 2024-1-5 09-30-13.log"};
+    EXPECT_EQ(Flaws(), Expected{"no mark"});
     record.cut = {copyPath};
     EXPECT_EQ(Flaws(), Expected{"no mark by full-at-a-rotation"});
 }
