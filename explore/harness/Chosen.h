@@ -17,6 +17,17 @@ auto FindNamed(Stories const& stories, std::string_view name) -> std::ranges::ra
     return found != std::ranges::end(stories) ? &*found : nullptr;
 }
 
+template <typename Stories>
+std::vector<std::string> NamesOf(Stories const& stories)
+{
+    std::vector<std::string> names;
+    for (auto const& story : stories)
+    {
+        names.emplace_back(story.name);
+    }
+    return names;
+}
+
 template <typename Story>
 struct Chosen
 {

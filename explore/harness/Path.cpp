@@ -1,5 +1,7 @@
 #include "explore/harness/Path.h"
 
+#include "explore/harness/Refusal.h"
+
 #include <algorithm>
 
 namespace explore
@@ -14,6 +16,11 @@ std::string NameOf(Decision decision, std::vector<std::string> const& faults)
 {
     return decision.kind == Kind::Run ? std::string(1, static_cast<char>('A' + decision.number))
                                       : faults[decision.number];
+}
+
+Deviation DeviationOf(Step const& step, std::vector<std::string> const& faults)
+{
+    return {step.step, NameOf(step.decision, faults)};
 }
 
 std::optional<Decision> DecisionOf(std::string const& name, std::vector<std::string> const& faults)
@@ -33,9 +40,9 @@ std::optional<Decision> DecisionOf(std::string const& name, std::vector<std::str
 PlayId PlayIdOf(std::string const& story, Path const& path, std::vector<std::string> const& faults)
 {
     PlayId play{story};
-    for (auto const& [step, decision] : path)
+    for (auto const& step : path)
     {
-        play.deviations.push_back({step, NameOf(decision, faults)});
+        play.deviations.push_back(DeviationOf(step, faults));
     }
     return play;
 }
@@ -57,13 +64,40 @@ std::optional<Path> PathOf(PlayId const& play, std::vector<std::string> const& f
 
 Decision AlongPath::Of(Turn const& turn)
 {
-    auto decision = Decision{Kind::Run, turn.Ordinary()};
-    if (!IsAtEnd() && m_path[m_next].step == turn.step)
+    m_steps = turn.step + std::size_t{1};
+    auto const ordinary = Decision{Kind::Run, turn.Ordinary()};
+    if (IsAtEnd() || m_path[m_next].step != turn.step)
     {
-        decision = m_path[m_next++].decision;
+        return ordinary;
     }
-    auto const canBe = decision.kind != Kind::Run || std::ranges::find(turn.ready, decision.number) != turn.ready.end();
-    return canBe ? decision : Decision{Kind::Run, turn.Ordinary()};
+    auto const& step = m_path[m_next++];
+    auto const canBe =
+        step.decision.kind != Kind::Run || std::ranges::find(turn.ready, step.decision.number) != turn.ready.end();
+    if (!canBe && !m_notReady)
+    {
+        m_notReady = {step, turn.ready};
+    }
+    return canBe ? step.decision : ordinary;
+}
+
+std::string AlongPath::Refusal(std::vector<std::string> const& faults) const
+{
+    if (m_notReady)
+    {
+        std::vector<std::string> choices;
+        for (auto const process : m_notReady->ready)
+        {
+            choices.push_back(NameOf({Kind::Run, process}, faults));
+        }
+        choices.insert(choices.end(), faults.begin(), faults.end());
+        return NoChoice(DeviationOf(m_notReady->step, faults), choices);
+    }
+    if (IsAtEnd())
+    {
+        return {};
+    }
+    auto const deviation = DeviationOf(m_path[m_next], faults);
+    return deviation.step < m_steps ? NoSecond(deviation) : NoStep(deviation, m_steps);
 }
 
 } // namespace explore

@@ -22,7 +22,7 @@ PlayId PlayIdOf(std::string const& story, Path const& path, std::vector<std::str
 // Nothing where the play has a deviation that is neither a process nor one of the faults.
 std::optional<Path> PathOf(PlayId const& play, std::vector<std::string> const& faults);
 
-// Decides as the path says, and elsewhere in the ordinary way. A process of the path that is not ready does not go on.
+// Decides as the path says, and elsewhere in the ordinary way. What cannot be goes the ordinary way, too, and is noted.
 class AlongPath
 {
   public:
@@ -34,9 +34,20 @@ class AlongPath
     // Whether all of the path's deviations have been decided.
     bool IsAtEnd() const noexcept { return m_next == m_path.size(); }
 
+    // After the play: why its first deviation that could not be could not; empty where all could.
+    std::string Refusal(std::vector<std::string> const& faults) const;
+
   private:
+    struct NotReady
+    {
+        Step step;
+        std::vector<ProcessNumber> ready;
+    };
+
     Path const& m_path;
     std::size_t m_next = 0;
+    std::size_t m_steps = 0; // of the play so far
+    std::optional<NotReady> m_notReady;
 };
 
 } // namespace explore

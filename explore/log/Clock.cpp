@@ -11,18 +11,23 @@ std::wstring TwoDigits(unsigned number)
     return (number < 10 ? L"0" : L"") + std::to_wstring(number);
 }
 
+FILETIME UtcAt(std::uint64_t seconds) noexcept
+{
+    constexpr std::uint64_t secondsFrom1601To1970 = 11'644'473'600;
+    auto const ticks = (seconds + secondsFrom1601To1970) * 10'000'000;
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
 } // namespace
 
 FILETIME Clock::Utc() const noexcept
 {
-    constexpr std::uint64_t secondsFrom1601To1970 = 11'644'473'600;
-    auto const ticks = (m_seconds + secondsFrom1601To1970) * 10'000'000;
-    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+    return UtcAt(m_seconds);
 }
 
-SYSTEMTIME Clock::Local() const noexcept
+SYSTEMTIME Clock::LocalAt(std::uint64_t seconds) noexcept
 {
-    auto const utc = Utc();
+    auto const utc = UtcAt(seconds);
     SYSTEMTIME local = {};
     FileTimeToSystemTime(&utc, &local);
     return local;

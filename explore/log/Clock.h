@@ -10,7 +10,8 @@ class Clock
 {
   public:
     FILETIME Utc() const noexcept;
-    SYSTEMTIME Local() const noexcept;
+    SYSTEMTIME Local() const noexcept { return LocalAt(m_seconds); }
+    static SYSTEMTIME LocalAt(std::uint64_t seconds) noexcept; // since 1970
     void Advance(unsigned seconds) noexcept { m_seconds += seconds; }
 
     // 09:30:12 on 5 January 2024.

@@ -90,6 +90,14 @@ DWORD Files::Missing(std::wstring const& key) const
     return parent != m_entries.end() && IsFolder(*parent->second.file) ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
 }
 
+void Files::Tell(FileChange change, std::wstring const& key, File const& file) const
+{
+    if (onChange)
+    {
+        onChange(change, key, file);
+    }
+}
+
 File& Files::Add(std::wstring_view path, std::shared_ptr<File> file)
 {
     ++file->names;
@@ -137,8 +145,13 @@ DWORD Files::Open(Request const& request, std::shared_ptr<OpenFile>& opened)
     {
         return ERROR_SHARING_VIOLATION;
     }
+    if (request.disposition == OPEN_ALWAYS)
+    {
+        Tell(FileChange::Begin, key, *file);
+    }
     if (request.disposition == TRUNCATE_EXISTING)
     {
+        Tell(FileChange::Empty, key, *file);
         file->content.Resize(0);
     }
     opened = std::make_shared<OpenFile>(OpenFile{file, key, request.access, request.share});
@@ -164,6 +177,10 @@ DWORD Files::Write(OpenFile& opened, std::string_view bytes, DWORD& written)
     auto const end = opened.position + bytes.size();
     auto const growth = end > content.Size() ? end - content.Size() : 0;
     auto const fitting = bytes.substr(0, bytes.size() - (growth > room ? growth - room : 0));
+    if (fitting.size() != bytes.size())
+    {
+        Tell(FileChange::Cut, opened.path, *opened.file);
+    }
     room -= room == unlimited ? 0 : std::min(growth, room);
     content.Write(opened.position, fitting);
     written = static_cast<DWORD>(fitting.size());
@@ -211,6 +228,7 @@ DWORD Files::Delete(std::wstring_view path)
     {
         return ERROR_SHARING_VIOLATION;
     }
+    Tell(FileChange::Delete, key, *file);
     Remove(key);
     return ERROR_SUCCESS;
 }

@@ -2,6 +2,7 @@
 #include "explore/log/FileContent.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -24,6 +25,15 @@ struct File
     DWORD names = 0;
     bool isDeletedOnClose = false;
     std::vector<OpenFile const*> openings = {};
+};
+
+// What happens to a file.
+enum class FileChange
+{
+    Begin, // is opened to be written from its beginning
+    Empty,
+    Delete,
+    Cut // a write to it does not fit
 };
 
 // One opening of a file.
@@ -73,6 +83,9 @@ class Files
     File const* Find(std::wstring_view path) const;
     File* Find(std::wstring_view path) { return const_cast<File*>(std::as_const(*this).Find(path)); }
 
+    // Told of each change right before it, with the path in lower case.
+    std::function<void(FileChange, std::wstring const& path, File const&)> onChange;
+
     // How many bytes still fit on the disk. What is freed is used by others at once.
     std::uint64_t room = unlimited;
 
@@ -103,6 +116,7 @@ class Files
 
     Entry const* EntryOf(std::wstring_view path) const;
     DWORD Missing(std::wstring const& key) const;
+    void Tell(FileChange change, std::wstring const& key, File const& file) const;
     File& Add(std::wstring_view path, std::shared_ptr<File> file);
     void Remove(std::wstring const& key);
 

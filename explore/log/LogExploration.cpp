@@ -1,5 +1,6 @@
 #include "explore/log/LogExploration.h"
 
+#include "explore/harness/Refusal.h"
 #include "explore/harness/Shorten.h"
 
 #include <algorithm>
@@ -12,24 +13,46 @@ namespace
 
 constexpr unsigned depth = 3; // of plays by chance
 
-bool ShowsFlaw(Verdict const& verdict, std::string const& kind)
+bool ShowsFlaw(Replayed const& replayed, std::string const& kind)
 {
-    return std::ranges::any_of(verdict.flaws, [&](Flaw const& flaw) { return flaw.kind == kind && flaw.rule.empty(); });
+    return replayed.refusal.empty() && std::ranges::any_of(replayed.verdict.flaws, [&](Flaw const& flaw) {
+               return flaw.kind == kind && flaw.rule.empty();
+           });
+}
+
+// Of a play with a deviation whose name is none.
+std::string RefusalOf(Story const& story, PlayId const& id)
+{
+    auto const isUnknown = [](Deviation const& deviation) { return !PathOf({{}, {deviation}}, FaultNames()); };
+    std::vector<std::string> choices;
+    for (std::size_t process = 0; process < story.processes.size(); ++process)
+    {
+        choices.emplace_back(1, static_cast<char>('A' + process));
+    }
+    choices.insert(choices.end(), FaultNames().begin(), FaultNames().end());
+    return NoChoice(*std::ranges::find_if(id.deviations, isUnknown), choices);
 }
 
 } // namespace
 
-std::optional<Verdict> PlayAgain(Story const& story, PlayId const& id)
+Replayed PlayAgain(Story const& story, PlayId const& id, OnStep const& onStep)
 {
     auto const path = PathOf(id, FaultNames());
     if (!path)
     {
-        return std::nullopt;
+        return {RefusalOf(story, id)};
     }
     AlongPath along(*path);
     LogPlay play(story);
-    play.Run([&](Turn const& turn) { return along.Of(turn); });
-    return Judge(play.Record());
+    play.Run([&](Turn const& turn) {
+        auto const decision = along.Of(turn);
+        if (onStep)
+        {
+            onStep(play, turn, decision);
+        }
+        return decision;
+    });
+    return {along.Refusal(FaultNames()), Judge(play.Record())};
 }
 
 void LogExploration::PlayEveryOrder(Limits limits)
@@ -74,7 +97,7 @@ void LogExploration::Tell(PlayId const& id, Verdict const& verdict)
         else if (!m_report.HasFound(kind))
         {
             auto const shortest = Shortened(
-                id, [&, &flaw = kind](PlayId const& shorter) { return ShowsFlaw(*PlayAgain(m_story, shorter), flaw); });
+                id, [&, &flaw = kind](PlayId const& shorter) { return ShowsFlaw(PlayAgain(m_story, shorter), flaw); });
             m_report.Found(kind, shortest, what);
             m_hasEnded = true;
         }

@@ -1,15 +1,25 @@
 #pragma once
 #include "explore/harness/Report.h"
 #include "explore/harness/Search.h"
+#include "explore/log/LogPlay.h"
 #include "explore/log/Verdict.h"
 
-#include <optional>
+#include <functional>
+#include <string>
 
 namespace explore
 {
 
-// Plays a story along a path; nothing where the ID is none of its plays.
-std::optional<Verdict> PlayAgain(Story const& story, PlayId const& id);
+struct Replayed
+{
+    std::string refusal = {}; // why it cannot be played; empty: it can
+    Verdict verdict = {};
+};
+
+// Told of each step before it is made.
+using OnStep = std::function<void(LogPlay const&, Turn const&, Decision)>;
+
+Replayed PlayAgain(Story const& story, PlayId const& id, OnStep const& onStep = nullptr);
 
 // Explores one story. Ends with the first flaw that is by no rule.
 class LogExploration

@@ -27,7 +27,14 @@ std::wstring WithoutZeros(std::wstring text)
     return text;
 }
 
-LogFile Read(std::wstring const& path, std::string const& bytes)
+} // namespace
+
+bool LogFile::IsCopy() const
+{
+    return path != logPath;
+}
+
+LogFile ReadLogFile(std::wstring const& path, std::string const& bytes)
 {
     LogFile file{path, bytes, bytes.starts_with(mark)};
     if (!file.hasMark)
@@ -44,15 +51,13 @@ LogFile Read(std::wstring const& path, std::string const& bytes)
     return file;
 }
 
-} // namespace
-
 std::vector<LogFile> ReadLogFiles(Files const& files)
 {
     std::vector<LogFile> read;
     files.ForEach([&](std::wstring const& path, File const& file) {
         if (path.starts_with(logFolder) && (file.attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
         {
-            read.push_back(Read(path, file.content.Bytes()));
+            read.push_back(ReadLogFile(path, file.content.Bytes()));
         }
     });
     return read;

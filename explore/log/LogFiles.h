@@ -7,7 +7,7 @@
 namespace explore
 {
 
-// The log or a copy of it, as it stands after a play.
+// The log or a copy of it.
 struct LogFile
 {
     std::wstring path; // in lower case
@@ -16,9 +16,10 @@ struct LogFile
     std::vector<std::wstring> lines = {}; // of one with its mark: what stands before each end of a line
     std::wstring rest = {};               // behind the last one
 
-    bool IsCopy() const { return path != L"c:\\temp\\tessaline\\hov\\kzeb.log"; }
+    bool IsCopy() const;
 };
 
+LogFile ReadLogFile(std::wstring const& path, std::string const& bytes);
 std::vector<LogFile> ReadLogFiles(Files const& files);
 
 } // namespace explore

@@ -1,5 +1,6 @@
 #include "explore/log/LogPlay.h"
 
+#include "explore/log/LogFiles.h"
 #include "logging/LogTargetDefault.h"
 #include "logging/RotationLimit.h"
 
@@ -10,6 +11,12 @@ namespace
 {
 
 constexpr auto limit = zant::RotationLimit(zant::LogLevel::Info);
+constexpr std::string_view mark = "\xFF\xFE";
+
+std::string BytesOf(std::wstring const& text)
+{
+    return {reinterpret_cast<char const*>(text.data()), text.size() * sizeof(wchar_t)};
+}
 
 std::string NameOf(ProcessNumber process)
 {
@@ -35,15 +42,41 @@ LogPlay::LogPlay(Story const& story)
                    [this] { return m_system.LetTimeOut(); }, [this](unsigned meeting) { OnMeeting(meeting); }})
 {
     ProcessMemory::Reset();
-    if (story.prepare != nullptr)
-    {
-        story.prepare(m_system.files);
-    }
+    Prepare();
     m_processes.reserve(story.processes.size() + 1); // they stay where they are
     for (auto const& script : story.processes)
     {
         Add(script);
     }
+}
+
+// What stands there before the first process starts is to be found afterwards.
+void LogPlay::Prepare()
+{
+    if (m_story.prepare != nullptr)
+    {
+        m_story.prepare(m_system.files);
+    }
+    for (auto const& file : ReadLogFiles(m_system.files))
+    {
+        for (auto const& line : file.lines)
+        {
+            m_record.lines.push_back({.message = line, .isAcknowledged = true, .isOld = true});
+        }
+        if (!file.IsCopy() && !file.hasMark)
+        {
+            m_record.otherText = file.bytes;
+        }
+    }
+    m_system.files.ForEach([this](std::wstring const& path, File const& file) {
+        if (!path.starts_with(logFolder) && (file.attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+        {
+            m_record.otherFiles[path] = file.content.Bytes();
+        }
+    });
+    m_system.files.onChange = [this](FileChange change, std::wstring const& path, File const& file) {
+        OnChange(change, path, file);
+    };
 }
 
 LogPlay::~LogPlay()
@@ -54,8 +87,7 @@ LogPlay::~LogPlay()
 void LogPlay::Add(Script const& script)
 {
     auto const number = static_cast<ProcessNumber>(m_processes.size());
-    m_processes.emplace_back(std::wstring(1, static_cast<wchar_t>(L'A' + number)), m_record.lines, m_system.files);
-    m_isKilled.push_back(false);
+    m_processes.emplace_back(std::wstring(1, static_cast<wchar_t>(L'A' + number)), m_record.lines);
     m_scheduler.Add([this, number, &script] {
         auto& process = m_processes[number];
         Do(process, script.before);
@@ -72,19 +104,53 @@ void LogPlay::Do(LogProcess& process, std::vector<Act> const& acts)
 {
     for (auto const act : acts)
     {
-        switch (act)
-        {
-        case Act::Start:
-            process.Start();
-            break;
-        case Act::Line:
-            process.Line();
-            break;
-        case Act::MakeCheckDue:
-            process.MakeCheckDue();
-            break;
-        }
+        Do(process, act);
     }
+}
+
+void LogPlay::Do(LogProcess& process, Act act)
+{
+    switch (act)
+    {
+    case Act::Start:
+        process.Start();
+        break;
+    case Act::Line:
+        process.Line();
+        break;
+    case Act::MakeCheckDue:
+        process.MakeCheckDue();
+        break;
+    case Act::FillLog:
+        m_system.kernel.Call("fills the log", [this] { FillLog(); }, [this] { return IsLogFree(); });
+        break;
+    case Act::WaitSecond:
+        m_system.kernel.Call("waits a second", [this] { m_system.clock.Advance(1); });
+        break;
+    }
+}
+
+// Stands for the many lines by which a process brings the log to its limit. They stand before all others: the log's
+// end may be unfinished.
+void LogPlay::FillLog()
+{
+    auto* const log = m_system.files.Find(logPath);
+    if (log == nullptr || m_system.files.IsFull())
+    {
+        return;
+    }
+    auto const old = L"old " + std::to_wstring(++m_oldLines);
+    auto bytes = log->content.Bytes();
+    bytes.erase(0, mark.size());
+    log->content = FileContent(std::string(mark) + BytesOf(old + L"\r\n") + bytes, limit);
+    m_record.lines.push_back({.message = old, .isAcknowledged = true, .isOld = true});
+}
+
+// Whether no process is within a line.
+bool LogPlay::IsLogFree() const
+{
+    auto const mutex = m_system.mutexes.Find(L"KZEB.log");
+    return mutex == nullptr || !mutex->owner;
 }
 
 void LogPlay::LookAtProcess(ProcessNumber number)
@@ -94,6 +160,21 @@ void LogPlay::LookAtProcess(ProcessNumber number)
     {
         m_record.troubles.push_back("silent: " + NameOf(number));
     }
+    m_system.mutexes.ForEach([&](Mutex const& mutex) {
+        if (mutex.owner == number)
+        {
+            m_record.troubles.push_back("mutex held: " + NameOf(number));
+        }
+    });
+}
+
+void LogPlay::OnChange(FileChange change, std::wstring const& path, File const& file)
+{
+    m_watch.OnChange(change, path, file);
+    if (change == FileChange::Cut && path == logPath)
+    {
+        m_processes[m_system.kernel.Current()].OnCut();
+    }
 }
 
 bool LogPlay::OnFault(FaultNumber fault, ProcessNumber process)
@@ -101,19 +182,18 @@ bool LogPlay::OnFault(FaultNumber fault, ProcessNumber process)
     switch (Fault{fault})
     {
     case Fault::Kill:
-        m_record.isCopiedNotEmptied = m_record.isCopiedNotEmptied || IsCopiedNotEmptied();
+        if (auto const mutex = m_system.mutexes.Find(L"KZEB.log"); mutex != nullptr && mutex->owner == process)
+        {
+            m_watch.OnKill();
+        }
         m_system.End(process);
-        m_isKilled[process] = true;
-        ++m_record.killed;
         return true;
     case Fault::Full:
     case Fault::AlmostFull:
         m_system.files.room = Fault{fault} == Fault::Full ? 0 : 7;
-        m_record.wasFull = true;
         return false;
     case Fault::SecondPasses:
         m_system.clock.Advance(1);
-        m_record.wasSecond = true;
         return false;
     }
     return false;
@@ -121,34 +201,15 @@ bool LogPlay::OnFault(FaultNumber fault, ProcessNumber process)
 
 void LogPlay::OnMeeting(unsigned meeting)
 {
-    auto& files = m_system.files;
     if (meeting == 2)
     {
-        files.room = Files::unlimited;
+        m_system.files.room = Files::unlimited;
         m_system.clock.Advance(60); // what follows has copies of its own
     }
     else if (meeting == 1 && m_story.isAtLimit)
     {
-        auto const old = std::string("o\0l\0d\0\r\0\n\0", 10);
-        auto* const log = files.Find(logPath);
-        log->content = FileContent(log->content.Bytes() + old, limit);
+        FillLog();
     }
-}
-
-// Whether all of the log stands in a copy as well.
-bool LogPlay::IsCopiedNotEmptied() const
-{
-    auto const* const log = m_system.files.Find(logPath);
-    if (log == nullptr || log->content.Size() < limit)
-    {
-        return false;
-    }
-    auto const lines = std::string_view(log->content.Bytes()).substr(2);
-    auto isCopied = false;
-    m_system.files.ForEach([&](std::wstring const&, File const& file) {
-        isCopied = isCopied || (&file != log && !file.isDeletedOnClose && file.content.Bytes().ends_with(lines));
-    });
-    return isCopied;
 }
 
 bool LogPlay::Run(Decide const& decide)

@@ -1,6 +1,8 @@
 #pragma once
 #include "explore/harness/Scheduler.h"
 #include "explore/log/LogProcess.h"
+#include "explore/log/LogRecord.h"
+#include "explore/log/LogWatch.h"
 #include "explore/log/MemorySystem.h"
 #include "explore/log/Story.h"
 
@@ -22,19 +24,6 @@ enum class Fault : FaultNumber
 // By their numbers, for IDs of plays.
 std::vector<std::string> const& FaultNames();
 
-// What a play has come to.
-struct LogRecord
-{
-    Files const& files;
-    std::vector<LineRecord> lines = {};
-    std::vector<std::string> troubles = {}; // found meanwhile: a handle left open, a silent process
-    bool wasFull = false;
-    unsigned killed = 0;
-    // A process was killed when a copy was complete and the log was not yet emptied.
-    bool isCopiedNotEmptied = false;
-    bool wasSecond = false; // the clock went on
-};
-
 // Plays a story once. Afterwards the disk has room, each process that lives writes one more line, and a new one starts
 // and writes one.
 class LogPlay
@@ -52,19 +41,24 @@ class LogPlay
     MemorySystem const& System() const noexcept { return m_system; }
 
   private:
+    void Prepare();
     void Add(Script const& script);
     void Do(LogProcess& process, std::vector<Act> const& acts);
+    void Do(LogProcess& process, Act act);
+    void FillLog();
+    bool IsLogFree() const;
+    void OnChange(FileChange change, std::wstring const& path, File const& file);
     bool OnFault(FaultNumber fault, ProcessNumber process);
     void OnMeeting(unsigned meeting);
     void LookAtProcess(ProcessNumber number);
-    bool IsCopiedNotEmptied() const;
 
     Story const& m_story;
     MemorySystem m_system;
     std::shared_ptr<void> m_spoilt;
     LogRecord m_record{m_system.files};
+    LogWatch m_watch{m_record, m_system.clock};
+    unsigned m_oldLines = 0;
     std::vector<LogProcess> m_processes;
-    std::vector<bool> m_isKilled;
     Scheduler m_scheduler;
 };
 

@@ -22,19 +22,18 @@ void LogProcess::Start()
 
 void LogProcess::Line()
 {
-    auto const index = m_lines.size();
     auto const message = m_name + std::to_wstring(++m_lineCount) + L" says something";
     {
         AsSystem const memory;
+        m_line = m_lines.size();
         m_lines.push_back({std::wstring(message.c_str())});
     }
-    auto const wasFull = m_files.IsFull();
     if (m_isRegistered)
     {
         m_target->Log(zant::LogLevel::Info, L"", L"ZEB", L"ZEB", L"", L"", L"ZEB", message.c_str(), nullptr, 0, true);
     }
-    m_lines[index].isAcknowledged = true;
-    m_lines[index].isWithoutRoom = wasFull || m_files.IsFull();
+    m_lines[*m_line].isAcknowledged = true;
+    m_line.reset();
 }
 
 void LogProcess::MakeCheckDue() const
@@ -55,6 +54,14 @@ void LogProcess::Enter() const
 bool LogProcess::IsSilent() const
 {
     return !m_isRegistered || !m_target->useLock;
+}
+
+void LogProcess::OnCut()
+{
+    if (m_line)
+    {
+        m_lines[*m_line].isWithoutRoom = true;
+    }
 }
 
 } // namespace explore

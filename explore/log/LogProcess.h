@@ -1,6 +1,7 @@
 #pragma once
-#include "explore/log/Files.h"
+#include "explore/log/LogRecord.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,23 +13,12 @@ class LogTargetDefault;
 namespace explore
 {
 
-// A line that a process has asked for.
-struct LineRecord
-{
-    std::wstring message;
-    bool isAcknowledged = false; // the call has returned
-    bool isWithoutRoom = false;  // the disk was full meanwhile
-};
-
 // A process that logs as the app does.
 class LogProcess
 {
   public:
-    // `lines` and `files` outlive the process.
-    LogProcess(std::wstring name, std::vector<LineRecord>& lines, Files const& files)
-        : m_name(std::move(name)), m_lines(lines), m_files(files)
-    {
-    }
+    // `lines` outlive the process.
+    LogProcess(std::wstring name, std::vector<LineRecord>& lines) : m_name(std::move(name)), m_lines(lines) {}
 
     // What the process does; in its own memory.
 
@@ -43,12 +33,14 @@ class LogProcess
     // Makes the process's variables those of the program.
     void Enter() const;
     bool IsSilent() const;
+    // A write to the log does not fit.
+    void OnCut();
     bool IsRegistered() const noexcept { return m_isRegistered; }
 
   private:
     std::wstring m_name;
     std::vector<LineRecord>& m_lines;
-    Files const& m_files;
+    std::optional<std::size_t> m_line = {}; // that is being written
     unsigned m_lineCount = 0;
     zant::LogTargetDefault* m_target = nullptr;
     bool m_isRegistered = false;

@@ -25,13 +25,20 @@ void MakeOtherEncoding(Files& files)
     files.Put(L"C:\\Temp\\Tessaline\\HOV\\KZEB.log", FileContent(std::string(otherEncoding)));
 }
 
+FileContent CopyOf(std::wstring const& date)
+{
+    auto const line = L"copied " + date + L"\r\n";
+    return FileContent("\xFF\xFE" +
+                       std::string(reinterpret_cast<char const*>(line.data()), line.size() * sizeof(wchar_t)));
+}
+
 void MakeOldCopies(Files& files)
 {
     MakeFolders(files);
     for (auto const* const copy : {L"2023-12-31 08-00-00", L"2024-1-5 01-00-00", L"2024-1-5 02-00-00",
                                    L"2024-1-5 03-00-00", L"2024-1-5 04-00-00", L"2024-1-5 05-00-00"})
     {
-        files.Put(std::wstring(L"C:\\Temp\\Tessaline\\HOV\\KZEB ") + copy + L".log", FileContent("\xFF\xFE"));
+        files.Put(std::wstring(L"C:\\Temp\\Tessaline\\HOV\\KZEB ") + copy + L".log", CopyOf(copy));
     }
 }
 
@@ -45,6 +52,8 @@ void MakeLink(Files& files)
 constexpr auto start = Act::Start;
 constexpr auto line = Act::Line;
 constexpr auto due = Act::MakeCheckDue;
+constexpr auto fill = Act::FillLog;
+constexpr auto second = Act::WaitSecond;
 
 } // namespace
 
@@ -54,11 +63,13 @@ std::vector<Story> const& Stories()
         {"start-x-start", {{{}, {start, line}}, {{}, {start, line}}}, MakeTemporaryFolder},
         {"line-x-line", {{{start}, {line, line}}, {{start}, {line, line}}}, MakeFolders},
         {"line-x-rotation", {{{start}, {line, line}}, {{start, due}, {line, line}}}, MakeFolders, true},
-        {"rotation-x-rotation", {{{start, due}, {line}}, {{start, due}, {line}}}, MakeFolders, true},
-        {"start-x-rotation", {{{}, {start, line}}, {{start, due}, {line}}}, MakeFolders, true},
+        // Where the log is filled again, the other process rotates it, too.
+        {"rotation-x-rotation", {{{start, due}, {line, second, fill}}, {{start, due}, {line}}}, MakeFolders, true},
+        {"rotations-in-a-second", {{{start, due}, {line, fill}}, {{start, due}, {line}}}, MakeFolders, true},
+        {"start-x-rotation", {{{}, {start, line}}, {{start, due}, {line, second, fill}}}, MakeFolders, true},
         {"set-aside-x-start", {{{}, {start, line}}, {{}, {start, line}}}, MakeOtherEncoding},
         {"cleaning-x-line", {{{start}, {line, line}}, {{start, due}, {line}}}, MakeOldCopies, true},
-        {"cleaning-x-cleaning", {{{start, due}, {line}}, {{start, due}, {line}}}, MakeOldCopies, true},
+        {"cleaning-x-cleaning", {{{start, due}, {line, second, fill}}, {{start, due}, {line}}}, MakeOldCopies, true},
         {"link-x-start", {{{}, {start, line}}, {{}, {start, line}}}, MakeLink},
         {"three-lines", {{{start}, {line}}, {{start}, {line}}, {{start}, {line}}}, MakeFolders, false, false},
         {"three-starts", {{{}, {start}}, {{}, {start}}, {{}, {start, line}}}, MakeFolders, false, false},

@@ -12,7 +12,9 @@ enum class Act
 {
     Start,
     Line,
-    MakeCheckDue // the next line checks the file's size
+    MakeCheckDue, // the next line checks the file's size
+    FillLog,      // to the size from which it is rotated
+    WaitSecond
 };
 
 struct Script

@@ -1,6 +1,8 @@
 #include "explore/log/Verdict.h"
 
+#include "explore/log/LineForm.h"
 #include "explore/log/LogFiles.h"
+#include "explore/log/Story.h"
 
 #include <algorithm>
 
@@ -9,15 +11,6 @@ namespace explore
 
 namespace
 {
-
-constexpr std::size_t dateAndTime = 17; // the length of "01/05/24 09:30:12"
-
-// A line of the log without its date and time, which depend on the machine's time zone.
-std::wstring BehindDate(std::wstring const& message, std::wstring const& origin = L"ZEB")
-{
-    return L":000 | [INFO] |  | ZEB | ZEB |  |  | " + origin + L" | " + std::to_wstring(GetCurrentThreadId()) + L" | " +
-           message;
-}
 
 std::string Narrow(std::wstring_view text)
 {
@@ -28,6 +21,20 @@ std::string Narrow(std::wstring_view text)
     return narrow;
 }
 
+// A line that is to be found once.
+struct Expected
+{
+    LineRecord const* line;
+    std::wstring form;
+    unsigned found = 0;
+
+    bool Is(std::wstring const& text) const { return (line->isOld ? text : WithoutTime(text)) == form; }
+    bool IsIn(std::vector<std::wstring> const& lines) const
+    {
+        return std::ranges::any_of(lines, [this](auto const& text) { return Is(text); });
+    }
+};
+
 class Judgement
 {
   public:
@@ -35,14 +42,16 @@ class Judgement
     {
         for (auto const& line : record.lines)
         {
-            m_expected.push_back({BehindDate(line.message), &line});
+            m_expected.push_back({&line, line.isOld ? line.message : FormOf(line.message)});
         }
     }
 
     Verdict Run()
     {
         LookAtFiles();
-        LookAtLines();
+        LookAtOtherText();
+        LookAtOtherFiles();
+        std::ranges::for_each(m_expected, [this](Expected const& expected) { LookAtCount(expected); });
         for (auto const& trouble : m_record.troubles)
         {
             Add(trouble.substr(0, trouble.find(':')), trouble);
@@ -51,13 +60,6 @@ class Judgement
     }
 
   private:
-    struct Expected
-    {
-        std::wstring text;
-        LineRecord const* line;
-        unsigned found = 0;
-    };
-
     void Add(std::string kind, std::string what, char const* byRule = rule::none)
     {
         m_flaws.push_back({std::move(kind), std::move(what), byRule});
@@ -77,7 +79,7 @@ class Judgement
                 LookAtRest(file);
                 LookAtPart(file);
             }
-            else if (!file.IsCopy() || !(file.bytes.empty() || file.bytes == otherEncoding))
+            else if (!file.IsCopy() || !(file.bytes.empty() || file.bytes == m_record.otherText))
             {
                 LookAtUnmarked(file);
             }
@@ -88,51 +90,52 @@ class Judgement
         }
     }
 
+    bool IsCutCopy(LogFile const& file) const { return file.IsCopy() && m_record.cut.contains(file.path); }
+
     // A copy is cut at its begin, too, where there is room again for its second block.
     void LookAtUnmarked(LogFile const& file)
     {
         Add("no mark", Narrow(file.path) + " does not begin with its mark",
-            file.IsCopy() && m_record.wasFull ? rule::fullAtRotation : rule::none);
+            IsCutCopy(file) ? rule::fullAtRotation : rule::none);
     }
 
     void LookAt(std::wstring const& line)
     {
-        if (line == L"old")
-        {
-            ++m_old;
-            return;
-        }
-        auto const behind = line.size() > dateAndTime ? line.substr(dateAndTime) : std::wstring();
-        if (behind == BehindDate(L"header", L""))
-        {
-            return;
-        }
-        auto const whole = std::ranges::find(m_expected, behind, &Expected::text);
+        auto const whole =
+            std::ranges::find_if(m_expected, [&](Expected const& expected) { return expected.Is(line); });
         if (whole != m_expected.end())
         {
             ++whole->found;
-            return;
         }
-        ++m_cut;
-        Add("torn", "a line is torn: " + Narrow(line), RuleOfCut(line, behind));
+        else if (WithoutTime(line) != FormOfHeader())
+        {
+            ++m_cut;
+            Add("torn", "a line is torn: " + Narrow(line), RuleOfCut(line));
+        }
     }
 
-    // A line may be cut short where the disk was full, or where it was and its process was killed as well.
-    char const* RuleOfCut(std::wstring const& line, std::wstring const& behind) const
+    // A line of which a part did not fit is cut short where its process was killed before it took that back.
+    char const* RuleOfCut(std::wstring const& line) const
     {
-        auto const isBeginning =
-            IsBeginning(line, [](LineRecord const& meant) { return meant.isWithoutRoom || !meant.isAcknowledged; });
-        auto const isOfHeader = BehindDate(L"header", L"").starts_with(behind);
-        return m_record.wasFull && (isBeginning || isOfHeader) ? rule::fullAtLine : rule::none;
+        auto const isBeginning = IsOfKilled(line) || (IsOfKilled({}) && FormOfHeader().starts_with(WithoutTime(line)));
+        return m_record.cut.contains(std::wstring(logPath)) && isBeginning ? rule::fullAtLine : rule::none;
     }
 
     void LookAtRest(LogFile const& file)
     {
         if (!file.rest.empty() || file.bytes.size() % 2 != 0)
         {
-            Add("torn", Narrow(file.path) + " ends within a line: " + Narrow(file.rest),
-                file.IsCopy() ? RuleOfCutCopy(file.rest) : rule::none);
+            Add("torn", Narrow(file.path) + " ends within a line: " + Narrow(file.rest), RuleOfRest(file));
         }
+    }
+
+    char const* RuleOfRest(LogFile const& file) const
+    {
+        if (IsCutCopy(file))
+        {
+            return rule::fullAtRotation;
+        }
+        return file.IsCopy() && IsOfKilled(file.rest) ? rule::endedWithinLine : rule::none;
     }
 
     // The first block of a log at its limit holds no line.
@@ -142,61 +145,62 @@ class Judgement
         if (file.IsCopy() && file.bytes.size() == block && file.lines.empty() && file.rest.empty())
         {
             Add("part of a copy", Narrow(file.path) + " holds a part of the log",
-                m_record.wasFull ? rule::fullAtRotation : rule::none);
+                IsCutCopy(file) ? rule::fullAtRotation : rule::none);
         }
     }
 
-    char const* RuleOfCutCopy(std::wstring const& rest) const
+    // Whether a text, which may be empty, is the beginning of a line whose process was killed meanwhile.
+    bool IsOfKilled(std::wstring const& text) const
     {
-        if (m_record.wasFull)
-        {
-            return rule::fullAtRotation;
-        }
-        return IsBeginning(rest, [](LineRecord const& line) { return !line.isAcknowledged; }) ? rule::endedWithinLine
-                                                                                              : rule::none;
-    }
-
-    // Whether a text is the beginning of one of these lines.
-    template <typename Predicate>
-    bool IsBeginning(std::wstring const& text, Predicate isMeant) const
-    {
-        auto const behind = text.size() > dateAndTime ? text.substr(dateAndTime) : std::wstring();
+        auto const beginning = WithoutTime(text);
         return std::ranges::any_of(m_expected, [&](Expected const& expected) {
-            return isMeant(*expected.line) && expected.text.starts_with(behind);
+            return !expected.line->isAcknowledged && expected.form.starts_with(beginning);
         });
     }
 
-    void LookAtLines()
+    void LookAtOtherText()
     {
-        LookAtCount("old", m_old, m_old > 0, false);
-        for (auto const& [text, line, found] : m_expected)
+        auto const isIt = [this](LogFile const& file) { return file.bytes == m_record.otherText; };
+        if (!m_record.otherText.empty() && std::ranges::count_if(m_files, isIt) != 1)
         {
-            LookAtCount(Narrow(line->message), found, !line->isAcknowledged, line->isWithoutRoom);
+            Add("other text", "the text in another encoding does not stand in one file");
         }
     }
 
-    void LookAtCount(std::string const& message, unsigned found, bool mayBeMissing, bool isWithoutRoom)
+    void LookAtOtherFiles()
     {
-        if (found > 1)
+        for (auto const& [path, bytes] : m_record.otherFiles)
+        {
+            auto const* const file = m_record.files.Find(path);
+            if (file == nullptr || file->content.Bytes() != bytes)
+            {
+                Add("other file", Narrow(path) + " is not as it was");
+            }
+        }
+    }
+
+    void LookAtCount(Expected const& expected)
+    {
+        auto const quoted = "'" + Narrow(expected.line->message) + "'";
+        if (expected.found > 1)
         {
             ++m_doubled;
-            Add("doubled", "'" + message + "' stands there " + std::to_string(found) + " times",
-                m_record.isCopiedNotEmptied ? rule::endedBeforeEmptying : rule::none);
+            Add("doubled", quoted + " stands there " + std::to_string(expected.found) + " times",
+                RuleOf(expected, m_record.doubled));
         }
-        if (found == 0 && !mayBeMissing && !(message == "old"))
+        if (expected.found == 0 && expected.line->isAcknowledged && !expected.IsIn(m_record.cleanedUp))
         {
             ++m_lost;
-            Add("lost", "'" + message + "' stands nowhere", RuleOfLoss(isWithoutRoom));
+            Add("lost", quoted + " stands nowhere",
+                expected.line->isWithoutRoom ? rule::fullAtLine : RuleOf(expected, m_record.missing));
         }
     }
 
-    char const* RuleOfLoss(bool isWithoutRoom) const
+    static char const* RuleOf(Expected const& expected, std::vector<Excused> const& excused)
     {
-        if (isWithoutRoom)
-        {
-            return rule::fullAtLine;
-        }
-        return m_record.wasFull && m_copies > 0 ? rule::fullAtRotation : rule::none;
+        auto const found =
+            std::ranges::find_if(excused, [&](Excused const& some) { return expected.IsIn(some.lines); });
+        return found != excused.end() ? found->rule : rule::none;
     }
 
     std::string Outcome() const
@@ -204,17 +208,17 @@ class Judgement
         auto const part = [](unsigned number, char const* name) {
             return number != 0 ? ", " + std::to_string(number) + " " + name : std::string();
         };
-        auto const found = static_cast<unsigned>(
-            std::ranges::count_if(m_expected, [](Expected const& expected) { return expected.found != 0; }));
-        return std::to_string(found) + " lines" + part(m_copies, "copies") + part(m_emptyCopies, "of them empty") +
-               part(m_cut, "cut") + part(m_doubled, "doubled") + part(m_lost, "lost");
+        auto const found = static_cast<unsigned>(std::ranges::count_if(
+            m_expected, [](Expected const& expected) { return expected.found != 0 && !expected.line->isOld; }));
+        return std::to_string(found) + " lines" + part(m_record.rotations, "rotations") + part(m_copies, "copies") +
+               part(m_emptyCopies, "of them empty") + part(m_cut, "cut") + part(m_doubled, "doubled") +
+               part(m_lost, "lost");
     }
 
     LogRecord const& m_record;
     std::vector<LogFile> m_files;
     std::vector<Expected> m_expected;
     std::vector<Flaw> m_flaws;
-    unsigned m_old = 0;
     unsigned m_copies = 0;
     unsigned m_emptyCopies = 0;
     unsigned m_cut = 0;

@@ -54,3 +54,8 @@ TEST(ChosenTest, FindsOneByItsName)
     EXPECT_EQ(FindNamed(stories, "b"), &stories[1]);
     EXPECT_EQ(FindNamed(stories, "d"), nullptr);
 }
+
+TEST(ChosenTest, AStorysNameCanBeListed)
+{
+    EXPECT_EQ(explore::NamesOf(stories), (std::vector<std::string>{"a", "b", "c"}));
+}
