@@ -1,5 +1,6 @@
 #include "explore/harness/Chosen.h"
 #include "explore/harness/Options.h"
+#include "explore/harness/Refusal.h"
 #include "explore/harness/Report.h"
 #include "explore/kill/Choice.h"
 #include "explore/kill/Play.h"
@@ -37,11 +38,7 @@ struct NextPlay
 using Next = std::function<std::optional<NextPlay>()>;
 using Stages = std::vector<std::unique_ptr<Stage>>;
 
-int Refuse(std::string const& why)
-{
-    static_cast<void>(std::fprintf(stderr, "explore kill: %s\n", why.c_str()));
-    return 2;
-}
+constexpr std::string_view subject = "kill";
 
 PlayId IdOf(NextPlay const& play)
 {
@@ -198,7 +195,7 @@ int Replay(PlayId const& id, Options const& options)
     auto const* const story = FindNamed(Stories(), id.story);
     if (story == nullptr || id.deviations.size() != 1 || id.deviations.front().what != "kill")
     {
-        return Refuse("there is no play " + TextOf(id));
+        return Refuse(subject, "there is no play " + TextOf(id));
     }
     Report report("kill", options.seed);
     Stage stage(0);
@@ -207,8 +204,7 @@ int Replay(PlayId const& id, Options const& options)
     auto const played = PlayOnce(stage, *story, reference, step);
     if (!played.isEnded && played.verdict.flaws.empty())
     {
-        return Refuse("there is no step " + std::to_string(step) + " of " + id.story + ": its process made " +
-                      std::to_string(played.calls.size()) + " calls, 0 to " + std::to_string(played.calls.size() - 1));
+        return Refuse(subject, NoStep(id.deviations.front(), played.calls.size()));
     }
     for (std::size_t at = 0; at < played.calls.size(); ++at)
     {
@@ -231,7 +227,7 @@ try
     auto const [options, error] = ParseOptions(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));
     if (!error.empty())
     {
-        return Refuse(error);
+        return Refuse(subject, error);
     }
     InstallSimulator();
     if (options.replay)
@@ -241,11 +237,11 @@ try
     auto const [stories, unknown] = ChosenStories(Stories(), options.stories, [](Story const&) { return true; });
     if (!unknown.empty())
     {
-        return Refuse("there is no story " + unknown);
+        return Refuse(subject, NoStory("story", unknown, NamesOf(Stories())));
     }
     return Explore(options, stories);
 }
 catch (sim::Error const& error)
 {
-    return Refuse(sim::ToUtf8(error.Message()));
+    return Refuse(subject, sim::ToUtf8(error.Message()));
 }

@@ -1,4 +1,5 @@
 #include "explore/harness/Options.h"
+#include "explore/harness/Refusal.h"
 #include "explore/harness/Report.h"
 #include "explore/stress/Round.h"
 #include "explore/stress/Writing.h"
@@ -120,18 +121,14 @@ void PlayRound(Report& report, bool isShort, std::uint64_t seed)
     std::printf("kept for a look: %s\n", sim::UnixPath(round.Folder()).c_str());
 }
 
-int Refuse(std::string const& why)
-{
-    static_cast<void>(std::fprintf(stderr, "explore stress: %s\n", why.c_str()));
-    return 2;
-}
+constexpr std::string_view subject = "stress";
 
 int Explore(Options const& options)
 {
     auto wanted = options.replay ? WantedBy(*options.replay) : Wanted{options.isShort, options.seed};
     if (!wanted)
     {
-        return Refuse("there is no round " + TextOf(*options.replay));
+        return Refuse(subject, "there is no round " + TextOf(*options.replay));
     }
     Report report("stress", wanted->seed);
     do
@@ -155,11 +152,11 @@ try
     auto const [options, error] = ParseOptions(given);
     if (!error.empty() || !options.stories.empty())
     {
-        return Refuse(error.empty() ? "there is no story " + options.stories.front() : error);
+        return Refuse(subject, error.empty() ? "there is no story " + options.stories.front() : error);
     }
     return Explore(options);
 }
 catch (std::exception const& error)
 {
-    return Refuse(sim::ToUtf8(sim::ReasonOf(error)));
+    return Refuse(subject, sim::ToUtf8(sim::ReasonOf(error)));
 }
