@@ -393,6 +393,11 @@ bool IsExact(Flow const& flow, std::vector<WayAt> const& deviations)
     }
     auto const& first = deviations.front().way;
     auto const& last = deviations.back().way;
+    // A request whose deferral is not taken yet holds up the other events of its connection.
+    if (flow.scene.requests > 0 && IsEvent(last) && deviations.back().call == 0)
+    {
+        return false;
+    }
     if (flow.scene.helpers > 1 || !flow.second.empty())
     {
         return !IsConcurrent(first) && !IsConcurrent(last);

@@ -263,6 +263,7 @@ TEST(FaultsJudgement, IsExactWhereWhatFollowsHasOneOrder)
     WayAt const later{5, {Way::Kind::Now, Results::failed}};
     EXPECT_TRUE(IsExact(request, {}));
     EXPECT_TRUE(IsExact(request, {closes}));
+    EXPECT_FALSE(IsExact(request, {{0, {Way::Kind::HelperCloses}}}));
     EXPECT_TRUE(IsExact(request, {fails, later}));
     EXPECT_TRUE(IsExact(request, {fails, closes}));
     EXPECT_FALSE(IsExact(request, {closes, later}));

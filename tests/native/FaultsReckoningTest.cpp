@@ -161,6 +161,15 @@ TEST(FaultsReckoningTest, CallsNoHandlerAgainThatEndsAsDisconnected)
     EXPECT_EQ(outcome.completions, std::vector<unsigned>{0});
 }
 
+TEST(FaultsReckoningTest, GivesAResponseWithTheEndOfTheRequest)
+{
+    auto const flow = test::RequestFlow(L"ExitZEB");
+    EXPECT_EQ(test::Reckoned(flow).answers, (std::vector<Answer>{{true, L"MessageAck=Ack"}}));
+    auto const response = test::NumberOf(flow, L"AppServiceRequest.SendResponseAsync");
+    std::vector<WayAt> const deviations = {{response, {Way::Kind::Unheard, Results::failed}}, {response + 1, Now()}};
+    EXPECT_EQ(test::Reckoned(flow, deviations).answers, std::vector<Answer>{{false}});
+}
+
 // The handlers of the first loss meet the second one, the answer of a message among them.
 TEST(FaultsReckoningTest, LosesAConnectionOnce)
 {

@@ -109,7 +109,8 @@ void Reckoning::FillOutcome()
     {
         auto const isDone = request.completions > 0 || (!request.isDeferred && !request.isUnheard);
         auto const isGiven = request.isLost || isDone || m_outcome.end != End::Alive;
-        m_outcome.answers.push_back({isGiven, request.response});
+        // A response comes with the request's end.
+        m_outcome.answers.push_back({isGiven, request.completions > 0 ? request.response : std::wstring()});
     }
     for (auto const request : m_deferred)
     {
