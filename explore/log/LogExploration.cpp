@@ -25,6 +25,7 @@ std::string RefusalOf(Story const& story, PlayId const& id)
 {
     auto const isUnknown = [](Deviation const& deviation) { return !PathOf({{}, {deviation}}, FaultNames()); };
     std::vector<std::string> choices;
+    choices.reserve(story.processes.size() + FaultNames().size());
     for (std::size_t process = 0; process < story.processes.size(); ++process)
     {
         choices.emplace_back(1, static_cast<char>('A' + process));

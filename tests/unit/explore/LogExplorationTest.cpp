@@ -186,5 +186,5 @@ TEST(LogExplorationTest, ShowsEachLossThatTheRulesPrescribe)
         })) << name;
         EXPECT_TRUE(std::ranges::none_of(verdict.flaws, [](Flaw const& flaw) { return flaw.rule.empty(); })) << name;
     }
-    EXPECT_EQ(rows, 9);
+    EXPECT_EQ(rows, 10);
 }
