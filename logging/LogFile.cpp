@@ -294,7 +294,7 @@ bool TakeBackLastLine(HANDLE file, std::wstring const& path, bool wide) noexcept
         return false;
     }
     auto const begin = BeginOfLastLine(reading.Get(), static_cast<std::uint64_t>(size.QuadPart), wide);
-    return begin && SetFilePointerEx(file, *begin, nullptr, FILE_BEGIN) && SetEndOfFile(file);
+    return begin && SetFilePointerEx(file, *begin, nullptr, FILE_BEGIN) != FALSE && SetEndOfFile(file) != FALSE;
 }
 
 void EmptyFile(std::wstring const& path) noexcept

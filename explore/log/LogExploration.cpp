@@ -93,7 +93,7 @@ void LogExploration::Tell(PlayId const& id, Verdict const& verdict)
     {
         if (!rule.empty())
         {
-            m_report.Lost(rule + ": " + kind, id);
+            m_report.Lost(std::string(rule).append(": ").append(kind), id);
         }
         else if (!m_report.HasFound(kind))
         {
