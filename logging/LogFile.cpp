@@ -111,6 +111,31 @@ std::string_view MissingEndOf(HANDLE file, std::uint64_t size, bool wide) noexce
     return ReadAt(file, size - 2, last) ? MissingEnd(size, last[0], last[1], wide) : std::string_view();
 }
 
+// The place behind the last line end of a file with its mark; nothing when it is far from the file's end or cannot be
+// read.
+std::optional<LARGE_INTEGER> BeginOfLastLine(HANDLE file, std::uint64_t size, bool wide) noexcept
+{
+    char bytes[4096];
+    auto const mark = MarkOf(wide).size();
+    auto const isWhole = size - mark <= sizeof bytes;
+    auto const begin = isWhole ? mark : size - sizeof bytes + (wide ? size % 2 : 0);
+    auto const tail = std::span(bytes).first(size - begin);
+    if (!ReadAt(file, begin, tail))
+    {
+        return std::nullopt;
+    }
+    auto const lineEnd = wide ? std::string_view("\n\0", 2) : std::string_view("\n");
+    std::string_view const text(tail.data(), tail.size());
+    auto found = text.rfind(lineEnd);
+    while (wide && found != text.npos && found % 2 != 0) // within two characters
+    {
+        found = text.rfind(lineEnd, found - 1);
+    }
+    LARGE_INTEGER place;
+    place.QuadPart = static_cast<LONGLONG>(begin + (found != text.npos ? found + lineEnd.size() : 0));
+    return isWhole || found != text.npos ? std::optional(place) : std::nullopt;
+}
+
 // False for a file that can be read and does not begin with a byte-order mark of UTF-16, of either byte order.
 bool MayBeWideFile(std::wstring const& path) noexcept
 {
@@ -258,6 +283,18 @@ bool CompleteEnd(HANDLE file, FileState const& state) noexcept
         return false;
     }
     return static_cast<std::uint64_t>(end.QuadPart) != state.size || Write(file, state.missing).isWhole;
+}
+
+bool TakeBackLastLine(HANDLE file, std::wstring const& path, bool wide) noexcept
+{
+    auto const reading = OpenForReading(path, shareReadWrite);
+    LARGE_INTEGER size;
+    if (!reading || !GetFileSizeEx(reading.Get(), &size))
+    {
+        return false;
+    }
+    auto const begin = BeginOfLastLine(reading.Get(), static_cast<std::uint64_t>(size.QuadPart), wide);
+    return begin && SetFilePointerEx(file, *begin, nullptr, FILE_BEGIN) != FALSE && SetEndOfFile(file) != FALSE;
 }
 
 void EmptyFile(std::wstring const& path) noexcept

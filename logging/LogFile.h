@@ -46,6 +46,10 @@ std::optional<FileState> StateOfFile(std::wstring const& path, bool wide) noexce
 // caller keeps other writers away.
 bool CompleteEnd(HANDLE file, FileState const& state) noexcept;
 
+// Cuts off what follows the last line end of a file that has its mark, which needs no room on the disk. False when that
+// fails, or the line end is more than 4,096 bytes away. The caller keeps other writers away.
+bool TakeBackLastLine(HANDLE file, std::wstring const& path, bool wide) noexcept;
+
 // Empties the file, unless a link is in the way. A file that cannot be emptied stays as it is.
 void EmptyFile(std::wstring const& path) noexcept;
 

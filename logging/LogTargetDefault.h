@@ -11,6 +11,8 @@
 namespace zant
 {
 
+struct FileState;
+
 // The target that writes to a text file, which several processes may share. Each line waits for the mutex named after
 // the file; under the same mutex the file is rotated when it has reached its limit, and old copies are deleted. A
 // process whose wait fails or times out writes no further line until it ends: losing lines is better than delaying the
@@ -64,6 +66,7 @@ class LogTargetDefault : public LogTargetBase
     void Compose(Call const& call, std::wstring_view detail, std::wstring_view origin, std::wstring_view message);
     bool CheckSizeAtOpening();
     void CompleteLastLine();
+    bool MendEnd(FileState const& state) noexcept;
     void CheckSizeWhenDue();
     bool CheckSize();
     bool Rotate(bool keepsCopies);

@@ -8,10 +8,17 @@
 namespace zant
 {
 
+// A process that could not complete the unfinished line would be the only one to know of it: the next line, which may
+// be another one's, would continue it. False when it can be neither completed nor taken back.
+bool LogTargetDefault::MendEnd(FileState const& state) noexcept
+{
+    return CompleteEnd(file.Get(), state) || TakeBackLastLine(file.Get(), filePath, wideOutput);
+}
+
 // The previous owner of the mutex may have ended in the middle of a line.
 void LogTargetDefault::CompleteLastLine()
 {
-    if (auto const state = StateOfFile(filePath, wideOutput); state && !CompleteEnd(file.Get(), *state))
+    if (auto const state = StateOfFile(filePath, wideOutput); state && !MendEnd(*state))
     {
         lastCheck = 0; // the next line checks again
     }
@@ -40,7 +47,7 @@ bool LogTargetDefault::CheckSize()
     {
         canGoOn = OpenFile(file);
     }
-    if (state && !CompleteEnd(file.Get(), *state))
+    if (state && !MendEnd(*state))
     {
         lastCheck = 0; // the next line checks again
         return false;

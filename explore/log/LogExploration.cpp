@@ -25,6 +25,7 @@ std::string RefusalOf(Story const& story, PlayId const& id)
 {
     auto const isUnknown = [](Deviation const& deviation) { return !PathOf({{}, {deviation}}, FaultNames()); };
     std::vector<std::string> choices;
+    choices.reserve(story.processes.size() + FaultNames().size());
     for (std::size_t process = 0; process < story.processes.size(); ++process)
     {
         choices.emplace_back(1, static_cast<char>('A' + process));
@@ -92,7 +93,7 @@ void LogExploration::Tell(PlayId const& id, Verdict const& verdict)
     {
         if (!rule.empty())
         {
-            m_report.Lost(rule + ": " + kind, id);
+            m_report.Lost(std::string(rule).append(": ").append(kind), id);
         }
         else if (!m_report.HasFound(kind))
         {

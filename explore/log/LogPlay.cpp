@@ -221,7 +221,7 @@ bool LogPlay::Run(Decide const& decide)
     }
     if (end == Scheduler::End::Stuck)
     {
-        m_record.troubles.push_back("stuck");
+        m_record.troubles.emplace_back("stuck");
         return true;
     }
     for (ProcessNumber process = 0; process < m_processes.size(); ++process)
@@ -235,7 +235,7 @@ bool LogPlay::Run(Decide const& decide)
     Add(another);
     if (m_scheduler.Run(decide) != Scheduler::End::All)
     {
-        m_record.troubles.push_back("stuck");
+        m_record.troubles.emplace_back("stuck");
     }
     return true;
 }

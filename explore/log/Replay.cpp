@@ -5,6 +5,8 @@
 #include "explore/log/LogExploration.h"
 
 #include <cstdio>
+#include <iomanip>
+#include <sstream>
 
 namespace explore
 {
@@ -16,9 +18,11 @@ std::string TextOf(LogPlay const& play, Turn const& turn, Decision decision)
 {
     auto const isFault = decision.kind == Decision::Kind::Fault;
     auto const process = isFault ? turn.Ordinary() : decision.number;
-    char text[100];
-    std::snprintf(text, sizeof text, "%5u  %c  %s", turn.step, 'A' + process, play.System().kernel.PendingOf(process));
-    return text + (isFault ? ": " + FaultNames()[decision.number] : std::string()) + "\n";
+    std::ostringstream text;
+    text << std::setw(5) << turn.step << "  " << static_cast<char>('A' + process) << "  "
+         << play.System().kernel.PendingOf(process) << (isFault ? ": " + FaultNames()[decision.number] : std::string())
+         << '\n';
+    return text.str();
 }
 
 } // namespace

@@ -167,6 +167,17 @@ TEST(LogExplorationTest, RotatesTwiceWhereBothProcessesCan)
         std::string::npos);
 }
 
+// Of three processes one is killed within its line, the next finds the disk full, and the last knows nothing of that.
+TEST(LogExplorationTest, ContinuesNoUnfinishedLineOnceThereIsRoomAgain)
+{
+    for (auto const* const id : {"three-lines:12=kill,19=full", "three-lines:11=almost-full,14=kill"})
+    {
+        auto const [refusal, verdict] = PlayAgain(StoryOf("three-lines"), *PlayIdOf(id));
+        EXPECT_EQ(refusal, "");
+        EXPECT_TRUE(std::ranges::none_of(verdict.flaws, [](Flaw const& flaw) { return flaw.rule.empty(); })) << id;
+    }
+}
+
 // docs/log.md lists what the rules lose, each with a play.
 TEST(LogExplorationTest, ShowsEachLossThatTheRulesPrescribe)
 {
@@ -186,5 +197,5 @@ TEST(LogExplorationTest, ShowsEachLossThatTheRulesPrescribe)
         })) << name;
         EXPECT_TRUE(std::ranges::none_of(verdict.flaws, [](Flaw const& flaw) { return flaw.rule.empty(); })) << name;
     }
-    EXPECT_EQ(rows, 9);
+    EXPECT_EQ(rows, 10);
 }

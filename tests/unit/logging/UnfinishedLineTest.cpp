@@ -219,13 +219,60 @@ TEST_F(UnfinishedLine, StaysWhenItIsReadInPart)
     EXPECT_EQ(state->missing, "");
 }
 
-TEST_F(UnfinishedLine, StaysWhenItCannotBeWritten)
+// Another process, which does not know of it, may write the next line.
+TEST_F(UnfinishedLine, IsTakenBackWhenItsEndCannotBeWritten)
+{
+    ASSERT_TRUE(target.Open());
+    Tear(Utf16(L"whole\r\n\x0A00\u0100torn") + "h"); // a line end between two characters is none
+    auto const due = target.lastLine = target.lastCheck + 900;
+    int skipped = 0;
+    WriteFileCall const fault(FailingAfter(skipped, FALSE, ERROR_DISK_FULL));
+    LogAt(target, 0, L"next");
+    EXPECT_TRUE(ReadBytes(LogPath()).starts_with(wideMark + Utf16(L"whole\r\n")));
+    EXPECT_EQ(ReadLines(LogPath()).size(), 2u); // "whole" and "next"
+    EXPECT_EQ(target.lastCheck, due);
+}
+
+TEST_F(UnfinishedLine, IsTakenBackWhenItIsTheFirstOne)
+{
+    WriteBytes(LogPath(), wideMark + Utf16(L"torn"));
+    WriteFileCall const fault(Failing(FALSE, ERROR_DISK_FULL));
+    EXPECT_TRUE(target.Open());
+    EXPECT_EQ(ReadBytes(LogPath()), wideMark);
+}
+
+TEST_F(UnfinishedLine, OfUtf8IsTakenBackToo)
+{
+    target.wideOutput = false;
+    WriteBytes(LogPath(), "\xEF\xBB\xBFwhole\r\ntorn");
+    WriteFileCall const fault(Failing(FALSE, ERROR_DISK_FULL));
+    EXPECT_TRUE(target.Open());
+    EXPECT_EQ(ReadBytes(LogPath()), "\xEF\xBB\xBFwhole\r\n");
+}
+
+TEST_F(UnfinishedLine, IsTakenBackUpTo4096Bytes)
+{
+    auto const whole = wideMark + Utf16(L"whole\r\n");
+    for (auto const [size, isTakenBack] : {std::pair(4094, true), std::pair(4096, false)})
+    {
+        WriteBytes(LogPath(), whole + std::string(static_cast<std::size_t>(size), 'a'));
+        {
+            WriteFileCall const fault(Failing(FALSE, ERROR_DISK_FULL));
+            EXPECT_TRUE(target.Open());
+        }
+        target.Close();
+        EXPECT_EQ(ReadBytes(LogPath()).size(), whole.size() + (isTakenBack ? 0u : static_cast<std::size_t>(size)));
+    }
+}
+
+TEST_F(UnfinishedLine, StaysWhenItCanNeitherBeCompletedNorTakenBack)
 {
     ASSERT_TRUE(target.Open());
     Tear(Utf16(L"torn"));
     target.lastLine = target.lastCheck + 900;
     int skipped = 0;
     WriteFileCall const fault(FailingAfter(skipped, FALSE, ERROR_DISK_FULL));
+    SetEndOfFileCall const stays(Failing(FALSE, ERROR_ACCESS_DENIED));
     LogAt(target, 0, L"next");
     EXPECT_EQ(target.lastCheck, 0) << "the next line checks again";
     EXPECT_EQ(ReadLines(LogPath()).size(), 1u);
@@ -237,6 +284,7 @@ TEST_F(UnfinishedLine, IsCompletedBeforeTheNextLineWhenItCouldNotBeBefore)
     WriteBytes(LogPath(), wideMark + Utf16(L"torn") + "h");
     {
         WriteFileCall const fault(Failing(FALSE, ERROR_DISK_FULL));
+        SetEndOfFileCall const stays(Failing(FALSE, ERROR_ACCESS_DENIED));
         EXPECT_TRUE(target.Open());
     }
     LogAt(target, 0, L"after");
@@ -259,6 +307,7 @@ TEST_F(UnfinishedLine, OfAKilledProcessIsCompletedByALaterLineWhenTheNextOneCann
             return next(arguments...) == WAIT_OBJECT_0 ? DWORD{WAIT_ABANDONED} : DWORD{WAIT_FAILED};
         });
         WriteFileCall const fault(Failing(FALSE, ERROR_DISK_FULL));
+        SetEndOfFileCall const stays(Failing(FALSE, ERROR_ACCESS_DENIED));
         EXPECT_TRUE(LogAt(target, 0, L"lost"));
     }
     LogAt(target, 0, L"after");
