@@ -24,6 +24,7 @@ KEPT_CONSTANT = re.compile(rf"\b(?:static|const|constexpr)\b[^;{{}}()]*?\b(?P<na
 USING = re.compile(rf"\busing\s+(?:[\w:]*::)?(?P<name>{NAME})\s*(?:;|=[^;]*;)")
 DIRECTIVE = re.compile(r"\busing\s+namespace\s+[\w:]+\s*;")
 MACRO = re.compile(rf"^\s*#\s*(?:define|undef)\s+(?P<name>{NAME})", re.MULTILINE)
+WRAP = re.compile(rf"^WRAP\(\w+, (?P<name>{NAME})\)", re.MULTILINE)  # of tests/support: defines a function's wrapper
 ENTRY = re.compile(r"\bint\s+(?P<name>w?main)\s*\(")
 SHARED = {"PrintTo", "catch", "noexcept", "static_assert", "try"}  # overloads, and what only looks like a name
 
@@ -79,7 +80,8 @@ def read(path):
     own |= {found["name"] for found in KEPT_CONSTANT.finditer(named)} - SHARED
     own |= {found["name"] for found in MACRO.finditer(text)}
     own |= {found["name"] for found in ENTRY.finditer(text)}  # there is one in a program
-    return Source(path, len(text), set(WORD.findall(text)), own,
+    wrappers = {f"__wrap_{found['name']}" for found in WRAP.finditer(text)}
+    return Source(path, len(text), set(WORD.findall(text)) | wrappers, own | wrappers,
                   {found["name"]: " ".join(found[0].split()) for found in USING.finditer(unnamed + named)},
                   frozenset(DIRECTIVE.findall(unnamed + named)))
 

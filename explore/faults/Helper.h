@@ -21,7 +21,7 @@ class Helper
     Helper();
     Helper(Helper const&) = delete;
     Helper& operator=(Helper const&) = delete;
-    ~Helper() { Close(); }
+    ~Helper() { Close(); } // NOLINT(bugprone-exception-escape): a failure in it ends the process, which is reported
 
     void Open();
     void Prepare(std::wstring_view command); // a request, for Ask

@@ -76,7 +76,7 @@ void AddLinesOf(std::vector<Steps> const& handlers, Texts& lines)
 std::string Coded(End end, std::int32_t code)
 {
     char text[60];
-    std::snprintf(text, sizeof text, " %s 0x%08X", NameOf(end).c_str(), static_cast<unsigned>(code));
+    static_cast<void>(std::snprintf(text, sizeof text, " %s 0x%08X", NameOf(end).c_str(), static_cast<unsigned>(code)));
     return text;
 }
 
@@ -105,6 +105,7 @@ Judged CompareOrder(char const* name, Texts const& expected, std::vector<Texts> 
 std::vector<Texts> PartsOf(std::vector<Aside> const& asides, Texts Aside::* part)
 {
     std::vector<Texts> parts;
+    parts.reserve(asides.size());
     for (auto const& aside : asides)
     {
         parts.push_back(aside.*part);
@@ -117,7 +118,7 @@ Texts AnswersIn(Outcome const& outcome)
     Texts texts;
     for (auto const& answer : outcome.answers)
     {
-        texts.push_back(answer.isGiven ? L"answered" : L"open");
+        texts.emplace_back(answer.isGiven ? L"answered" : L"open");
     }
     return texts;
 }

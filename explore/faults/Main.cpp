@@ -3,6 +3,7 @@
 #include "explore/faults/Worker.h"
 #include "explore/harness/Chosen.h"
 #include "explore/harness/Options.h"
+#include "explore/harness/Refusal.h"
 #include "explore/harness/Report.h"
 
 #include <algorithm>
@@ -23,6 +24,7 @@ using namespace explore::faults;
 
 using NextPlay = std::function<std::optional<PlayId>()>;
 
+constexpr std::string_view subject = "faults";
 constexpr unsigned workers = 2;
 
 void Tell(Report& report, PlayId const& id, Verdict const& verdict)
@@ -43,6 +45,7 @@ void PlayAll(Report& report, NextPlay const& next)
 {
     std::mutex mutex; // over the report and what is next
     std::vector<std::thread> threads;
+    threads.reserve(workers);
     for (unsigned number = 0; number < workers; ++number)
     {
         threads.emplace_back([&] {
@@ -115,7 +118,8 @@ void PlayPairs(std::vector<Flow const*> const& flows, Options const& options, Re
     constexpr std::size_t many = 60;
     if (options.isShort)
     {
-        return PlayPairsByChance(flows, few, options, report);
+        PlayPairsByChance(flows, few, options, report);
+        return;
     }
     std::vector<Flow const*> requests;
     std::vector<Flow const*> others;
@@ -170,12 +174,6 @@ int Replay(PlayId const& id, Options const& options)
     return report.Conclude();
 }
 
-int Refuse(std::string const& why)
-{
-    std::fprintf(stderr, "explore faults: %s\n", why.c_str());
-    return 2;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -189,14 +187,15 @@ int main(int argc, char** argv)
     auto const [options, error] = ParseOptions(arguments);
     if (!error.empty())
     {
-        return Refuse(error);
+        return Refuse(subject, error);
     }
     if (options.replay)
     {
         auto const* const flow = FlowOf(options.replay->story);
-        auto const why = flow ? WhyNot(*flow, *options.replay) : "there is no flow " + options.replay->story;
-        return why.empty() ? Replay(*options.replay, options) : Refuse(why);
+        auto const why =
+            flow ? WhyNot(*flow, *options.replay) : NoStory("flow", options.replay->story, NamesOf(Flows()));
+        return why.empty() ? Replay(*options.replay, options) : Refuse(subject, why);
     }
     auto const [flows, unknown] = ChosenStories(Flows(), options.stories, [](Flow const&) { return true; });
-    return unknown.empty() ? Explore(options, flows) : Refuse("there is no flow " + unknown);
+    return unknown.empty() ? Explore(options, flows) : Refuse(subject, NoStory("flow", unknown, NamesOf(Flows())));
 }

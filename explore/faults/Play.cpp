@@ -4,6 +4,8 @@
 #include "explore/faults/Judgement.h"
 #include "explore/faults/Plays.h"
 #include "explore/faults/Stage.h"
+#include "explore/harness/Chosen.h"
+#include "explore/harness/Refusal.h"
 #include "simulator/protocol/KnownCalls.h"
 
 #include <algorithm>
@@ -11,6 +13,7 @@
 #include <exception>
 #include <numeric>
 #include <stdexcept>
+#include <utility>
 #include <winrt/Windows.Foundation.Collections.h>
 #include <winrt/Windows.Storage.h>
 
@@ -123,8 +126,8 @@ bool IsKnown(std::wstring_view call)
 class Play
 {
   public:
-    Play(PlayId const& id, std::function<void(Verdict const&)> const& judged)
-        : m_flow(*FlowOf(id.story)), m_judged(judged), m_deviations(*WaysIn(id))
+    Play(Flow const& flow, std::vector<WayAt> deviations, std::function<void(Verdict const&)> const& judged)
+        : m_flow(flow), m_judged(judged), m_deviations(std::move(deviations))
     {
     }
 
@@ -347,11 +350,16 @@ class Play
 void PlayOnce(PlayId const& id, std::function<void(Verdict const&)> const& judged)
 {
     auto const* const flow = FlowOf(id.story);
-    if (auto const why = flow ? WhyNot(*flow, id) : "there is no flow " + id.story; !why.empty())
+    if (flow == nullptr)
+    {
+        throw std::runtime_error(NoStory("flow", id.story, NamesOf(Flows())));
+    }
+    auto const deviations = WaysIn(id);
+    if (auto const why = WhyNot(*flow, id); !why.empty() || !deviations)
     {
         throw std::runtime_error(why);
     }
-    Play(id, judged).Run();
+    Play(*flow, *deviations, judged).Run();
 }
 
 } // namespace explore::faults

@@ -208,10 +208,11 @@ PlayId PairByChance(Flow const& flow, Random& random)
 {
     for (;;)
     {
-        auto const one = *ByChance(flow, CallsOf(flow), 0, random);
-        if (auto const other = ByChance(flow, CallsOf(flow, {one}), one.call + 1, random))
+        auto const one = ByChance(flow, CallsOf(flow), 0, random);
+        auto const other = one ? ByChance(flow, CallsOf(flow, {*one}), one->call + 1, random) : std::nullopt;
+        if (one && other)
         {
-            return IdOf(flow, {one, *other});
+            return IdOf(flow, {*one, *other});
         }
     }
 }

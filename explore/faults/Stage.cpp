@@ -55,7 +55,7 @@ Stage::Stage()
     device.ExemptThisThread(); // it is everybody but the app
 }
 
-Stage::~Stage()
+Stage::~Stage() // NOLINT(bugprone-exception-escape): a failure in it ends the process, which is reported
 {
     device.WatchCalls({});
     device.End();
@@ -297,12 +297,20 @@ Outcome Stage::Look()
         outcome.launches = m_launches;
         outcome.waits = m_waits;
     }
-    auto const failure = device.Failure();
-    outcome.end = m_startResult != 0   ? End::NotStarted
-                  : failure            ? End::Failed
-                  : device.HasExited() ? End::Exited
-                                       : End::Alive;
-    outcome.code = m_startResult != 0 ? m_startResult : failure.value_or(0);
+    if (m_startResult != 0)
+    {
+        outcome.end = End::NotStarted;
+        outcome.code = m_startResult;
+    }
+    else if (auto const failure = device.Failure())
+    {
+        outcome.end = End::Failed;
+        outcome.code = *failure;
+    }
+    else if (device.HasExited())
+    {
+        outcome.end = End::Exited;
+    }
     return outcome;
 }
 

@@ -113,6 +113,16 @@ Played PlayHere(PlayId const& id, HANDLE output)
     return {verdict, {after.handles - before.handles, after.objects - before.objects}};
 }
 
+// Empty for nothing.
+std::string KindOf(Leavings const& more, int handlesKept)
+{
+    if (more.objects > 0)
+    {
+        return "objects stay";
+    }
+    return more.handles > handlesKept ? "handles stay" : "";
+}
+
 // A first play may leave what the process keeps for good.
 Verdict PlayUntilSure(PlayId const& id, HANDLE output)
 {
@@ -122,8 +132,8 @@ Verdict PlayUntilSure(PlayId const& id, HANDLE output)
     for (int time = 1;; ++time)
     {
         auto [verdict, more] = PlayHere(id, output);
-        auto const stay = more.objects > 0 ? "objects stay" : more.handles > handlesKept ? "handles stay" : "";
-        if (!verdict.kind.empty() || *stay == '\0' || HasNever(id))
+        auto const stay = KindOf(more, handlesKept);
+        if (!verdict.kind.empty() || stay.empty() || HasNever(id))
         {
             return verdict;
         }

@@ -21,6 +21,7 @@ template <typename Stories>
 std::vector<std::string> NamesOf(Stories const& stories)
 {
     std::vector<std::string> names;
+    names.reserve(std::ranges::size(stories));
     for (auto const& story : stories)
     {
         names.emplace_back(story.name);

@@ -12,13 +12,13 @@ namespace
 {
 
 constexpr std::size_t size = std::size_t{16} << 20;
-alignas(std::max_align_t) std::byte memory[size]; // much more than a play needs
+alignas(std::max_align_t) std::byte store[size]; // much more than a play needs
 std::size_t used = 0;
 bool isProcess = false;
 
 bool IsOfProcess(void const* pointer) noexcept
 {
-    return pointer >= memory && pointer < memory + size;
+    return pointer >= store && pointer < store + size;
 }
 
 void* TakeForProcess(std::size_t bytes)
@@ -29,7 +29,7 @@ void* TakeForProcess(std::size_t bytes)
     {
         throw std::bad_alloc();
     }
-    return memory + std::exchange(used, used + rounded);
+    return store + std::exchange(used, used + rounded);
 }
 
 } // namespace

@@ -12,6 +12,8 @@ class FileHandle : public KernelObject
 {
   public:
     FileHandle(Files& files, std::shared_ptr<OpenFile> opened) : m_files(files), m_opened(std::move(opened)) {}
+    FileHandle(FileHandle const&) = delete;
+    FileHandle& operator=(FileHandle const&) = delete;
     ~FileHandle() override { m_files.Close(*m_opened); }
 
     OpenFile& Opened() const noexcept { return *m_opened; }
@@ -43,6 +45,20 @@ LARGE_INTEGER LargeInteger(std::uint64_t value)
     LARGE_INTEGER result;
     result.QuadPart = static_cast<LONGLONG>(value);
     return result;
+}
+
+// Where a seek counts from.
+LONGLONG PlaceOf(DWORD from, OpenFile const& opened)
+{
+    switch (from)
+    {
+    case FILE_END:
+        return static_cast<LONGLONG>(opened.file->content.Size());
+    case FILE_CURRENT:
+        return static_cast<LONGLONG>(opened.position);
+    default:
+        return 0;
+    }
 }
 
 } // namespace
@@ -94,9 +110,7 @@ BOOL FileCalls::Write(HANDLE handle, void const* bytes, DWORD size, DWORD* writt
 BOOL FileCalls::Seek(HANDLE handle, LARGE_INTEGER distance, LARGE_INTEGER* position, DWORD from)
 {
     return CallOnFile("SetFilePointer", handle, [&](OpenFile& opened) -> BOOL {
-        auto const end = static_cast<LONGLONG>(opened.file->content.Size());
-        auto const start = from == FILE_END ? end : from == FILE_CURRENT ? static_cast<LONGLONG>(opened.position) : 0;
-        auto const place = start + distance.QuadPart;
+        auto const place = PlaceOf(from, opened) + distance.QuadPart;
         if (place < 0)
         {
             return m_kernel.Succeeds(ERROR_NEGATIVE_SEEK);

@@ -81,6 +81,7 @@ class Files
     File& Put(std::wstring_view path, FileContent content);
     void PutLink(std::wstring_view path, std::wstring_view target);
     File const* Find(std::wstring_view path) const;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the entries of an object that is not const are not, either
     File* Find(std::wstring_view path) { return const_cast<File*>(std::as_const(*this).Find(path)); }
 
     // Told of each change right before it, with the path in lower case.

@@ -8,6 +8,7 @@ namespace explore
 HANDLE Kernel::Add(std::shared_ptr<KernelObject> object)
 {
     m_lastHandle += 4;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number, and nothing is read through it
     auto* const handle = reinterpret_cast<HANDLE>(m_lastHandle);
     m_handles[handle] = {m_current, std::move(object)};
     return handle;

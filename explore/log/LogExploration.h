@@ -32,6 +32,7 @@ class LogExploration
 
     LogExploration(LogExploration const&) = delete;
     LogExploration& operator=(LogExploration const&) = delete;
+    ~LogExploration() = default;
 
     void PlayEveryOrder(Limits limits);
     void PlayByChance();

@@ -224,7 +224,8 @@ bool LogPlay::Run(Decide const& decide)
         m_record.troubles.emplace_back("stuck");
         return true;
     }
-    for (ProcessNumber process = 0; process < m_processes.size(); ++process)
+    auto const count = static_cast<ProcessNumber>(m_processes.size());
+    for (ProcessNumber process = 0; process < count; ++process)
     {
         if (m_system.kernel.HandlesOf(process) != 0)
         {

@@ -26,7 +26,7 @@ void LogProcess::Line()
     {
         AsSystem const memory;
         m_line = m_lines.size();
-        m_lines.push_back({std::wstring(message.c_str())});
+        m_lines.push_back({message});
     }
     if (m_isRegistered)
     {

@@ -95,14 +95,17 @@ class Mutexes
         for (auto const& [name, mutex] : m_named)
         {
             auto const alive = mutex.lock();
-            hash.Add(alive == nullptr ? 0
-                                      : 1 + alive->depth + (alive->isAbandoned ? 0x100u : 0u) +
-                                            (alive->owner ? (*alive->owner + 1u) << 16 : 0u));
+            hash.Add(alive == nullptr ? 0 : StateOf(*alive));
         }
         return hash.Value();
     }
 
   private:
+    static unsigned StateOf(Mutex const& mutex)
+    {
+        return 1 + mutex.depth + (mutex.isAbandoned ? 0x100u : 0u) + (mutex.owner ? (*mutex.owner + 1u) << 16 : 0u);
+    }
+
     std::map<std::wstring, std::weak_ptr<Mutex>> m_named;
 };
 

@@ -55,6 +55,10 @@ class Unity(unittest.TestCase):
         self.assert_apart("int main()\n{\n}\n", "int main()\n{\n}\n")
         self.assert_apart("int wmain(int count, wchar_t** arguments);\n", "int wmain(int count, wchar_t** arguments);\n")
 
+    def test_two_wrappers_of_a_function_do_not_meet(self):
+        self.assert_apart("WRAP(Wait, WaitForSingleObject);\n", "WRAP(WaitCall, WaitForSingleObject);\n")
+        self.assert_together("WRAP(Wait, WaitForSingleObject);\n", "void F() { WaitForSingleObject(); }\n")
+
     def test_macros_count(self):
         self.assert_apart("#define LIMIT 1\n", "enum class Level { LIMIT };\n")
 

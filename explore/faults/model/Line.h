@@ -2,17 +2,29 @@
 #include "explore/faults/model/Step.h"
 
 #include <string>
+#include <string_view>
 
 namespace explore::faults
 {
 
+// The level and the site of a step's line.
+inline std::wstring OriginOf(Step::Kind kind)
+{
+    switch (kind)
+    {
+    case Step::Kind::Shell:
+        return L"[INFO] ZEBMain ";
+    case Step::Kind::Info:
+        return L"[INFO] AppService ";
+    default:
+        return L"[ERROR] AppService ";
+    }
+}
+
 // The line of the log that a step writes, as its level, its site and its text.
 inline std::wstring LineOf(Step const& step)
 {
-    auto const* const site = step.kind == Step::Kind::Shell  ? L"[INFO] ZEBMain "
-                             : step.kind == Step::Kind::Info ? L"[INFO] AppService "
-                                                             : L"[ERROR] AppService ";
-    return site + std::wstring(step.text);
+    return OriginOf(step.kind) + std::wstring(step.text);
 }
 
 } // namespace explore::faults

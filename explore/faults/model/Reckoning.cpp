@@ -74,6 +74,16 @@ bool HasEffect(Way way)
            way.kind != Way::Kind::Status;
 }
 
+// What a failure of steps that are no event's handler makes of the process.
+End EndAfterFailure(Role role)
+{
+    if (role == Role::Start)
+    {
+        return End::NotStarted;
+    }
+    return role == Role::Override ? End::Failed : End::Terminated;
+}
+
 } // namespace
 
 Reckoning::Reckoning(Scene scene, std::vector<WayAt> deviations)
@@ -96,7 +106,7 @@ void Reckoning::Run(Steps const& steps, Role role, Steps const& second)
     }
     catch (ProcessEnd const&)
     {
-        // nothing more happens
+        // Ignored: nothing more happens.
     }
     FillOutcome();
 }
@@ -128,7 +138,7 @@ catch (Failure const& failure)
 {
     if (role != Role::Handler)
     {
-        m_outcome.end = role == Role::Start ? End::NotStarted : role == Role::Override ? End::Failed : End::Terminated;
+        m_outcome.end = EndAfterFailure(role);
         m_outcome.code = failure.code;
     }
     if (role == Role::Continuation)
@@ -158,7 +168,8 @@ void Reckoning::Play(Step const& step)
     case Kind::Shell:
     case Kind::Info:
     case Kind::Error:
-        return Say(step);
+        Say(step);
+        break;
     case Kind::Call:
     case Kind::Dropped:
     case Kind::Optional: {
@@ -169,60 +180,80 @@ void Reckoning::Play(Step const& step)
             throw Failure{nullPointer};
         }
         Effect(step, m_isNull);
-        return Play(m_isNull ? step.otherwise : step.body);
+        Play(m_isNull ? step.otherwise : step.body);
+        break;
     }
     case Kind::Guard:
-        return PlayGuarded(step);
+        PlayGuarded(step);
+        break;
     case Kind::Operation:
-        return PlayOperation(step);
+        PlayOperation(step);
+        break;
     case Kind::Fail:
         throw Failure{nullPointer};
     case Kind::Result:
-        return m_operationFailure == 0 ? void() : throw Failure{m_operationFailure};
+        Require(m_operationFailure == 0, m_operationFailure);
+        break;
     case Kind::Connected:
-        return m_scene.isConnected ? void() : throw Failure{nullPointer};
+        Require(m_scene.isConnected, nullPointer);
+        break;
     case Kind::IfConnected:
-        return m_scene.isConnected ? Play(step.body) : void();
+        Play(m_scene.isConnected ? step.body : step.otherwise);
+        break;
     case Kind::TakeDeferral:
         m_hasDeferral = true;
-        return;
+        break;
     case Kind::TaskReturned:
         m_outcome.tasksEnded += m_hasDeferral ? 0 : 1;
-        return;
+        break;
     case Kind::IfDeferral:
-        return m_hasDeferral ? Play(step.body) : void();
+        Play(m_hasDeferral ? step.body : step.otherwise);
+        break;
     case Kind::EachTask:
-        return PlayEachTask(step);
+        PlayEachTask(step);
+        break;
     case Kind::IfOwnTask:
-        return Contains(ownTasks, m_scene.tasks[m_task]) ? Play(step.body) : void();
+        Play(Contains(ownTasks, m_scene.tasks[m_task]) ? step.body : step.otherwise);
+        break;
     case Kind::IfTask:
-        return Play(m_scene.activation == step.text ? step.body : step.otherwise);
+        Play(m_scene.activation == step.text ? step.body : step.otherwise);
+        break;
     case Kind::IfService:
-        return Play(m_scene.activation.empty() && !m_isNull ? step.body : step.otherwise);
+        Play(m_scene.activation.empty() && !m_isNull ? step.body : step.otherwise);
+        break;
     case Kind::Scope:
-        return PlayScope(step);
+        PlayScope(step);
+        break;
     case Kind::End:
         throw EndOfScope();
     case Kind::Signal:
         m_isSignalled = true;
-        return;
+        break;
     case Kind::Wait:
-        return PlayWait(step);
+        PlayWait(step);
+        break;
     case Kind::Sleep:
-        m_outcome.waits.push_back(L"3000");
-        return ContinueAll();
+        m_outcome.waits.emplace_back(L"3000");
+        ContinueAll();
+        break;
+    }
+}
+
+void Reckoning::Require(bool isMet, std::int32_t code)
+{
+    if (!isMet)
+    {
+        throw Failure{code};
     }
 }
 
 void Reckoning::PlayGuarded(Step const& step)
+try
 {
-    try
-    {
-        return Play(step.body);
-    }
-    catch (Failure const&)
-    {
-    }
+    Play(step.body);
+}
+catch (Failure const&)
+{
     Play(step.otherwise);
 }
 
@@ -233,11 +264,12 @@ try
 }
 catch (EndOfScope const&)
 {
+    // Ignored: the rest of the scope is left out.
 }
 
 void Reckoning::PlayWait(Step const& step)
 {
-    m_outcome.waits.push_back(L"60000");
+    m_outcome.waits.emplace_back(L"60000");
     auto const request = m_request;
     ContinueAll();
     m_request = request;
@@ -309,14 +341,16 @@ void Reckoning::ContinueAll()
         if (queue != &m_ready && m_second)
         {
             PlaySecond();
-            return ContinueAll();
+            ContinueAll();
+            return;
         }
         if (!queue->empty())
         {
             auto const next = queue->front();
             queue->pop_front();
             Continue(next);
-            return ContinueAll();
+            ContinueAll();
+            return;
         }
     }
 }
@@ -357,9 +391,12 @@ void Reckoning::LoseConnection(Way way)
 {
     m_second = nullptr; // what has not been asked does not come to the app any more
     LoseRequests(way);
-    if (m_areHandlersRunning || (m_loss && m_scene.helpers == 1))
+    if (m_loss && (m_areHandlersRunning || m_scene.helpers == 1))
     {
-        return LoseOnceMore(way);
+        // Nothing is left to be released, but further handlers may run.
+        auto const again = way.kind == Way::Kind::TaskCancelled ? TaskCancelled() : ConnectionClosed();
+        m_loss->handlers.insert(m_loss->handlers.end(), m_scene.helpers, again);
+        return;
     }
     if (!m_loss)
     {
@@ -388,15 +425,6 @@ void Reckoning::LoseConnection(Way way)
         run(*m_sends.front().steps, Role::Continuation);
     }
     m_request = request;
-}
-
-// Nothing is left to be released, but further handlers may run.
-void Reckoning::LoseOnceMore(Way way)
-{
-    for (std::size_t helper = 0; helper < m_scene.helpers; ++helper)
-    {
-        m_loss->handlers.push_back(way.kind == Way::Kind::TaskCancelled ? TaskCancelled() : ConnectionClosed());
-    }
 }
 
 // A cancelled task closes the connection of the last helper, who is not the one that has made the first request where
@@ -535,7 +563,7 @@ void Reckoning::Put(std::wstring_view keyAndValue)
     }
     auto& message = m_requests[m_request].message;
     auto const place = std::ranges::find_if(message, [&](auto const& there) { return there.starts_with(key); });
-    place == message.end() ? static_cast<void>(message.push_back(entry)) : static_cast<void>(*place = entry);
+    place == message.end() ? message.push_back(entry) : static_cast<void>(*place = entry);
 }
 
 void Reckoning::Say(Step const& step)

@@ -101,6 +101,7 @@ class Reckoning
 
     void Play(Steps const& steps);
     void Play(Step const& step);
+    static void Require(bool isMet, std::int32_t code);
     void PlayGuarded(Step const& step);
     void PlayOperation(Step const& step);
     void PlayEachTask(Step const& step);
@@ -113,7 +114,6 @@ class Reckoning
     void PlayAside(Steps const& steps, Role role);
     void Lose(Way way);
     void LoseConnection(Way way);
-    void LoseOnceMore(Way way);
     void LoseRequests(Way way);
     void PlaySecond();
     void FillOutcome();

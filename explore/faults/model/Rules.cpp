@@ -100,11 +100,11 @@ Step Send(Around sent, Around notSent)
 }
 
 // The app's local settings, which may be missing.
-Steps Settings(Steps body, Steps otherwise = {})
+Steps Settings(Steps const& body, Steps otherwise = {})
 {
     return {Call(L"ApplicationData.Current"),
-            Optional(L"ApplicationData.LocalSettings",
-                     Steps{Call(L"ApplicationDataContainer.Values")} + std::move(body), std::move(otherwise))};
+            Optional(L"ApplicationData.LocalSettings", Steps{Call(L"ApplicationDataContainer.Values")} + body,
+                     std::move(otherwise))};
 }
 
 // The stored URI: `found` or `missing`.

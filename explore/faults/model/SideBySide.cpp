@@ -120,8 +120,12 @@ std::optional<SideBySide::State> SideBySide::After(State state, std::size_t numb
     switch (action)
     {
     case Action::Say:
-        return state.lines < seen.lines.size() && seen.lines[state.lines++] == text ? std::optional(std::move(state))
-                                                                                    : std::nullopt;
+        if (state.lines == seen.lines.size() || seen.lines[state.lines] != text)
+        {
+            return std::nullopt;
+        }
+        ++state.lines;
+        break;
     case Action::IfDeferral:
         thread.at = state.hasDeferral ? thread.at : target;
         break;

@@ -78,8 +78,8 @@ class SideBySide
     bool IsOver(Thread const& thread) const { return thread.at >= m_programs[thread.program].size(); }
     bool AreAllOver(State const& state) const;
     bool GoesOn(State const& state, Seen const& seen, std::set<State>& tried) const;
-    std::optional<State> After(State state, std::size_t thread, Seen const& seen) const;
-    bool Make(State& state, std::size_t thread, std::wstring const& call, Seen const& seen) const;
+    std::optional<State> After(State state, std::size_t number, Seen const& seen) const;
+    bool Make(State& state, std::size_t number, std::wstring const& call, Seen const& seen) const;
     void Fail(Thread& thread) const;
     void End(Thread& thread) const { thread.at = m_programs[thread.program].size(); }
     Way WayOf(std::size_t call) const;

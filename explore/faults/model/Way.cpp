@@ -15,24 +15,24 @@ namespace
 
 struct Name
 {
-    Way::Kind kind;
     std::string_view text;
+    Way::Kind kind;
     bool hasCode = false;
 };
 
 constexpr Name names[] = {
-    {Way::Kind::Now, "now", true},
-    {Way::Kind::Null, "null"},
-    {Way::Kind::Completion, "completion", true},
-    {Way::Kind::Cancelled, "cancelled"},
-    {Way::Kind::Never, "never"},
-    {Way::Kind::Ended, "ended"},
-    {Way::Kind::Unheard, "unheard", true},
-    {Way::Kind::Status, "status", true},
-    {Way::Kind::HelperCloses, "helper-closes"},
-    {Way::Kind::HelperDies, "helper-dies"},
-    {Way::Kind::TaskCancelled, "task-cancelled"},
-    {Way::Kind::Killed, "killed"},
+    {"now", Way::Kind::Now, true},
+    {"null", Way::Kind::Null},
+    {"completion", Way::Kind::Completion, true},
+    {"cancelled", Way::Kind::Cancelled},
+    {"never", Way::Kind::Never},
+    {"ended", Way::Kind::Ended},
+    {"unheard", Way::Kind::Unheard, true},
+    {"status", Way::Kind::Status, true},
+    {"helper-closes", Way::Kind::HelperCloses},
+    {"helper-dies", Way::Kind::HelperDies},
+    {"task-cancelled", Way::Kind::TaskCancelled},
+    {"killed", Way::Kind::Killed},
 };
 
 } // namespace
@@ -49,7 +49,8 @@ std::string NameOf(Way const& way)
         return std::string(name->text);
     }
     char text[40];
-    std::snprintf(text, sizeof text, "%s-%X", std::string(name->text).c_str(), static_cast<unsigned>(way.code));
+    static_cast<void>(
+        std::snprintf(text, sizeof text, "%s-%X", std::string(name->text).c_str(), static_cast<unsigned>(way.code)));
     return text;
 }
 
@@ -103,10 +104,10 @@ std::optional<Way> WayOf(std::string_view text)
         {
             auto const digits = text.substr(name.text.size() + 1);
             std::uint32_t code = 0;
-            auto const* const end = digits.data() + digits.size();
-            auto const [rest, error] = std::from_chars(digits.data(), end, code, 16);
-            return error == std::errc() && rest == end ? std::optional(Way{name.kind, static_cast<std::int32_t>(code)})
-                                                       : std::nullopt;
+            auto const [rest, error] = std::from_chars(digits.data(), digits.data() + digits.size(), code, 16);
+            return error == std::errc() && rest == digits.data() + digits.size()
+                       ? std::optional(Way{name.kind, static_cast<std::int32_t>(code)})
+                       : std::nullopt;
         }
     }
     return std::nullopt;

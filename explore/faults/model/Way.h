@@ -58,6 +58,6 @@ std::string NameOf(Way const& way);
 // Whether a call can go that way.
 bool Applies(Way const& way, std::wstring_view call);
 
-std::optional<Way> WayOf(std::string_view name);
+std::optional<Way> WayOf(std::string_view text);
 
 } // namespace explore::faults
