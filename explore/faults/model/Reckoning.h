@@ -85,7 +85,7 @@ class Reckoning
         Texts message = {}; // the reply that is being made
         std::wstring response = {};
         bool isDeferred = false;
-        bool isLost = false;    // its helper has gone, or the connection
+        bool isLost = false;    // its helper has ended, or the connection is closed
         bool isUnheard = false; // by the app
         unsigned completions = 0;
     };
