@@ -485,7 +485,7 @@ Way Reckoning::WayOfNext(std::wstring_view call)
 }
 
 // What a call that succeeds changes.
-void Reckoning::Effect(Step const& step, bool isNull)
+void Reckoning::Effect(Step const& made, bool gaveNull)
 {
     struct Row
     {
@@ -546,9 +546,9 @@ void Reckoning::Effect(Step const& step, bool isNull)
              request.response = Joined(request.message);
          }},
     };
-    if (auto const* const row = std::ranges::find(rows, step.text, &Row::call); row != std::end(rows))
+    if (auto const* const row = std::ranges::find(rows, made.text, &Row::call); row != std::end(rows))
     {
-        row->change(*this, step, isNull);
+        row->change(*this, made, gaveNull);
     }
 }
 

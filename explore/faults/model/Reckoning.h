@@ -121,7 +121,7 @@ class Reckoning
     // The way that this call goes, after the call of the class's factory where it needs one. Throws where it fails now.
     Way Take(std::wstring_view call);
     Way TakeOne(std::wstring_view call);
-    void Effect(Step const& step, bool isNull);
+    void Effect(Step const& made, bool gaveNull);
     void Put(std::wstring_view keyAndValue);
     Way WayOfNext(std::wstring_view call);
     void Say(Step const& step);

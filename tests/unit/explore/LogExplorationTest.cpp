@@ -149,7 +149,10 @@ TEST(LogExplorationTest, FindsACopyThatIsCleanedUpTooSoon)
         return std::make_shared<test::GetDateFormatCall>(
             [dates = 0](auto original, auto locale, DWORD flags, SYSTEMTIME const* time, auto... more) mutable {
                 auto other = *time;
-                other.wYear += ++dates == 3 ? 1 : 0;
+                if (++dates == 3)
+                {
+                    ++other.wYear;
+                }
                 return original(locale, flags, &other, more...);
             });
     };

@@ -253,7 +253,7 @@ TEST_F(UnfinishedLine, OfUtf8IsTakenBackToo)
 TEST_F(UnfinishedLine, IsTakenBackUpTo4096Bytes)
 {
     auto const whole = wideMark + Utf16(L"whole\r\n");
-    for (auto const [size, isTakenBack] : {std::pair(4094, true), std::pair(4096, false)})
+    for (auto const& [size, isTakenBack] : {std::pair(4094, true), std::pair(4096, false)})
     {
         WriteBytes(LogPath(), whole + std::string(static_cast<std::size_t>(size), 'a'));
         {
