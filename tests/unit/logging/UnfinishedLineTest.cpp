@@ -279,6 +279,36 @@ TEST_F(UnfinishedLine, StaysWhenItCanNeitherBeCompletedNorTakenBack)
 }
 
 // As on a full disk: the next line, for which there is room again, does not continue it.
+TEST_F(UnfinishedLine, IsTakenBackOnlyWhenEachCallForItSucceeds)
+{
+    ASSERT_TRUE(target.Open());
+    auto const whole = ReadBytes(LogPath());
+    Tear(Utf16(L"torn"));
+    auto const torn = ReadBytes(LogPath());
+    auto const isTakenBack = [this] { return TakeBackLastLine(target.file.Get(), LogPath(), true); };
+    {
+        CreateFileCall const fault(Failing(INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION));
+        EXPECT_FALSE(isTakenBack());
+    }
+    {
+        GetFileSizeCall const fault(Failing(FALSE, ERROR_CRC));
+        EXPECT_FALSE(isTakenBack());
+    }
+    {
+        ReadFileCall const fault(Failing(FALSE, ERROR_CRC));
+        EXPECT_FALSE(isTakenBack());
+    }
+    for (int const seek : {0, 1}) // before it is read, before it is cut off
+    {
+        int skipped = seek;
+        SetFilePointerCall const fault(FailingAfter(skipped, FALSE, ERROR_SEEK));
+        EXPECT_FALSE(isTakenBack()) << seek;
+    }
+    EXPECT_EQ(ReadBytes(LogPath()), torn);
+    EXPECT_TRUE(isTakenBack());
+    EXPECT_EQ(ReadBytes(LogPath()), whole);
+}
+
 TEST_F(UnfinishedLine, IsCompletedBeforeTheNextLineWhenItCouldNotBeBefore)
 {
     WriteBytes(LogPath(), wideMark + Utf16(L"torn") + "h");
