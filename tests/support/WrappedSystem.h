@@ -1,4 +1,5 @@
 #pragma once
+#include "tests/support/Counting.h"
 #include "tests/support/Failing.h"
 #include "tests/support/WrappedCall.h"
 

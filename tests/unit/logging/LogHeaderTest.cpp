@@ -49,10 +49,7 @@ TEST_F(LogHeader, EveryLineCarriesTheGivenLevelAndFields)
 TEST_F(LogHeader, WithTheLockFlagEachLineWaitsForTheMutex)
 {
     int waits = 0;
-    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
-        ++waits;
-        return next(handle, milliseconds);
-    });
+    WaitCall const wait(Counting(waits));
     Write(nullptr);
     EXPECT_EQ(waits, 4);
     EXPECT_EQ(MessagesIn(LogPath()).size(), 4u);
@@ -61,10 +58,7 @@ TEST_F(LogHeader, WithTheLockFlagEachLineWaitsForTheMutex)
 TEST_F(LogHeader, WithoutTheLockFlagNoLineWaitsForTheMutex)
 {
     int waits = 0;
-    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
-        ++waits;
-        return next(handle, milliseconds);
-    });
+    WaitCall const wait(Counting(waits));
     target.LogHeader(LogLevel::Info, L"", L"", L"", L"", nullptr, false);
     EXPECT_EQ(waits, 0);
     EXPECT_EQ(MessagesIn(LogPath()).size(), 4u);

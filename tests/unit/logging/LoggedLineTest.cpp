@@ -37,10 +37,7 @@ TEST_F(LoggedLine, ANarrowLineHasItsTimeAndWaitsForNothingWithoutItsLockFlag)
 {
     Opened();
     auto waits = 0;
-    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
-        ++waits;
-        return next(handle, milliseconds);
-    });
+    WaitCall const wait(Counting(waits));
     target.Log(LogLevel::Info, L"", L"", L"", L"", "", "", "m", nullptr, 1'704'447'012'345u, false);
     EXPECT_EQ(waits, 0);
     EXPECT_EQ(target.lastLine, 1'704'447'012);
@@ -53,10 +50,7 @@ TEST_F(LoggedLine, ANarrowLineWaitsOnceWithItsLockFlag)
 {
     Opened();
     auto waits = 0;
-    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
-        ++waits;
-        return next(handle, milliseconds);
-    });
+    WaitCall const wait(Counting(waits));
     target.Log(LogLevel::Info, L"", L"", L"", L"", "", "", "m", nullptr, 0, true);
     EXPECT_EQ(waits, 1);
 }

@@ -273,10 +273,7 @@ TEST_F(RotationTest, LinesOfTheHeaderDoNotWaitForTheMutex)
     WriteLogOfSize(LogPath(), limit);
     ASSERT_TRUE(target.Open());
     int waits = 0;
-    WaitCall const wait([&](auto next, HANDLE handle, DWORD milliseconds) {
-        ++waits;
-        return next(handle, milliseconds);
-    });
+    WaitCall const wait(Counting(waits));
     LogAt(target, 0, L"1");
     EXPECT_EQ(waits, 1);
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"title", L"closing", L"1"}));

@@ -320,10 +320,7 @@ TEST_F(UnfinishedLine, IsCompletedBeforeTheNextLineWhenItCouldNotBeBefore)
     LogAt(target, 0, L"after");
     EXPECT_EQ(MessagesIn(LogPath()), (std::vector<std::wstring>{L"tornh", L"after"}));
     auto checks = 0;
-    CreateFileCall const counting([&](auto next, auto... arguments) {
-        ++checks;
-        return next(arguments...);
-    });
+    CreateFileCall const counting(Counting(checks));
     LogAt(target, 0, L"last");
     EXPECT_EQ(checks, 0); // once is enough
 }

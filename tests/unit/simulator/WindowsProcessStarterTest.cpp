@@ -62,10 +62,7 @@ TEST_F(WindowsProcessStarterTest, DoesNotSuspendAProcessThatCannotJoinTheJob)
 TEST_F(WindowsProcessStarterTest, LetsAProcessJoinTheJobOnce)
 {
     int joins = 0;
-    test::AssignProcessCall const counting([&](auto next, auto... arguments) {
-        ++joins;
-        return next(arguments...);
-    });
+    test::AssignProcessCall const counting(test::Counting(joins));
     EXPECT_TRUE(m_starter.Suspend(m_id));
     m_starter.Resume(m_id);
     EXPECT_TRUE(m_starter.Suspend(m_id));

@@ -116,10 +116,7 @@ TEST_F(Locale, IsNotAskedOfTheRegistryAgainWhenThePreferenceHasNoBytes)
 {
     Prefer("", REG_BINARY);
     auto queries = 0;
-    QueryValueCall const query([&](auto next, auto... arguments) {
-        ++queries;
-        return next(arguments...);
-    });
+    QueryValueCall const query(Counting(queries));
     ReadLocalePreference();
     EXPECT_EQ(queries, 1);
 }
