@@ -382,9 +382,16 @@ void Reckoning::Lose(Way way)
 {
     if (!m_scene.activation.empty())
     {
-        return; // nothing listens to the end of such a task
+        return; // no handler listens for the cancellation of a push or timer task
     }
-    m_requests.empty() ? static_cast<void>(m_later = way) : LoseConnection(way);
+    if (m_requests.empty())
+    {
+        m_later = way;
+    }
+    else
+    {
+        LoseConnection(way);
+    }
 }
 
 void Reckoning::LoseConnection(Way way)

@@ -58,7 +58,7 @@ void SideBySide::Append(Program& program, Steps const& steps)
             break;
         }
         default:
-            throw std::logic_error("no step of such a handler");
+            throw std::logic_error("the handlers of a connection have no such step");
         }
     }
 }
