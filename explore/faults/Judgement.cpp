@@ -1,9 +1,9 @@
 #include "explore/faults/Judgement.h"
 
-#include "explore/faults/Narrow.h"
 #include "explore/faults/Plays.h"
 #include "explore/faults/model/Line.h"
 #include "explore/faults/model/SideBySide.h"
+#include "explore/harness/Narrow.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -5,6 +5,7 @@
 #include "explore/faults/Plays.h"
 #include "explore/faults/Stage.h"
 #include "explore/harness/Chosen.h"
+#include "explore/harness/Hash.h"
 #include "explore/harness/Refusal.h"
 #include "simulator/protocol/KnownCalls.h"
 
@@ -25,16 +26,6 @@ namespace
 
 constexpr std::wstring_view loggedUri = L"https://channel.example/new%%2F%%41";
 constexpr std::wstring_view channelUri = L"https://channel.example/new%2F%41";
-
-std::uint64_t HashOf(std::wstring_view text, std::uint64_t hash)
-{
-    constexpr std::uint64_t prime = 0x100000001B3; // FNV-1a
-    for (auto const character : text)
-    {
-        hash = (hash ^ static_cast<std::uint64_t>(character)) * prime;
-    }
-    return hash;
-}
 
 std::wstring Named(std::wstring text)
 {
@@ -229,8 +220,9 @@ class Play
         {
             m_starter = std::to_wstring(GetCurrentThreadId());
         }
-        m_hash = HashOf(winrt::to_hstring(explore::faults::NameOf(way)), HashOf(call, m_hash));
-        m_states.push_back(m_hash);
+        m_hash.Add(call);
+        m_hash.Add(explore::faults::NameOf(way));
+        m_states.push_back(m_hash.Value());
         return way;
     }
 
@@ -338,7 +330,7 @@ class Play
     std::mutex m_mutex; // over the next five
     Texts m_calls;
     std::vector<std::uint64_t> m_states;
-    std::uint64_t m_hash = 0;
+    Hash m_hash;
     std::optional<std::size_t> m_linesAtExit;
     std::wstring m_starter; // the thread whose operation ends at once
     std::size_t m_linesBefore = 0;

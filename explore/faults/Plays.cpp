@@ -1,6 +1,6 @@
 #include "explore/faults/Plays.h"
 
-#include "explore/faults/Narrow.h"
+#include "explore/harness/Narrow.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,18 +1,18 @@
 #pragma once
 #include <algorithm>
-#include <iterator>
 #include <string>
 #include <string_view>
 
-namespace explore::faults
+namespace explore
 {
 
-// Of a text in ASCII, as the names of calls and the lines of the log are.
+// A text to be shown, with a question mark for each unit that is no printable ASCII character.
 inline std::string Narrow(std::wstring_view text)
 {
-    std::string narrow;
-    std::ranges::transform(text, std::back_inserter(narrow), [](wchar_t unit) { return static_cast<char>(unit); });
+    std::string narrow(text.size(), '?');
+    std::ranges::transform(text, narrow.begin(),
+                           [](wchar_t unit) { return unit >= L' ' && unit <= L'~' ? static_cast<char>(unit) : '?'; });
     return narrow;
 }
 
-} // namespace explore::faults
+} // namespace explore

@@ -1,5 +1,6 @@
 #include "explore/log/Verdict.h"
 
+#include "explore/harness/Narrow.h"
 #include "explore/log/LineForm.h"
 #include "explore/log/LogFiles.h"
 #include "explore/log/Story.h"
@@ -11,15 +12,6 @@ namespace explore
 
 namespace
 {
-
-std::string Narrow(std::wstring_view text)
-{
-    std::string narrow(text.size(), '?');
-    std::ranges::transform(text, narrow.begin(), [](wchar_t character) {
-        return character >= L' ' && character <= L'~' ? static_cast<char>(character) : '?';
-    });
-    return narrow;
-}
 
 // A line that is to be found once.
 struct Expected
